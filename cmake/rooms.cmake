@@ -1,0 +1,17 @@
+# A room is a folder with one static library `quenlox_<room>`. quenlox_room(<room> SOURCES ... USES <other rooms>)
+function(quenlox_room room)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_library(quenlox_${room} STATIC ${ARG_SOURCES})
+  target_link_libraries(quenlox_${room} PUBLIC quenlox_options)
+  foreach(other ${ARG_USES})
+    target_link_libraries(quenlox_${room} PUBLIC quenlox_${other})
+  endforeach()
+endfunction()
+
+# The tests of one room: quenlox_test(<name> SOURCES ... LIBRARIES ...) makes an executable test_<name>.
+function(quenlox_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_executable(test_${name} ${ARG_SOURCES})
+  target_link_libraries(test_${name} PRIVATE quenlox_options ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endfunction()
