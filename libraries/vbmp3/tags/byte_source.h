@@ -1,0 +1,65 @@
+// Bytes that can be read at any place: a file, or a block of memory in tests. Nothing here keeps a file position, so
+// one source may be read by several readers one after the other.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace vbmp3 {
+
+class ByteSource {
+public:
+    virtual ~ByteSource() = default;
+    virtual int64_t size() const = 0; // bytes
+    // Reads up to `length` bytes from `offset` on; returns how many it gave, fewer only at the end or after an error.
+    virtual size_t readAt(int64_t offset, void* to, size_t length) const = 0;
+};
+
+class MemorySource final : public ByteSource {
+public:
+    explicit MemorySource(std::span<const uint8_t> bytes) : bytes_(bytes) {}
+    int64_t size() const override { return static_cast<int64_t>(bytes_.size()); }
+    size_t readAt(int64_t offset, void* to, size_t length) const override {
+        if (offset < 0 || offset >= size()) return 0;
+        length = std::min(length, bytes_.size() - static_cast<size_t>(offset));
+        if (length > 0) std::memcpy(to, bytes_.data() + offset, length);
+        return length;
+    }
+
+private:
+    std::span<const uint8_t> bytes_;
+};
+
+// Keeps the first and the last kilobytes of a source, which is where tags stand, so that looking at a file costs two
+// reads in the ordinary case. Other places are read when asked for.
+class HeadTailReader {
+public:
+    static constexpr size_t kHead = 8192, kTail = 4096, kBlock = 8192;
+
+    explicit HeadTailReader(const ByteSource& source);
+
+    int64_t size() const { return size_; }
+    const ByteSource& source() const { return source_; }
+    // The bytes [offset, offset + length), fewer at the end of the source. They stay valid until the next call.
+    std::span<const uint8_t> view(int64_t offset, size_t length);
+
+private:
+    struct Window {
+        std::unique_ptr<uint8_t[]> bytes;
+        size_t capacity = 0;
+        int64_t begin = 0, end = 0;
+        bool holds(int64_t from, int64_t to) const { return from >= begin && to <= end; }
+    };
+    void fill(Window& window, int64_t from, size_t length);
+
+    const ByteSource& source_;
+    int64_t size_;
+    Window head_, tail_, other_;
+};
+
+} // namespace vbmp3

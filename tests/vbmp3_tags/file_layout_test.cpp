@@ -1,0 +1,129 @@
+#include "libraries/vbmp3/tags/file_layout.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/vbmp3_tags/tag_bytes.h"
+
+using namespace vbmp3;
+using namespace tagbytes;
+
+namespace {
+
+FileLayout scan(const std::string& file) { return scanFileLayout(MemorySource(bytes(file))); }
+
+std::string part(const std::string& file, const Range& range) {
+    return file.substr(static_cast<size_t>(range.begin), static_cast<size_t>(range.size()));
+}
+
+std::string kinds(const FileLayout& layout) {
+    constexpr const char* names[] = {"id3v2", "appended", "chunk", "ape", "lyrics3", "tag+", "id3v1"};
+    std::string text;
+    for (const TagBlock& tag : layout.tags)
+        text += std::string(text.empty() ? "" : " ") + names[static_cast<int>(tag.kind)] + std::to_string(tag.version) + (tag.inData ? "!" : "");
+    return text;
+}
+
+const std::string kV2 = id3v2(3, frame3("TIT2", std::string("\0a", 2)) + std::string(20, '\0'));
+const std::string kV24Footer = id3v2(4, frame4("TIT2", std::string("\0a", 2)), 0x10);
+const std::string kApe = ape(apeItem("Title", "t"), 1), kApe1 = ape(apeItem("Title", "t"), 1, false);
+const std::string kLyr1 = lyrics3v1("[00:01]a\r\n"), kLyr2 = lyrics3v2("IND0000200LYR00001a");
+const std::string kV1 = id3v1("t");
+
+} // namespace
+
+TEST(FileLayout, TagsAtHeadAndTailAreFoundInAnyOrder) {
+    struct { std::string head, tail, found; } cases[] = {
+        {"", "", ""},
+        {kV2, kV1, "id3v23 id3v11"},
+        {kV2 + kV24Footer, "", "id3v23 id3v24"},
+        {kApe, "", "ape2"},
+        {"", kApe + kV1, "id3v11 ape2"},
+        {"", kV1 + kApe, "ape2 id3v11"},
+        {"", kApe1 + kLyr1 + kV1, "id3v11 lyrics31 ape1"},
+        {"", kApe + kLyr2 + tagPlus() + kV1, "id3v11 tag+1 lyrics32 ape2"},
+        {"", kLyr2 + kApe + kV1, "id3v11 ape2 lyrics32"},
+        {"", kLyr2, "lyrics32"},
+        {kV2, kV24Footer + kV1, "id3v23 id3v11 appended4"},
+        {"", id3v1("a") + id3v1("b"), "id3v11 id3v11"},
+        // An APE tag whose "APETAGEX" stands so that its "TAG" looks like ID3v1.
+        {"", ape(apeItem("Title", std::string(131 - 64 - 14, 'x')), 1), "ape2"},
+    };
+    for (const int frames : {3, 60}) { // in one read, and with head and tail read apart
+        for (const auto& c : cases) {
+            const std::string sound = mpegFrames(frames), file = c.head + sound + c.tail;
+            const FileLayout layout = scan(file);
+            EXPECT_EQ(kinds(layout), c.found);
+            EXPECT_EQ(layout.audio.begin, static_cast<int64_t>(c.head.size())) << c.found;
+            EXPECT_EQ(layout.audio.size(), static_cast<int64_t>(sound.size())) << c.found;
+        }
+    }
+}
+
+TEST(FileLayout, RmpKeepsTagsOutOfTheSound) {
+    const std::string sound = mpegFrames(45);
+    for (const bool pad : {true, false}) {
+        for (const std::string& lyrics : {std::string(), kLyr2, kLyr1}) {
+            const std::string info = "INFO" + chunk("INAM", "abc", pad) + chunk("IART", "de", pad) + chunk("IID3", kV1, pad);
+            const std::string file = riff("RMP3", chunk("data", kV2 + sound + lyrics, pad) + chunk("LIST", info, pad));
+            const FileLayout layout = scan(file);
+            EXPECT_EQ(layout.container, Container::Rmp);
+            EXPECT_EQ(part(file, layout.audio), sound);
+            ASSERT_NE(layout.findInfo("INAM"), nullptr);
+            EXPECT_EQ(part(file, layout.findInfo("INAM")->body), "abc");
+            ASSERT_NE(layout.findInfo("IART"), nullptr) << pad;
+            EXPECT_EQ(part(file, layout.findInfo("IART")->body), "de");
+            EXPECT_EQ(part(file, layout.id3v1()), kV1);
+            EXPECT_EQ(part(file, layout.riff), file);
+            ASSERT_EQ(layout.find(TagKind::Lyrics3) != nullptr, !lyrics.empty());
+            if (!lyrics.empty()) {
+                EXPECT_EQ(part(file, layout.find(TagKind::Lyrics3)->range), lyrics);
+            }
+        }
+    }
+}
+
+TEST(FileLayout, TagsAroundARiffFileBelongToNoChunk) {
+    const std::string body = riff("RMP3", chunk("data", mpegFrames(40)) + chunk("LIST", "INFO" + chunk("INAM", "x")));
+    const std::string file = kV2 + body + kLyr2 + kV1;
+    const FileLayout layout = scan(file);
+    EXPECT_EQ(kinds(layout), "id3v23 id3v11 lyrics32");
+    EXPECT_EQ(layout.container, Container::Rmp);
+    EXPECT_EQ(part(file, layout.riff), body);
+    EXPECT_EQ(layout.chunks.size(), 2u);
+    EXPECT_EQ(part(file, layout.audio), mpegFrames(40));
+}
+
+TEST(FileLayout, UnfinishedWavesKeepTheirSound) {
+    const std::string samples(5000, '\1');
+    for (const uint32_t size : {0u, 0xFFFFFFFFu, 70000u, 5000u}) {
+        const std::string file = "RIFF" + le32(0) + "WAVE" + chunk("fmt ", waveFormat()) + "data" + le32(size) + samples;
+        const FileLayout layout = scan(file);
+        EXPECT_EQ(layout.container, Container::Wave);
+        EXPECT_EQ(part(file, layout.audio), samples) << size;
+    }
+}
+
+TEST(FileLayout, LengthsThatLieAreCutToTheFile) {
+    const std::string sound = mpegFrames(3), frame = frame3("TIT2", std::string("\0a", 2));
+    std::string tooLong = id3v2(3, frame);
+    tooLong.replace(6, 4, synchsafe(200 << 20));
+    EXPECT_EQ(scan(tooLong + sound).audio.begin, static_cast<int64_t>(tooLong.size()));
+
+    std::string hugeApe = kApe;
+    hugeApe.replace(hugeApe.size() - 20, 4, le32(0xFFFFFFF0));
+    std::string lyrics = kLyr2;
+    lyrics.replace(lyrics.size() - 15, 6, "999999");
+    std::string letters = kLyr2;
+    letters.replace(letters.size() - 15, 6, "-00012");
+    for (const std::string& tail : {hugeApe, lyrics, letters, std::string("LYRICSEND"), std::string("LYRICS200")}) {
+        const FileLayout layout = scan(sound + tail);
+        EXPECT_TRUE(layout.tags.empty()) << tail;
+        EXPECT_EQ(layout.audio.end, layout.fileSize);
+    }
+    for (const std::string& file : {std::string(), std::string("R"), std::string("RIFF"), std::string("ID3"), std::string("TAG"),
+                                    riff("RMP3", ""), riff("WAVE", "LIST" + le32(0xFFFFFFFF) + "INFO" + "INAM" + le32(0xFFFFFFFF))}) {
+        const FileLayout layout = scan(file);
+        EXPECT_GE(layout.audio.begin, 0);
+        EXPECT_LE(layout.audio.end, static_cast<int64_t>(file.size()));
+    }
+}
