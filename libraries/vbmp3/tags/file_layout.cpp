@@ -13,7 +13,7 @@ constexpr int64_t kLyrics3V1Most = 5100 + 11 + 9; // the text is limited to 5100
 constexpr int64_t kNoLimit = 1024;                // slack for writers that did not know the limit
 
 // Where a tag ends whose length reaches past the end: after the last frame that fits.
-int64_t endOfFrames(HeadTailReader& reader, Range tag, int version) {
+int64_t endOfFrames(HeadTailReader& reader, ByteRange tag, int version) {
     const int64_t headerSize = version == 2 ? 6 : 10;
     int64_t at = tag.begin + 10;
     for (int n = 0; n < 256 && at + headerSize <= tag.end; ++n) {
@@ -38,7 +38,7 @@ bool id3v2Header(std::span<const uint8_t> bytes, std::string_view mark) {
 }
 
 // Takes the tags off the head of `range`.
-void scanHead(HeadTailReader& reader, Range& range, bool inData, std::vector<TagBlock>& tags) {
+void scanHead(HeadTailReader& reader, ByteRange& range, bool inData, std::vector<TagBlock>& tags) {
     for (int n = 0; n < kMostBlocks; ++n) {
         const auto bytes = reader.view(range.begin, static_cast<size_t>(std::clamp<int64_t>(range.size(), 0, 32)));
         TagBlock block{TagKind::Id3v2, 0, {range.begin, range.begin}, inData};
@@ -61,7 +61,7 @@ void scanHead(HeadTailReader& reader, Range& range, bool inData, std::vector<Tag
 }
 
 // "LYRICSBEGIN" before the six digits and "LYRICS200" of version 2, whose digits count from it to themselves.
-int64_t beginOfLyrics3V2(HeadTailReader& reader, const Range& range, const uint8_t* digits) {
+int64_t beginOfLyrics3V2(HeadTailReader& reader, const ByteRange& range, const uint8_t* digits) {
     int64_t size = 0;
     const auto* first = reinterpret_cast<const char*>(digits);
     const auto parsed = std::from_chars(first, first + 6, size);
@@ -71,7 +71,7 @@ int64_t beginOfLyrics3V2(HeadTailReader& reader, const Range& range, const uint8
     return begin;
 }
 
-int64_t beginOfLyrics3V1(HeadTailReader& reader, const Range& range) {
+int64_t beginOfLyrics3V1(HeadTailReader& reader, const ByteRange& range) {
     const int64_t from = std::max(range.begin, range.end - kLyrics3V1Most - kNoLimit);
     const auto bytes = reader.view(from, static_cast<size_t>(range.end - from));
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
@@ -80,7 +80,7 @@ int64_t beginOfLyrics3V1(HeadTailReader& reader, const Range& range) {
 }
 
 // Finds the tag that ends at range.end. They may stand in any order.
-bool lastTag(HeadTailReader& reader, const Range& range, TagBlock& block) {
+bool lastTag(HeadTailReader& reader, const ByteRange& range, TagBlock& block) {
     constexpr int64_t kMost = 227;
     const int64_t from = std::max(range.begin, range.end - kMost);
     const auto view = reader.view(from, static_cast<size_t>(std::max<int64_t>(range.end - from, 0)));
@@ -136,7 +136,7 @@ bool lastTag(HeadTailReader& reader, const Range& range, TagBlock& block) {
 }
 
 // Takes the tags off the tail of `range`.
-void scanTail(HeadTailReader& reader, Range& range, bool inData, std::vector<TagBlock>& tags) {
+void scanTail(HeadTailReader& reader, ByteRange& range, bool inData, std::vector<TagBlock>& tags) {
     for (int n = 0; n < kMostBlocks; ++n) {
         TagBlock block{TagKind::Id3v1, 0, {}, inData};
         if (!lastTag(reader, range, block)) return;
@@ -158,7 +158,7 @@ bool beginsTag(const std::vector<TagBlock>& tags, int64_t at) {
 
 // The chunks in `range`. Many writers forget the pad byte after a chunk of odd length; a tag that was appended to the
 // file (`tags`) may look like a chunk and is none.
-std::vector<RiffChunk> scanChunks(HeadTailReader& reader, const Range& range, const std::vector<TagBlock>& tags) {
+std::vector<RiffChunk> scanChunks(HeadTailReader& reader, const ByteRange& range, const std::vector<TagBlock>& tags) {
     std::vector<RiffChunk> chunks;
     int64_t at = range.begin;
     while (at + 8 <= range.end && chunks.size() < kMostChunks && !beginsTag(tags, at)) {
@@ -182,10 +182,10 @@ std::vector<RiffChunk> scanChunks(HeadTailReader& reader, const Range& range, co
     return chunks;
 }
 
-void scanRiff(HeadTailReader& reader, Range range, FileLayout& layout) {
+void scanRiff(HeadTailReader& reader, ByteRange range, FileLayout& layout) {
     const auto header = reader.view(range.begin, 12);
     const uint32_t riffSize = littleEndian32(header.data() + 4);
-    const Range file{0, layout.fileSize};
+    const ByteRange file{0, layout.fileSize};
     layout.riff = {range.begin, std::min(range.begin + 8 + int64_t{riffSize}, file.end)};
     // The size of the form is wrong so often that the chunks are followed to the end of the file.
     layout.chunks = scanChunks(reader, {range.begin + 12, file.end}, layout.tags);
@@ -226,7 +226,7 @@ const RiffChunk* FileLayout::findInfo(std::string_view id) const {
     return nullptr;
 }
 
-Range FileLayout::id3v1() const {
+ByteRange FileLayout::id3v1() const {
     if (const TagBlock* block = find(TagKind::Id3v1)) return block->range;
     if (const RiffChunk* chunk = findInfo("IID3"); chunk != nullptr && chunk->body.size() >= 128)
         return {chunk->body.begin, chunk->body.begin + 128};
@@ -236,7 +236,7 @@ Range FileLayout::id3v1() const {
 FileLayout scanFileLayout(HeadTailReader& reader) {
     FileLayout layout;
     layout.fileSize = reader.size();
-    Range rest{0, reader.size()};
+    ByteRange rest{0, reader.size()};
     scanHead(reader, rest, false, layout.tags);
     const auto header = reader.view(rest.begin, 12);
     if (header.size() == 12 && startsWith(header, "RIFF")) {

@@ -13,12 +13,12 @@
 namespace vbmp3 {
 
 // Byte positions [begin, end) in the file.
-struct Range {
+struct ByteRange {
     int64_t begin = 0;
     int64_t end = 0;
     int64_t size() const { return end - begin; }
     bool empty() const { return end <= begin; }
-    bool contains(const Range& other) const { return other.begin >= begin && other.end <= end; }
+    bool contains(const ByteRange& other) const { return other.begin >= begin && other.end <= end; }
 };
 
 // Id3v2Chunk: the body of a chunk "id3 " in a RIFF file.
@@ -27,7 +27,7 @@ enum class TagKind { Id3v2, Id3v2Appended, Id3v2Chunk, Ape, Lyrics3, TagPlus, Id
 struct TagBlock {
     TagKind kind;
     int version;     // ID3v2: 2, 3, 4. Lyrics3 and APE: 1, 2. Others 1
-    Range range;     // the whole block with header and footer
+    ByteRange range;     // the whole block with header and footer
     bool inData;     // stands inside the data chunk of a RIFF file
 };
 
@@ -35,7 +35,7 @@ enum class Container { None, Rmp, Wave };
 
 struct RiffChunk {
     std::array<char, 4> id;
-    Range body;      // without header and pad byte; cut at the end of the file
+    ByteRange body;      // without header and pad byte; cut at the end of the file
     bool is(std::string_view name) const { return std::string_view(id.data(), 4) == name; }
 };
 
@@ -44,13 +44,13 @@ struct FileLayout {
     Container container = Container::None;
     // The sound: MPEG frames (or, in a WAVE, the samples) without any tag. May begin with padding or junk that a
     // decoder skips.
-    Range audio;
+    ByteRange audio;
     // In the order found: outside of a RIFF file first, head before tail.
     std::vector<TagBlock> tags;
 
     // RIFF files only.
-    Range riff;                    // from "RIFF" to the end of the form, cut at the end of the file
-    Range data;                    // body of the data chunk
+    ByteRange riff;                    // from "RIFF" to the end of the form, cut at the end of the file
+    ByteRange data;                    // body of the data chunk
     std::vector<RiffChunk> chunks; // of the top level, LIST included as one
     std::vector<RiffChunk> info;   // sub-chunks of LIST INFO (INAM, IART ... IID3)
 
@@ -58,7 +58,7 @@ struct FileLayout {
     const RiffChunk* findChunk(std::string_view id) const;
     const RiffChunk* findInfo(std::string_view id) const;
     // The 128 bytes of the ID3v1 tag: the block at the end of file or data, else the body of IID3. Empty without one.
-    Range id3v1() const;
+    ByteRange id3v1() const;
 };
 
 FileLayout scanFileLayout(HeadTailReader& reader);
