@@ -1,0 +1,353 @@
+#include "libraries/vbmp3/mpeg_header.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+namespace vbmp3 {
+namespace {
+
+// kbit/s by index; rows: MPEG-1 layers 1 to 3, MPEG-2 and 2.5 layer 1, MPEG-2 and 2.5 layers 2 and 3.
+constexpr int kBitRates[5][15] = {
+    {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},
+    {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},
+    {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320},
+    {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},
+    {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160},
+};
+constexpr int kSampleRates[3] = {44100, 48000, 32000};
+
+constexpr uint64_t kSearchLimit = 1 << 20;
+constexpr int kChainLength = 4;     // frames in a row that make a stream
+constexpr int kMaxFreeFrame = 8192; // bytes; over twice what 640 kbit/s needs
+constexpr int kMaxFreeSearches = 100; // bounds the time that junk full of such headers can take
+
+int frameBytesFor(const FrameHeader& header, int bitRate)
+{
+    if (header.layer == 1)
+        return (12 * bitRate / header.sampleRate) * 4 + header.paddingBytes();
+    const int factor = header.layer == 3 && header.version != 10 ? 72 : 144;
+    return factor * bitRate / header.sampleRate + header.paddingBytes();
+}
+
+// Follows frames through a file; knows the frame length of a free-format stream once it has been found out.
+class FrameWalk {
+public:
+    FrameWalk(BufferedReader& file, uint64_t end) : file_(file), end_(end) {}
+
+    std::optional<FrameHeader> at(uint64_t offset)
+    {
+        if (offset >= end_ || end_ - offset < 4)
+            return std::nullopt;
+        auto header = parseFrameHeader(file_.view(offset, 4));
+        if (header && header->bitRate == 0 && freeBase_ > 0)
+            header->frameBytes = freeBase_ + header->paddingBytes();
+        return header;
+    }
+
+    // The length of free-format frames is the distance to the next header that is the same but for padding.
+    bool findFreeLength(uint64_t offset, const FrameHeader& header)
+    {
+        if (freeSearches_++ >= kMaxFreeSearches)
+            return false;
+        const auto view = file_.view(offset, 2 * kMaxFreeFrame);
+        const size_t room = size_t(std::min<uint64_t>(view.size(), end_ - offset));
+        for (size_t next = 24; next + 4 <= room && next <= kMaxFreeFrame; ++next) {
+            if (!sameFree(view, next, header))
+                continue;
+            const auto second = parseFrameHeader(view.subspan(next));
+            const int base = int(next) - header.paddingBytes();
+            const size_t third = next + size_t(base + second->paddingBytes());
+            if (third + 4 <= room ? sameFree(view, third, header) : third >= room) {
+                freeBase_ = base;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void forgetFreeLength() { freeBase_ = 0; }
+
+    // How a stream that would begin at `offset` goes on: long enough, or up to the end.
+    bool isStream(uint64_t offset, bool atBegin)
+    {
+        forgetFreeLength();
+        auto first = at(offset);
+        if (!first)
+            return false;
+        if (first->bitRate == 0) {
+            if (!findFreeLength(offset, *first))
+                return false;
+            first = at(offset);
+        }
+        uint64_t next = offset;
+        int count = 0;
+        while (count < kChainLength) {
+            if (next >= end_ || end_ - next < 4)
+                return count >= (atBegin ? 1 : 2);
+            const auto header = at(next);
+            if (!header || !sameStream(*first, *header) || header->frameBytes <= 0)
+                return false;
+            next += uint64_t(header->frameBytes);
+            ++count;
+        }
+        return true;
+    }
+
+private:
+    static bool sameFree(std::span<const uint8_t> view, size_t offset, const FrameHeader& header)
+    {
+        const auto other = parseFrameHeader(view.subspan(offset));
+        return other && other->bitRate == 0 && sameStream(header, *other);
+    }
+
+    BufferedReader& file_;
+    uint64_t end_;
+    int freeBase_ = 0;
+    int freeSearches_ = 0;
+};
+
+std::optional<uint64_t> findStream(BufferedReader& file, FrameWalk& walk, Range audio)
+{
+    const uint64_t limit = std::min(audio.end, audio.begin + kSearchLimit);
+    uint64_t offset = audio.begin;
+    while (offset < limit) {
+        const auto view = file.view(offset, 4);
+        const uint8_t* sync = view.empty() ? nullptr
+                                           : static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
+        if (sync == nullptr) {
+            if (view.empty())
+                break;
+            offset += view.size();
+            continue;
+        }
+        offset += uint64_t(sync - view.data());
+        if (offset < limit && walk.isStream(offset, offset == audio.begin))
+            return offset;
+        ++offset;
+    }
+    return std::nullopt;
+}
+
+void takeLengthFromInfo(MpegScan& scan, uint64_t present)
+{
+    const InfoFrame& info = *scan.info;
+    scan.frames = *info.frames;
+    scan.samples = scan.frames * scan.first.samplesPerFrame;
+    scan.exact = true;
+    // A file cut short still carries the counts of the whole.
+    if (info.bytes && *info.bytes > present && *info.bytes - present > 4096) {
+        scan.frames = int64_t(double(scan.frames) * double(present) / double(*info.bytes));
+        scan.samples = scan.frames * scan.first.samplesPerFrame;
+        scan.exact = false;
+    } else if (info.hasGapless) {
+        const int begin = info.encoderDelay + kDecoderDelay;
+        const int end = std::max(0, info.encoderPadding - kDecoderDelay);
+        scan.samples = std::max<int64_t>(0, scan.samples - begin - end);
+    }
+}
+
+void setAverageBitRate(MpegScan& scan, uint64_t bytes)
+{
+    if (scan.frames > 0)
+        scan.bitRate = int(std::min<double>(
+            double(bytes) * 8 * scan.first.sampleRate / (double(scan.frames) * scan.first.samplesPerFrame), 2e9));
+}
+
+} // namespace
+
+int FrameHeader::sideInfoBytes() const
+{
+    if (layer != 3)
+        return 0;
+    if (version == 10)
+        return channels == 1 ? 17 : 32;
+    return channels == 1 ? 9 : 17;
+}
+
+std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes)
+{
+    if (bytes.size() < 4 || bytes[0] != 0xFF || (bytes[1] & 0xE0) != 0xE0)
+        return std::nullopt;
+    const int versionBits = bytes[1] >> 3 & 3;
+    const int layerBits = bytes[1] >> 1 & 3;
+    const int rateIndex = bytes[2] >> 4;
+    const int sampleIndex = bytes[2] >> 2 & 3;
+    if (versionBits == 1 || layerBits == 0 || rateIndex == 15 || sampleIndex == 3 || (bytes[3] & 3) == 2)
+        return std::nullopt;
+    FrameHeader header;
+    header.version = versionBits == 3 ? 10 : versionBits == 2 ? 20 : 25;
+    header.layer = 4 - layerBits;
+    header.crc = (bytes[1] & 1) == 0;
+    header.padding = (bytes[2] & 2) != 0;
+    header.mode = bytes[3] >> 6;
+    header.channels = header.mode == 3 ? 1 : 2;
+    header.sampleRate = kSampleRates[sampleIndex] / (header.version == 10 ? 1 : header.version == 20 ? 2 : 4);
+    header.samplesPerFrame = header.layer == 1 ? 384 : header.layer == 3 && header.version != 10 ? 576 : 1152;
+    const int row = header.version == 10 ? header.layer - 1 : header.layer == 1 ? 3 : 4;
+    header.bitRate = kBitRates[row][rateIndex] * 1000;
+    if (header.bitRate > 0)
+        header.frameBytes = frameBytesFor(header, header.bitRate);
+    return header;
+}
+
+bool sameStream(const FrameHeader& a, const FrameHeader& b)
+{
+    return a.version == b.version && a.layer == b.layer && a.sampleRate == b.sampleRate
+           && (a.bitRate == 0) == (b.bitRate == 0);
+}
+
+std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<const uint8_t> frame)
+{
+    if (header.layer != 3)
+        return std::nullopt;
+    const auto textAt = [&](size_t offset) {
+        return frame.size() >= offset + 4
+                   ? std::string_view(reinterpret_cast<const char*>(frame.data() + offset), 4)
+                   : std::string_view();
+    };
+    InfoFrame info;
+    if (textAt(36) == "VBRI" && frame.size() >= 36 + 18) {
+        info.kind = InfoFrame::Kind::Vbri;
+        info.bytes = bigEndian32(frame.data() + 36 + 10);
+        info.frames = bigEndian32(frame.data() + 36 + 14);
+        return info;
+    }
+    size_t at = 4 + size_t(header.sideInfoBytes());
+    // Most encoders leave out the checksum in this frame although the header announces one.
+    if (header.crc && textAt(at) != "Xing" && textAt(at) != "Info")
+        at += 2;
+    if (textAt(at) != "Xing" && textAt(at) != "Info")
+        return std::nullopt;
+    info.kind = textAt(at) == "Xing" ? InfoFrame::Kind::Xing : InfoFrame::Kind::Info;
+    at += 4;
+    if (frame.size() < at + 4)
+        return info;
+    const uint32_t flags = bigEndian32(frame.data() + at);
+    at += 4;
+    const auto number = [&]() -> std::optional<uint32_t> {
+        if (frame.size() < at + 4)
+            return std::nullopt;
+        at += 4;
+        return bigEndian32(frame.data() + at - 4);
+    };
+    if ((flags & 1) != 0)
+        info.frames = number();
+    if ((flags & 2) != 0)
+        info.bytes = number();
+    if ((flags & 4) != 0)
+        at += 100;
+    if ((flags & 8) != 0)
+        at += 4;
+    if (info.frames == 0u)
+        info.frames.reset();
+    if (info.bytes == 0u)
+        info.bytes.reset();
+    if (frame.size() < at + 24)
+        return info;
+    const uint8_t* lame = frame.data() + at;
+    if (lame[0] < 'A' || lame[0] > 'z')
+        return info;
+    std::memcpy(info.encoder, lame, 9);
+    info.averageBitRate = lame[20];
+    info.encoderDelay = lame[21] << 4 | lame[22] >> 4;
+    info.encoderPadding = (lame[22] & 15) << 8 | lame[23];
+    info.hasGapless = info.encoderDelay + info.encoderPadding > 0;
+    return info;
+}
+
+std::optional<MpegScan> scanMpeg(ByteReader& file, Range audio)
+{
+    BufferedReader buffered(file);
+    FrameWalk walk(buffered, audio.end);
+    const auto begin = findStream(buffered, walk, audio);
+    if (!begin)
+        return std::nullopt;
+    MpegScan scan;
+    scan.begin = scan.soundBegin = *begin;
+    scan.end = audio.end;
+    scan.first = *walk.at(scan.begin);
+    scan.freeFormat = scan.first.bitRate == 0;
+
+    const auto frame = buffered.view(scan.begin, size_t(scan.first.frameBytes));
+    const size_t frameSize = size_t(std::min<uint64_t>({uint64_t(scan.first.frameBytes), frame.size(),
+                                                        scan.end - scan.begin}));
+    scan.info = parseInfoFrame(scan.first, frame.first(frameSize));
+    if (scan.info) {
+        scan.soundBegin = scan.begin + frameSize;
+        if (const auto second = walk.at(scan.soundBegin); second && sameStream(*second, scan.first))
+            scan.first = *second;
+        scan.variableBitRate = scan.info->kind != InfoFrame::Kind::Info;
+    }
+    const uint64_t present = scan.end - scan.soundBegin;
+    if (scan.info && scan.info->frames) {
+        takeLengthFromInfo(scan, present);
+        if (scan.variableBitRate || scan.freeFormat)
+            setAverageBitRate(scan, std::min<uint64_t>(present, scan.info->bytes.value_or(UINT32_MAX)));
+        else
+            scan.bitRate = scan.first.bitRate;
+        return scan;
+    }
+
+    // No count: measure the frames of the head, and take them for the whole.
+    uint64_t offset = scan.soundBegin;
+    int64_t frames = 0;
+    while (offset - scan.soundBegin < 60000) {
+        const auto header = walk.at(offset);
+        if (!header || !sameStream(*header, scan.first) || header->frameBytes <= 0)
+            break;
+        if (header->bitRate != scan.first.bitRate)
+            scan.variableBitRate = true;
+        offset += uint64_t(header->frameBytes);
+        ++frames;
+    }
+    if (frames == 0)
+        return scan.info ? std::optional(scan) : std::nullopt;
+    if (offset >= scan.end || scan.end - offset < 4)
+        scan.exact = true;
+    const double bytesPerFrame = scan.variableBitRate || scan.freeFormat
+                                     ? double(offset - scan.soundBegin) / double(frames)
+                                     : double(scan.first.bitRate) / 8 * scan.first.samplesPerFrame
+                                           / scan.first.sampleRate;
+    scan.frames = scan.exact ? frames : int64_t(double(present) / bytesPerFrame + 0.5);
+    scan.samples = scan.frames * scan.first.samplesPerFrame;
+    scan.bitRate = scan.first.bitRate;
+    if (scan.variableBitRate || scan.freeFormat)
+        setAverageBitRate(scan, uint64_t(bytesPerFrame * double(scan.frames)));
+    return scan;
+}
+
+void countFrames(ByteReader& file, MpegScan& scan)
+{
+    BufferedReader buffered(file, 1 << 18);
+    FrameWalk walk(buffered, scan.end);
+    if (scan.freeFormat)
+        walk.findFreeLength(scan.soundBegin, scan.first);
+    uint64_t offset = scan.soundBegin;
+    int64_t frames = 0;
+    uint64_t bytes = 0;
+    while (offset < scan.end) {
+        const auto header = walk.at(offset);
+        if (header && sameStream(*header, scan.first) && header->frameBytes > 0) {
+            ++frames;
+            bytes += uint64_t(header->frameBytes);
+            scan.variableBitRate |= header->bitRate != scan.first.bitRate;
+            offset += uint64_t(header->frameBytes);
+            continue;
+        }
+        const auto view = buffered.view(offset + 1, 4);
+        if (view.empty())
+            break;
+        const auto* sync = static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
+        offset += 1 + (sync != nullptr ? uint64_t(sync - view.data()) : view.size());
+    }
+    scan.frames = frames;
+    scan.samples = frames * scan.first.samplesPerFrame;
+    scan.exact = true;
+    scan.bitRate = scan.first.bitRate;
+    if (scan.variableBitRate || scan.freeFormat)
+        setAverageBitRate(scan, bytes);
+}
+
+} // namespace vbmp3

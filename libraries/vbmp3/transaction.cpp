@@ -1,0 +1,213 @@
+#include "libraries/vbmp3/transaction.h"
+
+#include <atomic>
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include "libraries/vbmp3/wide_path.h"
+#else
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace vbmp3 {
+
+FileTransaction::FileTransaction() = default;
+
+#ifdef _WIN32
+
+struct FileTransaction::File {
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    std::wstring path;
+
+    void close()
+    {
+        if (handle != INVALID_HANDLE_VALUE)
+            CloseHandle(handle);
+        handle = INVALID_HANDLE_VALUE;
+    }
+    ~File()
+    {
+        close();
+        if (!path.empty())
+            DeleteFileW(path.c_str());
+    }
+};
+
+std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target)
+{
+    static std::atomic<unsigned> counter = 0;
+    std::unique_ptr<FileTransaction> self(new FileTransaction);
+    self->target_ = target;
+    self->file_ = std::make_unique<File>();
+    for (int attempt = 0; attempt < 16; ++attempt) {
+        const std::wstring path = widePath(
+            target + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter) + ".tmp");
+        const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle != INVALID_HANDLE_VALUE) {
+            self->file_->handle = handle;
+            self->file_->path = path;
+            return self;
+        }
+        if (GetLastError() != ERROR_FILE_EXISTS)
+            return nullptr;
+    }
+    return nullptr;
+}
+
+bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes)
+{
+    while (!bytes.empty() && !failed_) {
+        OVERLAPPED place{};
+        place.Offset = DWORD(offset);
+        place.OffsetHigh = DWORD(offset >> 32);
+        const DWORD wanted = DWORD(bytes.size() < (1u << 20) ? bytes.size() : 1u << 20);
+        DWORD done = 0;
+        if (!WriteFile(file_->handle, bytes.data(), wanted, &done, &place) || done == 0)
+            failed_ = true;
+        offset += done;
+        bytes = bytes.subspan(done);
+    }
+    return !failed_;
+}
+
+FileTransaction::Error FileTransaction::commit()
+{
+    const bool flushed = !failed_ && FlushFileBuffers(file_->handle);
+    file_->close();
+    if (!flushed) {
+        file_.reset();
+        return Error::Write;
+    }
+    const std::wstring target = widePath(target_);
+    const DWORD attributes = GetFileAttributesW(target.c_str());
+    bool done = false;
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        done = MoveFileExW(file_->path.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH);
+    else if ((attributes & FILE_ATTRIBUTE_READONLY) == 0)
+        // Keeps the target's permissions and dates of creation; some file systems only know the plain move.
+        done = ReplaceFileW(target.c_str(), file_->path.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
+                            nullptr)
+               || MoveFileExW(file_->path.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    if (done)
+        file_->path.clear();
+    file_.reset();
+    return done ? Error::None : Error::Locked;
+}
+
+bool isSameFile(const std::string& a, const std::string& b)
+{
+    const auto identity = [](const std::string& path, BY_HANDLE_FILE_INFORMATION& info) {
+        const HANDLE handle = CreateFileW(widePath(path).c_str(), 0,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                          OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        if (handle == INVALID_HANDLE_VALUE)
+            return false;
+        const bool known = GetFileInformationByHandle(handle, &info);
+        CloseHandle(handle);
+        return known;
+    };
+    BY_HANDLE_FILE_INFORMATION first{}, second{};
+    return identity(a, first) && identity(b, second) && first.dwVolumeSerialNumber == second.dwVolumeSerialNumber
+           && first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
+}
+
+#else
+
+struct FileTransaction::File {
+    int handle = -1;
+    std::string path;
+
+    void close()
+    {
+        if (handle >= 0)
+            ::close(handle);
+        handle = -1;
+    }
+    ~File()
+    {
+        close();
+        if (!path.empty())
+            unlink(path.c_str());
+    }
+};
+
+std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target)
+{
+    static std::atomic<unsigned> counter = 0;
+    std::unique_ptr<FileTransaction> self(new FileTransaction);
+    self->target_ = target;
+    self->file_ = std::make_unique<File>();
+    struct stat about{};
+    const mode_t mode = stat(target.c_str(), &about) == 0 ? about.st_mode & 0777 : 0644;
+    for (int attempt = 0; attempt < 16; ++attempt) {
+        const std::string path = target + "." + std::to_string(getpid()) + "-" + std::to_string(++counter) + ".tmp";
+        const int handle = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (handle >= 0) {
+            self->file_->handle = handle;
+            self->file_->path = path;
+            return self;
+        }
+        if (errno != EEXIST)
+            return nullptr;
+    }
+    return nullptr;
+}
+
+bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes)
+{
+    while (!bytes.empty() && !failed_) {
+        const ssize_t done = pwrite(file_->handle, bytes.data(), bytes.size(), off_t(offset));
+        if (done <= 0) {
+            failed_ = true;
+            break;
+        }
+        offset += uint64_t(done);
+        bytes = bytes.subspan(size_t(done));
+    }
+    return !failed_;
+}
+
+FileTransaction::Error FileTransaction::commit()
+{
+    const bool flushed = !failed_ && fsync(file_->handle) == 0;
+    file_->close();
+    if (!flushed) {
+        file_.reset();
+        return Error::Write;
+    }
+    // Renaming would replace a read-only file too; the owner's wish counts.
+    struct stat about{};
+    const bool readOnly = stat(target_.c_str(), &about) == 0 && (about.st_mode & 0222) == 0;
+    const bool done = !readOnly && rename(file_->path.c_str(), target_.c_str()) == 0;
+    if (done)
+        file_->path.clear();
+    file_.reset();
+    return done ? Error::None : Error::Locked;
+}
+
+bool isSameFile(const std::string& a, const std::string& b)
+{
+    struct stat first{}, second{};
+    return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 && first.st_dev == second.st_dev
+           && first.st_ino == second.st_ino;
+}
+
+#endif
+
+FileTransaction::~FileTransaction() = default;
+
+bool FileTransaction::write(std::span<const uint8_t> bytes)
+{
+    if (failed_ || !writeAt(size_, bytes))
+        return false;
+    size_ += bytes.size();
+    return true;
+}
+
+} // namespace vbmp3

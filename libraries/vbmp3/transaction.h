@@ -1,0 +1,40 @@
+// Writing a file so that a failure, a crash or a cancel leaves the old one as it was: the bytes go to a temporary file
+// beside the target, which replaces it in one step at the end. Used from one thread at a time.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace vbmp3 {
+
+class FileTransaction {
+public:
+    enum class Error { None, Write, Locked }; // disk full or no such folder; target read-only or in use
+
+    // Null when no temporary file can be made beside the target.
+    static std::unique_ptr<FileTransaction> begin(const std::string& target);
+    ~FileTransaction(); // without commit: removes the temporary file
+    FileTransaction(const FileTransaction&) = delete;
+    FileTransaction& operator=(const FileTransaction&) = delete;
+
+    bool write(std::span<const uint8_t> bytes);                     // at the end
+    bool writeAt(uint64_t offset, std::span<const uint8_t> bytes);  // over what is there, such as a head
+    uint64_t size() const { return size_; }
+    // Flushes to the disk and replaces the target. The transaction is over, whatever comes back.
+    Error commit();
+
+private:
+    struct File;
+    FileTransaction();
+    std::unique_ptr<File> file_;
+    std::string target_;
+    uint64_t size_ = 0;
+    bool failed_ = false;
+};
+
+// Whether both paths name the same existing file, by whatever name.
+bool isSameFile(const std::string& a, const std::string& b);
+
+} // namespace vbmp3

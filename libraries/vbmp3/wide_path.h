@@ -1,0 +1,11 @@
+// UTF-8 paths as Windows takes them. Windows only.
+#pragma once
+
+#include <string>
+
+namespace vbmp3 {
+
+// UTF-16 with backslashes; made absolute and prefixed when it is too long for the plain calls (260 characters).
+std::wstring widePath(const std::string& utf8);
+
+} // namespace vbmp3
