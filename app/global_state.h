@@ -1,0 +1,76 @@
+// The state that the windows and the playback share, under one name each. One owner, the application; everybody else
+// gets a reference. A leaf header: it knows no room.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quenlox {
+
+enum PlayModeCode : int { kSingle = 0, kRepeat = 1, kProgram = 2, kRandom = 3 };
+enum PlayerStatusCode : int {
+    kStop = 0, kPlay = 1, kPause = 2, kError = 3, kLoad = 4, kWait = 5, kDecode = 6, kEncode = 7
+};
+enum PlayIntentCode : int { kNoIntent = 0, kForward = 1, kBackward = 2 };
+enum PitchModeCode : int { kNormalPitch = 0, kHighPitch = 1, kLowPitch = 2, kStepPitch = 3 };
+enum BaseKind : int {
+    kUnknownKind = 0, kWavePcm = 1, kWaveOther = 2, kMp3 = 3, kRmp = 4, kMidi = 10, kCdAudio = 20, kWma = 30, kWaveMci = 40
+};
+
+inline constexpr int kListCount = 4;       // A, B, C and the folder list
+inline constexpr int kFolderList = 3;
+
+struct GlobalState {
+    // From the settings file.
+    std::string CurrentFile;     // full path of the current media file
+    std::string CurrentFolder;   // folder of the play-list window's browser
+    int PlayMode = kSingle;
+    int TimeMode = 0;            // 1: remaining time is shown
+    int TitleMode = 0;           // 1: the tag title is shown, 0: the file name
+    int ViewType = 0;            // panel animation: procedure = value / 10, variant = value % 10
+    std::string SkinName;        // folder name under "skin"
+    bool ListShown = false;
+    int ListType = 0;            // not 0: tag-information mode
+    int ListNo = 0;              // current list, 0 to 2
+    std::string DefaultCdDrive;
+    int LyricsLine = 5;
+    std::array<int, 5> LyricsColors{};
+    std::array<std::array<int, 10>, 5> EqPresetTable{};  // tenths of a decibel
+
+    // Playback.
+    int MediaKind = 0;           // base kind = value % 100, flags above
+    std::string MediaKindName;
+    int PlayerStatus = kStop;
+    std::int32_t TotalSeconds = 0;
+    std::int32_t PositionSeconds = 0;
+    std::int32_t TrackStartMs = 0;
+    std::string MciReturn;
+    int PlayIntent = kNoIntent;
+    bool UseFolderList = false;
+
+    // Play lists.
+    std::array<int, kListCount> CurrentIndex{-1, -1, -1, -1};
+    bool ListDirty = false;
+    std::array<std::vector<std::int32_t>, kListCount> ShuffleOrder;
+    std::array<std::int32_t, 8> ShufflePos{};  // i: position in the order of list i; i + 4: the last position of it
+
+    // Volume and pitch.
+    int PitchMode = kNormalPitch;
+    int VolumePercent = 0;
+
+    // Main window.
+    bool ButtonHeld = false;
+    bool KeyLatch = false;
+    bool ShuttingDown = false;
+    int LyricsKind = 0;          // 0 none, 1 with time tags, 2 without
+    std::string CurrentSkinFile;
+    bool SkinLacksLyricsArea = false;
+    bool SkinBoxOutline = false;
+
+    int baseKind() const { return MediaKind % 100; }
+    bool playedByVbmp3() const { return baseKind() >= kWavePcm && baseKind() <= kRmp; }
+};
+
+}  // namespace quenlox

@@ -1,0 +1,40 @@
+// What the rooms need to know of the user's options. The options window's controls hold the values; this is how the
+// rooms below it ask for them.
+#pragma once
+
+#include <string>
+
+namespace quenlox {
+
+class OptionSettings {
+  public:
+    virtual ~OptionSettings() = default;
+    virtual bool titleAnimation() const = 0;      // "AnimeMode"
+    virtual int titleAnimationSpeed() const = 0;  // "AnimeTime"
+    virtual bool spectrumShown() const = 0;       // "SpeanaMode"
+    virtual int spectrumSpeed() const = 0;        // "SpeanaTime"
+    virtual int spectrumIntro() const = 0;        // slider of "SpeanaIntro"
+    virtual int highPitch() const = 0;            // percent
+    virtual int lowPitch() const = 0;             // percent
+    virtual int stepPitch() const = 0;            // factor of vbmp3_setStepPitch over 5
+    virtual bool introPlay() const = 0;
+    virtual int introSeconds() const = 0;
+    virtual bool driveMixerSources() const = 0;   // "Volume": the single sources follow the bar too
+    virtual bool lyricsShown() const = 0;         // "DispLyrics"
+    virtual bool lyricsSelf() const = 0;
+    virtual int lyricsTime() const = 0;
+    virtual bool lyrics3First() const = 0;        // "LyricsMain"
+    virtual bool timeTagShown() const = 0;
+    virtual std::string lyricsFolder() const = 0;
+    virtual std::string lyricsFont() const = 0;
+    virtual std::string pictureFolder() const = 0;
+    virtual bool operationPanel() const = 0;      // "PanelMode"
+    virtual bool estimateFromFileName() const = 0;  // "ReName"
+    virtual std::string renameFormat() const = 0;   // "ReNameS"
+    virtual bool listTimeColumn() const = 0;        // the playing-time column is enabled
+    virtual bool listColumns() const = 0;           // "ListTypeS"
+    virtual bool deleteFromList() const = 0;        // "DelList"
+    virtual bool gaplessNext() const = 0;
+};
+
+}  // namespace quenlox

@@ -1,0 +1,101 @@
+// A window of the program without its look: place, state, controls and handlers. A Form works without a host, which is
+// how the tests run it; with one it is a real window. All on the user-interface thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "forms/control.h"
+#include "forms/layout.h"
+#include "forms/menu.h"
+#include "platform/window_host.h"
+
+namespace quenlox {
+
+class Form {
+  public:
+    // A skinned form has no frame and shows picture(); a dialog has a frame and native controls, and a sizeable one can
+    // be resized by the user.
+    enum class Kind { Skinned, Dialog, Sizeable };
+
+    Form(std::string name, Kind kind);
+    virtual ~Form();
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+
+    const std::string& name() const { return name_; }
+    Kind kind() const { return kind_; }
+    const std::vector<Control*>& controls() const { return controls_; }  // in the order of their making, which is the tab order
+
+    // Makes it a real window, hidden until show().
+    void realise(WindowSystem& system);
+    FormHost* host() const { return host_.get(); }
+
+    // Place and size in twips of the screen, the frame included.
+    int left() const { return left_; }
+    int top() const { return top_; }
+    int width() const { return width_; }
+    int height() const { return height_; }
+    void move(int left, int top);
+    void setSize(int width, int height);
+
+    const std::string& caption() const { return caption_; }
+    void setCaption(std::string caption);
+    bool visible() const { return visible_; }
+    void show();
+    void hide();
+    bool topmost() const { return topmost_; }
+    void setTopmost(bool topmost);
+    // Closes it as the user would: Form_Unload may refuse. True when it has gone.
+    bool unload();
+    bool unloaded() const { return unloaded_; }
+    void popup(const Menu& menu, Point at);  // at in pixels of the client area
+
+    // Handlers; a form overrides what it needs.
+    virtual void Form_Load() {}
+    virtual void Form_Unload(bool& cancel) { (void)cancel; }
+    virtual void Form_Resize(Size client) { (void)client; }  // pixels
+    virtual void Form_Moved() {}
+    virtual void Form_KeyDown(int key, int shift) { (void)key, (void)shift; }  // shift: 1 shift, 2 control, 4 alt
+    virtual void Form_KeyUp(int key, int shift) { (void)key, (void)shift; }
+    virtual void Form_FilesDropped(const std::vector<std::string>& files, Point at) { (void)files, (void)at; }
+    virtual void Form_Wheel(int notches, Point at) { (void)notches, (void)at; }  // positive: away from the user
+    // Mouse on a skinned form; the form finds out which control is meant. button 1 left, 2 right, 0 none held.
+    virtual void Form_MouseDown(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
+    virtual void Form_MouseMove(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
+    virtual void Form_MouseUp(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
+    virtual void Form_DoubleClick(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
+    virtual std::string Form_TooltipAt(Point at) { (void)at; return {}; }
+
+    // What a skinned form looks like; composed when asked for after a change.
+    virtual const Surface* picture() { return nullptr; }
+    // How the controls of an ordinary form are arranged.
+    virtual Layout layout() { return {}; }
+    virtual const Menu* menuBar() { return nullptr; }
+    // Smallest size of a sizeable form in twips.
+    virtual Size minimumTwips() const { return {1500, 1200}; }
+
+    // For controls and hosts.
+    void add(Control& control);
+    void remove(Control& control);
+    void controlChanged(Control& control, Property property);
+    void placedByUser(int left, int top, int width, int height);  // the window has been moved or sized on the screen
+    void visibleByHost(bool visible) { visible_ = visible; }
+
+  protected:
+    void formChanged(FormProperty property);
+
+  private:
+    std::string name_;
+    Kind kind_;
+    std::vector<Control*> controls_;
+    std::unique_ptr<FormHost> host_;
+    int left_ = 0, top_ = 0, width_ = 4500, height_ = 3000;
+    std::string caption_;
+    bool visible_ = false;
+    bool topmost_ = false;
+    bool unloaded_ = false;
+};
+
+}  // namespace quenlox

@@ -1,0 +1,36 @@
+// Message boxes and the common dialogs. Every call returns when the user has answered.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quenlox {
+
+enum class MessageIcon { None, Stop, Question, Warning, Information };
+
+struct FileDialog {
+    std::string title;
+    std::string filterName;   // "M3Uﾌｧｲﾙ"
+    std::string filter;       // "*.m3u" or "*.mp?;*.rmp"
+    std::string folder;       // where it opens, empty for the system's choice
+    std::string fileName;     // proposed name
+};
+
+class Dialogs {
+  public:
+    virtual ~Dialogs() = default;
+    // Text lines are parted by CR, LF or both.
+    virtual void message(const std::string& text, MessageIcon icon, const std::string& title = "Quenlox") = 0;
+    virtual bool confirm(const std::string& question, const std::string& title = "Quenlox") = 0;  // yes or no
+    // Yes true, no false, cancelled nothing.
+    virtual std::optional<bool> confirmOrCancel(const std::string& question, const std::string& title = "Quenlox") = 0;
+    virtual std::optional<std::string> openFile(const FileDialog& dialog) = 0;
+    virtual std::vector<std::string> openFiles(const FileDialog& dialog) = 0;
+    virtual std::optional<std::string> saveFile(const FileDialog& dialog) = 0;
+    virtual std::optional<std::string> chooseFolder(const std::string& title, const std::string& folder) = 0;
+    virtual std::optional<std::string> inputText(const std::string& prompt, const std::string& text,
+                                                 const std::string& title = "Quenlox") = 0;
+};
+
+}  // namespace quenlox

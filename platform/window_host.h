@@ -1,0 +1,54 @@
+// What the form layer needs of a window system. platform/win32 implements it; forms run without it in tests.
+#pragma once
+
+#include <functional>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "forms/geometry.h"
+
+namespace quenlox {
+
+class Control;
+class Form;
+struct Menu;
+enum class Property;
+enum class FormProperty { Caption, Place, Visible, Topmost, Region, Picture, Menu };
+
+// The outline of a window as rectangles in pixels, in the order of a Windows region.
+using Region = std::vector<Rect>;
+
+// The real window of one form. Destroyed before the form.
+class FormHost {
+  public:
+    virtual ~FormHost() = default;
+    virtual void formChanged(FormProperty property) = 0;
+    virtual void controlChanged(Control& control, Property property) = 0;
+    virtual void controlRemoved(Control& control) = 0;
+    virtual void setRegion(const Region& region) = 0;      // an empty one leaves nothing of the window
+    virtual void setScale(int factor) = 0;                 // skinned forms: 1 to 4 screen pixels for one of the picture
+    virtual void invalidate(const Rect& where) = 0;        // pixels of the form; repainted with the next pass
+    virtual void beginDrag() = 0;                          // the system moves the window with the mouse
+    virtual void popup(const Menu& menu, Point at) = 0;    // returns when it is closed; the chosen item has been clicked
+    virtual void bringToFront() = 0;
+    virtual Size clientSize() const = 0;                   // pixels
+    virtual TwipsPerPixel twipsPerPixel() const = 0;       // of the monitor that the window is on
+    virtual void captureMouse(bool on) = 0;
+    virtual std::uintptr_t nativeHandle() const = 0;       // for the tray icon
+};
+
+class WindowSystem {
+  public:
+    virtual ~WindowSystem() = default;
+    virtual std::unique_ptr<FormHost> realise(Form& form) = 0;
+    virtual TwipsPerPixel twipsPerPixel() const = 0;       // of the primary monitor
+    virtual Rect workArea(const Rect& near) const = 0;     // of the monitor nearest to a rectangle, in pixels
+    virtual void pumpMessages() = 0;                       // handles what is pending and returns
+    // Runs `task` on the user-interface thread as soon as it is idle; may be called from any thread.
+    virtual void post(std::function<void()> task) = 0;
+    virtual int run() = 0;                                 // until quit()
+    virtual void quit() = 0;
+};
+
+}  // namespace quenlox
