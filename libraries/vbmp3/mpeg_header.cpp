@@ -5,6 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "libraries/vbmp3/file_source.h"
+#include "libraries/vbmp3/tags/bytes.h"
+
 namespace vbmp3 {
 namespace {
 
@@ -18,7 +21,7 @@ constexpr int kBitRates[5][15] = {
 };
 constexpr int kSampleRates[3] = {44100, 48000, 32000};
 
-constexpr uint64_t kSearchLimit = 1 << 20;
+constexpr int64_t kSearchLimit = 1 << 20;
 constexpr int kChainLength = 4;     // frames in a row that make a stream
 constexpr int kMaxFreeFrame = 8192; // bytes; over twice what 640 kbit/s needs
 constexpr int kMaxFreeSearches = 100; // bounds the time that junk full of such headers can take
@@ -34,9 +37,9 @@ int frameBytesFor(const FrameHeader& header, int bitRate)
 // Follows frames through a file; knows the frame length of a free-format stream once it has been found out.
 class FrameWalk {
 public:
-    FrameWalk(BufferedReader& file, uint64_t end) : file_(file), end_(end) {}
+    FrameWalk(BlockReader& file, int64_t end) : file_(file), end_(end) {}
 
-    std::optional<FrameHeader> at(uint64_t offset)
+    std::optional<FrameHeader> at(int64_t offset)
     {
         if (offset >= end_ || end_ - offset < 4)
             return std::nullopt;
@@ -47,12 +50,12 @@ public:
     }
 
     // The length of free-format frames is the distance to the next header that is the same but for padding.
-    bool findFreeLength(uint64_t offset, const FrameHeader& header)
+    bool findFreeLength(int64_t offset, const FrameHeader& header)
     {
         if (freeSearches_++ >= kMaxFreeSearches)
             return false;
         const auto view = file_.view(offset, 2 * kMaxFreeFrame);
-        const size_t room = size_t(std::min<uint64_t>(view.size(), end_ - offset));
+        const size_t room = size_t(std::min<int64_t>(int64_t(view.size()), end_ - offset));
         for (size_t next = 24; next + 4 <= room && next <= kMaxFreeFrame; ++next) {
             if (!sameFree(view, next, header))
                 continue;
@@ -70,7 +73,7 @@ public:
     void forgetFreeLength() { freeBase_ = 0; }
 
     // How a stream that would begin at `offset` goes on: long enough, or up to the end.
-    bool isStream(uint64_t offset, bool atBegin)
+    bool isStream(int64_t offset, bool atBegin)
     {
         forgetFreeLength();
         auto first = at(offset);
@@ -81,7 +84,7 @@ public:
                 return false;
             first = at(offset);
         }
-        uint64_t next = offset;
+        int64_t next = offset;
         int count = 0;
         while (count < kChainLength) {
             if (next >= end_ || end_ - next < 4)
@@ -89,7 +92,7 @@ public:
             const auto header = at(next);
             if (!header || !sameStream(*first, *header) || header->frameBytes <= 0)
                 return false;
-            next += uint64_t(header->frameBytes);
+            next += int64_t(header->frameBytes);
             ++count;
         }
         return true;
@@ -102,16 +105,16 @@ private:
         return other && other->bitRate == 0 && sameStream(header, *other);
     }
 
-    BufferedReader& file_;
-    uint64_t end_;
+    BlockReader& file_;
+    int64_t end_;
     int freeBase_ = 0;
     int freeSearches_ = 0;
 };
 
-std::optional<uint64_t> findStream(BufferedReader& file, FrameWalk& walk, Range audio)
+std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange audio)
 {
-    const uint64_t limit = std::min(audio.end, audio.begin + kSearchLimit);
-    uint64_t offset = audio.begin;
+    const int64_t limit = std::min(audio.end, audio.begin + kSearchLimit);
+    int64_t offset = audio.begin;
     while (offset < limit) {
         const auto view = file.view(offset, 4);
         const uint8_t* sync = view.empty() ? nullptr
@@ -119,10 +122,10 @@ std::optional<uint64_t> findStream(BufferedReader& file, FrameWalk& walk, Range 
         if (sync == nullptr) {
             if (view.empty())
                 break;
-            offset += view.size();
+            offset += int64_t(view.size());
             continue;
         }
-        offset += uint64_t(sync - view.data());
+        offset += sync - view.data();
         if (offset < limit && walk.isStream(offset, offset == audio.begin))
             return offset;
         ++offset;
@@ -130,7 +133,7 @@ std::optional<uint64_t> findStream(BufferedReader& file, FrameWalk& walk, Range 
     return std::nullopt;
 }
 
-void takeLengthFromInfo(MpegScan& scan, uint64_t present)
+void takeLengthFromInfo(MpegScan& scan, int64_t present)
 {
     const InfoFrame& info = *scan.info;
     scan.frames = *info.frames;
@@ -148,7 +151,7 @@ void takeLengthFromInfo(MpegScan& scan, uint64_t present)
     }
 }
 
-void setAverageBitRate(MpegScan& scan, uint64_t bytes)
+void setAverageBitRate(MpegScan& scan, int64_t bytes)
 {
     if (scan.frames > 0)
         scan.bitRate = int(std::min<double>(
@@ -257,9 +260,9 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
     return info;
 }
 
-std::optional<MpegScan> scanMpeg(ByteReader& file, Range audio)
+std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio)
 {
-    BufferedReader buffered(file);
+    BlockReader buffered(file);
     FrameWalk walk(buffered, audio.end);
     const auto begin = findStream(buffered, walk, audio);
     if (!begin)
@@ -271,27 +274,27 @@ std::optional<MpegScan> scanMpeg(ByteReader& file, Range audio)
     scan.freeFormat = scan.first.bitRate == 0;
 
     const auto frame = buffered.view(scan.begin, size_t(scan.first.frameBytes));
-    const size_t frameSize = size_t(std::min<uint64_t>({uint64_t(scan.first.frameBytes), frame.size(),
+    const size_t frameSize = size_t(std::min<int64_t>({int64_t(scan.first.frameBytes), int64_t(frame.size()),
                                                         scan.end - scan.begin}));
     scan.info = parseInfoFrame(scan.first, frame.first(frameSize));
     if (scan.info) {
-        scan.soundBegin = scan.begin + frameSize;
+        scan.soundBegin = scan.begin + int64_t(frameSize);
         if (const auto second = walk.at(scan.soundBegin); second && sameStream(*second, scan.first))
             scan.first = *second;
         scan.variableBitRate = scan.info->kind != InfoFrame::Kind::Info;
     }
-    const uint64_t present = scan.end - scan.soundBegin;
+    const int64_t present = scan.end - scan.soundBegin;
     if (scan.info && scan.info->frames) {
         takeLengthFromInfo(scan, present);
         if (scan.variableBitRate || scan.freeFormat)
-            setAverageBitRate(scan, std::min<uint64_t>(present, scan.info->bytes.value_or(UINT32_MAX)));
+            setAverageBitRate(scan, std::min<int64_t>(present, scan.info->bytes.value_or(UINT32_MAX)));
         else
             scan.bitRate = scan.first.bitRate;
         return scan;
     }
 
     // No count: measure the frames of the head, and take them for the whole.
-    uint64_t offset = scan.soundBegin;
+    int64_t offset = scan.soundBegin;
     int64_t frames = 0;
     while (offset - scan.soundBegin < 60000) {
         const auto header = walk.at(offset);
@@ -299,7 +302,7 @@ std::optional<MpegScan> scanMpeg(ByteReader& file, Range audio)
             break;
         if (header->bitRate != scan.first.bitRate)
             scan.variableBitRate = true;
-        offset += uint64_t(header->frameBytes);
+        offset += int64_t(header->frameBytes);
         ++frames;
     }
     if (frames == 0)
@@ -314,33 +317,33 @@ std::optional<MpegScan> scanMpeg(ByteReader& file, Range audio)
     scan.samples = scan.frames * scan.first.samplesPerFrame;
     scan.bitRate = scan.first.bitRate;
     if (scan.variableBitRate || scan.freeFormat)
-        setAverageBitRate(scan, uint64_t(bytesPerFrame * double(scan.frames)));
+        setAverageBitRate(scan, int64_t(bytesPerFrame * double(scan.frames)));
     return scan;
 }
 
-void countFrames(ByteReader& file, MpegScan& scan)
+void countFrames(const ByteSource& file, MpegScan& scan)
 {
-    BufferedReader buffered(file, 1 << 18);
+    BlockReader buffered(file, 1 << 18);
     FrameWalk walk(buffered, scan.end);
     if (scan.freeFormat)
         walk.findFreeLength(scan.soundBegin, scan.first);
-    uint64_t offset = scan.soundBegin;
+    int64_t offset = scan.soundBegin;
     int64_t frames = 0;
-    uint64_t bytes = 0;
+    int64_t bytes = 0;
     while (offset < scan.end) {
         const auto header = walk.at(offset);
         if (header && sameStream(*header, scan.first) && header->frameBytes > 0) {
             ++frames;
-            bytes += uint64_t(header->frameBytes);
+            bytes += int64_t(header->frameBytes);
             scan.variableBitRate |= header->bitRate != scan.first.bitRate;
-            offset += uint64_t(header->frameBytes);
+            offset += int64_t(header->frameBytes);
             continue;
         }
         const auto view = buffered.view(offset + 1, 4);
         if (view.empty())
             break;
         const auto* sync = static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
-        offset += 1 + (sync != nullptr ? uint64_t(sync - view.data()) : view.size());
+        offset += 1 + (sync != nullptr ? sync - view.data() : int64_t(view.size()));
     }
     scan.frames = frames;
     scan.samples = frames * scan.first.samplesPerFrame;

@@ -7,7 +7,7 @@
 #include <optional>
 #include <span>
 
-#include "libraries/vbmp3/tag_bounds.h"
+#include "libraries/vbmp3/tags/file_layout.h"
 
 namespace vbmp3 {
 
@@ -54,9 +54,9 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
 // A stream of frames, as far as head and tail tell.
 struct MpegScan {
     FrameHeader first;             // of the first frame of sound; its frameBytes is filled for free format too
-    uint64_t begin = 0;            // of the first frame, the information frame included
-    uint64_t soundBegin = 0;       // of the first frame of sound
-    uint64_t end = 0;
+    int64_t begin = 0;            // of the first frame, the information frame included
+    int64_t soundBegin = 0;       // of the first frame of sound
+    int64_t end = 0;
     std::optional<InfoFrame> info;
     bool freeFormat = false;
     bool variableBitRate = false;
@@ -68,8 +68,8 @@ struct MpegScan {
 
 // Finds the first frame at or after audio.begin (within the first MiB) and works out the length. Looks at the head
 // only. Nothing when there are no frames: a frame counts when others of its stream follow it up to the end or for a while.
-std::optional<MpegScan> scanMpeg(ByteReader& file, Range audio);
+std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio);
 // Walks every frame header of the stream, to make length and bit rate of a stream without an information frame exact.
-void countFrames(ByteReader& file, MpegScan& scan);
+void countFrames(const ByteSource& file, MpegScan& scan);
 
 } // namespace vbmp3

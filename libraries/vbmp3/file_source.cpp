@@ -1,0 +1,135 @@
+#include "libraries/vbmp3/file_source.h"
+
+#include <algorithm>
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include "libraries/vbmp3/wide_path.h"
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace vbmp3 {
+namespace {
+
+#ifdef _WIN32
+
+class FileSource final : public ByteSource {
+public:
+    FileSource(HANDLE handle, int64_t size) : handle_(handle), size_(size) {}
+    ~FileSource() override { CloseHandle(handle_); }
+    FileSource(const FileSource&) = delete;
+    FileSource& operator=(const FileSource&) = delete;
+    int64_t size() const override { return size_; }
+    size_t readAt(int64_t offset, void* to, size_t length) const override
+    {
+        if (offset < 0 || offset >= size_)
+            return 0;
+        length = size_t(std::min<int64_t>(int64_t(std::min<size_t>(length, INT32_MAX)), size_ - offset));
+        auto* out = static_cast<uint8_t*>(to);
+        size_t done = 0;
+        while (done < length) {
+            OVERLAPPED place{};
+            place.Offset = DWORD(offset);
+            place.OffsetHigh = DWORD(offset >> 32);
+            const DWORD wanted = DWORD(std::min<size_t>(length - done, 1u << 20));
+            DWORD got = 0;
+            if (!ReadFile(handle_, out + done, wanted, &got, &place) || got == 0)
+                break;
+            done += got;
+            offset += got;
+        }
+        return done;
+    }
+
+private:
+    HANDLE handle_;
+    int64_t size_;
+};
+
+#else
+
+class FileSource final : public ByteSource {
+public:
+    FileSource(int handle, int64_t size) : handle_(handle), size_(size) {}
+    ~FileSource() override { close(handle_); }
+    FileSource(const FileSource&) = delete;
+    FileSource& operator=(const FileSource&) = delete;
+    int64_t size() const override { return size_; }
+    size_t readAt(int64_t offset, void* to, size_t length) const override
+    {
+        if (offset < 0 || offset >= size_)
+            return 0;
+        length = size_t(std::min<int64_t>(int64_t(std::min<size_t>(length, INT32_MAX)), size_ - offset));
+        auto* out = static_cast<uint8_t*>(to);
+        size_t done = 0;
+        while (done < length) {
+            const ssize_t got = pread(handle_, out + done, length - done, off_t(offset));
+            if (got <= 0)
+                break;
+            done += size_t(got);
+            offset += got;
+        }
+        return done;
+    }
+
+private:
+    int handle_;
+    int64_t size_;
+};
+
+#endif
+
+} // namespace
+
+std::span<const uint8_t> BlockReader::view(int64_t offset, size_t count)
+{
+    const bool inside = offset >= blockOffset_ && offset - blockOffset_ <= int64_t(block_.size())
+                        && block_.size() - size_t(offset - blockOffset_) >= count;
+    if (!inside) {
+        block_.resize(std::max(count, blockSize_));
+        block_.resize(source_.readAt(offset, block_.data(), block_.size()));
+        blockOffset_ = offset;
+    }
+    return std::span<const uint8_t>(block_).subspan(size_t(offset - blockOffset_));
+}
+
+#ifdef _WIN32
+
+std::unique_ptr<ByteSource> openFile(const std::string& path)
+{
+    const HANDLE handle = CreateFileW(widePath(path).c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return nullptr;
+    LARGE_INTEGER size{};
+    if (GetFileType(handle) != FILE_TYPE_DISK || !GetFileSizeEx(handle, &size)) {
+        CloseHandle(handle);
+        return nullptr;
+    }
+    return std::make_unique<FileSource>(handle, int64_t(size.QuadPart));
+}
+
+#else
+
+std::unique_ptr<ByteSource> openFile(const std::string& path)
+{
+    // Without blocking, so that a pipe given by mistake does not hang.
+    const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (handle < 0)
+        return nullptr;
+    struct stat about{};
+    if (fstat(handle, &about) != 0 || !S_ISREG(about.st_mode)) {
+        close(handle);
+        return nullptr;
+    }
+    return std::make_unique<FileSource>(handle, int64_t(about.st_size));
+}
+
+#endif
+
+} // namespace vbmp3

@@ -1,0 +1,32 @@
+// Files as sources of bytes, and a window for parsers that walk forward through one.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "libraries/vbmp3/tags/byte_source.h"
+
+namespace vbmp3 {
+
+// Opens the file with a UTF-8 path for reading. Others may rename, replace and delete it meanwhile; the size is that
+// at the moment of opening. Null when it is missing, a folder, or cannot be read.
+std::unique_ptr<ByteSource> openFile(const std::string& path);
+
+// Keeps one block of a source.
+class BlockReader {
+public:
+    explicit BlockReader(const ByteSource& source, size_t block = 65536) : source_(source), blockSize_(block) {}
+    // The bytes at `offset`, at least `count` of them unless the file ends before. Valid until the next call.
+    std::span<const uint8_t> view(int64_t offset, size_t count);
+
+private:
+    const ByteSource& source_;
+    size_t blockSize_;
+    std::vector<uint8_t> block_;
+    int64_t blockOffset_ = 0;
+};
+
+} // namespace vbmp3
