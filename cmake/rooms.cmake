@@ -8,10 +8,18 @@ function(quenlox_room room)
   endforeach()
 endfunction()
 
-# The tests of one room: quenlox_test(<name> SOURCES ... LIBRARIES ...) makes an executable test_<name>.
+# The tests of one room: quenlox_test(<name> SOURCES ... LIBRARIES ... [ALSO_WINDOWS | ONLY_WINDOWS]) makes an executable
+# test_<name>. Portable tests run natively; those that carry platform/win32 or depend on Windows say so and run under Wine.
 function(quenlox_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "ALSO_WINDOWS;ONLY_WINDOWS" "" "SOURCES;LIBRARIES" ${ARGN})
+  if(ARG_ONLY_WINDOWS AND NOT WIN32)
+    return()
+  endif()
   add_executable(test_${name} ${ARG_SOURCES})
-  target_link_libraries(test_${name} PRIVATE quenlox_options ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main)
+  target_link_libraries(test_${name} PRIVATE quenlox_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
+  if(CMAKE_CROSSCOMPILING AND NOT ARG_ALSO_WINDOWS AND NOT ARG_ONLY_WINDOWS)
+    set_target_properties(test_${name} PROPERTIES EXCLUDE_FROM_ALL ON)
+    return()
+  endif()
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endfunction()
