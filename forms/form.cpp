@@ -1,0 +1,100 @@
+#include "forms/form.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quenlox {
+
+Form::Form(std::string name, Kind kind) : name_(std::move(name)), kind_(kind) {}
+
+Form::~Form() {
+    // The host goes first: it refers to the form and its controls.
+    host_.reset();
+}
+
+void Form::realise(WindowSystem& system) {
+    if (!host_) host_ = system.realise(*this);
+}
+
+void Form::formChanged(FormProperty property) {
+    if (host_) host_->formChanged(property);
+}
+
+void Form::controlChanged(Control& control, Property property) {
+    if (host_) host_->controlChanged(control, property);
+}
+
+void Form::add(Control& control) { controls_.push_back(&control); }
+
+void Form::remove(Control& control) {
+    if (host_) host_->controlRemoved(control);
+    std::erase(controls_, &control);
+}
+
+void Form::move(int left, int top) {
+    if (left == left_ && top == top_) return;
+    left_ = left;
+    top_ = top;
+    formChanged(FormProperty::Place);
+}
+
+void Form::setSize(int width, int height) {
+    width = std::max(width, 0);
+    height = std::max(height, 0);
+    if (width == width_ && height == height_) return;
+    width_ = width;
+    height_ = height;
+    formChanged(FormProperty::Place);
+}
+
+void Form::placedByUser(int left, int top, int width, int height) {
+    left_ = left;
+    top_ = top;
+    width_ = width;
+    height_ = height;
+}
+
+void Form::setCaption(std::string caption) {
+    if (caption == caption_) return;
+    caption_ = std::move(caption);
+    formChanged(FormProperty::Caption);
+}
+
+void Form::show() {
+    if (unloaded_) return;
+    if (visible_) {
+        if (host_) host_->bringToFront();
+        return;
+    }
+    visible_ = true;
+    formChanged(FormProperty::Visible);
+}
+
+void Form::hide() {
+    if (!visible_) return;
+    visible_ = false;
+    formChanged(FormProperty::Visible);
+}
+
+void Form::setTopmost(bool topmost) {
+    if (topmost == topmost_) return;
+    topmost_ = topmost;
+    formChanged(FormProperty::Topmost);
+}
+
+bool Form::unload() {
+    if (unloaded_) return true;
+    bool cancel = false;
+    Form_Unload(cancel);
+    if (cancel) return false;
+    unloaded_ = true;
+    visible_ = false;
+    formChanged(FormProperty::Visible);
+    return true;
+}
+
+void Form::popup(const Menu& menu, Point at) {
+    if (host_) host_->popup(menu, at);
+}
+
+}  // namespace quenlox

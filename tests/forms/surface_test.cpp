@@ -1,0 +1,75 @@
+#include "forms/surface.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace quenlox {
+namespace {
+
+// Each pixel different, so that a misplaced one shows.
+Surface Numbered(int width, int height) {
+    Surface s(width, height);
+    for (int i = 0; i < width * height; ++i) s.pixels()[static_cast<std::size_t>(i)] = static_cast<Surface::Pixel>(i + 1);
+    return s;
+}
+
+TEST(Surface, ACopyIsClippedOnEverySideOfBothPictures) {
+    const Surface source = Numbered(4, 4);
+    for (int left = -6; left <= 6; ++left) {
+        for (int top = -6; top <= 6; ++top) {
+            for (const Rect part : {Rect{0, 0, 4, 4}, Rect{-1, -2, 4, 9}, Rect{2, 3, 5, 5}}) {
+                Surface target(3, 5);
+                target.copy(source, part, {left, top});
+                for (int y = 0; y < 5; ++y) {
+                    for (int x = 0; x < 3; ++x) {
+                        const Point from{part.left + x - left, part.top + y - top};
+                        const bool covered = part.contains(from) && source.rect().contains(from);
+                        EXPECT_EQ(target.at(x, y), covered ? source.at(from.x, from.y) : 0);
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(Surface, ACopyOntoItselfReadsWhatStoodThereBefore) {
+    for (const Point to : {Point{1, 0}, Point{0, 1}, Point{-1, 0}, Point{0, -1}, Point{1, 1}, Point{-1, 1}}) {
+        Surface expected = Numbered(5, 4), moved = Numbered(5, 4);
+        expected.copy(Numbered(5, 4), to);
+        moved.copy(moved, to);
+        EXPECT_EQ(moved, expected) << to.x << ',' << to.y;
+    }
+}
+
+TEST(Surface, StretchTakesTheNearestPixelAndStaysInside) {
+    Surface target(4, 2);
+    target.stretch(Numbered(2, 1), {0, 0, 2, 1}, {0, 0, 4, 2});
+    EXPECT_EQ(target.at(0, 0), 1u);
+    EXPECT_EQ(target.at(1, 1), 1u);
+    EXPECT_EQ(target.at(2, 0), 2u);
+    target.stretch(Numbered(2, 1), {-1000, 0, 100000, 1}, {-50, -50, 4000, 4000});
+}
+
+TEST(Surface, DrawingOutsideChangesNothing) {
+    Surface s(3, 3);
+    s.line({-5, 1}, {9, 1}, {1, 2, 3});
+    s.ellipse({-10, -10, 30, 30}, {9, 9, 9});
+    s.fillEllipse({10, 10, 5, 5}, {9, 9, 9});
+    s.fillRect({-1, -1, 2, 2}, {0, 0, 255});
+    EXPECT_EQ(s.at(0, 0), 255u);
+    EXPECT_EQ(s.at(2, 1), 0x010203u);
+    EXPECT_EQ(s.at(2, 2), 0u);
+    EXPECT_EQ(s.at(3, 0), 0u);
+}
+
+TEST(Geometry, HalvesRoundToTheEvenNeighbour) {
+    const std::pair<double, int> cases[] = {{0.5, 0}, {1.5, 2}, {2.5, 2}, {-0.5, 0}, {-1.5, -2}, {12.5, 12}, {2.51, 3},
+                                            {-2.49, -2}, {1e300, std::numeric_limits<int>::max()},
+                                            {-1e300, std::numeric_limits<int>::min()}};
+    for (const auto& [value, rounded] : cases) EXPECT_EQ(RoundHalfToEven(value), rounded) << value;
+    EXPECT_EQ(RoundHalfToEven(std::numeric_limits<double>::quiet_NaN()), 0);
+}
+
+}  // namespace
+}  // namespace quenlox
