@@ -37,4 +37,17 @@ class OptionSettings {
     virtual bool gaplessNext() const = 0;
 };
 
+// What the main window does to the options window: its menu items mirror check boxes there, and a skin takes choices
+// away that it has no place for.
+class OptionControls : public OptionSettings {
+  public:
+    virtual void setTitleAnimation(bool on) = 0;
+    virtual void setSpectrumShown(bool on) = 0;
+    virtual void setOperationPanel(bool on) = 0;
+    virtual void setLyricsShown(bool on) = 0;
+    virtual void allowOperationPanel(bool allowed) = 0;        // the skin has display A
+    virtual void allowSpectrum(bool allowed) = 0;              // the skin has display B
+    virtual void allowLyricsWindowChoices(bool allowed) = 0;   // the skin has no lyrics area of its own
+};
+
 }  // namespace quenlox
