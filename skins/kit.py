@@ -150,3 +150,7 @@ def icon(canvas, name, cx, cy, colour, scale=1.0, **attributes):
     if stroke:
         canvas.path(stroke, "none", stroke=colour, stroke_width=width, stroke_linecap="round", stroke_linejoin="round")
     canvas.close()
+
+
+def polygon(points):
+    return "M" + "L".join(f"{num(x)} {num(y)}" for x, y in points) + "Z"

@@ -10,7 +10,7 @@ FONT = "/usr/share/fonts/opentype/ipafont-gothic/ipagp.ttf"
 SAMPLES = ("夜明けのワルツ / Waltz at Daybreak", "MPEG1 Layer3 44.1kHz 128kbps+L", "02:47", "03:45", " PLAY↑", "PROGRAM",
            "MP3", "A 3/120", "北村 灯 with the Harbour Quartet")
 LARGEST = 120 * 1024
-LYRIC = "窓をあけたら 朝の色\nWe danced until the lamps grew pale"
+LYRIC = "窓をあけたら 朝の色\nWe danced until the lamps paled"
 PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
 COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 
@@ -66,7 +66,7 @@ def compose(skin, files, pressed, panel, played=0.62, volume=70):
     if skin.DISPLAY_C:
         x, y, w, h = skin.DISPLAY_C[:4]
         window.paste(tuple(skin.DISPLAY_C[4:]), (x, y, x + w, y + h))
-        text(window, x + 3, y, w - 3, h, 9, skin.LABELS[1][5:8], "128 kbps   A 3/120   21:40")
+        text(window, x + 3, y, w - 3, h, 9, skin.LABELS[1][5:8], "128kbps  A 3/120  21:40")
     if skin.LYRICS:
         x, y, w, h = skin.LYRICS[:4]
         window.paste(tuple(skin.LYRICS_BACK), (x, y, x + w, y + h))

@@ -26,7 +26,7 @@ sys.path.insert(0, HERE)
 
 SCALE = 4
 RENDERED_WITH = "2.54.7"
-NAMES = ("default",)
+NAMES = ("default", "hakuji", "obi")
 PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
 COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 
