@@ -1,0 +1,57 @@
+#include "text/paths.h"
+
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+std::size_t NameStart(std::string_view path) {
+    const std::size_t slash = path.rfind('\\');
+    return slash == std::string_view::npos ? 0 : slash + 1;
+}
+
+// Place of the last "." of the file name, npos when it has none.
+std::size_t LastDot(std::string_view path) {
+    const std::size_t dot = path.rfind('.');
+    return dot == std::string_view::npos || dot < NameStart(path) ? std::string_view::npos : dot;
+}
+
+}  // namespace
+
+std::string FolderOf(std::string_view path) { return std::string(path.substr(0, NameStart(path))); }
+
+std::string FileNameOf(std::string_view path) { return std::string(path.substr(NameStart(path))); }
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+    std::string path(folder);
+    if (!path.empty() && path.back() != '\\') path += '\\';
+    return path.append(name);
+}
+
+std::string LastFour(std::string_view path) { return FoldCase(LastCharacters(path, 4)); }
+
+std::string BaseNameOf(std::string_view path) {
+    const std::size_t start = NameStart(path);
+    const std::size_t dot = LastDot(path);
+    return std::string(path.substr(start, dot == std::string_view::npos ? dot : dot - start));
+}
+
+std::string ExtensionOf(std::string_view path) {
+    const std::size_t dot = LastDot(path);
+    return dot == std::string_view::npos ? std::string{} : std::string(path.substr(dot + 1));
+}
+
+std::string WithExtension(std::string_view path, std::string_view extension) {
+    return std::string(path.substr(0, LastDot(path))).append(".").append(extension);
+}
+
+bool IsAbsolutePath(std::string_view path) {
+    return (path.size() >= 2 && path[1] == ':') || (!path.empty() && path.front() == '\\');
+}
+
+bool MatchesMediaFilter(std::string_view path) {
+    const std::string lastFour = LastFour(path);
+    return CharacterCount(lastFour) == 4 && kMediaFilter.find(lastFour) != std::string_view::npos;
+}
+
+}  // namespace quenlox

@@ -1,0 +1,33 @@
+// Windows paths as texts: no look at the disk. "\" parts folders.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quenlox {
+
+std::string FolderOf(std::string_view path);    // up to and including the last "\"; empty when there is none
+std::string FileNameOf(std::string_view path);  // behind the last "\"
+// The folder and the name with one "\" between them; a folder that ends in one (the root of a drive) gets no second.
+// An empty folder gives the name alone.
+std::string JoinPath(std::string_view folder, std::string_view name);
+
+// The last four characters in lower case (".mp3"), the whole text when it is shorter. What decides on kinds of files.
+std::string LastFour(std::string_view path);
+// The file name without folder and without its last "." and what follows.
+std::string BaseNameOf(std::string_view path);
+// Everything behind the last "." of the file name, as written; empty when there is none.
+std::string ExtensionOf(std::string_view path);
+// The path up to and including the last "." of its file name, then `extension`; a name without "." gets one.
+std::string WithExtension(std::string_view path, std::string_view extension);
+
+// True for "C:\...", "\\server\..." and "\...".
+bool IsAbsolutePath(std::string_view path);
+
+// The media files that lists, drops and the browser take.
+inline constexpr std::string_view kMediaFilter =
+    "*.mp1;*.mp2;*.mp3;*.mpg;*.rmp;*.wav;*.mid;*.rmi;*.cda;*.wma";
+// True when the last four characters occur in the filter, whatever their case.
+bool MatchesMediaFilter(std::string_view path);
+
+}  // namespace quenlox
