@@ -66,6 +66,10 @@ class Form {
     virtual void Form_MouseMove(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_MouseUp(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_DoubleClick(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
+    virtual void Form_ContextMenu(Point at) { (void)at; }  // by the keyboard: Shift+F10 or the menu key
+    // A media key of the keyboard, as a Windows application command (11 next, 12 previous, 13 stop, 14 play or pause).
+    virtual bool Form_AppCommand(int command) { (void)command; return false; }
+    virtual void Form_TaskbarCreated() {}                  // the shell has started anew: its icons are gone
     virtual std::string Form_TooltipAt(Point at) { (void)at; return {}; }
 
     // What a skinned form looks like; composed when asked for after a change.
