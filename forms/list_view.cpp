@@ -60,7 +60,7 @@ void ListView::setFocusedRow(int row) {
 void ListView::ensureVisible(int row) {
     if (row < 0 || row >= rowCount()) return;
     rowToShow_ = row;
-    changed(Property::Focus);
+    changed(Property::Scroll);
 }
 
 void FileListBox::setFiles(std::vector<std::string> files) {

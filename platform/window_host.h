@@ -32,6 +32,7 @@ class FormHost {
     virtual void beginDrag() = 0;                          // the system moves the window with the mouse
     virtual void popup(const Menu& menu, Point at) = 0;    // returns when it is closed; the chosen item has been clicked
     virtual void bringToFront() = 0;
+    virtual Point fromScreen(Point screen) const { return screen; }  // pixels of the screen to pixels of the form
     virtual Size clientSize() const = 0;                   // pixels
     virtual TwipsPerPixel twipsPerPixel() const = 0;       // of the monitor that the window is on
     virtual void captureMouse(bool on) = 0;
