@@ -21,6 +21,7 @@ void Form::formChanged(FormProperty property) {
 }
 
 void Form::controlChanged(Control& control, Property property) {
+    controlChangedHere(control, property);
     if (host_) host_->controlChanged(control, property);
 }
 

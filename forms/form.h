@@ -88,6 +88,8 @@ class Form {
     void visibleByHost(bool visible) { visible_ = visible; }
 
   protected:
+    // For a form that draws its controls itself.
+    virtual void controlChangedHere(Control& control, Property property) { (void)control, (void)property; }
     void formChanged(FormProperty property);
 
   private:
