@@ -4,8 +4,8 @@
 //
 // Frames are numbered on both sides. Output frames count what process and finish have given; source frames count
 // what was put in, from the number that reset or beginTrack named. A stage that needs to look ahead keeps samples back
-// and gives them later, but never shifts them: there is no latency to compensate, and after finish the output is exactly
-// as long as the input (divided by the tempo).
+// and gives them later, but never shifts them: there is no latency to compensate, and after finish the output is
+// exactly as long as the input (divided by the tempo).
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,8 @@
 namespace vbmp3 {
 
 struct TrackPosition {
-    int64_t track = 0;    // as named by reset or beginTrack
-    double frame = 0;     // source frame within that track, at the chain's sample rate
+    int64_t track = 0;  // as named by reset or beginTrack
+    double frame = 0;   // source frame within that track, at the chain's sample rate
 };
 
 class Chain {
@@ -31,8 +31,8 @@ class Chain {
 
     int sampleRate() const;
 
-    // Forgets every sample kept back (seek, stop). What comes in next is `sourceFrame` of `track`, what goes out next is
-    // number `outputFrame`, and settings take hold at once, without a fade.
+    // Forgets every sample kept back (seek, stop). What comes in next is `sourceFrame` of `track`, what goes out next
+    // is number `outputFrame`, and settings take hold at once, without a fade.
     void reset(int64_t track, int64_t sourceFrame, int64_t outputFrame);
 
     // What comes in next is frame 0 of `track`; the sound goes on without a gap. Returns the number of the output frame

@@ -15,14 +15,15 @@ class Tap {
 
     // Decode thread: `interleaved` stereo frames that begin with output frame `firstFrame`.
     void write(int64_t firstFrame, std::span<const float> interleaved);
-    // Output frames from `firstFrame` on into `left` and `right`, `count` each; frames no longer or not yet there are 0.
+    // Output frames from `firstFrame` on into `left` and `right`, `count` each; frames no longer or not yet there are
+    // 0.
     void read(int64_t firstFrame, int count, int16_t* left, int16_t* right) const;
 
     void setSampleRate(int rate) { sampleRate_.store(rate, std::memory_order_relaxed); }
     int sampleRate() const { return sampleRate_.load(std::memory_order_relaxed); }
 
   private:
-    // 2.7 s at 192 kHz: more than the longest output buffer.
+    // 2.7 s at 192 kHz: more than the longest output buffer. A power of two.
     static constexpr int64_t kFrames = int64_t{1} << 19;
 
     std::unique_ptr<std::atomic<uint32_t>[]> ring_;  // left in the low 16 bits, right in the high ones
@@ -30,8 +31,5 @@ class Tap {
     std::atomic<int64_t> end_{0};
     std::atomic<int> sampleRate_{44100};
 };
-
-// Levels of `levels.size()` bands of the sound around output frame `frame`, as vbmp3_getSpectrum gives them.
-void readSpectrum(const Tap& tap, int64_t frame, std::span<int32_t> levels);
 
 }  // namespace vbmp3

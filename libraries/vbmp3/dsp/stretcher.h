@@ -1,0 +1,64 @@
+// Pitch and tempo of the chain, through SoundTouch. At normal, samples pass bit-exact and at once. A change of either
+// begins a new run at the present source frame: the old run plays on for 20 ms and fades into the new one. Every run
+// gives exactly as many frames as its source frames divided by the tempo, so that places can be told from frame numbers
+// alone. Decode thread.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace vbmp3 {
+
+class Stretcher {
+  public:
+    explicit Stretcher(int sampleRate);
+    ~Stretcher();
+
+    // Takes hold with the next frame put in. `tempo` is the speed, 0.25 to 4.
+    void set(int pitchPercent, double tempo);
+    double tempo() const { return wanted_.tempo; }
+
+    void reset();
+    void process(std::span<const float> stereo, std::vector<float>& out);
+    // Gives the end of the run; the next frame begins a new one.
+    void finish(std::vector<float>& out);
+    bool idle() const { return !changing_ && run_ == nullptr && fading_.empty(); }
+
+    // The runs so far wanted: at input frame `in` the run with the present values has begun, as output frame `out`,
+    // both counted since reset.
+    struct Start {
+        int64_t in = 0, out = 0;
+    };
+    Start start() const { return start_; }
+    int64_t inputFrames() const { return in_; }
+    // Output frame that belongs to an input frame at or after start().
+    int64_t outputFrameOf(int64_t in) const;
+
+  private:
+    struct Values {
+        int pitchPercent = 100;
+        double tempo = 1.0;
+        bool normal() const { return pitchPercent == 100 && tempo == 1.0; }
+        friend bool operator==(const Values&, const Values&) = default;
+    };
+    class Run;
+
+    void feed(std::span<const float> stereo, std::vector<float>& out);
+    void change(std::vector<float>& out);
+    void give(std::span<const float> stereo, std::vector<float>& out);
+
+    int sampleRate_;
+    Values wanted_, present_;
+    std::unique_ptr<Run> run_;  // null: normal
+    bool changing_ = false;     // held_ collects what both the old and the new run need
+    Start start_;
+    int64_t in_ = 0;  // frames taken, those of held_ included
+    std::vector<float> held_;
+    std::vector<float> fading_;  // what the old run still has to say
+    size_t faded_ = 0;           // how much of fading_ has been mixed in, in samples
+    std::vector<float> work_;
+};
+
+}  // namespace vbmp3

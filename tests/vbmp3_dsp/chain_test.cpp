@@ -1,0 +1,156 @@
+#include "libraries/vbmp3/dsp/chain.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "tests/vbmp3_dsp/signals.h"
+
+namespace vbmp3::test {
+namespace {
+
+constexpr int kRate = 44100;
+
+TEST(Chain, PositionsFollowTheTempoAcrossChangesSeeksAndTracks) {
+    SoundSettings settings;
+    Chain chain(settings, nullptr, kRate);
+    chain.reset(7, 1000, 0);
+    const Samples in(2 * kRate, 0.1f);
+    Samples out;
+    feed(chain, in, 0, kRate, out);
+    settings.setStepPitch(6, 5);  // double speed from source frame 45100 on
+    feed(chain, in, 0, kRate, out);
+    feed(chain, in, 0, kRate, out);
+    settings.setStepPitch(1, 5);
+    feed(chain, in, 0, kRate, out);
+    const int64_t border = chain.beginTrack(8);
+    feed(chain, in, 0, kRate, out);
+    chain.finish(out);
+    EXPECT_EQ(border, 3 * kRate);
+    EXPECT_EQ(chain.outputFrames(), 4 * kRate);
+    EXPECT_EQ(static_cast<int64_t>(out.size() / 2), 4 * kRate);
+
+    const struct {
+        int64_t output, track;
+        double frame;
+    } places[] = {{0, 7, 1000.0},
+                  {100, 7, 1100.0},
+                  {kRate + 500, 7, 1000.0 + kRate + 1000.0},
+                  {2 * kRate + 500, 7, 1000.0 + 3.0 * kRate + 500.0},
+                  {3 * kRate - 1, 7, 999.0 + 4.0 * kRate},
+                  {3 * kRate, 8, 0.0},
+                  {3 * kRate + 77, 8, 77.0},
+                  {-5, 7, 1000.0}};
+    for (const auto& place : places) {
+        const TrackPosition position = chain.position(place.output);
+        EXPECT_EQ(position.track, place.track) << place.output;
+        EXPECT_NEAR(position.frame, place.frame, 1.5) << place.output;
+    }
+
+    // A seek while frame 3 · rate + 100 is being heard: what was prepared beyond is thrown away.
+    chain.reset(8, 500000, 3 * kRate + 100);
+    EXPECT_EQ(chain.outputFrames(), 3 * kRate + 100);
+    EXPECT_NEAR(chain.position(3 * kRate + 110).frame, 500010.0, 1e-6);
+    EXPECT_NEAR(chain.position(3 * kRate + 77).frame, 77.0, 1.5);
+}
+
+TEST(Chain, ATrackThatFollowsGoesOnThroughEqualizerAndPitchWithoutASeam) {
+    // One tone cut into two tracks must sound as if it had not been cut.
+    const Samples in = tones({{500.0, 0.3}}, kRate, 2.0);
+    SoundSettings settings;
+    settings.setEqualizer(BandGains{0, 0, 60, 60, 0, -60});
+    settings.applyEqualizer();
+    settings.setPitch(110);
+    Chain whole(settings, nullptr, kRate), cut(settings, nullptr, kRate);
+    whole.reset(0, 0, 0);
+    cut.reset(0, 0, 0);
+    Samples expected, out;
+    feed(whole, in, 0, 2 * kRate, expected);
+    whole.finish(expected);
+    feed(cut, in, 0, kRate, out);
+    EXPECT_EQ(cut.beginTrack(1), kRate);
+    // The blocks of the second track begin at another place of the first one's grid, which must not matter.
+    feed(cut, in, kRate, 2 * kRate, out);
+    cut.finish(out);
+    ASSERT_EQ(out.size(), expected.size());
+    EXPECT_LT(roughness(out, kRate - 2000, kRate + 2000), 0.005);
+}
+
+TEST(Chain, AfterASeekNothingOfTheSoundBeforeIsLeft) {
+    SoundSettings settings;
+    settings.setEqualizer(BandGains{60, -60, 60, -60, 60, -60, 60, -60, 60, -60});
+    settings.applyEqualizer();
+    settings.setPitch(120);
+    Chain chain(settings, nullptr, kRate);
+    chain.reset(0, 0, 0);
+    Samples out;
+    chain.process(noise(20000, 0.9f), out);
+    chain.reset(0, 0, 0);
+    out.clear();
+    chain.process(Samples(2 * 20000, 0.0f), out);
+    chain.finish(out);
+    ASSERT_EQ(out.size(), 2u * 20000u);
+    EXPECT_EQ(peakOf(out), 0.0);
+}
+
+TEST(Chain, FullScaleSoundWithEveryBoostStaysWithinFullScale) {
+    SoundSettings settings;
+    settings.setEqualizer(BandGains{120, 120, 120, 120, 120, 120, 120, 120, 120, 120});
+    settings.applyEqualizer();
+    for (const int pitch : {100, 130}) {
+        settings.setPitch(pitch);
+        const Samples out = through(settings, noise(2 * kRate, 1.0f), kRate);
+        EXPECT_LT(peakOf(out), 1.0);
+        EXPECT_GT(peakOf(out), 0.9);
+    }
+}
+
+TEST(Chain, SamplesThatAreNoNumbersDoNotSilenceWhatFollows) {
+    SoundSettings settings;
+    settings.setEqualizer(BandGains{60, 60, 60});
+    settings.applyEqualizer();
+    settings.setPitch(110);
+    Samples in = tones({{440.0, 0.3}}, kRate, 1.0);
+    in[2000] = NAN;
+    in[3001] = INFINITY;
+    in[4000] = -1e38f;
+    const Samples out = through(settings, in, kRate);
+    for (const float sample : out) ASSERT_TRUE(std::isfinite(sample));
+    EXPECT_GT(peakOf(std::span(out).last(kRate / 5)), 0.2);
+}
+
+TEST(Chain, SettingsPositionAndWaveMayBeTouchedFromAnotherThreadMeanwhile) {
+    SoundSettings settings;
+    Tap tap;
+    Chain chain(settings, &tap, kRate);
+    chain.reset(0, 0, 0);
+    std::atomic<bool> done{false};
+    std::thread caller([&] {
+        std::mt19937 random(3);
+        int16_t left[1024], right[1024];
+        while (!done.load()) {
+            BandGains gains{};
+            for (int32_t& gain : gains) gain = static_cast<int32_t>(random() % 241) - 120;
+            settings.setEqualizer(gains);
+            settings.applyEqualizer();
+            settings.setPitch(50 + static_cast<int>(random() % 151));
+            settings.setStepPitch(static_cast<int>(random() % 6), 5);
+            chain.position(static_cast<int64_t>(random() % 100000));
+            tap.read(static_cast<int64_t>(random() % 100000), 1024, left, right);
+        }
+    });
+    const Samples in = noise(1152, 0.5f);
+    Samples out;
+    for (int i = 0; i < 200; ++i) {
+        chain.process(in, out);
+        if (i % 50 == 49) chain.reset(i, 0, chain.outputFrames() / 2);
+    }
+    chain.finish(out);
+    done.store(true);
+    caller.join();
+    EXPECT_LT(peakOf(out), 1.0);
+}
+
+}  // namespace
+}  // namespace vbmp3::test

@@ -1,0 +1,169 @@
+#include "libraries/vbmp3/dsp/equalizer.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "libraries/vbmp3/dsp/equalizer_curve.h"
+#include "tests/vbmp3_dsp/signals.h"
+
+namespace vbmp3::test {
+namespace {
+
+struct Curve {
+    std::string name;
+    BandGains gains;
+};
+
+std::vector<Curve> curves() {
+    std::vector<Curve> all = {
+        {"rock", {20, 50, 0, -20, 30, 10, -20, 50, 30, 10}},
+        {"pops", {-30, 0, 40, 0, 0, -30, 60, 40, 0, -30}},
+        {"light", {-20, -40, 0, 0, -20, 40, 50, 10, 40, 20}},
+        {"bgm", {-70, -20, -30, 40, -20, 30, -30, 0, -50, -70}},
+        {"all up", {120, 120, 120, 120, 120, 120, 120, 120, 120, 120}},
+        {"all down", {-120, -120, -120, -120, -120, -120, -120, -120, -120, -120}},
+        {"saw", {120, -120, 120, -120, 120, -120, 120, -120, 120, -120}},
+        {"saw, other way", {-120, 120, -120, 120, -120, 120, -120, 120, -120, 120}},
+        {"only the lowest", {120, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+        {"only the highest", {0, 0, 0, 0, 0, 0, 0, 0, 0, 120}},
+    };
+    std::mt19937 random(42);
+    for (int i = 0; i < 12; ++i) {
+        Curve curve{"random " + std::to_string(i), {}};
+        for (int32_t& gain : curve.gains) gain = static_cast<int32_t>(random() % 241) - 120;
+        all.push_back(curve);
+    }
+    return all;
+}
+
+TEST(Equalizer, EveryBandHasItsGainWithinATenthOfADecibelWhateverTheOthersAre) {
+    double worst = 0.0;
+    for (const int rate : {44100, 48000, 22050, 96000}) {
+        const int bands = usableBands(rate);
+        std::vector<Tone> parts;
+        for (int i = 0; i < bands; ++i) parts.push_back({kBandHz[i], 0.01});
+        const Samples in = tones(parts, rate, 1.0);
+        for (const Curve& curve : curves()) {
+            SoundSettings settings;
+            settings.setEqualizer(curve.gains);
+            settings.applyEqualizer();
+            const Samples out = through(settings, in, rate);
+            ASSERT_EQ(out.size(), in.size());
+            for (int i = 0; i < bands; ++i) {
+                for (const size_t channel : {0u, 1u}) {
+                    const size_t from = rate / 4, to = rate;
+                    const double gain = 20.0 * std::log10(amplitudeAt(out, kBandHz[i], rate, from, to, channel) /
+                                                          amplitudeAt(in, kBandHz[i], rate, from, to, channel));
+                    worst = std::max(worst, std::fabs(gain - curve.gains[i] / 10.0));
+                    EXPECT_NEAR(gain, curve.gains[i] / 10.0, 0.1)
+                        << curve.name << ", " << kBandHz[i] << " Hz at " << rate;
+                }
+            }
+        }
+    }
+    RecordProperty("worst_centidecibel", static_cast<int>(worst * 100.0));
+}
+
+TEST(Equalizer, BetweenTheBandsTheResponseStaysBetweenTheirGains) {
+    const int rate = 44100;
+    SoundSettings settings;
+    const BandGains gains = {120, -120, 120, -120, 120, -120, 120, -120, 120, -120};
+    settings.setEqualizer(gains);
+    settings.applyEqualizer();
+    for (double hz = 25.0; hz < 21000.0; hz *= 1.19) {
+        const Samples in = tones({{hz, 0.1}}, rate, 0.6);
+        const Samples out = through(settings, in, rate);
+        const size_t from = rate / 4, to = rate * 6 / 10;
+        const double gain =
+            20.0 * std::log10(amplitudeAt(out, hz, rate, from, to) / amplitudeAt(in, hz, rate, from, to));
+        EXPECT_LT(gain, 12.2) << hz;
+        EXPECT_GT(gain, -12.3) << hz;
+        EXPECT_NEAR(gain, equalizerCurve(gains, kBands, {hz})[0], 0.5) << hz;
+    }
+}
+
+TEST(Equalizer, OffOrFlatPassesEverySampleBitExact) {
+    const Samples in = noise(20000, 1.5f);  // decoders give values beyond full scale too
+    SoundSettings flat;
+    flat.setEqualizer(BandGains{});
+    flat.applyEqualizer();
+    SoundSettings switchedOff;
+    switchedOff.setEqualizer(BandGains{50});
+    switchedOff.applyEqualizer();
+    switchedOff.setEqualizer(std::nullopt);
+    switchedOff.applyEqualizer();
+    for (const size_t block : {1u, 7u, 1152u, 20000u}) {
+        EXPECT_EQ(through(flat, in, 44100, block), in);
+        EXPECT_EQ(through(switchedOff, in, 44100, block), in);
+    }
+}
+
+TEST(Equalizer, GainsWaitForBeingAppliedAndAreLimitedToTwelveDecibels) {
+    SoundSettings settings;
+    settings.setEqualizer(BandGains{500, -500});
+    EXPECT_EQ(settings.version(), 0u);
+    settings.applyEqualizer();
+    const std::optional<SoundValues> values = settings.read();
+    ASSERT_TRUE(values);
+    EXPECT_TRUE(values->equalizer);
+    EXPECT_EQ(values->gains[0], 120);
+    EXPECT_EQ(values->gains[1], -120);
+}
+
+TEST(Equalizer, TheResultDoesNotDependOnTheSizeOfTheBlocks) {
+    const Samples in = noise(30000, 0.2f);
+    SoundSettings settings;
+    settings.setEqualizer(BandGains{20, 50, 0, -20, 30, 10, -20, 50, 30, 10});
+    settings.applyEqualizer();
+    const Samples whole = through(settings, in, 44100, 30000);
+    ASSERT_EQ(whole.size(), in.size());
+    for (const size_t block : {1u, 1152u, 4097u}) EXPECT_EQ(through(settings, in, 44100, block), whole) << block;
+}
+
+TEST(Equalizer, ChangesWhilePlayingMakeNoClickAndLoseNoSample) {
+    const int rate = 44100;
+    const Samples in = tones({{300.0, 0.2}}, rate, 4.0);
+    SoundSettings settings;
+    Chain chain(settings, nullptr, rate);
+    chain.reset(0, 0, 0);
+    Samples out;
+    const std::vector<std::optional<BandGains>> steps = {
+        std::nullopt, BandGains{120, 120, 120, 120, 120, 120, 120, 120, 120, 120},
+        BandGains{-120, -120, -120, -120, -120, -120, -120, -120, -120, -120}, BandGains{0, 0, 120}, std::nullopt};
+    double loudest = 0.0;
+    for (size_t step = 0; step < 40; ++step) {
+        settings.setEqualizer(steps[step % steps.size()]);
+        settings.applyEqualizer();
+        feed(chain, in, step * 4410, (step + 1) * 4410, out, 441);
+    }
+    chain.finish(out);
+    ASSERT_EQ(out.size(), in.size());
+    // A tone of 300 Hz at the greatest amplitude heard has this fourth difference itself; a jump of one per cent of
+    // full scale would have ten times that of the fade.
+    loudest = peakOf(out);
+    const double ownRoughness = std::pow(2.0 * std::numbers::pi * 300.0 / rate, 4) * loudest;
+    EXPECT_LT(roughness(out, 4410, in.size() / 2), ownRoughness + 2e-3);
+}
+
+TEST(Equalizer, WhatSoundsGoesOnWhereTheEqualizerIsSwitchedOff) {
+    // Off again, the frames are those of the source at the same place: nothing has been shifted.
+    const Samples in = noise(44100, 0.2f);
+    SoundSettings settings;
+    Chain chain(settings, nullptr, 44100);
+    chain.reset(0, 0, 0);
+    Samples out;
+    settings.setEqualizer(BandGains{40, 40});
+    settings.applyEqualizer();
+    feed(chain, in, 0, 10000, out);
+    settings.setEqualizer(std::nullopt);
+    settings.applyEqualizer();
+    feed(chain, in, 10000, 44100, out);
+    chain.finish(out);
+    ASSERT_EQ(out.size(), in.size());
+    EXPECT_TRUE(std::equal(out.begin() + 2 * 12000, out.end(), in.begin() + 2 * 12000));
+    EXPECT_FALSE(std::equal(out.begin(), out.begin() + 2 * 9000, in.begin()));
+}
+
+}  // namespace
+}  // namespace vbmp3::test

@@ -1,0 +1,115 @@
+#include "libraries/vbmp3/dsp/stretcher.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/vbmp3_dsp/signals.h"
+
+namespace vbmp3::test {
+namespace {
+
+struct Case {
+    int pitch;
+    int factor;
+    int rate;
+};
+
+TEST(Pitch, PitchChangesTheFrequencyAndStepPitchTheLength) {
+    const Case cases[] = {{130, 1, 44100}, {80, 1, 44100},  {50, 1, 44100},  {200, 1, 44100},  {130, 1, 48000},
+                          {130, 1, 22050}, {100, 6, 44100}, {100, 3, 44100}, {100, -1, 44100}, {100, 16, 44100},
+                          {100, 6, 8000},  {120, 4, 48000}, {100, 6, 192000}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor << " at " << c.rate);
+        SoundSettings settings;
+        ASSERT_TRUE(settings.setPitch(c.pitch));
+        ASSERT_TRUE(settings.setStepPitch(c.factor, 5));
+        const double tempo = 1.0 + (c.factor - 1) / 5.0;
+        const double seconds = 4.0;
+        const Samples in = tones({{440.0, 0.5}}, c.rate, seconds);
+        const Samples out = through(settings, in, c.rate);
+        const auto frames = static_cast<int64_t>(in.size() / 2);
+        EXPECT_EQ(static_cast<int64_t>(out.size() / 2), std::llround(static_cast<double>(frames) / tempo));
+        const size_t length = out.size() / 2;
+        EXPECT_NEAR(frequencyOf(out, c.rate, length / 5, length * 4 / 5), 440.0 * c.pitch / 100.0, 440.0 * 0.004);
+        // Sound from the first frames to the last, not silence that was put in for length.
+        EXPECT_GT(peakOf(std::span(out).subspan(length / 200 * 2, length / 50 * 2)), 0.3);
+        EXPECT_GT(peakOf(std::span(out).last(length / 50 * 2)), 0.3);
+    }
+}
+
+TEST(Pitch, AtNormalSamplesPassBitExactAndAtOnce) {
+    const Samples in = noise(5000, 1.2f);
+    SoundSettings settings;
+    settings.setPitch(130);
+    settings.setStepPitch(6, 5);
+    settings.setPitch(100);
+    settings.setStepPitch(1, 5);
+    Chain chain(settings, nullptr, 44100);
+    chain.reset(0, 0, 0);
+    Samples out;
+    chain.process(in, out);
+    EXPECT_EQ(out, in);
+}
+
+TEST(Pitch, ValuesOutOfRangeAreRefusedAndChangeNothing) {
+    SoundSettings settings;
+    EXPECT_FALSE(settings.setPitch(49));
+    EXPECT_FALSE(settings.setPitch(201));
+    EXPECT_FALSE(settings.setStepPitch(1, 0));
+    EXPECT_FALSE(settings.setStepPitch(1, -5));
+    EXPECT_FALSE(settings.setStepPitch(-3, 5));
+    EXPECT_FALSE(settings.setStepPitch(17, 5));
+    EXPECT_FALSE(settings.setStepPitch(INT32_MIN, 1));
+    EXPECT_FALSE(settings.setStepPitch(INT32_MAX, 1));
+    EXPECT_EQ(settings.version(), 0u);
+}
+
+TEST(Pitch, AMomentOfTheSourceIsHeardWhereTheLengthPutsIt) {
+    // Bursts of a tone in silence; the middle of each must come out at its time divided by the tempo.
+    const int rate = 44100;
+    for (const Case& c : {Case{130, 1, rate}, Case{70, 1, rate}, Case{100, 6, rate}, Case{100, -1, rate}}) {
+        SoundSettings settings;
+        settings.setPitch(c.pitch);
+        settings.setStepPitch(c.factor, 5);
+        const double tempo = 1.0 + (c.factor - 1) / 5.0;
+        Samples in(2 * 5 * rate, 0.0f);
+        const Samples burst = tones({{800.0, 0.5}}, rate, 0.2);
+        for (const double at : {0.9, 2.4, 4.1})
+            std::copy(burst.begin(), burst.end(), in.begin() + 2 * static_cast<int>(at * rate));
+        const Samples out = through(settings, in, rate);
+        for (const double at : {0.9, 2.4, 4.1}) {
+            double weight = 0.0, sum = 0.0;
+            const auto from = static_cast<size_t>((at - 0.4) / tempo * rate);
+            const auto to = std::min(out.size() / 2, static_cast<size_t>((at + 0.6) / tempo * rate));
+            for (size_t i = from; i < to; ++i) {
+                const double energy = static_cast<double>(out[2 * i]) * out[2 * i];
+                weight += energy;
+                sum += energy * static_cast<double>(i) / rate;
+            }
+            EXPECT_NEAR(sum / weight, (at + 0.1) / tempo, 0.04) << c.pitch << " % " << c.factor;
+        }
+    }
+}
+
+TEST(Pitch, ChangesWhilePlayingMakeNoClickAndKeepTheLength) {
+    const int rate = 44100;
+    const Samples in = tones({{300.0, 0.3}}, rate, 6.0);
+    SoundSettings settings;
+    Chain chain(settings, nullptr, rate);
+    chain.reset(0, 0, 0);
+    Samples out;
+    const int pitches[] = {100, 130, 100, 80, 120, 100};
+    for (size_t step = 0; step < 6; ++step) {
+        settings.setPitch(pitches[step]);
+        feed(chain, in, step * rate, (step + 1) * rate, out, 1000);
+    }
+    chain.finish(out);
+    EXPECT_EQ(out.size(), in.size());
+    EXPECT_LT(roughness(out, 100, out.size() / 2), 0.01);
+    EXPECT_NEAR(frequencyOf(out, rate, rate + rate / 4, 2 * rate - rate / 4), 390.0, 1.5);
+    EXPECT_NEAR(frequencyOf(out, rate, 2 * rate + rate / 4, 3 * rate - rate / 4), 300.0, 1.5);
+    // Back at normal the frames are those of the source, at their own place.
+    EXPECT_TRUE(std::equal(out.end() - rate, out.end(), in.end() - rate));
+}
+
+}  // namespace
+}  // namespace vbmp3::test
