@@ -1,0 +1,132 @@
+// Files in memory. Names compare without case and keep theirs; folders exist as soon as a file is in them.
+#pragma once
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/file_system.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+
+class FakeFileSystem : public FileSystem {
+  public:
+    struct File {
+        std::string path;
+        std::string bytes;
+        bool readOnly = false;
+    };
+    std::vector<File> all;                // in the order of their making, which is the order of enumeration
+    std::vector<std::string> emptyFolders;
+    std::vector<std::pair<std::string, DriveType>> driveList{{"C:\\", DriveType::Fixed}};
+    std::string program = "C:\\Quenlox";
+    std::string current = "C:\\Quenlox";
+    bool writesFail = false;
+    bool renamesFail = false;
+    std::set<std::string> unreadable;     // paths that exist and cannot be read
+    int writes = 0;
+    int reads = 0;
+
+    void add(const std::string& path, std::string bytes = {}) {
+        if (File* file = lookUp(path)) {
+            file->bytes = std::move(bytes);
+        } else {
+            all.push_back({path, std::move(bytes), false});
+        }
+    }
+    File* lookUp(const std::string& path) {
+        const auto found = std::find_if(all.begin(), all.end(), [&](const File& f) { return EqualsNoCase(f.path, path); });
+        return found == all.end() ? nullptr : &*found;
+    }
+    std::string bytesOf(const std::string& path) {
+        const File* file = lookUp(path);
+        return file ? file->bytes : std::string();
+    }
+
+    bool fileExists(const std::string& path) override { return lookUp(path) != nullptr; }
+    bool folderExists(const std::string& path) override {
+        const std::string folder = FoldCase(JoinPath(path, ""));
+        for (const auto& [root, type] : driveList) {
+            if (FoldCase(root) == folder) return true;
+        }
+        for (const std::string& empty : emptyFolders) {
+            if (FoldCase(JoinPath(empty, "")).starts_with(folder)) return true;
+        }
+        return std::any_of(all.begin(), all.end(), [&](const File& f) { return FoldCase(f.path).starts_with(folder); });
+    }
+    bool isReadOnly(const std::string& path) override {
+        const File* file = lookUp(path);
+        return file && file->readOnly;
+    }
+    std::optional<std::string> read(const std::string& path, std::uint64_t limit) override {
+        ++reads;
+        const File* file = lookUp(path);
+        if (!file || unreadable.contains(path) || file->bytes.size() > limit) return std::nullopt;
+        return file->bytes;
+    }
+    bool write(const std::string& path, std::string_view bytes) override {
+        ++writes;
+        if (writesFail || isReadOnly(path)) return false;
+        add(path, std::string(bytes));
+        return true;
+    }
+    bool rename(const std::string& from, const std::string& to) override {
+        File* file = lookUp(from);
+        const File* other = lookUp(to);
+        if (renamesFail || !file || (other && other != file) || FileNameOf(to).find_first_of("/:*?\"<>|") != std::string::npos) return false;
+        file->path = to;
+        return true;
+    }
+    bool remove(const std::string& path) override {
+        if (!lookUp(path) || isReadOnly(path)) return false;
+        std::erase_if(all, [&](const File& f) { return EqualsNoCase(f.path, path); });
+        return true;
+    }
+    std::vector<std::string> files(const std::string& folder) override {
+        std::vector<std::string> names;
+        eachFile(folder, [&](const std::string& name) {
+            names.push_back(name);
+            return true;
+        });
+        return names;
+    }
+    std::vector<std::string> folders(const std::string& folder) override {
+        std::vector<std::string> names;
+        std::vector<std::string> paths;
+        for (const File& file : all) paths.push_back(FolderOf(file.path));
+        for (const std::string& empty : emptyFolders) paths.push_back(JoinPath(empty, ""));
+        const std::string start = FoldCase(JoinPath(folder, ""));
+        for (const std::string& path : paths) {
+            if (!FoldCase(path).starts_with(start) || path.size() == start.size()) continue;
+            const std::string name = path.substr(start.size(), path.find('\\', start.size()) - start.size());
+            if (std::none_of(names.begin(), names.end(), [&](const std::string& n) { return EqualsNoCase(n, name); })) {
+                names.push_back(name);
+            }
+        }
+        return names;
+    }
+    void eachFile(const std::string& folder, const std::function<bool(const std::string& name)>& listener) override {
+        const std::string start = JoinPath(folder, "");
+        for (const File& file : all) {
+            if (EqualsNoCase(FolderOf(file.path), start) && !listener(FileNameOf(file.path))) return;
+        }
+    }
+    std::vector<std::string> drives() override {
+        std::vector<std::string> roots;
+        for (const auto& [root, type] : driveList) roots.push_back(root);
+        return roots;
+    }
+    DriveType driveType(const std::string& root) override {
+        for (const auto& [name, type] : driveList) {
+            if (EqualsNoCase(name, root)) return type;
+        }
+        return DriveType::NoRoot;
+    }
+    std::string programFolder() override { return program; }
+    std::string currentFolder() override { return current; }
+};
+
+}  // namespace quenlox
