@@ -1,0 +1,12 @@
+// The APE tag, versions 1 and 2, as described at wiki.hydrogenaud.io: read as the last source of fields, and
+// otherwise left alone.
+#pragma once
+
+#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/vbmp3/tags/tag_fields.h"
+
+namespace vbmp3 {
+
+TagFields readApe(HeadTailReader& reader, ByteRange range);
+
+} // namespace vbmp3

@@ -1,0 +1,83 @@
+#include "libraries/vbmp3/tags/genres.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+
+#include "libraries/vbmp3/tags/tag_fields.h"
+
+namespace vbmp3 {
+namespace {
+
+constexpr std::string_view kGenres[] = {
+    "Blues", "Classic Rock", "Country", "Dance", "Disco", "Funk", "Grunge", "Hip-Hop", "Jazz", "Metal", "New Age",
+    "Oldies", "Other", "Pop", "R&B", "Rap", "Reggae", "Rock", "Techno", "Industrial", "Alternative", "Ska",
+    "Death Metal", "Pranks", "Soundtrack", "Euro-Techno", "Ambient", "Trip-Hop", "Vocal", "Jazz+Funk", "Fusion",
+    "Trance", "Classical", "Instrumental", "Acid", "House", "Game", "Sound Clip", "Gospel", "Noise", "AlternRock",
+    "Bass", "Soul", "Punk", "Space", "Meditative", "Instrumental Pop", "Instrumental Rock", "Ethnic", "Gothic",
+    "Darkwave", "Techno-Industrial", "Electronic", "Pop-Folk", "Eurodance", "Dream", "Southern Rock", "Comedy", "Cult",
+    "Gangsta", "Top 40", "Christian Rap", "Pop/Funk", "Jungle", "Native American", "Cabaret", "New Wave",
+    "Psychedelic", "Rave", "Showtunes", "Trailer", "Lo-Fi", "Tribal", "Acid Punk", "Acid Jazz", "Polka", "Retro",
+    "Musical", "Rock & Roll", "Hard Rock", "Folk", "Folk-Rock", "National Folk", "Swing", "Fast Fusion", "Bebob",
+    "Latin", "Revival", "Celtic", "Bluegrass", "Avantgarde", "Gothic Rock", "Progressive Rock", "Psychedelic Rock",
+    "Symphonic Rock", "Slow Rock", "Big Band", "Chorus", "Easy Listening", "Acoustic", "Humour", "Speech", "Chanson",
+    "Opera", "Chamber Music", "Sonata", "Symphony", "Booty Bass", "Primus", "Porn Groove", "Satire", "Slow Jam",
+    "Club", "Tango", "Samba", "Folklore", "Ballad", "Power Ballad", "Rhythmic Soul", "Freestyle", "Duet", "Punk Rock",
+    "Drum Solo", "A Capella", "Euro-House", "Dance Hall", "Goa", "Drum & Bass", "Club-House", "Hardcore", "Terror",
+    "Indie", "BritPop", "Negerpunk", "Polsk Punk", "Beat", "Christian Gangsta Rap", "Heavy Metal", "Black Metal",
+    "Crossover", "Contemporary Christian", "Christian Rock", "Merengue", "Salsa", "Thrash Metal", "Anime", "JPop",
+    "Synthpop", "Abstract", "Art Rock", "Baroque", "Bhangra", "Big Beat", "Breakbeat", "Chillout", "Downtempo", "Dub",
+    "EBM", "Eclectic", "Electro", "Electroclash", "Emo", "Experimental", "Garage", "Global", "IDM", "Illbient",
+    "Industro-Goth", "Jam Band", "Krautrock", "Leftfield", "Lounge", "Math Rock", "New Romantic", "Nu-Breakz",
+    "Post-Punk", "Post-Rock", "Psytrance", "Shoegaze", "Space Rock", "Trop Rock", "World Music", "Neoclassical",
+    "Audiobook", "Audio Theatre", "Neue Deutsche Welle", "Podcast", "Indie Rock", "G-Funk", "Dubstep", "Garage Rock",
+    "Psybient",
+};
+static_assert(std::size(kGenres) == kGenreCount);
+
+bool sameText(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+// A number from 0 to 255 that is the whole text, else -1.
+int wholeNumber(std::string_view text) {
+    int number = -1;
+    const auto end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, number);
+    return parsed.ec == std::errc{} && parsed.ptr == end && number >= 0 && number <= 255 ? number : -1;
+}
+
+} // namespace
+
+std::string_view genreName(int number) { return number >= 0 && number < kGenreCount ? kGenres[number] : std::string_view{}; }
+
+int findGenre(std::string_view name) {
+    for (int i = 0; i < kGenreCount; ++i)
+        if (sameText(kGenres[i], name)) return i;
+    return kNoGenre;
+}
+
+Genre readGenre(std::string_view text) {
+    if (text.starts_with("((")) return {std::string(text.substr(1)), kNoGenre};
+    if (const int number = wholeNumber(text); number >= 0 && number < kGenreCount)
+        return {std::string(genreName(number)), number};
+    if (text.starts_with('(')) {
+        const size_t close = text.find(')');
+        if (close != std::string_view::npos) {
+            const std::string_view inner = text.substr(1, close - 1), rest = text.substr(close + 1);
+            const int number = wholeNumber(inner);
+            const bool special = inner == "RX" || inner == "CR";
+            if (number >= 0 || special) {
+                // The text behind the number refines it, "(4)Eurodisco"; a second number does not.
+                if (!rest.empty() && !rest.starts_with('(')) return {std::string(rest), findGenre(rest)};
+                if (special) return {inner == "RX" ? "Remix" : "Cover", kNoGenre};
+                if (number < kGenreCount) return {std::string(genreName(number)), number};
+                return {{}, kNoGenre};
+            }
+        }
+    }
+    return {std::string(text), findGenre(text)};
+}
+
+} // namespace vbmp3

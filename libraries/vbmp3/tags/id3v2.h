@@ -1,0 +1,43 @@
+// The ID3v2 tag, versions 2.2, 2.3 and 2.4 (id3.org: id3v2-00, id3v2.3.0, id3v2.4.0-structure and -frames): reading its
+// fields without touching pictures, and editing them while every other frame stays as it is.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/vbmp3/tags/tag_fields.h"
+
+namespace vbmp3 {
+
+struct Id3v2Frame {
+    std::string id;            // three letters in version 2.2, else four
+    uint16_t flags = 0;        // as stored; version 2.2 has none
+    std::vector<uint8_t> data; // as stored, with what the flags announce (length, group) in front
+};
+
+struct Id3v2Tag {
+    int version = 3; // 2, 3 or 4
+    std::vector<Id3v2Frame> frames;
+};
+
+// The fields of the tag in `range`. Reads the frames of the fields and the heads of the others.
+TagFields readId3v2(HeadTailReader& reader, ByteRange range);
+// All frames of a tag, for editing. Nothing when it is none, is larger than 64 MiB, or is compressed as a whole (2.2).
+std::optional<Id3v2Tag> parseId3v2(HeadTailReader& reader, ByteRange range);
+
+TagFields fieldsOf(const Id3v2Tag& tag);
+// Gives the tag these fields. A field that the tag has already in these words keeps its frames untouched (several
+// values, language, encoding); others are replaced, an empty one is removed. `shown` is what the caller has seen of the
+// tag, which may be less than it holds since his texts have a fixed length; null: all of it.
+void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown = nullptr);
+// The whole tag with `padding` zero bytes at the end. Nothing when it is too large for the format. Without frames: empty.
+std::optional<std::vector<uint8_t>> makeId3v2(const Id3v2Tag& tag, size_t padding = 1024);
+
+// Texts of frames, for other readers of the tag (lyrics). `bytes` begins with the byte of the encoding.
+std::string id3v2Text(std::span<const uint8_t> bytes);
+
+} // namespace vbmp3

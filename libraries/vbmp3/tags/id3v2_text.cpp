@@ -1,0 +1,98 @@
+#include "libraries/vbmp3/tags/id3v2_text.h"
+
+#include <algorithm>
+
+#include "libraries/vbmp3/tags/legacy_text.h"
+#include "text/encoding.h"
+
+namespace vbmp3 {
+namespace {
+
+std::string_view asText(std::span<const uint8_t> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+// Some writers leave the byte-order mark out. Western and Japanese texts have many units with the high byte 0 (ASCII),
+// 0x30 (kana, punctuation) or 0xFF (full width); on which side of the pair these stand tells the order.
+bool looksBigEndian(std::span<const uint8_t> bytes) {
+    int even = 0, odd = 0;
+    for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        const auto common = [](uint8_t b) { return b == 0 || b == 0x30 || b == 0xFF; };
+        even += common(bytes[i]);
+        odd += common(bytes[i + 1]);
+    }
+    return even > odd;
+}
+
+std::string decodeUtf16(std::span<const uint8_t> bytes, bool& bigEndian, bool& orderKnown, int encoding) {
+    if (bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) {
+        bigEndian = false;
+        orderKnown = true;
+        bytes = bytes.subspan(2);
+    } else if (bytes.size() >= 2 && bytes[0] == 0xFE && bytes[1] == 0xFF) {
+        bigEndian = true;
+        orderKnown = true;
+        bytes = bytes.subspan(2);
+    } else if (!orderKnown) {
+        bigEndian = encoding == 2 || looksBigEndian(bytes);
+        orderKnown = encoding == 2;
+    }
+    return quenlox::Utf16BytesToUtf8(asText(bytes), bigEndian);
+}
+
+// Where the first part ends.
+size_t endOfPart(std::span<const uint8_t> bytes, bool wide) {
+    if (!wide) return static_cast<size_t>(std::find(bytes.begin(), bytes.end(), uint8_t{0}) - bytes.begin());
+    size_t i = 0;
+    while (i + 1 < bytes.size() && (bytes[i] != 0 || bytes[i + 1] != 0)) i += 2;
+    return i + 1 < bytes.size() ? i : bytes.size();
+}
+
+} // namespace
+
+std::vector<std::string> splitId3v2Text(int encoding, std::span<const uint8_t> bytes, size_t most) {
+    std::vector<std::string> parts;
+    const bool wide = encoding == 1 || encoding == 2;
+    bool bigEndian = false, orderKnown = false;
+    while (parts.size() < most) {
+        const size_t end = endOfPart(bytes, wide);
+        const auto part = bytes.first(end);
+        // "UTF-8" of writers that did not convert is caught by the same guess as Latin-1.
+        parts.push_back(wide ? decodeUtf16(part, bigEndian, orderKnown, encoding) : legacyText(part));
+        if (end >= bytes.size()) break;
+        bytes = bytes.subspan(std::min(bytes.size(), end + (wide ? 2 : 1)));
+    }
+    return parts;
+}
+
+std::string joinId3v2Text(int encoding, std::span<const uint8_t> bytes) {
+    std::string all;
+    for (const std::string& part : splitId3v2Text(encoding, bytes)) {
+        const std::string_view text = trimmed(part);
+        if (text.empty()) continue;
+        if (!all.empty()) all += " / ";
+        all += text;
+    }
+    return all;
+}
+
+int encodingFor(std::string_view utf8, int version) {
+    if (std::all_of(utf8.begin(), utf8.end(), [](char c) { return static_cast<signed char>(c) >= 0; })) return 0;
+    return version == 4 ? 3 : 1;
+}
+
+void appendId3v2Text(std::vector<uint8_t>& out, std::string_view utf8, int encoding, bool terminated) {
+    if (encoding == 1) {
+        out.insert(out.end(), {0xFF, 0xFE});
+        for (const char16_t unit : quenlox::Utf8ToUtf16(utf8)) {
+            out.push_back(static_cast<uint8_t>(unit & 0xFF));
+            out.push_back(static_cast<uint8_t>(unit >> 8));
+        }
+        if (terminated) out.insert(out.end(), {0, 0});
+    } else {
+        out.insert(out.end(), utf8.begin(), utf8.end());
+        if (terminated) out.push_back(0);
+    }
+}
+
+} // namespace vbmp3

@@ -1,0 +1,93 @@
+#include "libraries/vbmp3/tags/riff_info.h"
+
+#include <algorithm>
+
+#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/vbmp3/tags/genres.h"
+#include "libraries/vbmp3/tags/legacy_text.h"
+#include "text/encoding.h"
+
+namespace vbmp3 {
+namespace {
+
+constexpr size_t kMostText = 1 << 16, kMostKept = 16 << 20;
+
+struct InfoName {
+    std::string_view id; // the first of a field is the one that is written
+    std::string TagFields::*field;
+};
+constexpr InfoName kNames[] = {
+    {"INAM", &TagFields::title}, {"IART", &TagFields::artist}, {"IPRD", &TagFields::album}, {"IGNR", &TagFields::genre},
+    {"ICRD", &TagFields::year},  {"ICMT", &TagFields::comment}, {"ITRK", &TagFields::track}, {"IPRT", &TagFields::track},
+    {"TRCK", &TagFields::track},
+};
+
+std::string TagFields::*fieldOf(const RiffChunk& chunk) {
+    for (const InfoName& name : kNames)
+        if (chunk.is(name.id)) return name.field;
+    return nullptr;
+}
+
+void appendChunk(std::vector<uint8_t>& out, std::string_view id, std::span<const uint8_t> body) {
+    out.insert(out.end(), id.begin(), id.end());
+    for (int shift = 0; shift < 32; shift += 8) out.push_back(static_cast<uint8_t>(body.size() >> shift));
+    out.insert(out.end(), body.begin(), body.end());
+    if (body.size() % 2 != 0) out.push_back(0);
+}
+
+} // namespace
+
+TagFields readRiffInfo(HeadTailReader& reader, const FileLayout& layout) {
+    TagFields fields;
+    for (const RiffChunk& chunk : layout.info) {
+        const auto field = fieldOf(chunk);
+        if (field == nullptr || !(fields.*field).empty()) continue;
+        const auto size = static_cast<size_t>(std::clamp<int64_t>(chunk.body.size(), 0, kMostText));
+        fields.*field = legacyText(reader.view(chunk.body.begin, size));
+    }
+    if (!fields.genre.empty()) {
+        const Genre genre = readGenre(fields.genre);
+        fields.genre = genre.name;
+        fields.genreNumber = genre.number;
+    }
+    return fields;
+}
+
+std::string encodeInfoField(std::string_view utf8) {
+    const auto readsBack = [&](std::string_view bytes) {
+        return legacyText({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}) == trimmed(utf8);
+    };
+    if (const auto bytes = quenlox::Utf8ToShiftJis(utf8); bytes && readsBack(*bytes)) return *bytes;
+    if (readsBack(utf8)) return std::string(utf8);
+    return "\xEF\xBB\xBF" + std::string(utf8);
+}
+
+std::vector<uint8_t> makeRiffInfo(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
+                                  const TagFields* shown, const std::vector<uint8_t>& id3v1) {
+    const TagFields old = readRiffInfo(reader, layout);
+    const TagFields& seen = shown != nullptr ? *shown : old;
+    const auto unchanged = [&](std::string TagFields::*field) { return fields.*field == seen.*field; };
+
+    std::vector<uint8_t> out = {'I', 'N', 'F', 'O'};
+    for (const RiffChunk& chunk : layout.info) {
+        const auto field = fieldOf(chunk);
+        if (chunk.is("IID3") || (field != nullptr && !unchanged(field))) continue;
+        const auto size = static_cast<size_t>(std::clamp<int64_t>(chunk.body.size(), 0, kMostKept));
+        appendChunk(out, std::string_view(chunk.id.data(), 4), reader.view(chunk.body.begin, size));
+    }
+    for (const InfoName& name : kNames) {
+        // The further names of a field come after the first and are not written.
+        const bool first = std::find_if(std::begin(kNames), std::end(kNames), [&](const InfoName& other) {
+                               return other.field == name.field;
+                           })->id == name.id;
+        const std::string& text = fields.*(name.field);
+        if (!first || unchanged(name.field) || text.empty()) continue;
+        std::string bytes = encodeInfoField(text);
+        bytes.push_back('\0'); // texts of the list end with a NUL that counts
+        appendChunk(out, name.id, {reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
+    }
+    if (!id3v1.empty()) appendChunk(out, "IID3", id3v1);
+    return out;
+}
+
+} // namespace vbmp3

@@ -1,0 +1,229 @@
+#include "libraries/vbmp3/tags/id3v2.h"
+
+#include <gtest/gtest.h>
+
+#include "libraries/vbmp3/tags/genres.h"
+#include "tests/vbmp3_tags/tag_bytes.h"
+
+using namespace vbmp3;
+using namespace tagbytes;
+using namespace std::string_literals;
+
+namespace {
+
+TagFields read(const std::string& tag) {
+    const MemorySource source(bytes(tag));
+    HeadTailReader reader(source);
+    return readId3v2(reader, {0, static_cast<int64_t>(tag.size())});
+}
+
+std::optional<Id3v2Tag> parse(const std::string& tag) {
+    const MemorySource source(bytes(tag));
+    HeadTailReader reader(source);
+    return parseId3v2(reader, {0, static_cast<int64_t>(tag.size())});
+}
+
+std::string written(const Id3v2Tag& tag) {
+    const auto bytes = makeId3v2(tag, 0);
+    return bytes ? std::string(bytes->begin(), bytes->end()) : "too large";
+}
+
+std::string unsynchronised(const std::string& body) {
+    std::string out;
+    for (size_t i = 0; i < body.size(); ++i) {
+        out += body[i];
+        const bool last = i + 1 == body.size();
+        if (body[i] == '\xFF' && (last || body[i + 1] == '\0' || (body[i + 1] & 0xE0) == 0xE0)) out += '\0';
+    }
+    return out;
+}
+
+// "夜" and "曲" in the encodings of the tag.
+const std::string kShiftJis = "\x96\xE9\x8B\xC8", kUtf8 = "夜曲";
+const std::string kUtf16Le = "\x1C\x59\xF2\x66", kUtf16Be = "\x59\x1C\x66\xF2";
+
+} // namespace
+
+TEST(Id3v2, TextsAreReadInEveryEncoding) {
+    struct { const char* what; std::string body, text; } cases[] = {
+        {"Latin-1", "\0Caf\xE9"s, "Café"},
+        {"Shift-JIS that claims Latin-1", "\0"s + kShiftJis, kUtf8},
+        {"UTF-8 that claims Latin-1", "\0"s + kUtf8, kUtf8},
+        {"UTF-16 with mark", "\1\xFF\xFE"s + kUtf16Le, kUtf8},
+        {"UTF-16 with mark, other order", "\1\xFE\xFF"s + kUtf16Be, kUtf8},
+        {"UTF-16 without mark", "\1"s + "\x42\x30\x44\x30\x61\x00"s, "あいa"},
+        {"UTF-16 without mark, other order", "\1"s + "\x30\x42\x30\x44\x00\x61"s, "あいa"},
+        {"UTF-16BE", "\2"s + kUtf16Be, kUtf8},
+        {"UTF-8", "\3"s + kUtf8, kUtf8},
+        {"Shift-JIS that claims UTF-8", "\3"s + kShiftJis, kUtf8},
+        {"emoji as a pair", "\1\xFF\xFE\x3C\xD8\xB5\xDF"s, "🎵"},
+        {"half a pair", "\1\xFF\xFE\x3C\xD8"s, "\xEF\xBF\xBD"},
+        {"odd length", "\1\xFF\xFE\x61\x00\x62"s, "a"},
+        {"NUL at the end", "\0abc\0\0"s, "abc"},
+        {"blanks around", "\0 abc  "s, "abc"},
+        {"several values", "\3a\0b\0c"s, "a / b / c"},
+        {"several values, one mark", "\1\xFF\xFE\x61\0\0\0\x62\0"s, "a / b"},
+        {"several values, each with its mark", "\1\xFF\xFE\x61\0\0\0\xFE\xFF\0\x62"s, "a / b"},
+        {"a missing encoding", "abc", "abc"},
+        {"an unknown encoding", "\7abc"s, "abc"},
+        {"nothing", "", ""},
+        {"only an encoding", "\1"s, ""},
+        {"only a mark", "\1\xFF\xFE"s, ""},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(read(id3v2(2, frame2("TT2", c.body))).title, c.text) << c.what;
+        EXPECT_EQ(read(id3v2(3, frame3("TIT2", c.body))).title, c.text) << c.what;
+        EXPECT_EQ(read(id3v2(4, frame4("TIT2", c.body))).title, c.text) << c.what;
+    }
+}
+
+TEST(Id3v2, EveryFieldIsFoundInEveryVersion) {
+    const auto text = [](const std::string& s) { return "\0"s + s; };
+    const TagFields expected{"t", "a", "b", "c", "1999", "Rock", "3/12", 17};
+    EXPECT_EQ(read(id3v2(2, frame2("TT2", text("t")) + frame2("TP1", text("a")) + frame2("TAL", text("b")) +
+                                frame2("COM", "\0eng\0c"s) + frame2("TYE", text("1999")) + frame2("TCO", text("(17)")) +
+                                frame2("TRK", text("3/12")))), expected);
+    for (const int version : {3, 4}) {
+        const auto frame = [&](const std::string& id, const std::string& body) {
+            return version == 3 ? frame3(id, body) : frame4(id, body);
+        };
+        const std::string picture = frame("APIC", std::string(40000, '\x7E'));
+        for (const std::string& between : {""s, picture}) {
+            const std::string tag = id3v2(version, frame("TIT2", text("t")) + frame("TPE1", text("a")) + between +
+                frame("TALB", text("b")) + frame("COMM", "\0engiTunNORM\0 0000"s) + frame("COMM", "\0engnote\0x"s) +
+                frame("COMM", "\0eng\0c"s) + (version == 3 ? frame("TYER", text("1999")) : frame("TDRC", text("1999-12-31T10:00"))) +
+                frame("TCON", text("(17)")) + frame("TRCK", text("3/12")) + std::string(300, '\0'));
+            EXPECT_EQ(read(tag), expected) << version << " " << between.size();
+        }
+    }
+    // What stands in for a missing frame, and names that converters from 2.2 left behind.
+    const TagFields other = read(id3v2(3, frame3("TPE2", text("band")) + frame3("TDRC", text("2001")) + frame3("TT2\0"s, text("x")) + frame3("TAL ", text("y"))));
+    EXPECT_EQ(other.artist + other.year + other.title + other.album, "band2001xy");
+}
+
+TEST(Id3v2, GenresAreNumbersNamesOrBoth) {
+    struct { std::string text, name; int number; } cases[] = {
+        {"(17)", "Rock", 17}, {"17", "Rock", 17}, {"Rock", "Rock", 17}, {"rock", "rock", 17}, {"(4)Eurodisco", "Eurodisco", 255},
+        {"(4)Dance", "Dance", 3}, {"(51)(39)", "Techno-Industrial", 51}, {"(191)", "Psybient", 191}, {"192", "192", 255}, {"(255)", "", 255},
+        {"(RX)", "Remix", 255}, {"(CR)", "Cover", 255}, {"((live)", "(live)", 255}, {"(live)", "(live)", 255}, {"()", "()", 255},
+        {"(17", "(17", 255}, {"演歌", "演歌", 255}, {"", "", 255}, {"-1", "-1", 255}, {"(99999999999)", "(99999999999)", 255},
+    };
+    for (const auto& c : cases) {
+        const Genre genre = readGenre(c.text);
+        EXPECT_EQ(genre.name, c.name) << c.text;
+        EXPECT_EQ(genre.number, c.number) << c.text;
+    }
+    EXPECT_EQ(read(id3v2(4, frame4("TCON", "\3" "17\0Enka\0(20)"s))).genre, "Rock / Enka / Alternative");
+    EXPECT_EQ(genreName(0), "Blues");
+    EXPECT_EQ(genreName(79), "Hard Rock");
+    EXPECT_EQ(genreName(80), "Folk");
+    EXPECT_EQ(genreName(146), "JPop");
+    EXPECT_EQ(genreName(192), "");
+    EXPECT_EQ(genreName(-1), "");
+}
+
+TEST(Id3v2, HeadersOfEveryShapeAreSkipped) {
+    const std::string t3 = frame3("TIT2", "\1\xFF\xFE"s + kUtf16Le), t4 = frame4("TIT2", "\3"s + kUtf8);
+    struct { const char* what; int version; std::string body; int flags; } cases[] = {
+        {"2.3 extended header of 6", 3, be32(6) + "\0\0"s + be32(0) + t3, 0x40},
+        {"2.3 extended header of 10 with checksum", 3, be32(10) + "\x80\0"s + be32(0) + "abcd" + t3, 0x40},
+        {"2.3 extended header whose size counts itself", 3, be32(10) + "\0\0"s + be32(0) + t3, 0x40},
+        {"2.3 extended header announced and not there", 3, t3, 0x40},
+        {"2.4 extended header of 6", 4, synchsafe(6) + "\1\0"s + t4, 0x40},
+        {"2.4 extended header of 12 with checksum", 4, synchsafe(12) + "\1\x20\5\1\2\3\4\5"s + t4, 0x40},
+        {"2.4 extended header whose size leaves itself out", 4, synchsafe(2) + "\1\0"s + t4, 0x40},
+        {"2.4 with footer", 4, t4, 0x10},
+        {"2.3 unsynchronised", 3, unsynchronised(t3), 0x80},
+        {"2.3 unsynchronised with a picture in front", 3, unsynchronised(frame3("APIC", std::string(300, '\xFF')) + t3), 0x80},
+        {"2.3 unsynchronised and extended", 3, unsynchronised(be32(6) + "\0\0"s + be32(0) + t3), 0xC0},
+        {"2.2 unsynchronised", 2, unsynchronised(frame2("TT2", "\1\xFF\xFE"s + kUtf16Le)), 0x80},
+        {"2.4 frame unsynchronised", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0x80},
+        {"2.4 frame unsynchronised, tag does not say so", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0},
+        {"2.4 only the tag says so", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le)), 0x80},
+        {"2.4 the tag says so and the frame is not", 4, frame4("TIT2", "\1\xFF\xFE"s + kUtf16Le), 0x80},
+        {"2.4 data length", 4, frame4("TIT2", synchsafe(7) + "\3"s + kUtf8, 0x0001), 0},
+        {"2.4 group, data length, unsynchronised", 4, frame4("TIT2", "g" + synchsafe(7) + "\3"s + kUtf8, 0x0043), 0},
+        {"2.3 group", 3, frame3("TIT2", "g\1\xFF\xFE"s + kUtf16Le, 0x0020), 0},
+        {"2.4 sizes of eight bits", 4, frame3("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
+        {"2.4 long frame with true sizes", 4, frame4("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
+    };
+    for (const auto& c : cases) EXPECT_EQ(read(id3v2(c.version, c.body, c.flags)).title, kUtf8) << c.what;
+    // Compressed and encrypted frames are passed over, the next one is read.
+    for (const std::string& tag : {id3v2(3, frame3("TIT2", "????", 0x80) + frame3("TALB", "\0b"s)),
+                                   id3v2(3, frame3("TIT2", "????", 0x40) + frame3("TALB", "\0b"s)),
+                                   id3v2(4, frame4("TIT2", "????", 0x08) + frame4("TALB", "\0b"s)),
+                                   id3v2(4, frame4("TIT2", "????", 0x04) + frame4("TALB", "\0b"s))})
+        EXPECT_EQ(read(tag).title + "|" + read(tag).album, "|b");
+}
+
+TEST(Id3v2, BadTagsGiveWhatTheyHaveAndNoMore) {
+    const std::string good = frame3("TIT2", "\0ok"s);
+    const std::string cases[] = {
+        id3v2(3, good + "TALB" + be32(0xFFFFFFFF) + "\0\0\0x"s),
+        id3v2(3, good + "TALB" + be32(100) + "\0\0\0x"s),
+        id3v2(3, good + "TA"),
+        id3v2(3, good + "talb\0\0\0\2\0\0\0x"s),
+        id3v2(3, good + std::string(5, '\0')),
+        id3v2(3, good + frame3("COMM", "\1")),
+        id3v2(3, good + frame3("COMM", "\1eng\xFF"s)),
+        id3v2(3, good + frame3("COMM", "\1eng\xFF\xFE"s)),
+        id3v2(3, good + frame3("TALB", "")),
+    };
+    for (const std::string& tag : cases) {
+        EXPECT_EQ(read(tag).title, "ok");
+        EXPECT_EQ(read(tag).album, "");
+        for (size_t cut = 0; cut < tag.size(); ++cut) read(tag.substr(0, cut)); // must not read beyond the bytes
+    }
+    EXPECT_EQ(read(id3v2(2, frame2("TT2", "\0x"s), 0x40)).title, "");  // compressed as a whole
+    EXPECT_EQ(read(id3v2(3, be32(0x7FFFFFFF) + good, 0x40)).title, ""); // extended header longer than the tag
+}
+
+TEST(Id3v2, EditingKeepsEverythingElse) {
+    struct { int version; std::string others; } cases[] = {
+        {2, frame2("PIC", "\0JPG\3\0"s + std::string(500, '\xFF')) + frame2("XYZ", "unknown") + frame2("ULT", "\0eng\0la"s)},
+        {3, frame3("APIC", "\0image/jpeg\0\3\0"s + std::string(500, '\xFF')) + frame3("XYZW", "unknown", 0x40E0) +
+                frame3("USLT", "\0eng\0la"s) + frame3("COMM", "\0engiTunNORM\0 000"s) + frame3("COMM", "\0engother\0x"s)},
+        {4, frame4("APIC", "\0image/jpeg\0\3\0"s + std::string(500, '\xFF'), 0x0002) + frame4("XYZW", "unknown", 0x404D) +
+                frame4("TXXX", "\3a\0b"s) + frame4("CHAP", std::string(300, '\1'))},
+    };
+    const TagFields fields{"夜曲 🎵", "Ä", std::string(5000, 'x'), "多\n行", "2001", "演歌", "7/9", kNoGenre};
+    for (const auto& c : cases) {
+        const std::string title = c.version == 2 ? frame2("TT2", "\0old"s) : c.version == 3 ? frame3("TIT2", "\0old"s) + frame3("COMM", "\0eng\0x"s) : frame4("TIT2", "\0old"s);
+        auto tag = parse(id3v2(c.version, title + c.others + std::string(64, '\0')));
+        ASSERT_TRUE(tag);
+        setFields(*tag, fields);
+        const std::string edited = written(*tag);
+        EXPECT_NE(edited.find(c.others), std::string::npos) << c.version;
+        EXPECT_EQ(edited[3], c.version);
+        TagFields again = read(edited);
+        EXPECT_EQ(again, fields) << c.version;
+        // Taking the fields off leaves the others alone.
+        tag = parse(edited);
+        setFields(*tag, {});
+        EXPECT_EQ(written(*tag), id3v2(c.version, c.others));
+    }
+    // Whole-tag unsynchronisation is undone in writing; what it protected stays.
+    const std::string picture = frame3("APIC", "\xFF\xE0\xFF\0"s);
+    const auto tag = parse(id3v2(3, unsynchronised(picture), 0x80));
+    ASSERT_TRUE(tag);
+    EXPECT_EQ(written(*tag), id3v2(3, picture));
+    EXPECT_EQ(written(Id3v2Tag{}), "");
+}
+
+TEST(Id3v2, FieldsThatAreNotEditedKeepTheirFrames) {
+    const std::string frames = frame4("TPE1", "\3a\0b"s) + frame4("TCON", "\0(17)Hard\0x"s) + frame4("TDRC", "\0" "2004-05-06"s) +
+                               frame4("COMM", "\3jpnfirst\0words"s) + frame4("TIT2", "\1\xFF\xFE\x61\0"s);
+    auto tag = parse(id3v2(4, frames));
+    ASSERT_TRUE(tag);
+    TagFields fields = fieldsOf(*tag);
+    EXPECT_EQ(fields.artist, "a / b");
+    setFields(*tag, fields);
+    EXPECT_EQ(written(*tag), id3v2(4, frames));
+    // A caller whose texts are short hands back a part of the title; nothing is lost by that.
+    TagFields shown = fields;
+    shown.artist = fields.artist = "a /";
+    fields.year = "2005";
+    setFields(*tag, fields, &shown);
+    EXPECT_EQ(fieldsOf(*tag).artist, "a / b");
+    EXPECT_EQ(fieldsOf(*tag).year, "2005");
+}
