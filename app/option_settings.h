@@ -35,6 +35,7 @@ class OptionSettings {
     virtual bool listColumns() const = 0;           // "ListTypeS"
     virtual bool deleteFromList() const = 0;        // "DelList"
     virtual bool gaplessNext() const = 0;
+    virtual int skinScale() const = 0;              // screen pixels for one pixel of the skin, 1 to 4
 };
 
 // What the main window does to the options window: its menu items mirror check boxes there, and a skin takes choices
@@ -45,6 +46,7 @@ class OptionControls : public OptionSettings {
     virtual void setSpectrumShown(bool on) = 0;
     virtual void setOperationPanel(bool on) = 0;
     virtual void setLyricsShown(bool on) = 0;
+    virtual void setSkinScale(int factor) = 0;
     virtual void allowOperationPanel(bool allowed) = 0;        // the skin has display A
     virtual void allowSpectrum(bool allowed) = 0;              // the skin has display B
     virtual void allowLyricsWindowChoices(bool allowed) = 0;   // the skin has no lyrics area of its own

@@ -7,7 +7,7 @@
 
 namespace quenlox {
 
-class FakeOptions : public OptionSettings {
+class FakeOptions : public OptionControls {
   public:
     struct Values {
         bool titleAnimation = false;
@@ -36,7 +36,11 @@ class FakeOptions : public OptionSettings {
         bool listColumns = false;
         bool deleteFromList = false;
         bool gaplessNext = true;
+        int skinScale = 1;
     } values;
+    bool operationPanelAllowed = true;
+    bool spectrumAllowed = true;
+    bool lyricsWindowChoicesAllowed = true;
 
     bool titleAnimation() const override { return values.titleAnimation; }
     int titleAnimationSpeed() const override { return values.titleAnimationSpeed; }
@@ -64,6 +68,16 @@ class FakeOptions : public OptionSettings {
     bool listColumns() const override { return values.listColumns; }
     bool deleteFromList() const override { return values.deleteFromList; }
     bool gaplessNext() const override { return values.gaplessNext; }
+    int skinScale() const override { return values.skinScale; }
+
+    void setTitleAnimation(bool on) override { values.titleAnimation = on; }
+    void setSpectrumShown(bool on) override { values.spectrumShown = on; }
+    void setOperationPanel(bool on) override { values.operationPanel = on; }
+    void setLyricsShown(bool on) override { values.lyricsShown = on; }
+    void setSkinScale(int factor) override { values.skinScale = factor; }
+    void allowOperationPanel(bool allowed) override { operationPanelAllowed = allowed; }
+    void allowSpectrum(bool allowed) override { spectrumAllowed = allowed; }
+    void allowLyricsWindowChoices(bool allowed) override { lyricsWindowChoicesAllowed = allowed; }
 };
 
 }  // namespace quenlox
