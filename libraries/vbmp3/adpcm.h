@@ -1,0 +1,15 @@
+// Blocks of Microsoft and IMA ADPCM in WAVE files (Multimedia Data Standards Update, 1994). Pure.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "libraries/vbmp3/wave_format.h"
+
+namespace vbmp3 {
+
+// Appends the interleaved samples of one block, from -1 to 1. A block cut short gives the samples that it holds.
+void decodeAdpcmBlock(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out);
+
+} // namespace vbmp3

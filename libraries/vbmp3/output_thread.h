@@ -1,0 +1,86 @@
+// The thread that owns the device: takes blocks from the queue through the sound chain to the output, knows which
+// frame is being heard, and tells when a track has ended. Never waits for the caller, a file or the decoder.
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "libraries/vbmp3/dsp/chain.h"
+#include "libraries/vbmp3/player_state.h"
+
+namespace vbmp3 {
+
+// How the output thread gets at devices.
+struct OutputSystem {
+    OutputFactory make = makeDeviceOutput; // may give null: there is none
+    std::function<int()> count = deviceCount;
+};
+
+class OutputThread {
+public:
+    // `notify` gets VBMP3_EVENT_* on this thread.
+    OutputThread(PlayerState& state, OutputSystem system, const SoundSettings& sound, Tap& tap,
+                 std::function<void(int)> notify);
+    ~OutputThread(); // state.quit must be set
+
+private:
+    struct Boundary {
+        int64_t outputFrame = 0; // the track begins with it
+        TrackPtr track;
+    };
+    struct Order {
+        uint64_t generation = 0;
+        bool active = false;
+        bool paused = false;
+        TrackPtr track;
+        int64_t startFrame = 0;
+        OutputSettings settings;
+    };
+
+    void run();
+    bool takeOrder();
+    void begin(const Order& order);
+    OutputError prepareOutput(int sampleRate, const OutputSettings& settings);
+    void startTrack(const TrackPtr& track, int64_t frame);
+    void pump();
+    bool fetch();
+    void observe();
+    void crossInto(const TrackPtr& track);
+    void changeRate();
+    void end();
+    void restartHere(bool lost);
+
+    PlayerState& state_;
+    OutputSystem system_;
+    const SoundSettings& sound_;
+    Tap& tap_;
+    std::function<void(int)> notify_;
+
+    std::unique_ptr<Output> output_;
+    std::unique_ptr<Chain> chain_;
+    OutputSettings settings_;
+    uint64_t generation_ = 0;
+    bool active_ = false;
+    bool paused_ = false;
+    bool started_ = false;  // the output runs
+    bool finished_ = false; // the chain has given everything
+    bool drained_ = false;
+    int64_t outputBase_ = 0; // the chain's number of the output's frame 0
+    int64_t written_ = 0;    // to the output since then
+    TrackPtr track_;         // that goes into the chain
+    TrackPtr waiting_;       // has another rate: begins when everything has been heard
+    std::vector<float> waitingSamples_;
+    std::deque<Boundary> boundaries_;
+    std::vector<float> pending_; // processed and not yet written
+    size_t pendingAt_ = 0;
+    bool avoidDevice_ = false;   // it has gone; the clock stands in
+    bool resuming_ = false;      // the coming order is our own
+    std::chrono::steady_clock::time_point retryAt_;
+    std::thread thread_;
+};
+
+} // namespace vbmp3

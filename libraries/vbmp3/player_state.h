@@ -1,0 +1,81 @@
+// What the caller, the decode thread and the output thread of a player share. Every member is guarded by the mutex,
+// which nobody holds while decoding, reading a file or touching the device.
+//
+// The caller writes an order (what to play, from where, paused or not) and raises its generation; both threads drop what
+// belongs to an older one. Sound goes from decoder to output as blocks in a queue.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "libraries/vbmp3/output.h"
+#include "libraries/vbmp3/source.h"
+
+namespace vbmp3 {
+
+struct Track {
+    int64_t id = 0;
+    std::string path;
+    StreamInfo info;
+    int sampleRate = 0;
+    std::unique_ptr<Source> source; // the decode thread's once playing has been ordered
+};
+using TrackPtr = std::shared_ptr<Track>;
+
+struct Block {
+    TrackPtr track;
+    std::vector<float> samples; // interleaved stereo
+};
+
+struct PlayerState {
+    std::mutex mutex;
+    std::condition_variable decodeWork; // wakes the decode thread
+    std::condition_variable answered;   // wakes the caller
+    Waker outputWork;                   // wakes the output thread
+
+    // The order.
+    uint64_t generation = 0;
+    bool quit = false;
+    bool active = false;    // playing or paused
+    bool paused = false;
+    TrackPtr current;       // the one being heard, or open and stopped
+    int64_t startFrame = 0;
+    TrackPtr next;
+    bool nextTaken = false; // the decoder has gone on to it
+    OutputSettings output;
+
+    // Decoded and not yet taken by the output.
+    std::deque<Block> queue;
+    int64_t queuedFrames = 0;
+    bool decodedAll = false;
+
+    // Answers: the generation that each thread has taken over.
+    uint64_t decodeGeneration = 0;
+    uint64_t outputGeneration = 0;
+    OutputError outputError = OutputError::None;
+
+    // What is heard.
+    int64_t heardFrame = 0;     // of `current`
+    int64_t heardOutputFrame = 0; // as the sound chain numbers them
+    bool deviceLost = false;
+
+    // The mutex must be held. Both threads begin anew with the order as it stands.
+    void newGeneration()
+    {
+        ++generation;
+        queue.clear();
+        queuedFrames = 0;
+        decodedAll = false;
+        nextTaken = false;
+        decodeWork.notify_one();
+        outputWork.wake();
+    }
+};
+
+} // namespace vbmp3

@@ -1,0 +1,13 @@
+#include "libraries/vbmp3/source.h"
+
+#include "libraries/vbmp3/mpeg_source.h"
+#include "libraries/vbmp3/wave_source.h"
+
+namespace vbmp3 {
+
+std::unique_ptr<Source> openSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info)
+{
+    return info.mpeg ? openMpegSource(std::move(file), info) : openWaveSource(std::move(file), info);
+}
+
+} // namespace vbmp3
