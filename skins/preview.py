@@ -10,7 +10,7 @@ FONT = "/usr/share/fonts/opentype/ipafont-gothic/ipagp.ttf"
 SAMPLES = ("夜明けのワルツ / Waltz at Daybreak", "MPEG1 Layer3 44.1kHz 128kbps+L", "02:47", "03:45", " PLAY↑", "PROGRAM",
            "MP3", "A 3/120", "北村 灯 with the Harbour Quartet")
 LARGEST = 120 * 1024
-LYRIC = "窓をあけたら 朝の色\nWe danced until the lamps paled"
+LYRIC = "窓をあけたら 朝の色\nWe danced until the lamps grew pale"
 PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
 COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 
@@ -27,10 +27,23 @@ def region_mask(data, size):
     return mask
 
 
+def wrapped(words, font, width):
+    lines = []
+    for paragraph in words.split("\n"):
+        lines.append("")
+        for word in paragraph.split(" ") if "\n" in words else [paragraph]:
+            longer = (lines[-1] + " " + word).strip() if lines[-1] else word
+            if lines[-1] and font.getlength(longer) > width:
+                lines.append(word)
+            else:
+                lines[-1] = longer
+    return lines
+
+
 def text(image, x, y, w, h, points, colour, words):
     tile = image.crop((x, y, x + w, y + h))
     font = ImageFont.truetype(FONT, round(points * 96 / 72))
-    pen, lines = ImageDraw.Draw(tile), words.split("\n")
+    pen, lines = ImageDraw.Draw(tile), wrapped(words, font, w)
     line = sum(font.getmetrics())
     top = (h - line * len(lines)) / 2
     for i, t in enumerate(lines):

@@ -32,13 +32,23 @@ COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 
 
 def rasterise(svg, width, height):
-    """Pixels of an SVG text, height x width x 3, 0..255; what it leaves transparent is black."""
-    png = subprocess.run(["rsvg-convert", "--zoom", str(SCALE), "--background-color", "black", "--format", "png"],
+    """Pixels of an SVG text at SCALE times its size: height x width x 4, red, green, blue, opacity, 0..255."""
+    png = subprocess.run(["rsvg-convert", "--zoom", str(SCALE), "--format", "png"],
                          input=svg.encode(), stdout=subprocess.PIPE, check=True).stdout
-    big = numpy.asarray(Image.open(io.BytesIO(png)).convert("RGB"), dtype=numpy.uint32)
+    big = numpy.asarray(Image.open(io.BytesIO(png)).convert("RGBA"), dtype=numpy.uint32)
     if big.shape[:2] != (height * SCALE, width * SCALE):
         raise ValueError(f"picture of {big.shape[1]} x {big.shape[0]} pixels, wanted {width * SCALE} x {height * SCALE}")
-    sums = big.reshape(height, SCALE, width, SCALE, 3).sum(axis=(1, 3))
+    return big
+
+
+def over(back, layer):
+    opacity = layer[:, :, 3:]
+    return (layer[:, :, :3] * opacity + back * (255 - opacity) + 127) // 255
+
+
+def average(big):
+    height, width = big.shape[0] // SCALE, big.shape[1] // SCALE
+    sums = big.reshape(height, SCALE, width, SCALE, -1).sum(axis=(1, 3))
     return ((sums + SCALE * SCALE // 2) // (SCALE * SCALE)).astype(numpy.uint8)
 
 
@@ -105,17 +115,19 @@ def load(name):
 
 
 def render(name, skin):
-    """All files of a package, name -> bytes, and the pictures that the preview is composed of."""
-    def shot(*layers):
-        return rasterise(skin.draw(layers), skin.WIDTH, skin.HEIGHT)
+    """All files of a package, name -> bytes."""
+    def layer(which):
+        return rasterise(skin.draw(which), skin.WIDTH, skin.HEIGHT)
 
     def cut(picture, rectangle):
         x, y, w, h = rectangle[:4]
         return picture[y:y + h, x:x + w]
 
-    back, released, pressed = shot("back"), shot("back", "released"), shot("back", "pressed")
-    filled, panel, full = shot("back", "filled"), shot("back", "panel"), shot("back", "level")
-    mask = shot("mask")[:, :, 0] >= 128
+    ground = layer("back")[:, :, :3]
+    back = average(ground)
+    released, pressed, filled, panel, full = (average(over(ground, layer(which)))
+                                              for which in ("released", "pressed", "filled", "panel", "level"))
+    mask = average(layer("mask"))[:, :, 3] >= 128
     display_d = skin.DISPLAY_D[:4]
     files = {f"{name}.tsk": definition_bytes(skin), f"{name}.rgn": region_bytes(mask), "main_back.bmp": bmp_bytes(back),
              "main_bar.bmp": bmp_bytes(cut(filled, skin.BAR)), "main_vol.bmp": bmp_bytes(cut(back, skin.VOLUME)),
@@ -124,7 +136,7 @@ def render(name, skin):
         for n in group:
             files[f"{prefix}_{n}1.bmp"] = bmp_bytes(cut(released, skin.BUTTONS[n]))
             files[f"{prefix}_{n}2.bmp"] = bmp_bytes(cut(pressed, skin.BUTTONS[n]))
-    return files, mask
+    return files
 
 
 def differences(folder, files):
@@ -154,7 +166,7 @@ def main():
     wrong = []
     for name in wanted.names or NAMES:
         skin = load(name)
-        files, mask = render(name, skin)
+        files = render(name, skin)
         folder = os.path.join(HERE, name, "package")
         if wanted.check:
             wrong += [f"{name}/package/{text}" for text in differences(folder, files)]
@@ -168,7 +180,7 @@ def main():
         if wanted.preview:
             import preview
             preview.write(skin, files, name, os.path.join(wanted.preview, f"skin-{name}.png"))
-        print(f"{name}: {len(files)} files, {len(region_rectangles(mask))} rectangles")
+        print(f"{name}: {len(files)} files")
     for text in wrong:
         print(text)
     return 1 if wrong else 0

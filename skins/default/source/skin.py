@@ -2,7 +2,7 @@
 
 import math
 
-from kit import Canvas, arc, circle, icon, mix, num, rounded, sheen_ring
+from kit import ICON_BOX, Canvas, arc, circle, icon, mix, num, rounded, sheen_ring
 
 COMMENT = ("Quenlox default skin",)
 WIDTH, HEIGHT = 476, 164
@@ -183,7 +183,7 @@ def draw_key(c, name, pressed):
         icon(c, name, cx, cy + 0.9, "#5f2d0b" if pressed else "#ffe9d2", size, opacity="0.6")
         icon(c, name, cx, cy, "#3a1d08" if not pressed else "#fff1e0", size)
     elif pressed:
-        icon(c, name, cx, cy, GLOW, size, opacity="0.9", filter=c.blur(2))
+        icon(c, name, cx, cy, GLOW, size, opacity="0.9", filter=c.blur(2, ICON_BOX))
         icon(c, name, cx, cy, "#ffdcb8", size)
     else:
         icon(c, name, cx, cy - 0.9, "#14181d", size, opacity="0.7")
@@ -199,7 +199,7 @@ def draw_command(c, name, pressed):
         c.path(d, "#15191f")
         c.inner_shadow(d, "#000000", 0.9, 1.6, 0, 1.4)
         c.path(d, stroke="#ffffff", stroke_width=0.8, opacity=0.15, transform="translate(0 0.6)")
-        icon(c, name, cx, cy + 0.8, GLOW, 0.86, opacity="0.9", filter=c.blur(1.6))
+        icon(c, name, cx, cy + 0.8, GLOW, 0.86, opacity="0.9", filter=c.blur(1.6, ICON_BOX))
         icon(c, name, cx, cy + 0.8, "#ffd3a6", 0.86)
         return
     c.drop_shadow(d, "#000000", 0.5, 0.9, 0, 1)
@@ -223,31 +223,28 @@ def draw_panel(c):
         cx, cy = x + step * (i + 0.5), y + h / 2
         if i:
             c.path(f"M{num(x + step * i)} {y + 8}V{y + h - 8}", stroke="#ffffff", stroke_width=0.8, opacity=0.12)
-        icon(c, name, cx, cy, GLOW, 0.95, opacity="0.8", filter=c.blur(2.4))
+        icon(c, name, cx, cy, GLOW, 0.95, opacity="0.8", filter=c.blur(2.4, ICON_BOX))
         icon(c, name, cx, cy, mix(GLOW, "#ffffff", 0.45), 0.95)
 
 
-def draw(layers):
+def draw(layer):
     c = Canvas(WIDTH, HEIGHT)
-    if "mask" in layers:
-        layers = ()
+    if layer == "mask":
         c.path(outline(), "#ffffff")
-    if "back" in layers:
+    if layer == "back":
         draw_back(c)
-    for state in ("released", "pressed"):
-        if state in layers:
-            for name in KEYS:
-                draw_key(c, name, state == "pressed")
-            for name in ("list", "opt", "tag", "conv", "help", "mini", "close"):
-                draw_command(c, name, state == "pressed")
-    if "filled" in layers:
+    if layer in ("released", "pressed"):
+        for name in BUTTONS:
+            c.focus = BUTTONS[name]
+            (draw_key if name in KEYS else draw_command)(c, name, layer == "pressed")
+    if layer == "filled":
         d = rounded(176, 108, 242, 3, 1.5)
         c.path(d, GLOW, filter=c.blur(1.6), opacity=0.75)
         c.path(d, c.linear(176, 0, 418, 0, (0, "#e98845"), (0.6, GLOW), (1, "#ffe2c2")))
-    if "level" in layers:
+    if layer == "level":
         x, y, w, h = DISPLAY_D[:4]
         c.path(rounded(x, y, w, h, 0), c.linear(x, 0, x + w, 0, (0, "#d9773a"), (0.45, "#ffc48b"), (1, "#c96a30")))
         c.path(rounded(x, y, w, 2, 0), "#fff0de")
-    if "panel" in layers:
+    if layer == "panel":
         draw_panel(c)
     return c.svg()

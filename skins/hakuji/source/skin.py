@@ -2,7 +2,7 @@
 
 import math
 
-from kit import Canvas, circle, icon, mix, num, polygon, rounded
+from kit import ICON_BOX, Canvas, circle, icon, mix, num, polygon, rounded
 
 COMMENT = ("Quenlox skin: hakuji (white porcelain)",)
 WIDTH, HEIGHT = 300, 392
@@ -93,7 +93,7 @@ def draw_branch(c):
         c.path(circle(x, y, r), COBALT, opacity=0.5)
 
 
-def draw_back(c, sockets):
+def draw_back(c):
     d = outline()
     c.path(f"M0 0H{WIDTH}V{HEIGHT}H0Z", RIM)
     c.path(d, c.linear(0, 20, 0, 390, (0, "#f6f6f3"), (0.4, "#fbfaf7"), (0.75, "#eceef0"), (1, "#d5dadf")))
@@ -112,8 +112,6 @@ def draw_back(c, sockets):
     c.path(d, stroke=RIM, stroke_width=1.8, opacity=0.9)
     c.close()
     draw_insets(c)
-    if sockets:
-        draw_sockets(c)
 
 
 def inset(c, d, fill, depth=0.5):
@@ -147,7 +145,7 @@ def draw_key(c, name, pressed):
     if pressed:
         c.path(cap, c.linear(0, y - r, 0, y + r, (0, DEEP), (1, mix(COBALT, "#ffffff", 0.12))))
         c.inner_shadow(cap, "#050d24", 0.9, r / 8 + 1, 0, r / 9 + 0.6)
-        icon(c, name, x, y + 1, "#a9c6ff", r / 20 if r > 16 else 0.92, opacity="0.8", filter=c.blur(2))
+        icon(c, name, x, y + 1, "#a9c6ff", r / 20 if r > 16 else 0.92, opacity="0.8", filter=c.blur(2, ICON_BOX))
         icon(c, name, x, y + 1, "#ffffff", r / 20 if r > 16 else 0.92)
         return
     if glazed:
@@ -185,6 +183,8 @@ def draw_command(c, name, pressed):
 def draw_panel(c):
     """Display A: one glazed tray with seven painted signs."""
     x, y, w, h = PANEL
+    draw_back(c)
+    c.focus = PANEL
     d = rounded(x + 3, y + 17, w - 6, 46, 17)
     c.path(d, stroke="#ffffff", stroke_width=2.4, opacity=0.95, transform="translate(0 1.2)")
     c.path(d, c.linear(0, y + 17, 0, y + 63, (0, DEEP), (0.6, COBALT), (1, "#4473cc")))
@@ -202,26 +202,25 @@ def draw_panel(c):
         icon(c, name, cx, y + 40, "#ffffff", 1)
 
 
-def draw(layers):
+def draw(layer):
     c = Canvas(WIDTH, HEIGHT)
-    if "mask" in layers:
+    if layer == "mask":
         c.path(outline(), "#ffffff")
-    if "back" in layers:
-        draw_back(c, "panel" not in layers)
-    for state in ("released", "pressed"):
-        if state in layers:
-            for name in ROUND:
-                draw_key(c, name, state == "pressed")
-            for name in ("list", "opt", "tag", "conv", "help", "mini", "close"):
-                draw_command(c, name, state == "pressed")
-    if "filled" in layers:
+    if layer == "back":
+        draw_back(c)
+        draw_sockets(c)
+    if layer in ("released", "pressed"):
+        for name in BUTTONS:
+            c.focus = BUTTONS[name]
+            (draw_key if name in ROUND else draw_command)(c, name, layer == "pressed")
+    if layer == "filled":
         d = rounded(26.5, 230.5, 247, 5, 2.5)
         c.path(d, c.linear(26, 0, 274, 0, (0, "#7fa3e6"), (0.5, COBALT), (1, DEEP)))
         c.path(rounded(28, 231.2, 244, 1.4, 0.7), "#ffffff", opacity=0.45)
-    if "level" in layers:
+    if layer == "level":
         x, y, w, h = DISPLAY_D[:4]
         c.path(rounded(x, y, w, h, 0), c.linear(x, 0, x + w, 0, (0, DEEP), (0.4, "#6d94e2"), (1, COBALT)))
         c.path(rounded(x, y, w, 2, 0), "#c9dbff")
-    if "panel" in layers:
+    if layer == "panel":
         draw_panel(c)
     return c.svg()

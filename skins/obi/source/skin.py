@@ -2,10 +2,10 @@
 
 import math
 
-from kit import Canvas, circle, icon, mix, num, rounded
+from kit import ICON_BOX, Canvas, circle, icon, mix, num, rounded
 
 COMMENT = ("Quenlox skin: obi (sash)",)
-WIDTH, HEIGHT = 736, 76
+WIDTH, HEIGHT = 812, 84
 BACK_COLOUR = (4, 22, 25)
 
 RIM, GOLD, CORAL, NIGHT = "#041619", "#e2bf78", "#e25a3c", "#0b2b2e"
@@ -13,38 +13,39 @@ TEXT, SOFT, LIGHT = (248, 240, 220), (196, 206, 190), (240, 208, 138)
 
 ABSENT = (-1, 0, 0, 0, 0, 0, 0, 0)
 LABELS = (
-    (428, 15, 186, 17, 12, *TEXT),
-    (428, 34, 200, 13, 9, *SOFT),
-    (142, 14, 88, 27, 19, *LIGHT),
-    (198, 43, 36, 13, 9, *SOFT),
-    (142, 43, 50, 13, 9, *LIGHT),
-    (634, 49, 62, 13, 9, *SOFT),
+    (464, 19, 182, 17, 12, *TEXT),
+    (464, 39, 200, 13, 9, *SOFT),
+    (172, 17, 92, 27, 19, *LIGHT),
+    (228, 47, 36, 13, 9, *SOFT),
+    (172, 47, 50, 13, 9, *LIGHT),
+    (672, 54, 62, 13, 9, *SOFT),
     ABSENT,
-    (634, 34, 62, 13, 9, *SOFT),
+    (672, 39, 62, 13, 9, *SOFT),
     ABSENT,
 )
 LYRICS = LYRICS_BACK = DISPLAY_C = None
-DISPLAY_B = (46, 20)
-DISPLAY_D = (29, 19, 7, 38, 5, 22, 25)
-BAR = (424, 51, 204, 10)
-VOLUME = (22, 16, 20, 44)
-PANEL = (244, 4, 176, 68)
+DISPLAY_B = (76, 27)
+DISPLAY_D = (57, 25, 7, 34, 5, 22, 25)
+BAR = (460, 56, 204, 10)
+VOLUME = (50, 25, 21, 34)
+PANEL = (272, 8, 178, 68)
 PANEL_SHOWN = False
 SCOPE = ((3, 14, 16), (240, 208, 138))
 
-TOP, BOTTOM = 9, 67
-KNOT = (242, 3, 178, 70)
-KEYS = {"back": (251, 9, 36, 34), "play": (287, 9, 52, 34), "pause": (339, 9, 36, 34), "next": (375, 9, 36, 34),
-        "low": (276, 46, 37, 21), "high": (313, 46, 37, 21), "double": (350, 46, 37, 21)}
+TOP, BOTTOM = 12, 72
+KNOT = (272, 3, 178, 78)
+KEYS = {"back": (281, 10, 36, 37), "play": (317, 10, 52, 37), "pause": (369, 10, 36, 37), "next": (405, 10, 36, 37),
+        "low": (298, 51, 42, 23), "high": (340, 51, 42, 23), "double": (382, 51, 42, 23)}
 BUTTONS = dict(KEYS)
-BUTTONS.update({n: (624 + 20 * i, 13, 20, 18) for i, n in enumerate(("list", "opt", "tag", "conv"))})
-BUTTONS.update({n: (x, y, 20, 18) for n, x, y in (("help", 704, 13), ("mini", 700, 30), ("close", 695, 47))})
+BUTTONS.update({n: (655 + 21 * i, 18, 20, 19) for i, n in enumerate(("list", "opt", "tag", "conv", "help"))})
+BUTTONS.update({"mini": (739, 44, 20, 19), "close": (760, 44, 20, 19)})
 
 
 def band():
     """The sash: both ends cut aslant, as a folded end falls."""
-    return (f"M26.5 {TOP}H727Q733 {TOP} 731 {TOP + 6}L714.5 {BOTTOM - 4}Q713 {BOTTOM} 708 {BOTTOM}H9Q3 {BOTTOM} 5 {BOTTOM - 6}"
-            f"L21.5 {TOP + 4}Q23 {TOP} 27 {TOP}Z")
+    a, b = TOP, BOTTOM
+    return (f"M32 {a}H{WIDTH - 9}Q{WIDTH - 2} {a} {WIDTH - 4.5} {a + 6}L{WIDTH - 24} {b - 5}Q{WIDTH - 26} {b} {WIDTH - 32} {b}"
+            f"H9Q2 {b} 4.5 {b - 6}L24 {a + 5}Q26 {a} 32 {a}Z")
 
 
 def knot():
@@ -77,11 +78,11 @@ def draw_back(c):
     silk = c.linear(0, TOP, 0, BOTTOM, (0, "#1d6463"), (0.25, "#14504f"), (0.7, "#0c393b"), (1, "#07282b"))
     c.path(d, silk)
     c.open(clip_path=c.clip(d))
-    fade = [rounded(0, 0, 138, HEIGHT, 0), rounded(600, 0, 136, HEIGHT, 0)]
-    for part, (x1, x2) in zip(fade, ((16, 150), (736, 592))):
-        waves(c, part, GOLD, 0.6)
-        c.path(part, c.linear(x1, 0, x2, 0, (0, "#0f4344", 0.1), (0.45, "#0f4344", 0.82), (0.9, "#0f4344", 1)))
-    c.path(rounded(134, 0, 470, HEIGHT, 0), "#0f4344")
+    fade = [rounded(0, 0, 168, HEIGHT, 0), rounded(640, 0, 172, HEIGHT, 0)]
+    for part, (x1, x2) in zip(fade, ((0, 166), (812, 642))):
+        waves(c, part, GOLD, 0.9)
+        c.path(part, c.linear(x1, 0, x2, 0, (0.06, "#0f4344", 0), (0.26, "#0f4344", 0.45), (0.5, "#0f4344", 0.85), (1, "#0f4344", 1)))
+    c.path(rounded(167, 0, 474, HEIGHT, 0), "#0f4344")
     c.path(d, c.linear(0, TOP, 0, BOTTOM, (0, "#ffffff", 0.16), (0.3, "#ffffff", 0.04), (0.55, "#000000", 0.06), (1, "#000000", 0.42)))
     for y, w, o in ((TOP + 2.6, 1.0, 0.9), (TOP + 4.4, 0.5, 0.5), (BOTTOM - 2.6, 1.0, 0.8), (BOTTOM - 4.4, 0.5, 0.45)):
         c.path(f"M0 {num(y)}H{WIDTH}", stroke=GOLD, stroke_width=w, opacity=o)
@@ -100,13 +101,12 @@ def pane(c, d, fill):
 
 
 def draw_panes(c):
-    pane(c, rounded(43.5, 17.5, 90, 35, 4), "#030e10")
-    pane(c, rounded(26.5, 17, 12, 42, 4), "#051619")
-    groove = rounded(426, 53, 200, 6, 3)
+    pane(c, rounded(73.5, 24.5, 90, 35, 4), "#030e10")
+    pane(c, rounded(54.5, 22.5, 12, 39, 4), "#051619")
+    groove = rounded(462, 58, 200, 6, 3)
     c.path(groove, "#041619")
     c.inner_shadow(groove, "#000000", 0.9, 1, 0, 0.8)
     c.path(groove, stroke="#ffffff", stroke_width=0.8, opacity=0.2, transform="translate(0 0.8)")
-    c.path("M46 58.5H132", stroke=GOLD, stroke_width=0.5, opacity=0.5)
 
 
 def draw_knot(c):
@@ -125,9 +125,9 @@ def draw_knot(c):
     c.path(d, stroke="#ffffff", stroke_width=3, opacity=0.5, filter=c.blur(0.7))
     c.path(d, stroke="#3a2708", stroke_width=2)
     c.close()
-    for part in (rounded(249.5, 7.5, 163, 37, 9), rounded(274.5, 44.5, 114, 24, 8)):
+    for part in (rounded(279.5, 8.5, 163, 40, 9), rounded(296.5, 49.5, 129, 26, 8)):
         c.path(part, stroke="#fff6dd", stroke_width=1.2, opacity=0.6, transform="translate(0 0.8)")
-    for part in (rounded(249.5, 7.5, 163, 37, 9), rounded(274.5, 44.5, 114, 24, 8)):
+    for part in (rounded(279.5, 8.5, 163, 40, 9), rounded(296.5, 49.5, 129, 26, 8)):
         c.path(part, "#3b2a0f")
         c.inner_shadow(part, "#000000", 0.7, 1.5, 0, 1)
 
@@ -158,7 +158,7 @@ def draw_key(c, name, pressed):
     c.path(d, stroke="#2a1c06", stroke_width=0.8)
     cx, cy, size = x + w / 2, y + h / 2 + (1 if pressed else 0), 0.84 if h < 30 else 1.2 if red else 1.05
     if pressed:
-        icon(c, name, cx, cy, "#ffb59c" if red else GOLD, size, opacity="0.85", filter=c.blur(2))
+        icon(c, name, cx, cy, "#ffb59c" if red else GOLD, size, opacity="0.85", filter=c.blur(2, ICON_BOX))
         icon(c, name, cx, cy, "#fff4ea" if red else "#ffe6b0", size)
     else:
         icon(c, name, cx, cy + 0.9, "#7c2412" if red else "#fffdf4", size, opacity="0.7")
@@ -173,7 +173,7 @@ def draw_command(c, name, pressed):
         c.path(d, "#041517")
         c.inner_shadow(d, "#000000", 0.9, 1.6, 0, 1.2)
         c.path(d, stroke=GOLD, stroke_width=0.7, opacity=0.7)
-        icon(c, name, cx, cy + 0.8, GOLD, 0.82, opacity="0.8", filter=c.blur(1.6))
+        icon(c, name, cx, cy + 0.8, GOLD, 0.82, opacity="0.8", filter=c.blur(1.6, ICON_BOX))
         icon(c, name, cx, cy + 0.8, "#ffeec6", 0.82)
         return
     c.path(d, c.linear(0, y, 0, y + h, (0, "#2a7472"), (1, "#0e3d3f")))
@@ -190,37 +190,35 @@ def draw_panel(c):
         icon(c, name, x + w / 7 * (i + 0.5), y + h / 2, mix(GOLD, "#ffffff", 0.3), 1)
 
 
-def draw(layers):
+def draw(layer):
     c = Canvas(WIDTH, HEIGHT)
-    if "mask" in layers:
+    if layer == "mask":
         c.path(band(), "#ffffff")
         c.path(knot(), "#ffffff")
-    if "back" in layers:
+    if layer == "back":
         draw_back(c)
-    for state in ("released", "pressed"):
-        if state in layers:
-            for name in KEYS:
-                draw_key(c, name, state == "pressed")
-            for name in ("list", "opt", "tag", "conv", "help", "mini", "close"):
-                draw_command(c, name, state == "pressed")
-    if "filled" in layers:
+    if layer in ("released", "pressed"):
+        for name in BUTTONS:
+            c.focus = BUTTONS[name]
+            (draw_key if name in KEYS else draw_command)(c, name, layer == "pressed")
+    if layer == "filled":
         draw_cord(c)
-    if "level" in layers:
+    if layer == "level":
         x, y, w, h = DISPLAY_D[:4]
         c.path(rounded(x, y, w, h, 0), c.linear(x, 0, x + w, 0, (0, "#a8452e"), (0.4, "#ff9a7b"), (1, CORAL)))
         c.path(rounded(x, y, w, 2, 0), "#ffe9d8")
-    if "panel" in layers:
+    if layer == "panel":
         draw_panel(c)
     return c.svg()
 
 
 def draw_cord(c):
     """The part played is the cord of the sash: twisted, coral."""
-    d = rounded(426.5, 53, 199, 6, 3)
-    c.path(d, c.linear(0, 53, 0, 59, (0, "#ffb196"), (0.45, CORAL), (1, "#8c2c18")))
+    d = rounded(462.5, 58, 199, 6, 3)
+    c.path(d, c.linear(0, 58, 0, 64, (0, "#ffb196"), (0.45, CORAL), (1, "#8c2c18")))
     c.open(clip_path=c.clip(d))
     for i in range(42):
-        x = 424 + i * 5
-        c.path(f"M{x} 60Q{x + 1.5} 56 {x + 5} 52", stroke="#7a2413", stroke_width=0.9, opacity=0.65)
-        c.path(f"M{num(x + 1)} 60Q{num(x + 2.5)} 56 {num(x + 6)} 52", stroke="#ffd9c8", stroke_width=0.6, opacity=0.5)
+        x = 460 + i * 5
+        c.path(f"M{x} 65Q{x + 1.5} 61 {x + 5} 57", stroke="#7a2413", stroke_width=0.9, opacity=0.65)
+        c.path(f"M{num(x + 1)} 65Q{num(x + 2.5)} 61 {num(x + 6)} 57", stroke="#ffd9c8", stroke_width=0.6, opacity=0.5)
     c.close()
