@@ -1,0 +1,76 @@
+"""Child processes that never outlive this one."""
+
+import ctypes
+import os
+import signal
+import subprocess
+import time
+
+_libc = ctypes.CDLL(None, use_errno=True)
+_PR_SET_PDEATHSIG = 1
+_PR_SET_CHILD_SUBREAPER = 36
+
+
+class StartFailure(RuntimeError):
+    """A helper program did not come up; the text says which and what it printed."""
+
+
+def _die_with_parent():
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
+
+
+def start(arguments, env=None, **options):
+    """Starts a helper that the kernel ends if this process is killed before it can clean up."""
+    return subprocess.Popen(arguments, env=env, preexec_fn=_die_with_parent, **options)
+
+
+def stop(process, limit=3.0):
+    """Asks a process to end, insists after `limit` seconds, and collects it."""
+    if process is None or process.poll() is not None:
+        return
+    process.terminate()
+    try:
+        process.wait(limit)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+
+
+def adopt_orphans():
+    """Makes this process the parent of what its children leave behind: Wine's own services detach themselves."""
+    _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1)
+
+
+def children():
+    """Process ids of this process's children."""
+    with open(f"/proc/self/task/{os.getpid()}/children") as file:
+        return [int(pid) for pid in file.read().split()]
+
+
+def collect_orphans(known, limit=3.0):
+    """Ends and collects every child that is not in `known`; returns the ids of those that had to be killed."""
+    end = time.monotonic() + limit
+    killed = []
+    while left := [pid for pid in children() if pid not in known]:
+        for pid in left:
+            if time.monotonic() > end and pid not in killed:
+                os.kill(pid, signal.SIGKILL)
+                killed.append(pid)
+            try:
+                os.waitpid(pid, os.WNOHANG)
+            except ChildProcessError:
+                pass
+        time.sleep(0.01)
+    return killed
+
+
+def wait_until(condition, limit=10.0, what="condition", step=0.02):
+    """Polls `condition` until it gives something true, which is returned; raises TimeoutError after `limit` seconds."""
+    end = time.monotonic() + limit
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise TimeoutError(f"not within {limit:g} s: {what}")
+        time.sleep(step)
