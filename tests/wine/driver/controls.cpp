@@ -1,0 +1,177 @@
+#include "tests/wine/driver/controls.h"
+
+#include <commctrl.h>
+
+#include "tests/wine/driver/window_info.h"
+
+namespace driver {
+namespace {
+
+constexpr int kTextRoom = 2048;  // characters read of one item
+
+// Memory inside the process of a window: the common controls take pointers of their own process only.
+class RemoteMemory {
+  public:
+    RemoteMemory(HWND window, size_t size) {
+        DWORD id = 0;
+        GetWindowThreadProcessId(window, &id);
+        process_ = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id);
+        if (process_) memory_ = VirtualAllocEx(process_, nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+        if (!memory_) {
+            if (process_) CloseHandle(process_);
+            throw Failure("no memory in the other process");
+        }
+    }
+    ~RemoteMemory() {
+        VirtualFreeEx(process_, memory_, 0, MEM_RELEASE);
+        CloseHandle(process_);
+    }
+    RemoteMemory(const RemoteMemory&) = delete;
+    RemoteMemory& operator=(const RemoteMemory&) = delete;
+
+    char* at(size_t offset) const { return static_cast<char*>(memory_) + offset; }
+    LPARAM parameter(size_t offset = 0) const { return reinterpret_cast<LPARAM>(at(offset)); }
+
+    template <class T>
+    void write(const T& value, size_t offset = 0) {
+        WriteProcessMemory(process_, at(offset), &value, sizeof value, nullptr);
+    }
+    template <class T>
+    T read(size_t offset = 0) const {
+        T value = {};
+        ReadProcessMemory(process_, at(offset), &value, sizeof value, nullptr);
+        return value;
+    }
+    std::string readText(size_t offset) const {
+        std::wstring text(kTextRoom, L'\0');
+        ReadProcessMemory(process_, at(offset), text.data(), text.size() * sizeof(wchar_t), nullptr);
+        return ToUtf8(text.substr(0, text.find(L'\0')));
+    }
+
+  private:
+    HANDLE process_ = nullptr;
+    void* memory_ = nullptr;
+};
+
+std::string Number(int64_t value) { return std::to_string(value); }
+
+Row OnScreen(HWND window, RECT place) {
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return {Number(place.left), Number(place.top), Number(place.right - place.left), Number(place.bottom - place.top)};
+}
+
+int ColumnCount(HWND listView) {
+    const auto header = reinterpret_cast<HWND>(SendWithLimit(listView, LVM_GETHEADER, 0, 0));
+    return header ? static_cast<int>(SendWithLimit(header, HDM_GETITEMCOUNT, 0, 0)) : 1;
+}
+
+std::string LineOf(HWND list, UINT lengthMessage, UINT textMessage, int index) {
+    std::wstring text(static_cast<size_t>(SendWithLimit(list, lengthMessage, index, 0)) + 1, L'\0');
+    SendWithLimit(list, textMessage, index, reinterpret_cast<LPARAM>(text.data()));
+    text.pop_back();
+    return ToUtf8(text);
+}
+
+}  // namespace
+
+Rows ListViewItems(HWND listView, int first, int count) {
+    constexpr size_t kTextAt = 256;
+    RemoteMemory memory(listView, kTextAt + kTextRoom * sizeof(wchar_t));
+    const int all = static_cast<int>(SendWithLimit(listView, LVM_GETITEMCOUNT, 0, 0));
+    const int columns = ColumnCount(listView);
+    Rows rows;
+    for (int item = first; item < all && item - first < count; ++item) {
+        const auto state = static_cast<UINT>(SendWithLimit(
+            listView, LVM_GETITEMSTATE, item, LVIS_SELECTED | LVIS_FOCUSED | LVIS_STATEIMAGEMASK));
+        Row row = {Number((state & LVIS_SELECTED) != 0), Number((state & LVIS_FOCUSED) != 0),
+                   Number((state & LVIS_STATEIMAGEMASK) >> 12)};
+        for (int column = 0; column < columns; ++column) {
+            LVITEMW query = {};
+            query.iSubItem = column;
+            query.pszText = reinterpret_cast<wchar_t*>(memory.at(kTextAt));
+            query.cchTextMax = kTextRoom;
+            memory.write(query);
+            memory.write(L'\0', kTextAt);
+            SendWithLimit(listView, LVM_GETITEMTEXTW, item, memory.parameter());
+            row.push_back(memory.readText(kTextAt));
+        }
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+Rows ListViewColumns(HWND listView) {
+    constexpr size_t kTextAt = 256;
+    RemoteMemory memory(listView, kTextAt + kTextRoom * sizeof(wchar_t));
+    Rows rows;
+    for (int column = 0, count = ColumnCount(listView); column < count; ++column) {
+        LVCOLUMNW query = {};
+        query.mask = LVCF_TEXT | LVCF_WIDTH;
+        query.pszText = reinterpret_cast<wchar_t*>(memory.at(kTextAt));
+        query.cchTextMax = kTextRoom;
+        memory.write(query);
+        if (SendWithLimit(listView, LVM_GETCOLUMNW, column, memory.parameter()))
+            rows.push_back({memory.readText(kTextAt), Number(memory.read<LVCOLUMNW>().cx)});
+    }
+    return rows;
+}
+
+Row ListViewItemPlace(HWND listView, int item) {
+    SendWithLimit(listView, LVM_ENSUREVISIBLE, item, FALSE);
+    RemoteMemory memory(listView, sizeof(RECT));
+    RECT query = {};
+    query.left = LVIR_LABEL;
+    memory.write(query);
+    if (!SendWithLimit(listView, LVM_GETITEMRECT, item, memory.parameter())) throw Failure("no such item");
+    return OnScreen(listView, memory.read<RECT>());
+}
+
+Rows ListBoxItems(HWND listBox) {
+    Rows rows;
+    const auto count = static_cast<int>(SendWithLimit(listBox, LB_GETCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i)
+        rows.push_back({Number(SendWithLimit(listBox, LB_GETSEL, i, 0) > 0), LineOf(listBox, LB_GETTEXTLEN, LB_GETTEXT, i)});
+    return rows;
+}
+
+Rows ComboBoxItems(HWND comboBox) {
+    Rows rows;
+    const auto count = static_cast<int>(SendWithLimit(comboBox, CB_GETCOUNT, 0, 0));
+    const auto selected = SendWithLimit(comboBox, CB_GETCURSEL, 0, 0);
+    for (int i = 0; i < count; ++i)
+        rows.push_back({Number(i == selected), LineOf(comboBox, CB_GETLBTEXTLEN, CB_GETLBTEXT, i)});
+    return rows;
+}
+
+Rows ToolbarButtons(HWND toolbar) {
+    RemoteMemory memory(toolbar, 256);
+    Rows rows;
+    const auto count = static_cast<int>(SendWithLimit(toolbar, TB_BUTTONCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+        SendWithLimit(toolbar, TB_GETBUTTON, i, memory.parameter());
+        const auto button = memory.read<TBBUTTON>();
+        SendWithLimit(toolbar, TB_GETITEMRECT, i, memory.parameter());
+        Row row = {Number(button.idCommand), Number(button.fsState), Number(button.fsStyle)};
+        for (std::string& field : OnScreen(toolbar, memory.read<RECT>())) row.push_back(std::move(field));
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+Row ScrollState(HWND control) {
+    wchar_t name[64] = {};
+    GetClassNameW(control, name, 64);
+    if (lstrcmpiW(name, TRACKBAR_CLASSW) == 0)
+        return {Number(SendWithLimit(control, TBM_GETPOS, 0, 0)), Number(SendWithLimit(control, TBM_GETRANGEMIN, 0, 0)),
+                Number(SendWithLimit(control, TBM_GETRANGEMAX, 0, 0)), "0"};
+    RemoteMemory memory(control, sizeof(SCROLLINFO));
+    SCROLLINFO info = {};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_ALL;
+    memory.write(info);
+    SendWithLimit(control, SBM_GETSCROLLINFO, 0, memory.parameter());
+    info = memory.read<SCROLLINFO>();
+    return {Number(info.nPos), Number(info.nMin), Number(info.nMax), Number(info.nPage)};
+}
+
+}  // namespace driver

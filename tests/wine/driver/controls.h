@@ -1,0 +1,28 @@
+// Contents of controls that belong to another process.
+#pragma once
+
+#include <windows.h>
+
+#include "tests/wine/driver/protocol.h"
+
+namespace driver {
+
+// One row per item of a list view: selected, focused, state image (check box: 1 off, 2 on), texts of all columns.
+// Items outside [first, first + count) are left out.
+Rows ListViewItems(HWND listView, int first, int count);
+// Title and width in pixels of each column, in the order of their indices.
+Rows ListViewColumns(HWND listView);
+// Place on the screen of an item (x, y, width, height); scrolls it into view first.
+Row ListViewItemPlace(HWND listView, int item);
+
+// One row per line: selected, text. For list boxes and combo boxes.
+Rows ListBoxItems(HWND listBox);
+Rows ComboBoxItems(HWND comboBox);
+
+// One row per button of a toolbar: command id, state flags, style flags, place on the screen (x, y, width, height).
+Rows ToolbarButtons(HWND toolbar);
+
+// position, minimum, maximum, page of a scroll bar control; position, minimum, maximum, 0 of a track bar
+Row ScrollState(HWND control);
+
+}  // namespace driver

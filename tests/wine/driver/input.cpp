@@ -1,0 +1,148 @@
+#include "tests/wine/driver/input.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "tests/wine/driver/protocol.h"
+
+namespace driver {
+namespace {
+
+struct NamedKey {
+    std::string_view name;
+    WORD key;
+};
+
+constexpr NamedKey kKeys[] = {
+    {"ctrl", VK_CONTROL}, {"shift", VK_SHIFT},  {"alt", VK_MENU},      {"win", VK_LWIN},       {"enter", VK_RETURN},
+    {"esc", VK_ESCAPE},   {"tab", VK_TAB},      {"space", VK_SPACE},   {"back", VK_BACK},      {"delete", VK_DELETE},
+    {"insert", VK_INSERT}, {"home", VK_HOME},   {"end", VK_END},       {"pageup", VK_PRIOR},   {"pagedown", VK_NEXT},
+    {"left", VK_LEFT},    {"right", VK_RIGHT},  {"up", VK_UP},         {"down", VK_DOWN},      {"apps", VK_APPS},
+    {"f1", VK_F1},        {"f2", VK_F2},        {"f3", VK_F3},         {"f4", VK_F4},          {"f5", VK_F5},
+    {"f6", VK_F6},        {"f7", VK_F7},        {"f8", VK_F8},         {"f9", VK_F9},          {"f10", VK_F10},
+    {"f11", VK_F11},      {"f12", VK_F12},      {"plus", VK_OEM_PLUS}, {"minus", VK_OEM_MINUS},
+};
+
+constexpr WORD kExtended[] = {VK_LEFT, VK_RIGHT, VK_UP,     VK_DOWN,   VK_HOME, VK_END,
+                              VK_PRIOR, VK_NEXT, VK_INSERT, VK_DELETE, VK_LWIN, VK_APPS};
+
+WORD KeyOf(std::string_view name) {
+    for (const NamedKey& key : kKeys)
+        if (key.name == name) return key.key;
+    if (name.size() == 1) {
+        const char c = name[0];
+        if (c >= 'a' && c <= 'z') return static_cast<WORD>(c - 'a' + 'A');
+        if (c >= '0' && c <= '9') return static_cast<WORD>(c);
+    }
+    if (name.starts_with("0x")) return static_cast<WORD>(std::strtoul(std::string(name).c_str(), nullptr, 16));
+    throw Failure("no such key: " + std::string(name));
+}
+
+void Send(std::vector<INPUT> events) {
+    if (SendInput(static_cast<UINT>(events.size()), events.data(), sizeof(INPUT)) != events.size())
+        throw Failure("SendInput was refused, error " + std::to_string(GetLastError()));
+}
+
+INPUT MouseEvent(DWORD flags, DWORD data = 0) {
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    input.mi.mouseData = data;
+    return input;
+}
+
+}  // namespace
+
+Button ButtonOf(std::string_view name) {
+    if (name == "left") return Button::kLeft;
+    if (name == "right") return Button::kRight;
+    if (name == "middle") return Button::kMiddle;
+    throw Failure("no such button: " + std::string(name));
+}
+
+void MoveMouse(POINT screen) {
+    // Absolute coordinates count in 65536ths of the screen; the added half a pixel survives the rounding back.
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    INPUT input = MouseEvent(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE);
+    input.mi.dx = static_cast<LONG>((screen.x * 65536ll + 32768) / width);
+    input.mi.dy = static_cast<LONG>((screen.y * 65536ll + 32768) / height);
+    Send({input});
+}
+
+void PressButton(Button button, bool down) {
+    constexpr DWORD kFlags[][2] = {{MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN},
+                                   {MOUSEEVENTF_RIGHTUP, MOUSEEVENTF_RIGHTDOWN},
+                                   {MOUSEEVENTF_MIDDLEUP, MOUSEEVENTF_MIDDLEDOWN}};
+    Send({MouseEvent(kFlags[static_cast<int>(button)][down])});
+}
+
+void Click(POINT screen, Button button, int count) {
+    MoveMouse(screen);
+    for (int i = 0; i < count; ++i) {
+        PressButton(button, true);
+        PressButton(button, false);
+    }
+}
+
+void Drag(POINT from, POINT to, Button button, int steps) {
+    MoveMouse(from);
+    PressButton(button, true);
+    for (int i = 1; i <= steps; ++i) {
+        Sleep(10);  // a hand takes its time; moves sent at once would be merged into one
+        MoveMouse({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps});
+    }
+    Sleep(10);
+    PressButton(button, false);
+}
+
+void TurnWheel(POINT screen, int notches) {
+    MoveMouse(screen);
+    Send({MouseEvent(MOUSEEVENTF_WHEEL, static_cast<DWORD>(notches * WHEEL_DELTA))});
+}
+
+void PressKey(WORD virtualKey, bool down) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = virtualKey;
+    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC));
+    if (std::ranges::find(kExtended, virtualKey) != std::end(kExtended)) input.ki.dwFlags |= KEYEVENTF_EXTENDEDKEY;
+    if (!down) input.ki.dwFlags |= KEYEVENTF_KEYUP;
+    Send({input});
+}
+
+void StrikeKeys(std::string_view combination) {
+    std::vector<WORD> keys;
+    while (true) {
+        const size_t plus = combination.find('+');
+        keys.push_back(KeyOf(combination.substr(0, plus)));
+        if (plus == std::string_view::npos) break;
+        combination.remove_prefix(plus + 1);
+    }
+    for (WORD key : keys) PressKey(key, true);
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key) PressKey(*key, false);
+}
+
+void TypeText(std::wstring_view text) {
+    for (wchar_t c : text) {
+        INPUT input = {};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wScan = static_cast<WORD>(c);
+        input.ki.dwFlags = KEYEVENTF_UNICODE;
+        INPUT release = input;
+        release.ki.dwFlags |= KEYEVENTF_KEYUP;
+        Send({input, release});
+    }
+}
+
+bool Activate(HWND window) {
+    const DWORD other = GetWindowThreadProcessId(window, nullptr), own = GetCurrentThreadId();
+    AttachThreadInput(own, other, TRUE);
+    BringWindowToTop(window);
+    const bool done = SetForegroundWindow(window);
+    AttachThreadInput(own, other, FALSE);
+    return done;
+}
+
+}  // namespace driver

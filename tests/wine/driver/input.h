@@ -1,0 +1,32 @@
+// Mouse and keyboard as a person uses them: everything goes through SendInput to whatever window is there.
+#pragma once
+
+#include <windows.h>
+
+#include <string_view>
+
+namespace driver {
+
+enum class Button { kLeft, kRight, kMiddle };
+
+Button ButtonOf(std::string_view name);
+
+void MoveMouse(POINT screen);
+void PressButton(Button button, bool down);
+// Presses and releases `count` times; two make a double click.
+void Click(POINT screen, Button button, int count);
+// Presses at `from`, moves in `steps` steps, releases at `to`. Each step is a move event of its own.
+void Drag(POINT from, POINT to, Button button, int steps);
+// notches > 0 turn away from the user.
+void TurnWheel(POINT screen, int notches);
+
+void PressKey(WORD virtualKey, bool down);
+// "ctrl+shift+f5", "alt+left", "a", "0x5D": modifiers are held while the last key is struck.
+void StrikeKeys(std::string_view combination);
+// Types text as characters, whatever the keyboard layout is.
+void TypeText(std::wstring_view text);
+
+// Brings a window to the front and gives it the keyboard; false when the system refuses.
+bool Activate(HWND window);
+
+}  // namespace driver

@@ -1,0 +1,103 @@
+// Drives programs under test from inside Wine; protocol.h has the form of requests and answers, tests/wine/harness/driver.py
+// the other end. Ends when its input ends.
+#include <windows.h>
+
+#include <cstdio>
+#include <iostream>
+
+#include "tests/wine/driver/controls.h"
+#include "tests/wine/driver/input.h"
+#include "tests/wine/driver/menus.h"
+#include "tests/wine/driver/protocol.h"
+#include "tests/wine/driver/window_info.h"
+
+namespace {
+
+using namespace driver;
+
+POINT PointOf(const Request& r, size_t index) {
+    return {static_cast<LONG>(r.number(index)), static_cast<LONG>(r.number(index + 1))};
+}
+
+int Int(const Request& r, size_t index, int otherwise) { return static_cast<int>(r.number(index, otherwise)); }
+
+struct Verb {
+    std::string_view name;
+    Rows (*answer)(const Request&);
+};
+
+Rows Done(void) { return {}; }
+
+const Verb kVerbs[] = {
+    // looking
+    {"windows", [](const Request&) { return TopLevelWindows(); }},
+    {"descendants", [](const Request& r) { return Descendants(WindowOf(r, 1)); }},
+    {"text", [](const Request& r) { return Rows{{TextOf(WindowOf(r, 1))}}; }},
+    {"focus", [](const Request&) { return Rows{FocusState()}; }},
+    {"at", [](const Request& r) { return Rows{WindowAt(PointOf(r, 1))}; }},
+    {"menubar", [](const Request& r) { return MenuBar(WindowOf(r, 1)); }},
+    {"popup", [](const Request&) { return PopupMenu(); }},
+    {"listview", [](const Request& r) { return ListViewItems(WindowOf(r, 1), Int(r, 2, 0), Int(r, 3, 1000)); }},
+    {"columns", [](const Request& r) { return ListViewColumns(WindowOf(r, 1)); }},
+    {"itemplace", [](const Request& r) { return Rows{ListViewItemPlace(WindowOf(r, 1), Int(r, 2, 0))}; }},
+    {"listbox", [](const Request& r) { return ListBoxItems(WindowOf(r, 1)); }},
+    {"combobox", [](const Request& r) { return ComboBoxItems(WindowOf(r, 1)); }},
+    {"toolbar", [](const Request& r) { return ToolbarButtons(WindowOf(r, 1)); }},
+    {"scroll", [](const Request& r) { return Rows{ScrollState(WindowOf(r, 1))}; }},
+    {"codepage", [](const Request&) { return Rows{{std::to_string(GetACP())}}; }},
+    // mouse and keyboard
+    {"move", [](const Request& r) { return MoveMouse(PointOf(r, 1)), Done(); }},
+    {"click", [](const Request& r) { return Click(PointOf(r, 1), ButtonOf(r.text(3)), Int(r, 4, 1)), Done(); }},
+    {"press", [](const Request& r) { return PressButton(ButtonOf(r.text(1)), r.number(2) != 0), Done(); }},
+    {"drag",
+     [](const Request& r) {
+         Drag(PointOf(r, 1), PointOf(r, 3), ButtonOf(r.text(5)), Int(r, 6, 8));
+         return Done();
+     }},
+    {"wheel", [](const Request& r) { return TurnWheel(PointOf(r, 1), Int(r, 3, 1)), Done(); }},
+    {"keys", [](const Request& r) { return StrikeKeys(r.text(1)), Done(); }},
+    {"type", [](const Request& r) { return TypeText(ToWide(r.text(1))), Done(); }},
+    {"activate", [](const Request& r) { return Rows{{std::to_string(Activate(WindowOf(r, 1)))}}; }},
+    // messages
+    {"settext",
+     [](const Request& r) {
+         const std::wstring text = ToWide(r.text(2));
+         SendWithLimit(WindowOf(r, 1), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+         return Done();
+     }},
+    {"send",
+     [](const Request& r) {
+         const LRESULT result = SendWithLimit(WindowOf(r, 1), static_cast<UINT>(r.number(2)),
+                                              static_cast<WPARAM>(r.number(3)), static_cast<LPARAM>(r.number(4)));
+         return Rows{{std::to_string(result)}};
+     }},
+    {"post",
+     [](const Request& r) {
+         if (!PostMessageW(WindowOf(r, 1), static_cast<UINT>(r.number(2)), static_cast<WPARAM>(r.number(3)),
+                           static_cast<LPARAM>(r.number(4))))
+             throw Failure("PostMessage failed, error " + std::to_string(GetLastError()));
+         return Done();
+     }},
+};
+
+std::string Answer(const std::string& line) {
+    try {
+        const Request request(line);
+        for (const Verb& verb : kVerbs)
+            if (verb.name == request.verb()) return FormatAnswer(verb.answer(request));
+        return FormatFailure("no such verb: " + request.verb());
+    } catch (const Failure& failure) {
+        return FormatFailure(failure.what());
+    }
+}
+
+}  // namespace
+
+int main() {
+    SetProcessDPIAware();
+    for (std::string line; std::getline(std::cin, line);) {
+        const std::string answer = Answer(line);
+        std::fwrite(answer.data(), 1, answer.size(), stdout);
+        std::fflush(stdout);
+    }
+}

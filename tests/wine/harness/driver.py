@@ -1,0 +1,320 @@
+"""The Python end of the driver program (tests/wine/driver): windows, controls, mouse and keyboard inside Wine."""
+
+import dataclasses
+import queue
+import subprocess
+import threading
+
+from wine_session.processes import wait_until
+
+WM_CLOSE, WM_COMMAND, BM_GETCHECK = 0x10, 0x111, 0xF0
+LIMIT = 10.0  # seconds that waiting takes at most when a test names no limit
+
+
+class DriverError(RuntimeError):
+    """The driver refused a request; the text says why."""
+
+
+def _escaped(value):
+    return str(value).replace("\\", "\\\\").replace("\t", "\\t").replace("\r", "\\r").replace("\n", "\\n")
+
+
+def _fields(line):
+    fields, field, characters = [], "", iter(line)
+    for c in characters:
+        if c == "\t":
+            fields.append(field)
+            field = ""
+        elif c == "\\":
+            c = next(characters)
+            field += {"t": "\t", "r": "\r", "n": "\n"}.get(c, c)
+        else:
+            field += c
+    return fields + [field]
+
+
+@dataclasses.dataclass(frozen=True)
+class MenuItem:
+    """One line of a menu. `place` is on the screen, (x, y, width, height); all zero while it is not shown."""
+    depth: int
+    position: int
+    id: int
+    state: int
+    place: tuple
+    caption: str  # with "&", and "|" between caption and shortcut
+
+    checked = property(lambda self: bool(self.state & 8))
+    enabled = property(lambda self: not self.state & 3)
+    separator = property(lambda self: bool(self.state & 0x800))
+    submenu = property(lambda self: bool(self.state & 0x10))
+
+    @property
+    def text(self):
+        return self.caption.split("|")[0].replace("&", "")
+
+
+class Driver:
+    def __init__(self, session, program):
+        self._process = session.start(program, stdin=subprocess.PIPE, stdout=subprocess.PIPE, cwd=program.parent)
+        self._lines = queue.Queue()
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def _read(self):
+        for line in self._process.stdout:
+            self._lines.put(line.decode("utf-8").rstrip("\r\n"))
+        self._lines.put(None)
+
+    def ask(self, *request):
+        """Sends one request and returns its rows, lists of texts."""
+        self._process.stdin.write(("\t".join(map(_escaped, request)) + "\n").encode("utf-8"))
+        self._process.stdin.flush()
+        answer = []
+        while True:
+            try:
+                line = self._lines.get(timeout=30)
+            except queue.Empty:
+                raise DriverError(f"no answer to {request}") from None
+            if line is None:
+                raise DriverError(f"the driver ended during {request}")
+            if line == ".":
+                break
+            answer.append(_fields(line))
+        if answer[0][0] != "ok":
+            raise DriverError(f"{request}: {answer[0][-1]}")
+        return answer[1:]
+
+    def close(self):
+        self._process.stdin.close()
+        try:
+            self._process.wait(3)
+        except subprocess.TimeoutExpired:
+            self._process.kill()
+            self._process.wait()
+
+    # Windows
+
+    def windows(self):
+        """All top-level windows, front to back."""
+        return [Window(self, row, top_level=True) for row in self.ask("windows")]
+
+    def find(self, title=None, class_name=None, process=None, visible=True):
+        """The first top-level window that fits, or None. `title` is compared whole; a leading * means "ends with"."""
+        for window in self.windows():
+            if (visible and not window.visible) or (class_name and window.class_name != class_name):
+                continue
+            if process is not None and window.process != process:
+                continue
+            if title is None or window.title == title or (title[:1] == "*" and window.title.endswith(title[1:])):
+                return window
+        return None
+
+    def wait_window(self, title=None, class_name=None, limit=LIMIT, **more):
+        return wait_until(lambda: self.find(title, class_name, **more), limit,
+                          f"a window {title or ''} {class_name or ''}")
+
+    def tree(self):
+        """All windows with their controls, as text for people."""
+        out = []
+        for window in self.windows():
+            out.append(str(window))
+            try:
+                out += [f"    {control}" for control in window.controls()]
+            except DriverError:
+                pass  # it closed meanwhile
+        return "\n".join(out) + "\n"
+
+    def foreground(self):
+        return int(self.ask("focus")[0][0])
+
+    def focused(self):
+        """Handle of the control that has the keyboard, 0 for none."""
+        return int(self.ask("focus")[0][1])
+
+    def window_at(self, x, y):
+        """(innermost window, its top-level window) at a point of the screen, as handles; regions are respected."""
+        return tuple(map(int, self.ask("at", x, y)[0]))
+
+    # Mouse, keyboard, menus: screen coordinates in pixels
+
+    def move(self, x, y):
+        self.ask("move", x, y)
+
+    def click(self, x, y, button="left", count=1):
+        self.ask("click", x, y, button, count)
+
+    def press(self, button="left"):
+        self.ask("press", button, 1)
+
+    def release(self, button="left"):
+        self.ask("press", button, 0)
+
+    def drag(self, x1, y1, x2, y2, button="left", steps=8):
+        self.ask("drag", x1, y1, x2, y2, button, steps)
+
+    def wheel(self, x, y, notches):
+        self.ask("wheel", x, y, notches)
+
+    def keys(self, combination):
+        """"ctrl+s", "alt+left", "f5", "delete", "a" or a virtual key as "0x5D"."""
+        self.ask("keys", combination)
+
+    def type(self, text):
+        self.ask("type", text)
+
+    def popup(self, limit=LIMIT):
+        """The items of the menu that is open, those of its sub menus behind their parent; waits until there is one."""
+        def rows():
+            try:
+                return self.ask("popup")
+            except DriverError:
+                return None
+        return _menu_items(wait_until(rows, limit, "an open menu"))
+
+    def choose(self, *texts, limit=LIMIT):
+        """Chooses from the menu that is open by clicking; several texts lead through sub menus."""
+        for depth, text in enumerate(texts):
+            def shown():
+                items = [i for i in self.popup() if i.depth == depth and i.text == text and i.place[2] > 0]
+                return items and items[0]
+            item = wait_until(shown, limit, f"menu item {text}")
+            x, y, width, height = item.place
+            self.click(x + min(20, width // 2), y + height // 2)
+
+    def code_page(self):
+        return int(self.ask("codepage")[0][0])
+
+
+def _menu_items(rows):
+    return [MenuItem(*map(int, row[:4]), tuple(map(int, row[4:8])), row[8]) for row in rows]
+
+
+class Window:
+    """A window or control as it was when it was looked up; `refreshed()` looks again."""
+
+    def __init__(self, driver, row, top_level):
+        self._driver, self._top_level = driver, top_level
+        numbers = [int(field) for i, field in enumerate(row) if i not in (3, 13)]
+        (self.handle, self.parent, self.process, self.id, self.x, self.y, self.width, self.height, visible, enabled,
+         self.style, self.extended_style) = numbers
+        self.class_name, self.title = row[3], row[13]
+        self.visible, self.enabled = bool(visible), bool(enabled)
+
+    def __str__(self):
+        return (f"{self.handle:#x} {self.class_name} id {self.id} {self.width}x{self.height}+{self.x}+{self.y}"
+                f"{'' if self.visible else ' hidden'}{'' if self.enabled else ' disabled'} {self.title!r}")
+
+    @property
+    def place(self):
+        """(x, y, width, height) on the screen, pixels."""
+        return self.x, self.y, self.width, self.height
+
+    def refreshed(self):
+        """The same window as it is now; None when it is gone."""
+        if self._top_level:
+            return next((w for w in self._driver.windows() if w.handle == self.handle), None)
+        try:
+            rows = self._driver.ask("descendants", self.parent)
+        except DriverError:
+            return None
+        return next((Window(self._driver, r, False) for r in rows if int(r[0]) == self.handle), None)
+
+    def text(self):
+        return self._driver.ask("text", self.handle)[0][0]
+
+    def set_text(self, text):
+        self._driver.ask("settext", self.handle, text)
+
+    # Finding controls
+
+    def controls(self):
+        return [Window(self._driver, row, False) for row in self._driver.ask("descendants", self.handle)]
+
+    def control(self, id=None, class_name=None, title=None, limit=LIMIT):
+        """The first descendant that fits, waited for."""
+        def found():
+            for c in self.controls():
+                if ((id is None or c.id == id) and (class_name is None or c.class_name.lower() == class_name.lower())
+                        and (title is None or c.title.replace("&", "") == title)):
+                    return c
+            return None
+        return wait_until(found, limit, f"control {id or ''} {class_name or ''} {title or ''} in {self.title!r}")
+
+    # Acting; dx and dy count from the left top corner of the window, the middle when not given
+
+    def point(self, dx=None, dy=None):
+        return (self.x + (self.width // 2 if dx is None else dx), self.y + (self.height // 2 if dy is None else dy))
+
+    def click(self, dx=None, dy=None, button="left", count=1):
+        self._driver.click(*self.point(dx, dy), button, count)
+
+    def activate(self):
+        """Brings it to the front; waits until it is."""
+        self._driver.ask("activate", self.handle)
+        wait_until(lambda: self._driver.foreground() == self.handle, LIMIT, f"{self.title!r} comes to the front")
+
+    def close(self):
+        """Asks it to close, as its close button does."""
+        self.post(WM_CLOSE)
+
+    def wait_closed(self, limit=LIMIT):
+        wait_until(lambda: (w := self.refreshed()) is None or not w.visible, limit, f"{self.title!r} closes")
+
+    def send(self, message, w=0, l=0):
+        return int(self._driver.ask("send", self.handle, message, w, l)[0][0])
+
+    def post(self, message, w=0, l=0):
+        self._driver.ask("post", self.handle, message, w, l)
+
+    def command(self, id):
+        """Posts a menu or button command."""
+        self.post(WM_COMMAND, id)
+
+    # Contents
+
+    def menu(self):
+        """The items of its menu bar, those of sub menus behind their parent."""
+        return _menu_items(self._driver.ask("menubar", self.handle))
+
+    def checked(self):
+        return self.send(BM_GETCHECK) == 1
+
+    def items(self, first=0, count=1000):
+        """A list view's rows: lists of the texts of their columns."""
+        return [row[3:] for row in self._driver.ask("listview", self.handle, first, count)]
+
+    def selected_items(self):
+        """Indices of the selected rows of a list view."""
+        return [i for i, row in enumerate(self._driver.ask("listview", self.handle)) if row[0] == "1"]
+
+    def focused_item(self):
+        return next((i for i, row in enumerate(self._driver.ask("listview", self.handle)) if row[1] == "1"), None)
+
+    def checked_items(self):
+        return [i for i, row in enumerate(self._driver.ask("listview", self.handle)) if row[2] == "2"]
+
+    def columns(self):
+        """(title, width in pixels) of each column of a list view."""
+        return [(title, int(width)) for title, width in self._driver.ask("columns", self.handle)]
+
+    def click_item(self, index, button="left", count=1):
+        x, y, _, height = map(int, self._driver.ask("itemplace", self.handle, index)[0])
+        self._driver.click(x + 8, y + height // 2, button, count)
+
+    def lines(self):
+        """The texts of a list box or combo box."""
+        return [text for _, text in self._driver.ask(self._list_verb(), self.handle)]
+
+    def selected_line(self):
+        return next((text for on, text in self._driver.ask(self._list_verb(), self.handle) if on == "1"), None)
+
+    def _list_verb(self):
+        return "combobox" if "combo" in self.class_name.lower() else "listbox"
+
+    def toolbar_buttons(self):
+        """(command id, state, style, (x, y, width, height) on the screen) of each button."""
+        rows = [list(map(int, row)) for row in self._driver.ask("toolbar", self.handle)]
+        return [(row[0], row[1], row[2], tuple(row[3:])) for row in rows]
+
+    def scroll(self):
+        """(position, minimum, maximum, page) of a scroll or track bar."""
+        return tuple(map(int, self._driver.ask("scroll", self.handle)[0]))

@@ -1,0 +1,197 @@
+"""What a scenario's tests work with: one Wine session with its display, sound and files."""
+
+import pathlib
+import shutil
+import time
+
+from wine_session import WineSession
+from wine_session.processes import stop, wait_until
+
+from .driver import LIMIT, Driver
+from .drop import drop_files
+from .sound import Sound
+
+ROOT = pathlib.Path(__file__).resolve().parents[3]
+PRODUCT = ROOT / "build/quenlox"
+TEST_PROGRAMS = ROOT / "build/win64/tests/wine"
+ARTEFACTS = ROOT / "build/wine"
+
+
+class Program:
+    """A running Windows program."""
+
+    def __init__(self, process, path):
+        self._process, self.path = process, path
+
+    def running(self):
+        return self._process.poll() is None
+
+    def wait_exit(self, limit=LIMIT):
+        """Its exit code, modulo 256."""
+        return self._process.wait(limit)
+
+    def kill(self):
+        """Ends it at once, as a crash or a power cut would."""
+        stop(self._process, 1)
+
+
+class Scenario:
+    """Context of one scenario file: `name` names it and its folder below build/wine.
+
+    locale: "ja_JP" (code page 932) or "en_US" (1252); midi: a MIDI device that logs; screen: size of the display.
+    """
+
+    def __init__(self, name, locale="ja_JP", midi=False, screen="1024x768"):
+        self.name = name
+        self.dir = ARTEFACTS / name
+        self._midi = midi
+        self._programs = []
+        shutil.rmtree(self.dir, ignore_errors=True)
+        self.material = self.dir / "material"
+        self.material.mkdir(parents=True)
+        self.session = WineSession(locale=locale, screen=screen, log=self.dir, overrides="midimap=n" if midi else "")
+
+    def __enter__(self):
+        self.session.__enter__()
+        try:
+            self._sound_file = self.session.runtime / "sound.raw"
+            self.session.sound.record(self._sound_file)
+            if self._midi:
+                self._install_midi_device()
+            self.driver = Driver(self.session, TEST_PROGRAMS / "driver.exe")
+        except BaseException:
+            self.session.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.end_programs()
+        self.driver.close()
+        self.captured().save(self.dir / "sound.wav")
+        self.session.__exit__()
+
+    # Programs
+
+    def fresh_product(self, name="program"):
+        """A copy of the built product in the scenario's folder, with no settings yet; returns the folder."""
+        folder = self.dir / name
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.copytree(PRODUCT, folder)
+        return folder
+
+    def start_product(self, *arguments, folder=None, **options):
+        """Starts Quenlox.exe of `folder` (default: the first call's fresh copy). Paths among the arguments are converted."""
+        folder = folder or self.dir / "program"
+        if not folder.exists():
+            self.fresh_product(folder.name)
+        return self.start(folder / "Quenlox.exe", *arguments, cwd=folder, **options)
+
+    def start(self, program, *arguments, **options):
+        arguments = [self.session.windows_path(a) if isinstance(a, pathlib.Path) else a for a in arguments]
+        running = Program(self.session.start(program, *arguments, **options), program)
+        self._programs.append(running)
+        return running
+
+    def end_programs(self):
+        """Kills what is still running; the harness does so after each test."""
+        for program in self._programs:
+            program.kill()
+        self._programs.clear()
+
+    def windows_path(self, path):
+        return self.session.windows_path(path)
+
+    # Looking and listening
+
+    def screen(self):
+        """What the screen shows, a PIL image; screen()-coordinates are those of the driver."""
+        return self.session.display.picture()
+
+    def screenshot(self, name, window=None):
+        """Saves the screen, or what it shows of one window, as <scenario>/<name>.png; returns the PIL image."""
+        picture = self.screen()
+        if window is not None:
+            x, y, width, height = window.place
+            picture = picture.crop((x, y, x + width, y + height))
+        picture.save(self.dir / f"{name}.png")
+        return picture
+
+    def sound_mark(self):
+        """A point in the capture, now; the sound card's delay (up to 0.1 s) is not taken off."""
+        return self._sound_file.stat().st_size // 4 * 4
+
+    def captured(self, since=0, until=None):
+        """What was heard between two marks; up to now without the second."""
+        with open(self._sound_file, "rb") as file:
+            file.seek(since)
+            return Sound.from_raw(file.read(-1 if until is None else until - since))
+
+    def listen(self, seconds):
+        """What is heard during the next seconds."""
+        mark = self.sound_mark()
+        self.wait_until(lambda: self.sound_mark() - mark >= seconds * 44100 * 4, seconds * 2 + 5, "sound arrives")
+        return self.captured(mark)
+
+    def wait_sound(self, limit=LIMIT, since=None):
+        """Waits until something is heard after the mark `since` (now by default)."""
+        mark = self.sound_mark() if since is None else since
+        self.wait_until(lambda: not self.captured(max(mark, self.sound_mark() - 40000)).is_silent(), limit, "sound is heard")
+
+    def wait_silence(self, seconds=0.3, limit=LIMIT):
+        """Waits until nothing has been heard for `seconds`."""
+        size = int(seconds * 44100) * 4
+        mark = self.sound_mark()
+        self.wait_until(lambda: self.sound_mark() - mark >= size and self.captured(self.sound_mark() - size).is_silent(),
+                        limit, "it is silent")
+
+    @staticmethod
+    def wait_until(condition, limit=LIMIT, what="condition"):
+        """Polls until `condition` gives something true, which it returns; TimeoutError after `limit` seconds."""
+        return wait_until(condition, limit, what)
+
+    # Dialogs, dropping, MIDI
+
+    def file_dialog(self, path, title=None, limit=LIMIT):
+        """Answers the open or save dialog of the system with a file of this machine."""
+        dialog = self.driver.wait_window(title, class_name="#32770", limit=limit)
+        # The name is an edit box in the old dialogs and the edit box of a combo box in the newer ones.
+        wanted = self.session.windows_path(path)
+        edit = wait_until(lambda: next((c for c in dialog.controls()
+                                        if c.class_name.lower() == "edit" and c.id in (0x47C, 0x480, 1001)), None),
+                          limit, "the dialog's name box")
+        edit.set_text(wanted)
+        wait_until(lambda: edit.text() == wanted, limit, "the name is in the box")
+        dialog.command(1)
+        dialog.wait_closed(limit)
+
+    def drop_files(self, x, y, *files):
+        """Drops files at a point of the screen, as a file manager would."""
+        drop_files(self.session.display.name, x, y, [pathlib.Path(f).resolve() for f in files])
+
+    def _install_midi_device(self):
+        target = self.session.prefix / "drive_c/windows/system32/midimap.dll"
+        target.unlink(missing_ok=True)  # a link to the cached prefix: never written through
+        shutil.copy(TEST_PROGRAMS / "midimap.dll", target)
+        self.session.env["QUENLOX_MIDI_LOG"] = self.session.windows_path(self.dir / "midi.log")
+
+    def midi_messages(self):
+        """[(milliseconds, kind, value)] that the MIDI device has received; a short message's lowest byte is its status."""
+        log = self.dir / "midi.log"
+        if not log.exists():
+            return []
+        rows = [line.split() for line in log.read_text().splitlines()]
+        return [(int(ms), kind, int(value, 16)) for ms, kind, value in rows]
+
+    # Checks beyond plain assert
+
+    @staticmethod
+    def equal(actual, expected, what="value"):
+        assert actual == expected, f"{what}: {actual!r}, expected {expected!r}"
+
+    @staticmethod
+    def near(value, target, tolerance, what):
+        assert abs(value - target) <= tolerance, f"{what}: {value:.4g}, expected {target:g} within {tolerance:g}"
+
+    def pause(self, seconds):
+        """Lets time pass where passing time is what is tested; to wait for something, use wait_until."""
+        time.sleep(seconds)
