@@ -5,8 +5,13 @@
 namespace vbmp3 {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr int kTickMs = 20;
 constexpr auto kRetryInterval = std::chrono::seconds(2);
+// A device says that everything was heard when it has left for the mixer of the system; closed at once, it would
+// lose its last moment.
+constexpr auto kLinger = std::chrono::milliseconds(150);
 
 } // namespace
 
@@ -27,9 +32,33 @@ void OutputThread::run()
             pump();
             observe();
         }
-        state_.outputWork.wait(active_ && !paused_ ? kTickMs : -1);
+        state_.outputWork.wait(waitTime());
     }
     output_.reset();
+    if (retired_)
+        std::this_thread::sleep_until(retiredUntil_);
+}
+
+// Milliseconds to sleep: to the next look at the position, or exactly to the end of the sound.
+int OutputThread::waitTime()
+{
+    if (retired_ && Clock::now() >= retiredUntil_)
+        retired_.reset();
+    if (active_ && !paused_) {
+        if (!drained_)
+            return kTickMs;
+        const int64_t left = (written_ - output_->played()) * 1000 / chain_->sampleRate();
+        return int(std::clamp<int64_t>(left, 1, kTickMs));
+    }
+    return retired_ ? int(kLinger.count()) : -1;
+}
+
+void OutputThread::retire(std::unique_ptr<Output> output)
+{
+    if (!output->audible())
+        return;
+    retired_ = std::move(output);
+    retiredUntil_ = Clock::now() + kLinger;
 }
 
 bool OutputThread::takeOrder()
@@ -79,6 +108,7 @@ void OutputThread::begin(const Order& order)
         waiting_.reset();
         boundaries_.clear();
     }
+    ahead_.reset();
     const std::lock_guard lock(state_.mutex);
     state_.outputGeneration = std::max(state_.outputGeneration, order.generation);
     state_.outputError = error;
@@ -96,18 +126,29 @@ OutputError OutputThread::prepareOutput(int sampleRate, const OutputSettings& se
     }
     output_.reset();
     settings_ = settings;
-    if (!avoidDevice_ && (output_ = system_.make()) != nullptr) {
-        const OutputError error = output_->open(sampleRate, settings, state_.outputWork);
-        if (error == OutputError::None)
-            return error;
-        output_.reset();
-        if (error == OutputError::Busy)
+    if (!avoidDevice_) {
+        OutputError error = OutputError::None;
+        output_ = openDevice(sampleRate, settings, error);
+        if (output_ || error == OutputError::Busy)
             return error;
     }
     // Without a device time passes all the same, so that a player runs.
-    retryAt_ = std::chrono::steady_clock::now() + kRetryInterval;
+    retryAt_ = Clock::now() + kRetryInterval;
     output_ = makeClockOutput();
     return output_->open(sampleRate, settings, state_.outputWork);
+}
+
+std::unique_ptr<Output> OutputThread::openDevice(int sampleRate, const OutputSettings& settings, OutputError& error)
+{
+    for (;;) {
+        auto output = system_.make();
+        error = output ? output->open(sampleRate, settings, state_.outputWork) : OutputError::NoDevice;
+        if (error == OutputError::None)
+            return output;
+        if (error != OutputError::Busy || !retired_)
+            return nullptr;
+        retired_.reset(); // a device that only one may have
+    }
 }
 
 void OutputThread::startTrack(const TrackPtr& track, int64_t frame)
@@ -172,6 +213,9 @@ bool OutputThread::fetch()
     if (otherRate) {
         waiting_ = std::move(block.track);
         waitingSamples_ = std::move(block.samples);
+        OutputError ignored = OutputError::None; // is opened at the change when it cannot be opened beside the other
+        if (!avoidDevice_ && output_->audible())
+            ahead_ = openDevice(waiting_->sampleRate, settings_, ignored);
     }
     if (!block.track) {
         if (!all && !waiting_)
@@ -216,8 +260,8 @@ void OutputThread::observe()
     }
     if (drained_ && played >= written_)
         return waiting_ ? changeRate() : end();
-    if (!output_->audible() && std::chrono::steady_clock::now() >= retryAt_) {
-        retryAt_ = std::chrono::steady_clock::now() + kRetryInterval;
+    if (!output_->audible() && Clock::now() >= retryAt_) {
+        retryAt_ = Clock::now() + kRetryInterval;
         if (system_.count() > 0)
             restartHere(false);
     }
@@ -242,7 +286,10 @@ void OutputThread::crossInto(const TrackPtr& track)
 void OutputThread::changeRate()
 {
     const TrackPtr track = waiting_;
-    if (prepareOutput(track->sampleRate, settings_) != OutputError::None) {
+    retire(std::move(output_));
+    if (ahead_) {
+        output_ = std::move(ahead_);
+    } else if (prepareOutput(track->sampleRate, settings_) != OutputError::None) {
         avoidDevice_ = true;
         prepareOutput(track->sampleRate, settings_);
     }
@@ -265,7 +312,7 @@ void OutputThread::end()
         generation_ = state_.outputGeneration = state_.generation;
     }
     active_ = false;
-    output_.reset();
+    retire(std::move(output_));
     track_.reset();
     notify_(VBMP3_EVENT_END_OF_TRACK);
 }

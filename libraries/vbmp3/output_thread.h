@@ -45,6 +45,9 @@ private:
     bool takeOrder();
     void begin(const Order& order);
     OutputError prepareOutput(int sampleRate, const OutputSettings& settings);
+    std::unique_ptr<Output> openDevice(int sampleRate, const OutputSettings& settings, OutputError& error);
+    void retire(std::unique_ptr<Output> output);
+    int waitTime();
     void startTrack(const TrackPtr& track, int64_t frame);
     void pump();
     bool fetch();
@@ -61,6 +64,9 @@ private:
     std::function<void(int)> notify_;
 
     std::unique_ptr<Output> output_;
+    std::unique_ptr<Output> ahead_;   // opened for the track that waits for its other rate
+    std::unique_ptr<Output> retired_; // has been heard to its end, by its own account
+    std::chrono::steady_clock::time_point retiredUntil_;
     std::unique_ptr<Chain> chain_;
     OutputSettings settings_;
     uint64_t generation_ = 0;
