@@ -1,0 +1,69 @@
+#include "playlist/entry_reader.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "app/global_state.h"
+#include "app/option_settings.h"
+#include "platform/file_system.h"
+#include "platform/vbmp3.h"
+#include "playback/midi_text.h"
+#include "playlist/name_estimate.h"
+#include "text/numbers.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+// Larger than any real MIDI file; what claims to be one beyond this is not read for its title.
+constexpr std::uint64_t kLargestMidi = 16u << 20;
+
+bool IsMidi(const std::string& path) { return std::string_view(".mid.rmi").find(LastFour(path)) != std::string_view::npos; }
+
+template <std::size_t size>
+std::string_view Field(const char (&field)[size]) {
+    return {field, size};
+}
+
+}  // namespace
+
+std::string PlayTimeText(std::int32_t seconds) {
+    if (seconds < 0) return std::string(kUnknownText);
+    return std::to_string(seconds / 60) + ":" + TwoDigits(seconds % 60);
+}
+
+bool EntryReader::estimates() const { return state_.ListType == 0 && options_.estimateFromFileName(); }
+
+EntryReader::Texts EntryReader::read(const std::string& path) {
+    Texts texts;
+    // What the library does not know of shows the name of its file.
+    texts.title = BaseNameOf(path);
+    texts.name = kUnknownName;
+    texts.album = kUnknownText;
+    if (IsMidi(path)) {
+        const std::optional<std::string> bytes = files_.read(path, kLargestMidi);
+        texts.title = bytes ? TrimAtNull(MidiText(*bytes)) : std::string{};
+    } else {
+        vbmp3_FileInfo info{};
+        info.size = sizeof info;
+        if (vbmp3_.vbmp3_getFileInfo(path, info)) {
+            texts.title = TrimAtNull(Field(info.title));
+            texts.name = TrimAtNull(Field(info.artist));
+            texts.album = TrimAtNull(Field(info.album));
+            texts.seconds = std::max(info.seconds, 0);
+        }
+    }
+    if (estimates()) {
+        if (auto estimate = EstimateFromFileName(path, options_.renameFormat())) {
+            texts.title = std::move(estimate->title);
+            texts.name = std::move(estimate->artist);
+            texts.album = std::move(estimate->album);
+        }
+    }
+    if (texts.title.empty()) texts.title = kNoTitle;
+    if (texts.name.empty()) texts.name = kNoName;
+    return texts;
+}
+
+}  // namespace quenlox

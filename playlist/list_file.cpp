@@ -1,0 +1,72 @@
+#include "playlist/list_file.h"
+
+#include <algorithm>
+
+#include "text/encoding.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+constexpr std::size_t kShortestEntry = 6;  // characters
+
+template <typename Take>
+void EachLine(std::string_view text, Take take) {
+    while (!text.empty()) {
+        const std::size_t end = text.find_first_of("\r\n");
+        take(text.substr(0, end));
+        if (end == std::string_view::npos) return;
+        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
+    }
+}
+
+std::string_view TrimLine(std::string_view line) {
+    const std::size_t first = line.find_first_not_of(" \t");
+    if (first == std::string_view::npos) return {};
+    return line.substr(first, line.find_last_not_of(" \t") - first + 1);
+}
+
+}  // namespace
+
+void ParseListFile(std::string_view bytes, const std::function<void(int list, std::string_view path)>& add) {
+    int list = 0;
+    EachLine(DecodeText(bytes), [&](std::string_view line) {
+        if (line.empty()) return;
+        const auto marker = std::find(kListMarkers.begin(), kListMarkers.end(), line);
+        if (marker != kListMarkers.end()) {
+            list = static_cast<int>(marker - kListMarkers.begin());
+        } else {
+            add(list, line);
+        }
+    });
+}
+
+void ParseM3U(std::string_view bytes, std::string_view folder, const std::function<void(std::string_view path)>& add) {
+    std::string path;
+    EachLine(DecodeText(bytes), [&](std::string_view line) {
+        line = TrimLine(line);
+        if (line.starts_with('#') || CharacterCount(line) < kShortestEntry) return;
+        path.clear();
+        const bool drive = line[1] == ':';
+        const bool network = line.starts_with("\\\\") || line.starts_with("//");
+        if (!drive && !network) path = folder;
+        path += line;
+        std::replace(path.end() - static_cast<std::ptrdiff_t>(line.size()), path.end(), '/', '\\');
+        add(path);
+    });
+}
+
+void ListText::append(std::string_view path) {
+    if (!marker_.empty()) line(marker_);
+    marker_ = {};
+    line(path);
+}
+
+void ListText::line(std::string_view text) {
+    text_ += text;
+    text_ += "\r\n";
+}
+
+std::string ListText::bytes() const { return EncodeText(text_); }
+
+}  // namespace quenlox

@@ -1,0 +1,247 @@
+#include "playlist/playlists.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/file_system.h"
+#include "playlist/list_file.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+// A folder is listed in steps of this many names between two questions whether to go on.
+constexpr int kNamesPerQuestion = 64;
+
+}  // namespace
+
+Playlists::Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random random)
+    : state_(state), files_(files), reader_(state, options, files, vbmp3), random_(std::move(random)) {}
+
+Playlists::Batch::~Batch() {
+    if (--lists_.batches_ > 0) return;
+    for (Change& change : lists_.pending_) {
+        const Change reported = std::exchange(change, Change{});
+        if ((reported.countChanged || reported.first <= reported.last) && lists_.onChange) lists_.onChange(reported);
+    }
+}
+
+void Playlists::report(int list, int first, int last, bool countChanged) {
+    const Change change{list, first, last, countChanged};
+    if (batches_ == 0) {
+        if (onChange) onChange(change);
+        return;
+    }
+    Change& pending = pending_[static_cast<std::size_t>(list)];
+    if (pending.first > pending.last && !pending.countChanged) {
+        pending = change;
+        return;
+    }
+    if (first <= last) {
+        pending.first = pending.first > pending.last ? first : std::min(pending.first, first);
+        pending.last = std::max(pending.last, last);
+    }
+    pending.countChanged |= countChanged;
+}
+
+int Playlists::count(int list) const {
+    if (list == kFolderList) return static_cast<int>(folderFiles_.size());
+    return persisted(list) ? rows(list).count() : 0;
+}
+
+std::string Playlists::path(int list, int row) const {
+    if (list == kFolderList && row >= 0 && row < count(list))
+        return JoinPath(folder_, folderFiles_[static_cast<std::size_t>(row)]);
+    return hasRow(list, row) ? std::string(rows(list).path(row)) : std::string{};
+}
+
+bool Playlists::known(int list, int row) const { return hasRow(list, row) && rows(list).known(row); }
+
+int Playlists::unknownCount(int list) const { return persisted(list) ? rows(list).unknownCount() : 0; }
+
+std::int64_t Playlists::knownSeconds(int list) const {
+    std::int64_t sum = 0;
+    for (int row = 0; persisted(list) && row < rows(list).count(); ++row) {
+        if (rows(list).known(row)) sum += std::max(rows(list).texts(row).seconds, 0);
+    }
+    return sum;
+}
+
+void Playlists::know(int list, int row) {
+    EntryRows& entries = rows(list);
+    if (entries.known(row)) return;
+    const EntryReader::Texts texts = reader_.read(std::string(entries.path(row)));
+    entries.setTexts(row, {texts.title, texts.name, texts.album, texts.seconds});
+}
+
+std::string Playlists::text(int list, int row, int column) {
+    if (column == kFileColumn) return path(list, row);
+    if (!hasRow(list, row)) return {};
+    know(list, row);
+    const EntryTexts texts = rows(list).texts(row);
+    switch (column) {
+        case kTitleColumn: return std::string(texts.title);
+        case kNameColumn: return std::string(texts.name);
+        case kAlbumColumn: return std::string(texts.album);
+        case kTimeColumn: return PlayTimeText(texts.seconds);
+        default: return {};
+    }
+}
+
+PlaylistEntry Playlists::entry(int list, int row) {
+    return {text(list, row, kTitleColumn), text(list, row, kNameColumn), text(list, row, kAlbumColumn),
+            text(list, row, kTimeColumn), text(list, row, kFileColumn)};
+}
+
+bool Playlists::fillSome(std::chrono::microseconds budget) {
+    const Clock::time_point end = Clock::now() + budget;
+    const Batch batch(*this);
+    bool first = true;
+    for (const Wanted& wanted : std::exchange(wanted_, {})) {
+        if (!hasRow(wanted.list, wanted.row) || known(wanted.list, wanted.row)) continue;
+        // What the budget does not allow is asked for again when it is painted again, or comes in its turn.
+        if (!std::exchange(first, false) && Clock::now() >= end) return true;
+        know(wanted.list, wanted.row);
+        report(wanted.list, wanted.row, wanted.row);
+    }
+    for (int i = -1; i < kPersistedLists; ++i) {
+        const int list = i < 0 ? state_.ListNo : i;
+        if (unknownCount(list) == 0) continue;
+        if (!first && Clock::now() >= end) return true;
+        first = false;
+        if (fillSome(list, std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()))) return true;
+    }
+    return false;
+}
+
+bool Playlists::fillSome(int list, std::chrono::microseconds budget) {
+    if (!persisted(list)) return false;
+    const Clock::time_point end = Clock::now() + budget;
+    EntryRows& entries = rows(list);
+    int& row = fillFrom_[static_cast<std::size_t>(list)];
+    int firstRead = entries.count(), lastRead = -1;
+    for (; row < entries.count() && entries.unknownCount() > 0; ++row) {
+        if (entries.known(row)) continue;
+        if (lastRead >= 0 && Clock::now() >= end) break;
+        know(list, row);
+        firstRead = std::min(firstRead, row);
+        lastRead = row;
+    }
+    if (lastRead >= 0) report(list, firstRead, lastRead);
+    return entries.unknownCount() > 0;
+}
+
+void Playlists::forgetTexts() {
+    for (int list = 0; list < kPersistedLists; ++list) {
+        rows(list).forgetTexts();
+        fillFrom_[static_cast<std::size_t>(list)] = 0;
+        if (rows(list).count() > 0) report(list, 0, rows(list).count() - 1);
+    }
+}
+
+bool Playlists::append(int list, std::string_view path) {
+    // A line end in a path would make two entries of it in the list file; no file has one in its name.
+    if (!persisted(list) || path.empty() || path.find_first_of("\r\n") != std::string_view::npos) return false;
+    rows(list).append(path);
+    return true;
+}
+
+void Playlists::reportAdded(int list, int countBefore) {
+    if (persisted(list) && rows(list).count() > countBefore) report(list, countBefore, rows(list).count() - 1, true);
+}
+
+bool Playlists::AddEntry(const std::string& path, int list) {
+    const int before = count(list);
+    const bool added = append(list, path);
+    reportAdded(list, before);
+    return added;
+}
+
+bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName, int list) {
+    const std::optional<std::string> bytes = files_.read(folder + fileName);
+    if (!bytes) return false;
+    const int before = count(list);
+    ParseM3U(*bytes, folder, [&](std::string_view path) { append(list, path); });
+    reportAdded(list, before);
+    return true;
+}
+
+void Playlists::AddFolder(const std::string& folder, int list, const std::function<bool()>& keepGoing) {
+    const int before = count(list);
+    int names = 0;
+    files_.eachFile(folder, [&](const std::string& name) {
+        if (CharacterCount(name) > 4 && MatchesMediaFilter(name)) append(list, JoinPath(folder, name));
+        return ++names % kNamesPerQuestion != 0 || !keepGoing || keepGoing();
+    });
+    reportAdded(list, before);
+}
+
+bool Playlists::ExportM3U(int list, const std::string& path) {
+    if (path.empty()) return false;
+    ListText text;
+    for (int row = 0; row < count(list); ++row) text.append(this->path(list, row));
+    return files_.write(LastFour(path) == ".m3u" ? path : path + ".m3u", text.bytes());
+}
+
+void Playlists::LoadListFile() {
+    const std::string path = JoinPath(files_.programFolder(), kListFileName);
+    const std::optional<std::string> bytes = files_.read(path);
+    listFileUnread_ = !bytes && files_.fileExists(path);
+    if (bytes) readListFile(*bytes);
+    for (int list = 0; list < kPersistedLists; ++list) BuildShuffleOrder(list);
+    state_.ListDirty = false;
+}
+
+void Playlists::readListFile(std::string_view bytes) {
+    const Batch batch(*this);
+    std::array<int, kPersistedLists> before{};
+    for (int list = 0; list < kPersistedLists; ++list) before[static_cast<std::size_t>(list)] = count(list);
+    ParseListFile(bytes, [&](int list, std::string_view path) {
+        if (append(list, path) && path == state_.CurrentFile) currentIndex(list) = count(list) - 1;
+    });
+    for (int list = 0; list < kPersistedLists; ++list) reportAdded(list, before[static_cast<std::size_t>(list)]);
+}
+
+bool Playlists::SaveListFile() {
+    if (!state_.ListDirty) return true;
+    const std::string path = JoinPath(files_.programFolder(), kListFileName);
+    if (listFileUnread_ && !joinUnreadListFile(path)) return false;
+    ListText text;
+    for (int list = 0; list < kPersistedLists; ++list) {
+        text.beginList(list);
+        for (int row = 0; row < rows(list).count(); ++row) text.append(rows(list).path(row));
+    }
+    if (!files_.write(path, text.bytes())) return false;
+    state_.ListDirty = false;
+    return true;
+}
+
+// At the start the list file was locked or damaged. Now it either can be read, and its rows come in front of those of
+// this run, or it is moved out of the way.
+bool Playlists::joinUnreadListFile(const std::string& path) {
+    if (const std::optional<std::string> bytes = files_.read(path)) {
+        std::array<EntryRows, kPersistedLists> added = std::exchange(lists_, {});
+        fillFrom_ = {};
+        readListFile(*bytes);
+        for (std::size_t list = 0; list < added.size(); ++list) {
+            const int before = lists_[list].count();
+            for (int row = 0; row < added[list].count(); ++row) lists_[list].append(added[list].path(row));
+            reportAdded(static_cast<int>(list), before);
+        }
+    } else if (files_.fileExists(path)) {
+        bool aside = false;
+        for (int number = 1; number <= 9 && !aside; ++number)
+            aside = files_.rename(path, path + ".bak" + std::to_string(number));
+        if (!aside) return false;
+    }
+    listFileUnread_ = false;
+    return true;
+}
+
+void Playlists::setFolderFiles(const std::string& folder, std::vector<std::string> names) {
+    folder_ = folder;
+    folderFiles_ = std::move(names);
+}
+
+}  // namespace quenlox

@@ -1,0 +1,148 @@
+// The play lists: the three that are kept (A, B, C) and the list of the browser's folder. Every change of a list goes
+// through here; one listener is told which rows show something else now. On the user-interface thread.
+//
+// A row knows its path at once. Its texts are read from the file when they are first needed, or in the idle slices of
+// fillSome; no call but those, entry() and a sort by texts touches a media file.
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/global_state.h"
+#include "playback/track_source.h"
+#include "playlist/entry_reader.h"
+#include "playlist/entry_rows.h"
+#include "playlist/playlist_entry.h"
+
+namespace quenlox {
+
+class FileSystem;
+class OptionSettings;
+class Vbmp3;
+
+inline constexpr std::string_view kListFileName = "Quenlox.m3u";
+
+class Playlists : public TrackSource {
+  public:
+    static constexpr int kPersistedLists = 3;
+    using Clock = std::chrono::steady_clock;
+    // A uniform random number from 0 up to, but without, 1.
+    using Random = std::function<double()>;
+    using Selection = std::vector<bool>;
+
+    // Rows `first` to `last` of a list (0 to 2) show something else; with `countChanged` there are also more or fewer.
+    struct Change {
+        int list = 0;
+        int first = 0;
+        int last = -1;
+        bool countChanged = false;
+        bool operator==(const Change&) const = default;
+    };
+
+    Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random random);
+
+    std::function<void(const Change&)> onChange;
+    // While one lives, changes are collected; then each list that changed is reported once.
+    class Batch {
+      public:
+        explicit Batch(Playlists& lists) : lists_(lists) { ++lists_.batches_; }
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+      private:
+        Playlists& lists_;
+    };
+
+    // Rows. A list or row that does not exist has no path and empty texts.
+    int count(int list) const override;
+    std::string path(int list, int row) const override;
+    PlaylistEntry entry(int list, int row);                          // reads the file when its texts are not known
+    std::string text(int list, int row, int column);                 // the same for one column
+    bool known(int list, int row) const;
+    int unknownCount(int list) const;
+    std::int64_t knownSeconds(int list) const;                       // sum of the lengths that are known
+    std::size_t memory(int list) const { return rows(list).memory(); }
+
+    // Reads texts that are not known: first those that were asked for with want(), then the current list, then the
+    // others. At least one row, then as many as the budget allows. False when nothing is left to read.
+    bool fillSome(std::chrono::microseconds budget);
+    bool fillSome(int list, std::chrono::microseconds budget);       // of one list
+    void want(int list, int row) { wanted_.push_back({list, row}); } // a row on the screen
+    void forgetTexts();                                              // they are read anew
+
+    // Adding. None of these rebuilds the random order; that is done once, behind all that a command adds.
+    bool AddEntry(const std::string& path, int list);                // false for a path that no file can have
+    bool ImportM3U(const std::string& folder, const std::string& fileName, int list);  // false: could not be read
+    // The media files of a folder, not of the folders in it. `keepGoing` is asked now and then and may end it.
+    void AddFolder(const std::string& folder, int list, const std::function<bool()>& keepGoing = {});
+    bool ExportM3U(int list, const std::string& path);               // ".m3u" is appended when it is missing
+
+    void BuildShuffleOrder(int list) override;
+    void RemoveCurrentFileFromLists() override;                      // from lists A and B, never from C
+    void renamePath(const std::string& from, const std::string& to); // in lists A and B, as the tag editor does
+
+    // "Quenlox.m3u" in the program folder. A file that is there and cannot be read is never overwritten.
+    void LoadListFile();
+    bool SaveListFile();                                             // only when ListDirty
+
+    // Editing. `selection` holds one flag for each row and follows its rows. CurrentIndex stays on its entry.
+    void sort(int list, int column, bool descending, Selection& selection);
+    void randomize(int list, Selection& selection);
+    void moveUp(int list, Selection& selection);
+    void moveDown(int list, Selection& selection);
+    void moveBefore(int list, int row, Selection& selection);        // the selected rows as one block
+    void removeSelected(int list, const Selection& selection);
+    void clear(int list);
+
+    // The list of the browser's folder: file names in the order in which the browser shows them.
+    void setFolderFiles(const std::string& folder, std::vector<std::string> names);
+    const std::string& folder() const { return folder_; }
+    const std::vector<std::string>& folderFiles() const { return folderFiles_; }
+
+    GlobalState& state() { return state_; }
+
+  private:
+    struct Wanted {
+        int list = 0;
+        int row = 0;
+    };
+
+    static bool persisted(int list) { return list >= 0 && list < kPersistedLists; }
+    EntryRows& rows(int list) { return lists_[static_cast<std::size_t>(list)]; }
+    const EntryRows& rows(int list) const { return lists_[static_cast<std::size_t>(list)]; }
+    int& currentIndex(int list) { return state_.CurrentIndex[static_cast<std::size_t>(list)]; }
+    bool hasRow(int list, int row) const { return persisted(list) && row >= 0 && row < rows(list).count(); }
+    void know(int list, int row);
+    void report(int list, int first, int last, bool countChanged = false);
+    bool append(int list, std::string_view path);
+    void reportAdded(int list, int countBefore);
+    std::size_t randomIndex(std::size_t count);
+    void followCurrentFile(int list, int a, int b);
+    void exchangeSelected(int list, int row, int neighbour, Selection& selection);
+    void reorder(int list, const std::vector<std::int32_t>& order, Selection& selection);
+    void removeRows(int list, const Selection& which);
+    void dropFromShuffleOrder(int list, const Selection& removed);
+    void readListFile(std::string_view bytes);
+    bool joinUnreadListFile(const std::string& path);
+
+    GlobalState& state_;
+    FileSystem& files_;
+    EntryReader reader_;
+    Random random_;
+    std::array<EntryRows, kPersistedLists> lists_;
+    std::array<int, kPersistedLists> fillFrom_{};  // every row before it is known
+    std::vector<Wanted> wanted_;
+    std::array<Change, kPersistedLists> pending_;
+    int batches_ = 0;
+    std::string folder_;
+    std::vector<std::string> folderFiles_;
+    bool listFileUnread_ = false;                  // there is a list file, and it could not be read
+};
+
+}  // namespace quenlox

@@ -1,0 +1,240 @@
+// Order, removal and renaming of rows.
+#include <algorithm>
+#include <cstring>
+#include <numeric>
+#include <utility>
+
+#include "playlist/playlists.h"
+#include "playlist/sort_key.h"
+
+namespace quenlox {
+namespace {
+
+// A place in the order together with the first bytes of its key, which decide nearly every comparison.
+struct SortItem {
+    std::uint64_t prefix = 0;
+    std::uint32_t key = 0;      // where its key begins
+    std::uint32_t length = 0;
+    std::int32_t row = 0;
+};
+
+std::uint64_t PrefixOf(std::string_view key) {
+    std::uint64_t prefix = 0;
+    for (std::size_t i = 0; i < sizeof prefix; ++i)
+        prefix = prefix << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0u);
+    return prefix;
+}
+
+}  // namespace
+
+std::size_t Playlists::randomIndex(std::size_t count) {
+    const double drawn = random_() * static_cast<double>(count);
+    return drawn > 0 && count > 0 ? std::min(static_cast<std::size_t>(drawn), count - 1) : 0;
+}
+
+void Playlists::BuildShuffleOrder(int list) {
+    if (list < 0 || list >= kListCount) return;
+    const auto n = static_cast<std::size_t>(count(list));
+    std::vector<std::int32_t>& order = state_.ShuffleOrder[static_cast<std::size_t>(list)];
+    order.resize(n + 1);
+    std::iota(order.begin(), order.end(), 0);
+    // Every step draws from the whole range: the simple shuffle that the players of this program know. It takes position
+    // n, which lies behind the last row, along; what that brought into the order goes back behind it.
+    for (std::size_t i = 0; i <= n; ++i) std::swap(order[i], order[randomIndex(n)]);
+    std::iter_swap(std::find(order.begin(), order.end(), static_cast<std::int32_t>(n)), order.end() - 1);
+    state_.ShufflePos[static_cast<std::size_t>(list)] = 0;
+    state_.ShufflePos[static_cast<std::size_t>(list + kListCount)] = static_cast<std::int32_t>(n) - 1;
+}
+
+void Playlists::RemoveCurrentFileFromLists() {
+    for (int list = 0; list < 2; ++list) {
+        Selection which(static_cast<std::size_t>(rows(list).count()));
+        bool any = false;
+        for (int row = 0; row < rows(list).count(); ++row)
+            any |= which[static_cast<std::size_t>(row)] = rows(list).path(row) == state_.CurrentFile;
+        if (!any) continue;
+        dropFromShuffleOrder(list, which);
+        removeRows(list, which);
+        state_.ListDirty = true;
+    }
+}
+
+// The pass through the random order goes on with the rows that are left.
+void Playlists::dropFromShuffleOrder(int list, const Selection& removed) {
+    std::vector<std::int32_t>& order = state_.ShuffleOrder[static_cast<std::size_t>(list)];
+    std::int32_t& position = state_.ShufflePos[static_cast<std::size_t>(list)];
+    std::vector<std::int32_t> newRow(removed.size());
+    std::int32_t kept = 0;
+    for (std::size_t row = 0; row < removed.size(); ++row) {
+        newRow[row] = kept;
+        if (!removed[row]) ++kept;
+    }
+    std::vector<std::int32_t> left;
+    std::int32_t newPosition = -1;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const auto row = static_cast<std::size_t>(order[i]);
+        if (row >= removed.size() || removed[row]) continue;
+        left.push_back(newRow[row]);
+        if (static_cast<std::int32_t>(i) <= position) ++newPosition;
+    }
+    if (static_cast<std::int32_t>(left.size()) != kept) return;  // no order of this list as it was
+    left.push_back(kept);
+    order = std::move(left);
+    position = newPosition;
+    state_.ShufflePos[static_cast<std::size_t>(list + kListCount)] = kept - 1;
+}
+
+void Playlists::renamePath(const std::string& from, const std::string& to) {
+    for (int list = 0; list < 2; ++list) {
+        for (int row = 0; row < rows(list).count(); ++row) {
+            if (rows(list).path(row) != from) continue;
+            rows(list).setPath(row, to);
+            state_.ListDirty = true;
+            report(list, row, row);
+        }
+    }
+}
+
+void Playlists::reorder(int list, const std::vector<std::int32_t>& order, Selection& selection) {
+    Selection moved(order.size());
+    int current = -1;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const auto from = static_cast<std::size_t>(order[i]);
+        moved[i] = from < selection.size() && selection[from];
+        if (order[i] == currentIndex(list)) current = static_cast<int>(i);
+    }
+    if (current >= 0) currentIndex(list) = current;
+    rows(list).permute(order);
+    selection = std::move(moved);
+    fillFrom_[static_cast<std::size_t>(list)] = 0;
+    if (!order.empty()) report(list, 0, static_cast<int>(order.size()) - 1);
+}
+
+void Playlists::sort(int list, int column, bool descending, Selection& selection) {
+    if (!persisted(list) || column < 0 || column >= kEntryColumns) return;
+    const int n = rows(list).count();
+    std::string keys;
+    std::vector<SortItem> items(static_cast<std::size_t>(n));
+    for (int row = 0; row < n; ++row) {
+        SortItem& item = items[static_cast<std::size_t>(row)];
+        const std::size_t begin = keys.size();
+        if (column != kFileColumn) know(list, row);
+        switch (column) {
+            case kTitleColumn: AppendSortKey(keys, rows(list).texts(row).title); break;
+            case kNameColumn: AppendSortKey(keys, rows(list).texts(row).name); break;
+            case kAlbumColumn: AppendSortKey(keys, rows(list).texts(row).album); break;
+            case kTimeColumn: AppendSortKey(keys, PlayTimeText(rows(list).texts(row).seconds)); break;
+            default: AppendSortKey(keys, rows(list).path(row));
+        }
+        item = {0, static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(keys.size() - begin), row};
+    }
+    const auto keyOf = [&](const SortItem& item) { return std::string_view(keys).substr(item.key, item.length); };
+    for (SortItem& item : items) item.prefix = PrefixOf(keyOf(item));
+    std::sort(items.begin(), items.end(), [&](const SortItem& a, const SortItem& b) {
+        if (a.prefix != b.prefix) return (a.prefix < b.prefix) != descending;
+        if (const int compared = keyOf(a).compare(keyOf(b))) return (compared < 0) != descending;
+        return a.row < b.row;  // rows of the same text keep their order
+    });
+    std::vector<std::int32_t> order;
+    order.reserve(items.size());
+    for (const SortItem& item : items) order.push_back(item.row);
+    reorder(list, order, selection);
+}
+
+// After rows a and b have changed places: if one of them now holds the current file, it is the current entry.
+void Playlists::followCurrentFile(int list, int a, int b) {
+    for (const int row : {a, b}) {
+        if (rows(list).path(row) == state_.CurrentFile) currentIndex(list) = row;
+    }
+}
+
+void Playlists::randomize(int list, Selection& selection) {
+    if (!persisted(list)) return;
+    const int n = rows(list).count();
+    selection.assign(static_cast<std::size_t>(n), false);
+    for (int row = 0; row < n; ++row) {
+        const int other = static_cast<int>(randomIndex(static_cast<std::size_t>(n)));
+        if (other == row) continue;
+        rows(list).swap(row, other);
+        followCurrentFile(list, row, other);
+    }
+    fillFrom_[static_cast<std::size_t>(list)] = 0;
+    state_.ListDirty = true;
+    if (n > 0) report(list, 0, n - 1);
+}
+
+void Playlists::moveDown(int list, Selection& selection) {
+    if (!persisted(list)) return;
+    const Batch batch(*this);
+    for (int row = rows(list).count() - 2; row >= 0; --row) exchangeSelected(list, row, row + 1, selection);
+    state_.ListDirty = true;
+}
+
+void Playlists::moveUp(int list, Selection& selection) {
+    if (!persisted(list)) return;
+    const Batch batch(*this);
+    for (int row = 1; row < rows(list).count(); ++row) exchangeSelected(list, row, row - 1, selection);
+    state_.ListDirty = true;
+}
+
+void Playlists::exchangeSelected(int list, int row, int neighbour, Selection& selection) {
+    const auto from = static_cast<std::size_t>(row), to = static_cast<std::size_t>(neighbour);
+    if (!selection[from] || selection[to]) return;
+    rows(list).swap(row, neighbour);
+    selection[from] = false;
+    selection[to] = true;
+    followCurrentFile(list, row, neighbour);
+    const auto [first, last] = std::minmax(row, neighbour);
+    int& fillFrom = fillFrom_[static_cast<std::size_t>(list)];
+    fillFrom = std::min(fillFrom, first);
+    report(list, first, last);
+}
+
+void Playlists::moveBefore(int list, int row, Selection& selection) {
+    if (!persisted(list)) return;
+    const int n = rows(list).count();
+    row = std::clamp(row, 0, n);
+    std::vector<std::int32_t> order, block, behind;
+    for (int i = 0; i < n; ++i) {
+        const bool moves = selection[static_cast<std::size_t>(i)];
+        (moves ? block : i < row ? order : behind).push_back(i);
+    }
+    if (block.empty()) return;
+    order.insert(order.end(), block.begin(), block.end());
+    order.insert(order.end(), behind.begin(), behind.end());
+    if (std::is_sorted(order.begin(), order.end())) return;  // dropped where it was
+    reorder(list, order, selection);
+    state_.ListDirty = true;
+}
+
+void Playlists::removeSelected(int list, const Selection& selection) {
+    if (!persisted(list)) return;
+    removeRows(list, selection);
+    BuildShuffleOrder(list);
+    state_.ListDirty = true;
+}
+
+void Playlists::removeRows(int list, const Selection& which) {
+    const auto first = std::find(which.begin(), which.end(), true);
+    if (first == which.end()) return;
+    int& current = currentIndex(list);
+    if (current >= 0 && current < rows(list).count()) {
+        // When the current entry goes, the entry before it takes its place, so that the next step plays what followed.
+        const auto end = which.begin() + current + 1;
+        current -= static_cast<int>(std::count(which.begin(), end, true));
+    }
+    rows(list).remove(which);
+    fillFrom_[static_cast<std::size_t>(list)] = 0;
+    report(list, static_cast<int>(first - which.begin()), rows(list).count() - 1, true);
+}
+
+void Playlists::clear(int list) {
+    if (!persisted(list)) return;
+    rows(list).clear();
+    fillFrom_[static_cast<std::size_t>(list)] = 0;
+    currentIndex(list) = -1;
+    state_.ListDirty = true;
+    report(list, 0, -1, true);
+}
+
+}  // namespace quenlox
