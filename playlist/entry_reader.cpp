@@ -43,7 +43,7 @@ EntryReader::Texts EntryReader::read(const std::string& path) {
     texts.album = kUnknownText;
     if (IsMidi(path)) {
         const std::optional<std::string> bytes = files_.read(path, kLargestMidi);
-        texts.title = bytes ? TrimAtNull(MidiText(*bytes)) : std::string{};
+        texts.title = bytes ? TrimAtNull(MidiTitle(*bytes)) : std::string{};
     } else {
         vbmp3_FileInfo info{};
         info.size = sizeof info;

@@ -112,7 +112,7 @@ void EntryRows::forgetTexts() {
 }
 
 void EntryRows::clear() {
-    rows_ = {};
+    std::vector<Row>().swap(rows_);
     store_.clear();
     live_ = 0;
     unknown_ = 0;

@@ -16,8 +16,8 @@ constexpr int kNamesPerQuestion = 64;
 
 }  // namespace
 
-Playlists::Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random random)
-    : state_(state), files_(files), reader_(state, options, files, vbmp3), random_(std::move(random)) {}
+Playlists::Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random& random)
+    : state_(state), files_(files), reader_(state, options, files, vbmp3), random_(random) {}
 
 Playlists::Batch::~Batch() {
     if (--lists_.batches_ > 0) return;

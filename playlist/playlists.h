@@ -23,6 +23,7 @@ namespace quenlox {
 
 class FileSystem;
 class OptionSettings;
+class Random;
 class Vbmp3;
 
 inline constexpr std::string_view kListFileName = "Quenlox.m3u";
@@ -31,8 +32,6 @@ class Playlists : public TrackSource {
   public:
     static constexpr int kPersistedLists = 3;
     using Clock = std::chrono::steady_clock;
-    // A uniform random number from 0 up to, but without, 1.
-    using Random = std::function<double()>;
     using Selection = std::vector<bool>;
 
     // Rows `first` to `last` of a list (0 to 2) show something else; with `countChanged` there are also more or fewer.
@@ -44,7 +43,7 @@ class Playlists : public TrackSource {
         bool operator==(const Change&) const = default;
     };
 
-    Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random random);
+    Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random& random);
 
     std::function<void(const Change&)> onChange;
     // While one lives, changes are collected; then each list that changed is reported once.
@@ -60,8 +59,10 @@ class Playlists : public TrackSource {
     };
 
     // Rows. A list or row that does not exist has no path and empty texts.
-    int count(int list) const override;
-    std::string path(int list, int row) const override;
+    int count(int list) const;
+    std::string path(int list, int row) const;
+    int trackCount(int list) const override { return count(list); }
+    std::string trackPath(int list, int row) const override { return path(list, row); }
     PlaylistEntry entry(int list, int row);                          // reads the file when its texts are not known
     std::string text(int list, int row, int column);                 // the same for one column
     bool known(int list, int row) const;
@@ -84,7 +85,7 @@ class Playlists : public TrackSource {
     bool ExportM3U(int list, const std::string& path);               // ".m3u" is appended when it is missing
 
     void BuildShuffleOrder(int list) override;
-    void RemoveCurrentFileFromLists() override;                      // from lists A and B, never from C
+    bool RemoveCurrentFileFromLists() override;                      // from lists A and B, never from C
     void renamePath(const std::string& from, const std::string& to); // in lists A and B, as the tag editor does
 
     // "Quenlox.m3u" in the program folder. A file that is there and cannot be read is never overwritten.
@@ -134,7 +135,7 @@ class Playlists : public TrackSource {
     GlobalState& state_;
     FileSystem& files_;
     EntryReader reader_;
-    Random random_;
+    Random& random_;
     std::array<EntryRows, kPersistedLists> lists_;
     std::array<int, kPersistedLists> fillFrom_{};  // every row before it is known
     std::vector<Wanted> wanted_;

@@ -4,6 +4,7 @@
 #include <numeric>
 #include <utility>
 
+#include "platform/random.h"
 #include "playlist/playlists.h"
 #include "playlist/sort_key.h"
 
@@ -28,7 +29,7 @@ std::uint64_t PrefixOf(std::string_view key) {
 }  // namespace
 
 std::size_t Playlists::randomIndex(std::size_t count) {
-    const double drawn = random_() * static_cast<double>(count);
+    const double drawn = random_.next() * static_cast<double>(count);
     return drawn > 0 && count > 0 ? std::min(static_cast<std::size_t>(drawn), count - 1) : 0;
 }
 
@@ -46,7 +47,8 @@ void Playlists::BuildShuffleOrder(int list) {
     state_.ShufflePos[static_cast<std::size_t>(list + kListCount)] = static_cast<std::int32_t>(n) - 1;
 }
 
-void Playlists::RemoveCurrentFileFromLists() {
+bool Playlists::RemoveCurrentFileFromLists() {
+    bool removed = false;
     for (int list = 0; list < 2; ++list) {
         Selection which(static_cast<std::size_t>(rows(list).count()));
         bool any = false;
@@ -55,8 +57,9 @@ void Playlists::RemoveCurrentFileFromLists() {
         if (!any) continue;
         dropFromShuffleOrder(list, which);
         removeRows(list, which);
-        state_.ListDirty = true;
+        removed = state_.ListDirty = true;
     }
+    return removed;
 }
 
 // The pass through the random order goes on with the rows that are left.

@@ -1,0 +1,125 @@
+#include "playlist/list_file.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "text/encoding.h"
+
+namespace quenlox {
+namespace {
+
+std::string ReadLists(std::string_view bytes) {
+    std::string rows;
+    ParseListFile(bytes, [&](int list, std::string_view path) {
+        rows += static_cast<char>('A' + list);
+        rows += '=';
+        rows += path;
+        rows += '|';
+    });
+    return rows;
+}
+
+std::string ReadM3U(std::string_view bytes) {
+    std::string rows;
+    ParseM3U(bytes, "D:\\M\\", [&](std::string_view path) {
+        rows += path;
+        rows += '|';
+    });
+    return rows;
+}
+
+std::string Utf16Bytes(std::string_view utf8, bool bigEndian) {
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char16_t unit : Utf8ToUtf16(utf8)) {
+        bytes += static_cast<char>(bigEndian ? unit >> 8 : unit);
+        bytes += static_cast<char>(bigEndian ? unit : unit >> 8);
+    }
+    return bytes;
+}
+
+TEST(ListFile, MarkersPartTheListsAndNothingElseIsSpecial) {
+    struct Case {
+        const char* bytes;
+        const char* rows;
+    };
+    const Case cases[] = {
+        {"", ""},
+        {"C:\\a.mp3\r\nC:\\b.mp3\r\n", "A=C:\\a.mp3|A=C:\\b.mp3|"},
+        {"#ListC\r\nC:\\a.mp3\r\n", "C=C:\\a.mp3|"},
+        {"C:\\0.mp3\r\n#ListB\r\nC:\\1.mp3\r\n#ListA\r\nC:\\2.mp3\r\n", "A=C:\\0.mp3|B=C:\\1.mp3|A=C:\\2.mp3|"},
+        {"#lista\r\n#ListA \r\n#EXTM3U\r\n", "A=#lista|A=#ListA |A=#EXTM3U|"},   // the case and every character count
+        {"\r\n\r\n#ListB\r\n\r\nmusic/a.mp3\r\n", "B=music/a.mp3|"},             // paths are taken as written
+        {"#ListB\nC:\\a.mp3\nC:\\b.mp3", "B=C:\\a.mp3|B=C:\\b.mp3|"},            // no CR, no end of the last line
+        {"C:\\a.mp3\rC:\\b.mp3\r", "A=C:\\a.mp3|A=C:\\b.mp3|"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(ReadLists(c.bytes), c.rows) << c.bytes;
+}
+
+TEST(M3U, LinesBecomePathsAsPlayersWriteThem) {
+    struct Case {
+        const char* bytes;
+        const char* rows;
+    };
+    const Case cases[] = {
+        {"C:\\a.mp3", "C:\\a.mp3|"},
+        {"music\\a.mp3\r\n", "D:\\M\\music\\a.mp3|"},
+        {"\\a.mp3x\r\n", "D:\\M\\\\a.mp3x|"},             // one "\" in front: it stands behind that of the folder
+        {"\\\\server\\share\\a.mp3\n", "\\\\server\\share\\a.mp3|"},
+        {"//server/share/a.mp3\n", "\\\\server\\share\\a.mp3|"},
+        {"x.mp3\r\nxy.mp3\r\n", "D:\\M\\xy.mp3|"},        // fewer than 6 characters
+        {"あ.mp3\nああ.mp3\n", "D:\\M\\ああ.mp3|"},       // characters are counted, not bytes
+        {"#EXTM3U\r\n#EXTINF:12,Artist - Title\r\na1.mp3\r\n#ListB\r\n", "D:\\M\\a1.mp3|"},
+        {"\t  music/sub/a.mp3 \t\r\n  #x.mp3333\n", "D:\\M\\music\\sub\\a.mp3|"},
+        {"c:/mixed\\a.mp3", "c:\\mixed\\a.mp3|"},
+        {"\r\n \r\n", ""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(ReadM3U(c.bytes), c.rows) << c.bytes;
+}
+
+TEST(ListFile, IsReadInEveryEncodingThatProgramsWrite) {
+    const std::string text = "#ListB\r\nC:\\表示\\曲.mp3\r\nC:\\ﾊﾝｶｸ.mp3";
+    const std::string rows = "B=C:\\表示\\曲.mp3|B=C:\\ﾊﾝｶｸ.mp3|";
+    EXPECT_EQ(ReadLists(text), rows);
+    EXPECT_EQ(ReadLists("\xEF\xBB\xBF" + text), rows);
+    EXPECT_EQ(ReadLists(*Utf8ToShiftJis(text)), rows);
+    EXPECT_EQ(ReadLists(Utf16Bytes(text, false)), rows);
+    EXPECT_EQ(ReadLists(Utf16Bytes(text, true)), rows);
+}
+
+TEST(ListFile, WritingLeavesOutListsWithoutRows) {
+    ListText text;
+    text.beginList(0);
+    text.append("C:\\a.mp3");
+    text.beginList(1);
+    text.beginList(2);
+    text.append("C:\\c.mp3");
+    text.append("C:\\c.mp3");
+    EXPECT_EQ(text.bytes(), "#ListA\r\nC:\\a.mp3\r\n#ListC\r\nC:\\c.mp3\r\nC:\\c.mp3\r\n");
+    ListText none;
+    for (int list = 0; list < 3; ++list) none.beginList(list);
+    EXPECT_EQ(none.bytes(), "");
+}
+
+TEST(ListFile, WhatIsWrittenReadsBackTheSame) {
+    // Short names of few characters, so that every mixture of what Shift-JIS can and cannot hold comes up.
+    const std::vector<std::string> letters{"a", " ", "#", ".", "表", "ｱ", "ﾃ", "é", "한", "𠮷", "~", "～", "\\"};
+    std::minstd_rand chance(4711);
+    for (int round = 0; round < 3000; ++round) {
+        ListText text;
+        std::string rows;
+        for (int list = 0; list < 3; ++list) {
+            text.beginList(list);
+            for (auto row = chance() % 4; row > 0; --row) {
+                std::string path = "C:\\";
+                for (auto length = chance() % 5; length > 0; --length) path += letters[chance() % letters.size()];
+                text.append(path);
+                rows += std::string(1, static_cast<char>('A' + list)) + "=" + path + "|";
+            }
+        }
+        ASSERT_EQ(ReadLists(text.bytes()), rows);
+    }
+}
+
+}  // namespace
+}  // namespace quenlox

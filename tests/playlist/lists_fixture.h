@@ -1,0 +1,76 @@
+// A list model on the fakes, and lists written as plain vectors.
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "app/global_state.h"
+#include "playlist/playlists.h"
+#include "tests/fakes/fake_file_system.h"
+#include "tests/fakes/fake_options.h"
+#include "tests/fakes/fake_random.h"
+#include "tests/fakes/fake_vbmp3.h"
+
+namespace quenlox {
+
+using Paths = std::vector<std::string>;
+
+// Counts how often a file's texts were read.
+class CountingVbmp3 : public FakeVbmp3 {
+  public:
+    Paths infoReads;
+    bool vbmp3_getFileInfo(const std::string& path, vbmp3_FileInfo& info) override {
+        infoReads.push_back(path);
+        return FakeVbmp3::vbmp3_getFileInfo(path, info);
+    }
+};
+
+struct Lists {
+    GlobalState state;
+    FakeOptions options;
+    FakeFileSystem files;
+    CountingVbmp3 vbmp3;
+    FakeRandom random;
+    Playlists lists;
+
+    explicit Lists(std::vector<double> chance = {0.5})
+        : random(std::move(chance)), lists(state, options, files, vbmp3, random) {
+        state.ListType = 1;
+    }
+
+    void add(int list, const Paths& paths) {
+        for (const std::string& path : paths) lists.AddEntry(path, list);
+    }
+    Paths paths(int list) const {
+        Paths paths;
+        for (int row = 0; row < lists.count(list); ++row) paths.push_back(lists.path(list, row));
+        return paths;
+    }
+    // One letter for each row: the file name without folder and extension.
+    std::string names(int list) const {
+        std::string names;
+        for (const std::string& path : paths(list)) names += BaseNameOf(path);
+        return names;
+    }
+    // Rows C:\a.mp3, C:\b.mp3 ... for "ab...".
+    void addLetters(int list, const std::string& letters) {
+        for (const char letter : letters) lists.AddEntry(pathOf(letter), list);
+    }
+    static std::string pathOf(char letter) { return std::string("C:\\") + letter + ".mp3"; }
+};
+
+// "..xx." marks the third and the fourth row.
+inline Playlists::Selection Marked(const std::string& marks) {
+    Playlists::Selection selection;
+    for (const char mark : marks) selection.push_back(mark == 'x');
+    return selection;
+}
+
+inline std::string MarksOf(const Playlists::Selection& selection) {
+    std::string marks;
+    for (const bool selected : selection) marks += selected ? 'x' : '.';
+    return marks;
+}
+
+}  // namespace quenlox

@@ -1,0 +1,34 @@
+#include "tags/format_file_name.h"
+
+#include <gtest/gtest.h>
+
+namespace quenlox {
+namespace {
+
+TEST(FormatFileName, GivesTheNameThatTheFormatSays) {
+    struct Case {
+        const char* format;
+        const char* name;
+    };
+    const Case cases[] = {
+        {"(*N) *T", "(Artist) Title"},
+        {"*t - *n [*b] *g", "Title - Artist [Album] Genre"},
+        {"  *T  ", "Title"},          // blanks around the format do not count
+        {"", ""},
+        {"   ", ""},
+        {"100*", "100*"},             // a "*" at the end stands for itself
+        {"*X", "X"},                  // before any other letter it is dropped
+        {"**T", "*T"},                // the second "*" is such a letter
+        {"*", "*"},
+        {"曲*T", "曲Title"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(FormatFileName(c.format, "Title", "Artist", "Album", "Genre"), c.name) << c.format;
+}
+
+TEST(FormatFileName, InsertsFieldsAsTheyAre) {
+    EXPECT_EQ(FormatFileName("(*N) *T", "", "", "", ""), "() ");
+    EXPECT_EQ(FormatFileName("*T-*N", " a/b ", "*T", "", ""), " a/b -*T");
+}
+
+}  // namespace
+}  // namespace quenlox
