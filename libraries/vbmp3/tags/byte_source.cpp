@@ -41,4 +41,16 @@ std::span<const uint8_t> HeadTailReader::view(int64_t offset, size_t length) {
     return {};
 }
 
+size_t CachedSource::readAt(int64_t offset, void* to, size_t length) const {
+    if (offset < 0 || offset >= size()) return 0;
+    length = static_cast<size_t>(std::min<uint64_t>(length, static_cast<uint64_t>(size() - offset)));
+    const int64_t end = offset + static_cast<int64_t>(length);
+    for (const auto* window : {&reader_.head_, &reader_.tail_, &reader_.other_}) {
+        if (!window->holds(offset, end)) continue;
+        if (length > 0) std::memcpy(to, window->bytes.get() + (offset - window->begin), length);
+        return length;
+    }
+    return reader_.source_.readAt(offset, to, length);
+}
+
 } // namespace vbmp3

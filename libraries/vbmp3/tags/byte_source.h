@@ -56,10 +56,22 @@ private:
         bool holds(int64_t from, int64_t to) const { return from >= begin && to <= end; }
     };
     void fill(Window& window, int64_t from, size_t length);
+    friend class CachedSource;
 
     const ByteSource& source_;
     int64_t size_;
     Window head_, tail_, other_;
+};
+
+// A source whose head and tail have been read already: what a reader holds is not read again.
+class CachedSource final : public ByteSource {
+public:
+    explicit CachedSource(const HeadTailReader& reader) : reader_(reader) {}
+    int64_t size() const override { return reader_.size(); }
+    size_t readAt(int64_t offset, void* to, size_t length) const override;
+
+private:
+    const HeadTailReader& reader_;
 };
 
 } // namespace vbmp3

@@ -1,0 +1,30 @@
+// The tag operations of the C interface on files: reads the record, plans the new file, and writes it as a transaction.
+// Results are numbers as of vbmp3_getLastErrorNo. Called from one thread; holds no state.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/vbmp3/vbmp3.h"
+
+namespace vbmp3 {
+
+// Fills the fields of the record that come from tags. The record is as large as the library knows it.
+void fillTags(HeadTailReader& reader, const FileLayout& layout, vbmp3_FileInfo& record);
+void fillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& record);
+
+// The steps of writing a file, for tests that fail or end the process at each of them. False makes the step fail.
+enum class SaveStep { Begin, Write, Commit };
+using BeforeStep = std::function<bool(SaveStep)>;
+
+int readTagFile(const std::string& path, int kind, vbmp3_Tag& tag);
+int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before = {});
+int removeTagFile(const std::string& path, int kinds, const BeforeStep& before = {});
+enum class WrapAs { Rmp, Mp3 };
+int convertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before = {});
+
+// Copies as much of `text` as fits with its NUL, cut at a character border.
+void copyText(char* to, size_t size, std::string_view text);
+
+} // namespace vbmp3

@@ -1,0 +1,201 @@
+// Tags in real files: every failure leaves the file as it was.
+#include "libraries/vbmp3/tag_files.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/vbmp3_tags/tag_bytes.h"
+
+using namespace vbmp3;
+using namespace tagbytes;
+using namespace std::string_literals;
+namespace fs = std::filesystem;
+
+namespace {
+
+class TagFiles : public testing::Test {
+protected:
+    TagFiles() {
+        std::string pattern = (fs::temp_directory_path() / "tag_files_XXXXXX").string();
+        folder_ = mkdtemp(pattern.data());
+    }
+    ~TagFiles() override { fs::remove_all(folder_); }
+
+    std::string file(const std::string& name, const std::string& contents) {
+        const std::string path = (folder_ / name).string();
+        std::ofstream(path, std::ios::binary) << contents;
+        return path;
+    }
+    static std::string contents(const std::string& path) {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    int files() const { return static_cast<int>(std::distance(fs::directory_iterator(folder_), {})); }
+
+    fs::path folder_;
+};
+
+vbmp3_Tag tagOf(const char* title) {
+    vbmp3_Tag tag{};
+    tag.size = sizeof tag;
+    tag.genreNumber = 255;
+    std::strcpy(tag.title, title);
+    return tag;
+}
+
+const std::string kSound = mpegFrames(3000); // several blocks of copying
+constexpr int kBoth = VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2;
+
+} // namespace
+
+TEST_F(TagFiles, FieldsAreWrittenReadAndTakenOff) {
+    const std::string path = file("夜曲 🎵.mp3", kSound);
+    ASSERT_EQ(writeTagFile(path, kBoth, tagOf("夜曲")), VBMP3_OK);
+    vbmp3_Tag tag{};
+    for (const int kind : {VBMP3_TAG_ID3V1, VBMP3_TAG_ID3V2}) {
+        EXPECT_EQ(readTagFile(path, kind, tag), VBMP3_OK);
+        EXPECT_STREQ(tag.title, "夜曲");
+        EXPECT_EQ(tag.present, kBoth);
+    }
+    EXPECT_EQ(readTagFile(path, VBMP3_TAG_SI, tag), VBMP3_OK);
+    EXPECT_STREQ(tag.title, "");
+    EXPECT_EQ(removeTagFile(path, kBoth), VBMP3_OK);
+    EXPECT_EQ(contents(path), kSound);
+    EXPECT_EQ(files(), 1);
+}
+
+TEST_F(TagFiles, FieldsLongerThanTheRecordAreNotCutByBeingWrittenBack) {
+    const std::string longTitle(600, 'x');
+    const std::string path = file("a.mp3", id3v2(3, frame3("TIT2", "\0"s + longTitle)) + kSound);
+    vbmp3_Tag tag{};
+    ASSERT_EQ(readTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
+    std::strcpy(tag.artist, "new");
+    ASSERT_EQ(writeTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
+    EXPECT_NE(contents(path).find(longTitle), std::string::npos);
+    ASSERT_EQ(readTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
+    EXPECT_STREQ(tag.artist, "new");
+    // A text without NUL and with broken bytes is taken as far as it goes.
+    std::memset(tag.album, 'y', sizeof tag.album);
+    std::strcpy(tag.year, "\xFF");
+    ASSERT_EQ(writeTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
+    ASSERT_EQ(readTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
+    EXPECT_EQ(tag.album, std::string(sizeof tag.album - 1, 'y'));
+    EXPECT_STREQ(tag.year, "\xEF\xBF\xBD");
+}
+
+TEST_F(TagFiles, WhatCannotBeWrittenSaysWhyAndStaysWhole) {
+    const std::string mp3 = file("a.mp3", kSound), text = file("a.txt", "not a sound file"), folder = folder_.string();
+    const vbmp3_Tag tag = tagOf("x");
+    EXPECT_EQ(writeTagFile((folder_ / "missing.mp3").string(), kBoth, tag), VBMP3_ERROR_NOT_FOUND);
+    EXPECT_EQ(writeTagFile("", kBoth, tag), VBMP3_ERROR_NOT_FOUND);
+    EXPECT_EQ(writeTagFile(folder, kBoth, tag), VBMP3_ERROR_LOCKED);
+    EXPECT_EQ(writeTagFile(text, kBoth, tag), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(writeTagFile(mp3, VBMP3_TAG_SI, tag), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(writeTagFile(mp3, 0, tag), VBMP3_ERROR_ARGUMENT);
+    EXPECT_EQ(writeTagFile(mp3, 8, tag), VBMP3_ERROR_ARGUMENT);
+    EXPECT_EQ(removeTagFile(mp3, 8), VBMP3_ERROR_ARGUMENT);
+    vbmp3_Tag read{};
+    EXPECT_EQ(readTagFile(mp3, kBoth, read), VBMP3_ERROR_ARGUMENT);
+
+    EXPECT_EQ(convertFile(mp3, mp3, WrapAs::Rmp), VBMP3_ERROR_SAME_FILE);
+    fs::create_hard_link(mp3, folder_ / "link.rmp");
+    EXPECT_EQ(convertFile(mp3, (folder_ / "link.rmp").string(), WrapAs::Rmp), VBMP3_ERROR_SAME_FILE);
+    EXPECT_EQ(convertFile(mp3, (folder_ / "none" / "a.rmp").string(), WrapAs::Rmp), VBMP3_ERROR_WRITE);
+    EXPECT_EQ(convertFile(mp3, (folder_ / "b.mp3").string(), WrapAs::Mp3), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(convertFile(text, (folder_ / "b.rmp").string(), WrapAs::Rmp), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(convertFile(mp3, "", WrapAs::Rmp), VBMP3_ERROR_ARGUMENT);
+
+    fs::permissions(mp3, fs::perms::owner_read);
+    EXPECT_EQ(writeTagFile(mp3, kBoth, tag), VBMP3_ERROR_LOCKED);
+    EXPECT_EQ(removeTagFile(mp3, kBoth), VBMP3_ERROR_LOCKED);
+    EXPECT_EQ(contents(mp3), kSound);
+    EXPECT_EQ(contents(text), "not a sound file");
+    EXPECT_EQ(files(), 3); // and no temporary file remains
+}
+
+TEST_F(TagFiles, AFailureAtAnyStepLeavesTheFileWhole) {
+    const std::string path = file("a.mp3", kSound);
+    int steps = 0;
+    for (int failing = 1; failing < 100; ++failing) {
+        steps = 0;
+        const int error = writeTagFile(path, kBoth, tagOf("x"), [&](SaveStep) { return ++steps != failing; });
+        if (error == VBMP3_OK) break;
+        EXPECT_EQ(error, VBMP3_ERROR_WRITE);
+        EXPECT_EQ(contents(path), kSound) << failing;
+        EXPECT_EQ(files(), 1) << failing;
+    }
+    EXPECT_GE(steps, 8); // begin, head, five blocks, tail, commit
+}
+
+TEST_F(TagFiles, AProcessKilledAtAnyStepLeavesTheFileWhole) {
+    const std::string path = file("a.mp3", kSound);
+    for (int dying = 1; dying <= 8; ++dying) {
+        const pid_t child = fork();
+        if (child == 0) {
+            int steps = 0;
+            writeTagFile(path, kBoth, tagOf("x"), [&](SaveStep) {
+                if (++steps == dying) _exit(1);
+                return true;
+            });
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(WEXITSTATUS(status), 1) << dying;
+        EXPECT_EQ(contents(path), kSound) << dying;
+    }
+    // What was left behind does not stand in the way of the next attempt.
+    EXPECT_EQ(writeTagFile(path, kBoth, tagOf("x")), VBMP3_OK);
+}
+
+TEST_F(TagFiles, AFullDiskLeavesTheFileWhole) {
+    const std::string path = file("a.mp3", kSound);
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{kSound.size() / 2, kSound.size() / 2};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        _exit(writeTagFile(path, kBoth, tagOf("x")));
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), VBMP3_ERROR_WRITE);
+    EXPECT_EQ(contents(path), kSound);
+    EXPECT_EQ(files(), 1);
+}
+
+TEST_F(TagFiles, ConversionKeepsEveryByteOfTheSound) {
+    const std::string mp3 = file("a.mp3", id3v2(3, frame3("TIT2", "\1\xFF\xFE\x1C\x59\xF2\x66"s)) + kSound + lyrics3v1("[00:01]a") + id3v1("\x96\xE9\x8B\xC8"));
+    const std::string rmp = (folder_ / "a.rmp").string(), back = file("back.mp3", "an older file that is replaced");
+    ASSERT_EQ(convertFile(mp3, rmp, WrapAs::Rmp), VBMP3_OK);
+    ASSERT_EQ(convertFile(rmp, back, WrapAs::Mp3), VBMP3_OK);
+    EXPECT_EQ(contents(back), contents(mp3));
+    vbmp3_Tag tag{};
+    EXPECT_EQ(readTagFile(rmp, VBMP3_TAG_SI, tag), VBMP3_OK);
+    EXPECT_STREQ(tag.title, "夜曲");
+    EXPECT_EQ(tag.present, VBMP3_TAG_SI | kBoth);
+}
+
+TEST_F(TagFiles, TextsThatDoNotFitTheRecordEndAtACharacter) {
+    std::string text;
+    for (int i = 0; i < 300; ++i) text += "夜";
+    vbmp3_FileInfo info{};
+    const std::string bytesOf = id3v2(4, frame4("TIT2", "\3"s + text) + frame4("TCON", "\0(17)"s)) + mpegFrames(5);
+    const MemorySource source(bytes(bytesOf));
+    fillTags(source, scanFileLayout(source), info);
+    EXPECT_EQ(info.title, text.substr(0, 510));
+    EXPECT_STREQ(info.genre, "Rock");
+    EXPECT_EQ(info.genreNumber, 17);
+    char small[4] = "zzz";
+    copyText(small, sizeof small, "夜曲");
+    EXPECT_STREQ(small, "夜");
+    copyText(small, 0, "x");
+}
