@@ -6,6 +6,7 @@
 
 #include "libraries/vbmp3/file_source.h"
 #include "libraries/vbmp3/library.h"
+#include "libraries/vbmp3/tag_files.h"
 
 namespace vbmp3 {
 namespace {
@@ -96,6 +97,8 @@ int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info)
         if (error == VBMP3_OK && info != nullptr) {
             vbmp3_FileInfo record{};
             fillFormat(self.player.current()->info, record);
+            if (const auto file = openFile(path))
+                fillTags(*file, scanFileLayout(*file), record);
             giveRecord(info, record);
         }
         return report(error);

@@ -90,7 +90,8 @@ std::span<const uint8_t> BlockReader::view(int64_t offset, size_t count)
     const bool inside = offset >= blockOffset_ && offset - blockOffset_ <= int64_t(block_.size())
                         && block_.size() - size_t(offset - blockOffset_) >= count;
     if (!inside) {
-        block_.resize(std::max(count, blockSize_));
+        block_.resize(std::max(count, std::min(nextBlock_, blockSize_)));
+        nextBlock_ = std::min(4 * nextBlock_, blockSize_);
         block_.resize(source_.readAt(offset, block_.data(), block_.size()));
         blockOffset_ = offset;
     }

@@ -15,7 +15,8 @@ namespace vbmp3 {
 // at the moment of opening. Null when it is missing, a folder, or cannot be read.
 std::unique_ptr<ByteSource> openFile(const std::string& path);
 
-// Keeps one block of a source.
+// Keeps one block of a source. The first block is small, later ones grow up to `block` bytes: many files need no more
+// than a look at their first frames.
 class BlockReader {
 public:
     explicit BlockReader(const ByteSource& source, size_t block = 65536) : source_(source), blockSize_(block) {}
@@ -25,6 +26,7 @@ public:
 private:
     const ByteSource& source_;
     size_t blockSize_;
+    size_t nextBlock_ = 4096;
     std::vector<uint8_t> block_;
     int64_t blockOffset_ = 0;
 };

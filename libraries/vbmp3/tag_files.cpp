@@ -1,5 +1,6 @@
 #include "libraries/vbmp3/tag_files.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <optional>
@@ -127,7 +128,7 @@ void copyText(char* to, size_t size, std::string_view text)
         return;
     const std::string_view part = quenlox::CutUtf8(text.substr(0, text.find('\0')), size - 1);
     std::memset(to, 0, size);
-    std::memcpy(to, part.data(), part.size());
+    std::copy(part.begin(), part.end(), to);
 }
 
 void fillTags(HeadTailReader& reader, const FileLayout& layout, vbmp3_FileInfo& record)

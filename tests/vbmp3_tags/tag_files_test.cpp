@@ -4,15 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/vbmp3_tags/tag_bytes.h"
+#include "tests/vbmp3_tags/temp_folder.h"
 
 using namespace vbmp3;
 using namespace tagbytes;
@@ -21,27 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class TagFiles : public testing::Test {
-protected:
-    TagFiles() {
-        std::string pattern = (fs::temp_directory_path() / "tag_files_XXXXXX").string();
-        folder_ = mkdtemp(pattern.data());
-    }
-    ~TagFiles() override { fs::remove_all(folder_); }
-
-    std::string file(const std::string& name, const std::string& contents) {
-        const std::string path = (folder_ / name).string();
-        std::ofstream(path, std::ios::binary) << contents;
-        return path;
-    }
-    static std::string contents(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    int files() const { return static_cast<int>(std::distance(fs::directory_iterator(folder_), {})); }
-
-    fs::path folder_;
-};
+class TagFiles : public TempFolder {};
 
 vbmp3_Tag tagOf(const char* title) {
     vbmp3_Tag tag{};

@@ -1,0 +1,113 @@
+// The tag and information calls as a program makes them.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "libraries/vbmp3/vbmp3.h"
+#include "tests/vbmp3_tags/tag_bytes.h"
+#include "tests/vbmp3_tags/temp_folder.h"
+
+using namespace tagbytes;
+using namespace std::string_literals;
+
+namespace {
+
+class TagCalls : public TempFolder {
+protected:
+    TagCalls() { vbmp3_init(); }
+    ~TagCalls() override { vbmp3_free(); }
+};
+
+// A Xing frame that tells of `frames` frames.
+std::string infoFrame(const char* kind, uint32_t frames) {
+    return padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + kind + be32(1) + be32(frames), 417);
+}
+
+} // namespace
+
+TEST_F(TagCalls, InformationHasLengthFormatAndTags) {
+    const std::string v2 = id3v2(3, frame3("TIT2", "\0title"s) + frame3("TPE1", "\0\x89\xCC\x8E\xE8"s));
+    const std::string wave = riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", std::string(44100 * 6, '\0')) + chunk("LIST", "INFO" + chunk("INAM", "w")));
+    const std::string v1 = id3v1("v1", "", "", "1999", "", 7, 17);
+    struct { const char* name; std::string bytes; int type; int ms; const char *format, *title, *artist; } cases[] = {
+        {"a.mp3", v2 + mpegFrames(100) + v1, 1 | 4 | 16 | 32, 2612, "MPEG1 Layer3 44100Hz 128kbit/s Joint Stereo", "title", "歌手"},
+        {"b.mp3", infoFrame("Xing", 1000) + mpegFrames(100), 1 | 32, 26122, nullptr, "", ""},
+        {"c.mp3", id3v2(4, frame4("APIC", std::string(100000, 'p')) + frame4("TIT2", "\0late"s)) + mpegFrames(100), 1 | 16 | 32, 2612, nullptr, "late", ""},
+        {"d.rmp", riff("RMP3", chunk("data", mpegFrames(100)) + chunk("LIST", "INFO" + chunk("INAM", "si") + chunk("IID3", v1))), 1 | 2 | 4 | 32, 2612, nullptr, "si", ""},
+        {"e.wav", wave, 64, 1500, "WAVE_FORMAT_PCM", "w", ""},
+    };
+    for (const auto& c : cases) {
+        const std::string path = file(c.name, c.bytes);
+        vbmp3_FileInfo info{};
+        info.size = sizeof info;
+        ASSERT_EQ(vbmp3_getFileInfo(path.c_str(), &info), 1) << c.name;
+        EXPECT_EQ(info.fileType, c.type) << c.name;
+        EXPECT_EQ(vbmp3_getFileType(path.c_str()), c.type) << c.name;
+        EXPECT_EQ(info.seconds * 1000 + info.milliseconds, c.ms) << c.name;
+        if (c.format != nullptr) {
+            EXPECT_STREQ(info.format, c.format) << c.name;
+        }
+        EXPECT_STREQ(info.title, c.title) << c.name;
+        EXPECT_STREQ(info.artist, c.artist) << c.name;
+        // Opening tells the same of the tags.
+        vbmp3_FileInfo opened{};
+        opened.size = sizeof opened;
+        ASSERT_EQ(vbmp3_open(path.c_str(), &opened), 1) << c.name;
+        EXPECT_STREQ(opened.title, c.title) << c.name;
+        EXPECT_EQ(opened.genreNumber, info.genreNumber) << c.name;
+        vbmp3_close();
+    }
+}
+
+TEST_F(TagCalls, NothingIsWrittenBeyondTheSizeTheCallerKnows) {
+    const std::string path = file("a.mp3", mpegFrames(10) + id3v1("title"));
+    vbmp3_FileInfo info;
+    std::memset(&info, 0x5A, sizeof info);
+    info.size = offsetof(vbmp3_FileInfo, format);
+    ASSERT_EQ(vbmp3_getFileInfo(path.c_str(), &info), 1);
+    EXPECT_EQ(info.size, offsetof(vbmp3_FileInfo, format));
+    EXPECT_EQ(info.sampleRate, 44100);
+    EXPECT_EQ(info.format[0], 0x5A);
+    info.size = 0;
+    EXPECT_EQ(vbmp3_getFileInfo(path.c_str(), &info), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_ARGUMENT);
+    EXPECT_EQ(vbmp3_getFileInfo(path.c_str(), nullptr), 0);
+
+    vbmp3_Tag tag;
+    std::memset(&tag, 0x5A, sizeof tag);
+    tag.size = offsetof(vbmp3_Tag, comment);
+    ASSERT_EQ(vbmp3_readTag(path.c_str(), VBMP3_TAG_ID3V1, &tag), 1);
+    EXPECT_STREQ(tag.title, "title");
+    EXPECT_EQ(tag.comment[0], 0x5A);
+    // A shorter record is written as far as it goes: the fields beyond it are empty.
+    EXPECT_EQ(vbmp3_writeTag(path.c_str(), VBMP3_TAG_ID3V1, &tag), 1);
+    char small[3];
+    EXPECT_EQ(vbmp3_getGenre(17, small, sizeof small), 1);
+    EXPECT_STREQ(small, "Ro");
+}
+
+TEST_F(TagCalls, FailuresHaveTheirNumbers) {
+    const std::string text = file("a.txt", "text"), mp3 = file("a.mp3", mpegFrames(10));
+    vbmp3_FileInfo info{};
+    info.size = sizeof info;
+    EXPECT_EQ(vbmp3_getFileInfo("/no/such/file", &info), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NOT_FOUND);
+    EXPECT_EQ(vbmp3_getFileInfo(nullptr, &info), 0);
+    EXPECT_EQ(vbmp3_getFileInfo(text.c_str(), &info), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(info.genreNumber, 255);
+
+    vbmp3_Tag tag{};
+    tag.size = sizeof tag;
+    EXPECT_EQ(vbmp3_readTag(mp3.c_str(), VBMP3_TAG_ID3V2, &tag), 0); // carries none
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_OK);
+    EXPECT_EQ(vbmp3_writeTag(mp3.c_str(), VBMP3_TAG_SI, &tag), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(vbmp3_removeTag(mp3.c_str(), VBMP3_TAG_ID3V2), 1);
+    EXPECT_EQ(vbmp3_convertToRmp(mp3.c_str(), (folder_ / "none/a.rmp").string().c_str()), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_WRITE);
+    char name[64];
+    EXPECT_EQ(vbmp3_getGenre(192, name, sizeof name), 0);
+    EXPECT_STREQ(name, "");
+    EXPECT_EQ(vbmp3_getGenre(-1, nullptr, 0), 0);
+}
