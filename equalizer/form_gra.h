@@ -1,0 +1,75 @@
+// The graphic equalizer window: ten sliders, five presets, a random pattern, and the switch. What it sets reaches the
+// decoding library at once while a track is open. On the user-interface thread.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "forms/control_array.h"
+#include "forms/form.h"
+
+namespace quenlox {
+
+class Dialogs;
+class Random;
+class Vbmp3;
+struct GlobalState;
+
+class FormGra : public Form {
+  public:
+    static constexpr int kBands = 10;
+    static constexpr int kPresets = 5;
+
+    FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random);
+
+    CheckBox Check4{*this, "Check4"};              // the equalizer is on
+    ControlArray<ScrollBar> VScroll;               // 0 to 9: -12 (top, +12 dB) to 12
+    ControlArray<Label> geBand;                    // captions of the bands
+    ControlArray<Label> geScale;                   // 0 to 2: +12 dB, 0 dB, -12 dB
+    PictureBox geLine{*this, "geLine"};            // the curve through the knobs
+    Frame Frame1{*this, "Frame1"};                 // around the presets
+    ControlArray<OptionButton> geOption;           // presets 0 to 4
+    ControlArray<Label> geLabel;                   // their names
+    CommandButton Command23{*this, "Command23"};   // random
+    CommandButton Command2{*this, "Command2"};     // pattern menu
+    CommandButton Command1{*this, "Command1"};     // close
+    Menu menuPat{"menuPat", {}};                   // items menuPatName(0) to (4)
+
+    // Keys that this window leaves to the main window.
+    std::function<void(int key, int shift)> onKeyDown;
+    std::function<void(int key, int shift)> onKeyUp;
+
+    // Gains in tenths of a decibel, band 60 Hz first.
+    const std::array<std::int32_t, kBands>& gains() const { return gains_; }
+
+    void Check4_Click();
+    void VScroll_Change(int index);
+    void VScroll_Scroll(int index);
+    void geOption_Click(int index);
+    void geLabel_MouseDown(int index);
+    void Command23_Click();
+    void Command2_Click();
+    void Command1_Click();
+    // Keeps the gains of the sliders as that pattern, under a name that the user is asked for.
+    void menuPatName_Click(int index);
+
+    void Form_Unload(bool& cancel) override;
+    void Form_KeyDown(int key, int shift) override;
+    void Form_KeyUp(int key, int shift) override;
+
+  private:
+    void setSliders(const std::function<int(int band)>& position);
+    void apply(const std::array<std::int32_t, kBands>* gains);
+    void deselectPresets();
+
+    GlobalState& state_;
+    Vbmp3& vbmp3_;
+    Dialogs& dialogs_;
+    Random& random_;
+    std::array<std::int32_t, kBands> gains_{};
+    bool movingAll_ = false;  // the program moves several sliders: one apply step follows for all of them
+};
+
+}  // namespace quenlox

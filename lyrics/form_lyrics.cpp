@@ -1,0 +1,93 @@
+#include "lyrics/form_lyrics.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/global_state.h"
+#include "app/option_settings.h"
+
+namespace quenlox {
+namespace {
+
+constexpr std::array<LyricsScheme, 8> kSchemes{{
+    {{0, 0, 0}, {255, 255, 255}},
+    {{255, 255, 255}, {0, 0, 0}},
+    {{0, 0, 0}, {255, 255, 240}},
+    {{255, 255, 240}, {0, 0, 0}},
+    {{0, 0, 0}, {240, 255, 240}},
+    {{240, 255, 240}, {0, 0, 0}},
+    {{0, 0, 0}, {240, 240, 255}},
+    {{240, 240, 255}, {0, 0, 0}},
+}};
+constexpr int kTwipsPerLine = 300;
+constexpr int kFrameTwips = 405;
+
+}  // namespace
+
+std::span<const LyricsScheme> LyricsSchemes() { return kSchemes; }
+
+int LyricsFontPoints(int height, int lines) {
+    const int half = height / lines / 2;
+    return half - RoundHalfToEven(half / 3.2);
+}
+
+FormLyrics::FormLyrics(GlobalState& state, const OptionSettings& options)
+    : Form("FormLyrics", Kind::Sizeable), state_(state), options_(options) {
+    setCaption("歌詞");
+    Text2.setVisible(false);
+    Picture7.onDoubleClick = [this] { Picture7_DblClick(); };
+    Text2.onDoubleClick = [this] { Text2_DblClick(); };
+}
+
+int FormLyrics::lines() const { return std::max(state_.LyricsLine, 1); }
+
+void FormLyrics::Picture7_DblClick() {
+    int& scheme = state_.LyricsColors[0];
+    scheme = scheme < 1 || scheme >= static_cast<int>(kSchemes.size()) ? 1 : scheme + 1;
+    const LyricsScheme& colors = kSchemes[static_cast<std::size_t>(scheme - 1)];
+    for (Control* control : {static_cast<Control*>(&Picture7), static_cast<Control*>(&Text2)}) {
+        control->setForeColor(colors.text);
+        control->setBackColor(colors.back);
+    }
+    Picture7.surface().fill(colors.back);
+    Picture7.refresh();
+}
+
+Size FormLyrics::minimumTwips() const { return {1500, lines() * kTwipsPerLine + kFrameTwips}; }
+
+void FormLyrics::Form_Resize(Size client) {
+    if (client.width <= 0 || client.height <= 0) return;  // minimised
+    const int least = minimumTwips().height;
+    if (height() < least) {
+        const double perPixel = host() ? host()->twipsPerPixel().y : 15;
+        client.height += TwipsToPixels(least - height(), perPixel);
+        setSize(width(), least);
+    }
+    Picture7.setBounds({0, 0, client.width, client.height});
+    Text2.setBounds({0, 0, client.width, client.height});
+    if (Picture7.surface().width() != client.width || Picture7.surface().height() != client.height) {
+        Picture7.surface().resize(client.width, client.height, Picture7.backColor());
+    }
+    Font font = Picture7.font();
+    font.face = options_.lyricsFont();
+    font.points = std::max(LyricsFontPoints(client.height, lines()), 1);
+    Picture7.setFont(font);
+    Picture7.refresh();
+}
+
+void FormLyrics::Form_Unload(bool& cancel) {
+    if (state_.ShuttingDown) return;
+    cancel = true;
+    if (onClosedByUser) onClosedByUser();
+    hide();
+}
+
+void FormLyrics::Form_KeyDown(int key, int shift) {
+    if (onKeyDown) onKeyDown(key, shift);
+}
+
+void FormLyrics::Form_KeyUp(int key, int shift) {
+    if (onKeyUp) onKeyUp(key, shift);
+}
+
+}  // namespace quenlox

@@ -1,0 +1,54 @@
+// The lyrics window: the timed lines on a picture, or a whole text in a box, in one of several colour schemes. On the
+// user-interface thread.
+#pragma once
+
+#include <functional>
+#include <span>
+
+#include "forms/form.h"
+
+namespace quenlox {
+
+class OptionSettings;
+struct GlobalState;
+
+struct LyricsScheme {
+    Color text;
+    Color back;
+};
+// Scheme n of the settings file is element n - 1.
+std::span<const LyricsScheme> LyricsSchemes();
+
+class FormLyrics : public Form {
+  public:
+    FormLyrics(GlobalState& state, const OptionSettings& options);
+
+    PictureBox Picture7{*this, "Picture7"};           // the timed lines
+    TextBox Text2{*this, "Text2", true, true};        // lyrics without time tags
+
+    std::function<void()> onClosedByUser;             // the check box of the options window goes off
+    // Keys that this window leaves to the main window.
+    std::function<void(int key, int shift)> onKeyDown;
+    std::function<void(int key, int shift)> onKeyUp;
+
+    // Steps LyricsColors[0] on, the last scheme back to 1, and applies the scheme.
+    void Picture7_DblClick();
+    void Text2_DblClick() { Picture7_DblClick(); }
+    // Fits the controls and the size of the type to the window; called as well when the number of lines has changed.
+    void Form_Resize(Size client) override;
+    void Form_Unload(bool& cancel) override;
+    void Form_KeyDown(int key, int shift) override;
+    void Form_KeyUp(int key, int shift) override;
+    Size minimumTwips() const override;
+
+  private:
+    int lines() const;
+
+    GlobalState& state_;
+    const OptionSettings& options_;
+};
+
+// Points of the type for a picture of that height in pixels.
+int LyricsFontPoints(int height, int lines);
+
+}  // namespace quenlox

@@ -1,0 +1,115 @@
+// The options window. Its controls are where most settings live while the program runs: reading the settings file fills
+// them, writing it reads them back, and everybody else asks through OptionSettings. On the user-interface thread.
+#pragma once
+
+#include <string>
+
+#include "app/option_settings.h"
+#include "forms/control_array.h"
+#include "forms/form.h"
+
+namespace quenlox {
+
+struct GlobalState;
+
+class FormOpt : public Form, public OptionControls {
+  public:
+    explicit FormOpt(GlobalState& state);
+
+    // Panel and title.
+    CheckBox CheckAnime{*this, "CheckAnime"};                                   // "AnimeMode": the title text moves
+    ScrollBar HScrollAnime{*this, "HScrollAnime", kHorizontal, 0, 10};          // "AnimeTime": 0 slow to 10 fast
+    CheckBox CheckSpeana{*this, "CheckSpeana"};                                 // "SpeanaMode": display B is drawn
+    ScrollBar HScrollSpeana{*this, "HScrollSpeana", kHorizontal, 0, 10};        // "SpeanaTime": 0 slow to 10 fast
+    ScrollBar HScrollSpeanaIntro{*this, "HScrollSpeanaIntro", kHorizontal, 0, 60};  // "SpeanaIntro": the view changes
+                                                                                // every value * 2 seconds, 0 never
+    ComboBox ComboSkinScale{*this, "ComboSkinScale"};                           // "SkinScale": 1 to 4 screen pixels
+    ControlArray<OptionButton> FftOption;                                       // "Fft", 0 to 2
+    CheckBox CheckPanel{*this, "CheckPanel"};                                   // "PanelMode": the operation panel
+    TextBox TextBmpDir{*this, "TextBmpDir"};                                    // "BmpDir": the picture folder
+
+    // Playing.
+    ControlArray<OptionButton> QualityOption;                                   // "Quality", 0 to 2
+    ScrollBar HScrollHiPitch{*this, "HScrollHiPitch", kHorizontal, 101, 200};   // "HiPitch", percent
+    ScrollBar HScrollLowPitch{*this, "HScrollLowPitch", kHorizontal, 50, 99};   // "LowPitch", percent
+    ScrollBar HScrollStepPitch{*this, "HScrollStepPitch", kHorizontal, 2, 16};  // "StepPitch": the speed is
+                                                                                // 1 + (value - 1) / 5, so 6 doubles it
+    CheckBox CheckIntro{*this, "CheckIntro"};                                   // "IntroPlay"
+    ScrollBar HScrollIntro{*this, "HScrollIntro", kHorizontal, 1, 60};          // "IntroTime", seconds
+    ControlArray<OptionButton> VolumeOption;                                    // "Volume": 0 the master alone, 1 the
+                                                                                // single sources too
+    CheckBox CheckGapless{*this, "CheckGapless"};                               // "Gapless": no gap between tracks
+    ComboBox ComboDevice{*this, "ComboDevice"};                                 // "OutputDevice": -1 the system's default
+    ScrollBar HScrollBuffer{*this, "HScrollBuffer", kHorizontal, 50, 2000};     // "OutputBuffer", milliseconds
+
+    // Lyrics.
+    CheckBox CheckLyrics{*this, "CheckLyrics"};                                 // "DispLyrics": the lyrics window
+    CheckBox CheckLyricsSelf{*this, "CheckLyricsSelf"};                         // "LyricsSelf"
+    ScrollBar HScrollLyricsTime{*this, "HScrollLyricsTime", kHorizontal, -50, 50};  // "LyricsTime"
+    ControlArray<OptionButton> LyricsOption;                                    // "LyricsLine", 0 to 5; 1, 3 and 5 are shown
+    TextBox TextLyricsFont{*this, "TextLyricsFont"};                            // section "Lyrics", "Font"
+    CheckBox CheckLyricsMain{*this, "CheckLyricsMain"};                         // "LyricsMain": Lyrics3 before side files
+    CheckBox CheckTimeTag{*this, "CheckTimeTag"};                               // "TimeTag"
+    TextBox TextLyricsDir{*this, "TextLyricsDir"};                              // "LyricsDir"
+
+    // Lists and names.
+    CheckBox CheckReName{*this, "CheckReName"};                                 // "ReName": texts told from file names
+    TextBox TextReName{*this, "TextReName"};                                    // "ReNameS": the format of file names
+    CheckBox CheckListType{*this, "CheckListType"};                             // "ListType", counts at the next start
+    CheckBox CheckListTypeS{*this, "CheckListTypeS"};                           // "ListTypeS": columns in file-name mode
+    CheckBox CheckListTime{*this, "CheckListTime"};                             // "ListTime": the playing-time column
+    CheckBox CheckDelList{*this, "CheckDelList"};                               // "DelList"
+
+    // Chooses the button with the index; one that does not exist leaves the choice as it was.
+    static void choose(ControlArray<OptionButton>& options, int index);
+    static int chosen(const ControlArray<OptionButton>& options);  // 0 when none is
+
+    // Which devices there are is known only while the program runs: one that is not listed gets an item of its own.
+    void setOutputDevice(int device);
+    int outputDevice() const { return ComboDevice.data(); }
+
+    bool titleAnimation() const override { return CheckAnime.checked(); }
+    int titleAnimationSpeed() const override { return HScrollAnime.value(); }
+    bool spectrumShown() const override { return CheckSpeana.checked(); }
+    int spectrumSpeed() const override { return HScrollSpeana.value(); }
+    int spectrumIntro() const override { return HScrollSpeanaIntro.value(); }
+    int highPitch() const override { return HScrollHiPitch.value(); }
+    int lowPitch() const override { return HScrollLowPitch.value(); }
+    int stepPitch() const override { return HScrollStepPitch.value(); }
+    bool introPlay() const override { return CheckIntro.checked(); }
+    int introSeconds() const override { return HScrollIntro.value(); }
+    bool driveMixerSources() const override { return chosen(VolumeOption) == 1; }
+    bool lyricsShown() const override { return CheckLyrics.checked(); }
+    bool lyricsSelf() const override { return CheckLyricsSelf.checked(); }
+    int lyricsTime() const override { return HScrollLyricsTime.value(); }
+    bool lyrics3First() const override { return CheckLyricsMain.checked(); }
+    bool timeTagShown() const override { return CheckTimeTag.checked(); }
+    std::string lyricsFolder() const override { return TextLyricsDir.text(); }
+    std::string lyricsFont() const override { return TextLyricsFont.text(); }
+    std::string pictureFolder() const override { return TextBmpDir.text(); }
+    bool operationPanel() const override { return CheckPanel.checked(); }
+    bool estimateFromFileName() const override { return CheckReName.checked(); }
+    std::string renameFormat() const override { return TextReName.text(); }
+    bool listTimeColumn() const override { return CheckListTime.checked(); }
+    bool listColumns() const override { return CheckListTypeS.checked(); }
+    bool deleteFromList() const override { return CheckDelList.checked(); }
+    bool gaplessNext() const override { return CheckGapless.checked(); }
+    int skinScale() const override { return ComboSkinScale.data(); }
+
+    void setTitleAnimation(bool on) override { CheckAnime.setValue(on); }
+    void setSpectrumShown(bool on) override { CheckSpeana.setValue(on); }
+    void setOperationPanel(bool on) override { CheckPanel.setValue(on); }
+    void setLyricsShown(bool on) override { CheckLyrics.setValue(on); }
+    void setSkinScale(int factor) override;
+    void allowOperationPanel(bool allowed) override;
+    void allowSpectrum(bool allowed) override;
+    void allowLyricsWindowChoices(bool allowed) override;
+
+    void Form_Unload(bool& cancel) override;
+
+  private:
+    static constexpr auto kHorizontal = ScrollBar::Direction::Horizontal;
+    GlobalState& state_;
+};
+
+}  // namespace quenlox
