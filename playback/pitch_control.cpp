@@ -1,0 +1,48 @@
+#include "playback/pitch_control.h"
+
+#include "app/global_state.h"
+#include "app/option_settings.h"
+#include "platform/vbmp3.h"
+#include "playback/status_display.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kNormalPercent = 100;
+constexpr int kNormalStep = 1;
+constexpr int kStepBase = 5;
+
+}  // namespace
+
+PitchControl::PitchControl(GlobalState& state, Vbmp3& vbmp3, const OptionSettings& options, StatusDisplay& status)
+    : state_(state), vbmp3_(vbmp3), options_(options), status_(status) {}
+
+void PitchControl::High() { togglePitch(kHighPitch, options_.highPitch()); }
+
+void PitchControl::Low() { togglePitch(kLowPitch, options_.lowPitch()); }
+
+void PitchControl::togglePitch(int mode, int percent) {
+    if (!state_.playedByVbmp3()) return;
+    if (state_.PitchMode == kStepPitch) vbmp3_.vbmp3_setStepPitch(kNormalStep, kStepBase);
+    const bool on = state_.PitchMode != mode;
+    state_.PitchMode = on ? mode : kNormalPitch;
+    status_.ShowStatus();
+    vbmp3_.vbmp3_setPitch(on ? percent : kNormalPercent);
+}
+
+void PitchControl::Double() {
+    if (!state_.playedByVbmp3()) return;
+    if (state_.PitchMode == kHighPitch || state_.PitchMode == kLowPitch) vbmp3_.vbmp3_setPitch(kNormalPercent);
+    const bool on = state_.PitchMode != kStepPitch;
+    state_.PitchMode = on ? kStepPitch : kNormalPitch;
+    status_.ShowStatus();
+    vbmp3_.vbmp3_setStepPitch(on ? options_.stepPitch() : kNormalStep, kStepBase);
+}
+
+void PitchControl::Undo() {
+    if (state_.PitchMode == kStepPitch) vbmp3_.vbmp3_setStepPitch(kNormalStep, kStepBase);
+    if (state_.PitchMode == kHighPitch || state_.PitchMode == kLowPitch) vbmp3_.vbmp3_setPitch(kNormalPercent);
+    state_.PitchMode = kNormalPitch;
+}
+
+}  // namespace quenlox

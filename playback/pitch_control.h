@@ -1,0 +1,30 @@
+// The three pitch buttons: high and low pitch at the same speed, and stepped speed. They exclude each other, and the
+// active one pressed again returns to normal. Only what the decoding library plays is served.
+#pragma once
+
+namespace quenlox {
+
+class OptionSettings;
+class StatusDisplay;
+class Vbmp3;
+struct GlobalState;
+
+class PitchControl {
+  public:
+    PitchControl(GlobalState& state, Vbmp3& vbmp3, const OptionSettings& options, StatusDisplay& status);
+
+    void High();
+    void Low();
+    void Double();
+    void Undo();  // back to normal, as a stop does it
+
+  private:
+    void togglePitch(int mode, int percent);
+
+    GlobalState& state_;
+    Vbmp3& vbmp3_;
+    const OptionSettings& options_;
+    StatusDisplay& status_;
+};
+
+}  // namespace quenlox

@@ -1,0 +1,56 @@
+#include "playback/volume_control.h"
+
+#include <algorithm>
+
+#include "app/global_state.h"
+#include "app/option_settings.h"
+#include "forms/geometry.h"
+
+namespace quenlox {
+
+VolumeControl::VolumeControl(GlobalState& state, Mixer& mixer, const OptionSettings& options)
+    : state_(state), mixer_(mixer), options_(options) {}
+
+void VolumeControl::open() {
+    if (!mixer_.open()) return;
+    mixer_.GetMixerVolumeControl(master_, Mixer::kSpeakers);
+    mixer_.GetMixerVolumeControl(wave_, Mixer::kWaveOut);
+    mixer_.GetMixerVolumeControl(synthesizer_, Mixer::kSynthesizer);
+    mixer_.GetMixerVolumeControl(disc_, Mixer::kCompactDisc);
+    refresh();
+}
+
+void VolumeControl::close() { mixer_.close(); }
+
+void VolumeControl::refresh() {
+    std::uint32_t value = 0;
+    if (master_.maximum <= master_.minimum || !mixer_.GetMixerVolume(master_, value)) return;
+    const double share = (static_cast<double>(value) - master_.minimum) / (master_.maximum - master_.minimum);
+    const int percent = std::clamp(RoundHalfToEven(share * 100), 0, 100);
+    if (percent == state_.VolumePercent) return;
+    state_.VolumePercent = percent;
+    if (onChange) onChange();
+}
+
+void VolumeControl::setFromBar(int y, int height) {
+    if (height <= 0 || y < 0 || y > height) return;
+    setPercent(RoundHalfToEven((1 - static_cast<double>(y) / height) * 100));
+}
+
+void VolumeControl::setPercent(int percent) {
+    state_.VolumePercent = std::clamp(percent, 0, 100);
+    if (master_.id != 0 && master_.maximum > master_.minimum) {
+        // The minimum is not added back: mixers report 0.
+        const double range = static_cast<double>(master_.maximum - master_.minimum);
+        const auto value = static_cast<std::uint32_t>(std::nearbyint(range * state_.VolumePercent / 100));
+        mixer_.SetMixerVolume(master_, value);
+        if (options_.driveMixerSources()) {
+            for (const MixerControl& source : {wave_, synthesizer_, disc_}) {
+                if (source.id != 0) mixer_.SetMixerVolume(source, value);
+            }
+        }
+    }
+    if (onChange) onChange();
+}
+
+}  // namespace quenlox

@@ -1,0 +1,37 @@
+// The volume of the system's mixer in percent, as the volume bar, the wheel and the keys set it. On the user-interface
+// thread. Mixer calls that fail change nothing and say nothing.
+#pragma once
+
+#include <functional>
+
+#include "platform/mixer.h"
+
+namespace quenlox {
+
+class OptionSettings;
+struct GlobalState;
+
+class VolumeControl {
+  public:
+    VolumeControl(GlobalState& state, Mixer& mixer, const OptionSettings& options);
+
+    std::function<void()> onChange;  // VolumePercent is another: bar and display D are to be drawn
+
+    void open();    // finds the controls and reads the master volume into VolumePercent
+    void close();
+    void refresh(); // reads it again: somebody else may have changed it
+    // y in pixels from the top of a bar of that height; outside the bar nothing happens.
+    void setFromBar(int y, int height);
+    void setPercent(int percent);  // brought into 0 to 100
+
+  private:
+    GlobalState& state_;
+    Mixer& mixer_;
+    const OptionSettings& options_;
+    MixerControl master_;
+    MixerControl wave_;
+    MixerControl synthesizer_;
+    MixerControl disc_;
+};
+
+}  // namespace quenlox
