@@ -10,13 +10,20 @@ namespace {
 
 constexpr std::size_t kShortestEntry = 6;  // characters
 
+// Takes the text up to the first `separator` and that away from the front of `text`.
+std::string_view TakeUpTo(std::string_view& text, char separator) {
+    const std::size_t end = text.find(separator);
+    const std::string_view front = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    return front;
+}
+
+// Lines end with CR LF, LF or CR. Empty lines, which mean nothing in either file, may be left out.
 template <typename Take>
 void EachLine(std::string_view text, Take take) {
     while (!text.empty()) {
-        const std::size_t end = text.find_first_of("\r\n");
-        take(text.substr(0, end));
-        if (end == std::string_view::npos) return;
-        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
+        std::string_view lines = TakeUpTo(text, '\n');
+        while (!lines.empty()) take(TakeUpTo(lines, '\r'));
     }
 }
 

@@ -142,7 +142,8 @@ void Playlists::forgetTexts() {
 
 bool Playlists::append(int list, std::string_view path) {
     // A line end in a path would make two entries of it in the list file; no file has one in its name.
-    if (!persisted(list) || path.empty() || path.find_first_of("\r\n") != std::string_view::npos) return false;
+    if (!persisted(list) || path.empty() || path.find('\n') != path.npos || path.find('\r') != path.npos)
+        return false;
     rows(list).append(path);
     return true;
 }
