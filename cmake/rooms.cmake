@@ -8,18 +8,25 @@ function(quenlox_room room)
   endforeach()
 endfunction()
 
-# The tests of one room: quenlox_test(<name> SOURCES ... LIBRARIES ... [ALSO_WINDOWS | ONLY_WINDOWS]) makes an executable
-# test_<name>. Portable tests run natively; those that carry platform/win32 or depend on Windows say so and run under Wine.
+# The tests of one room: quenlox_test(<name> SOURCES ... LIBRARIES ... [ALSO_WINDOWS | ONLY_WINDOWS] [THREADS]) makes an
+# executable test_<name>. Portable tests run natively; those that carry platform/win32 or depend on Windows say so and
+# run under Wine. THREADS marks those that ThreadSanitizer has something to find in.
 function(quenlox_test name)
-  cmake_parse_arguments(ARG "ALSO_WINDOWS;ONLY_WINDOWS" "" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "ALSO_WINDOWS;ONLY_WINDOWS;THREADS" "" "SOURCES;LIBRARIES" ${ARGN})
   if(ARG_ONLY_WINDOWS AND NOT WIN32)
     return()
   endif()
   add_executable(test_${name} ${ARG_SOURCES})
   target_link_libraries(test_${name} PRIVATE quenlox_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
+  set(wanted ON)
   if(CMAKE_CROSSCOMPILING AND NOT ARG_ALSO_WINDOWS AND NOT ARG_ONLY_WINDOWS)
-    set_target_properties(test_${name} PROPERTIES EXCLUDE_FROM_ALL ON)
-    return()
+    set(wanted OFF)
+  elseif(QUENLOX_SANITIZE STREQUAL thread AND NOT ARG_THREADS)
+    set(wanted OFF)
   endif()
-  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+  if(wanted)
+    gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120 LABELS unit)
+  else()
+    set_target_properties(test_${name} PROPERTIES EXCLUDE_FROM_ALL ON)
+  endif()
 endfunction()
