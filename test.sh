@@ -54,7 +54,7 @@ counted_ctest() {
 
 native_build() { build native; }
 native_tests() { counted_ctest native; }
-thread_build() { build tsan; }
+thread_build() { build tsan unit_tests; }
 thread_tests() { labels=unit counted_ctest tsan; }
 windows_build() { build win64 all stage; }
 windows_tests() { counted_ctest win64 tools/in_wine.py; }

@@ -8,6 +8,9 @@ function(quenlox_room room)
   endforeach()
 endfunction()
 
+# Builds the unit tests that this build runs, and nothing else.
+add_custom_target(unit_tests)
+
 # The tests of one room: quenlox_test(<name> SOURCES ... LIBRARIES ... [ALSO_WINDOWS | ONLY_WINDOWS] [THREADS]) makes an
 # executable test_<name>. Portable tests run natively; those that carry platform/win32 or depend on Windows say so and
 # run under Wine. THREADS marks those that ThreadSanitizer has something to find in.
@@ -25,6 +28,7 @@ function(quenlox_test name)
     set(wanted OFF)
   endif()
   if(wanted)
+    add_dependencies(unit_tests test_${name})
     gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120 LABELS unit)
   else()
     set_target_properties(test_${name} PROPERTIES EXCLUDE_FROM_ALL ON)
