@@ -1,0 +1,66 @@
+// The settings file "Quenlox.ini" in the program folder: read once at start into the shared state and the windows'
+// controls, written once at the end. Failures are absorbed: what is missing takes its default. On the user-interface
+// thread.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "text/ini_document.h"
+#include "text/numbers.h"
+
+namespace quenlox {
+
+class FileSystem;
+class FormGra;
+class FormList;
+class FormLyrics;
+class FormOpt;
+class FormTag;
+class MainWindowHandlers;
+struct GlobalState;
+
+inline constexpr std::string_view kSettingsFileName = "Quenlox.ini";
+
+std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key, std::int32_t whenMissing);
+// At most 127 characters, counted in UTF-16 units; a character of two units is left out when only half of it fits.
+std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key, std::string_view whenMissing);
+// The value loses the blanks at both ends.
+void WriteIniString(IniDocument& file, std::string_view section, std::string_view key, std::string_view value);
+
+// Everything that the settings fill and are read back from.
+struct SettingsWindows {
+    GlobalState& state;
+    MainWindowHandlers& top;
+    FormList& list;
+    FormOpt& opt;
+    FormGra& gra;
+    FormLyrics& lyrics;
+    FormTag& tag;
+};
+
+class SettingsFile {
+  public:
+    SettingsFile(FileSystem& files, const SettingsWindows& windows) : files_(files), windows_(windows) {}
+
+    std::string path() const;
+    // A mode is stored one step back and stepped forward by the handler that the user's click calls, which shows it.
+    void LoadSettings();
+    // Every key, in the order of the table; unknown keys and comments of the file stay. False when the file could not be
+    // written, which leaves it as it was. A file that was there and could not be read is not touched.
+    bool SaveSettings();
+
+  private:
+    void loadEqualizer(const IniDocument& file);
+    void afterColumns();
+    void openCurrentFolder();
+
+    FileSystem& files_;
+    SettingsWindows windows_;
+    IniDocument loaded_;
+    bool unreadable_ = false;
+    SplitValues values_;
+};
+
+}  // namespace quenlox
