@@ -77,6 +77,14 @@ void FileListBox::setSelected(int row, bool selected) {
     if (onClick) onClick();
 }
 
+void FileListBox::setSelection(std::vector<bool> selection) {
+    selection.resize(selected_.size(), false);
+    if (selection == selected_) return;
+    selected_ = std::move(selection);
+    changed(Property::Selection);
+    if (onClick) onClick();
+}
+
 void FileListBox::setListIndex(int row) {
     row = std::clamp(row, -1, static_cast<int>(files_.size()) - 1);
     if (row == listIndex_) return;

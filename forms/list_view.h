@@ -74,6 +74,7 @@ class FileListBox : public Control {
     void setFiles(std::vector<std::string> files);  // names without their folder; nothing is selected
     bool selected(int row) const { return row >= 0 && row < static_cast<int>(selected_.size()) && selected_[static_cast<std::size_t>(row)]; }
     void setSelected(int row, bool selected);
+    void setSelection(std::vector<bool> selection);  // of as many rows as there are; one onClick when it differs
     int listIndex() const { return listIndex_; }  // the row with the focus, -1 none
     void setListIndex(int row);
     void refresh() {

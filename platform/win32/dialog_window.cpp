@@ -1,0 +1,383 @@
+#include "platform/win32/dialog_window.h"
+
+#include <algorithm>
+
+#include "forms/form.h"
+#include "platform/win32/menus.h"
+#include "platform/win32/window_system.h"
+
+namespace quenlox::win32 {
+namespace {
+
+// Room around the content in dialog units, as the guidelines for dialogs have it; a window that the user sizes is a
+// working surface and needs less.
+constexpr int kDialogMargin = 7;
+constexpr int kSizeableMargin = 3;
+
+DWORD StyleOf(const Form& form) {
+    if (form.kind() == Form::Kind::Sizeable) return WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+    return WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+}
+
+DWORD ExtendedStyleOf(const Form& form) {
+    return WS_EX_CONTROLPARENT | (form.kind() == Form::Kind::Sizeable ? WS_EX_APPWINDOW : WS_EX_DLGMODALFRAME);
+}
+
+int Margin(const Form& form) { return form.kind() == Form::Kind::Sizeable ? kSizeableMargin : kDialogMargin; }
+
+}  // namespace
+
+DialogWindow::~DialogWindow() = default;
+
+void DialogWindow::create() {
+    createWindow(kDialogClass, StyleOf(*form()), ExtendedStyleOf(*form()), system().hiddenOwner());
+    tooltips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0, 0, 0, 0, handle(), nullptr,
+                                nullptr, nullptr);
+    SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, 400);
+    makeFonts();
+    arranging_ = true;
+    setMenuBar();
+    for (Control* control : form()->controls()) makeControl(*control);
+    placeWindow();
+    arranging_ = false;
+    fitToLayout();
+    arrange();
+    showPages();
+    if (form()->topmost()) formChanged(FormProperty::Topmost);
+    if (form()->visible()) formChanged(FormProperty::Visible);
+}
+
+void DialogWindow::makeControl(Control& control) {
+    auto made = MakeNativeControl(*this, control);
+    if (!made) return;
+    natives_[&control] = std::move(made);
+}
+
+NativeControl* DialogWindow::native(const Control& control) const {
+    const auto found = natives_.find(&control);
+    return found == natives_.end() ? nullptr : found->second.get();
+}
+
+NativeControl* DialogWindow::nativeOf(HWND window) const {
+    for (; window && window != handle(); window = GetParent(window)) {
+        for (const auto& [control, native] : natives_) {
+            if (native->window() == window) return native.get();
+        }
+    }
+    return nullptr;
+}
+
+void DialogWindow::makeFonts() {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi());
+    font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
+    fonts_.clear();
+    HDC dc = GetDC(handle());
+    {
+        const Selected selected(dc, font_.get());
+        constexpr wchar_t kLetters[] = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+        SIZE size{};
+        GetTextExtentPoint32W(dc, kLetters, 52, &size);
+        TEXTMETRICW text{};
+        GetTextMetricsW(dc, &text);
+        units_ = {static_cast<double>(size.cx) / 52 / 4, static_cast<double>(text.tmHeight) / 8};
+    }
+    ReleaseDC(handle(), dc);
+}
+
+HFONT DialogWindow::fontFor(const Font& font) {
+    OwnedFont& made = fonts_[{font.face, {font.points, font.bold}}];
+    if (!made) {
+        made.reset(CreateFontW(-RoundHalfToEven(font.points * dpi() / 72), 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE,
+                               FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                               DEFAULT_PITCH | FF_DONTCARE, Wide(font.face).c_str()));
+    }
+    return made.get();
+}
+
+Size DialogWindow::wish(const Control& control) const {
+    const NativeControl* found = native(control);
+    return found ? found->wish() : Size{};
+}
+
+Rect DialogWindow::content() const {
+    const Size client = clientSize();
+    const int x = RoundHalfToEven(Margin(*form()) * units_.x), y = RoundHalfToEven(Margin(*form()) * units_.y);
+    return {x, y, client.width - 2 * x, client.height - 2 * y};
+}
+
+void DialogWindow::arrange() {
+    if (arranging_ || !attached()) return;
+    arranging_ = true;
+    const Layout layout = form()->layout();
+    if (layout.kind != Layout::Kind::None) {
+        pages_.clear();
+        collectPages(layout);
+        moves_ = BeginDeferWindowPos(static_cast<int>(natives_.size()));
+        Arrange(layout, content(), units_, [this](const Control& control) { return wish(control); });
+        if (moves_) EndDeferWindowPos(moves_);
+        moves_ = nullptr;
+    }
+    arranging_ = false;
+    form()->Form_Resize(clientSize());
+}
+
+void DialogWindow::collectPages(const Layout& layout) {
+    const auto mark = [this](const auto& self, const Layout& part, Page page) -> void {
+        if (part.control) pages_[part.control] = page;
+        for (const Layout& item : part.items) self(self, item, page);
+    };
+    if (layout.kind == Layout::Kind::Pages) {
+        for (std::size_t i = 0; i < layout.items.size(); ++i) {
+            mark(mark, layout.items[i], {layout.control, static_cast<int>(i)});
+        }
+    } else {
+        for (const Layout& item : layout.items) collectPages(item);
+    }
+}
+
+bool DialogWindow::onShownPage(const Control& control) const {
+    const auto found = pages_.find(&control);
+    if (found == pages_.end()) return true;
+    const auto* tabs = dynamic_cast<const TabStrip*>(found->second.tabs);
+    return !tabs || tabs->value() == found->second.number;
+}
+
+void DialogWindow::showPages() {
+    for (const auto& [control, native] : natives_) native->changed(Property::Visible);
+}
+
+Size DialogWindow::frameFor(Size client) const {
+    RECT rect{0, 0, client.width, client.height};
+    AdjustWindowRectExForDpi(&rect, StyleOf(*form()), menu_ ? TRUE : FALSE, ExtendedStyleOf(*form()), dpi());
+    return {static_cast<int>(rect.right - rect.left), static_cast<int>(rect.bottom - rect.top)};
+}
+
+// A dialog is as large as what is in it.
+void DialogWindow::fitToLayout() {
+    if (form()->kind() != Form::Kind::Dialog) return;
+    const Layout layout = form()->layout();
+    if (layout.kind == Layout::Kind::None) return;
+    Size size = Measure(layout, units_, [this](const Control& control) { return wish(control); });
+    size.width += 2 * RoundHalfToEven(kDialogMargin * units_.x);
+    size.height += 2 * RoundHalfToEven(kDialogMargin * units_.y);
+    const Size frame = formSize(frameFor(size));
+    form()->placedByUser(form()->left(), form()->top(), frame.width, frame.height);
+    placeWindow();
+}
+
+Size DialogWindow::windowSize() const {
+    const TwipsPerPixel twips = twipsPerPixel();
+    return {TwipsToPixels(form()->width(), twips.x), TwipsToPixels(form()->height(), twips.y)};
+}
+
+Size DialogWindow::formSize(Size window) const {
+    const TwipsPerPixel twips = twipsPerPixel();
+    return {PixelsToTwips(window.width, twips.x), PixelsToTwips(window.height, twips.y)};
+}
+
+void DialogWindow::formChanged(FormProperty property) {
+    if (!attached()) return;
+    if (property == FormProperty::Menu) setMenuBar();
+    FormWindow::formChanged(property);
+}
+
+void DialogWindow::controlChanged(Control& control, Property property) {
+    if (!attached()) return;
+    FormWindow::controlChanged(control, property);
+    NativeControl* found = native(control);
+    if (!found) {
+        // It has been made after the window.
+        makeControl(control);
+        found = native(control);
+        if (!found) return;
+        found->place(nullptr);
+        found->changed(Property::Visible);
+    }
+    if (property == Property::Bounds && moves_) {
+        found->place(&moves_);
+    } else {
+        found->changed(property);
+    }
+    if (property == Property::Value && attached() && dynamic_cast<TabStrip*>(&control)) showPages();
+    if (property == Property::Items && attached() && dynamic_cast<Toolbar*>(&control)) arrange();
+}
+
+void DialogWindow::controlRemoved(Control& control) {
+    FormWindow::controlRemoved(control);
+    const auto found = natives_.find(&control);
+    if (found == natives_.end()) return;
+    found->second->removed_ = true;
+    DestroyWindow(found->second->window());
+    removed_.push_back(std::move(found->second));
+    natives_.erase(found);
+    pages_.erase(&control);
+}
+
+void DialogWindow::setMenuBar() {
+    const Menu* menu = form()->menuBar();
+    OwnedMenu made = menu ? MakeMenuBar(*menu) : OwnedMenu();
+    SetMenu(handle(), made.get());
+    menu_ = std::move(made);
+}
+
+void DialogWindow::dpiChanged(const RECT& suggested) {
+    makeFonts();
+    for (const auto& [control, native] : natives_) native->fontChanged();
+    SetWindowPos(handle(), nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+                 suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    fitToLayout();
+    arrange();
+}
+
+void DialogWindow::limitSize(MINMAXINFO& info) const {
+    if (form()->kind() != Form::Kind::Sizeable) return;
+    const TwipsPerPixel twips = twipsPerPixel();
+    const Size least = form()->minimumTwips();
+    info.ptMinTrackSize = {TwipsToPixels(least.width, twips.x), TwipsToPixels(least.height, twips.y)};
+}
+
+FormWindow::Result DialogWindow::command(WPARAM w, LPARAM l) {
+    if (l != 0) {
+        if (NativeControl* found = nativeOf(reinterpret_cast<HWND>(l))) found->command(HIWORD(w), LOWORD(w));
+        return 0;
+    }
+    const UINT id = LOWORD(w);
+    if (id == IDCANCEL) {
+        form()->unload();
+    } else if (id == IDOK) {
+        pressDefault();
+    } else if (const Menu* menu = form()->menuBar()) {
+        if (const MenuItem* item = FindMenuItem(*menu, id)) {
+            const MenuItem copy = *item;
+            copy.click();
+        }
+    }
+    return 0;
+}
+
+bool DialogWindow::pressDefault() {
+    NativeControl* focused = nativeOf(GetFocus());
+    if (focused && focused->pressed()) return true;
+    if (!attached()) return true;
+    for (Control* control : form()->controls()) {
+        auto* button = dynamic_cast<CommandButton*>(control);
+        if (!button || !button->isDefault || !button->enabled()) continue;
+        button->click();
+        return true;
+    }
+    return false;
+}
+
+bool DialogWindow::switchTab(bool back) {
+    for (Control* control : form()->controls()) {
+        auto* tabs = dynamic_cast<TabStrip*>(control);
+        if (!tabs || tabs->tabs().empty()) continue;
+        const auto count = static_cast<int>(tabs->tabs().size());
+        tabs->setValue((tabs->value() + (back ? count - 1 : 1)) % count);
+        return true;
+    }
+    return false;
+}
+
+bool DialogWindow::preview(MSG& message) {
+    const bool down = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    const bool up = message.message == WM_KEYUP || message.message == WM_SYSKEYUP;
+    if (down || up) {
+        // The form sees keys before its controls do.
+        key(message.message, message.wParam);
+        if (!attached()) return true;
+    }
+    if (down && (ShiftState() & 6) == 2 && message.wParam == VK_TAB && switchTab(ShiftState() & 1)) return true;
+    if (down) {
+        const NativeControl* focused = nativeOf(GetFocus());
+        if (focused && focused->takesKey(message.wParam)) return false;
+    }
+    return IsDialogMessageW(handle(), &message) != FALSE;
+}
+
+FormWindow::Result DialogWindow::color(HDC dc, HWND window) const {
+    const NativeControl* found = nativeOf(window);
+    if (!found) return {};
+    const Control& control = found->control();
+    const bool ownText = control.foreColor() != Color{}, ownBack = control.backColor() != Color{255, 255, 255};
+    if (!ownText && !ownBack) return {};
+    const bool face = found->isTransparent();
+    const COLORREF back = ownBack ? ToColorRef(control.backColor()) : GetSysColor(face ? COLOR_BTNFACE : COLOR_WINDOW);
+    SetTextColor(dc, ownText ? ToColorRef(control.foreColor()) : GetSysColor(face ? COLOR_BTNTEXT : COLOR_WINDOWTEXT));
+    SetBkColor(dc, back);
+    OwnedBrush& brush = brushes_[back];
+    if (!brush) brush.reset(CreateSolidBrush(back));
+    return reinterpret_cast<LRESULT>(brush.get());
+}
+
+FormWindow::Result DialogWindow::focusChanged(UINT message, WPARAM w) {
+    if (message == WM_ACTIVATE && LOWORD(w) == WA_INACTIVE) {
+        if (IsChild(handle(), GetFocus())) lastFocus_ = GetFocus();
+        return {};
+    }
+    if (message != WM_SETFOCUS) return {};
+    HWND next = IsChild(handle(), lastFocus_) && IsWindowVisible(lastFocus_) && IsWindowEnabled(lastFocus_)
+                    ? lastFocus_
+                    : GetNextDlgTabItem(handle(), nullptr, FALSE);
+    if (next) SetFocus(next);
+    return 0;
+}
+
+FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
+    switch (message) {
+        case WM_COMMAND:
+            return command(w, l);
+        case WM_NOTIFY: {
+            auto& header = *reinterpret_cast<NMHDR*>(l);
+            NativeControl* found = nativeOf(header.hwndFrom);
+            return found ? found->notify(header) : Result{};
+        }
+        case WM_HSCROLL:
+        case WM_VSCROLL:
+            if (NativeControl* found = nativeOf(reinterpret_cast<HWND>(l))) found->scrolled(LOWORD(w));
+            return 0;
+        case WM_DRAWITEM:
+            if (NativeControl* found = nativeOf(reinterpret_cast<const DRAWITEMSTRUCT*>(l)->hwndItem)) {
+                found->draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(l));
+            }
+            return TRUE;
+        case WM_MEASUREITEM:
+            reinterpret_cast<MEASUREITEMSTRUCT*>(l)->itemHeight = static_cast<UINT>(RoundHalfToEven(10 * units_.y));
+            return TRUE;
+        case WM_CTLCOLORSTATIC:
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORLISTBOX:
+            return color(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
+        case WM_CONTEXTMENU:
+            if (NativeControl* found = nativeOf(reinterpret_cast<HWND>(w))) {
+                found->contextMenu({static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))});
+                return 0;
+            }
+            return {};
+        case DM_GETDEFID:
+            return MAKELRESULT(IDOK, DC_HASDEFID);
+        case WM_GETMINMAXINFO:
+            limitSize(*reinterpret_cast<MINMAXINFO*>(l));
+            return 0;
+        case WM_ACTIVATE:
+        case WM_SETFOCUS:
+            return focusChanged(message, w);
+        case WM_DPICHANGED:
+            dpiChanged(*reinterpret_cast<const RECT*>(l));
+            return 0;
+        case WM_SETTINGCHANGE:
+            if (w == SPI_SETNONCLIENTMETRICS) {
+                makeFonts();
+                for (const auto& [control, native] : natives_) native->fontChanged();
+                fitToLayout();
+                arrange();
+            }
+            return {};
+        default:
+            return FormWindow::answer(message, w, l);
+    }
+}
+
+}  // namespace quenlox::win32

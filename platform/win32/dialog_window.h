@@ -1,0 +1,81 @@
+// The window of an ordinary form: a frame, native controls arranged by the form's layout in dialog units of the
+// monitor it is on, and the keyboard of a dialog.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <unordered_map>
+
+#include "forms/layout.h"
+#include "platform/win32/form_window.h"
+#include "platform/win32/native_control.h"
+
+namespace quenlox::win32 {
+
+class DialogWindow : public FormWindow {
+  public:
+    using FormWindow::FormWindow;
+    ~DialogWindow() override;
+    void create() override;
+    void formChanged(FormProperty property) override;
+    void controlChanged(Control& control, Property property) override;
+    void controlRemoved(Control& control) override;
+    bool preview(MSG& message) override;
+
+    // For the native controls.
+    UINT dpi() const { return GetDpiForWindow(handle()); }
+    HFONT font() const { return font_.get(); }
+    HFONT fontFor(const Font& font);  // a font of the form's own choice, at the monitor's resolution
+    DialogUnits units() const { return units_; }
+    bool onShownPage(const Control& control) const;
+    HWND tooltips() const { return tooltips_; }
+    bool alive() const { return attached(); }
+
+  protected:
+    Result answer(UINT message, WPARAM w, LPARAM l) override;
+    Size windowSize() const override;
+    Size formSize(Size window) const override;
+    void sized() override { arrange(); }
+
+  private:
+    NativeControl* native(const Control& control) const;
+    NativeControl* nativeOf(HWND window) const;
+    void makeControl(Control& control);
+    void makeFonts();
+    void arrange();
+    void fitToLayout();
+    Size frameFor(Size client) const;
+    Rect content() const;
+    void collectPages(const Layout& layout);
+    void showPages();
+    void setMenuBar();
+    void dpiChanged(const RECT& suggested);
+    void limitSize(MINMAXINFO& info) const;
+    Result command(WPARAM w, LPARAM l);
+    Result color(HDC dc, HWND window) const;
+    Result focusChanged(UINT message, WPARAM w);
+    bool pressDefault();
+    bool switchTab(bool back);
+    Size wish(const Control& control) const;
+
+    struct Page {
+        const Control* tabs;
+        int number;
+    };
+
+    OwnedFont font_;
+    std::map<std::pair<std::string, std::pair<double, bool>>, OwnedFont> fonts_;
+    mutable std::map<COLORREF, OwnedBrush> brushes_;
+    DialogUnits units_;
+    HWND tooltips_ = nullptr;
+    OwnedMenu menu_;
+    std::unordered_map<const Control*, std::unique_ptr<NativeControl>> natives_;
+    // Controls that the form has removed while one of their messages was being handled.
+    std::vector<std::unique_ptr<NativeControl>> removed_;
+    std::unordered_map<const Control*, Page> pages_;
+    HWND lastFocus_ = nullptr;
+    HDWP moves_ = nullptr;  // while the controls are being arranged
+    bool arranging_ = false;
+};
+
+}  // namespace quenlox::win32

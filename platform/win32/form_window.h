@@ -1,0 +1,98 @@
+// What the windows of skinned and of ordinary forms have in common: life, place on the screen, timers, keys, dropped
+// files and menus. Kept alive by its host and by the message that is being handled.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "forms/control.h"
+#include "platform/win32/win32.h"
+#include "platform/window_host.h"
+
+namespace quenlox::win32 {
+
+class WindowSystemWin32;
+
+class FormWindow : public std::enable_shared_from_this<FormWindow> {
+  public:
+    FormWindow(WindowSystemWin32& system, Form& form);
+    virtual ~FormWindow() = default;
+    FormWindow(const FormWindow&) = delete;
+    FormWindow& operator=(const FormWindow&) = delete;
+
+    static void RegisterClasses();
+    static std::shared_ptr<FormWindow> FromHandle(HWND window);  // null when it is none of ours
+
+    virtual void create() = 0;
+    void detach();  // the form lets go of the window; it is destroyed
+    HWND handle() const { return window_; }
+
+    // As FormHost.
+    virtual void formChanged(FormProperty property);
+    virtual void controlChanged(Control& control, Property property);
+    virtual void controlRemoved(Control& control);
+    virtual void setRegion(const Region& region);
+    virtual void setScale(int factor) { (void)factor; }
+    void invalidate(const Rect& where);
+    virtual void beginDrag();
+    void popup(const Menu& menu, Point at);
+    void bringToFront();
+    Point fromScreen(Point screen) const;
+    Size clientSize() const;
+    TwipsPerPixel twipsPerPixel() const;
+    void captureMouse(bool on);
+
+    // Looks at a message of the loop before it is dispatched; true when it has been dealt with.
+    virtual bool preview(MSG& message);
+
+  protected:
+    using Result = std::optional<LRESULT>;  // nothing: the system's default handling follows
+
+    virtual Result answer(UINT message, WPARAM w, LPARAM l);
+    virtual void sized() {}  // the client area has another size
+    virtual Size windowSize() const = 0;  // of the whole window in pixels, for the size of the form in twips
+    virtual Size formSize(Size window) const = 0;  // the inverse, twips
+    virtual int scale() const { return 1; }
+
+    void createWindow(const wchar_t* className, DWORD style, DWORD extendedStyle, HWND owner);
+    void placeWindow();            // as the form says
+    void tellPlace(bool byUser);   // as the window stands
+    void bringOntoScreen();
+    Form* form() const { return form_; }
+    WindowSystemWin32& system() const { return system_; }
+    bool attached() const { return form_ != nullptr; }
+
+    // Keys, also from the controls of a dialog.
+    bool key(UINT message, WPARAM virtualKey);
+
+  private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
+    void show(bool visible);
+    void setTimer(Timer& timer);
+    void timerDue(WPARAM id);
+    void filesDropped(HDROP drop);
+    Result wheel(WPARAM w, LPARAM l);
+    Result appCommand(LPARAM l);
+    void moving(RECT& rect) const;
+
+    WindowSystemWin32& system_;
+    Form* form_;
+    HWND window_ = nullptr;
+    bool ready_ = false;    // messages of the window's making are no doing of the user
+    bool placing_ = false;  // the place is being set by the program, so it is not reported back
+    bool dragging_ = false;
+    POINT grip_{};          // where the pointer holds the window while it is dragged
+    int wheelRest_ = 0;
+    WPARAM mediaKey_ = 0;   // a media key that has been reported and may come again as a command
+};
+
+// The names of files that were dropped; ends the drop.
+std::vector<std::string> DroppedFiles(HDROP drop, POINT* at);
+// Lets a window receive files, also from an Explorer with fewer rights.
+void AcceptFiles(HWND window);
+
+inline constexpr wchar_t kSkinnedClass[] = L"Quenlox.Skinned";
+inline constexpr wchar_t kDialogClass[] = L"Quenlox.Dialog";
+
+}  // namespace quenlox::win32

@@ -1,0 +1,133 @@
+// Labels, frames and the kinds of buttons.
+#include <algorithm>
+
+#include "forms/form.h"
+#include "platform/win32/dialog_window.h"
+
+namespace quenlox::win32 {
+namespace {
+
+class NativeLabel : public NativeControl {
+  public:
+    NativeLabel(DialogWindow& dialog, Label& label)
+        : NativeControl(dialog, label, {WC_STATICW, static_cast<DWORD>(SS_LEFT | (label.onClick ? SS_NOTIFY : 0))}),
+          label_(label) {}
+    Size wish() const override {
+        const Size text = textSize(Wide(label_.caption()));
+        return {text.width + 2, std::max(text.height, vertical(8))};
+    }
+    void command(WORD code, WORD) override {
+        if (code == STN_CLICKED && label_.onClick) label_.onClick();
+    }
+    bool isTransparent() const override { return true; }
+
+  private:
+    Label& label_;
+};
+
+class NativeFrame : public NativeControl {
+  public:
+    NativeFrame(DialogWindow& dialog, Control& frame) : NativeControl(dialog, frame, {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT}) {}
+    Size wish() const override {
+        return {textSize(Wide(control().caption())).width + horizontal(8), vertical(9)};
+    }
+    bool isTransparent() const override { return true; }
+};
+
+class NativeCommandButton : public NativeControl {
+  public:
+    NativeCommandButton(DialogWindow& dialog, CommandButton& button)
+        : NativeControl(dialog, button,
+                        {WC_BUTTONW, static_cast<DWORD>(WS_TABSTOP | (button.isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON))}),
+          button_(button) {}
+    Size wish() const override {
+        return {std::max(textSize(Wide(button_.caption())).width + horizontal(10), horizontal(50)), vertical(14)};
+    }
+    void command(WORD code, WORD) override {
+        if (code == BN_CLICKED) button_.click();
+    }
+    bool pressed() override {
+        button_.click();
+        return true;
+    }
+
+  private:
+    CommandButton& button_;
+};
+
+// A tick or a dot with its text.
+class NativeMarkButton : public NativeControl {
+  public:
+    NativeMarkButton(DialogWindow& dialog, Control& button, DWORD style) : NativeControl(dialog, button, {WC_BUTTONW, style}) {}
+    Size wish() const override { return {textSize(Wide(control().caption())).width + horizontal(13), vertical(10)}; }
+    void changed(Property property) override {
+        NativeControl::changed(property);
+        if (property == Property::Value) showMark();
+    }
+    bool isTransparent() const override { return true; }
+
+  protected:
+    virtual bool mark() const = 0;
+    void showMark() { send(BM_SETCHECK, mark() ? BST_CHECKED : BST_UNCHECKED); }
+};
+
+class NativeCheckBox : public NativeMarkButton {
+  public:
+    NativeCheckBox(DialogWindow& dialog, CheckBox& box)
+        : NativeMarkButton(dialog, box, WS_TABSTOP | BS_AUTOCHECKBOX), box_(box) {
+        showMark();
+    }
+    void command(WORD code, WORD) override {
+        if (code != BN_CLICKED) return;
+        box_.setValue(send(BM_GETCHECK) == BST_CHECKED ? 1 : 0);
+        if (alive()) showMark();
+    }
+
+  protected:
+    bool mark() const override { return box_.checked(); }
+
+  private:
+    CheckBox& box_;
+};
+
+// The first of a group carries the group's mark for the arrow keys, and so does what follows the group.
+bool BeginsGroup(const OptionButton& button) {
+    const auto& all = button.form().controls();
+    const auto at = std::find(all.begin(), all.end(), &button);
+    if (at == all.begin()) return true;
+    const Control* before = *(at - 1);
+    return !dynamic_cast<const OptionButton*>(before) || before->name() != button.name();
+}
+
+class NativeOptionButton : public NativeMarkButton {
+  public:
+    NativeOptionButton(DialogWindow& dialog, OptionButton& button)
+        : NativeMarkButton(dialog, button, static_cast<DWORD>(BS_AUTORADIOBUTTON | (BeginsGroup(button) ? WS_GROUP | WS_TABSTOP : 0))),
+          button_(button) {
+        showMark();
+    }
+    void command(WORD code, WORD) override {
+        if (code != BN_CLICKED || send(BM_GETCHECK) != BST_CHECKED) return;
+        button_.setValue(true);
+        if (alive()) showMark();
+    }
+
+  protected:
+    bool mark() const override { return button_.value(); }
+
+  private:
+    OptionButton& button_;
+};
+
+}  // namespace
+
+std::unique_ptr<NativeControl> MakeNativeButton(DialogWindow& dialog, Control& control) {
+    if (auto* label = dynamic_cast<Label*>(&control)) return std::make_unique<NativeLabel>(dialog, *label);
+    if (dynamic_cast<Frame*>(&control)) return std::make_unique<NativeFrame>(dialog, control);
+    if (auto* button = dynamic_cast<CommandButton*>(&control)) return std::make_unique<NativeCommandButton>(dialog, *button);
+    if (auto* box = dynamic_cast<CheckBox*>(&control)) return std::make_unique<NativeCheckBox>(dialog, *box);
+    if (auto* option = dynamic_cast<OptionButton*>(&control)) return std::make_unique<NativeOptionButton>(dialog, *option);
+    return nullptr;
+}
+
+}  // namespace quenlox::win32

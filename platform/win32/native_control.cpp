@@ -1,0 +1,137 @@
+#include "platform/win32/native_control.h"
+
+#include <algorithm>
+
+#include "forms/form.h"
+#include "platform/win32/dialog_window.h"
+
+namespace quenlox::win32 {
+
+NativeControl::NativeControl(DialogWindow& dialog, Control& control, Style style) : dialog_(dialog), control_(control) {
+    const auto& all = control.form().controls();
+    const auto position = std::find(all.begin(), all.end(), &control) - all.begin();
+    const DWORD states = (control.enabled() ? 0 : WS_DISABLED);
+    window_ = CreateWindowExW(style.extended, style.className, Wide(control.caption()).c_str(),
+                              WS_CHILD | style.style | states, 0, 0, 0, 0, dialog.handle(),
+                              reinterpret_cast<HMENU>(1000 + position), GetModuleHandleW(nullptr), nullptr);
+    send(WM_SETFONT, reinterpret_cast<WPARAM>(font()), LPARAM{FALSE});
+    NameWindow(window_, control.name(), control.index());
+    if (!control.tooltip().empty()) setTooltip();
+}
+
+NativeControl::~NativeControl() {
+    if (window_ && IsWindow(window_)) DestroyWindow(window_);
+}
+
+bool NativeControl::alive() const { return !removed_ && dialog_.alive(); }
+
+bool NativeControl::shown() const { return control_.visible() && dialog_.onShownPage(control_); }
+
+void NativeControl::changed(Property property) {
+    switch (property) {
+        case Property::Caption: {
+            const Applying guard(*this);
+            SetWindowTextW(window_, Wide(control_.caption()).c_str());
+            break;
+        }
+        case Property::Bounds:
+            place(nullptr);
+            break;
+        case Property::Visible:
+            ShowWindow(window_, shown() ? SW_SHOWNA : SW_HIDE);
+            break;
+        case Property::Enabled:
+            // A disabled window keeps the keyboard, which would then be lost.
+            if (!control_.enabled() && GetFocus() == window_) SendMessageW(dialog_.handle(), WM_NEXTDLGCTL, 0, FALSE);
+            EnableWindow(window_, control_.enabled());
+            break;
+        case Property::Font:
+            fontChanged();
+            break;
+        case Property::Color:
+            InvalidateRect(window_, nullptr, TRUE);
+            break;
+        case Property::Focus:
+            if (shown()) SetFocus(window_);
+            break;
+        case Property::Tooltip:
+            setTooltip();
+            break;
+        default:
+            break;
+    }
+}
+
+void NativeControl::place(HDWP* moves) {
+    const Rect& to = control_.bounds();
+    constexpr UINT kFlags = SWP_NOZORDER | SWP_NOACTIVATE;
+    if (moves && *moves) {
+        *moves = DeferWindowPos(*moves, window_, nullptr, to.left, to.top, to.width, to.height, kFlags);
+    } else {
+        SetWindowPos(window_, nullptr, to.left, to.top, to.width, to.height, kFlags);
+    }
+}
+
+HFONT NativeControl::font() const { return control_.font() == Font{} ? dialog_.font() : dialog_.fontFor(control_.font()); }
+
+void NativeControl::fontChanged() { send(WM_SETFONT, reinterpret_cast<WPARAM>(font()), LPARAM{TRUE}); }
+
+void NativeControl::setTooltip() {
+    std::wstring text = Wide(control_.tooltip());
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = dialog_.handle();
+    tool.uId = reinterpret_cast<UINT_PTR>(window_);
+    tool.lpszText = text.data();
+    SendMessageW(dialog_.tooltips(), hasTooltip_ ? TTM_UPDATETIPTEXTW : TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    hasTooltip_ = true;
+}
+
+std::wstring NativeControl::windowText() const {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window_)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextW(window_, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+Size NativeControl::textSize(const std::wstring& text, int width) const {
+    HDC dc = GetDC(window_);
+    RECT rect{0, 0, width > 0 ? width : 10000, 0};
+    {
+        const Selected selected(dc, font());
+        DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &rect, DT_CALCRECT | (width > 0 ? DT_WORDBREAK : 0u));
+    }
+    ReleaseDC(window_, dc);
+    return {static_cast<int>(rect.right), static_cast<int>(rect.bottom)};
+}
+
+int NativeControl::horizontal(int units) const { return RoundHalfToEven(units * dialog_.units().x); }
+int NativeControl::vertical(int units) const { return RoundHalfToEven(units * dialog_.units().y); }
+
+void NativeControl::subclass() { SetWindowSubclass(window_, Subclass, 1, reinterpret_cast<DWORD_PTR>(this)); }
+
+LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id, DWORD_PTR data) noexcept {
+    auto* native = reinterpret_cast<NativeControl*>(data);
+    if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(window, Subclass, id);
+        return DefSubclassProc(window, message, w, l);
+    }
+    try {
+        const auto keep = native->dialog_.shared_from_this();
+        if (native->alive()) {
+            if (const auto result = native->intercept(message, w, l)) return *result;
+        }
+    } catch (...) {
+    }
+    return DefSubclassProc(window, message, w, l);
+}
+
+std::unique_ptr<NativeControl> MakeNativeControl(DialogWindow& dialog, Control& control) {
+    for (const auto make : {MakeNativeButton, MakeNativeText, MakeNativeSlider, MakeNativePicture, MakeNativeBar,
+                            MakeNativeListBox, MakeNativeListView}) {
+        if (auto made = make(dialog, control)) return made;
+    }
+    return nullptr;
+}
+
+}  // namespace quenlox::win32

@@ -1,0 +1,101 @@
+// A control of an ordinary form as a window of the system. The state of the form's control is the truth: a change of it
+// is brought to the window, and what the user does at the window goes into it. What the program itself brings to the
+// window is not taken for the user's doing.
+#pragma once
+
+
+#include <memory>
+#include <optional>
+
+#include "forms/control.h"
+#include "platform/win32/win32.h"
+
+namespace quenlox::win32 {
+
+class DialogWindow;
+
+class NativeControl {
+  public:
+    virtual ~NativeControl();
+    NativeControl(const NativeControl&) = delete;
+    NativeControl& operator=(const NativeControl&) = delete;
+
+    HWND window() const { return window_; }
+    Control& control() const { return control_; }
+
+    // A change of the control's state. A class handles what is special to it and leaves the rest to this one.
+    virtual void changed(Property property);
+    // Size in pixels where the layout names none.
+    virtual Size wish() const = 0;
+    virtual void command(WORD code, WORD id) { (void)code, (void)id; }  // WM_COMMAND
+    virtual std::optional<LRESULT> notify(NMHDR& header) { return (void)header, std::nullopt; }
+    virtual void scrolled(WORD code) { (void)code; }                   // WM_HSCROLL, WM_VSCROLL
+    virtual void draw(const DRAWITEMSTRUCT& item) { (void)item; }      // WM_DRAWITEM
+    virtual bool takesKey(WPARAM key) const { return (void)key, false; }  // a key that the dialog would take
+    virtual bool pressed() { return false; }                           // Enter on a button
+    virtual void contextMenu(POINT screen) { (void)screen; }
+    virtual void fontChanged();
+    virtual bool isTransparent() const { return false; }               // lies on the background of the window
+    void place(HDWP* moves);
+    bool shown() const;
+    bool alive() const;  // the form still has this control
+
+  protected:
+    struct Style {
+        const wchar_t* className;
+        DWORD style = 0;
+        DWORD extended = 0;
+    };
+    NativeControl(DialogWindow& dialog, Control& control, Style style);
+
+    // While one of these lives, messages of the window are echoes of the program's own doing.
+    class Applying {
+      public:
+        explicit Applying(NativeControl& native) : native_(native), before_(native.applying_) { native.applying_ = true; }
+        ~Applying() { native_.applying_ = before_; }
+        Applying(const Applying&) = delete;
+        Applying& operator=(const Applying&) = delete;
+
+      private:
+        NativeControl& native_;
+        bool before_;
+    };
+    bool applying() const { return applying_; }
+
+    DialogWindow& dialog() const { return dialog_; }
+    HFONT font() const;
+    LRESULT send(UINT message, WPARAM w = 0, LPARAM l = 0) const { return SendMessageW(window_, message, w, l); }
+    LRESULT send(UINT message, WPARAM w, const void* l) const { return send(message, w, reinterpret_cast<LPARAM>(l)); }
+    std::wstring windowText() const;
+    Size textSize(const std::wstring& text, int width = 0) const;  // width: where lines are broken
+    int horizontal(int units) const;                               // dialog units to pixels
+    int vertical(int units) const;
+    void subclass();                                               // messages of the window then come to intercept()
+    virtual std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) { return (void)message, (void)w, (void)l, std::nullopt; }
+
+  private:
+    friend class DialogWindow;
+    static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id, DWORD_PTR data) noexcept;
+    void setTooltip();
+
+    DialogWindow& dialog_;
+    Control& control_;
+    HWND window_ = nullptr;
+    bool applying_ = false;
+    bool removed_ = false;
+    bool hasTooltip_ = false;
+};
+
+// Null for what has no window: timers.
+std::unique_ptr<NativeControl> MakeNativeControl(DialogWindow& dialog, Control& control);
+
+// One maker for each kind, beside its class; null when the control is of another kind.
+std::unique_ptr<NativeControl> MakeNativeButton(DialogWindow& dialog, Control& control);     // also labels and frames
+std::unique_ptr<NativeControl> MakeNativeText(DialogWindow& dialog, Control& control);       // text and combo boxes
+std::unique_ptr<NativeControl> MakeNativeSlider(DialogWindow& dialog, Control& control);     // also the progress bar
+std::unique_ptr<NativeControl> MakeNativePicture(DialogWindow& dialog, Control& control);
+std::unique_ptr<NativeControl> MakeNativeBar(DialogWindow& dialog, Control& control);        // toolbar and tabs
+std::unique_ptr<NativeControl> MakeNativeListBox(DialogWindow& dialog, Control& control);    // files, folders, drives
+std::unique_ptr<NativeControl> MakeNativeListView(DialogWindow& dialog, Control& control);
+
+}  // namespace quenlox::win32

@@ -1,0 +1,120 @@
+#include "platform/win32/native_list_drag.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace quenlox::win32 {
+namespace {
+
+constexpr UINT_PTR kScrollTimer = 0x51;
+constexpr UINT kScrollIntervalMs = 60;
+constexpr int kMarkThickness = 2;
+
+RECT RowRect(HWND list, int row) {
+    RECT rect{};
+    rect.left = LVIR_BOUNDS;
+    SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&rect));
+    return rect;
+}
+
+int Count(HWND list) { return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)); }
+
+}  // namespace
+
+void NativeListDrag::begin(HWND list, std::function<void(int before)> drop) {
+    list_ = list;
+    before_ = -1;
+    drop_ = std::move(drop);
+    SetCapture(list);
+    SetTimer(list, kScrollTimer, kScrollIntervalMs, nullptr);
+}
+
+int NativeListDrag::markHeight(int before) const {
+    const int count = Count(list_);
+    return before < count ? RowRect(list_, before).top : RowRect(list_, count - 1).bottom - kMarkThickness;
+}
+
+void NativeListDrag::setMark(int before) {
+    if (before == before_) return;
+    for (const int row : {std::exchange(before_, before), before}) {
+        if (row < 0) continue;
+        const int y = markHeight(row);
+        RECT rect{};
+        GetClientRect(list_, &rect);
+        rect.top = y - kMarkThickness;
+        rect.bottom = y + 2 * kMarkThickness;
+        InvalidateRect(list_, &rect, FALSE);
+    }
+}
+
+void NativeListDrag::follow(POINT at) {
+    const int count = Count(list_);
+    if (count == 0) return;
+    const auto top = static_cast<int>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0));
+    const RECT first = RowRect(list_, top);
+    const int height = std::max<int>(1, first.bottom - first.top);
+    // The border between two rows that is nearest to the pointer.
+    const int rows = (at.y - first.top + height / 2) / height;
+    setMark(std::clamp(top + std::max(rows, 0), 0, count));
+}
+
+void NativeListDrag::end(bool dropped) {
+    HWND list = list_;
+    const int before = before_;
+    setMark(-1);
+    list_ = nullptr;
+    KillTimer(list, kScrollTimer);
+    if (GetCapture() == list) ReleaseCapture();
+    const auto drop = std::exchange(drop_, nullptr);
+    if (dropped && before >= 0 && drop) drop(before);
+}
+
+std::optional<LRESULT> NativeListDrag::intercept(UINT message, WPARAM w, LPARAM l) {
+    switch (message) {
+        case WM_MOUSEMOVE:
+            follow({GET_X_LPARAM(l), GET_Y_LPARAM(l)});
+            return 0;
+        case WM_LBUTTONUP:
+            end(true);
+            return 0;
+        case WM_RBUTTONDOWN:
+            end(false);
+            return 0;
+        case WM_KEYDOWN:
+            if (w != VK_ESCAPE) return {};
+            end(false);
+            return 0;
+        case WM_CAPTURECHANGED:
+            end(false);
+            return {};
+        case WM_TIMER: {
+            if (w != kScrollTimer) return {};
+            POINT at{};
+            GetCursorPos(&at);
+            ScreenToClient(list_, &at);
+            RECT client{};
+            GetClientRect(list_, &client);
+            const RECT row = RowRect(list_, static_cast<int>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0)));
+            const int height = row.bottom - row.top;
+            if (at.y < row.top) SendMessageW(list_, LVM_SCROLL, 0, -height);
+            if (at.y >= client.bottom) SendMessageW(list_, LVM_SCROLL, 0, height);
+            if (at.y < row.top || at.y >= client.bottom) follow(at);
+            return 0;
+        }
+        default:
+            return {};
+    }
+}
+
+void NativeListDrag::paintMark(HDC dc) const {
+    if (!list_ || before_ < 0) return;
+    RECT rect{};
+    GetClientRect(list_, &rect);
+    rect.top = markHeight(before_);
+    rect.bottom = rect.top + kMarkThickness;
+    FillRect(dc, &rect, GetSysColorBrush(COLOR_HIGHLIGHT));
+}
+
+}  // namespace quenlox::win32

@@ -1,0 +1,317 @@
+#include "platform/win32/native_list_view.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+#include "platform/win32/dialog_window.h"
+
+namespace quenlox::win32 {
+namespace {
+
+constexpr DWORD kStyle = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS;
+constexpr DWORD kExtendedStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
+// From so many changed rows on the list is not drawn between them.
+constexpr std::size_t kManyRows = 32;
+
+}  // namespace
+
+NativeListView::NativeListView(DialogWindow& dialog, ListView& view)
+    : NativeControl(dialog, view, {WC_LISTVIEWW, kStyle, WS_EX_CLIENTEDGE}), view_(view) {
+    send(LVM_SETEXTENDEDLISTVIEWSTYLE, kExtendedStyle, LPARAM{kExtendedStyle});
+    makeBoldFont();
+    subclass();
+    if (view.onFilesDropped) AcceptFiles(window());
+    showColumns();
+    showRowCount();
+}
+
+void NativeListView::makeBoldFont() {
+    LOGFONTW look{};
+    GetObjectW(font(), sizeof look, &look);
+    look.lfWeight = FW_BOLD;
+    bold_.reset(CreateFontIndirectW(&look));
+}
+
+int NativeListView::scaled(int pixelsAt96) const { return MulDiv(pixelsAt96, static_cast<int>(dialog().dpi()), 96); }
+
+Size NativeListView::wish() const { return {horizontal(180), vertical(100)}; }
+
+void NativeListView::fontChanged() {
+    NativeControl::fontChanged();
+    makeBoldFont();
+    columns_.clear();
+    showColumns();
+}
+
+void NativeListView::changed(Property property) {
+    switch (property) {
+        case Property::Items:
+            showColumns();
+            break;
+        case Property::Range:
+            showRowCount();
+            break;
+        case Property::Selection:
+            showSelection();
+            break;
+        case Property::Value:
+            showFocus();
+            break;
+        case Property::Picture:
+            send(LVM_REDRAWITEMS, static_cast<WPARAM>(view_.firstChanged()), static_cast<LPARAM>(view_.lastChanged()));
+            break;
+        case Property::Scroll:
+            send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(view_.rowToShow()), LPARAM{FALSE});
+            break;
+        default:
+            NativeControl::changed(property);
+    }
+}
+
+void NativeListView::showColumns() {
+    const Applying guard(*this);
+    const auto& wanted = view_.columns();
+    while (columns_.size() > wanted.size()) {
+        columns_.pop_back();
+        send(LVM_DELETECOLUMN, columns_.size());
+    }
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        const bool isNew = i >= columns_.size();
+        if (!isNew && columns_[i] == wanted[i]) continue;
+        std::wstring title = Wide(wanted[i].title);
+        LVCOLUMNW column{};
+        column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
+        column.pszText = title.data();
+        column.cx = scaled(wanted[i].width);
+        column.fmt = wanted[i].rightAligned ? LVCFMT_RIGHT : LVCFMT_LEFT;
+        column.iSubItem = static_cast<int>(i);
+        send(isNew && static_cast<int>(i) >= Header_GetItemCount(ListView_GetHeader(window())) ? LVM_INSERTCOLUMNW : LVM_SETCOLUMNW,
+             i, &column);
+    }
+    columns_ = wanted;
+}
+
+void NativeListView::showRowCount() {
+    const Applying guard(*this);
+    send(LVM_SETITEMCOUNT, static_cast<WPARAM>(view_.rowCount()), LPARAM{LVSICF_NOSCROLL});
+    shown_.resize(static_cast<std::size_t>(view_.rowCount()), false);
+    showSelection();
+    showFocus();
+    InvalidateRect(window(), nullptr, TRUE);
+}
+
+void NativeListView::showSelection() {
+    const std::vector<bool>& wanted = view_.selection();
+    if (applying() && shown_ == wanted) return;
+    const Applying guard(*this);
+    std::size_t different = 0;
+    for (std::size_t i = 0; i < shown_.size(); ++i) different += shown_[i] != wanted[i];
+    if (different == 0) return;
+    if (different >= kManyRows) send(WM_SETREDRAW, FALSE);
+    const auto set = [this](int row, bool selected) {
+        LVITEMW item{};
+        item.stateMask = LVIS_SELECTED;
+        item.state = selected ? static_cast<UINT>(LVIS_SELECTED) : 0u;
+        send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), &item);
+    };
+    const int selectedCount = view_.selectedCount();
+    if (different >= kManyRows && selectedCount <= view_.rowCount() / 2) {
+        // Fewer steps from none selected than from what is shown.
+        set(-1, false);
+        std::fill(shown_.begin(), shown_.end(), false);
+    } else if (different >= kManyRows) {
+        set(-1, true);
+        std::fill(shown_.begin(), shown_.end(), true);
+    }
+    for (std::size_t i = 0; i < shown_.size(); ++i) {
+        if (shown_[i] != wanted[i]) set(static_cast<int>(i), wanted[i]);
+    }
+    shown_ = wanted;
+    if (different >= kManyRows) {
+        send(WM_SETREDRAW, TRUE);
+        InvalidateRect(window(), nullptr, TRUE);
+    }
+}
+
+void NativeListView::showFocus() {
+    const auto shown = static_cast<int>(send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LPARAM{LVNI_FOCUSED}));
+    if (shown == view_.focusedRow()) return;
+    const Applying guard(*this);
+    LVITEMW item{};
+    item.stateMask = LVIS_FOCUSED;
+    item.state = view_.focusedRow() >= 0 ? static_cast<UINT>(LVIS_FOCUSED) : 0u;
+    send(LVM_SETITEMSTATE, static_cast<WPARAM>(view_.focusedRow() >= 0 ? view_.focusedRow() : shown), &item);
+}
+
+void NativeListView::takeItemChange(const NMLISTVIEW& change) {
+    if (!(change.uChanged & LVIF_STATE)) return;
+    const bool now = change.uNewState & LVIS_SELECTED;
+    const bool selectionChanged = ((change.uNewState ^ change.uOldState) & LVIS_SELECTED) != 0;
+    if (change.iItem < 0) {
+        // All rows at once; what the old state was is not told.
+        std::fill(shown_.begin(), shown_.end(), now);
+        view_.selectAll(now);
+        return;
+    }
+    const auto row = static_cast<std::size_t>(change.iItem);
+    if (row >= shown_.size()) return;
+    if ((change.uNewState & LVIS_FOCUSED) && !(change.uOldState & LVIS_FOCUSED)) view_.setFocusedRow(change.iItem);
+    if (!alive() || !selectionChanged) return;
+    shown_[row] = now;
+    view_.setSelected(change.iItem, now);
+}
+
+void NativeListView::takeRange(const NMLVODSTATECHANGE& change) {
+    if (!((change.uNewState ^ change.uOldState) & LVIS_SELECTED)) return;
+    const bool now = change.uNewState & LVIS_SELECTED;
+    const int last = std::min(change.iTo, static_cast<int>(shown_.size()) - 1);
+    for (int i = std::max(change.iFrom, 0); i <= last; ++i) shown_[static_cast<std::size_t>(i)] = now;
+    view_.setSelection(shown_);
+}
+
+void NativeListView::takeColumnWidth(const NMHEADERW& change) {
+    if (applying() || !change.pitem || !(change.pitem->mask & HDI_WIDTH)) return;
+    const auto column = static_cast<std::size_t>(change.iItem);
+    if (column >= columns_.size()) return;
+    const int width = MulDiv(change.pitem->cxy, 96, static_cast<int>(dialog().dpi()));
+    columns_[column].width = width;
+    view_.setColumnWidth(change.iItem, width);
+}
+
+void NativeListView::giveText(NMLVDISPINFOW& info) const {
+    LVITEMW& item = info.item;
+    if (!(item.mask & LVIF_TEXT) || item.cchTextMax <= 0) return;
+    if (!view_.textOf || item.iItem < 0 || item.iItem >= view_.rowCount()) {
+        item.pszText[0] = L'\0';
+        return;
+    }
+    lstrcpynW(item.pszText, Wide(view_.textOf(item.iItem, item.iSubItem)).c_str(), item.cchTextMax);
+}
+
+LRESULT NativeListView::findRow(const NMLVFINDITEMW& search) const {
+    if (!view_.find || !(search.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || !search.lvfi.psz) return -1;
+    return view_.find(Narrow(search.lvfi.psz), search.iStart);
+}
+
+LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
+    switch (draw.nmcd.dwDrawStage) {
+        case CDDS_PREPAINT:
+            return CDRF_NOTIFYITEMDRAW | (drag_.active() ? CDRF_NOTIFYPOSTPAINT : 0);
+        case CDDS_ITEMPREPAINT: {
+            const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
+            if (!view_.marked || row >= view_.rowCount() || !view_.marked(row)) return CDRF_DODEFAULT;
+            SelectObject(draw.nmcd.hdc, bold_.get());
+            return CDRF_NEWFONT;
+        }
+        case CDDS_POSTPAINT:
+            drag_.paintMark(draw.nmcd.hdc);
+            return CDRF_DODEFAULT;
+        default:
+            return CDRF_DODEFAULT;
+    }
+}
+
+std::optional<LRESULT> NativeListView::notify(NMHDR& header) {
+    switch (header.code) {
+        case static_cast<UINT>(LVN_GETDISPINFOW):
+            giveText(reinterpret_cast<NMLVDISPINFOW&>(header));
+            return 0;
+        case static_cast<UINT>(LVN_ODFINDITEMW):
+            return findRow(reinterpret_cast<NMLVFINDITEMW&>(header));
+        case static_cast<UINT>(NM_CUSTOMDRAW):
+            return customDraw(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
+        case static_cast<UINT>(LVN_ITEMCHANGED):
+            if (!applying()) takeItemChange(reinterpret_cast<NMLISTVIEW&>(header));
+            return 0;
+        case static_cast<UINT>(LVN_ODSTATECHANGED):
+            if (!applying()) takeRange(reinterpret_cast<NMLVODSTATECHANGE&>(header));
+            return 0;
+        case static_cast<UINT>(LVN_COLUMNCLICK):
+            if (view_.onColumnClick) view_.onColumnClick(reinterpret_cast<NMLISTVIEW&>(header).iSubItem);
+            return 0;
+        case static_cast<UINT>(NM_DBLCLK): {
+            const int row = reinterpret_cast<NMITEMACTIVATE&>(header).iItem;
+            if (row >= 0 && view_.onDoubleClick) view_.onDoubleClick(row);
+            return 0;
+        }
+        case static_cast<UINT>(LVN_KEYDOWN):
+            if (view_.onKeyDown) view_.onKeyDown(reinterpret_cast<NMLVKEYDOWN&>(header).wVKey, ShiftState());
+            return 0;
+        case static_cast<UINT>(LVN_BEGINDRAG):
+            if (view_.onRowsDragged) {
+                drag_.begin(window(), [this](int before) {
+                    if (view_.onRowsDragged) view_.onRowsDragged(before);
+                });
+            }
+            return 0;
+        default:
+            return {};
+    }
+}
+
+bool NativeListView::takesKey(WPARAM key) const {
+    // Escape ends a drag before it closes the window.
+    return key == VK_ESCAPE && drag_.active();
+}
+
+bool NativeListView::pressed() {
+    const int row = view_.focusedRow();
+    if (row < 0 || !view_.onDoubleClick) return false;
+    view_.onDoubleClick(row);
+    return true;
+}
+
+void NativeListView::contextMenu(POINT screen) {
+    if (!view_.onMouseDown) return;
+    POINT at = screen;
+    if (screen.x == -1 && screen.y == -1) {
+        // Asked for by a key: at the row with the focus.
+        RECT row{};
+        row.left = LVIR_LABEL;
+        if (view_.focusedRow() >= 0) send(LVM_GETITEMRECT, static_cast<WPARAM>(view_.focusedRow()), &row);
+        at = {row.left, row.bottom};
+    } else {
+        ScreenToClient(window(), &at);
+    }
+    view_.onMouseDown(2, ShiftState(), {static_cast<int>(at.x), static_cast<int>(at.y)});
+}
+
+std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM l) {
+    if (drag_.active()) {
+        if (const auto result = drag_.intercept(message, w, l)) return result;
+    }
+    switch (message) {
+        case WM_DROPFILES: {
+            const std::vector<std::string> files = DroppedFiles(reinterpret_cast<HDROP>(w), nullptr);
+            if (view_.onFilesDropped) view_.onFilesDropped(files);
+            return 0;
+        }
+        case WM_LBUTTONDOWN: {
+            // The list view chooses the row first; it returns when the button is up or a drag has begun.
+            const LRESULT result = DefSubclassProc(window(), message, w, l);
+            if (alive() && view_.onMouseDown) view_.onMouseDown(1, ShiftState(), {GET_X_LPARAM(l), GET_Y_LPARAM(l)});
+            return result;
+        }
+        case WM_KEYDOWN:
+            if (w == 'A' && ShiftState() == 2) {
+                view_.selectAll(true);
+                return 0;
+            }
+            return {};
+        case WM_NOTIFY: {
+            const auto& header = *reinterpret_cast<const NMHDR*>(l);
+            if (header.code == static_cast<UINT>(HDN_ITEMCHANGEDW)) takeColumnWidth(*reinterpret_cast<const NMHEADERW*>(l));
+            return {};
+        }
+        default:
+            return {};
+    }
+}
+
+std::unique_ptr<NativeControl> MakeNativeListView(DialogWindow& dialog, Control& control) {
+    if (auto* view = dynamic_cast<ListView*>(&control)) return std::make_unique<NativeListView>(dialog, *view);
+    return nullptr;
+}
+
+}  // namespace quenlox::win32

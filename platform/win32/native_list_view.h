@@ -1,0 +1,48 @@
+// The list of many rows: a virtual list view that asks for the texts of the rows it shows. Kept apart from dragging
+// (native_list_drag.h) because that has a state of its own.
+#pragma once
+
+#include <vector>
+
+#include "forms/list_view.h"
+#include "platform/win32/native_control.h"
+#include "platform/win32/native_list_drag.h"
+
+namespace quenlox::win32 {
+
+class NativeListView : public NativeControl {
+  public:
+    NativeListView(DialogWindow& dialog, ListView& view);
+    void changed(Property property) override;
+    Size wish() const override;
+    std::optional<LRESULT> notify(NMHDR& header) override;
+    bool takesKey(WPARAM key) const override;
+    bool pressed() override;
+    void contextMenu(POINT screen) override;
+    void fontChanged() override;
+
+  protected:
+    std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) override;
+
+  private:
+    void showColumns();
+    void showRowCount();
+    void showSelection();
+    void showFocus();
+    void takeItemChange(const NMLISTVIEW& change);
+    void takeRange(const NMLVODSTATECHANGE& change);
+    void takeColumnWidth(const NMHEADERW& change);
+    void giveText(NMLVDISPINFOW& info) const;
+    LRESULT findRow(const NMLVFINDITEMW& search) const;
+    LRESULT customDraw(NMLVCUSTOMDRAW& draw);
+    void makeBoldFont();
+    int scaled(int pixelsAt96) const;
+
+    ListView& view_;
+    std::vector<ListView::Column> columns_;  // as the window has them
+    std::vector<bool> shown_;                // which rows of the window are selected
+    OwnedFont bold_;
+    NativeListDrag drag_;
+};
+
+}  // namespace quenlox::win32

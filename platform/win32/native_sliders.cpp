@@ -1,0 +1,74 @@
+// Scroll bars, shown as the system's sliders, which the keyboard and the wheel move; and progress bars.
+#include "platform/win32/dialog_window.h"
+
+namespace quenlox::win32 {
+namespace {
+
+class NativeSlider : public NativeControl {
+  public:
+    NativeSlider(DialogWindow& dialog, ScrollBar& bar)
+        : NativeControl(dialog, bar,
+                        {TRACKBAR_CLASSW, static_cast<DWORD>(WS_TABSTOP | TBS_NOTICKS | TBS_BOTH |
+                                                             (IsVertical(bar) ? TBS_VERT : TBS_HORZ))}),
+          bar_(bar) {
+        showRange();
+    }
+    Size wish() const override {
+        return IsVertical(bar_) ? Size{horizontal(16), vertical(70)} : Size{horizontal(90), vertical(15)};
+    }
+    void changed(Property property) override {
+        NativeControl::changed(property);
+        if (property == Property::Range) showRange();
+        if (property == Property::Value) showValue();
+    }
+    void scrolled(WORD code) override {
+        const auto value = static_cast<int>(send(TBM_GETPOS));
+        if (code == TB_THUMBTRACK) {
+            bar_.drag(value);
+        } else {
+            bar_.setValue(value);
+        }
+    }
+
+  private:
+    static bool IsVertical(const ScrollBar& bar) { return bar.direction() == ScrollBar::Direction::Vertical; }
+    void showRange() {
+        send(TBM_SETRANGEMIN, FALSE, bar_.minimum());
+        send(TBM_SETRANGEMAX, TRUE, bar_.maximum());
+        send(TBM_SETPAGESIZE, 0, bar_.largeChange);
+        showValue();
+    }
+    void showValue() {
+        if (send(TBM_GETPOS) != bar_.value()) send(TBM_SETPOS, TRUE, bar_.value());
+    }
+
+    ScrollBar& bar_;
+};
+
+class NativeProgressBar : public NativeControl {
+  public:
+    NativeProgressBar(DialogWindow& dialog, ProgressBar& bar) : NativeControl(dialog, bar, {PROGRESS_CLASSW, PBS_SMOOTH}), bar_(bar) {
+        send(PBM_SETRANGE32, 0, LPARAM{1000});
+        showValue();
+    }
+    Size wish() const override { return {horizontal(110), vertical(9)}; }
+    void changed(Property property) override {
+        NativeControl::changed(property);
+        if (property == Property::Value) showValue();
+    }
+
+  private:
+    void showValue() { send(PBM_SETPOS, static_cast<WPARAM>(bar_.value())); }
+
+    ProgressBar& bar_;
+};
+
+}  // namespace
+
+std::unique_ptr<NativeControl> MakeNativeSlider(DialogWindow& dialog, Control& control) {
+    if (auto* bar = dynamic_cast<ScrollBar*>(&control)) return std::make_unique<NativeSlider>(dialog, *bar);
+    if (auto* bar = dynamic_cast<ProgressBar*>(&control)) return std::make_unique<NativeProgressBar>(dialog, *bar);
+    return nullptr;
+}
+
+}  // namespace quenlox::win32

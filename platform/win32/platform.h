@@ -1,0 +1,35 @@
+// Makes the services of platform/ on Windows. The composition root owns what it gets from here.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/dialogs.h"
+#include "platform/file_system.h"
+#include "platform/gogo.h"
+#include "platform/media_control.h"
+#include "platform/mixer.h"
+#include "platform/shell.h"
+#include "platform/text_painter.h"
+#include "platform/vbmp3.h"
+#include "platform/window_host.h"
+
+namespace quenlox {
+
+std::unique_ptr<WindowSystem> MakeWindowSystem();
+std::unique_ptr<TextPainter> MakeTextPainter();
+std::unique_ptr<Dialogs> MakeDialogs();
+std::unique_ptr<FileSystem> MakeFileSystem();
+std::unique_ptr<MediaControl> MakeMediaControl();
+std::unique_ptr<Mixer> MakeMixer();
+std::unique_ptr<Shell> MakeShell();
+
+// Loads vbmp3.dll from `folder`. Null when it is not there or lacks an operation.
+std::unique_ptr<Vbmp3> LoadVbmp3(const std::string& folder);
+// Loads gogo.dll from `folder`; when it is not there, available() is false and every operation fails.
+std::unique_ptr<Gogo> LoadGogo(const std::string& folder);
+
+// The command line of the process after the name of the program, as it was typed.
+std::string CommandLineText();
+
+}  // namespace quenlox

@@ -1,0 +1,258 @@
+#include "platform/win32/skinned_window.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+#include "forms/form.h"
+#include "platform/win32/paint.h"
+#include "platform/win32/window_system.h"
+
+namespace quenlox::win32 {
+namespace {
+
+constexpr WPARAM kTrayIconId = 1;
+
+// The union of the rectangles, for lists that the system does not take as they are.
+HRGN UniteOneByOne(const Region& region, int k) {
+    HRGN whole = CreateRectRgn(0, 0, 0, 0);
+    for (const Rect& r : region) {
+        const Owned<HRGN, detail::CloseObject<HRGN>> part(CreateRectRgn(r.left * k, r.top * k, r.right() * k, r.bottom() * k));
+        CombineRgn(whole, whole, part.get(), RGN_OR);
+    }
+    return whole;
+}
+
+HRGN MakeRegion(const Region& region, int k) {
+    if (region.empty()) return CreateRectRgn(0, 0, 0, 0);
+    std::vector<char> bytes(sizeof(RGNDATAHEADER) + region.size() * sizeof(RECT));
+    auto* data = reinterpret_cast<RGNDATA*>(bytes.data());
+    auto* rects = reinterpret_cast<RECT*>(data->Buffer);
+    Rect bound;
+    for (std::size_t i = 0; i < region.size(); ++i) {
+        const Rect r{region[i].left * k, region[i].top * k, region[i].width * k, region[i].height * k};
+        rects[i] = ToRect(r);
+        bound = Unite(bound, r);
+    }
+    data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(region.size()),
+                 static_cast<DWORD>(region.size() * sizeof(RECT)), ToRect(bound)};
+    HRGN made = ExtCreateRegion(nullptr, static_cast<DWORD>(bytes.size()), data);
+    return made ? made : UniteOneByOne(region, k);
+}
+
+}  // namespace
+
+void SkinnedWindow::create() {
+    createWindow(kSkinnedClass, WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX, WS_EX_APPWINDOW, nullptr);
+    makeTooltip();
+    placeWindow();
+    if (form()->topmost()) formChanged(FormProperty::Topmost);
+    if (form()->visible()) formChanged(FormProperty::Visible);
+}
+
+Size SkinnedWindow::windowSize() const {
+    const TwipsPerPixel twips = twipsPerPixel();
+    return {TwipsToPixels(form()->width(), twips.x) * scale_, TwipsToPixels(form()->height(), twips.y) * scale_};
+}
+
+Size SkinnedWindow::formSize(Size window) const {
+    const TwipsPerPixel twips = twipsPerPixel();
+    return {PixelsToTwips(window.width / scale_, twips.x), PixelsToTwips(window.height / scale_, twips.y)};
+}
+
+void SkinnedWindow::formChanged(FormProperty property) {
+    FormWindow::formChanged(property);
+    if (property == FormProperty::Place && attached()) InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void SkinnedWindow::controlChanged(Control& control, Property property) {
+    FormWindow::controlChanged(control, property);
+    if (!attached() || dynamic_cast<Timer*>(&control)) return;
+    if (property == Property::Focus || property == Property::Tooltip) return;
+    // Where it was before a move is not known here.
+    if (property == Property::Bounds) {
+        InvalidateRect(handle(), nullptr, FALSE);
+    } else {
+        invalidate(control.bounds());
+    }
+}
+
+void SkinnedWindow::setRegion(const Region& region) {
+    region_ = region;
+    hasRegion_ = true;
+    applyRegion();
+}
+
+void SkinnedWindow::applyRegion() {
+    if (!hasRegion_) return;
+    HRGN made = MakeRegion(region_, scale_);
+    if (!SetWindowRgn(handle(), made, TRUE)) DeleteObject(made);  // after success it belongs to the system
+}
+
+void SkinnedWindow::setScale(int factor) {
+    factor = std::clamp(factor, 1, 4);
+    if (factor == scale_ || !attached()) return;
+    scale_ = factor;
+    placeWindow();
+    applyRegion();
+    if (IsWindowVisible(handle())) bringOntoScreen();
+    InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void SkinnedWindow::beginDrag() {
+    held_ = 0;  // the system takes the mouse and keeps the release to itself
+    FormWindow::beginDrag();
+}
+
+void SkinnedWindow::makeTooltip() {
+    tooltip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
+                               handle(), nullptr, nullptr, nullptr);
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.hwnd = handle();
+    tool.lpszText = LPSTR_TEXTCALLBACKW;
+    SendMessageW(tooltip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(tooltip_, TTM_SETMAXTIPWIDTH, 0, 400);
+    sized();
+}
+
+void SkinnedWindow::sized() {
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.hwnd = handle();
+    GetClientRect(handle(), &tool.rect);
+    SendMessageW(tooltip_, TTM_NEWTOOLRECTW, 0, reinterpret_cast<LPARAM>(&tool));
+    const Size client = clientSize();
+    form()->Form_Resize(client);
+}
+
+void SkinnedWindow::relayToTooltip(UINT message, WPARAM w, LPARAM l) {
+    if (message == WM_MOUSEMOVE) {
+        std::wstring tip = Wide(form()->Form_TooltipAt({GET_X_LPARAM(l) / scale_, GET_Y_LPARAM(l) / scale_}));
+        if (tip != tip_) {
+            // Another thing is under the pointer: its own waiting time begins.
+            tip_ = std::move(tip);
+            SendMessageW(tooltip_, TTM_POP, 0, 0);
+        }
+    }
+    MSG relayed{};
+    relayed.hwnd = handle();
+    relayed.message = message;
+    relayed.wParam = w;
+    relayed.lParam = l;
+    SendMessageW(tooltip_, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+}
+
+// The icon in the notification area reports with the message of mouse moves, the number of the icon in w and a mouse
+// message in l. A real move over the window never comes while the window is hidden; while it is shown, w 1 means the
+// left button, so a report is one that says so although the button is up.
+bool SkinnedWindow::isTrayEvent(WPARAM w, LPARAM l) const {
+    if (w != kTrayIconId || l < WM_MOUSEFIRST || l > WM_MOUSELAST) return false;
+    return !IsWindowVisible(handle()) || GetKeyState(VK_LBUTTON) >= 0;
+}
+
+void SkinnedWindow::press(int button, Point at, bool twice) {
+    if (held_ == 0) {
+        held_ = button;
+        SetCapture(handle());
+    }
+    if (twice) {
+        form()->Form_DoubleClick(button, ShiftState(), at);
+        if (!attached()) return;
+    }
+    form()->Form_MouseDown(button, ShiftState(), at);
+}
+
+void SkinnedWindow::release(int button, Point at) {
+    if (held_ == button) {
+        held_ = 0;
+        if (GetCapture() == handle()) ReleaseCapture();
+    }
+    form()->Form_MouseUp(button, ShiftState(), at);
+}
+
+// The mouse was taken away while a button was held, by a message box for instance: for the form that is a release far
+// from everything.
+void SkinnedWindow::letGo() {
+    if (held_ == 0) return;
+    form()->Form_MouseUp(std::exchange(held_, 0), ShiftState(), {-32000, -32000});
+}
+
+FormWindow::Result SkinnedWindow::mouse(UINT message, WPARAM w, LPARAM l) {
+    const auto divide = [this](int pixels) { return pixels >= 0 ? pixels / scale_ : (pixels - scale_ + 1) / scale_; };
+    const Point at{divide(GET_X_LPARAM(l)), divide(GET_Y_LPARAM(l))};
+    relayToTooltip(message, w, l);
+    switch (message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            press(1, at, message == WM_LBUTTONDBLCLK);
+            return 0;
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+            press(2, at, message == WM_RBUTTONDBLCLK);
+            return 0;
+        case WM_LBUTTONUP:
+            release(1, at);
+            return 0;
+        case WM_RBUTTONUP:
+            release(2, at);
+            return 0;
+        default: {
+            const int button = w & MK_LBUTTON ? 1 : w & MK_RBUTTON ? 2 : 0;
+            form()->Form_MouseMove(button, ShiftState(), at);
+            return 0;
+        }
+    }
+}
+
+FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
+    switch (message) {
+        case WM_PAINT:
+            PaintWindow(handle(), form()->picture(), scale_, Color{});
+            return 0;
+        case WM_ERASEBKGND:
+            return TRUE;
+        case WM_MOUSEMOVE:
+            if (isTrayEvent(w, l)) {
+                form()->Form_MouseMove(0, 0, {static_cast<int>(l), 0});
+                return 0;
+            }
+            return mouse(message, w, l);
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+        case WM_LBUTTONUP:
+        case WM_RBUTTONUP:
+            return mouse(message, w, l);
+        case WM_CAPTURECHANGED:
+            if (reinterpret_cast<HWND>(l) != handle()) letGo();
+            return 0;
+        case WM_NOTIFY: {
+            auto* header = reinterpret_cast<NMHDR*>(l);
+            if (header->code != static_cast<UINT>(TTN_GETDISPINFOW)) return {};
+            reinterpret_cast<NMTTDISPINFOW*>(l)->lpszText = tip_.data();
+            return 0;
+        }
+        case WM_KEYDOWN:
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+            key(message, w);
+            return {};
+        case WM_SYSKEYDOWN:
+            key(message, w);
+            return {};
+        case WM_SYSCOMMAND:
+            // Alt alone would open the system menu and take the next key away from the player.
+            if ((w & 0xFFF0) == SC_KEYMENU && l == 0) return 0;
+            return {};
+        case WM_DPICHANGED:
+            // A skin keeps its pixels on every monitor, so its size in twips becomes another one.
+            tellPlace(false);
+            return 0;
+        default:
+            return FormWindow::answer(message, w, l);
+    }
+}
+
+}  // namespace quenlox::win32

@@ -1,0 +1,171 @@
+#include "platform/win32/window_system.h"
+
+#include <objbase.h>
+
+#include "forms/form.h"
+#include "platform/win32/dialog_window.h"
+#include "platform/win32/platform.h"
+#include "platform/win32/skinned_window.h"
+
+namespace quenlox::win32 {
+namespace {
+
+constexpr UINT kTasksMessage = WM_APP + 1;
+constexpr wchar_t kHiddenClass[] = L"Quenlox.Hidden";
+
+// The host that a form owns. The window behind it lives on until the message that it is handling is done, because a
+// handler of the form may destroy the form's window.
+class Host : public FormHost {
+  public:
+    explicit Host(std::shared_ptr<FormWindow> window) : window_(std::move(window)) {}
+    ~Host() override { window_->detach(); }
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    void formChanged(FormProperty property) override { window_->formChanged(property); }
+    void controlChanged(Control& control, Property property) override { window_->controlChanged(control, property); }
+    void controlRemoved(Control& control) override { window_->controlRemoved(control); }
+    void setRegion(const Region& region) override { window_->setRegion(region); }
+    void setScale(int factor) override { window_->setScale(factor); }
+    void invalidate(const Rect& where) override { window_->invalidate(where); }
+    void beginDrag() override { window_->beginDrag(); }
+    void popup(const Menu& menu, Point at) override { window_->popup(menu, at); }
+    void bringToFront() override { window_->bringToFront(); }
+    Point fromScreen(Point screen) const override { return window_->fromScreen(screen); }
+    Size clientSize() const override { return window_->clientSize(); }
+    TwipsPerPixel twipsPerPixel() const override { return window_->twipsPerPixel(); }
+    void captureMouse(bool on) override { window_->captureMouse(on); }
+    std::uintptr_t nativeHandle() const override { return reinterpret_cast<std::uintptr_t>(window_->handle()); }
+
+  private:
+    std::shared_ptr<FormWindow> window_;
+};
+
+BOOL CALLBACK CollectWorkArea(HMONITOR monitor, HDC, LPRECT, LPARAM areas) {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    if (GetMonitorInfoW(monitor, &info)) {
+        reinterpret_cast<std::vector<Rect>*>(areas)->push_back(FromRect(info.rcWork));
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+std::vector<Rect> WorkAreas() {
+    std::vector<Rect> areas;
+    EnumDisplayMonitors(nullptr, nullptr, CollectWorkArea, reinterpret_cast<LPARAM>(&areas));
+    return areas;
+}
+
+WindowSystemWin32::WindowSystemWin32() {
+    // The manifest says the same; this serves programs without one, such as tests.
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    (void)CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
+    const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&controls);
+
+    WNDCLASSEXW hidden{};
+    hidden.cbSize = sizeof hidden;
+    hidden.lpfnWndProc = HiddenProcedure;
+    hidden.hInstance = GetModuleHandleW(nullptr);
+    hidden.lpszClassName = kHiddenClass;
+    RegisterClassExW(&hidden);
+    hidden_.reset(CreateWindowExW(WS_EX_TOOLWINDOW, kHiddenClass, L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                                  hidden.hInstance, this));
+    FormWindow::RegisterClasses();
+}
+
+WindowSystemWin32::~WindowSystemWin32() {
+    hidden_.reset();
+    CoUninitialize();
+}
+
+std::unique_ptr<FormHost> WindowSystemWin32::realise(Form& form) {
+    std::shared_ptr<FormWindow> window;
+    if (form.kind() == Form::Kind::Skinned) {
+        window = std::make_shared<SkinnedWindow>(*this, form);
+    } else {
+        window = std::make_shared<DialogWindow>(*this, form);
+    }
+    window->create();
+    return std::make_unique<Host>(std::move(window));
+}
+
+TwipsPerPixel WindowSystemWin32::twipsPerPixel() const { return TwipsFor(GetDpiForSystem()); }
+
+Rect WindowSystemWin32::workArea(const Rect& place) const {
+    const RECT rect = ToRect(place);
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    GetMonitorInfoW(MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST), &info);
+    return FromRect(info.rcWork);
+}
+
+void WindowSystemWin32::dispatch(MSG& message) {
+    if (message.hwnd) {
+        const auto form = FormWindow::FromHandle(GetAncestor(message.hwnd, GA_ROOT));
+        if (form && form->preview(message)) return;
+    }
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+}
+
+void WindowSystemWin32::pumpMessages() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));  // for run(), which it is meant for
+            return;
+        }
+        dispatch(message);
+    }
+}
+
+int WindowSystemWin32::run() {
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) dispatch(message);
+    return static_cast<int>(message.wParam);
+}
+
+void WindowSystemWin32::quit() { PostQuitMessage(0); }
+
+void WindowSystemWin32::post(std::function<void()> task) {
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
+    // Posted to a window and not to the thread, so that it is handled while the system runs a loop of its own, as
+    // it does for an open menu.
+    if (tasks_.size() == 1) PostMessageW(hidden_.get(), kTasksMessage, 0, 0);
+}
+
+void WindowSystemWin32::runTasks() {
+    std::deque<std::function<void()>> tasks;
+    {
+        const std::lock_guard lock(mutex_);
+        tasks.swap(tasks_);
+    }
+    for (auto& task : tasks) task();
+}
+
+LRESULT CALLBACK WindowSystemWin32::HiddenProcedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept {
+    if (message == WM_NCCREATE) {
+        const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(l);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+    }
+    if (message == kTasksMessage) {
+        try {
+            reinterpret_cast<WindowSystemWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA))->runTasks();
+        } catch (...) {
+        }
+        return 0;
+    }
+    return DefWindowProcW(window, message, w, l);
+}
+
+}  // namespace quenlox::win32
+
+namespace quenlox {
+
+std::unique_ptr<WindowSystem> MakeWindowSystem() { return std::make_unique<win32::WindowSystemWin32>(); }
+
+}  // namespace quenlox

@@ -1,0 +1,244 @@
+#include <atomic>
+#include <thread>
+
+#include "tests/win32/desk.h"
+
+namespace quenlox {
+namespace {
+
+struct SkinForm : Form {
+    SkinForm() : Form("FormTop", Kind::Skinned) {
+        setSize(100 * 15, 60 * 15);
+        look.fillRect({0, 0, 50, 60}, {255, 0, 0});
+        look.fillRect({50, 0, 50, 60}, {0, 0, 255});
+        look.set(99, 59, {255, 255, 0});
+    }
+    const Surface* picture() override { return &look; }
+    void Form_MouseDown(int button, int shift, Point at) override { note("down", button, shift, at); }
+    void Form_MouseUp(int button, int shift, Point at) override { note("up", button, shift, at); }
+    void Form_MouseMove(int button, int shift, Point at) override { note("move", button, shift, at); }
+    void Form_DoubleClick(int button, int shift, Point at) override { note("twice", button, shift, at); }
+    void Form_KeyDown(int key, int shift) override { log.push_back("key " + std::to_string(key) + " " + std::to_string(shift)); }
+    void Form_KeyUp(int key, int) override { log.push_back("keyup " + std::to_string(key)); }
+    void Form_Wheel(int notches, Point) override { log.push_back("wheel " + std::to_string(notches)); }
+    void Form_Moved() override { ++moved; }
+    void Form_Unload(bool& cancel) override { cancel = stays; }
+    void Form_FilesDropped(const std::vector<std::string>& names, Point) override { files = names; }
+    void note(const char* what, int button, int shift, Point at) {
+        log.push_back(std::string(what) + " " + std::to_string(button) + " " + std::to_string(shift) + " " +
+                      std::to_string(at.x) + "," + std::to_string(at.y));
+    }
+
+    Surface look{100, 60};
+    std::vector<std::string> log;
+    std::vector<std::string> files;
+    int moved = 0;
+    bool stays = false;
+    Timer timer{*this, "Timer1", 0};
+};
+
+struct SkinnedWindow : Desk {
+    SkinnedWindow() {
+        form.move(200 * 15, 100 * 15);
+        form.setCaption("再生 Quenlox");
+        form.realise(*system);
+        window = WindowOf(form);
+    }
+    void shown() {
+        form.show();
+        ASSERT_TRUE(waitFor([this] { return IsWindowVisible(window) && !GetUpdateRect(window, nullptr, FALSE); }));
+        form.log.clear();
+    }
+    SkinForm form;
+    HWND window = nullptr;
+};
+
+TEST_F(SkinnedWindow, StandsWhereItsTwipsSayAndShowsItsPicture) {
+    shown();
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    EXPECT_EQ(win32::FromRect(rect), (Rect{200, 100, 100, 60}));
+    EXPECT_EQ(TextOf(window), L"再生 Quenlox");
+    EXPECT_TRUE(GetPropW(window, L"Quenlox.FormTop"));
+    EXPECT_EQ(PixelOf(window, 10, 10), (Color{255, 0, 0}));
+    EXPECT_EQ(PixelOf(window, 60, 10), (Color{0, 0, 255}));
+    form.look.fillRect({0, 0, 20, 20}, {0, 255, 0});
+    form.host()->invalidate({0, 0, 20, 20});
+    EXPECT_TRUE(waitFor([this] { return PixelOf(window, 10, 10) == Color{0, 255, 0}; }));
+}
+
+TEST_F(SkinnedWindow, ScalesPictureRegionAndPointerTogether) {
+    form.host()->setRegion({{10, 10, 20, 20}, {40, 0, 60, 60}});
+    form.host()->setScale(3);
+    shown();
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    EXPECT_EQ(rect.right - rect.left, 300);
+    EXPECT_EQ(form.host()->clientSize(), (Size{100, 60}));
+    EXPECT_EQ(form.width(), 1500) << "the size of the form is that of the skin";
+    EXPECT_EQ(PixelOf(window, 3 * 99 + 2, 3 * 59 + 2), (Color{255, 255, 0}));
+    const auto region = CreateRectRgn(0, 0, 0, 0);
+    GetWindowRgn(window, region);
+    for (const auto& [x, y, inside] : {std::tuple{30, 30, true}, {29, 30, false}, {89, 89, true}, {90, 89, false}, {120, 0, true}, {119, 0, false}}) {
+        EXPECT_EQ(PtInRegion(region, x, y) != FALSE, inside) << x << "," << y;
+    }
+    DeleteObject(region);
+    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, At(152, 31));
+    SendMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, At(-1, -4));
+    SendMessageW(window, WM_LBUTTONUP, 0, At(299, 179));
+    EXPECT_EQ(form.log, (std::vector<std::string>{"down 1 0 50,10", "move 1 0 -1,-2", "up 1 0 99,59"}));
+}
+
+TEST_F(SkinnedWindow, AnEmptyRegionLeavesNothingOfTheWindow) {
+    form.host()->setRegion({});
+    const auto region = CreateRectRgn(0, 0, 1, 1);
+    EXPECT_EQ(GetWindowRgn(window, region), NULLREGION);
+    DeleteObject(region);
+}
+
+TEST_F(SkinnedWindow, ReportsThePressOfADoubleClickAsVbDoesAndTheReleaseWhenTheMouseIsTakenAway) {
+    shown();
+    SendMessageW(window, WM_LBUTTONDBLCLK, MK_LBUTTON, At(5, 6));
+    EXPECT_EQ(GetCapture(), window);
+    SetCapture(nullptr);
+    ReleaseCapture();
+    EXPECT_EQ(form.log, (std::vector<std::string>{"twice 1 0 5,6", "down 1 0 5,6", "up 1 0 -32000,-32000"}));
+    form.log.clear();
+    SendMessageW(window, WM_RBUTTONDOWN, MK_RBUTTON, At(5, 6));
+    SendMessageW(window, WM_RBUTTONUP, 0, At(5, 6));
+    EXPECT_EQ(form.log, (std::vector<std::string>{"down 2 0 5,6", "up 2 0 5,6"})) << "a release comes once";
+}
+
+TEST_F(SkinnedWindow, DeliversTheNotificationIconsMessagesAsMovesThatCarryThem) {
+    SendMessageW(window, WM_MOUSEMOVE, 1, WM_LBUTTONUP);
+    SendMessageW(window, WM_MOUSEMOVE, 1, WM_RBUTTONDOWN);
+    EXPECT_EQ(form.log, (std::vector<std::string>{"move 0 0 514,0", "move 0 0 516,0"}));
+    shown();
+    SendMessageW(window, WM_MOUSEMOVE, 0, At(514, 0));
+    EXPECT_EQ(form.log, (std::vector<std::string>{"move 0 0 514,0"})) << "a real move with no button held";
+}
+
+TEST_F(SkinnedWindow, ReportsKeysWithAltAndMediaKeysOnce) {
+    shown();
+    SendMessageW(window, WM_SYSKEYDOWN, VK_LEFT, 1 << 29);
+    SendMessageW(window, WM_KEYUP, VK_LEFT, 0);
+    EXPECT_EQ(form.log.front().substr(0, 6), "key 37");
+    EXPECT_EQ(form.log.back(), "keyup 37");
+    form.log.clear();
+    SendMessageW(window, WM_KEYDOWN, VK_MEDIA_PLAY_PAUSE, 0);
+    SendMessageW(window, WM_APPCOMMAND, 0, MAKELPARAM(0, APPCOMMAND_MEDIA_PLAY_PAUSE));
+    EXPECT_EQ(form.log, (std::vector<std::string>{"key 179 0"})) << "key and command are one press";
+    SendMessageW(window, WM_APPCOMMAND, 0, MAKELPARAM(0, APPCOMMAND_MEDIA_NEXTTRACK));
+    EXPECT_EQ(form.log, (std::vector<std::string>{"key 179 0", "key 176 0", "keyup 176"}));
+}
+
+TEST_F(SkinnedWindow, AddsUpPartsOfAWheelNotch) {
+    shown();
+    SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, 60), At(210, 110));
+    EXPECT_TRUE(form.log.empty());
+    SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, 60), At(210, 110));
+    SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-240)), At(210, 110));
+    EXPECT_EQ(form.log, (std::vector<std::string>{"wheel 1", "wheel -2"}));
+}
+
+TEST_F(SkinnedWindow, CloseAsksTheFormWhichMayRefuse) {
+    shown();
+    form.stays = true;
+    SendMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(form.visible());
+    form.stays = false;
+    SendMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    EXPECT_TRUE(form.unloaded());
+    EXPECT_FALSE(IsWindowVisible(window));
+}
+
+TEST_F(SkinnedWindow, EndingTheSessionUnloadsTheForm) {
+    EXPECT_EQ(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), TRUE);
+    SendMessageW(window, WM_ENDSESSION, FALSE, 0);
+    EXPECT_FALSE(form.unloaded()) << "another program has refused";
+    SendMessageW(window, WM_ENDSESSION, TRUE, 0);
+    EXPECT_TRUE(form.unloaded());
+}
+
+TEST_F(SkinnedWindow, AWindowOffEveryScreenIsBroughtBackWhenShown) {
+    form.move(90000, 90000);
+    shown();
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    EXPECT_EQ(win32::FromRect(rect).right(), system->workArea({0, 0, 1, 1}).right());
+    EXPECT_EQ(form.left(), rect.left * 15);
+    EXPECT_EQ(form.moved, 0) << "not moved by the user";
+}
+
+TEST_F(SkinnedWindow, AMoveByTheUserReachesTheFormButItsOwnDoesNot) {
+    shown();
+    form.move(300 * 15, 100 * 15);
+    EXPECT_EQ(form.moved, 0);
+    SetWindowPos(window, nullptr, 50, 70, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    EXPECT_GE(form.moved, 1);
+    EXPECT_EQ(form.left(), 750);
+    EXPECT_EQ(form.top(), 1050);
+    EXPECT_EQ(form.width(), 1500);
+}
+
+TEST_F(SkinnedWindow, TimersRunWhileEnabledWithAnInterval) {
+    int ticks = 0;
+    form.timer.onTimer = [&] { ++ticks; };
+    form.timer.setInterval(10);
+    EXPECT_TRUE(waitFor([&] { return ticks >= 3; }));
+    form.timer.setEnabled(false);
+    pump();
+    const int before = ticks;
+    Sleep(60);
+    pump();
+    EXPECT_EQ(ticks, before);
+    form.timer.setEnabled(true);
+    EXPECT_TRUE(waitFor([&] { return ticks > before; }));
+}
+
+TEST_F(SkinnedWindow, TasksOfOtherThreadsRunHereInTheirOrder) {
+    std::vector<int> order;
+    const auto here = std::this_thread::get_id();
+    std::thread other([&] {
+        for (int i = 0; i < 100; ++i) {
+            system->post([&order, i, here] {
+                EXPECT_EQ(std::this_thread::get_id(), here);
+                order.push_back(i);
+            });
+        }
+    });
+    EXPECT_TRUE(waitFor([&] { return order.size() == 100; }));
+    other.join();
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+}
+
+TEST_F(SkinnedWindow, TakesDroppedFilesWithAnyName) {
+    shown();
+    const std::wstring names = std::wstring(L"C:\\音楽\\曲 1.mp3") + L'\0' + L"D:\\Ω.wav" + L'\0' + L'\0';
+    const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() * sizeof(wchar_t));
+    auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
+    drop->pFiles = sizeof(DROPFILES);
+    drop->fWide = TRUE;
+    memcpy(drop + 1, names.data(), names.size() * sizeof(wchar_t));
+    GlobalUnlock(memory);
+    SendMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
+    EXPECT_EQ(form.files, (std::vector<std::string>{"C:\\音楽\\曲 1.mp3", "D:\\Ω.wav"}));
+}
+
+TEST_F(SkinnedWindow, AHandlerMayDestroyTheFormItself) {
+    struct Closing : SkinForm {
+        explicit Closing(std::unique_ptr<Form>& self) : owner(self) {}
+        void Form_MouseDown(int, int, Point) override { owner.reset(); }
+        std::unique_ptr<Form>& owner;
+    };
+    std::unique_ptr<Form> own;
+    own = std::make_unique<Closing>(own);
+    own->realise(*system);
+    HWND gone = WindowOf(*own);
+    SendMessageW(gone, WM_LBUTTONDOWN, MK_LBUTTON, At(1, 1));
+    EXPECT_FALSE(own);
+    EXPECT_FALSE(IsWindow(gone));
+}
+
+}  // namespace
+}  // namespace quenlox
