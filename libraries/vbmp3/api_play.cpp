@@ -138,7 +138,10 @@ int32_t vbmp3_restart(void)
 
 int32_t vbmp3_seek(double seconds)
 {
-    return withLibrary<int32_t>(0, [&](Library& self) { return report(self.player.seek(seconds)); });
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        self.lyrics.noteSeek();
+        return report(self.player.seek(seconds));
+    });
 }
 
 int32_t vbmp3_getState(int32_t* seconds)

@@ -6,6 +6,8 @@
 #include <new>
 
 #include "libraries/vbmp3/dsp/sound_settings.h"
+#include "libraries/vbmp3/dsp/spectrum.h"
+#include "libraries/vbmp3/lyrics/lyrics_show.h"
 #include "libraries/vbmp3/player.h"
 #include "libraries/vbmp3/vbmp3.h"
 
@@ -14,6 +16,8 @@ namespace vbmp3 {
 struct Library {
     SoundSettings sound;
     Player player{sound};
+    SpectrumAnalyzer spectrum;
+    LyricsShow lyrics;
 };
 
 // The one between init and free; null outside.

@@ -1,0 +1,64 @@
+#include <algorithm>
+
+#include "libraries/vbmp3/lyrics/lyrics_text.h"
+#include "text/encoding.h"
+
+namespace vbmp3 {
+namespace {
+
+// Two bytes a character without a byte-order mark: Western signs and line breaks leave NULs on one side only.
+bool looksLikeUtf16(std::string_view bytes, bool* bigEndian) {
+    const size_t length = std::min<size_t>(bytes.size(), 4096) & ~size_t{1};
+    size_t zeros[2] = {};
+    for (size_t i = 0; i < length; ++i) zeros[i % 2] += bytes[i] == '\0';
+    *bigEndian = zeros[0] > zeros[1];
+    const size_t most = std::max(zeros[0], zeros[1]), least = std::min(zeros[0], zeros[1]);
+    return length >= 8 && most * 16 > length && least * 16 < most;
+}
+
+bool isText(std::string_view utf8) {
+    size_t strange = 0;
+    for (size_t i = 0; i < utf8.size(); ++i) {
+        const auto c = static_cast<unsigned char>(utf8[i]);
+        const bool control = c < 0x20 && c != '\t' && c != '\n' && c != '\r' && c != '\f';
+        const bool replacement = utf8.substr(i, 3) == "\xEF\xBF\xBD";
+        if (control || c == 0x7F || replacement) ++strange;
+    }
+    return strange * 50 <= utf8.size();
+}
+
+}  // namespace
+
+std::optional<std::string> decodeLyrics(std::span<const uint8_t> bytes) {
+    std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    // Old editors end a text with Ctrl+Z and fill up with it or with NULs.
+    const bool marked = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
+    bool bigEndian = false;
+    const bool wide = !marked && looksLikeUtf16(text, &bigEndian);
+    if (!marked && !wide)
+        while (!text.empty() && (text.back() == '\x1A' || text.back() == '\0')) text.remove_suffix(1);
+    std::string utf8 = wide ? quenlox::Utf16BytesToUtf8(text, bigEndian) : quenlox::DecodeText(text);
+    if (!isText(utf8)) return std::nullopt;
+    std::erase(utf8, '\0');
+    return utf8;
+}
+
+LyricsFormat lyricsFormatOf(std::string_view path) {
+    std::string extension(path.substr(std::min(path.size(), path.rfind('.') + 1)));
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    if (extension == "lrc") return LyricsFormat::Lrc;
+    return extension == "kra" ? LyricsFormat::Kra : LyricsFormat::Text;
+}
+
+std::string plainText(const Lyrics& lyrics) {
+    std::string text;
+    for (const LyricsLine& line : lyrics.lines) {
+        if (&line != &lyrics.lines.front()) text += "\r\n";
+        text += line.text;
+        if (!line.translation.empty()) text.append("\r\n").append(line.translation);
+    }
+    return text;
+}
+
+}  // namespace vbmp3

@@ -1,0 +1,20 @@
+// Time stamps as they stand in lyrics: mm:ss, mm:ss.x, mm:ss.xx, mm:ss.xxx, mm:ss:xx and hh:mm:ss.xx between a pair of
+// brackets.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace vbmp3 {
+
+struct Stamp {
+    int64_t ms = 0;
+    size_t length = 0;  // bytes, with the brackets
+};
+
+// The stamp that `text` begins with; `open` is '[' or '<'. Nothing when it begins otherwise or the numbers are no time
+// (seconds above 59, more than 99 hours).
+std::optional<Stamp> readStamp(std::string_view text, char open);
+
+}  // namespace vbmp3

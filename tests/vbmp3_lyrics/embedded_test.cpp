@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include "libraries/vbmp3/lyrics/id3v2_lyrics.h"
+#include "libraries/vbmp3/lyrics/lyrics3.h"
+#include "libraries/vbmp3/lyrics/lyrics_text.h"
+
+namespace vbmp3 {
+namespace {
+
+using namespace std::string_literals;
+
+std::span<const uint8_t> bytes(const std::string& text) {
+    return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
+}
+
+std::string field(const std::string& id, const std::string& data) {
+    std::string length = std::to_string(data.size());
+    return id + std::string(5 - length.size(), '0') + length + data;
+}
+
+TEST(Lyrics3, VersionOneIsTheTextBetweenItsMarks) {
+    const auto block = parseLyrics3(bytes("LYRICSBEGIN[00:01]\x82\xA0\r\n[00:02]b\r\nLYRICSEND"));
+    ASSERT_TRUE(block);
+    EXPECT_EQ(block->version, 1);
+    EXPECT_EQ(block->lyrics, "[00:01]あ\r\n[00:02]b");
+}
+
+TEST(Lyrics3, VersionTwoHasFields) {
+    const auto block = parseLyrics3(bytes("LYRICSBEGIN" + field("IND", "110") + field("ETT", "\x8B\xC8") +
+                                          field("EAR", "Singer") + field("EAL", "Album") + field("AUT", "Poet") +
+                                          field("IMG", "x.jpg") + field("LYR", "[00:01]a") + "000123LYRICS200"));
+    ASSERT_TRUE(block);
+    EXPECT_EQ(block->version, 2);
+    EXPECT_EQ(block->title, "曲");
+    EXPECT_EQ(block->artist, "Singer");
+    EXPECT_EQ(block->album, "Album");
+    EXPECT_EQ(block->author, "Poet");
+    EXPECT_EQ(block->lyrics, "[00:01]a");
+}
+
+TEST(Lyrics3, BrokenBlocksGiveWhatCanBeRead) {
+    EXPECT_FALSE(parseLyrics3(bytes("")));
+    EXPECT_FALSE(parseLyrics3(bytes("LYRICSBEGIN")));
+    EXPECT_FALSE(parseLyrics3(bytes("LYRICSBEGINLYRICS200")));
+    EXPECT_FALSE(parseLyrics3(bytes("something elseLYRICSEND")));
+    const auto tooLong = parseLyrics3(bytes("LYRICSBEGIN" + "LYR99999ab"s + "000123LYRICS200"));
+    ASSERT_TRUE(tooLong);
+    EXPECT_EQ(tooLong->lyrics, "ab");
+    const auto noNumber = parseLyrics3(bytes("LYRICSBEGIN" + field("ETT", "T") + "LYR1x345ab000123LYRICS200"));
+    ASSERT_TRUE(noNumber);
+    EXPECT_EQ(noNumber->title, "T");
+    EXPECT_EQ(noNumber->lyrics, "");
+}
+
+std::string sylt(char encoding, char stampFormat, char kind, const std::string& entries) {
+    const std::string noDescription(encoding == 1 || encoding == 2 ? 2 : 1, '\0');
+    return std::string(1, encoding) + "jpn" + stampFormat + kind + noDescription + entries;
+}
+
+TEST(Id3v2Lyrics, SynchronisedLyricsBecomeTextWithStamps) {
+    const struct {
+        const char* rule;
+        std::string frame;
+        double msPerFrame;
+        const char* expected;  // null: refused
+    } cases[] = {
+        {"without line breaks each entry is a line", sylt(3, 2, 1, "one\0\0\0\3\xE8two\0\0\0\7\xD0"s), 0,
+         "[00:01.000]one\r\n[00:02.000]two"},
+        {"with line breaks entries are syllables", sylt(3, 2, 1, "Hel\0\0\0\3\xE8lo\0\0\0\7\xD0\nyou\0\0\0\x0B\xB8"s),
+         0, "[00:01.000]<00:01.000>Hel<00:02.000>lo\r\n[00:03.000]<00:03.000>you"},
+        {"entries that all end with a break are lines", sylt(3, 2, 1, "one\n\0\0\0\3\xE8two\n\0\0\0\7\xD0"s), 0,
+         "[00:01.000]one\r\n[00:02.000]two"},
+        {"stamps may count frames", sylt(3, 1, 1, "a\0\0\0\0\x64"s), 26.125, "[00:02.612]a"},
+        {"frames of unknown length are refused", sylt(3, 1, 1, "a\0\0\0\0\x64"s), 0, nullptr},
+        {"chords are no lyrics", sylt(3, 2, 5, "Am\0\0\0\0\x64"s), 0, nullptr},
+        {"Shift-JIS that claims Latin-1", sylt(0, 2, 1, "\x82\xA0\0\0\0\0\0\x82\xA2\0\0\0\3\xE8"s), 0,
+         "[00:00.000]あ\r\n[00:01.000]い"},
+        {"one byte-order mark serves for all texts",
+         sylt(1, 2, 1, "\xFE\xFF\x30\x42\0\0\0\0\0\0\x30\x44\0\0\0\0\3\xE8"s), 0, "[00:00.000]あ\r\n[00:01.000]い"},
+        {"a stamp that is cut off ends the lyrics", sylt(3, 2, 1, "a\0\0\0\0\0b\0\0\1"s), 0, "[00:00.000]a"},
+        {"blanks alone are no lyrics", sylt(3, 2, 1, " \n\0\0\0\0\0"s), 0, nullptr},
+        {"nothing at all", "", 0, nullptr},
+    };
+    for (const auto& c : cases) {
+        const auto text = readSylt(bytes(c.frame), c.msPerFrame);
+        EXPECT_EQ(text.value_or("refused"), c.expected ? c.expected : "refused") << c.rule;
+    }
+}
+
+TEST(Id3v2Lyrics, SyllablesSurviveAsWordsOfTheirLine) {
+    const auto text =
+        readSylt(bytes(sylt(3, 2, 1, "Hel\0\0\0\3\xE8lo \0\0\0\7\xD0you\0\0\0\x0B\xB8\nend\0\0\0\x0F\xA0"s)), 0);
+    const Lyrics lyrics = parseLyrics(text.value(), LyricsFormat::Text);
+    ASSERT_EQ(lyrics.lines.size(), 2u);
+    EXPECT_EQ(lyrics.lines[0].text, "Hello you");
+    EXPECT_EQ(lyrics.lines[0].words, (std::vector<LyricsWord>{{1000, 0}, {2000, 3}, {3000, 6}}));
+}
+
+TEST(Id3v2Lyrics, UnsynchronisedLyricsAreReadInEveryEncoding) {
+    EXPECT_EQ(readUslt(bytes("\0engdescription\0line\nline"s)), "line\nline");
+    EXPECT_EQ(readUslt(bytes("\0jpn\0\x82\xA0"s)), "あ");
+    EXPECT_EQ(readUslt(bytes("\1jpn\xFF\xFE\0\0\xFF\xFE\x42\x30"s)), "あ");
+    EXPECT_EQ(readUslt(bytes("\2jpn\0\0\x30\x42"s)), "あ");
+    EXPECT_EQ(readUslt(bytes("\3jpn\0あ"s)), "あ");
+    EXPECT_FALSE(readUslt(bytes("\3jpn\0 \n"s)));
+    EXPECT_FALSE(readUslt(bytes("\3jp"s)));
+}
+
+}  // namespace
+}  // namespace vbmp3
