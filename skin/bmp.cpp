@@ -1,0 +1,205 @@
+#include "skin/bmp.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+
+namespace quenlox {
+namespace {
+
+constexpr std::int64_t kLargestSide = 4096;
+constexpr std::size_t kFileHeader = 14;
+
+enum Compression : std::uint32_t { kRgb = 0, kRle8 = 1, kRle4 = 2, kBitFields = 3, kAlphaBitFields = 6 };
+
+// Little-endian numbers at any place of a text; 0 beyond its end.
+class Bytes {
+  public:
+    explicit Bytes(std::string_view bytes) : bytes_(bytes) {}
+    std::size_t size() const { return bytes_.size(); }
+    std::uint32_t u8(std::size_t at) const { return at < bytes_.size() ? static_cast<unsigned char>(bytes_[at]) : 0u; }
+    std::uint32_t u16(std::size_t at) const { return u8(at) | u8(at + 1) << 8; }
+    std::uint32_t u32(std::size_t at) const { return u16(at) | u16(at + 2) << 16; }
+    std::int32_t s32(std::size_t at) const { return static_cast<std::int32_t>(u32(at)); }
+
+  private:
+    std::string_view bytes_;
+};
+
+// One colour component of a pixel with bit fields.
+class Component {
+  public:
+    explicit Component(std::uint32_t mask)
+        : mask_(mask), shift_(mask ? std::countr_zero(mask) : 0), largest_(mask >> shift_) {}
+    std::uint8_t of(std::uint32_t pixel) const {
+        return largest_ == 0 ? std::uint8_t{0}
+                             : static_cast<std::uint8_t>(std::uint64_t{(pixel & mask_) >> shift_} * 255 / largest_);
+    }
+
+  private:
+    std::uint32_t mask_;
+    int shift_;
+    std::uint32_t largest_;
+};
+
+struct Header {
+    int width = 0;
+    int height = 0;
+    bool topDown = false;
+    std::uint32_t bits = 0;
+    std::uint32_t compression = kRgb;
+    std::array<std::uint32_t, 3> masks{};
+    std::array<Color, 256> palette{};
+    std::size_t pixels = 0;  // where they begin
+};
+
+std::optional<Header> ReadHeader(const Bytes& in) {
+    if (in.size() < kFileHeader + 12 || in.u16(0) != 0x4D42) return std::nullopt;
+    Header h;
+    const std::uint32_t headerSize = in.u32(kFileHeader);
+    const bool core = headerSize == 12;
+    std::int64_t width = 0, height = 0;
+    std::uint32_t colors = 0;
+    if (core) {
+        width = in.u16(18);
+        height = in.u16(20);
+        h.bits = in.u16(24);
+    } else if (headerSize >= 40 && headerSize <= 124) {
+        width = in.s32(18);
+        height = in.s32(22);
+        h.bits = in.u16(28);
+        h.compression = in.u32(30);
+        colors = in.u32(46);
+    } else {
+        return std::nullopt;
+    }
+    h.topDown = height < 0;
+    height = std::abs(height);
+    if (width <= 0 || height == 0 || width > kLargestSide || height > kLargestSide) return std::nullopt;
+    h.width = static_cast<int>(width);
+    h.height = static_cast<int>(height);
+
+    std::size_t after = kFileHeader + headerSize;
+    const bool fields = h.compression == kBitFields || h.compression == kAlphaBitFields;
+    if (fields) {
+        if (h.bits != 16 && h.bits != 32) return std::nullopt;
+        // The masks follow a header of version 1 and lie inside the later ones, at the same place of the file.
+        for (std::size_t i = 0; i < 3; ++i) h.masks[i] = in.u32(kFileHeader + 40 + 4 * i);
+        if (headerSize == 40) after += h.compression == kAlphaBitFields ? 16 : 12;
+    } else if (h.bits == 16) {
+        h.masks = {0x7C00, 0x03E0, 0x001F};
+    } else {
+        h.masks = {0xFF0000, 0xFF00, 0xFF};
+    }
+    if (h.bits <= 8) {
+        const std::uint32_t possible = 1u << h.bits;
+        const std::uint32_t count = colors == 0 || colors > possible ? possible : colors;
+        const std::size_t entry = core ? 3 : 4;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const std::size_t at = after + i * entry;
+            h.palette[i] = {static_cast<std::uint8_t>(in.u8(at + 2)), static_cast<std::uint8_t>(in.u8(at + 1)),
+                            static_cast<std::uint8_t>(in.u8(at))};
+        }
+    }
+    h.pixels = in.u32(10);
+    return h;
+}
+
+// Plain rows, each padded to four bytes.
+std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
+    const std::size_t stride = (static_cast<std::size_t>(h.width) * h.bits + 31) / 32 * 4;
+    // The padding of the last row is often left out.
+    const std::size_t needed = stride * (static_cast<std::size_t>(h.height) - 1) +
+                               (static_cast<std::size_t>(h.width) * h.bits + 7) / 8;
+    if (h.pixels > in.size() || in.size() - h.pixels < needed) return std::nullopt;
+    Surface out(h.width, h.height);
+    const Component red(h.masks[0]), green(h.masks[1]), blue(h.masks[2]);
+    for (int y = 0; y < h.height; ++y) {
+        const std::size_t row = h.pixels + stride * static_cast<std::size_t>(h.topDown ? y : h.height - 1 - y);
+        for (int x = 0; x < h.width; ++x) {
+            const auto column = static_cast<std::size_t>(x);
+            Color color;
+            switch (h.bits) {
+                case 16:
+                case 32: {
+                    const std::uint32_t pixel = h.bits == 16 ? in.u16(row + 2 * column) : in.u32(row + 4 * column);
+                    color = {red.of(pixel), green.of(pixel), blue.of(pixel)};
+                    break;
+                }
+                case 24:
+                    color = Surface::ToColor(in.u16(row + 3 * column) | in.u8(row + 3 * column + 2) << 16);
+                    break;
+                default: {
+                    const std::size_t bit = column * h.bits;
+                    const std::uint32_t shift = 8 - h.bits - static_cast<std::uint32_t>(bit % 8);
+                    color = h.palette[in.u8(row + bit / 8) >> shift & ((1u << h.bits) - 1)];
+                }
+            }
+            out.set(x, y, color);
+        }
+    }
+    return out;
+}
+
+// Run-length coded rows, always bottom-up. What the runs do not cover has colour 0 of the palette.
+std::optional<Surface> ReadRuns(const Bytes& in, const Header& h) {
+    const bool four = h.compression == kRle4;
+    Surface out(h.width, h.height, h.palette[0]);
+    int x = 0, y = 0;
+    std::size_t at = h.pixels;
+    const auto put = [&](std::uint32_t index) {
+        if (x < h.width && y < h.height) out.set(x, h.height - 1 - y, h.palette[index]);
+        ++x;
+    };
+    while (at + 1 < in.size() && y < h.height) {
+        const std::uint32_t count = in.u8(at), value = in.u8(at + 1);
+        at += 2;
+        if (count > 0) {
+            for (std::uint32_t i = 0; i < count; ++i) put(!four ? value : i % 2 ? value & 15 : value >> 4);
+        } else if (value == 0) {
+            x = 0;
+            ++y;
+        } else if (value == 1) {
+            return out;
+        } else if (value == 2) {
+            x += static_cast<int>(in.u8(at));
+            y += static_cast<int>(in.u8(at + 1));
+            at += 2;
+        } else {
+            const std::size_t length = four ? (value + 1) / 2 : value;
+            for (std::uint32_t i = 0; i < value; ++i) {
+                put(!four ? in.u8(at + i) : in.u8(at + i / 2) >> (i % 2 ? 0 : 4) & 15);
+            }
+            at += (length + 1) / 2 * 2;
+        }
+    }
+    // A file that ends early is damaged; one that only lacks the end mark is whole.
+    if (y < h.height - 1) return std::nullopt;
+    return out;
+}
+
+}  // namespace
+
+std::optional<Surface> ReadBmp(std::string_view bytes) {
+    const Bytes in(bytes);
+    const std::optional<Header> header = ReadHeader(in);
+    if (!header) return std::nullopt;
+    const Header& h = *header;
+    const bool bitsKnown = h.bits == 1 || h.bits == 4 || h.bits == 8 || h.bits == 16 || h.bits == 24 || h.bits == 32;
+    if (!bitsKnown) return std::nullopt;
+    switch (h.compression) {
+        case kRgb:
+        case kBitFields:
+        case kAlphaBitFields:
+            return ReadRows(in, h);
+        case kRle8:
+            return h.bits == 8 && !h.topDown ? ReadRuns(in, h) : std::nullopt;
+        case kRle4:
+            return h.bits == 4 && !h.topDown ? ReadRuns(in, h) : std::nullopt;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace quenlox

@@ -1,0 +1,141 @@
+// What the main window looks like: the kept background, and over it the controls that lie in the part that has changed.
+#include <algorithm>
+
+#include "skin/form_top.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kPressed = 10;
+
+}  // namespace
+
+void FormTop::controlChangedHere(Control& control, Property property) {
+    if (property == Property::Bounds) return repaint(composed_.rect());  // the old place is not known any more
+    repaint(control.bounds());
+}
+
+void FormTop::repaint(const Rect& where) {
+    const Rect inside = Intersect(where, composed_.rect());
+    if (inside.empty()) return;
+    stale_ = Unite(stale_, inside);
+    if (host()) host()->invalidate(inside);
+}
+
+const Surface* FormTop::picture() {
+    if (!stale_.empty()) compose(stale_);
+    stale_ = {};
+    return &composed_;
+}
+
+void FormTop::compose(Rect where) {
+    // A control is drawn whole, so the part to draw grows until no control stands across its border.
+    for (bool grown = true; grown;) {
+        grown = false;
+        for (const Control* control : controls()) {
+            const Rect shown = control->visible() ? Intersect(control->bounds(), composed_.rect()) : Rect{};
+            if (Intersect(shown, where).empty() || Unite(shown, where) == where) continue;
+            where = Unite(shown, where);
+            grown = true;
+        }
+    }
+    composed_.copy(base_, where, {where.left, where.top});
+    const auto touched = [&](const Control& control) {
+        return control.visible() && !Intersect(control.bounds(), where).empty();
+    };
+    const auto draw = [&](const PictureBox& box) {
+        if (touched(box)) composed_.copy(box.surface(), {box.bounds().left, box.bounds().top});
+    };
+    draw(DisplayA);
+    for (int n = 0; n < kButtonCount; ++n) {
+        draw(cmdPicture[n]);
+        draw(taskPicture[n]);
+    }
+    if (pressed_) drawPressed();
+    draw(VolumeBar);
+    if (touched(SeekBar)) {
+        const Rect& bar = SeekBar.bounds();
+        const int filled = RoundHalfToEven(barFraction_ * bar.width);
+        composed_.copy(SeekBar.surface(), {0, 0, filled, bar.height}, {bar.left, bar.top});
+    }
+    draw(LyricsPicture);
+    draw(DisplayB);
+    draw(DisplayC);
+    draw(DisplayD);
+    for (int n = 0; n < kLabelCount; ++n) {
+        if (touched(mainLabel[n])) drawLabel(mainLabel[n]);
+    }
+}
+
+TextStyle FormTop::labelStyle(const Label& label) const {
+    TextStyle style;
+    style.font = label.font();
+    style.color = label.foreColor();
+    style.dotsPerInch = 1440.0 / (host() ? host()->twipsPerPixel().x : 15.0);
+    style.vertically = true;
+    return style;
+}
+
+void FormTop::drawLabel(const Label& label) {
+    TextStyle style = labelStyle(label);
+    const Rect& place = label.bounds();
+    if (&label != &mainLabel[kTitleLabel] || !titleAnimation_.moves() || !options_.titleAnimation()) {
+        style.ellipsis = &label == &mainLabel[kTitleLabel] || &label == &mainLabel[kArtistLabel];
+        painter_.draw(composed_, place, label.caption(), style);
+        return;
+    }
+    // The running title is drawn on a piece of the background, so that it is cut at the edges of its place.
+    Surface strip(place.width, place.height);
+    strip.copy(composed_, place, {0, 0});
+    for (const int left : {-titleAnimation_.offset(), titleAnimation_.period() - titleAnimation_.offset()}) {
+        if (left < place.width) painter_.draw(strip, {left, 0, titleAnimation_.period(), place.height}, label.caption(), style);
+    }
+    composed_.copy(strip, {place.left, place.top});
+}
+
+void FormTop::drawPressed() {
+    if (pressed_->onPanel) {
+        const Rect column = panelColumn(pressed_->index);
+        composed_.blend({DisplayA.bounds().left + column.left, DisplayA.bounds().top + column.top, column.width,
+                         column.height},
+                        {0, 0, 0}, 0.4);
+        return;
+    }
+    const PictureBox& button = (*pressed_->array)[pressed_->index];
+    const PictureBox& image = (*pressed_->array)[pressed_->index + kPressed];
+    if (button.visible()) composed_.copy(image.surface(), {button.bounds().left, button.bounds().top});
+}
+
+void FormTop::drawVolumeLevel() {
+    if (!DisplayD.visible()) return;
+    const int width = DisplayD.bounds().width, height = DisplayD.bounds().height;
+    const double loud = state_.VolumePercent / 100.0;
+    Surface& surface = DisplayD.surface();
+    surface.fill(DisplayD.backColor());
+    surface.copy(levelPicture_, {0, 0, width, RoundHalfToEven(height * loud)}, {0, RoundHalfToEven(height * (1 - loud))});
+    DisplayD.refresh();
+}
+
+void FormTop::renderDisplayC() {
+    if (!DisplayC.visible()) return;
+    const std::string text = hooks_.figures ? hooks_.figures() : std::string();
+    Surface& surface = DisplayC.surface();
+    surface.fill(DisplayC.backColor());
+    TextStyle style = labelStyle(mainLabel[kInformationLabel]);
+    style.centred = true;
+    painter_.draw(surface, surface.rect(), text, style);
+    DisplayC.refresh();
+}
+
+void FormTop::restartTitle() {
+    const Label& title = mainLabel[kTitleLabel];
+    titleAnimation_.begin(painter_.measure(title.caption(), labelStyle(title)).width, title.bounds().width);
+    TimerTitle.setEnabled(options_.titleAnimation() && title.visible() && titleAnimation_.moves() && !inTray_);
+    repaint(title.bounds());
+}
+
+void FormTop::titleTick() {
+    if (titleAnimation_.tick(1 + options_.titleAnimationSpeed())) repaint(mainLabel[kTitleLabel].bounds());
+}
+
+}  // namespace quenlox

@@ -1,0 +1,20 @@
+// The region file of a skin: the outline of the window as a list of rectangles, a Windows RGNDATA structure as
+// GetRegionData returns it (little-endian; 32 bytes of header, then left, top, right, bottom of each rectangle).
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "platform/window_host.h"
+
+namespace quenlox {
+
+inline constexpr std::size_t kMostRectangles = 4001;
+
+// The rectangles, at most kMostRectangles of them and no more than the file holds; a count of 0 gives an empty region,
+// which hides the window. Rectangles without area are left out. Nothing when the file is shorter than its header, says
+// another header size than 32 or another type than rectangles.
+std::optional<Region> ReadRegionFile(std::string_view bytes);
+
+}  // namespace quenlox

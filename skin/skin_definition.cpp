@@ -1,0 +1,150 @@
+#include "skin/skin_definition.h"
+
+#include <algorithm>
+
+#include "skin/bmp.h"
+#include "skin/region_file.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+// Longer values are cut here, as everywhere in the settings.
+constexpr std::size_t kLongestValue = 127;
+// A window larger than any monitor is a mistake of the skin; it must not cost the memory for its picture.
+constexpr int kLargestWindow = 4096;
+constexpr std::uint64_t kLargestFile = 80u << 20;
+
+class ListReader {
+  public:
+    ListReader(const IniDocument& file, SplitValues& values) : file_(file), values_(values) {}
+
+    // Reads the list of a key; field(n) then gives its n-th number, counted from 1.
+    void read(const char* section, const std::string& key, const char* whenMissing) {
+        const std::string value = file_.text(section, key, whenMissing);
+        SplitNumbers(CutUtf16Units(value, kLongestValue), values_);
+    }
+    int field(int n) const { return values_(n); }
+    bool absent() const { return field(1) < 0; }
+    Point point() const { return {field(1), field(2)}; }
+    Rect rect() const { return {field(1), field(2), std::max(field(3), 0), std::max(field(4), 0)}; }
+    Color color(int first) const {
+        const auto component = [&](int n) { return static_cast<std::uint8_t>(std::clamp(field(n), 0, 255)); };
+        return {component(first), component(first + 1), component(first + 2)};
+    }
+
+  private:
+    const IniDocument& file_;
+    SplitValues& values_;
+};
+
+std::string Lettered(const char* name, int n) { return name + std::string(1, static_cast<char>('A' + n)); }
+
+std::optional<Rect> LabelsTogether(const SkinDefinition& skin) {
+    Rect all;
+    for (const auto& label : skin.labels) {
+        if (label) all = Unite(all, label->bounds);
+    }
+    return all.empty() ? std::nullopt : std::optional(all);
+}
+
+Point MovedInside(Point at, Size picture, Size window) {
+    return {std::max(0, std::min(at.x, window.width - picture.width)),
+            std::max(0, std::min(at.y, window.height - picture.height))};
+}
+
+}  // namespace
+
+SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values) {
+    SkinDefinition skin;
+    ListReader list(file, values);
+    skin.version = file.integer("Main", "Ver", 0);
+    list.read("Main", "Size", "60,30");
+    skin.size = {std::clamp(list.field(1), 0, kLargestWindow), std::clamp(list.field(2), 0, kLargestWindow)};
+    list.read("Main", "RGB", "0,0,0");
+    skin.background = list.color(1);
+    skin.box = file.integer("Main", "Box", 0) == 1;
+
+    for (int n = 0; n < kLabelCount; ++n) {
+        list.read("Label", Lettered("Label", n), "-1,0,0,0,0,0,0,0");
+        if (!list.absent()) skin.labels[n] = {list.rect(), list.field(5), list.color(6)};
+    }
+    list.read("Label", "Lyrics", "-1,0,0,0,0,0,0,0,0,0,0");
+    if (!list.absent()) {
+        skin.lyrics = {list.rect(), list.field(5), list.color(6), list.color(9), {}};
+        list.read("Label", "Lyrics2", "0,0,0,0,0,0,0");
+        skin.lyrics->background = list.color(1);
+    }
+    for (int n = 0; n < kButtonCount; ++n) {
+        list.read("Button", Lettered("Button", n), "-1,0");
+        if (!list.absent()) skin.buttons[n] = list.point();
+    }
+    list.read("Disp", "DispA", "-1,0");
+    if (!list.absent()) skin.displayA = list.point();
+    for (int n = 0; n < kButtonCount; ++n) {
+        list.read("Command", Lettered("Command", n), "-1,0");
+        if (!list.absent()) skin.commands[n] = list.point();
+    }
+    list.read("Disp", "DispB", "-1,0");
+    if (!list.absent()) skin.displayB = list.point();
+    list.read("Disp", "DispC", "-1,0,0,0,0,0,0");
+    if (!list.absent()) skin.displayC = {list.rect(), list.color(5)};
+    list.read("Disp", "DispD", "-1,0,0,0,0,0,0");
+    if (!list.absent()) skin.displayD = {list.rect(), list.color(5)};
+
+    // The places of the bars came after the other keys; only a key that stands there is read, so that the store of an
+    // older package is what it always was.
+    const auto place = [&](const char* key, std::optional<Point>& at, bool& hidden) {
+        if (file.text("Disp", key, "").empty()) return;
+        list.read("Disp", key, "");
+        hidden = list.absent();
+        if (!hidden) at = list.point();
+    };
+    place("Bar", skin.bar, skin.barHidden);
+    place("Vol", skin.volume, skin.volumeHidden);
+    return skin;
+}
+
+SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values) {
+    SkinDefinition skin =
+        ReadDefinition(IniDocument::Parse(files.read(definitionFile, kLargestFile).value_or("")), values);
+    const std::string folder = FolderOf(definitionFile);
+    const auto picture = [&](const std::string& name) -> std::optional<Surface> {
+        const auto bytes = files.read(folder + name + ".bmp", kLargestFile);
+        return bytes ? ReadBmp(*bytes) : std::nullopt;
+    };
+    skin.back = picture("main_back");
+    skin.barPicture = picture("main_bar");
+    skin.volumePicture = picture("main_vol");
+    skin.levelPicture = picture("main_level");
+    skin.panel = picture("main_panel");
+    for (int n = 0; n < kButtonCount; ++n) {
+        const std::string playback = std::string("cmd_") + kPlaybackButtonNames[n];
+        const std::string command = std::string("btn_") + kCommandButtonNames[n];
+        skin.buttonPictures[n] = {picture(playback + "1"), picture(playback + "2")};
+        skin.commandPictures[n] = {picture(command + "1"), picture(command + "2")};
+    }
+    if (!skin.box) {
+        const std::string regionFile = WithExtension(definitionFile, "rgn");
+        skin.regionFileMissing = !files.fileExists(regionFile);
+        if (const auto bytes = files.read(regionFile, 1u << 20)) skin.region = ReadRegionFile(*bytes);
+    }
+    return skin;
+}
+
+Point PlaceOfBar(const SkinDefinition& skin, Size picture) {
+    if (skin.bar) return *skin.bar;
+    const auto labels = LabelsTogether(skin);
+    const Point at = labels ? Point{labels->left, labels->bottom()} : Point{0, skin.size.height};
+    return MovedInside(at, picture, skin.size);
+}
+
+Point PlaceOfVolume(const SkinDefinition& skin, Size picture) {
+    if (skin.volume) return *skin.volume;
+    const auto labels = LabelsTogether(skin);
+    const Point at = labels ? Point{labels->right(), labels->top} : Point{skin.size.width, 0};
+    return MovedInside(at, picture, skin.size);
+}
+
+}  // namespace quenlox

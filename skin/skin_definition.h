@@ -1,0 +1,83 @@
+// What a skin package says, read into a plain value. Nothing here touches a window: FormTop applies the value when it
+// is complete. The format is told in docs/skins.md.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "forms/geometry.h"
+#include "forms/surface.h"
+#include "platform/file_system.h"
+#include "platform/window_host.h"
+#include "text/ini_document.h"
+#include "text/numbers.h"
+
+namespace quenlox {
+
+inline constexpr int kLabelCount = 9;
+inline constexpr int kButtonCount = 7;  // playback buttons; there are as many command buttons
+inline constexpr int kOldestSkinVersion = 4;
+inline constexpr Size kPanelDisplay{85, 30};  // display B, whatever a skin says
+
+inline constexpr std::array<const char*, kButtonCount> kPlaybackButtonNames = {"play", "pause", "back",  "next",
+                                                                              "low",  "high",  "double"};
+inline constexpr std::array<const char*, kButtonCount> kCommandButtonNames = {"list", "opt",  "tag",  "conv",
+                                                                             "help", "mini", "close"};
+
+struct SkinDefinition {
+    // An element that the skin leaves out has no place.
+    struct Text {
+        Rect bounds;
+        int fontField = 0;  // points at 96 dots per inch
+        Color color;
+    };
+    struct LyricsArea {
+        Rect bounds;
+        int fontField = 0;
+        Color first, second, background;
+    };
+    struct Display {
+        Rect bounds;
+        Color background;
+    };
+    struct ButtonPictures {
+        std::optional<Surface> released, pressed;
+    };
+
+    int version = 0;
+    Size size;
+    Color background;
+    bool box = false;
+    std::array<std::optional<Text>, kLabelCount> labels;
+    std::optional<LyricsArea> lyrics;
+    std::array<std::optional<Point>, kButtonCount> buttons, commands;
+    std::optional<Point> displayA, displayB;
+    std::optional<Display> displayC, displayD;
+    // Where the bars are; nothing said: PlaceOfBar.
+    std::optional<Point> bar, volume;
+    bool barHidden = false, volumeHidden = false;
+
+    // A picture that is missing or damaged has no value.
+    std::optional<Surface> back, barPicture, volumePicture, levelPicture, panel;
+    std::array<ButtonPictures, kButtonCount> buttonPictures, commandPictures;
+
+    // With `box` unused; no value when the file is there but is no region file.
+    std::optional<Region> region;
+    bool regionFileMissing = false;
+};
+
+// Reads the texts of the definition file. `values` is the store that all lists share: a list with fewer fields than its
+// key needs takes the others from what was read before it.
+SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values);
+
+// Reads a whole package. `definitionFile` is the full path; a file that cannot be read counts as empty.
+SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values);
+
+// Where the seek bar and the volume bar lie when the definition does not say: below and to the right of the rectangle
+// around all labels, moved into the window.
+Point PlaceOfBar(const SkinDefinition& skin, Size picture);
+Point PlaceOfVolume(const SkinDefinition& skin, Size picture);
+
+}  // namespace quenlox

@@ -1,0 +1,59 @@
+#include "skin/skin_packages.h"
+
+#include "skin/skin_definition.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+constexpr const char* kDefaultName = "default";
+
+}  // namespace
+
+std::string SkinPackages::skinFolder() const { return JoinPath(files_.programFolder(), "skin"); }
+
+std::string SkinPackages::defaultDefinitionFile() const {
+    return JoinPath(JoinPath(skinFolder(), kDefaultName), "default.tsk");
+}
+
+std::vector<std::string> SkinPackages::ListSkins() const {
+    std::vector<std::string> names;
+    for (std::string& name : files_.folders(skinFolder())) {
+        if (!EqualsNoCase(name, kDefaultName)) names.push_back(std::move(name));
+    }
+    return names;
+}
+
+std::string SkinPackages::definitionFileOf(const std::string& skinName) const {
+    const std::string folder = JoinPath(skinFolder(), skinName);
+    std::string found;
+    files_.eachFile(folder, [&](const std::string& name) {
+        if (LastFour(name) != ".tsk") return true;
+        found = JoinPath(folder, name);
+        return false;
+    });
+    return found;
+}
+
+std::string SkinPackages::defaultPackage() const {
+    const std::string file = defaultDefinitionFile();
+    if (!files_.fileExists(file)) dialogs_.message("DefaultSkinが見つかりません\r再インストールしてください", MessageIcon::Stop);
+    return file;
+}
+
+std::string SkinPackages::choose(const std::string& skinFile) const {
+    if (!files_.fileExists(skinFile)) {
+        dialogs_.message("指定のSkinが見つかりません\rDefaultSkinをロードします", MessageIcon::Stop);
+        return defaultPackage();
+    }
+    if (!files_.fileExists(JoinPath(files_.programFolder(), "Quenlox.ini"))) return defaultPackage();
+    const IniDocument definition = IniDocument::Parse(files_.read(skinFile).value_or(""));
+    if (definition.integer("Main", "Ver", 0) < kOldestSkinVersion) {
+        dialogs_.message("Skinのバージョンが異なります\rDefaultSkinをロードします", MessageIcon::Stop);
+        return defaultPackage();
+    }
+    return skinFile;
+}
+
+}  // namespace quenlox

@@ -1,0 +1,327 @@
+#include "tests/skin/skin_fixture.h"
+
+namespace quenlox {
+namespace {
+
+class FormTopTest : public SkinTest {
+  protected:
+    void SetUp() override {
+        SkinTest::SetUp();
+        load();
+    }
+    FormTop::Hooks hooks() override {
+        FormTop::Hooks all;
+        all.unload = [this] { ++unloads; };
+        all.fillTagWindow = [this] { ++tagFills; };
+        all.panelClicked = [this](int button) { panelClicks.push_back(button); };
+        return all;
+    }
+    int unloads = 0;
+    int tagFills = 0;
+    std::vector<int> panelClicks;
+};
+
+TEST_F(FormTopTest, AButtonShowsItsPressedPictureUntilItIsReleased) {
+    top->Form_MouseDown(1, 0, kPauseAt);
+    EXPECT_EQ(at(20, 60), pixel(playback(1, true)));
+    EXPECT_TRUE(host->captured);
+    top->Form_MouseUp(1, 0, kPauseAt);
+    EXPECT_EQ(at(20, 60), pixel(playback(1, false)));
+    EXPECT_FALSE(host->captured);
+    top->Form_MouseDown(1, 0, {32, 4});
+    EXPECT_EQ(at(30, 2), pixel(command(2, true)));
+    top->Form_MouseUp(1, 0, {32, 4});
+    EXPECT_EQ(at(30, 2), pixel(command(2, false)));
+}
+
+TEST_F(FormTopTest, ReleasedOutsideItDoesNothing) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kStop;
+    top->Form_MouseDown(1, 0, kPlayAt);
+    top->Form_MouseUp(1, 0, {18, 62});
+    EXPECT_EQ(state.PlayerStatus, kStop);
+    EXPECT_EQ(at(10, 60), pixel(playback(0, false)));
+    EXPECT_FALSE(state.ButtonHeld);
+}
+
+TEST_F(FormTopTest, WhileBusyButtonsSeekBarAndMenuAreRefused) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kEncode;
+    top->Form_MouseDown(1, 0, kPlayAt);
+    EXPECT_EQ(at(10, 60), pixel(playback(0, false)));
+    top->Form_MouseUp(1, 0, kPlayAt);
+    click({72, 4});  // close
+    click({100, 51});
+    top->Form_MouseDown(2, 0, {150, 90});
+    EXPECT_EQ(state.PlayerStatus, kEncode);
+    EXPECT_EQ(unloads, 0);
+    EXPECT_TRUE(host->popups.empty());
+    EXPECT_EQ(vbmp3.count("play"), 0);
+}
+
+TEST_F(FormTopTest, PlayIsAToggleThatAlsoEndsAPitchChange) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kStop;
+    click(kPlayAt);
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+    EXPECT_EQ(state.PlayIntent, kForward);
+    click({62, 62});  // high pitch
+    EXPECT_EQ(vbmp3.pitch, 130);
+    click(kPlayAt);
+    EXPECT_EQ(state.PlayerStatus, kStop);
+    EXPECT_EQ(state.PlayIntent, kNoIntent);
+    EXPECT_EQ(state.PitchMode, kNormalPitch);
+    EXPECT_EQ(vbmp3.pitch, 100);
+}
+
+TEST_F(FormTopTest, PauseActsOnlyWhilePlayingOrPaused) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kStop;
+    click(kPauseAt);
+    EXPECT_EQ(state.PlayerStatus, kStop);
+    click(kPlayAt);
+    click(kPauseAt);
+    EXPECT_EQ(state.PlayerStatus, kPause);
+    click(kPauseAt);
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+}
+
+TEST_F(FormTopTest, BackAndNextStepThroughTheList) {
+    for (const char* name : {"C:\\1.mp3", "C:\\2.mp3", "C:\\3.mp3"}) {
+        files.add(name);
+        vbmp3.addFile(name);
+        tracks.lists[0].push_back(name);
+    }
+    click({42, 62});
+    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
+    EXPECT_EQ(state.PlayIntent, kForward);
+    click({32, 62});
+    EXPECT_EQ(state.CurrentFile, "C:\\3.mp3");
+    EXPECT_EQ(state.PlayIntent, kBackward);
+}
+
+TEST_F(FormTopTest, CommandsShowAndHideTheirWindows) {
+    click({12, 4});
+    EXPECT_TRUE(list.visible());
+    EXPECT_TRUE(state.ListShown);
+    click({12, 4});
+    EXPECT_FALSE(list.visible());
+    EXPECT_FALSE(state.ListShown);
+    click({22, 4});
+    EXPECT_TRUE(optionsWindow.visible());
+    click({32, 4});
+    EXPECT_TRUE(tag.visible());
+    EXPECT_EQ(tagFills, 1);
+    click({32, 4});
+    EXPECT_FALSE(tag.visible());
+    EXPECT_EQ(tagFills, 1) << "only a window that is shown is filled";
+    click({42, 4});
+    click({42, 4});
+    EXPECT_TRUE(convert.visible()) << "the converter is shown, never hidden";
+    click({72, 4});
+    EXPECT_EQ(unloads, 1);
+    EXPECT_TRUE(top->unloaded());
+}
+
+TEST_F(FormTopTest, AlwaysOnTopReachesOpenWindowsAndThoseShownLater) {
+    click({12, 4});
+    top->menuMain().items[0].click();
+    EXPECT_TRUE(top->topmost());
+    EXPECT_TRUE(list.topmost());
+    EXPECT_FALSE(optionsWindow.topmost());
+    click({22, 4});
+    EXPECT_TRUE(optionsWindow.topmost());
+    EXPECT_TRUE(top->menuMain().items[0].checked);
+    top->menuMain().items[0].click();
+    EXPECT_FALSE(top->topmost() || list.topmost() || optionsWindow.topmost());
+}
+
+TEST_F(FormTopTest, TheBackgroundDragsTheWindowAndTheRightButtonOpensTheMenu) {
+    top->Form_MouseDown(1, 0, {150, 90});
+    EXPECT_EQ(host->drags, 1);
+    top->Form_MouseDown(2, 0, {150, 90});
+    EXPECT_EQ(host->popups, std::vector<std::string>{"menuMain"});
+}
+
+TEST_F(FormTopTest, TheTitleDragsOnlyWhenThePointerMovesSoThatADoubleClickReachesIt) {
+    openFile("C:\\a.mp3");
+    EXPECT_EQ(top->mainLabel[kTitleLabel].caption(), "a.mp3");
+    click({10, 25});
+    top->Form_DoubleClick(1, 0, {10, 25});
+    EXPECT_EQ(state.TitleMode, 1);
+    EXPECT_EQ(top->mainLabel[kTitleLabel].caption(), "Title");
+    EXPECT_EQ(host->drags, 0);
+    top->Form_MouseDown(1, 0, {10, 25});
+    top->Form_MouseMove(1, 0, {20, 25});
+    EXPECT_EQ(host->drags, 1);
+}
+
+TEST_F(FormTopTest, LabelsStepPlayModeAndTimeMode) {
+    for (const char* word : {"REPEAT", "PROGRAM", "RANDOM", "SINGLE"}) {
+        click({75, 25});
+        EXPECT_EQ(top->mainLabel[kPlayModeLabel].caption(), word);
+    }
+    click({10, 36});
+    EXPECT_EQ(state.TimeMode, 1);
+    click({10, 36}, 2);
+    EXPECT_EQ(state.TimeMode, 1);
+}
+
+TEST_F(FormTopTest, TheSeekBarActsInProportionWhilePlayingOrPaused) {
+    openFile("C:\\a.mp3", VBMP3_TYPE_MPEG, 200);
+    state.PlayerStatus = kStop;
+    click({100, 51});
+    EXPECT_EQ(vbmp3.count("seek 100.000000"), 0);
+    click(kPlayAt);
+    click({100, 51});
+    EXPECT_EQ(vbmp3.count("seek 100.000000"), 1);
+    EXPECT_EQ(state.PositionSeconds, 100);
+    EXPECT_EQ(at(99, 51), pixel(kBar));
+}
+
+TEST_F(FormTopTest, TheVolumeBarFollowsADragAndTheWheelStepsIt) {
+    top->Form_MouseDown(1, 0, {181, 10});
+    EXPECT_EQ(state.VolumePercent, 100);
+    top->Form_MouseMove(1, 0, {5, 60});
+    EXPECT_EQ(state.VolumePercent, 0) << "the pointer may leave the bar to the side";
+    top->Form_MouseUp(1, 0, {5, 60});
+    top->Form_MouseMove(1, 0, {181, 10});
+    EXPECT_EQ(state.VolumePercent, 0);
+    top->Form_Wheel(3, {0, 0});
+    EXPECT_EQ(state.VolumePercent, 15);
+    top->Form_Wheel(-9, {0, 0});
+    EXPECT_EQ(state.VolumePercent, 0);
+}
+
+TEST_F(FormTopTest, AltAndArrowsActOnceUntilTheKeyIsUp) {
+    for (const char* name : {"C:\\1.mp3", "C:\\2.mp3", "C:\\3.mp3"}) {
+        files.add(name);
+        vbmp3.addFile(name);
+        tracks.lists[0].push_back(name);
+    }
+    top->Form_KeyDown(39, 4);
+    top->Form_KeyDown(39, 4);
+    EXPECT_EQ(state.CurrentIndex[0], 0);
+    top->Form_KeyUp(39, 4);
+    top->Form_KeyDown(39, 4);
+    EXPECT_EQ(state.CurrentIndex[0], 1);
+    top->Form_KeyUp(39, 4);
+    top->Form_KeyDown(37, 4);
+    top->Form_KeyUp(37, 4);
+    EXPECT_EQ(state.CurrentIndex[0], 0);
+    pitch->Low();
+    top->Form_KeyDown(40, 4);
+    EXPECT_EQ(state.PlayerStatus, kStop);
+    EXPECT_EQ(state.PitchMode, kNormalPitch);
+    top->Form_KeyUp(40, 4);
+    top->Form_KeyDown(38, 0);
+    EXPECT_EQ(state.PlayerStatus, kStop) << "only with Alt";
+    top->Form_KeyDown(38, 4);
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+}
+
+TEST_F(FormTopTest, MediaKeysActAsTheButtonsDo) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kStop;
+    EXPECT_TRUE(top->Form_AppCommand(14));
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+    top->Form_AppCommand(14);
+    EXPECT_EQ(state.PlayerStatus, kPause);
+    top->Form_AppCommand(13);
+    EXPECT_EQ(state.PlayerStatus, kStop);
+    EXPECT_FALSE(top->Form_AppCommand(8));
+}
+
+TEST_F(FormTopTest, TheNotificationAreaHoldsTheProgramUntilItsIconIsClicked) {
+    openFile("C:\\a.mp3");
+    top->show();
+    click({62, 4});
+    EXPECT_TRUE(shell.trayIconShown);
+    EXPECT_FALSE(top->visible());
+    EXPECT_FALSE(top->Timer2.enabled());
+    top->Form_MouseMove(0, 0, {516, 0});
+    EXPECT_EQ(host->popups, std::vector<std::string>{"menuTray"});
+    EXPECT_EQ(top->menuTray().items[0].caption, "ﾒｲﾝ画面を表示");
+    top->Form_MouseMove(0, 0, {514, 0});
+    EXPECT_FALSE(shell.trayIconShown);
+    EXPECT_TRUE(top->visible());
+}
+
+TEST_F(FormTopTest, AMouseThatIsOnlyMovedOverTheWindowIsNoTrayClick) {
+    top->show();
+    top->Form_MouseMove(0, 0, {516, 3});
+    EXPECT_TRUE(host->popups.empty());
+}
+
+TEST_F(FormTopTest, TheTrayIconComesBackWhenTheShellStartsAnewAndGoesWithTheProgram) {
+    top->moveToTray();
+    shell.trayIconShown = false;
+    top->Form_TaskbarCreated();
+    EXPECT_TRUE(shell.trayIconShown);
+    top->unload();
+    EXPECT_FALSE(shell.trayIconShown);
+}
+
+TEST_F(FormTopTest, WithoutANotificationAreaTheWindowStays) {
+    shell.works = false;
+    top->show();
+    click({62, 4});
+    EXPECT_TRUE(top->visible());
+}
+
+TEST_F(FormTopTest, TheFirstOfDroppedFilesPlaysWhenItsKindIsKnown) {
+    for (const char* name : {"C:\\A.MP3", "C:\\b.mp3"}) {
+        files.add(name);
+        vbmp3.addFile(name);
+    }
+    state.PlayIntent = kForward;
+    top->Form_FilesDropped({"C:\\A.MP3", "C:\\b.mp3"}, {});
+    EXPECT_EQ(state.CurrentFile, "C:\\A.MP3");
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+    EXPECT_EQ(state.PlayIntent, kNoIntent);
+    top->Form_FilesDropped({"C:\\x.txt", "C:\\b.mp3"}, {});
+    EXPECT_EQ(state.CurrentFile, "C:\\A.MP3");
+}
+
+TEST_F(FormTopTest, TheMainMenuBeginsWithItsItemsInOrder) {
+    const Menu menu = top->menuMain();
+    const char* const captions[] = {"常に手前に表示(&T)", "操作パネルモード(&P)", "スキンの変更(&S)",
+                                    "タイトルアニメーション(&A)", "オシロ・スペアナ表示(&O)", "グライコ(&G)",
+                                    "タグ情報(&I)", "ファイル変換(&C)", "バージョン情報(&V)"};
+    for (std::size_t i = 0; i < std::size(captions); ++i) EXPECT_EQ(menu.items.at(i).caption, captions[i]);
+    EXPECT_EQ(menu.items.back().caption, "Quenloxの終了(&Q)");
+    menu.items[4].click();
+    EXPECT_TRUE(options.spectrumShown());
+    menu.items[3].click();
+    EXPECT_TRUE(options.titleAnimation());
+}
+
+TEST_F(FormTopTest, DisplayBTellsLeftFromRightAndDoubleClicks) {
+    options.setSpectrumShown(true);
+    top->optionsChanged();
+    EXPECT_TRUE(top->Timer2.enabled());
+    click({110, 65});
+    click({110, 65}, 2);
+    top->Form_DoubleClick(1, 0, {110, 65});
+    EXPECT_EQ(panelClicks, (std::vector<int>{1, 2, 2}));
+    EXPECT_TRUE(host->popups.empty());
+}
+
+TEST_F(FormTopTest, ALongTitleRunsAndComesBack) {
+    options.setTitleAnimation(true);
+    std::string title;
+    for (int i = 0; i < 20; ++i) title += "xx ";
+    top->showTitle(title, "");
+    ASSERT_TRUE(top->TimerTitle.enabled());
+    const Surface before = *top->picture();
+    for (int i = 0; i <= TitleAnimation::kRestTicks; ++i) top->TimerTitle.onTimer();
+    EXPECT_NE(*top->picture(), before);
+    const int round = 60 * 4 + TitleAnimation::kGap;
+    for (int i = 1; i < round; ++i) top->TimerTitle.onTimer();
+    EXPECT_EQ(*top->picture(), before);
+    top->showTitle("short", "");
+    EXPECT_FALSE(top->TimerTitle.enabled());
+}
+
+}  // namespace
+}  // namespace quenlox

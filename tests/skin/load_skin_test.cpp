@@ -1,0 +1,164 @@
+#include "tests/skin/skin_fixture.h"
+
+namespace quenlox {
+namespace {
+
+class LoadSkin : public SkinTest {};
+
+TEST_F(LoadSkin, APackageIsAppliedWhole) {
+    load();
+    EXPECT_EQ(state.CurrentSkinFile, "C:\\Quenlox\\skin\\default\\default.tsk");
+    EXPECT_EQ(top->width(), 3000);
+    EXPECT_EQ(top->height(), 1500);
+    ASSERT_EQ(host->regions.size(), 1u);
+    EXPECT_EQ(host->regions[0], (Region{{0, 0, 200, 100}}));
+    EXPECT_EQ(at(199, 99), pixel(kBack));
+    for (int n = 0; n < kButtonCount; ++n) {
+        EXPECT_EQ(at(10 + 10 * n, 60), pixel(playback(n, false))) << n;
+        EXPECT_EQ(at(10 + 10 * n, 2), pixel(command(n, false))) << n;
+    }
+    EXPECT_EQ(at(180, 10), pixel(kVolume));
+    EXPECT_EQ(at(50, 50), pixel(kBack)) << "an empty seek bar shows the background";
+    EXPECT_FALSE(top->mainLabel[1].visible());
+    EXPECT_TRUE(top->mainLabel[2].visible());
+    EXPECT_FALSE(top->LyricsPicture.visible());
+    EXPECT_TRUE(state.SkinLacksLyricsArea);
+    EXPECT_TRUE(options.lyricsWindowChoicesAllowed);
+    EXPECT_TRUE(options.operationPanelAllowed);
+}
+
+TEST_F(LoadSkin, TheDefaultPackageStandsInForABrokenOne) {
+    const std::string other = "C:\\Quenlox\\skin\\x\\x.tsk";
+    files.add(other, "[Main]\nVer=3\n");
+    top->LoadSkin(other);
+    EXPECT_EQ(state.CurrentSkinFile, std::string(kFolder) + "default.tsk");
+    ASSERT_EQ(dialogs.messages.size(), 1u);
+    EXPECT_EQ(dialogs.messages[0].text, "Skinのバージョンが異なります\rDefaultSkinをロードします");
+    EXPECT_EQ(dialogs.messages[0].icon, MessageIcon::Stop);
+
+    top->LoadSkin("C:\\nowhere.tsk");
+    ASSERT_EQ(dialogs.messages.size(), 2u);
+    EXPECT_EQ(dialogs.messages[1].text, "指定のSkinが見つかりません\rDefaultSkinをロードします");
+
+    files.add(other, "[Main]\nVer=4\nBox=1\n");
+    top->LoadSkin(other);
+    EXPECT_EQ(state.CurrentSkinFile, other);
+    EXPECT_EQ(dialogs.messages.size(), 2u);
+}
+
+TEST_F(LoadSkin, WithoutASettingsFileTheDefaultPackageIsTakenSilently) {
+    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\n");
+    files.remove("C:\\Quenlox\\Quenlox.ini");
+    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
+    EXPECT_EQ(state.CurrentSkinFile, std::string(kFolder) + "default.tsk");
+    EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(LoadSkin, WithoutTheDefaultPackageEveryKeyTakesItsDefault) {
+    files.all.clear();
+    files.add("C:\\Quenlox\\Quenlox.ini", "");
+    top->LoadSkinNamed("");
+    ASSERT_EQ(dialogs.messages.size(), 3u);
+    EXPECT_EQ(dialogs.messages[0].text, "指定のSkinが見つかりません\rDefaultSkinをロードします");
+    EXPECT_EQ(dialogs.messages[1].text, "DefaultSkinが見つかりません\r再インストールしてください");
+    EXPECT_EQ(dialogs.messages[2].text, "Skinの矩形データが見つかりません");
+    EXPECT_EQ(top->width(), 60 * 15);
+    EXPECT_EQ(top->picture()->width(), 60);
+    for (int n = 0; n < kLabelCount; ++n) EXPECT_FALSE(top->mainLabel[n].visible());
+}
+
+TEST_F(LoadSkin, AMissingRegionFileIsSaidAndLeavesTheOutline) {
+    load();
+    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nSize=50,50\n");
+    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
+    ASSERT_EQ(dialogs.messages.size(), 1u);
+    EXPECT_EQ(dialogs.messages[0].text, "Skinの矩形データが見つかりません");
+    EXPECT_EQ(host->regions.size(), 1u);
+}
+
+TEST_F(LoadSkin, PicturesThatTheNewSkinLacksStayThoseOfTheOldOne) {
+    load();
+    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=50,50\n[Button]\nButtonA=1,1\n");
+    files.add("C:\\Quenlox\\skin\\x\\main_back.bmp", "broken");
+    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
+    EXPECT_EQ(at(1, 1), pixel(playback(0, false)));
+    EXPECT_EQ(at(30, 30), pixel(kBack));
+    EXPECT_FALSE(options.operationPanelAllowed);
+}
+
+TEST_F(LoadSkin, FontSizesFollowTheResolution) {
+    load();
+    EXPECT_DOUBLE_EQ(top->mainLabel[0].font().points, 6);
+    host->twips = {12, 12};
+    load();
+    EXPECT_DOUBLE_EQ(top->mainLabel[0].font().points, 4.8);
+    EXPECT_EQ(top->width(), 2400);
+}
+
+TEST_F(LoadSkin, TheMenuListsEveryFolderButTheDefaultAndLoadsWhatIsChosen) {
+    files.add("C:\\Quenlox\\skin\\Default2\\a.tsk", "[Main]\nVer=4\nBox=1\nSize=70,70\n");
+    files.add("C:\\Quenlox\\skin\\empty\\readme.txt");
+    top->ListSkins();
+    Menu menu = top->menuMain();
+    auto& skins = menu.items[2];
+    EXPECT_EQ(skins.caption, "スキンの変更(&S)");
+    ASSERT_EQ(skins.items.size(), 3u);
+    EXPECT_EQ(skins.items[1].caption, "Default2");
+    skins.items[1].click();
+    EXPECT_EQ(state.SkinName, "Default2");
+    EXPECT_EQ(top->picture()->width(), 70);
+    EXPECT_TRUE(top->visible());
+    skins.items[2].click();
+    EXPECT_EQ(state.SkinName, "Default2") << "a folder without a definition does nothing";
+    skins.items[0].click();
+    EXPECT_EQ(top->picture()->width(), 200);
+}
+
+TEST_F(LoadSkin, TheOperationPanelStandsInPlaceOfTheButtons) {
+    load();
+    options.setOperationPanel(true);
+    top->optionsChanged();
+    EXPECT_EQ(at(10, 60), pixel(kBack));
+    EXPECT_EQ(at(10, 80), pixel(kPanel));
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kStop;
+    click({12, 82});  // the first of seven columns
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+    click({25, 82});
+    EXPECT_EQ(state.PlayerStatus, kPause);
+    // A skin without display A ends the mode.
+    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=200,100\n[Button]\nButtonA=10,60\n");
+    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
+    EXPECT_FALSE(options.operationPanel());
+    EXPECT_TRUE(top->cmdPicture[0].visible());
+}
+
+TEST_F(LoadSkin, TheVolumeLevelGrowsFromTheBottom) {
+    mixer.lines[Mixer::kSpeakers].value = 65535;
+    load();
+    click({185, 35});  // the middle of the volume bar: display D over it takes no clicks
+    EXPECT_EQ(state.VolumePercent, 50);
+    EXPECT_EQ(at(183, 34), pixel({7, 7, 7}));
+    EXPECT_EQ(at(183, 35), pixel(kLevel));
+    EXPECT_EQ(mixer.lines[Mixer::kSpeakers].value, 32768u);
+}
+
+TEST_F(LoadSkin, ASmallChangeRepaintsOnlyItsPlace) {
+    load();
+    top->picture();
+    host->invalidated.clear();
+    top->showTime("01:23");
+    ASSERT_EQ(host->invalidated.size(), 1u);
+    EXPECT_EQ(host->invalidated[0], top->mainLabel[kTimeLabel].bounds());
+    // What is composed piece by piece is what composing at once gives.
+    top->showBar(0.5);
+    top->showPlayMode("RANDOM");
+    const Surface pieces = *top->picture();
+    top->refreshDisplay();
+    EXPECT_EQ(*top->picture(), pieces);
+    EXPECT_EQ(at(99, 51), pixel(kBar));
+    EXPECT_EQ(at(100, 51), pixel(kBack));
+}
+
+}  // namespace
+}  // namespace quenlox
