@@ -25,8 +25,10 @@ struct NewTags {
 };
 
 void copySpliced(Recipe& recipe, ByteRange range, std::vector<Splice> splices) {
-    std::stable_sort(splices.begin(), splices.end(),
-                     [](const Splice& a, const Splice& b) { return a.range.begin < b.range.begin; });
+    // A place to insert comes before the block that is taken off there.
+    std::sort(splices.begin(), splices.end(), [](const Splice& a, const Splice& b) {
+        return a.range.begin != b.range.begin ? a.range.begin < b.range.begin : a.range.end < b.range.end;
+    });
     int64_t at = range.begin;
     for (const Splice& splice : splices) {
         if (splice.range.begin < at || splice.range.end > range.end) continue; // stands in another part
@@ -62,18 +64,25 @@ void replaceTag(std::vector<Splice>& splices, const FileLayout& layout, std::ini
     splices.push_back({{inPlace ? first->range.begin : place, inPlace ? first->range.begin : place}, *bytes});
 }
 
-// Places to insert come before the block that is taken off there.
-void orderSplices(std::vector<Splice>& splices) {
-    std::stable_sort(splices.begin(), splices.end(), [](const Splice& a, const Splice& b) {
-        return a.range.begin != b.range.begin ? a.range.begin < b.range.begin : a.range.end < b.range.end;
-    });
+// An ID3v2 tag that claims more than there was could reach into the sound once the file has grown: it gets its true length.
+void repairLengths(std::vector<Splice>& splices, HeadTailReader& reader, const FileLayout& layout) {
+    for (const TagBlock& tag : layout.tags) {
+        if (tag.kind != TagKind::Id3v2) continue;
+        const auto header = reader.view(tag.range.begin, 10);
+        const bool footer = header[3] == 4 && (header[5] & 0x10) != 0;
+        if (int64_t{synchsafe32(header.data() + 6)} + (footer ? 20 : 10) == tag.range.size()) continue;
+        const int64_t size = tag.range.size() - 10;
+        Splice repair{{tag.range.begin + 5, tag.range.begin + 10}, {static_cast<uint8_t>(header[5] & ~0x10)}};
+        for (int shift = 21; shift >= 0; shift -= 7) repair.bytes.push_back(static_cast<uint8_t>(size >> shift & 0x7F));
+        splices.push_back(std::move(repair));
+    }
 }
 
-Recipe assemblePlain(const FileLayout& layout, const NewTags& tags) {
+Recipe assemblePlain(HeadTailReader& reader, const FileLayout& layout, const NewTags& tags) {
     std::vector<Splice> splices;
+    repairLengths(splices, reader, layout);
     replaceTag(splices, layout, {TagKind::Id3v2, TagKind::Id3v2Appended}, tags.id3v2, 0);
     replaceTag(splices, layout, {TagKind::Id3v1}, tags.id3v1, layout.fileSize);
-    orderSplices(splices);
     Recipe recipe;
     copySpliced(recipe, {0, layout.fileSize}, splices);
     return recipe;
@@ -106,12 +115,12 @@ std::optional<Recipe> makeRiff(const FileLayout& layout, std::string_view form, 
 
 std::optional<Recipe> assembleRiff(HeadTailReader& reader, const FileLayout& layout, const NewTags& tags) {
     std::vector<Splice> splices;
+    repairLengths(splices, reader, layout);
     replaceTag(splices, layout, {TagKind::Id3v2, TagKind::Id3v2Appended}, tags.id3v2, layout.data.begin);
     // ID3v1 of a RIFF file lives in IID3; one that stands elsewhere would contradict it.
     if (tags.info)
         for (const TagBlock& tag : layout.tags)
             if (tag.kind == TagKind::Id3v1 && tags.id3v1) splices.push_back({tag.range, {}});
-    orderSplices(splices);
 
     std::vector<std::pair<std::string, Recipe>> chunks;
     for (const RiffChunk& chunk : layout.chunks) {
@@ -208,7 +217,7 @@ std::optional<Recipe> planWrite(HeadTailReader& reader, const FileLayout& layout
         // An RMP whose last field was cleared needs no block either.
         if (!v1 && isEmpty(fields)) tags.id3v1 = Bytes{};
     }
-    if (layout.container == Container::None) return assemblePlain(layout, tags);
+    if (layout.container == Container::None) return assemblePlain(reader, layout, tags);
     if (si || v1) {
         const TagFields shown = shownOf(kTagSi);
         const Bytes id3v1 = tags.id3v1 ? *tags.id3v1 : bytesOf(reader, iid3 ? layout.id3v1() : ByteRange{});
@@ -222,7 +231,7 @@ std::optional<Recipe> planRemove(HeadTailReader& reader, const FileLayout& layou
     NewTags tags;
     if ((kinds & kTagId3v2) != 0) tags.id3v2 = Bytes{};
     if ((kinds & kTagId3v1) != 0) tags.id3v1 = Bytes{};
-    if (layout.container == Container::None) return assemblePlain(layout, tags);
+    if (layout.container == Container::None) return assemblePlain(reader, layout, tags);
     if ((kinds & (kTagSi | kTagId3v1)) != 0) {
         const TagFields old = readRiffInfo(reader, layout);
         const bool keepsId3v1 = (kinds & kTagId3v1) == 0 && layout.findInfo("IID3") != nullptr;
@@ -241,6 +250,7 @@ std::optional<Recipe> planRmp(HeadTailReader& reader, const FileLayout& layout) 
     const Bytes id3v1 = !old.empty() ? bytesOf(reader, old) : isEmpty(fields) ? Bytes{} : toBytes(makeId3v1(fields));
 
     std::vector<Splice> splices;
+    repairLengths(splices, reader, layout);
     for (const TagBlock& tag : layout.tags)
         if (tag.kind == TagKind::Id3v1 && tag.range.begin == old.begin) splices.push_back({tag.range, {}});
     Recipe data;
@@ -281,11 +291,11 @@ std::optional<Recipe> planMp3(HeadTailReader& reader, const FileLayout& layout) 
         if (!tags.id3v2) return std::nullopt;
     }
     std::vector<Splice> splices;
+    repairLengths(splices, reader, layout);
     const int64_t place = layout.data.begin;
     replaceTag(splices, layout, {TagKind::Id3v2, TagKind::Id3v2Appended}, tags.id3v2, place);
     for (const TagBlock& tag : layout.tags)
         if (tag.kind == TagKind::Id3v1) splices.push_back({tag.range, {}});
-    orderSplices(splices);
 
     Recipe recipe;
     copySpliced(recipe, {0, layout.riff.begin}, splices);
