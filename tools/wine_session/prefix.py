@@ -106,17 +106,25 @@ def ready_prefix():
         shutil.rmtree(unfinished, ignore_errors=True)
         unfinished.mkdir()
         env = base_environment(unfinished)
-        # The user's folders become real ones inside the prefix instead of links into the home folder.
         env["HOME"] = str(unfinished)
         subprocess.run(["wine", "wineboot", "-i"], env=env, check=True, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         import_registry(_REGISTRY, env)
         subprocess.run(["wineserver", "-k"], env=env)
         subprocess.run(["wineserver", "-w"], env=env)
+        _unlink_home(unfinished)
         for font in _WINE_FONTS.glob("*.ttf"):
             shutil.copy2(font, unfinished / "drive_c/windows/Fonts")
         unfinished.rename(prefix)
     return prefix
+
+
+def _unlink_home(prefix):
+    """Turns the user's folders (desktop, documents ...), links into the home folder, into folders of the prefix."""
+    for folder in prefix.glob("drive_c/users/*/*"):
+        if folder.is_symlink():
+            folder.unlink()
+            folder.mkdir()
 
 
 def _link_or_copy(source, target):

@@ -53,7 +53,9 @@ class RemoteMemory {
     void* memory_ = nullptr;
 };
 
-std::string Number(int64_t value) { return std::to_string(value); }
+std::string Number(int64_t value) {
+    return std::to_string(value);
+}
 
 Row OnScreen(HWND window, RECT place) {
     MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&place), 2);
@@ -81,8 +83,8 @@ Rows ListViewItems(HWND listView, int first, int count) {
     const int columns = ColumnCount(listView);
     Rows rows;
     for (int item = first; item < all && item - first < count; ++item) {
-        const auto state = static_cast<UINT>(SendWithLimit(
-            listView, LVM_GETITEMSTATE, item, LVIS_SELECTED | LVIS_FOCUSED | LVIS_STATEIMAGEMASK));
+        const auto state = static_cast<UINT>(
+            SendWithLimit(listView, LVM_GETITEMSTATE, item, LVIS_SELECTED | LVIS_FOCUSED | LVIS_STATEIMAGEMASK));
         Row row = {Number((state & LVIS_SELECTED) != 0), Number((state & LVIS_FOCUSED) != 0),
                    Number((state & LVIS_STATEIMAGEMASK) >> 12)};
         for (int column = 0; column < columns; ++column) {
@@ -130,7 +132,8 @@ Rows ListBoxItems(HWND listBox) {
     Rows rows;
     const auto count = static_cast<int>(SendWithLimit(listBox, LB_GETCOUNT, 0, 0));
     for (int i = 0; i < count; ++i)
-        rows.push_back({Number(SendWithLimit(listBox, LB_GETSEL, i, 0) > 0), LineOf(listBox, LB_GETTEXTLEN, LB_GETTEXT, i)});
+        rows.push_back(
+            {Number(SendWithLimit(listBox, LB_GETSEL, i, 0) > 0), LineOf(listBox, LB_GETTEXTLEN, LB_GETTEXT, i)});
     return rows;
 }
 

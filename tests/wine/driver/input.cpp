@@ -16,17 +16,17 @@ struct NamedKey {
 };
 
 constexpr NamedKey kKeys[] = {
-    {"ctrl", VK_CONTROL}, {"shift", VK_SHIFT},  {"alt", VK_MENU},      {"win", VK_LWIN},       {"enter", VK_RETURN},
-    {"esc", VK_ESCAPE},   {"tab", VK_TAB},      {"space", VK_SPACE},   {"back", VK_BACK},      {"delete", VK_DELETE},
-    {"insert", VK_INSERT}, {"home", VK_HOME},   {"end", VK_END},       {"pageup", VK_PRIOR},   {"pagedown", VK_NEXT},
-    {"left", VK_LEFT},    {"right", VK_RIGHT},  {"up", VK_UP},         {"down", VK_DOWN},      {"apps", VK_APPS},
-    {"f1", VK_F1},        {"f2", VK_F2},        {"f3", VK_F3},         {"f4", VK_F4},          {"f5", VK_F5},
-    {"f6", VK_F6},        {"f7", VK_F7},        {"f8", VK_F8},         {"f9", VK_F9},          {"f10", VK_F10},
-    {"f11", VK_F11},      {"f12", VK_F12},      {"plus", VK_OEM_PLUS}, {"minus", VK_OEM_MINUS},
+    {"ctrl", VK_CONTROL},  {"shift", VK_SHIFT}, {"alt", VK_MENU},      {"win", VK_LWIN},        {"enter", VK_RETURN},
+    {"esc", VK_ESCAPE},    {"tab", VK_TAB},     {"space", VK_SPACE},   {"back", VK_BACK},       {"delete", VK_DELETE},
+    {"insert", VK_INSERT}, {"home", VK_HOME},   {"end", VK_END},       {"pageup", VK_PRIOR},    {"pagedown", VK_NEXT},
+    {"left", VK_LEFT},     {"right", VK_RIGHT}, {"up", VK_UP},         {"down", VK_DOWN},       {"apps", VK_APPS},
+    {"f1", VK_F1},         {"f2", VK_F2},       {"f3", VK_F3},         {"f4", VK_F4},           {"f5", VK_F5},
+    {"f6", VK_F6},         {"f7", VK_F7},       {"f8", VK_F8},         {"f9", VK_F9},           {"f10", VK_F10},
+    {"f11", VK_F11},       {"f12", VK_F12},     {"plus", VK_OEM_PLUS}, {"minus", VK_OEM_MINUS},
 };
 
-constexpr WORD kExtended[] = {VK_LEFT, VK_RIGHT, VK_UP,     VK_DOWN,   VK_HOME, VK_END,
-                              VK_PRIOR, VK_NEXT, VK_INSERT, VK_DELETE, VK_LWIN, VK_APPS};
+constexpr WORD kExtended[] = {VK_LEFT,  VK_RIGHT, VK_UP,     VK_DOWN,   VK_HOME, VK_END,
+                              VK_PRIOR, VK_NEXT,  VK_INSERT, VK_DELETE, VK_LWIN, VK_APPS};
 
 WORD KeyOf(std::string_view name) {
     for (const NamedKey& key : kKeys)

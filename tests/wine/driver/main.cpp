@@ -1,5 +1,5 @@
-// Drives programs under test from inside Wine; protocol.h has the form of requests and answers, tests/wine/harness/driver.py
-// the other end. Ends when its input ends.
+// Drives programs under test from inside Wine; protocol.h has the form of requests and answers,
+// tests/wine/harness/driver.py the other end. Ends when its input ends.
 #include <windows.h>
 
 #include <cstdio>
@@ -19,14 +19,18 @@ POINT PointOf(const Request& r, size_t index) {
     return {static_cast<LONG>(r.number(index)), static_cast<LONG>(r.number(index + 1))};
 }
 
-int Int(const Request& r, size_t index, int otherwise) { return static_cast<int>(r.number(index, otherwise)); }
+int Int(const Request& r, size_t index, int otherwise) {
+    return static_cast<int>(r.number(index, otherwise));
+}
 
 struct Verb {
     std::string_view name;
     Rows (*answer)(const Request&);
 };
 
-Rows Done(void) { return {}; }
+Rows Done(void) {
+    return {};
+}
 
 const Verb kVerbs[] = {
     // looking

@@ -19,8 +19,8 @@ void Describe(HWND window, HMENU menu, int depth, std::wstring& out) {
         UINT state = item.fState & (MFS_CHECKED | MFS_DISABLED | MFS_DEFAULT);
         if (item.fType & MFT_SEPARATOR) state |= 0x800;
         if (item.hSubMenu) state |= 0x10;
-        const long numbers[] = {depth, position, static_cast<long>(item.wID), static_cast<long>(state), place.left,
-                                place.top, place.right - place.left, place.bottom - place.top};
+        const long numbers[] = {depth,      position,  static_cast<long>(item.wID), static_cast<long>(state),
+                                place.left, place.top, place.right - place.left,    place.bottom - place.top};
         for (long number : numbers) out += std::to_wstring(number) + L'\t';
         for (const wchar_t* c = caption; *c; ++c) out += *c == L'\t' ? L'|' : *c;
         out += L'\n';

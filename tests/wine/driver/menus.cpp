@@ -34,13 +34,12 @@ Rows SplitLines(std::wstring_view text) {
 Rows ReadMenu(HWND window, WPARAM menu) {
     static const SharedMemory memory;
     static const HMODULE agent = LoadLibraryW(L"menu_agent.dll");
-    const auto procedure = reinterpret_cast<HOOKPROC>(
-        reinterpret_cast<void*>(agent ? GetProcAddress(agent, "MenuAgentHook") : nullptr));
+    const auto procedure =
+        reinterpret_cast<HOOKPROC>(reinterpret_cast<void*>(agent ? GetProcAddress(agent, "MenuAgentHook") : nullptr));
     if (!memory.text || !procedure) throw Failure("menu_agent.dll is not beside the driver");
     constexpr wchar_t kUntouched = 0xFFFF;
     memory.text[0] = kUntouched;
-    const HHOOK hook =
-        SetWindowsHookExW(WH_CALLWNDPROC, procedure, agent, GetWindowThreadProcessId(window, nullptr));
+    const HHOOK hook = SetWindowsHookExW(WH_CALLWNDPROC, procedure, agent, GetWindowThreadProcessId(window, nullptr));
     if (!hook) throw Failure("cannot hook the window's thread, error " + std::to_string(GetLastError()));
     try {
         SendWithLimit(window, RegisterWindowMessageW(kMenuMessage), menu, 0);
@@ -55,7 +54,9 @@ Rows ReadMenu(HWND window, WPARAM menu) {
 
 }  // namespace
 
-Rows MenuBar(HWND window) { return ReadMenu(window, 0); }
+Rows MenuBar(HWND window) {
+    return ReadMenu(window, 0);
+}
 
 Rows PopupMenu() {
     HWND shown = nullptr;

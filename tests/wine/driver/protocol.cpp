@@ -12,11 +12,20 @@ std::string Escaped(std::string_view field) {
     std::string out;
     for (char c : field) {
         switch (c) {
-            case '\\': out += "\\\\"; break;
-            case '\t': out += "\\t"; break;
-            case '\r': out += "\\r"; break;
-            case '\n': out += "\\n"; break;
-            default: out += c;
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            default:
+                out += c;
         }
     }
     return out;
@@ -61,7 +70,9 @@ std::string FormatAnswer(const Rows& rows) {
     return out + ".\n";
 }
 
-std::string FormatFailure(const std::string& text) { return "error\t" + Escaped(text) + "\n.\n"; }
+std::string FormatFailure(const std::string& text) {
+    return "error\t" + Escaped(text) + "\n.\n";
+}
 
 std::string ToUtf8(std::wstring_view text) {
     const int size = static_cast<int>(text.size());

@@ -1,6 +1,7 @@
-// The line protocol between the end-to-end tests and this driver: one request per line, fields separated by tabs, UTF-8.
-// An answer is a line "ok" or "error<TAB>text", then its rows, then a line with a single full stop. Backslash, tab and
-// line ends inside a field are written as \\ \t \r \n, a field that is a full stop as "\.". Window handles are decimal numbers.
+// The line protocol between the end-to-end tests and this driver: one request per line, fields separated by tabs,
+// UTF-8. An answer is a line "ok" or "error<TAB>text", then its rows, then a line with a single full stop. Backslash,
+// tab and line ends inside a field are written as \\ \t \r \n, a field that is a full stop as "\.". Window handles are
+// decimal numbers.
 #pragma once
 
 #include <cstdint>

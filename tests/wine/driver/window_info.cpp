@@ -3,8 +3,12 @@
 namespace driver {
 namespace {
 
-std::string Number(int64_t value) { return std::to_string(value); }
-std::string Handle(HWND window) { return Number(reinterpret_cast<intptr_t>(window)); }
+std::string Number(int64_t value) {
+    return std::to_string(value);
+}
+std::string Handle(HWND window) {
+    return Number(reinterpret_cast<intptr_t>(window));
+}
 
 Row Described(HWND window, bool topLevel) {
     DWORD process = 0;
@@ -15,10 +19,20 @@ Row Described(HWND window, bool topLevel) {
     GetWindowRect(window, &place);
     const HWND above = topLevel ? GetWindow(window, GW_OWNER) : GetParent(window);
     const int id = topLevel ? 0 : GetDlgCtrlID(window);
-    return {Handle(window), Handle(above), Number(process), ToUtf8(name), Number(id), Number(place.left), Number(place.top),
-            Number(place.right - place.left), Number(place.bottom - place.top), Number(IsWindowVisible(window)),
-            Number(IsWindowEnabled(window)), Number(GetWindowLongW(window, GWL_STYLE) & 0xFFFFFFFFll),
-            Number(GetWindowLongW(window, GWL_EXSTYLE) & 0xFFFFFFFFll), TextOf(window)};
+    return {Handle(window),
+            Handle(above),
+            Number(process),
+            ToUtf8(name),
+            Number(id),
+            Number(place.left),
+            Number(place.top),
+            Number(place.right - place.left),
+            Number(place.bottom - place.top),
+            Number(IsWindowVisible(window)),
+            Number(IsWindowEnabled(window)),
+            Number(GetWindowLongW(window, GWL_STYLE) & 0xFFFFFFFFll),
+            Number(GetWindowLongW(window, GWL_EXSTYLE) & 0xFFFFFFFFll),
+            TextOf(window)};
 }
 
 struct Collector {

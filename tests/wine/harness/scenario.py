@@ -154,11 +154,11 @@ class Scenario:
     def file_dialog(self, path, title=None, limit=LIMIT):
         """Answers the open or save dialog of the system with a file of this machine."""
         dialog = self.driver.wait_window(title, class_name="#32770", limit=limit)
-        # The name is an edit box in the old dialogs and the edit box of a combo box in the newer ones.
+        # The list of files is made last; a dialog that is answered earlier never closes.
+        wait_until(lambda: any(c.class_name == "SHELLDLL_DefView" for c in dialog.controls()), limit,
+                   "the dialog is complete")
+        edit = dialog.control(id=0x47C, class_name="Edit", limit=limit)
         wanted = self.session.windows_path(path)
-        edit = wait_until(lambda: next((c for c in dialog.controls()
-                                        if c.class_name.lower() == "edit" and c.id in (0x47C, 0x480, 1001)), None),
-                          limit, "the dialog's name box")
         edit.set_text(wanted)
         wait_until(lambda: edit.text() == wanted, limit, "the name is in the box")
         dialog.command(1)

@@ -1,9 +1,11 @@
-// A small program for checking the end-to-end harness itself: a window with a menu, a button that plays a 440 Hz tone of
-// two seconds, a list view, and a label that counts clicks.
+// A small program for checking the end-to-end harness itself: a window with a menu, a button that plays a 440 Hz tone
+// of two seconds, a list view, and a label that counts clicks.
 #include <windows.h>
 
 #include <commctrl.h>
+#include <commdlg.h>
 #include <mmsystem.h>
+#include <shellapi.h>
 
 #include <cmath>
 #include <numbers>
@@ -12,7 +14,8 @@
 
 namespace {
 
-constexpr int kButton = 101, kLabel = 102, kList = 103, kEdit = 104, kMenuTone = 201, kMenuNothing = 202;
+constexpr int kButton = 101, kLabel = 102, kList = 103, kEdit = 104, kMenuTone = 201, kMenuNothing = 202,
+              kMenuOpen = 203, kMenuPlayFile = 204;
 constexpr int kRate = 44100;
 
 class Tone {
@@ -23,7 +26,8 @@ class Tone {
         if (waveOutOpen(&device_, WAVE_MAPPER, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) return;
         samples_.resize(kRate * 2);
         for (size_t i = 0; i < samples_.size(); ++i)
-            samples_[i] = static_cast<short>(8000 * std::sin(2 * std::numbers::pi * 440 * static_cast<double>(i) / kRate));
+            samples_[i] =
+                static_cast<short>(8000 * std::sin(2 * std::numbers::pi * 440 * static_cast<double>(i) / kRate));
         header_.lpData = reinterpret_cast<char*>(samples_.data());
         header_.dwBufferLength = static_cast<DWORD>(samples_.size() * 2);
         waveOutPrepareHeader(device_, &header_, sizeof header_);
@@ -67,8 +71,42 @@ HMENU MakeMenu() {
     AppendMenuW(sub, MF_STRING, kMenuTone, L"Play a &tone\tCtrl+T");
     AppendMenuW(sub, MF_SEPARATOR, 0, nullptr);
     AppendMenuW(sub, MF_STRING | MF_CHECKED | MF_GRAYED, kMenuNothing, L"Nothing");
+    AppendMenuW(sub, MF_STRING, kMenuOpen, L"Open...");
+    AppendMenuW(sub, MF_STRING, kMenuPlayFile, L"Play the file");
     AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(sub), L"&Sound");
     return bar;
+}
+
+void ShowDropped(HWND window, HDROP drop) {
+    std::wstring names;
+    for (UINT i = 0, count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0); i < count; ++i) {
+        wchar_t name[MAX_PATH] = {};
+        DragQueryFileW(drop, i, name, MAX_PATH);
+        names += (i ? L"|" : L"") + std::wstring(name);
+    }
+    DragFinish(drop);
+    SetDlgItemTextW(window, kEdit, names.c_str());
+}
+
+void ChooseFile(HWND window) {
+    wchar_t name[MAX_PATH] = {};
+    OPENFILENAMEW dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = window;
+    dialog.lpstrFile = name;
+    dialog.nMaxFile = MAX_PATH;
+    dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST;
+    if (GetOpenFileNameW(&dialog)) SetDlgItemTextW(window, kEdit, name);
+}
+
+void PlayNamedFile(HWND window) {
+    wchar_t name[MAX_PATH] = {};
+    GetDlgItemTextW(window, kEdit, name, MAX_PATH);
+    mciSendStringW(L"close media", nullptr, 0, nullptr);
+    const std::wstring open = L"open \"" + std::wstring(name) + L"\" alias media";
+    const MCIERROR error = mciSendStringW(open.c_str(), nullptr, 0, nullptr);
+    const MCIERROR playError = error ? error : mciSendStringW(L"play media", nullptr, 0, nullptr);
+    SetDlgItemTextW(window, kLabel, (L"mci " + std::to_wstring(playError)).c_str());
 }
 
 LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM w, LPARAM l) {
@@ -85,7 +123,14 @@ LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM w, LPARAM l) 
             if (LOWORD(w) == kButton || LOWORD(w) == kMenuTone) {
                 SetDlgItemTextW(window, kLabel, (std::to_wstring(++clicks) + L" clicks").c_str());
                 tone.play();
+            } else if (LOWORD(w) == kMenuOpen) {
+                ChooseFile(window);
+            } else if (LOWORD(w) == kMenuPlayFile) {
+                PlayNamedFile(window);
             }
+            return 0;
+        case WM_DROPFILES:
+            ShowDropped(window, reinterpret_cast<HDROP>(w));
             return 0;
         case WM_RBUTTONUP: {
             POINT point;
@@ -93,8 +138,11 @@ LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM w, LPARAM l) 
             TrackPopupMenu(GetSubMenu(GetMenu(window), 0), 0, point.x, point.y, 0, window, nullptr);
             return 0;
         }
-        case WM_DESTROY: PostQuitMessage(clicks); return 0;
-        default: return DefWindowProcW(window, message, w, l);
+        case WM_DESTROY:
+            PostQuitMessage(clicks);
+            return 0;
+        default:
+            return DefWindowProcW(window, message, w, l);
     }
 }
 
@@ -109,8 +157,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int) {
     definition.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     definition.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     RegisterClassW(&definition);
-    CreateWindowExW(0, definition.lpszClassName, L"検査 harness check", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 60, 340, 290,
-                    nullptr, MakeMenu(), instance, nullptr);
+    CreateWindowExW(WS_EX_ACCEPTFILES, definition.lpszClassName, L"検査 harness check",
+                    WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 60, 340, 290, nullptr, MakeMenu(), instance, nullptr);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         TranslateMessage(&message);

@@ -1,6 +1,7 @@
-// A MIDI device for the end-to-end tests, put in the place of Wine's MIDI mapper: the test machine has none, and without
-// one a sequence never moves. Takes every message and writes it to the file that QUENLOX_MIDI_LOG names, one line each:
-// milliseconds since the device was first used, what arrived (open, close, short, long, reset, volume), its value in hex.
+// A MIDI device for the end-to-end tests, put in the place of Wine's MIDI mapper: the test machine has none, and
+// without one a sequence never moves. Takes every message and writes it to the file that QUENLOX_MIDI_LOG names, one
+// line each: milliseconds since the device was first used, what arrived (open, close, short, long, reset, volume), its
+// value in hex.
 #include <windows.h>
 
 #include <mmsystem.h>
@@ -65,11 +66,15 @@ extern "C" LRESULT CALLBACK DriverProc(DWORD_PTR id, HDRVR driver, UINT message,
         case DRV_OPEN:
         case DRV_CLOSE:
         case DRV_ENABLE:
-        case DRV_DISABLE: return 1;
-        case DRV_QUERYCONFIGURE: return 0;
+        case DRV_DISABLE:
+            return 1;
+        case DRV_QUERYCONFIGURE:
+            return 0;
         case DRV_INSTALL:
-        case DRV_REMOVE: return DRVCNF_RESTART;
-        default: return DefDriverProc(id, driver, message, a, b);
+        case DRV_REMOVE:
+            return DRVCNF_RESTART;
+        default:
+            return DefDriverProc(id, driver, message, a, b);
     }
 }
 
@@ -80,24 +85,39 @@ extern "C" DWORD WINAPI modMessage(UINT, UINT message, DWORD_PTR user, DWORD_PTR
             TheLog().write("open", 0);
             *reinterpret_cast<DWORD_PTR*>(user) = 1;
             return MMSYSERR_NOERROR;
-        case MODM_CLOSE: TheLog().write("close", 0); return MMSYSERR_NOERROR;
-        case MODM_DATA: TheLog().write("short", static_cast<unsigned long>(a)); return MMSYSERR_NOERROR;
+        case MODM_CLOSE:
+            TheLog().write("close", 0);
+            return MMSYSERR_NOERROR;
+        case MODM_DATA:
+            TheLog().write("short", static_cast<unsigned long>(a));
+            return MMSYSERR_NOERROR;
         case MODM_LONGDATA: {
             auto& header = *reinterpret_cast<MIDIHDR*>(a);
             TheLog().write("long", header.dwBufferLength);
             header.dwFlags = (header.dwFlags & ~static_cast<DWORD>(MHDR_INQUEUE)) | MHDR_DONE;
             return MMSYSERR_NOERROR;
         }
-        case MODM_PREPARE: reinterpret_cast<MIDIHDR*>(a)->dwFlags |= MHDR_PREPARED; return MMSYSERR_NOERROR;
+        case MODM_PREPARE:
+            reinterpret_cast<MIDIHDR*>(a)->dwFlags |= MHDR_PREPARED;
+            return MMSYSERR_NOERROR;
         case MODM_UNPREPARE:
             reinterpret_cast<MIDIHDR*>(a)->dwFlags &= ~static_cast<DWORD>(MHDR_PREPARED);
             return MMSYSERR_NOERROR;
-        case MODM_RESET: TheLog().write("reset", 0); return MMSYSERR_NOERROR;
-        case MODM_GETNUMDEVS: return 1;
-        case MODM_SETVOLUME: TheLog().write("volume", static_cast<unsigned long>(a)); return MMSYSERR_NOERROR;
-        case MODM_GETVOLUME: *reinterpret_cast<DWORD*>(a) = 0xFFFFFFFF; return MMSYSERR_NOERROR;
-        case MODM_GETDEVCAPS: return Capabilities(reinterpret_cast<void*>(a), b);
-        default: return MMSYSERR_NOTSUPPORTED;
+        case MODM_RESET:
+            TheLog().write("reset", 0);
+            return MMSYSERR_NOERROR;
+        case MODM_GETNUMDEVS:
+            return 1;
+        case MODM_SETVOLUME:
+            TheLog().write("volume", static_cast<unsigned long>(a));
+            return MMSYSERR_NOERROR;
+        case MODM_GETVOLUME:
+            *reinterpret_cast<DWORD*>(a) = 0xFFFFFFFF;
+            return MMSYSERR_NOERROR;
+        case MODM_GETDEVCAPS:
+            return Capabilities(reinterpret_cast<void*>(a), b);
+        default:
+            return MMSYSERR_NOTSUPPORTED;
     }
 }
 

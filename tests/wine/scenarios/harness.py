@@ -34,7 +34,8 @@ def test_a_click_arrives_and_the_tone_it_starts_is_measured(s):
 def test_keys_menus_and_lists_of_another_process_can_be_used(s):
     _, window = start(s)
     s.equal([(item.text, item.checked, item.enabled) for item in window.menu()
-             if item.depth == 1 and not item.separator], [("Play a tone", False, True), ("Nothing", True, False)])
+             if item.depth == 1 and not item.separator],
+            [("Play a tone", False, True), ("Nothing", True, False), ("Open...", False, True), ("Play the file", False, True)])
     s.equal(window.control(103).columns(), [("Title", 120), ("Artist", 120)])
     s.equal(window.control(103).items(), [["A song", "Somebody"], ["ソナタ第五番", "十人の表現"]])
     window.control(103).click_item(1)
@@ -66,3 +67,34 @@ def test_layer_1_files_made_here_are_a_clean_tone(s):
     tone = Sound.from_wave(decoded).trimmed()
     s.near(tone.frequency(), 440, 0.5, "frequency in Hz")
     assert tone.gaps() == []
+
+
+def test_files_chosen_in_a_dialog_and_dropped_arrive_with_japanese_names(s):
+    _, window = start(s)
+    first = material.write_wave(s.material / "春の歌.wav", material.tone(440, 0.5))
+    second = material.write_wave(s.material / "表 & 裏.wav", material.tone(440, 0.5))
+    edit = window.control(104)
+    window.command(203)
+    s.file_dialog(first)
+    s.wait_until(lambda: edit.text() == s.windows_path(first), what="the chosen name is shown")
+    s.drop_files(*window.point(), first, second)
+    dropped = s.windows_path(first) + "|" + s.windows_path(second)
+    s.wait_until(lambda: edit.text() == dropped, what="the dropped names are shown")
+
+
+def test_the_media_control_interface_plays_windows_media_and_midi(s):
+    _, window = start(s)
+    mark = s.sound_mark()
+    window.control(104).set_text(s.windows_path(material.write_wma(s.material / "tone.wma", material.tone(523.25, 1.5))))
+    window.command(204)
+    s.wait_until(lambda: window.control(102).title == "mci 0", what="the WMA file is opened")
+    s.wait_sound(since=mark)
+    s.wait_silence()
+    s.near(s.captured(mark).trimmed().frequency(), 523.25, 1, "frequency in Hz")
+
+    notes = (60, 64, 67)
+    window.control(104).set_text(s.windows_path(material.write_midi(s.material / "tune.mid", notes, quarter_ms=200)))
+    window.command(204)
+    def played():
+        return [value >> 8 & 0xFF for _, kind, value in s.midi_messages() if kind == "short" and value & 0xF0 == 0x90]
+    s.wait_until(lambda: played() == list(notes), what="the MIDI device has received the notes")
