@@ -161,6 +161,7 @@ bool beginsTag(const std::vector<TagBlock>& tags, int64_t at) {
 std::vector<RiffChunk> scanChunks(HeadTailReader& reader, const ByteRange& range, const std::vector<TagBlock>& tags) {
     std::vector<RiffChunk> chunks;
     int64_t at = range.begin;
+    int64_t wideData = -1; // size of the data chunk of an RF64 file
     while (at + 8 <= range.end && chunks.size() < kMostChunks && !beginsTag(tags, at)) {
         const auto header = reader.view(at, 8);
         if (!isChunkHeader(header)) break;
@@ -168,6 +169,17 @@ std::vector<RiffChunk> scanChunks(HeadTailReader& reader, const ByteRange& range
         std::memcpy(chunk.id.data(), header.data(), 4);
         int64_t size = littleEndian32(header.data() + 4);
         chunk.body.begin = at + 8;
+        if (chunk.is("ds64") && size >= 24) {
+            const auto sizes = reader.view(chunk.body.begin + 8, 8);
+            if (sizes.size() == 8 && (sizes[7] & 0x80) == 0)
+                wideData = int64_t{littleEndian32(sizes.data() + 4)} << 32 | littleEndian32(sizes.data());
+        }
+        if (chunk.is("data")) {
+            const int64_t rest = range.end - chunk.body.begin;
+            if (size == 0xFFFFFFFF && wideData > 0) size = std::min(wideData, rest);
+            // Writers without RF64 let the size of a long file run over; nothing else in one is that long.
+            else if (size != 0 && size != 0xFFFFFFFF && rest - size >= int64_t{1} << 32) size += (rest - size) >> 32 << 32;
+        }
         // A writer that was interrupted, or that wrote to a pipe, leaves 0 or all ones: the rest is the sound.
         const bool open = chunk.is("data") && (size == 0 || size == 0xFFFFFFFF);
         if (open && !(size == 0 && isChunkHeader(reader.view(chunk.body.begin, 8)))) size = range.end - chunk.body.begin;
@@ -186,6 +198,7 @@ void scanRiff(HeadTailReader& reader, ByteRange range, FileLayout& layout) {
     const auto header = reader.view(range.begin, 12);
     const uint32_t riffSize = littleEndian32(header.data() + 4);
     const ByteRange file{0, layout.fileSize};
+    layout.wide = startsWith(header, "RF64") || startsWith(header, "BW64") || file.end - range.begin > int64_t{UINT32_MAX};
     layout.riff = {range.begin, std::min(range.begin + 8 + int64_t{riffSize}, file.end)};
     // The size of the form is wrong so often that the chunks are followed to the end of the file.
     layout.chunks = scanChunks(reader, {range.begin + 12, file.end}, layout.tags);
@@ -239,8 +252,9 @@ FileLayout scanFileLayout(HeadTailReader& reader) {
     ByteRange rest{0, reader.size()};
     scanHead(reader, rest, false, layout.tags);
     const auto header = reader.view(rest.begin, 12);
-    if (header.size() == 12 && startsWith(header, "RIFF")) {
-        if (startsWith(header.subspan(8), "RMP3")) layout.container = Container::Rmp;
+    const bool rf64 = startsWith(header, "RF64") || startsWith(header, "BW64");
+    if (header.size() == 12 && (rf64 || startsWith(header, "RIFF"))) {
+        if (!rf64 && startsWith(header.subspan(8), "RMP3")) layout.container = Container::Rmp;
         else if (startsWith(header.subspan(8), "WAVE")) layout.container = Container::Wave;
     }
     scanTail(reader, rest, false, layout.tags);

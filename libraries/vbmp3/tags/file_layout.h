@@ -51,6 +51,7 @@ struct FileLayout {
     // RIFF files only.
     ByteRange riff;                    // from "RIFF" to the end of the form, cut at the end of the file
     ByteRange data;                    // body of the data chunk
+    bool wide = false;                 // RF64 (EBU Tech 3306) or longer than RIFF can tell; it is only read
     std::vector<RiffChunk> chunks; // of the top level, LIST included as one
     std::vector<RiffChunk> info;   // sub-chunks of LIST INFO (INAM, IART ... IID3)
 

@@ -97,6 +97,7 @@ void appendChunk(Recipe& recipe, std::string_view id, const Recipe& body) {
 
 std::optional<Recipe> makeRiff(const FileLayout& layout, std::string_view form, const std::vector<std::pair<std::string, Recipe>>& chunks,
                                const std::vector<Splice>& splices, int64_t tail) {
+    if (layout.wide) return std::nullopt;
     Recipe body;
     body.add(form);
     for (const auto& [id, chunk] : chunks) {
