@@ -51,7 +51,9 @@ class Decoder {
     // `all` is everything that will be decoded: what claims Latin-1 is too short in a single syllable to tell what it
     // really is.
     Decoder(int encoding, std::string_view all) : encoding_(encoding) {
-        if (encoding_ != kLatin1) return;
+        if (encoding_ == kUtf16 || encoding_ == kUtf16BigEndian) return;
+        if (encoding_ == kUtf8 && quenlox::IsValidUtf8(all)) return;
+        encoding_ = kLatin1;
         const std::string guess = quenlox::DecodeLegacyField(all);
         if (guess == all) {
             encoding_ = kUtf8;
@@ -61,7 +63,12 @@ class Decoder {
     }
 
     std::string operator()(std::string_view text) {
-        if (encoding_ == kUtf8) return std::string(text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text);
+        if (encoding_ == kUtf8) {
+            if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+            // What is valid as a whole may be cut inside a character.
+            if (!quenlox::IsValidUtf8(text)) return quenlox::Utf16ToUtf8(quenlox::Utf8ToUtf16(text));
+            return std::string(text);
+        }
         if (encoding_ == kUtf16BigEndian) return quenlox::Utf16BytesToUtf8(text, true);
         if (encoding_ != kUtf16) return shiftJis_ ? quenlox::ShiftJisToUtf8(text) : quenlox::Latin1ToUtf8(text);
         // A byte-order mark holds for the texts behind it too: many writers put it before the first one only.
@@ -154,7 +161,7 @@ std::optional<std::string> readSylt(std::span<const uint8_t> contents, double ms
         entries.push_back(entry);
     }
     Decoder decode(encoding, all);
-    decode(description);
+    if (encoding == kUtf16) decode(description);  // for its byte-order mark
     bool anyText = false;
     for (Entry& entry : entries) {
         entry.text = decode(entry.bytes);
@@ -170,7 +177,7 @@ std::optional<std::string> readUslt(std::span<const uint8_t> contents) {
     const std::string_view description = reader.next();
     const std::string_view bytes = reader.next();
     Decoder decode(contents[0], bytes);
-    decode(description);
+    if (contents[0] == kUtf16) decode(description);  // for its byte-order mark
     std::string text = decode(bytes);
     if (text.find_first_not_of(" \t\r\n") == std::string::npos) return std::nullopt;
     return text;
