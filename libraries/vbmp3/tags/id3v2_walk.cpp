@@ -113,7 +113,7 @@ bool Id3v2Walk::next(FrameView& frame) {
     if (static_cast<int64_t>(view10.size()) < headerSize || !isFrameId(view10, static_cast<size_t>(frame.idLength))) return false;
     std::array<uint8_t, 10> header{};
     std::copy(view10.begin(), view10.end(), header.begin());
-    std::copy_n(header.begin(), frame.idLength, frame.id);
+    std::memcpy(frame.id, header.data(), version_ == 2 ? 3 : 4);
     frame.flags = version_ == 2 ? uint16_t{0} : static_cast<uint16_t>(header[8] << 8 | header[9]);
     frame.offset = at_ + headerSize;
     frame.size = frameSize(at_, header.data() + frame.idLength);
