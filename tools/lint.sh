@@ -4,8 +4,8 @@
 #   BASE    what to compare with; main when there is such a branch, else the last commit
 #   --all   every file in the repository
 #   --fix   formats instead of complaining; clang-tidy still only reports
-# clang-tidy reads the native build (cmake --preset native); files under platform/win32 and other code for Windows only
-# are in no native build and get the format check alone.
+# clang-tidy reads the native build, and the win64 build for what is only in that one; a file that is in neither gets the
+# format check alone.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -39,14 +39,33 @@ else
     clang-format --dry-run -Werror "${files[@]}" || status=1
 fi
 
-database=build/native/compile_commands.json
-[ -e "$database" ] || cmake --preset native >/dev/null
-mapfile -t compiled < <(for file in "${files[@]}"; do
-    if [[ $file == *.cpp ]] && grep -qF "\"file\": \"$PWD/$file\"" "$database"; then echo "$file"; fi
-done)
-if [ ${#compiled[@]} -gt 0 ]; then
-    printf '%s\0' "${compiled[@]}" |
-        nice xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/native --warnings-as-errors='*' 2>/dev/null || status=1
+# tidy PRESET [ARGUMENT...] : checks the files on standard input as that build compiles them
+tidy() {
+    local preset=$1
+    shift
+    tr '\n' '\0' | nice xargs -0 -r -n 1 -P "$(nproc)" \
+        clang-tidy --quiet -p "build/$preset" --warnings-as-errors='*' "$@" 2>/dev/null
+}
+
+# compiled PRESET : which of the files that build compiles
+compiled() {
+    [ -e "build/$1/compile_commands.json" ] || cmake --preset "$1" >/dev/null
+    for file in "${files[@]}"; do
+        if grep -qF "\"file\": \"$PWD/$file\"" "build/$1/compile_commands.json"; then echo "$file"; fi
+    done
+}
+
+native=$(compiled native)
+windows=$(comm -13 <(echo "$native") <(compiled win64))
+if [ -n "$native" ]; then
+    tidy native <<<"$native" || status=1
 fi
-[ $status -eq 0 ] && echo "lint: ${#files[@]} files, ${#compiled[@]} of them compiled: nothing to say"
+if [ -n "$windows" ]; then
+    # Clang does not find the headers of the cross compiler's C++ library by itself.
+    mapfile -t headers < <(x86_64-w64-mingw32-g++-posix -E -v -x c++ /dev/null 2>&1 | sed -n 's#^ \(/.*/c++.*\)#--extra-arg=-isystem\1#p')
+    tidy win64 --extra-arg=--target=x86_64-w64-windows-gnu "${headers[@]}" <<<"$windows" || status=1
+fi
+if [ $status -eq 0 ]; then
+    echo "lint: nothing to say about ${#files[@]} files"
+fi
 exit $status

@@ -99,7 +99,7 @@ void Drag(POINT from, POINT to, Button button, int steps) {
 
 void TurnWheel(POINT screen, int notches) {
     MoveMouse(screen);
-    Send({MouseEvent(MOUSEEVENTF_WHEEL, static_cast<DWORD>(notches * WHEEL_DELTA))});
+    Send({MouseEvent(MOUSEEVENTF_WHEEL, static_cast<DWORD>(notches) * WHEEL_DELTA)});
 }
 
 void PressKey(WORD virtualKey, bool down) {
