@@ -128,7 +128,7 @@ void PlayStateMonitor::step(int direction) {
 int PlayStateMonitor::shuffleStep(int list, int count, int direction) {
     ShuffleStep step = direction > 0 ? NextInShuffle(PlaceIn(state_, list), count) : PreviousInShuffle(PlaceIn(state_, list), count);
     if (step.needsNewOrder) {
-        tracks_.BuildShuffleOrder(list);
+        beginNewOrder(list, count);
         step.position = state_.ShufflePos[At(list)];
         const auto& order = state_.ShuffleOrder[At(list)];
         step.index = order.empty() ? 0 : order[static_cast<std::size_t>(step.position)];
@@ -136,6 +136,17 @@ int PlayStateMonitor::shuffleStep(int list, int count, int direction) {
     }
     state_.ShufflePos[At(list)] = step.position;
     return step.index;
+}
+
+void PlayStateMonitor::beginNewOrder(int list, int count) {
+    if (drawn_ && drawn_->list == list && drawn_->count == count) {
+        state_.ShuffleOrder[At(list)] = std::move(drawn_->order);
+        state_.ShufflePos[At(list)] = 0;
+        state_.ShufflePos[At(list) + 4] = count - 1;
+    } else {
+        tracks_.BuildShuffleOrder(list);
+    }
+    drawn_.reset();
 }
 
 void PlayStateMonitor::OpenAndPlay() {
@@ -256,14 +267,10 @@ void PlayStateMonitor::followLibrary() {
     if (step->index < tracks_.trackCount(step->list) && tracks_.trackPath(step->list, step->index) == step->path) {
         state_.CurrentIndex[At(step->list)] = step->index;
         if (state_.PlayMode == kRandom) {
-            if (step->newOrder && drawn_ && drawn_->list == step->list) {
-                state_.ShuffleOrder[At(step->list)] = std::move(drawn_->order);
-                state_.ShufflePos[At(step->list) + 4] = drawn_->count - 1;
-            }
+            if (step->newOrder && drawn_) beginNewOrder(step->list, drawn_->count);
             state_.ShufflePos[At(step->list)] = step->position;
         }
     }
-    drawn_.reset();
     state_.CurrentFile = step->path;
     state_.PlayIntent = kForward;
     engine_.TakeOverNextFile();

@@ -56,6 +56,7 @@ class PlayStateMonitor {
     int sourceList() const;
     void step(int direction);
     int shuffleStep(int list, int count, int direction);
+    void beginNewOrder(int list, int count);
     std::optional<Step> planNext();
     void followLibrary();
     void withdraw();

@@ -1,0 +1,345 @@
+#include "playback/media_engine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/playback/player.h"
+
+namespace quenlox {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(MediaKind, IsToldByTheExtensionElseByTheDecodingLibrary) {
+    struct Case {
+        const char* path;
+        int type;       // what the library says, negative: refused
+        int kind;
+        const char* name;
+    };
+    const Case cases[] = {
+        {"C:\\SONG.MID", -2, 10, "MIDI"},        {"C:\\a.rmi", 1, 10, "MIDI"},
+        {"D:\\Track07.CDA", -2, 20, "CD-DA"},    {"C:\\a.Wma", 1, 30, "WMA"},
+        {"C:\\song.MP3", 1, 3, "MP3"},           {"C:\\a.wav", 64, 1, "WAV"},
+        {"C:\\a.wav", 0, 2, "WAV"},              {"C:\\a.WAV", -2, 40, "WAV"},
+        {"C:\\a.rmp", 2, 4, "RMP"},              {"C:\\a.mp3", 2 | 64 | 1, 4, "RMP"},
+        {"C:\\a.mp3", 64 | 1, 1, "WAV"},         {"C:\\a.mp3", 1 | 4, 203, "MP3"},
+        {"C:\\a.mp3", 1 | 4 | 16, 103, "MP3"},   {"C:\\a.mp3", 1 | 16 | 32, 1103, "MP3"},
+        {"C:\\a.mp3", 1 | 4 | 32, 1203, "MP3"},  {"C:\\a.txt", -2, 0, ""},
+        {"mid", -2, 0, ""},                      {"x", 1, 3, "MP3"},
+    };
+    for (const Case& c : cases) {
+        Player p;
+        if (c.type >= 0) p.vbmp3.addFile(c.path, c.type);
+        p.state.CurrentFile = c.path;
+        p.engine.DetectMediaKind();
+        EXPECT_EQ(p.state.MediaKind, c.kind) << c.path << ' ' << c.type;
+        EXPECT_EQ(p.display.kind, c.name) << c.path;
+        EXPECT_EQ(p.state.MediaKindName, c.name);
+    }
+}
+
+TEST(OpenMedia, ClosesBothBackEndsBeforeAnythingElse) {
+    Player p;
+    p.addMp3("C:\\a.mp3");
+    p.open("C:\\a.mp3");
+    EXPECT_THAT(p.vbmp3.calls, ElementsAre("clearLyrics", "close", "open C:\\a.mp3"));
+    EXPECT_THAT(p.mci.commands, ElementsAre("stop MediaFile", "close MediaFile"));
+    EXPECT_EQ(p.state.PlayerStatus, kLoad);
+    EXPECT_EQ(p.display.status, "LOAD");
+    EXPECT_EQ(p.windows.pumps, 1);
+}
+
+TEST(OpenMedia, ShowsWhatTheFileSaysOfItself) {
+    struct Case {
+        int type;
+        const char* title;
+        int vbr;
+        int titleMode;
+        const char* titleShown;
+        const char* information;
+    };
+    const Case cases[] = {
+        {VBMP3_TYPE_MPEG, "Song", 0, 1, "Song", "MPEG1 Layer3 44100Hz 128kbit/s Stereo"},
+        {VBMP3_TYPE_MPEG, "Song", 1, 0, "曲.mp3", "MPEG1 Layer3 44100Hz 128kbit/s Stereo VBR"},
+        {VBMP3_TYPE_MPEG, "", 0, 1, "no title", "MPEG1 Layer3 44100Hz 128kbit/s Stereo"},
+        {VBMP3_TYPE_WAVE, "", 0, 0, "曲.mp3", "WAVE PCM"},
+    };
+    for (const Case& c : cases) {
+        Player p;
+        p.files.add("C:\\音楽\\曲.mp3");
+        p.vbmp3.addFile("C:\\音楽\\曲.mp3", c.type, 225, c.title).variableBitRate = c.vbr;
+        p.state.TitleMode = c.titleMode;
+        int opened = 0;
+        p.engine.onOpened = [&] { ++opened; };
+        p.open("C:\\音楽\\曲.mp3");
+        EXPECT_EQ(p.display.title, c.titleShown);
+        EXPECT_EQ(p.display.info, c.information);
+        EXPECT_EQ(p.display.length, "03:45");
+        EXPECT_EQ(p.state.TotalSeconds, 225);
+        EXPECT_EQ(opened, 1);
+    }
+}
+
+TEST(OpenMedia, AFileThatIsNotThereLeavesThePlayerStopped) {
+    for (const char* path : {"", "C:\\gone.mp3"}) {
+        Player p;
+        p.state.PlayerStatus = kPlay;
+        p.open(path);
+        EXPECT_EQ(p.state.PlayerStatus, kStop);
+        EXPECT_EQ(p.display.time, "00:00");
+        EXPECT_THAT(p.vbmp3.calls, ElementsAre("clearLyrics", "close"));
+        EXPECT_EQ(p.display.refreshes, 1);
+    }
+}
+
+TEST(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
+    struct Case {
+        const char* path;
+        std::vector<std::string> commands;  // behind the closing ones
+        const char* title;
+    };
+    const Case cases[] = {
+        {"C:\\a b.mid", {"open \"C:\\a b.mid\" type sequencer alias MediaFile", "set MediaFile time format ms", "status MediaFile length"}, "Tune"},
+        {"D:\\Track12.cda", {"open \"D:\\Track12.cda\" alias MediaFile", "set MediaFile time format ms",
+                             "status MediaFile position track 12", "status MediaFile length track 12"}, "Compact Disk"},
+        {"C:\\a.wma", {"open \"C:\\a.wma\" alias MediaFile", "set MediaFile time format ms", "status MediaFile length"}, "a.wma"},
+        {"C:\\a.wav", {"open \"C:\\a.wav\" alias MediaFile", "set MediaFile time format ms", "status MediaFile length"}, "a.wav"},
+    };
+    for (const Case& c : cases) {
+        Player p;
+        p.files.add(c.path, std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0C\0\xFF\3\4Tune\0\xFF\x2F\0", 34));
+        p.mci.answers["status MediaFile length"] = {0, "95500"};
+        p.mci.answers["status MediaFile length track 12"] = {0, "95999"};
+        p.mci.answers["status MediaFile position track 12"] = {0, "180000"};
+        p.open(c.path);
+        std::vector<std::string> expected{"stop MediaFile", "close MediaFile"};
+        expected.insert(expected.end(), c.commands.begin(), c.commands.end());
+        EXPECT_EQ(p.mci.commands, expected) << c.path;
+        EXPECT_EQ(p.state.TotalSeconds, 95) << c.path;
+        EXPECT_EQ(p.display.length, "01:35");
+        EXPECT_EQ(p.display.title, c.title);
+        EXPECT_EQ(p.state.TrackStartMs, p.state.baseKind() == kCdAudio ? 180000 : 0);
+    }
+}
+
+TEST(OpenMedia, ARefusedOpenLeavesTheLengthAtZero) {
+    Player p;
+    p.files.add("C:\\a.wma");
+    p.mci.answers["open \"C:\\a.wma\" alias MediaFile"] = {275, ""};
+    p.mci.answers["status MediaFile length"] = {0, "95500"};
+    p.open("C:\\a.wma");
+    EXPECT_EQ(p.state.TotalSeconds, 0);
+    EXPECT_EQ(p.mci.count("status MediaFile length"), 0);
+
+    p.files.add("C:\\a.txt");
+    p.open("C:\\a.txt");
+    EXPECT_EQ(p.vbmp3.count("open C:\\a.txt"), 0);
+    EXPECT_EQ(p.state.MediaKind, kUnknownKind);
+}
+
+TEST(OpenMedia, AnotherFileOpenedWhileMessagesAreHandledWins) {
+    Player p;
+    p.addMp3("C:\\slow.mp3", 100);
+    p.addMp3("C:\\other.mp3", 200);
+    p.windows.onPump = [&] {
+        p.windows.onPump = nullptr;
+        p.open("C:\\other.mp3");
+    };
+    p.open("C:\\slow.mp3");
+    EXPECT_EQ(p.display.title, "other.mp3");
+    EXPECT_EQ(p.state.TotalSeconds, 200);
+}
+
+TEST(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
+    using enum MediaEngine::PlayResult;
+    struct Case {
+        const char* path;
+        int code;         // error number of the library, or of the media control; 0: it plays
+        MediaEngine::PlayResult result;
+        int status;       // 4 beforehand
+        const char* command;
+    };
+    const Case cases[] = {
+        {"C:\\a.mp3", 0, Playing, kPlay, nullptr},
+        {"C:\\a.mp3", 25, Waiting, kWait, nullptr},
+        {"C:\\a.mp3", 3, Failed, kLoad, nullptr},
+        {"C:\\a.mid", 0, Playing, kPlay, "play MediaFile from 0"},
+        {"C:\\a.mid", 337, Waiting, kWait, "play MediaFile from 0"},
+        {"C:\\a.wma", 277, Failed, kLoad, "play MediaFile from 0"},
+        {"C:\\a.wav", 0, Playing, kPlay, "play MediaFile from 0"},
+        {"D:\\Track02.cda", 0, Playing, kPlay, "play MediaFile from 7000"},
+        {"D:\\Track02.cda", 337, Failed, kLoad, "play MediaFile from 7000"},
+        {"C:\\a.txt", 0, Failed, kLoad, nullptr},
+    };
+    for (const Case& c : cases) {
+        Player p;
+        p.files.add(c.path);
+        p.vbmp3.addFile("C:\\a.mp3");
+        p.mci.answers["status MediaFile position track 02"] = {0, "7000"};
+        if (c.command) p.mci.answers[c.command] = {c.code, ""};
+        p.vbmp3.playWorks = c.code == 0;
+        p.vbmp3.error = c.code;
+        p.open(c.path);
+        EXPECT_EQ(p.engine.PlayMedia(), c.result) << c.path << ' ' << c.code;
+        EXPECT_EQ(p.state.PlayerStatus, c.status) << c.path << ' ' << c.code;
+        EXPECT_EQ(p.display.status, StatusWord(c.status, 0));
+        if (c.command) {
+            EXPECT_EQ(p.mci.commands.back(), c.command);
+        }
+    }
+    Player p;
+    EXPECT_EQ(p.engine.PlayMedia(), Nothing);
+    EXPECT_EQ(p.vbmp3.count("play"), 0);
+}
+
+TEST(PlayMedia, SaysOnceThatThereIsNoSoundDevice) {
+    Player p;
+    p.vbmp3.deviceThere = false;
+    p.addMp3("C:\\a.mp3");
+    p.open("C:\\a.mp3");
+    const std::string before = p.display.info;
+    p.engine.PlayMedia();
+    EXPECT_EQ(p.display.info, before + " ﾃﾞﾊﾞｲｽなし");
+    p.open("C:\\a.mp3");
+    p.engine.PlayMedia();
+    EXPECT_EQ(p.display.info, before);
+    EXPECT_EQ(p.state.PlayerStatus, kPlay);
+}
+
+TEST(PauseMedia, GoesToTheBackEndThatPlaysAndKind40OnlyChangesItsWord) {
+    struct Case {
+        const char* path;
+        std::vector<std::string> library;
+        std::vector<std::string> commands;
+    };
+    const Case cases[] = {
+        {"C:\\a.mp3", {"pause", "restart"}, {}},
+        {"C:\\a.mid", {}, {"pause MediaFile", "play MediaFile"}},
+        {"D:\\Track01.cda", {}, {"pause MediaFile", "play MediaFile"}},
+        {"C:\\a.wma", {}, {"pause MediaFile", "play MediaFile"}},
+        {"C:\\a.wav", {}, {}},
+    };
+    for (const Case& c : cases) {
+        Player p;
+        p.files.add(c.path);
+        p.vbmp3.addFile("C:\\a.mp3");
+        p.open(c.path);
+        p.engine.PlayMedia();
+        p.vbmp3.calls.clear();
+        p.mci.commands.clear();
+        p.engine.PauseMedia();
+        EXPECT_EQ(p.display.status, "PAUSE") << c.path;
+        p.engine.PauseMedia();
+        EXPECT_EQ(p.display.status, "PLAY") << c.path;
+        EXPECT_EQ(p.vbmp3.calls, c.library) << c.path;
+        EXPECT_EQ(p.mci.commands, c.commands) << c.path;
+    }
+}
+
+TEST(PauseMedia, DoesNothingUnlessPlayingOrPaused) {
+    for (const int status : {kStop, kError, kLoad, kWait, kDecode, kEncode}) {
+        Player p;
+        p.addMp3("C:\\a.mp3");
+        p.open("C:\\a.mp3");
+        p.state.PlayerStatus = status;
+        p.engine.PauseMedia();
+        EXPECT_EQ(p.state.PlayerStatus, status);
+        EXPECT_EQ(p.vbmp3.count("pause") + p.vbmp3.count("restart"), 0);
+    }
+}
+
+TEST(SeekMedia, MovesInProportion) {
+    struct Case {
+        const char* path;
+        int status;
+        std::vector<std::string> calls;  // of either back end
+    };
+    const Case cases[] = {
+        {"C:\\a.mp3", kPlay, {"seek 47.500000"}},
+        {"C:\\a.mid", kPlay, {"play MediaFile from 47500"}},
+        {"C:\\a.wma", kPause, {"play MediaFile from 47500", "pause MediaFile"}},
+        {"D:\\Track02.cda", kPlay, {"play MediaFile from 54500"}},
+        {"C:\\a.wav", kPlay, {}},
+        {"C:\\a.txt", kPlay, {}},
+    };
+    for (const Case& c : cases) {
+        Player p;
+        p.files.add(c.path);
+        p.vbmp3.addFile("C:\\a.mp3");
+        p.mci.answers["status MediaFile position track 02"] = {0, "7000"};
+        p.open(c.path);
+        p.state.TotalSeconds = 95;
+        p.state.PlayerStatus = c.status;
+        p.vbmp3.calls.clear();
+        p.mci.commands.clear();
+        p.engine.SeekMedia(0.5);
+        std::vector<std::string> calls = p.vbmp3.calls;
+        calls.insert(calls.end(), p.mci.commands.begin(), p.mci.commands.end());
+        EXPECT_EQ(calls, c.calls) << c.path;
+        EXPECT_EQ(p.state.PositionSeconds, c.calls.empty() ? 0 : 48) << c.path;
+    }
+}
+
+TEST(StopMedia, ResetsTimeAndStatusAndStopsTheBackEndThatPlays) {
+    for (const char* path : {"C:\\a.mp3", "C:\\a.mid"}) {
+        Player p;
+        p.files.add(path);
+        p.vbmp3.addFile("C:\\a.mp3");
+        p.open(path);
+        p.engine.PlayMedia();
+        p.engine.status().ShowTime(30);
+        p.vbmp3.calls.clear();
+        p.mci.commands.clear();
+        p.engine.StopMedia();
+        EXPECT_EQ(p.display.status, "STOP");
+        EXPECT_EQ(p.display.time, "00:00");
+        EXPECT_EQ(p.display.bar, 0);
+        EXPECT_EQ(p.vbmp3.count("stop"), p.state.playedByVbmp3());
+        EXPECT_EQ(p.mci.count("stop MediaFile"), !p.state.playedByVbmp3());
+    }
+}
+
+TEST(StatusDisplay, HasAWordForEveryCode) {
+    struct Case {
+        int status;
+        int pitch;
+        const char* word;
+    };
+    const Case cases[] = {{0, 0, "STOP"},   {1, 0, "PLAY"},  {1, 1, " PLAY↑"}, {1, 2, " PLAY↓"}, {1, 3, " PLAY⇒"}, {2, 1, "PAUSE"},
+                          {3, 0, "ERROR"},  {4, 0, "LOAD"},  {5, 0, "WAIT"},   {6, 0, "Decode"}, {7, 0, "Encode"}, {8, 0, "STOP"},
+                          {-1, 0, "STOP"},  {1, 9, "PLAY"}};
+    for (const Case& c : cases) EXPECT_EQ(StatusWord(c.status, c.pitch), c.word) << c.status;
+    Player p;
+    p.state.PlayerStatus = kPause;
+    p.engine.status().ShowStatus();
+    EXPECT_EQ(p.display.status, "PAUSE");
+    p.engine.status().ShowStatus(kEncode);
+    EXPECT_EQ(p.display.status, "Encode");
+}
+
+TEST(StatusDisplay, ShowsElapsedOrRemainingTimeAndAlwaysTheElapsedFraction) {
+    struct Case {
+        int total, seconds, timeMode, status;
+        const char* time;   // "?" beforehand
+        double bar;
+    };
+    const Case cases[] = {
+        {100, 75, 0, kPlay, "01:15", 0.75}, {100, 75, 1, kPlay, "00:25", 0.75},  {12000, 6000, 0, kPlay, "100:00", 0.5},
+        {100, 105, 1, kPlay, "00:-05", 1},  {100, 0, 0, kStop, "00:00", 0},      {0, 5, 0, kPlay, "00:05", 0},
+        {100, 50, 0, kEncode, "?", 0.5},    {100, 50, 0, kDecode, "00:50", 0.5},
+    };
+    for (const Case& c : cases) {
+        Player p;
+        p.state.TotalSeconds = c.total;
+        p.state.TimeMode = c.timeMode;
+        p.state.PlayerStatus = c.status;
+        p.display.time = "?";
+        p.engine.status().ShowTime(c.seconds);
+        EXPECT_EQ(p.display.time, c.time);
+        EXPECT_DOUBLE_EQ(p.display.bar, c.bar);
+    }
+}
+
+}  // namespace
+}  // namespace quenlox

@@ -1,0 +1,139 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/global_state.h"
+#include "playback/pitch_control.h"
+#include "playback/status_display.h"
+#include "playback/volume_control.h"
+#include "tests/fakes/fake_display.h"
+#include "tests/fakes/fake_mixer.h"
+#include "tests/fakes/fake_options.h"
+#include "tests/fakes/fake_vbmp3.h"
+
+namespace quenlox {
+namespace {
+
+TEST(VolumeControl, TheBarGivesPercentAndTheMixerItsShareOfTheRange) {
+    struct Case {
+        int y, height, percent;
+        std::uint32_t value;
+    };
+    const Case cases[] = {{0, 50, 100, 65535}, {50, 50, 0, 0},     {25, 50, 50, 32768},  // 32767.5 to the even one
+                          {1, 8, 88, 57671},   {3, 8, 62, 40632},  {-1, 50, 10, 7},      {51, 50, 10, 7}, {0, 0, 10, 7}};
+    for (const Case& c : cases) {
+        GlobalState state;
+        state.VolumePercent = 10;
+        FakeMixer mixer;
+        FakeOptions options;
+        VolumeControl volume(state, mixer, options);
+        volume.open();
+        state.VolumePercent = 10;
+        mixer.lines[Mixer::kSpeakers].value = 7;
+        volume.setFromBar(c.y, c.height);
+        EXPECT_EQ(state.VolumePercent, c.percent) << c.y << '/' << c.height;
+        EXPECT_EQ(mixer.lines[Mixer::kSpeakers].value, c.value) << c.y << '/' << c.height;
+        EXPECT_EQ(mixer.lines[Mixer::kWaveOut].value, 0u);
+    }
+}
+
+TEST(VolumeControl, TheSourcesGetTheMastersValueWhenTheyAreDriven) {
+    GlobalState state;
+    FakeMixer mixer;
+    mixer.lines[Mixer::kSpeakers] = {100, 1100, 0};
+    mixer.lines.erase(Mixer::kSynthesizer);
+    FakeOptions options;
+    options.values.driveMixerSources = true;
+    VolumeControl volume(state, mixer, options);
+    volume.open();
+    volume.setPercent(50);
+    EXPECT_EQ(mixer.lines[Mixer::kSpeakers].value, 500u);  // the minimum is not added
+    EXPECT_EQ(mixer.lines[Mixer::kWaveOut].value, 500u);
+    EXPECT_EQ(mixer.lines[Mixer::kCompactDisc].value, 500u);
+    EXPECT_FALSE(mixer.lines.contains(Mixer::kSynthesizer));
+}
+
+TEST(VolumeControl, IsReadAtStartAndAFailureLeavesItAsItWas) {
+    GlobalState state;
+    FakeMixer mixer;
+    FakeOptions options;
+    mixer.lines[Mixer::kSpeakers].value = 49152;
+    VolumeControl volume(state, mixer, options);
+    int changes = 0;
+    volume.onChange = [&] { ++changes; };
+    volume.open();
+    EXPECT_EQ(state.VolumePercent, 75);
+    mixer.works = false;
+    mixer.lines[Mixer::kSpeakers].value = 0;
+    volume.refresh();
+    EXPECT_EQ(state.VolumePercent, 75);
+    EXPECT_EQ(changes, 1);
+
+    FakeMixer none;
+    none.opens = false;
+    VolumeControl without(state, none, options);
+    without.open();
+    without.setPercent(300);
+    EXPECT_EQ(state.VolumePercent, 100);
+}
+
+TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
+    struct Case {
+        const char* keys;      // h high, l low, d double, u undo
+        int mode;
+        std::vector<std::string> calls;
+        const char* word;
+    };
+    const Case cases[] = {
+        {"h", kHighPitch, {"pitch 130"}, " PLAY↑"},
+        {"hh", kNormalPitch, {"pitch 130", "pitch 100"}, "PLAY"},
+        {"hl", kLowPitch, {"pitch 130", "pitch 80"}, " PLAY↓"},
+        {"ll", kNormalPitch, {"pitch 80", "pitch 100"}, "PLAY"},
+        {"d", kStepPitch, {"step 6 5"}, " PLAY⇒"},
+        {"dd", kNormalPitch, {"step 6 5", "step 1 5"}, "PLAY"},
+        {"hd", kStepPitch, {"pitch 130", "pitch 100", "step 6 5"}, " PLAY⇒"},
+        {"dh", kHighPitch, {"step 6 5", "step 1 5", "pitch 130"}, " PLAY↑"},
+        {"dl", kLowPitch, {"step 6 5", "step 1 5", "pitch 80"}, " PLAY↓"},
+        {"u", kNormalPitch, {}, ""},
+        {"hu", kNormalPitch, {"pitch 130", "pitch 100"}, " PLAY↑"},
+        {"du", kNormalPitch, {"step 6 5", "step 1 5"}, " PLAY⇒"},
+    };
+    for (const Case& c : cases) {
+        GlobalState state;
+        state.MediaKind = 1103;
+        state.PlayerStatus = kPlay;
+        FakeVbmp3 vbmp3;
+        FakeOptions options;
+        FakeDisplay display;
+        StatusDisplay status(state, display);
+        PitchControl pitch(state, vbmp3, options, status);
+        for (const char* key = c.keys; *key != 0; ++key) {
+            if (*key == 'h') pitch.High();
+            if (*key == 'l') pitch.Low();
+            if (*key == 'd') pitch.Double();
+            if (*key == 'u') pitch.Undo();
+        }
+        EXPECT_EQ(state.PitchMode, c.mode) << c.keys;
+        EXPECT_EQ(vbmp3.calls, c.calls) << c.keys;
+        EXPECT_EQ(display.status, c.word) << c.keys;
+    }
+}
+
+TEST(PitchControl, OnlyWhatTheDecodingLibraryPlaysIsServed) {
+    for (const int kind : {0, 10, 20, 30, 40}) {
+        GlobalState state;
+        state.MediaKind = kind;
+        FakeVbmp3 vbmp3;
+        FakeOptions options;
+        FakeDisplay display;
+        StatusDisplay status(state, display);
+        PitchControl pitch(state, vbmp3, options, status);
+        pitch.High();
+        pitch.Low();
+        pitch.Double();
+        EXPECT_EQ(state.PitchMode, kNormalPitch);
+        EXPECT_TRUE(vbmp3.calls.empty());
+    }
+}
+
+}  // namespace
+}  // namespace quenlox
