@@ -1,0 +1,84 @@
+#include "lyrics/form_lyrics.h"
+
+#include <gtest/gtest.h>
+
+#include "app/global_state.h"
+#include "tests/fakes/fake_options.h"
+
+namespace quenlox {
+namespace {
+
+TEST(FormLyrics, ADoubleClickGoesThroughEveryColourSchemeAndAround) {
+    GlobalState state;
+    FakeOptions options;
+    FormLyrics form(state, options);
+    const int schemes = static_cast<int>(LyricsSchemes().size());
+    for (int i = 1; i <= schemes; ++i) {
+        form.Picture7.onDoubleClick();
+        EXPECT_EQ(state.LyricsColors[0], i);
+        const LyricsScheme& scheme = LyricsSchemes()[static_cast<std::size_t>(i - 1)];
+        EXPECT_EQ(form.Picture7.foreColor(), scheme.text);
+        EXPECT_EQ(form.Text2.backColor(), scheme.back);
+        for (const std::uint8_t part : {scheme.back.red, scheme.back.green, scheme.back.blue}) {
+            EXPECT_TRUE(part == 0 || part == 240 || part == 255);
+        }
+    }
+    form.Text2.onDoubleClick();
+    EXPECT_EQ(state.LyricsColors[0], 1);
+}
+
+TEST(FormLyrics, StaysHighEnoughForItsLinesAndFitsTheType) {
+    struct Case {
+        int lines, height, heightAfter;
+        int clientHeight, clientAfter;
+        double points;
+    };
+    const Case cases[] = {
+        {5, 3000, 3000, 173, 173, 12},  // a line is 34 pixels, half of it 17, less 5
+        {5, 1000, 1905, 40, 100, 7},    // 60 more pixels; 10 - 3
+        {1, 1000, 1000, 40, 40, 14},    // 20 - 6
+        {3, 1305, 1305, 60, 60, 7},     // 10 - 3
+        {0, 705, 705, 20, 20, 7},       // a number of lines from a broken file
+    };
+    for (const Case& c : cases) {
+        GlobalState state;
+        state.LyricsLine = c.lines;
+        FakeOptions options;
+        options.values.lyricsFont = "メイリオ";
+        FormLyrics form(state, options);
+        form.setSize(4500, c.height);
+        form.Form_Resize({290, c.clientHeight});
+        EXPECT_EQ(form.height(), c.heightAfter) << c.lines << ' ' << c.height;
+        EXPECT_EQ(form.Picture7.bounds(), (Rect{0, 0, 290, c.clientAfter}));
+        EXPECT_EQ(form.Text2.bounds(), form.Picture7.bounds());
+        EXPECT_EQ(form.Picture7.font().points, c.points) << c.lines << ' ' << c.height;
+        EXPECT_EQ(form.Picture7.font().face, "メイリオ");
+    }
+}
+
+TEST(FormLyrics, MinimisedItIsLeftAlone) {
+    GlobalState state;
+    FakeOptions options;
+    FormLyrics form(state, options);
+    form.setSize(4500, 500);
+    form.Form_Resize({0, 0});
+    EXPECT_EQ(form.height(), 500);
+}
+
+TEST(FormLyrics, ClosedByTheUserItIsHiddenAndItsOptionGoesOff) {
+    GlobalState state;
+    FakeOptions options;
+    FormLyrics form(state, options);
+    form.onClosedByUser = [&] { options.setLyricsShown(false); };
+    form.show();
+    EXPECT_FALSE(form.unload());
+    EXPECT_FALSE(form.visible());
+    EXPECT_FALSE(options.lyricsShown());
+    options.setLyricsShown(true);
+    state.ShuttingDown = true;
+    EXPECT_TRUE(form.unload());
+    EXPECT_TRUE(options.lyricsShown());
+}
+
+}  // namespace
+}  // namespace quenlox
