@@ -11,7 +11,7 @@ namespace {
 
 // Frames decoded and thrown away after a seek, so that the bit reservoir (up to 511 bytes back, of frames that may carry
 // little more than their side information) and the overlap are those of a decode from the beginning.
-constexpr long kRunUpFrames = 40;
+constexpr long kRunUpFrames = 16;
 
 } // namespace
 
@@ -24,8 +24,6 @@ struct MpegDecoder::Impl {
     int64_t position = 0; // within range
     mpg123_handle* handle = nullptr;
     long rate = 0;
-    bool pending = false; // a piece decoded while opening
-    Piece piece;
 
     Impl(std::shared_ptr<const ByteSource> source) : file(std::move(source)), reader(*file) {}
     ~Impl() { mpg123_delete(handle); }
@@ -74,8 +72,9 @@ struct MpegDecoder::Impl {
             }
             if (result != MPG123_OK)
                 return {};
-            if (bytes >= frameSize())
-                return {{audio, bytes}, int(rate), bytes / frameSize()};
+            const size_t frames = bytes / frameSize();
+            if (frames > 0)
+                return {{audio, frames * frameSize()}, int(rate), frames};
         }
     }
 };
@@ -110,9 +109,8 @@ bool MpegDecoder::start(bool readAhead)
     if (mpg123_replace_reader_handle(impl.handle, Impl::onRead, Impl::onSeek, nullptr) != MPG123_OK
         || mpg123_open_handle(impl.handle, &impl) != MPG123_OK)
         return false;
-    impl.piece = impl.decode();
-    impl.pending = impl.piece.frames > 0;
-    return impl.pending;
+    int outChannels = 0, encoding = 0;
+    return mpg123_getformat(impl.handle, &impl.rate, &outChannels, &encoding) == MPG123_OK;
 }
 
 std::unique_ptr<MpegDecoder> MpegDecoder::open(std::shared_ptr<const ByteSource> file, ByteRange range, Samples samples,
@@ -130,18 +128,10 @@ std::unique_ptr<MpegDecoder> MpegDecoder::open(std::shared_ptr<const ByteSource>
     return self;
 }
 
-MpegDecoder::Piece MpegDecoder::next()
-{
-    if (impl_->pending) {
-        impl_->pending = false;
-        return impl_->piece;
-    }
-    return impl_->decode();
-}
+MpegDecoder::Piece MpegDecoder::next() { return impl_->decode(); }
 
 bool MpegDecoder::seek(int64_t frame)
 {
-    impl_->pending = false;
     return mpg123_seek(impl_->handle, off_t(frame), SEEK_SET) >= 0;
 }
 

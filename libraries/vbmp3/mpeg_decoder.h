@@ -32,7 +32,9 @@ public:
     int sampleRate() const { return sampleRate_; } // of the first frame
     // The next frame decoded; no frames in it at the end of the stream.
     Piece next();
-    // The next piece begins with sample `frame`. False when it cannot be reached (beyond the end).
+    // The next piece begins with sample `frame`. False when it cannot be reached (beyond the end). The samples are those of
+    // a decode from the beginning to within the rounding of floats: the synthesis filter adds in an order that depends on
+    // what was decoded before. next must be called between two seeks.
     bool seek(int64_t frame);
 
 private:

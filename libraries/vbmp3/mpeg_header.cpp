@@ -133,14 +133,23 @@ std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange 
     return std::nullopt;
 }
 
-void takeLengthFromInfo(MpegScan& scan, int64_t present)
+// Whether another stream stands behind the one that the information frame tells of: files that were joined.
+bool anotherFollows(BlockReader& file, FrameWalk& walk, const MpegScan& scan)
+{
+    if (!scan.info->bytes || scan.end - scan.begin < int64_t{*scan.info->bytes} + 4096)
+        return false;
+    const int64_t behind = scan.begin + *scan.info->bytes;
+    return findStream(file, walk, {behind, std::min(scan.end, behind + 65536)}).has_value();
+}
+
+void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined)
 {
     const InfoFrame& info = *scan.info;
     scan.frames = *info.frames;
     scan.samples = scan.frames * scan.first.samplesPerFrame;
     scan.exact = true;
     // A file cut short still carries the counts of the whole.
-    if (info.bytes && *info.bytes > present && *info.bytes - present > 4096) {
+    if (joined || (info.bytes && *info.bytes > present && *info.bytes - present > 4096)) {
         scan.frames = int64_t(double(scan.frames) * double(present) / double(*info.bytes));
         scan.samples = scan.frames * scan.first.samplesPerFrame;
         scan.exact = false;
@@ -285,9 +294,9 @@ std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio)
     }
     const int64_t present = scan.end - scan.soundBegin;
     if (scan.info && scan.info->frames) {
-        takeLengthFromInfo(scan, present);
+        takeLengthFromInfo(scan, present, anotherFollows(buffered, walk, scan));
         if (scan.variableBitRate || scan.freeFormat)
-            setAverageBitRate(scan, std::min<int64_t>(present, scan.info->bytes.value_or(UINT32_MAX)));
+            setAverageBitRate(scan, scan.exact ? std::min<int64_t>(present, scan.info->bytes.value_or(UINT32_MAX)) : present);
         else
             scan.bitRate = scan.first.bitRate;
         return scan;

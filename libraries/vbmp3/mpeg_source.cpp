@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "libraries/vbmp3/resampler.h"
@@ -43,13 +44,17 @@ public:
         toSkip_ = 0;
         resampler_.reset();
         position_ = frame;
-        ended_ = !decoder_->seek(frame + trim_.skip);
+        ended_ = false;
+        // Done when the samples are wanted: libmpg123 goes wrong when it is sent twice without decoding in between.
+        seekTo_ = frame + trim_.skip;
     }
 
 private:
     // Gets the next decoded frame into ready_; false at the end.
     bool fill()
     {
+        if (seekTo_ >= 0)
+            ended_ = !decoder_->seek(std::exchange(seekTo_, -1));
         while (!ended_) {
             const MpegDecoder::Piece piece = decoder_->next();
             if (piece.frames == 0) {
@@ -81,6 +86,7 @@ private:
     size_t at_ = 0;        // frames of ready_ already given
     int64_t toSkip_ = 0;
     int64_t position_ = 0; // of the next frame given
+    int64_t seekTo_ = -1;  // in the decoder's samples; -1: it is there
     bool ended_ = false;
 };
 

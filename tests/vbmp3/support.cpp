@@ -19,6 +19,19 @@ void put(Bytes& bytes, uint32_t value, int count)
         bytes.push_back(uint8_t(value >> 8 * i));
 }
 
+class OwnedBytes final : public ByteSource {
+public:
+    explicit OwnedBytes(Bytes bytes) : bytes_(std::move(bytes)) {}
+    int64_t size() const override { return int64_t(bytes_.size()); }
+    size_t readAt(int64_t offset, void* to, size_t length) const override
+    {
+        return MemorySource(bytes_).readAt(offset, to, length);
+    }
+
+private:
+    Bytes bytes_;
+};
+
 void put(Bytes& bytes, const char* text) { bytes.insert(bytes.end(), text, text + 4); }
 
 } // namespace
@@ -142,7 +155,7 @@ std::vector<float> readAll(Source& source, size_t block)
 
 std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info)
 {
-    auto file = std::make_shared<MemorySource>(bytes);
+    auto file = std::make_shared<OwnedBytes>(bytes);
     auto found = probe(*file, scanFileLayout(*file));
     if (!found)
         return nullptr;

@@ -49,7 +49,7 @@ Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples,
 
 // Reads a whole source.
 std::vector<float> readAll(Source& source, size_t block = 1000);
-// Opens bytes the way a file is opened; null when refused. The bytes must outlive the source.
+// Opens bytes the way a file is opened; null when refused. Keeps a copy of them.
 std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info = nullptr);
 std::vector<int16_t> toInt16(const std::vector<float>& samples);
 

@@ -1,0 +1,21 @@
+// MPEG streams put together frame by frame, for what encoders do not write.
+#pragma once
+
+#include "tests/vbmp3/support.h"
+
+namespace vbmp3::test {
+
+// MPEG-1 layer 1 at 48 kHz, mono, `frames` of 384 samples each: a 440 Hz tone as the samples of the lowest subbands.
+Bytes layer1File(int frames);
+
+// Offsets of every frame header in a stream that begins with one.
+std::vector<size_t> frameOffsets(const Bytes& stream);
+
+// Puts a frame with a Fraunhofer header in front of a constant-bit-rate layer 3 stream.
+Bytes withVbri(const Bytes& stream, uint32_t frames);
+
+// RIFF around MPEG frames: form "RMP3", or "WAVE" with an MP3 format chunk; `after` follows the data chunk.
+Bytes rmpFile(const Bytes& stream, const Bytes& after = {});
+Bytes mp3InWave(const Bytes& stream);
+
+} // namespace vbmp3::test
