@@ -7,6 +7,9 @@
 #include <commctrl.h>
 #include <shellapi.h>
 
+// The header's macro would rename the method of that name.
+#undef WinHelp
+
 #include <string>
 #include <string_view>
 #include <utility>

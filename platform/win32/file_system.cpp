@@ -1,0 +1,192 @@
+#include "platform/file_system.h"
+
+#include <algorithm>
+
+#include "platform/win32/platform.h"
+#include "platform/win32/win32.h"
+
+namespace quenlox::win32 {
+namespace {
+
+constexpr DWORD kMissing = INVALID_FILE_ATTRIBUTES;
+
+struct FindCloser {
+    void operator()(HANDLE find) const { FindClose(find); }
+    using pointer = HANDLE;
+};
+
+OwnedHandle Open(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
+    HANDLE file = CreateFileW(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return OwnedHandle(file == INVALID_HANDLE_VALUE ? nullptr : file);
+}
+
+bool WriteAll(HANDLE file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto part = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 20));
+        DWORD written = 0;
+        if (!WriteFile(file, bytes.data(), part, &written, nullptr) || written == 0) return false;
+        bytes.remove_prefix(written);
+    }
+    return FlushFileBuffers(file) != FALSE;
+}
+
+// A new file beside the target, so that it lies on the same volume and can take the target's place in one step.
+std::wstring TemporaryBeside(const std::wstring& target, OwnedHandle& file) {
+    const DWORD seed = GetTickCount() ^ GetCurrentProcessId() << 16;
+    for (DWORD attempt = 0; attempt < 100; ++attempt) {
+        std::wstring name = target + L".~" + std::to_wstring((seed + attempt) % 100000) + L".tmp";
+        file = Open(name, GENERIC_WRITE, 0, CREATE_NEW);
+        if (file) return name;
+        if (GetLastError() != ERROR_FILE_EXISTS) break;
+    }
+    return {};
+}
+
+bool PutInPlace(const std::wstring& temporary, const std::wstring& target) {
+    const DWORD attributes = GetFileAttributesW(target.c_str());
+    if (attributes == kMissing) return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
+    if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) return false;
+    // Keeps who may do what with the target. Not every file system can do it; then a move does.
+    if (ReplaceFileW(target.c_str(), temporary.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)) return true;
+    return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+}
+
+class FileSystemWin32 : public FileSystem {
+  public:
+    bool fileExists(const std::string& path) override {
+        const DWORD attributes = attributesOf(path);
+        return attributes != kMissing && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+    }
+    bool folderExists(const std::string& path) override {
+        const DWORD attributes = attributesOf(path);
+        return attributes != kMissing && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+    }
+    bool isReadOnly(const std::string& path) override {
+        const DWORD attributes = attributesOf(path);
+        return attributes != kMissing && (attributes & FILE_ATTRIBUTE_READONLY);
+    }
+
+    std::optional<std::string> read(const std::string& path, std::uint64_t limit) override {
+        const OwnedHandle file =
+            Open(WidePath(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
+        LARGE_INTEGER size{};
+        if (!file || GetFileType(file.get()) != FILE_TYPE_DISK || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
+        if (static_cast<std::uint64_t>(size.QuadPart) > limit) return std::nullopt;
+        std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
+        std::size_t done = 0;
+        while (done < bytes.size()) {
+            const auto part = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - done, 1u << 24));
+            DWORD count = 0;
+            if (!ReadFile(file.get(), bytes.data() + done, part, &count, nullptr)) return std::nullopt;
+            if (count == 0) break;  // it has become shorter
+            done += count;
+        }
+        bytes.resize(done);
+        return bytes;
+    }
+
+    bool write(const std::string& path, std::string_view bytes) override {
+        const std::wstring target = WidePath(path);
+        OwnedHandle file;
+        const std::wstring temporary = TemporaryBeside(target, file);
+        if (temporary.empty()) return false;
+        const bool whole = WriteAll(file.get(), bytes);
+        file.reset();
+        if (whole && PutInPlace(temporary, target)) return true;
+        DeleteFileW(temporary.c_str());
+        return false;
+    }
+
+    bool rename(const std::string& from, const std::string& to) override {
+        return MoveFileExW(WidePath(from).c_str(), WidePath(to).c_str(), 0) != FALSE;
+    }
+    bool remove(const std::string& path) override { return DeleteFileW(WidePath(path).c_str()) != FALSE; }
+
+    std::vector<std::string> files(const std::string& folder) override {
+        std::vector<std::string> names;
+        each(folder, false, [&](std::string name) { return names.push_back(std::move(name)), true; });
+        return names;
+    }
+    std::vector<std::string> folders(const std::string& folder) override {
+        std::vector<std::string> names;
+        each(folder, true, [&](std::string name) { return names.push_back(std::move(name)), true; });
+        return names;
+    }
+    void eachFile(const std::string& folder, const std::function<bool(const std::string&)>& listener) override {
+        each(folder, false, listener);
+    }
+
+    std::vector<std::string> drives() override {
+        std::vector<std::string> roots;
+        const DWORD present = GetLogicalDrives();
+        for (char letter = 'A'; letter <= 'Z'; ++letter) {
+            if (present & 1u << (letter - 'A')) roots.push_back(std::string(1, letter) + ":\\");
+        }
+        return roots;
+    }
+    DriveType driveType(const std::string& root) override {
+        switch (GetDriveTypeW(Wide(root).c_str())) {
+            case DRIVE_NO_ROOT_DIR:
+                return DriveType::NoRoot;
+            case DRIVE_REMOVABLE:
+                return DriveType::Removable;
+            case DRIVE_FIXED:
+                return DriveType::Fixed;
+            case DRIVE_REMOTE:
+                return DriveType::Remote;
+            case DRIVE_CDROM:
+                return DriveType::CdRom;
+            case DRIVE_RAMDISK:
+                return DriveType::RamDisk;
+            default:
+                return DriveType::Unknown;
+        }
+    }
+
+    std::string programFolder() override {
+        std::wstring name(MAX_PATH, L'\0');
+        DWORD length = 0;
+        while ((length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()))) == name.size()) {
+            name.resize(name.size() * 2);
+        }
+        name.resize(length);
+        const std::size_t slash = name.rfind(L'\\');
+        name.resize(slash == std::wstring::npos ? 0 : slash);
+        if (name.ends_with(L':')) name += L'\\';
+        return Narrow(name);
+    }
+    std::string currentFolder() override {
+        std::wstring name(GetCurrentDirectoryW(0, nullptr), L'\0');
+        name.resize(GetCurrentDirectoryW(static_cast<DWORD>(name.size()), name.data()));
+        return Narrow(name);
+    }
+
+  private:
+    static DWORD attributesOf(const std::string& path) { return path.empty() ? kMissing : GetFileAttributesW(WidePath(path).c_str()); }
+
+    template <typename Listener>
+    static void each(const std::string& folder, bool wantFolders, const Listener& listener) {
+        if (folder.empty()) return;
+        const bool ended = folder.ends_with('\\') || folder.ends_with('/');
+        WIN32_FIND_DATAW data;
+        HANDLE first = FindFirstFileExW(WidePath(folder + (ended ? "*" : "\\*")).c_str(), FindExInfoBasic, &data,
+                                        FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+        if (first == INVALID_HANDLE_VALUE) return;
+        const std::unique_ptr<HANDLE, FindCloser> find(first);
+        do {
+            const std::wstring_view name = data.cFileName;
+            const bool isFolder = data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+            if (isFolder != wantFolders || name == L"." || name == L"..") continue;
+            if (!listener(Narrow(name))) return;
+        } while (FindNextFileW(find.get(), &data));
+    }
+};
+
+}  // namespace
+}  // namespace quenlox::win32
+
+namespace quenlox {
+
+std::unique_ptr<FileSystem> MakeFileSystem() { return std::make_unique<win32::FileSystemWin32>(); }
+
+}  // namespace quenlox
