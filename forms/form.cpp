@@ -67,6 +67,7 @@ void Form::show() {
         if (host_) host_->bringToFront();
         return;
     }
+    if (!host_ && system_) realise(*system_);
     visible_ = true;
     formChanged(FormProperty::Visible);
 }

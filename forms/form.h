@@ -30,6 +30,8 @@ class Form {
 
     // Makes it a real window, hidden until show().
     void realise(WindowSystem& system);
+    // The same, put off until it is shown for the first time: a window that nobody opens costs nothing.
+    void realiseWhenShown(WindowSystem& system) { system_ = &system; }
     FormHost* host() const { return host_.get(); }
 
     // Place and size in twips of the screen, the frame included.
@@ -97,6 +99,7 @@ class Form {
     Kind kind_;
     std::vector<Control*> controls_;
     std::unique_ptr<FormHost> host_;
+    WindowSystem* system_ = nullptr;
     int left_ = 0, top_ = 0, width_ = 4500, height_ = 3000;
     std::string caption_;
     bool visible_ = false;

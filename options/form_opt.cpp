@@ -18,6 +18,20 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     ComboSkinScale.setListIndex(0);
     ComboDevice.setItems({{"既定のデバイス", -1}});
     ComboDevice.setListIndex(0);
+
+    const auto display = [this] {
+        if (onDisplayOptions) onDisplayOptions();
+    };
+    for (CheckBox* box : {&CheckAnime, &CheckSpeana, &CheckPanel}) box->onClick = display;
+    ComboSkinScale.onClick = display;
+    CheckLyrics.onClick = [this] {
+        if (onLyricsShown) onLyricsShown();
+    };
+    const auto output = [this] {
+        if (onOutput) onOutput();
+    };
+    ComboDevice.onClick = output;
+    HScrollBuffer.onChange = output;
 }
 
 void FormOpt::setOutputDevice(int device) {

@@ -2,6 +2,7 @@
 // them, writing it reads them back, and everybody else asks through OptionSettings. On the user-interface thread.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "app/option_settings.h"
@@ -61,6 +62,11 @@ class FormOpt : public Form, public OptionControls {
     CheckBox CheckDelList{*this, "CheckDelList"};                               // "DelList"
 
     // Chooses the button with the index; one that does not exist leaves the choice as it was.
+    // Told after a change, by the user or from code.
+    std::function<void()> onDisplayOptions;  // title animation, display B, operation panel, scale of the skin
+    std::function<void()> onLyricsShown;
+    std::function<void()> onOutput;          // device or buffer
+
     static void choose(ControlArray<OptionButton>& options, int index);
     static int chosen(const ControlArray<OptionButton>& options);  // 0 when none is
 

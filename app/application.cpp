@@ -1,0 +1,129 @@
+#include "app/application.h"
+
+#include "app/command_line.h"
+#include "text/paths.h"
+
+namespace quenlox {
+namespace {
+
+// Lyrics behaviour of the library: karaoke timing, untimed lines not spread over the track, at-mark tags, lines that
+// follow a seek at once.
+constexpr int kKaraokeUse = 1, kNotTagLyricsLine = 0, kAtMarkTag = 1, kSeekPlay = 1;
+constexpr int kHelpContext = 11, kHelpContextData = 1, kHelpQuit = 2;  // commands of WinHelp
+
+}  // namespace
+
+Application::Application(const Services& services, std::string commandLine)
+    : services_(services),
+      commandLine_(std::move(commandLine)),
+      options_(state_),
+      top_(state_, options_, services.files, services.dialogs, services.shell, services.painter, splitValues_),
+      engine_(state_, services.vbmp3, services.mediaControl, services.files, services.windows, top_),
+      lists_(state_, options_, services.files, services.vbmp3, services.random),
+      monitor_(state_, engine_, services.vbmp3, services.mediaControl, lists_, options_),
+      pitch_(state_, services.vbmp3, options_, engine_.status()),
+      volume_(state_, services.mixer, options_),
+      list_(state_),
+      equalizer_(state_, services.vbmp3, services.dialogs, services.random),
+      lyrics_(state_, options_),
+      tag_(state_),
+      settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
+    FormTop::Hooks hooks;
+    hooks.unload = [this] { unload(); };
+    hooks.help = [this] { showHelp(); };
+    hooks.figures = [this] { return figures(); };
+    top_.connect({&engine_, &monitor_, &pitch_, &volume_},
+                 {&list_, &options_, &tag_, nullptr, &equalizer_, &lyrics_, nullptr}, hooks);
+}
+
+Application::~Application() = default;
+
+void Application::load() {
+    top_.realise(services_.windows);
+    for (Form* form : {static_cast<Form*>(&list_), static_cast<Form*>(&options_), static_cast<Form*>(&equalizer_),
+                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_)}) {
+        form->realiseWhenShown(services_.windows);
+    }
+    services_.vbmp3.vbmp3_init();
+    settings_.LoadSettings();
+    followOptions();
+    top_.LoadSkinNamed(state_.SkinName);
+    top_.setScale(options_.skinScale());
+    volume_.open();
+    loadLibrary();
+    top_.ListSkins();
+    lists_.LoadListFile();
+    engine_.ShowTitle();
+    helpFile_ = services_.files.programFolder() + "\\Quenlox.hlp";
+    openFirstFile();
+    top_.setCaption(std::string("Quenlox  Ver ") + kVersion);
+    top_.setAlwaysOnTop(top_.alwaysOnTop());
+    if (!top_.inTray()) top_.show();
+    if (state_.ListShown) top_.showWindow(list_);
+}
+
+// Options act at once; what they change is told to those whom it concerns.
+void Application::followOptions() {
+    options_.onDisplayOptions = [this] { top_.optionsChanged(); };
+    options_.onOutput = [this] {
+        services_.vbmp3.vbmp3_setOutput(options_.outputDevice(), options_.HScrollBuffer.value());
+    };
+    options_.onOutput();
+}
+
+void Application::loadLibrary() {
+    Vbmp3& library = services_.vbmp3;
+    library.vbmp3_setKaraokeUse(kKaraokeUse);
+    library.vbmp3_setNotTagLyricsLine(kNotTagLyricsLine);
+    library.vbmp3_useAtMarkTag(kAtMarkTag);
+    library.vbmp3_setSeekPlay(kSeekPlay);
+    std::int32_t encoderState = 0;
+    encoderThere_ = services_.gogo.available() && services_.gogo.MPGE_getUnitStatesVB(encoderState) == 0;
+}
+
+void Application::openFirstFile() {
+    const int flags = ParseCommandLine(commandLine_, state_, engine_.status());
+    engine_.OpenMedia();
+    if (flags % 10 == 1) {
+        state_.PlayIntent = kForward;
+        engine_.PlayMedia();
+    }
+    if (flags / 10 == 1) top_.moveToTray();
+}
+
+void Application::showHelp() {
+    const std::string guide = JoinPath(services_.files.programFolder(), "Quenlox.html");
+    if (services_.files.fileExists(guide)) {
+        services_.shell.openInBrowser(guide);
+        return;
+    }
+    services_.shell.WinHelp(top_, helpFile_, kHelpContext, kHelpContextData);
+}
+
+std::string Application::figures() const {
+    static constexpr const char* kListNames[] = {"A", "B", "C"};
+    const int list = state_.ListNo;
+    if (list < 0 || list > 2) return {};
+    const int current = state_.CurrentIndex[static_cast<std::size_t>(list)];
+    const std::string place = current < 0 ? "-" : std::to_string(current + 1);
+    return std::string(kListNames[list]) + " " + place + "/" + std::to_string(lists_.count(list));
+}
+
+void Application::unload() {
+    state_.ShuttingDown = true;
+    services_.mediaControl.sendString("stop MediaFile");
+    services_.mediaControl.sendString("close MediaFile");
+    services_.vbmp3.vbmp3_close();
+    services_.vbmp3.vbmp3_free();
+    services_.shell.WinHelp(top_, helpFile_, kHelpQuit, 0);
+    settings_.SaveSettings();
+    lists_.SaveListFile();
+    volume_.close();
+    for (Form* form : {static_cast<Form*>(&list_), static_cast<Form*>(&options_), static_cast<Form*>(&equalizer_),
+                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_)}) {
+        form->unload();
+    }
+    services_.windows.quit();
+}
+
+}  // namespace quenlox

@@ -1,0 +1,92 @@
+// The composition root: owns the shared state, the playback and the windows, and knows in which order they come up and
+// go down. On the user-interface thread; it lives as long as the main window.
+#pragma once
+
+#include <string>
+
+#include "app/global_state.h"
+#include "app/settings_file.h"
+#include "equalizer/form_gra.h"
+#include "lyrics/form_lyrics.h"
+#include "options/form_opt.h"
+#include "platform/dialogs.h"
+#include "platform/file_system.h"
+#include "platform/gogo.h"
+#include "platform/media_control.h"
+#include "platform/mixer.h"
+#include "platform/random.h"
+#include "platform/shell.h"
+#include "platform/text_painter.h"
+#include "platform/vbmp3.h"
+#include "platform/window_host.h"
+#include "playback/media_engine.h"
+#include "playback/pitch_control.h"
+#include "playback/play_state_monitor.h"
+#include "playback/volume_control.h"
+#include "playlist/form_list.h"
+#include "playlist/playlists.h"
+#include "skin/form_top.h"
+#include "tags/form_tag.h"
+
+namespace quenlox {
+
+inline constexpr const char* kVersion = "1.0.0";
+
+// The services of the system. All must outlive the application.
+struct Services {
+    WindowSystem& windows;
+    TextPainter& painter;
+    Dialogs& dialogs;
+    FileSystem& files;
+    MediaControl& mediaControl;
+    Mixer& mixer;
+    Shell& shell;
+    Vbmp3& vbmp3;
+    Gogo& gogo;
+    Random& random;
+};
+
+class Application {
+  public:
+    Application(const Services& services, std::string commandLine);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    // Brings everything up: settings, skin, lists, the file of the command line or of the last time.
+    void load();
+    int run() { return services_.windows.run(); }
+
+    GlobalState& state() { return state_; }
+    FormTop& top() { return top_; }
+
+  private:
+    void unload();
+    void loadLibrary();
+    void followOptions();
+    void openFirstFile();
+    void showHelp();
+    std::string figures() const;
+
+    Services services_;
+    std::string commandLine_;
+    std::string helpFile_;
+    bool encoderThere_ = false;
+
+    GlobalState state_;
+    SplitValues splitValues_;
+    FormOpt options_;
+    FormTop top_;
+    MediaEngine engine_;
+    Playlists lists_;
+    PlayStateMonitor monitor_;
+    PitchControl pitch_;
+    VolumeControl volume_;
+    FormList list_;
+    FormGra equalizer_;
+    FormLyrics lyrics_;
+    FormTag tag_;
+    SettingsFile settings_;
+};
+
+}  // namespace quenlox

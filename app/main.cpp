@@ -1,0 +1,30 @@
+// The entry of the program: one instance, the decoding library at hand, then the application.
+#include <chrono>
+
+#include "app/application.h"
+#include "platform/win32/platform.h"
+#include "text/paths.h"
+
+int main() {
+    using namespace quenlox;
+    const auto shell = MakeShell();
+    if (shell->anotherInstanceRuns()) return 0;
+    const auto files = MakeFileSystem();
+    const auto dialogs = MakeDialogs();
+    const std::string folder = files->programFolder();
+    const auto vbmp3 = LoadVbmp3(folder);
+    if (!vbmp3) {
+        dialogs->message("VBMP3.DLLが見つかりません\r終了します", MessageIcon::Stop);
+        return 1;
+    }
+    SeededRandom random(static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()));
+    const auto windows = MakeWindowSystem();
+    const auto painter = MakeTextPainter();
+    const auto mediaControl = MakeMediaControl();
+    const auto mixer = MakeMixer();
+    const auto gogo = LoadGogo(folder);
+    Application application({*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, *gogo, random},
+                            CommandLineText());
+    application.load();
+    return application.run();
+}
