@@ -13,11 +13,13 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 
 from wine_session import WineSession  # noqa: E402
+from wine_session.processes import unwind_on_signals  # noqa: E402
 
 parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
 parser.add_argument("--locale", default="ja_JP")
 parser.add_argument("command", nargs=argparse.REMAINDER)
 options = parser.parse_args()
+unwind_on_signals()
 with WineSession(locale=options.locale) as session:
     status = subprocess.run(options.command, env=session.env).returncode
 sys.exit(status)

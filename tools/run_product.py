@@ -15,7 +15,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 
 from wine_session import WineSession  # noqa: E402
 from wine_session.prefix import cache_dir, ready_prefix  # noqa: E402
-from wine_session.processes import stop, wait_until  # noqa: E402
+from wine_session.processes import stop, unwind_on_signals, wait_until  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 PRODUCT = ROOT / "build/quenlox"
@@ -62,12 +62,14 @@ def show_and_end(session, process):
 
 
 def main():
+    unwind_on_signals()
     file = pathlib.Path(sys.argv[1])
     if not file.exists():
         sys.exit(f"there is no {file}")
     display = os.environ.get("DISPLAY")
-    with WineSession(prefix=cache_dir() / f"run-{ready_prefix().name}", display=display,
-                     own_sound=not has_sound_server()) as session:
+    # The user's windows may be many and last; what nobody watches gets a prefix for the time.
+    prefix = cache_dir() / f"run-{ready_prefix().name}" if display else None
+    with WineSession(prefix=prefix, display=display, own_sound=not has_sound_server()) as session:
         process = session.start(PRODUCT / "Quenlox.exe", session.windows_path(file), cwd=PRODUCT)
         if display:
             return process.wait()

@@ -4,6 +4,7 @@ import ctypes
 import os
 import signal
 import subprocess
+import sys
 import time
 
 _libc = ctypes.CDLL(None, use_errno=True)
@@ -34,6 +35,12 @@ def stop(process, limit=3.0):
     except subprocess.TimeoutExpired:
         process.kill()
         process.wait()
+
+
+def unwind_on_signals():
+    """Makes Ctrl+C, a plain kill and a closed terminal leave by an exception, so that sessions end what they started."""
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, lambda received, _: sys.exit(128 + received))
 
 
 def adopt_orphans():

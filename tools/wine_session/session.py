@@ -1,5 +1,6 @@
 """One environment for Windows programs, set up on entry and ended without a trace on exit."""
 
+import fcntl
 import os
 import pathlib
 import shutil
@@ -15,7 +16,8 @@ from .sound_server import SilentSoundServer
 class WineSession:
     """Wine with a prefix, a display and a sound server.
 
-    prefix: folder of a prefix to keep and reuse; None takes a fresh copy that is removed at the end.
+    prefix: folder of a prefix to keep and reuse, which several sessions may do at a time; None takes a fresh copy that
+        is removed at the end.
     display: name of an existing X display; None starts a virtual one of `screen` size, without a window manager.
     own_sound: starts a silent sound server; otherwise programs find the user's.
     log: folder for the output of the helper programs; None discards it.
@@ -26,6 +28,7 @@ class WineSession:
         self._options = (prefix, locale, display, screen, own_sound, overrides)
         self._log_dir = log
         self._open = []
+        self._lock = None
         self.display = self.sound = None
 
     def __enter__(self):
@@ -46,25 +49,16 @@ class WineSession:
     def _start(self, prefix, locale, display, screen, own_sound, overrides):
         processes.adopt_orphans()
         known = set(processes.children())
-        self._open.append(lambda: processes.collect_orphans(known))
+        self._open.append(lambda: self._last_user() and processes.collect_orphans(known))
         self.runtime = pathlib.Path(tempfile.mkdtemp(prefix="quenlox-"))
         self._open.append(lambda: shutil.rmtree(self.runtime, ignore_errors=True))
-        if prefix is None:
-            sessions = prefixes.cache_dir() / "sessions"
-            sessions.mkdir(exist_ok=True)
-            _remove_abandoned(sessions)
-            self.prefix = sessions / str(os.getpid())
-            shutil.rmtree(self.prefix, ignore_errors=True)
-            self._open.append(lambda: shutil.rmtree(self.prefix, ignore_errors=True))
-            prefixes.clone_prefix(self.prefix)
-        else:
-            self.prefix = pathlib.Path(prefix)
-            if not self.prefix.is_dir():
-                prefixes.clone_prefix(self.prefix)
+        self.prefix = self._own_prefix() if prefix is None else _kept_prefix(pathlib.Path(prefix))
+        self._lock = open(self.prefix / "session.lock", "w")
+        fcntl.flock(self._lock, fcntl.LOCK_SH)
+
         self.env = prefixes.base_environment(self.prefix, locale)
         if overrides:
             self.env["WINEDLLOVERRIDES"] += ";" + overrides
-
         if display is None:
             self.display = VirtualDisplay(screen, self._log("xvfb"))
             self._open.append(self.display.close)
@@ -73,16 +67,41 @@ class WineSession:
             self.sound = SilentSoundServer(self.runtime, self._log("pulseaudio"))
             self._open.append(self.sound.close)
             self.env.update(self.sound.env)
+        self._start_wine(managed=display is not None)
 
+    def _own_prefix(self):
+        """A fresh copy that goes with the session."""
+        sessions = prefixes.cache_dir() / "sessions"
+        sessions.mkdir(exist_ok=True)
+        _remove_abandoned(sessions)
+        prefix = sessions / str(os.getpid())
+        shutil.rmtree(prefix, ignore_errors=True)
+        self._open.append(lambda: shutil.rmtree(prefix, ignore_errors=True))
+        return prefixes.clone_prefix(prefix)
+
+    def _start_wine(self, managed):
         self._wine_log = self._log("wine")
         self._open.append(self._end_wine)
-        # A server that stays makes every later start quick. It keeps the settings read below for the whole session.
-        subprocess.run(["wineserver", "-p"], env=self.env, check=True, stderr=subprocess.DEVNULL)
+        # A server that stays some seconds after the last program makes every later start quick, and goes even if nobody is
+        # left to end it. The command fails when another session has one already.
+        subprocess.run(["wineserver", "-p5"], env=self.env, stderr=subprocess.DEVNULL)
         # Without a window manager Wine has to draw the title bars itself.
-        managed = "N" if display is None else "Y"
-        prefixes.import_registry({r"HKEY_CURRENT_USER\Software\Wine\X11 Driver": {"Managed": managed}}, self.env)
+        prefixes.import_registry(
+            {r"HKEY_CURRENT_USER\Software\Wine\X11 Driver": {"Managed": "Y" if managed else "N"}}, self.env)
+
+    def _last_user(self):
+        """True when no other session uses the prefix; none can begin to from then on until this process ends."""
+        if self._lock is None:  # not begun
+            return True
+        try:
+            fcntl.flock(self._lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            return True
+        except BlockingIOError:
+            return False
 
     def _end_wine(self):
+        if not self._last_user():
+            return
         subprocess.run(["wineserver", "-k"], env=self.env, stderr=subprocess.DEVNULL)
         try:
             subprocess.run(["wineserver", "-w"], env=self.env, stderr=subprocess.DEVNULL, timeout=10)
@@ -104,6 +123,17 @@ class WineSession:
     def __exit__(self, *_):
         while self._open:
             self._open.pop()()
+
+
+def _kept_prefix(prefix):
+    if not prefix.is_dir():
+        unfinished = prefix.with_name(f"{prefix.name}.{os.getpid()}")
+        prefixes.clone_prefix(unfinished)
+        try:
+            unfinished.rename(prefix)
+        except OSError:  # another session was quicker
+            shutil.rmtree(unfinished, ignore_errors=True)
+    return prefix
 
 
 def _remove_abandoned(sessions):
