@@ -20,6 +20,21 @@ FileTransaction::FileTransaction() = default;
 
 #ifdef _WIN32
 
+constexpr int kReplaceAttempts = 6;
+constexpr DWORD kReplacePause = 50; // milliseconds
+
+// Asks first, because a ReplaceFile that is refused may leave files of its own behind.
+static bool canBeReplaced(const std::wstring& path)
+{
+    const HANDLE handle = CreateFileW(path.c_str(), GENERIC_READ | DELETE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return GetLastError() == ERROR_FILE_NOT_FOUND; // taken away meanwhile: the way is free
+    CloseHandle(handle);
+    return true;
+}
+
 struct FileTransaction::File {
     HANDLE handle = INVALID_HANDLE_VALUE;
     std::wstring path;
@@ -86,14 +101,27 @@ FileTransaction::Error FileTransaction::commit()
     }
     const std::wstring target = widePath(target_);
     const DWORD attributes = GetFileAttributesW(target.c_str());
+    const bool existed = attributes != INVALID_FILE_ATTRIBUTES;
+    const bool readOnly = existed && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
     bool done = false;
-    if (attributes == INVALID_FILE_ATTRIBUTES)
-        done = MoveFileExW(file_->path.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH);
-    else if ((attributes & FILE_ATTRIBUTE_READONLY) == 0)
-        // Keeps the target's permissions and dates of creation; some file systems only know the plain move.
-        done = ReplaceFileW(target.c_str(), file_->path.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
-                            nullptr)
-               || MoveFileExW(file_->path.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    // Virus scanners and indexers hold a file for a moment after it was written.
+    for (int attempt = 0; attempt < kReplaceAttempts && !done && !readOnly; ++attempt) {
+        if (attempt > 0)
+            Sleep(kReplacePause);
+        if (existed && !canBeReplaced(target))
+            continue;
+        // ReplaceFile keeps the target's permissions and dates of creation; some file systems only know the plain move.
+        done = (existed && ReplaceFileW(target.c_str(), file_->path.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                                        nullptr, nullptr))
+               || MoveFileExW(file_->path.c_str(), target.c_str(),
+                              existed ? MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH : MOVEFILE_WRITE_THROUGH);
+        const DWORD error = done ? ERROR_SUCCESS : GetLastError();
+        if (!done && error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION && error != ERROR_ACCESS_DENIED)
+            break;
+    }
+    // ReplaceFile may fail half way, with the target gone: then the temporary file is all there is, and stays.
+    if (!done && existed && GetFileAttributesW(target.c_str()) == INVALID_FILE_ATTRIBUTES)
+        file_->path.clear();
     if (done)
         file_->path.clear();
     file_.reset();

@@ -1,0 +1,102 @@
+// What only Windows does to files: attributes, sharing, names beyond 260 characters.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "libraries/vbmp3/tag_files.h"
+#include "tests/vbmp3_tags/tag_bytes.h"
+
+using namespace vbmp3;
+using namespace tagbytes;
+namespace fs = std::filesystem;
+
+namespace {
+
+class WindowsTagFiles : public testing::Test {
+protected:
+    WindowsTagFiles() : folder_(fs::temp_directory_path() / (L"タグ🎵 " + std::to_wstring(GetCurrentProcessId()))) {
+        fs::create_directories(folder_);
+        put(folder_ / name_, sound_);
+    }
+    ~WindowsTagFiles() override {
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+    static void put(const fs::path& path, const std::string& contents) { std::ofstream(path, std::ios::binary) << contents; }
+    static std::string contents(const fs::path& path) {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    static std::string utf8(const fs::path& path) {
+        const std::u8string text = path.u8string();
+        return {text.begin(), text.end()};
+    }
+    int files() const { return static_cast<int>(std::distance(fs::directory_iterator(folder_), {})); }
+    std::string list() const {
+        std::string names;
+        for (const auto& entry : fs::directory_iterator(folder_)) names += "\n" + utf8(entry.path().filename()) + " " + std::to_string(entry.file_size());
+        return names;
+    }
+    HANDLE openShared(DWORD share) const {
+        return CreateFileW((folder_ / name_).c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
+    }
+
+    fs::path folder_;
+    const std::wstring name_ = L"夜曲 Ä.mp3";
+    const std::string sound_ = mpegFrames(800);
+};
+
+vbmp3_Tag tagOf(const char* title) {
+    vbmp3_Tag tag{};
+    tag.size = sizeof tag;
+    tag.genreNumber = 255;
+    strcpy(tag.title, title);
+    return tag;
+}
+
+} // namespace
+
+TEST_F(WindowsTagFiles, AnyNameCanBeWrittenAndConverted) {
+    const std::string path = utf8(folder_ / name_), rmp = utf8(folder_ / L"変換.rmp"), back = utf8(folder_ / L"back.mp3");
+    ASSERT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2, tagOf("夜曲")), VBMP3_OK);
+    vbmp3_Tag tag{};
+    ASSERT_EQ(readTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
+    EXPECT_STREQ(tag.title, "夜曲");
+    ASSERT_EQ(convertFile(path, rmp, WrapAs::Rmp), VBMP3_OK);
+    ASSERT_EQ(convertFile(rmp, back, WrapAs::Mp3), VBMP3_OK);
+    EXPECT_EQ(contents(folder_ / L"back.mp3"), contents(folder_ / name_));
+    EXPECT_EQ(files(), 3);
+    EXPECT_EQ(convertFile(path, path, WrapAs::Rmp), VBMP3_ERROR_SAME_FILE);
+    EXPECT_EQ(convertFile(path, utf8(folder_ / L"VARIANT" / L"x.rmp"), WrapAs::Rmp), VBMP3_ERROR_WRITE);
+}
+
+TEST_F(WindowsTagFiles, ReadOnlyAndLockedFilesSaySoAndStayWhole) {
+    const std::string path = utf8(folder_ / name_);
+    SetFileAttributesW((folder_ / name_).c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_ERROR_LOCKED);
+    SetFileAttributesW((folder_ / name_).c_str(), FILE_ATTRIBUTE_NORMAL);
+    for (const DWORD share : {DWORD{0}, DWORD{FILE_SHARE_READ}}) {
+        const HANDLE other = openShared(share);
+        ASSERT_NE(other, INVALID_HANDLE_VALUE);
+        EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_ERROR_LOCKED) << share;
+        CloseHandle(other);
+        EXPECT_EQ(contents(folder_ / name_), sound_);
+        EXPECT_EQ(files(), 1) << share << list();
+    }
+    EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_OK);
+}
+
+TEST_F(WindowsTagFiles, AFileThatIsHeldForAMomentIsWaitedFor) {
+    const HANDLE other = openShared(FILE_SHARE_READ);
+    ASSERT_NE(other, INVALID_HANDLE_VALUE);
+    std::thread release([&] {
+        Sleep(80);
+        CloseHandle(other);
+    });
+    EXPECT_EQ(writeTagFile(utf8(folder_ / name_), VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_OK);
+    release.join();
+}
