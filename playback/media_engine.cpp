@@ -68,7 +68,7 @@ MediaEngine::MediaEngine(GlobalState& state, Vbmp3& vbmp3, MediaControl& mediaCo
       display_(display),
       status_(state, display) {}
 
-MediaEngine::~MediaEngine() = default;
+MediaEngine::~MediaEngine() { vbmp3_.vbmp3_setListener(nullptr); }
 
 void MediaEngine::command(const char* what) { mediaControl_.sendString(std::string(what) + " MediaFile"); }
 
@@ -86,8 +86,11 @@ void MediaEngine::DetectMediaKind() {
 
 void MediaEngine::listen() {
     // An event of a file that has been closed meanwhile must not reach the one that is open now.
-    vbmp3_.vbmp3_setListener([this, opened = openCount_](int event) {
-        windows_.post([this, opened, event] {
+    underway_ = std::make_shared<std::atomic<int>>(0);
+    vbmp3_.vbmp3_setListener([this, opened = openCount_, underway = underway_](int event) {
+        ++*underway;
+        windows_.post([this, opened, underway, event] {
+            --*underway;
             if (opened == openCount_ && !state_.ShuttingDown && onEvent) onEvent(event);
         });
     });
@@ -197,9 +200,7 @@ void MediaEngine::TakeOverNextFile() {
     info.size = sizeof info;
     vbmp3_.vbmp3_getFileInfo(state_.CurrentFile, info);
     showOpened(info);
-    state_.PlayerStatus = kPlay;
     finishOpen();
-    status_.ShowStatus();
 }
 
 void MediaEngine::ShowTitle() {

@@ -3,8 +3,10 @@
 // always closes both. On the user-interface thread; the library's events are brought there.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "playback/status_display.h"
@@ -61,6 +63,7 @@ class MediaEngine {
     int openCount() const { return openCount_; }
     int playCount() const { return playCount_; }
     bool sought() const { return sought_; }  // the user has moved in this track since it began
+    bool eventUnderway() const { return underway_ && *underway_ > 0; }  // reported by the library, not handled yet
     StatusDisplay& status() { return status_; }
 
   private:
@@ -86,6 +89,7 @@ class MediaEngine {
     int playCount_ = 0;
     bool sought_ = false;
     bool missingDeviceTold_ = false;
+    std::shared_ptr<std::atomic<int>> underway_;  // the library's thread counts up
 };
 
 }  // namespace quenlox

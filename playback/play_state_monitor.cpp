@@ -214,7 +214,8 @@ std::optional<PlayStateMonitor::Step> PlayStateMonitor::planNext() {
 }
 
 void PlayStateMonitor::RenewNextFile() {
-    if (state_.ShuttingDown) return;
+    // When the library has just gone on, what it was handed must still be known when its event is handled.
+    if (state_.ShuttingDown || engine_.eventUnderway()) return;
     if (handedAtOpen_ != engine_.openCount() || handedAtPlay_ != engine_.playCount()) {
         // Opening and playing begin without a next file.
         handedAtOpen_ = engine_.openCount();

@@ -127,6 +127,29 @@ TEST(NextFile, ThatWasTakenBackTooLateIsStillFollowed) {
     EXPECT_EQ(p.state.CurrentIndex[0], 1);
 }
 
+TEST(NextFile, WhatChangesWhileTheEventIsUnderwayDoesNotConfuseIt) {
+    Player p;
+    p.fillList(3);
+    p.playRow(0, kProgram);
+    p.vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
+    p.state.CurrentIndex[0] = 1;  // the next file would be another now
+    p.monitor.Timer1_Timer();
+    p.windows.pumpMessages();
+    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");
+    EXPECT_EQ(p.vbmp3.nextFile, "C:\\2.mp3");
+}
+
+TEST(NextFile, GoingOnJustAsTheUserStopsLeavesThePlayerStopped) {
+    Player p;
+    p.fillList(3);
+    p.playRow(0, kProgram);
+    p.vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
+    p.engine.StopMedia();
+    p.windows.pumpMessages();
+    EXPECT_EQ(p.state.PlayerStatus, kStop);
+    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");  // what the library would play now
+}
+
 TEST(NextFile, AListChangedMeanwhileGivesNoWrongIndex) {
     Player p;
     p.fillList(3);
