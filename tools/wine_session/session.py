@@ -84,7 +84,7 @@ class WineSession:
         self._open.append(self._end_wine)
         # A server that stays some seconds after the last program makes every later start quick, and goes even if nobody is
         # left to end it. The command fails when another session has one already.
-        subprocess.run(["wineserver", "-p5"], env=self.env, stderr=subprocess.DEVNULL)
+        subprocess.run(["wineserver", "-p5"], env=self.env, stderr=subprocess.DEVNULL, preexec_fn=processes.prefer)
         # Without a window manager Wine has to draw the title bars itself.
         prefixes.import_registry(
             {r"HKEY_CURRENT_USER\Software\Wine\X11 Driver": {"Managed": "Y" if managed else "N"}}, self.env)

@@ -30,6 +30,7 @@ class SilentSoundServer:
                 raise processes.StartFailure("pulseaudio ended at once")
             return socket.exists()
         processes.wait_until(up, 20, "pulseaudio offers its socket")
+        processes.prefer(self._process.pid)  # it gives up at its start what it was started with
 
     def record(self, path):
         """Records everything played from now on to `path`, raw; returns when the first samples have arrived.

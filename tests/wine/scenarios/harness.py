@@ -3,7 +3,7 @@
 import subprocess
 
 from harness import material
-from harness.scenario import TEST_PROGRAMS
+from harness.scenario import TEST_PROGRAMS, real_time
 from harness.sound import Sound
 
 NEEDS_PRODUCT = False
@@ -15,6 +15,7 @@ def start(s):
     return program, s.driver.wait_window(class_name="QuenloxHarnessCheck")
 
 
+@real_time
 def test_a_click_arrives_and_the_tone_it_starts_is_measured(s):
     _, window = start(s)
     assert window.title == "検査 harness check"
@@ -82,6 +83,7 @@ def test_files_chosen_in_a_dialog_and_dropped_arrive_with_japanese_names(s):
     s.wait_until(lambda: edit.text() == dropped, what="the dropped names are shown")
 
 
+@real_time
 def test_the_media_control_interface_plays_windows_media_and_midi(s):
     _, window = start(s)
     mark = s.sound_mark()
@@ -97,4 +99,5 @@ def test_the_media_control_interface_plays_windows_media_and_midi(s):
     window.command(204)
     def played():
         return [value >> 8 & 0xFF for _, kind, value in s.midi_messages() if kind == "short" and value & 0xF0 == 0x90]
-    s.wait_until(lambda: played() == list(notes), what="the MIDI device has received the notes")
+
+    s.wait_until(lambda: played()[-3:] == list(notes), what="the MIDI device has received the notes")
