@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+#include "libraries/vbmp3/player.h"
+#include "libraries/vbmp3/vbmp3.h"
+#include "tests/vbmp3/support.h"
+#include "tests/vbmp3_dsp/signals.h"
+
+namespace vbmp3::test {
+namespace {
+
+constexpr int kRate = 44100;
+
+class SoundApi : public testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(vbmp3_init()); }
+    void TearDown() override { vbmp3_free(); }
+
+    void play(const std::vector<int16_t>& samples) {
+        writeBytes(dir_.path("a.wav"), waveFile(kRate, 2, samples));
+        ASSERT_TRUE(vbmp3_open(dir_.path("a.wav").c_str(), nullptr));
+        ASSERT_TRUE(vbmp3_play());
+    }
+
+    TempDir dir_;
+};
+
+TEST_F(SoundApi, TheWaveIsThatOfThePositionBeingHeard) {
+    // Every sample says at which millisecond it stands.
+    std::vector<int16_t> samples(2 * 10 * kRate);
+    for (int i = 0; i < 10 * kRate; ++i) samples[2 * i] = samples[2 * i + 1] = static_cast<int16_t>(i / 44.1);
+    play(samples);
+    ASSERT_TRUE(eventually([] { return vbmp3_getPositionMs() > 300; }));
+    std::array<int16_t, 1024> left{}, right{};
+    const int64_t before = vbmp3_getPositionMs();
+    ASSERT_TRUE(vbmp3_getWave(left.data(), right.data(), 1024));
+    const int64_t after = vbmp3_getPositionMs();
+    EXPECT_GE(left[0], before - 2);
+    EXPECT_LE(left[0], after + 2);
+    EXPECT_EQ(left, right);
+    EXPECT_NEAR(left[1023], left[0] + 23, 1);
+
+    // After a seek too, at once.
+    ASSERT_TRUE(vbmp3_seek(7.0));
+    ASSERT_TRUE(eventually([] { return vbmp3_getPositionMs() > 7100; }));
+    ASSERT_TRUE(vbmp3_getWave(left.data(), right.data(), 16));
+    EXPECT_NEAR(left[0], static_cast<double>(vbmp3_getPositionMs()), 100.0);
+
+    ASSERT_TRUE(vbmp3_pause());
+    ASSERT_TRUE(vbmp3_getWave(left.data(), right.data(), 16));
+    EXPECT_EQ(left[0], 0) << "paused, nothing is heard";
+}
+
+TEST_F(SoundApi, TheSpectrumShowsTheToneBeingHeard) {
+    play(tone(kRate, 2, 5 * kRate, 1000.0, 16000.0));
+    std::array<int32_t, 20> levels{};
+    // Band 10 holds 1000 Hz, the left channel; the right one is an octave above.
+    EXPECT_TRUE(
+        eventually([&] { return vbmp3_getSpectrum(levels.data(), 20) && levels[10] > 850 && levels[13] > 850; }));
+    EXPECT_LT(levels[3], 300);
+    EXPECT_LT(levels[18], 300);
+    ASSERT_TRUE(vbmp3_stop());
+    ASSERT_TRUE(vbmp3_getSpectrum(levels.data(), 20));
+    EXPECT_EQ(*std::max_element(levels.begin(), levels.end()), 0);
+}
+
+TEST_F(SoundApi, WrongArgumentsAreRefused) {
+    int16_t wave[2];
+    int32_t levels[2];
+    EXPECT_FALSE(vbmp3_getWave(nullptr, wave, 1));
+    EXPECT_FALSE(vbmp3_getWave(wave, wave, 0));
+    EXPECT_FALSE(vbmp3_getWave(wave, wave, 1025));
+    EXPECT_FALSE(vbmp3_getSpectrum(levels, 257));
+    EXPECT_FALSE(vbmp3_getSpectrum(nullptr, 1));
+    EXPECT_FALSE(vbmp3_setPitch(201));
+    EXPECT_FALSE(vbmp3_setStepPitch(1, 0));
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_ARGUMENT);
+    EXPECT_TRUE(vbmp3_setEqualizer(nullptr));
+    EXPECT_TRUE(vbmp3_reload());
+}
+
+TEST(SoundOfAPlayer, PitchAndSpeedReachTheOutputAndThePositionStaysThatOfTheTrack) {
+    const struct {
+        int pitch, factor;
+        double hertz, length;
+    } cases[] = {{130, 1, 572.0, 1.0}, {80, 1, 352.0, 1.0}, {100, 6, 440.0, 0.5}, {100, 1, 440.0, 1.0}};
+    TempDir dir;
+    const int frames = 4 * kRate;
+    writeBytes(dir.path("a.wav"), waveFile(kRate, 2, tone(kRate, 2, frames)));
+    for (const auto& c : cases) {
+        SoundSettings sound;
+        ASSERT_TRUE(sound.setPitch(c.pitch));
+        ASSERT_TRUE(sound.setStepPitch(c.factor, 5));
+        const auto heard = std::make_shared<Heard>();
+        Player player(sound, memorySystem(heard));
+        std::atomic<int> ends = 0;
+        player.setListener([&](int event) { ends += event == VBMP3_EVENT_END_OF_TRACK; });
+        ASSERT_EQ(player.open(dir.path("a.wav")), VBMP3_OK);
+        ASSERT_EQ(player.play(), VBMP3_OK);
+        ASSERT_TRUE(eventually([&] { return ends == 1; }));
+        const std::vector<float> samples = heard->all();
+        EXPECT_EQ(samples.size(), 2 * static_cast<size_t>(frames * c.length));
+        const size_t length = samples.size() / 2;
+        EXPECT_NEAR(frequencyOf(samples, kRate, length / 5, length * 4 / 5), c.hertz, 2.0);
+        EXPECT_NEAR(player.snapshot().seconds, 4.0, 0.01);
+    }
+}
+
+}  // namespace
+}  // namespace vbmp3::test
