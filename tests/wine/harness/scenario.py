@@ -66,6 +66,7 @@ class Scenario:
             if self._midi:
                 self._install_midi_device()
             self.driver = Driver(self.session, TEST_PROGRAMS / "driver.exe")
+            self._system_processes = {window.process for window in self.driver.windows()}
         except BaseException:
             self.session.__exit__()
             raise
@@ -100,10 +101,19 @@ class Scenario:
         return running
 
     def end_programs(self):
-        """Kills what is still running; the harness does so after each test."""
-        for program in self._programs:
-            program.kill()
+        """Kills what is still running; the harness does so after each test. Returns when the windows have gone too."""
+        if any(program.running() for program in self._programs):
+            before = self._other_processes()
+            for program in self._programs:
+                program.kill()
+            try:
+                wait_until(lambda: not before & self._other_processes(), 3)
+            except TimeoutError:
+                pass  # not a program of ours: the tray, for example
         self._programs.clear()
+
+    def _other_processes(self):
+        return {window.process for window in self.driver.windows()} - self._system_processes
 
     def windows_path(self, path):
         return self.session.windows_path(path)

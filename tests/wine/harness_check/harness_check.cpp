@@ -34,6 +34,15 @@ class Tone {
         waveOutWrite(device_, &header_, sizeof header_);
     }
 
+    // The device reads the samples until it is reset.
+    void stop() {
+        if (!device_) return;
+        waveOutReset(device_);
+        waveOutUnprepareHeader(device_, &header_, sizeof header_);
+        waveOutClose(device_);
+        device_ = nullptr;
+    }
+
   private:
     HWAVEOUT device_ = nullptr;
     WAVEHDR header_ = {};
@@ -139,6 +148,7 @@ LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM w, LPARAM l) 
             return 0;
         }
         case WM_DESTROY:
+            tone.stop();
             PostQuitMessage(clicks);
             return 0;
         default:

@@ -56,7 +56,7 @@ def test_the_exit_code_and_the_end_of_a_program_are_seen(s):
     window.command(201)
     s.wait_until(lambda: window.control(102).title == "1 clicks")
     window.close()
-    assert program.wait_exit() == 1
+    s.equal(program.wait_exit(), 1, "exit code")
     assert s.driver.find(class_name="QuenloxHarnessCheck") is None
     assert s.driver.code_page() == 932
 
