@@ -164,7 +164,7 @@ class Chain::Impl {
         int64_t in, out;
     } base_{0, 0};  // both at the last reset
 
-    // Taken by the decode thread only at a change, and by others for a few comparisons.
+    // Taken by the output thread only at a change, and by others for a few comparisons.
     mutable std::mutex mutex_;
     std::deque<RunStart> runs_;      // by rising output frame, never empty
     std::deque<TrackStart> tracks_;  // by rising input frame, never empty

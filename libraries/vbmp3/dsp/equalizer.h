@@ -1,6 +1,6 @@
 // The equalizer of the chain: a finite impulse response applied by overlap-save through the Fourier transform. Keeps
 // samples back while it collects a block, but never shifts them: the frame that comes out is the frame that went in.
-// Off, it passes the samples bit-exact and at once. Changes fade over 20 ms. Decode thread.
+// Off, it passes the samples bit-exact and at once. Changes fade over 20 ms. Output thread.
 #pragma once
 
 #include <complex>

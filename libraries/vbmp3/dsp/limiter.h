@@ -2,7 +2,7 @@
 // untouched, so that the response is exact and loudness does not drop when the equalizer is switched on; a louder peak
 // is met by a gain that falls smoothly during the 5 ms before it, holds 30 ms (longer than half a wave of the lowest
 // band, so that a steady tone is scaled and not bent) and recovers with a time constant of one second, which is slow
-// enough not to be heard as pumping. Both channels share the gain. Never shifts samples. Decode thread.
+// enough not to be heard as pumping. Both channels share the gain. Never shifts samples. Output thread.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// What the caller has asked of the sound: equalizer, pitch, tempo. Written by the caller's thread, read by the decode
-// thread without a lock; a set of values is seen whole or not at all. Outlives every Chain that reads it.
+// What the caller has asked of the sound: equalizer, pitch, tempo. Written by the caller's thread, read by the
+// output thread without a lock; a set of values is seen whole or not at all. Outlives every Chain that reads it.
 #pragma once
 
 #include <array>
@@ -32,7 +32,7 @@ class SoundSettings {
     // Speed 1 + (factor - 1) / base; false when base is not positive or the speed is out of 0.25 to 4.
     bool setStepPitch(int factor, int base);
 
-    // Decode thread. Grows with every change that read() has to give.
+    // Output thread. Grows with every change that read() has to give.
     uint32_t version() const { return version_.load(std::memory_order_acquire); }
     // The values as of one version; nothing while the caller is just writing (ask again with the next block).
     std::optional<SoundValues> read() const;

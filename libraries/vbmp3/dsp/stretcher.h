@@ -1,7 +1,7 @@
 // Pitch and tempo of the chain, through SoundTouch. At normal, samples pass bit-exact and at once. A change of either
 // begins a new run at the present source frame: the old run plays on for 20 ms and fades into the new one. Every run
 // gives exactly as many frames as its source frames divided by the tempo, so that places can be told from frame numbers
-// alone. Decode thread.
+// alone. Output thread.
 #pragma once
 
 #include <cstdint>

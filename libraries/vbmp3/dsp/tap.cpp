@@ -42,11 +42,10 @@ void Tap::read(int64_t firstFrame, int count, int16_t* left, int16_t* right) con
     for (int i = 0; i < count; ++i) {
         const int64_t frame = firstFrame + i;
         const uint32_t packed =
-            frame >= 0 && frame < end ? ring_[frame & (kFrames - 1)].load(std::memory_order_relaxed) : 0;
+            frame >= 0 && frame < end ? ring_[frame & (kFrames - 1)].load(std::memory_order_acquire) : 0;
         left[i] = static_cast<int16_t>(packed & 0xffff);
         right[i] = static_cast<int16_t>(packed >> 16);
     }
-    std::atomic_thread_fence(std::memory_order_acquire);
     const int64_t begin = begin_.load(std::memory_order_relaxed);
     for (int i = 0; i < count && firstFrame + i < begin; ++i) left[i] = right[i] = 0;
 }

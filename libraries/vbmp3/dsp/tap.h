@@ -1,5 +1,5 @@
 // The last seconds of the sound that left the chain, found again by the number of the output frame, so that the caller
-// sees the sound being heard and not the one being decoded. Written by the decode thread, read by any; never blocks.
+// sees the sound being heard and not the one being decoded. Written by the output thread, read by any; never blocks.
 #pragma once
 
 #include <atomic>
@@ -13,7 +13,7 @@ class Tap {
   public:
     Tap();
 
-    // Decode thread: `interleaved` stereo frames that begin with output frame `firstFrame`.
+    // Output thread: `interleaved` stereo frames that begin with output frame `firstFrame`.
     void write(int64_t firstFrame, std::span<const float> interleaved);
     // Output frames from `firstFrame` on into `left` and `right`, `count` each; frames no longer or not yet there are
     // 0.
