@@ -98,13 +98,14 @@ class Driver:
         return [Window(self, row, top_level=True) for row in self.ask("windows")]
 
     def find(self, title=None, class_name=None, process=None, visible=True):
-        """The first top-level window that fits, or None. `title` is compared whole; a leading * means "ends with"."""
+        """The first top-level window that fits, or None. `title` is compared whole, but a * at its begin or end stands for
+        anything."""
         for window in self.windows():
             if (visible and not window.visible) or (class_name and window.class_name != class_name):
                 continue
             if process is not None and window.process != process:
                 continue
-            if title is None or window.title == title or (title[:1] == "*" and window.title.endswith(title[1:])):
+            if title is None or _fits(window.title, title):
                 return window
         return None
 
@@ -182,6 +183,13 @@ class Driver:
 
     def code_page(self):
         return int(self.ask("codepage")[0][0])
+
+
+def _fits(title, pattern):
+    core = pattern.strip("*")
+    open_begin, open_end = pattern.startswith("*"), pattern.endswith("*")
+    return (core in title and (open_begin or title.startswith(core)) and (open_end or title.endswith(core))
+            and (open_begin or open_end or title == core))
 
 
 def _menu_items(rows):
