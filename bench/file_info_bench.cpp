@@ -25,11 +25,13 @@ enum Kind { kWithInfoFrame, kConstantRate, kWithPicture };
 
 std::string headOf(Kind kind, int number) {
     const auto text = [](const std::string& s) { return "\0"s + s; };
-    std::string frames = frame3("TIT2", text("Title number " + std::to_string(number))) + frame3("TPE1", text("The Artist")) +
-                         frame3("TALB", "\1\xFF\xFE\x1C\x59\xF2\x66"s) + frame3("TYER", text("2001")) +
-                         frame3("TRCK", text("5/12")) + frame3("TCON", text("(17)")) + frame3("COMM", "\0eng\0a comment"s);
+    std::string frames = frame3("TIT2", text("Title number " + std::to_string(number))) +
+                         frame3("TPE1", text("The Artist")) + frame3("TALB", "\1\xFF\xFE\x1C\x59\xF2\x66"s) +
+                         frame3("TYER", text("2001")) + frame3("TRCK", text("5/12")) + frame3("TCON", text("(17)")) +
+                         frame3("COMM", "\0eng\0a comment"s);
     if (kind == kWithPicture) frames += frame3("APIC", "\0image/jpeg\0\3\0"s + std::string(60000, '\x11'));
-    const std::string info = padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + "Info" + be32(3) + be32(9568) + be32(kSize), 417);
+    const std::string info =
+        padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + "Info" + be32(3) + be32(9568) + be32(kSize), 417);
     return id3v2(3, frames + std::string(1024, '\0')) + (kind == kConstantRate ? "" : info) + mpegFrames(20);
 }
 
@@ -79,14 +81,25 @@ void peer(benchmark::State& state) {
             if (file.isNull() || file.tag()->title().isEmpty()) state.SkipWithError("not read");
             // The same fields as the record has.
             const TagLib::Tag& tag = *file.tag();
-            benchmark::DoNotOptimize(tag.artist().size() + tag.album().size() + tag.comment().size() + tag.genre().size() + tag.year() + tag.track());
+            benchmark::DoNotOptimize(tag.artist().size() + tag.album().size() + tag.comment().size() +
+                                     tag.genre().size() + tag.year() + tag.track());
             length += file.audioProperties()->lengthInMilliseconds();
         }
     }
     benchmark::DoNotOptimize(length);
 }
 
-} // namespace
+}  // namespace
 
-BENCHMARK(library)->ArgName("kind")->Arg(kWithInfoFrame)->Arg(kConstantRate)->Arg(kWithPicture)->Unit(benchmark::kMillisecond);
-BENCHMARK(peer)->ArgName("kind")->Arg(kWithInfoFrame)->Arg(kConstantRate)->Arg(kWithPicture)->Unit(benchmark::kMillisecond);
+BENCHMARK(library)
+    ->ArgName("kind")
+    ->Arg(kWithInfoFrame)
+    ->Arg(kConstantRate)
+    ->Arg(kWithPicture)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(peer)
+    ->ArgName("kind")
+    ->Arg(kWithInfoFrame)
+    ->Arg(kConstantRate)
+    ->Arg(kWithPicture)
+    ->Unit(benchmark::kMillisecond);

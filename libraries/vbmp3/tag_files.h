@@ -27,4 +27,4 @@ int convertFile(const std::string& source, const std::string& destination, WrapA
 // Copies as much of `text` as fits with its NUL, cut at a character border.
 void copyText(char* to, size_t size, std::string_view text);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -20,7 +20,7 @@ std::vector<uint8_t> carriedOut(const Recipe& recipe, const ByteSource& source) 
     return out;
 }
 
-} // namespace
+}  // namespace
 
 // Editing any file as a RIFF file keeps its sound, and the fields are read back.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -13,7 +13,7 @@ using namespace std::string_literals;
 namespace {
 
 class TagCalls : public TempFolder {
-protected:
+  protected:
     TagCalls() { vbmp3_init(); }
     ~TagCalls() override { vbmp3_free(); }
 };
@@ -23,17 +23,28 @@ std::string infoFrame(const char* kind, uint32_t frames) {
     return padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + kind + be32(1) + be32(frames), 417);
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(TagCalls, InformationHasLengthFormatAndTags) {
     const std::string v2 = id3v2(3, frame3("TIT2", "\0title"s) + frame3("TPE1", "\0\x89\xCC\x8E\xE8"s));
-    const std::string wave = riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", std::string(44100 * 6, '\0')) + chunk("LIST", "INFO" + chunk("INAM", "w")));
+    const std::string wave = riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", std::string(44100 * 6, '\0')) +
+                                              chunk("LIST", "INFO" + chunk("INAM", "w")));
     const std::string v1 = id3v1("v1", "", "", "1999", "", 7, 17);
-    struct { const char* name; std::string bytes; int type; int ms; const char *format, *title, *artist; } cases[] = {
-        {"a.mp3", v2 + mpegFrames(100) + v1, 1 | 4 | 16 | 32, 2612, "MPEG1 Layer3 44100Hz 128kbit/s Joint Stereo", "title", "歌手"},
+    struct {
+        const char* name;
+        std::string bytes;
+        int type;
+        int ms;
+        const char *format, *title, *artist;
+    } cases[] = {
+        {"a.mp3", v2 + mpegFrames(100) + v1, 1 | 4 | 16 | 32, 2612, "MPEG1 Layer3 44100Hz 128kbit/s Joint Stereo",
+         "title", "歌手"},
         {"b.mp3", infoFrame("Xing", 1000) + mpegFrames(100), 1 | 32, 26122, nullptr, "", ""},
-        {"c.mp3", id3v2(4, frame4("APIC", std::string(100000, 'p')) + frame4("TIT2", "\0late"s)) + mpegFrames(100), 1 | 16 | 32, 2612, nullptr, "late", ""},
-        {"d.rmp", riff("RMP3", chunk("data", mpegFrames(100)) + chunk("LIST", "INFO" + chunk("INAM", "si") + chunk("IID3", v1))), 1 | 2 | 4 | 32, 2612, nullptr, "si", ""},
+        {"c.mp3", id3v2(4, frame4("APIC", std::string(100000, 'p')) + frame4("TIT2", "\0late"s)) + mpegFrames(100),
+         1 | 16 | 32, 2612, nullptr, "late", ""},
+        {"d.rmp",
+         riff("RMP3", chunk("data", mpegFrames(100)) + chunk("LIST", "INFO" + chunk("INAM", "si") + chunk("IID3", v1))),
+         1 | 2 | 4 | 32, 2612, nullptr, "si", ""},
         {"e.wav", wave, 64, 1500, "WAVE_FORMAT_PCM", "w", ""},
     };
     for (const auto& c : cases) {
@@ -99,7 +110,7 @@ TEST_F(TagCalls, FailuresHaveTheirNumbers) {
 
     vbmp3_Tag tag{};
     tag.size = sizeof tag;
-    EXPECT_EQ(vbmp3_readTag(mp3.c_str(), VBMP3_TAG_ID3V2, &tag), 0); // carries none
+    EXPECT_EQ(vbmp3_readTag(mp3.c_str(), VBMP3_TAG_ID3V2, &tag), 0);  // carries none
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_OK);
     EXPECT_EQ(vbmp3_writeTag(mp3.c_str(), VBMP3_TAG_SI, &tag), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_FORMAT);

@@ -9,7 +9,9 @@ using namespace tagbytes;
 
 namespace {
 
-FileLayout scan(const std::string& file) { return scanFileLayout(MemorySource(bytes(file))); }
+FileLayout scan(const std::string& file) {
+    return scanFileLayout(MemorySource(bytes(file)));
+}
 
 std::string part(const std::string& file, const ByteRange& range) {
     return file.substr(static_cast<size_t>(range.begin), static_cast<size_t>(range.size()));
@@ -19,7 +21,8 @@ std::string kinds(const FileLayout& layout) {
     constexpr const char* names[] = {"id3v2", "appended", "chunk", "ape", "lyrics3", "tag+", "id3v1"};
     std::string text;
     for (const TagBlock& tag : layout.tags)
-        text += std::string(text.empty() ? "" : " ") + names[static_cast<int>(tag.kind)] + std::to_string(tag.version) + (tag.inData ? "!" : "");
+        text += std::string(text.empty() ? "" : " ") + names[static_cast<int>(tag.kind)] + std::to_string(tag.version) +
+                (tag.inData ? "!" : "");
     return text;
 }
 
@@ -29,10 +32,12 @@ const std::string kApe = ape(apeItem("Title", "t"), 1), kApe1 = ape(apeItem("Tit
 const std::string kLyr1 = lyrics3v1("[00:01]a\r\n"), kLyr2 = lyrics3v2("IND0000200LYR00001a");
 const std::string kV1 = id3v1("t");
 
-} // namespace
+}  // namespace
 
 TEST(FileLayout, TagsAtHeadAndTailAreFoundInAnyOrder) {
-    struct { std::string head, tail, found; } cases[] = {
+    struct {
+        std::string head, tail, found;
+    } cases[] = {
         {"", "", ""},
         {kV2, kV1, "id3v23 id3v11"},
         {kV2 + kV24Footer, "", "id3v23 id3v24"},
@@ -48,7 +53,7 @@ TEST(FileLayout, TagsAtHeadAndTailAreFoundInAnyOrder) {
         // An APE tag whose "APETAGEX" stands so that its "TAG" looks like ID3v1.
         {"", ape(apeItem("Title", std::string(131 - 64 - 14, 'x')), 1), "ape2"},
     };
-    for (const int frames : {3, 60}) { // in one read, and with head and tail read apart
+    for (const int frames : {3, 60}) {  // in one read, and with head and tail read apart
         for (const auto& c : cases) {
             const std::string sound = mpegFrames(frames), file = c.head + sound + c.tail;
             const FileLayout layout = scan(file);
@@ -63,7 +68,8 @@ TEST(FileLayout, RmpKeepsTagsOutOfTheSound) {
     const std::string sound = mpegFrames(45);
     for (const bool pad : {true, false}) {
         for (const std::string& lyrics : {std::string(), kLyr2, kLyr1}) {
-            const std::string info = "INFO" + chunk("INAM", "abc", pad) + chunk("IART", "de", pad) + chunk("IID3", kV1, pad);
+            const std::string info =
+                "INFO" + chunk("INAM", "abc", pad) + chunk("IART", "de", pad) + chunk("IID3", kV1, pad);
             const std::string file = riff("RMP3", chunk("data", kV2 + sound + lyrics, pad) + chunk("LIST", info, pad));
             const FileLayout layout = scan(file);
             EXPECT_EQ(layout.container, Container::Rmp);
@@ -96,7 +102,8 @@ TEST(FileLayout, TagsAroundARiffFileBelongToNoChunk) {
 TEST(FileLayout, UnfinishedWavesKeepTheirSound) {
     const std::string samples(5000, '\1');
     for (const uint32_t size : {0u, 0xFFFFFFFFu, 70000u, 5000u}) {
-        const std::string file = "RIFF" + le32(0) + "WAVE" + chunk("fmt ", waveFormat()) + "data" + le32(size) + samples;
+        const std::string file =
+            "RIFF" + le32(0) + "WAVE" + chunk("fmt ", waveFormat()) + "data" + le32(size) + samples;
         const FileLayout layout = scan(file);
         EXPECT_EQ(layout.container, Container::Wave);
         EXPECT_EQ(part(file, layout.audio), samples) << size;
@@ -107,8 +114,8 @@ TEST(FileLayout, LongWavesTellTheirLengthInAChunkOfItsOwn) {
     const std::string samples(5000, '\1');
     for (const char* form : {"RF64", "BW64"}) {
         const std::string ds64 = le32(0) + le32(0) + le32(5000) + le32(0) + le32(0) + le32(0) + le32(0);
-        const std::string file = form + le32(0xFFFFFFFF) + "WAVE" + chunk("ds64", ds64) + chunk("fmt ", waveFormat()) + "data" +
-                                 le32(0xFFFFFFFF) + samples + chunk("LIST", "INFO" + chunk("INAM", "long"));
+        const std::string file = form + le32(0xFFFFFFFF) + "WAVE" + chunk("ds64", ds64) + chunk("fmt ", waveFormat()) +
+                                 "data" + le32(0xFFFFFFFF) + samples + chunk("LIST", "INFO" + chunk("INAM", "long"));
         const FileLayout layout = scan(file);
         EXPECT_EQ(layout.container, Container::Wave) << form;
         EXPECT_EQ(part(file, layout.data), samples) << form;
@@ -119,7 +126,7 @@ TEST(FileLayout, LongWavesTellTheirLengthInAChunkOfItsOwn) {
 
 // A file of which only the head is there.
 class HugeFile final : public ByteSource {
-public:
+  public:
     HugeFile(std::string head, int64_t size) : head_(std::move(head)), size_(size) {}
     int64_t size() const override { return size_; }
     size_t readAt(int64_t offset, void* to, size_t length) const override {
@@ -131,7 +138,7 @@ public:
         return length;
     }
 
-private:
+  private:
     std::string head_;
     int64_t size_;
 };
@@ -159,8 +166,9 @@ TEST(FileLayout, LengthsThatLieAreCutToTheFile) {
         EXPECT_TRUE(layout.tags.empty()) << tail;
         EXPECT_EQ(layout.audio.end, layout.fileSize);
     }
-    for (const std::string& file : {std::string(), std::string("R"), std::string("RIFF"), std::string("ID3"), std::string("TAG"),
-                                    riff("RMP3", ""), riff("WAVE", "LIST" + le32(0xFFFFFFFF) + "INFO" + "INAM" + le32(0xFFFFFFFF))}) {
+    for (const std::string& file :
+         {std::string(), std::string("R"), std::string("RIFF"), std::string("ID3"), std::string("TAG"),
+          riff("RMP3", ""), riff("WAVE", "LIST" + le32(0xFFFFFFFF) + "INFO" + "INAM" + le32(0xFFFFFFFF))}) {
         const FileLayout layout = scan(file);
         EXPECT_GE(layout.audio.begin, 0);
         EXPECT_LE(layout.audio.end, static_cast<int64_t>(file.size()));

@@ -42,10 +42,13 @@ std::string unsynchronised(const std::string& body) {
 const std::string kShiftJis = "\x96\xE9\x8B\xC8", kUtf8 = "夜曲";
 const std::string kUtf16Le = "\x1C\x59\xF2\x66", kUtf16Be = "\x59\x1C\x66\xF2";
 
-} // namespace
+}  // namespace
 
 TEST(Id3v2, TextsAreReadInEveryEncoding) {
-    struct { const char* what; std::string body, text; } cases[] = {
+    struct {
+        const char* what;
+        std::string body, text;
+    } cases[] = {
         {"Latin-1", "\0Caf\xE9"s, "Café"},
         {"Shift-JIS that claims Latin-1", "\0"s + kShiftJis, kUtf8},
         {"UTF-8 that claims Latin-1", "\0"s + kUtf8, kUtf8},
@@ -82,38 +85,65 @@ TEST(Id3v2, EveryFieldIsFoundInEveryVersion) {
     const TagFields expected{"t", "a", "b", "c", "1999", "Rock", "3/12", 17};
     EXPECT_EQ(read(id3v2(2, frame2("TT2", text("t")) + frame2("TP1", text("a")) + frame2("TAL", text("b")) +
                                 frame2("COM", "\0eng\0c"s) + frame2("TYE", text("1999")) + frame2("TCO", text("(17)")) +
-                                frame2("TRK", text("3/12")))), expected);
+                                frame2("TRK", text("3/12")))),
+              expected);
     for (const int version : {3, 4}) {
         const auto frame = [&](const std::string& id, const std::string& body) {
             return version == 3 ? frame3(id, body) : frame4(id, body);
         };
         const std::string picture = frame("APIC", std::string(40000, '\x7E'));
         for (const std::string& between : {""s, picture}) {
-            const std::string tag = id3v2(version, frame("TIT2", text("t")) + frame("TPE1", text("a")) + between +
-                frame("TALB", text("b")) + frame("COMM", "\0engiTunNORM\0 0000"s) + frame("COMM", "\0engnote\0x"s) +
-                frame("COMM", "\0eng\0c"s) + (version == 3 ? frame("TYER", text("1999")) : frame("TDRC", text("1999-12-31T10:00"))) +
-                frame("TCON", text("(17)")) + frame("TRCK", text("3/12")) + std::string(300, '\0'));
+            const std::string tag = id3v2(
+                version, frame("TIT2", text("t")) + frame("TPE1", text("a")) + between + frame("TALB", text("b")) +
+                             frame("COMM", "\0engiTunNORM\0 0000"s) + frame("COMM", "\0engnote\0x"s) +
+                             frame("COMM", "\0eng\0c"s) +
+                             (version == 3 ? frame("TYER", text("1999")) : frame("TDRC", text("1999-12-31T10:00"))) +
+                             frame("TCON", text("(17)")) + frame("TRCK", text("3/12")) + std::string(300, '\0'));
             EXPECT_EQ(read(tag), expected) << version << " " << between.size();
         }
     }
     // What stands in for a missing frame, and names that converters from 2.2 left behind.
-    const TagFields other = read(id3v2(3, frame3("TPE2", text("band")) + frame3("TDRC", text("2001")) + frame3("TT2\0"s, text("x")) + frame3("TAL ", text("y"))));
+    const TagFields other = read(id3v2(3, frame3("TPE2", text("band")) + frame3("TDRC", text("2001")) +
+                                              frame3("TT2\0"s, text("x")) + frame3("TAL ", text("y"))));
     EXPECT_EQ(other.artist + other.year + other.title + other.album, "band2001xy");
 }
 
 TEST(Id3v2, GenresAreNumbersNamesOrBoth) {
-    struct { std::string text, name; int number; } cases[] = {
-        {"(17)", "Rock", 17}, {"17", "Rock", 17}, {"Rock", "Rock", 17}, {"rock", "rock", 17}, {"(4)Eurodisco", "Eurodisco", 255},
-        {"(4)Dance", "Dance", 3}, {"(51)(39)", "Techno-Industrial", 51}, {"(191)", "Psybient", 191}, {"192", "192", 255}, {"(255)", "", 255},
-        {"(RX)", "Remix", 255}, {"(CR)", "Cover", 255}, {"((live)", "(live)", 255}, {"(live)", "(live)", 255}, {"()", "()", 255},
-        {"(17", "(17", 255}, {"演歌", "演歌", 255}, {"", "", 255}, {"-1", "-1", 255}, {"(99999999999)", "(99999999999)", 255},
+    struct {
+        std::string text, name;
+        int number;
+    } cases[] = {
+        {"(17)", "Rock", 17},
+        {"17", "Rock", 17},
+        {"Rock", "Rock", 17},
+        {"rock", "rock", 17},
+        {"(4)Eurodisco", "Eurodisco", 255},
+        {"(4)Dance", "Dance", 3},
+        {"(51)(39)", "Techno-Industrial", 51},
+        {"(191)", "Psybient", 191},
+        {"192", "192", 255},
+        {"(255)", "", 255},
+        {"(RX)", "Remix", 255},
+        {"(CR)", "Cover", 255},
+        {"((live)", "(live)", 255},
+        {"(live)", "(live)", 255},
+        {"()", "()", 255},
+        {"(17", "(17", 255},
+        {"演歌", "演歌", 255},
+        {"", "", 255},
+        {"-1", "-1", 255},
+        {"(99999999999)", "(99999999999)", 255},
     };
     for (const auto& c : cases) {
         const Genre genre = readGenre(c.text);
         EXPECT_EQ(genre.name, c.name) << c.text;
         EXPECT_EQ(genre.number, c.number) << c.text;
     }
-    EXPECT_EQ(read(id3v2(4, frame4("TCON", "\3" "17\0Enka\0(20)"s))).genre, "Rock / Enka / Alternative");
+    EXPECT_EQ(read(id3v2(4, frame4("TCON",
+                                   "\3"
+                                   "17\0Enka\0(20)"s)))
+                  .genre,
+              "Rock / Enka / Alternative");
     EXPECT_EQ(genreName(0), "Blues");
     EXPECT_EQ(genreName(79), "Hard Rock");
     EXPECT_EQ(genreName(80), "Folk");
@@ -124,7 +154,12 @@ TEST(Id3v2, GenresAreNumbersNamesOrBoth) {
 
 TEST(Id3v2, HeadersOfEveryShapeAreSkipped) {
     const std::string t3 = frame3("TIT2", "\1\xFF\xFE"s + kUtf16Le), t4 = frame4("TIT2", "\3"s + kUtf8);
-    struct { const char* what; int version; std::string body; int flags; } cases[] = {
+    struct {
+        const char* what;
+        int version;
+        std::string body;
+        int flags;
+    } cases[] = {
         {"2.3 extended header of 6", 3, be32(6) + "\0\0"s + be32(0) + t3, 0x40},
         {"2.3 extended header of 10 with checksum", 3, be32(10) + "\x80\0"s + be32(0) + "abcd" + t3, 0x40},
         {"2.3 extended header whose size counts itself", 3, be32(10) + "\0\0"s + be32(0) + t3, 0x40},
@@ -134,11 +169,13 @@ TEST(Id3v2, HeadersOfEveryShapeAreSkipped) {
         {"2.4 extended header whose size leaves itself out", 4, synchsafe(2) + "\1\0"s + t4, 0x40},
         {"2.4 with footer", 4, t4, 0x10},
         {"2.3 unsynchronised", 3, unsynchronised(t3), 0x80},
-        {"2.3 unsynchronised with a picture in front", 3, unsynchronised(frame3("APIC", std::string(300, '\xFF')) + t3), 0x80},
+        {"2.3 unsynchronised with a picture in front", 3, unsynchronised(frame3("APIC", std::string(300, '\xFF')) + t3),
+         0x80},
         {"2.3 unsynchronised and extended", 3, unsynchronised(be32(6) + "\0\0"s + be32(0) + t3), 0xC0},
         {"2.2 unsynchronised", 2, unsynchronised(frame2("TT2", "\1\xFF\xFE"s + kUtf16Le)), 0x80},
         {"2.4 frame unsynchronised", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0x80},
-        {"2.4 frame unsynchronised, tag does not say so", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0},
+        {"2.4 frame unsynchronised, tag does not say so", 4,
+         frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0},
         {"2.4 only the tag says so", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le)), 0x80},
         {"2.4 the tag says so and the frame is not", 4, frame4("TIT2", "\1\xFF\xFE"s + kUtf16Le), 0x80},
         {"2.4 data length", 4, frame4("TIT2", synchsafe(7) + "\3"s + kUtf8, 0x0001), 0},
@@ -172,23 +209,30 @@ TEST(Id3v2, BadTagsGiveWhatTheyHaveAndNoMore) {
     for (const std::string& tag : cases) {
         EXPECT_EQ(read(tag).title, "ok");
         EXPECT_EQ(read(tag).album, "");
-        for (size_t cut = 0; cut < tag.size(); ++cut) read(tag.substr(0, cut)); // must not read beyond the bytes
+        for (size_t cut = 0; cut < tag.size(); ++cut) read(tag.substr(0, cut));  // must not read beyond the bytes
     }
-    EXPECT_EQ(read(id3v2(2, frame2("TT2", "\0x"s), 0x40)).title, "");  // compressed as a whole
-    EXPECT_EQ(read(id3v2(3, be32(0x7FFFFFFF) + good, 0x40)).title, ""); // extended header longer than the tag
+    EXPECT_EQ(read(id3v2(2, frame2("TT2", "\0x"s), 0x40)).title, "");    // compressed as a whole
+    EXPECT_EQ(read(id3v2(3, be32(0x7FFFFFFF) + good, 0x40)).title, "");  // extended header longer than the tag
 }
 
 TEST(Id3v2, EditingKeepsEverythingElse) {
-    struct { int version; std::string others; } cases[] = {
-        {2, frame2("PIC", "\0JPG\3\0"s + std::string(500, '\xFF')) + frame2("XYZ", "unknown") + frame2("ULT", "\0eng\0la"s)},
+    struct {
+        int version;
+        std::string others;
+    } cases[] = {
+        {2, frame2("PIC", "\0JPG\3\0"s + std::string(500, '\xFF')) + frame2("XYZ", "unknown") +
+                frame2("ULT", "\0eng\0la"s)},
         {3, frame3("APIC", "\0image/jpeg\0\3\0"s + std::string(500, '\xFF')) + frame3("XYZW", "unknown", 0x40E0) +
-                frame3("USLT", "\0eng\0la"s) + frame3("COMM", "\0engiTunNORM\0 000"s) + frame3("COMM", "\0engother\0x"s)},
-        {4, frame4("APIC", "\0image/jpeg\0\3\0"s + std::string(500, '\xFF'), 0x0002) + frame4("XYZW", "unknown", 0x404D) +
-                frame4("TXXX", "\3a\0b"s) + frame4("CHAP", std::string(300, '\1'))},
+                frame3("USLT", "\0eng\0la"s) + frame3("COMM", "\0engiTunNORM\0 000"s) +
+                frame3("COMM", "\0engother\0x"s)},
+        {4, frame4("APIC", "\0image/jpeg\0\3\0"s + std::string(500, '\xFF'), 0x0002) +
+                frame4("XYZW", "unknown", 0x404D) + frame4("TXXX", "\3a\0b"s) + frame4("CHAP", std::string(300, '\1'))},
     };
     const TagFields fields{"夜曲 🎵", "Ä", std::string(5000, 'x'), "多\n行", "2001", "演歌", "7/9", kNoGenre};
     for (const auto& c : cases) {
-        const std::string title = c.version == 2 ? frame2("TT2", "\0old"s) : c.version == 3 ? frame3("TIT2", "\0old"s) + frame3("COMM", "\0eng\0x"s) : frame4("TIT2", "\0old"s);
+        const std::string title = c.version == 2   ? frame2("TT2", "\0old"s)
+                                  : c.version == 3 ? frame3("TIT2", "\0old"s) + frame3("COMM", "\0eng\0x"s)
+                                                   : frame4("TIT2", "\0old"s);
         auto tag = parse(id3v2(c.version, title + c.others + std::string(64, '\0')));
         ASSERT_TRUE(tag);
         setFields(*tag, fields);
@@ -211,7 +255,10 @@ TEST(Id3v2, EditingKeepsEverythingElse) {
 }
 
 TEST(Id3v2, FieldsThatAreNotEditedKeepTheirFrames) {
-    const std::string frames = frame4("TPE1", "\3a\0b"s) + frame4("TCON", "\0(17)Hard\0x"s) + frame4("TDRC", "\0" "2004-05-06"s) +
+    const std::string frames = frame4("TPE1", "\3a\0b"s) + frame4("TCON", "\0(17)Hard\0x"s) +
+                               frame4("TDRC",
+                                      "\0"
+                                      "2004-05-06"s) +
                                frame4("COMM", "\3jpnfirst\0words"s) + frame4("TIT2", "\1\xFF\xFE\x61\0"s);
     auto tag = parse(id3v2(4, frames));
     ASSERT_TRUE(tag);

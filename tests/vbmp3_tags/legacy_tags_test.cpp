@@ -18,27 +18,31 @@ TagFields readFile(const std::string& file) {
     HeadTailReader reader(source);
     return readTags(reader, scanFileLayout(reader));
 }
-} // namespace
+}  // namespace
 
 TEST(Id3v1, FieldsEndAtNulOrBlanksAndTrackNumberNeedsItsNul) {
     EXPECT_EQ(readId3v1(bytes(id3v1("title", "artist", "album", "1999", "comment", 5, 17))),
               (TagFields{"title", "artist", "album", "comment", "1999", "Rock", "5", 17}));
     EXPECT_EQ(readId3v1(bytes(id3v1("title   ", "a\0junk"s, "", "", std::string(30, 'c'), 0, 200))),
               (TagFields{"title", "a", "", std::string(30, 'c'), "", "", "", kNoGenre}));
-    EXPECT_EQ(readId3v1(bytes(id3v1("\x96\xE9\x8B\xC8", "Bj\xF6rk"))), (TagFields{"夜曲", "Björk", "", "", "", "", "", kNoGenre}));
-    EXPECT_EQ(readId3v1(bytes("TAG"s + std::string(100, 'x'))), TagFields{}); // too short
+    EXPECT_EQ(readId3v1(bytes(id3v1("\x96\xE9\x8B\xC8", "Bj\xF6rk"))),
+              (TagFields{"夜曲", "Björk", "", "", "", "", "", kNoGenre}));
+    EXPECT_EQ(readId3v1(bytes("TAG"s + std::string(100, 'x'))), TagFields{});  // too short
     EXPECT_EQ(readId3v1(bytes("tag"s + std::string(125, 'x'))), TagFields{});
 }
 
 TEST(Id3v1, TextsAreCutAtCharacterBordersAndSurviveAsFarAsTheyFit) {
-    struct { std::string text, kept; } cases[] = {
+    struct {
+        std::string text, kept;
+    } cases[] = {
         {"plain", "plain"},
         {std::string(40, 'x'), std::string(30, 'x')},
         {"夜曲", "夜曲"},
-        {"x" + std::string("夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜"), "x夜夜夜夜夜夜夜夜夜夜夜夜夜夜"}, // 29 of 30 bytes
-        {"Café del Mar", "Café del Mar"},          // Latin-1
+        {"x" + std::string("夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜夜"),
+         "x夜夜夜夜夜夜夜夜夜夜夜夜夜夜"},  // 29 of 30 bytes
+        {"Café del Mar", "Café del Mar"},   // Latin-1
         {"ﾃｽﾄ", "ﾃｽﾄ"},
-        {"한국", "한국"},                          // UTF-8
+        {"한국", "한국"},  // UTF-8
         {"夜曲🎵終", "夜曲🎵終"},
         {"カフェ 🎵🎵🎵🎵🎵🎵🎵🎵", "カフェ 🎵🎵🎵🎵🎵"},
     };
@@ -63,27 +67,35 @@ TEST(Id3v1, TextsAreCutAtCharacterBordersAndSurviveAsFarAsTheyFit) {
 }
 
 TEST(RiffInfo, FieldsAreReadBesideATagThatSaysLess) {
-    const std::string info = "INFO" + chunk("INAM", "\x96\xE9\x8B\xC8\0"s) + chunk("IART", "夜曲\0"s) + chunk("IGNR", "Rock") +
-                             chunk("ICRD", "2001") + chunk("ICMT", "c") + chunk("ITRK", "4") + chunk("IPRD", "\xEF\xBB\xBFz");
+    const std::string info = "INFO" + chunk("INAM", "\x96\xE9\x8B\xC8\0"s) + chunk("IART", "夜曲\0"s) +
+                             chunk("IGNR", "Rock") + chunk("ICRD", "2001") + chunk("ICMT", "c") + chunk("ITRK", "4") +
+                             chunk("IPRD", "\xEF\xBB\xBFz");
     EXPECT_EQ(readFile(riff("RMP3", chunk("data", mpegFrames(3)) + chunk("LIST", info))),
               (TagFields{"夜曲", "夜曲", "z", "c", "2001", "Rock", "4", 17}));
-    const TagFields mixed = readFile(riff("RMP3", chunk("data", id3v2(3, frame3("TIT2", "\0v2"s) + frame3("TPE1", "\0v2"s)) + mpegFrames(3)) +
-        chunk("LIST", "INFO" + chunk("INAM", "si") + chunk("IID3", id3v1("v1", "v1", "v1")))));
+    const TagFields mixed = readFile(
+        riff("RMP3", chunk("data", id3v2(3, frame3("TIT2", "\0v2"s) + frame3("TPE1", "\0v2"s)) + mpegFrames(3)) +
+                         chunk("LIST", "INFO" + chunk("INAM", "si") + chunk("IID3", id3v1("v1", "v1", "v1")))));
     EXPECT_EQ(mixed.title + " " + mixed.artist + " " + mixed.album, "si v2 v1");
-    EXPECT_EQ(readFile(riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", "abcd") + chunk("id3 ", id3v2(3, frame3("TIT2", "\0v2"s))))).title, "v2");
+    EXPECT_EQ(readFile(riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", "abcd") +
+                                        chunk("id3 ", id3v2(3, frame3("TIT2", "\0v2"s)))))
+                  .title,
+              "v2");
 }
 
 TEST(RiffInfo, TextsAreShiftJisWhenThatIsReadBackAndUnicodeOtherwise) {
     for (const char* text : {"plain", "夜曲", "ﾃｽﾄ", "Café", "한국어", "夜曲🎵", "ﾃｽ", "～"}) {
         const std::string coded = encodeInfoField(text);
-        EXPECT_EQ(readFile(riff("RMP3", chunk("data", mpegFrames(3)) + chunk("LIST", "INFO" + chunk("INAM", coded)))).title, text);
+        EXPECT_EQ(
+            readFile(riff("RMP3", chunk("data", mpegFrames(3)) + chunk("LIST", "INFO" + chunk("INAM", coded)))).title,
+            text);
     }
     EXPECT_EQ(encodeInfoField("夜曲"), "\x96\xE9\x8B\xC8");
     EXPECT_EQ(encodeInfoField("夜曲🎵"), "夜曲🎵");
 }
 
 TEST(Ape, IsTheLastSource) {
-    const std::string tag = ape(apeItem("TITLE", "t") + apeItem("Artist", "a\0b"s) + apeItem("Genre", "Rock") + apeItem("Year", "x"), 4);
+    const std::string tag =
+        ape(apeItem("TITLE", "t") + apeItem("Artist", "a\0b"s) + apeItem("Genre", "Rock") + apeItem("Year", "x"), 4);
     const TagFields fields = readFile(mpegFrames(3) + tag + id3v1("v1"));
     EXPECT_EQ(fields.title + " " + fields.artist, "v1 a / b");
     EXPECT_EQ(fields.genreNumber, 17);

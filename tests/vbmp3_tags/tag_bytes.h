@@ -34,15 +34,20 @@ inline std::string mpegFrames(int count) {
 }
 
 inline std::string id3v1(const std::string& title, const std::string& artist = "", const std::string& album = "",
-                         const std::string& year = "", const std::string& comment = "", int track = 0, int genre = 255) {
+                         const std::string& year = "", const std::string& comment = "", int track = 0,
+                         int genre = 255) {
     std::string tag = "TAG" + padded(title, 30) + padded(artist, 30) + padded(album, 30) + padded(year, 4);
     tag += track > 0 ? padded(comment, 28) + '\0' + static_cast<char>(track) : padded(comment, 30);
     return tag + static_cast<char>(genre);
 }
 
-inline std::string tagPlus() { return padded("TAG+extended title", 227); }
+inline std::string tagPlus() {
+    return padded("TAG+extended title", 227);
+}
 
-inline std::string lyrics3v1(const std::string& text) { return "LYRICSBEGIN" + text + "LYRICSEND"; }
+inline std::string lyrics3v1(const std::string& text) {
+    return "LYRICSBEGIN" + text + "LYRICSEND";
+}
 
 // `fields` are already coded as id, five digits, text.
 inline std::string lyrics3v2(const std::string& fields) {
@@ -61,13 +66,15 @@ inline std::string ape(const std::string& items, uint32_t count, bool header = t
     return (header ? part(0xA0000000) : "") + items + part(header ? 0x80000000 : 0);
 }
 
-inline std::string frame3(const std::string& id, const std::string& body, uint16_t flags = 0) { // ID3v2.3
-    return id + be32(static_cast<uint32_t>(body.size())) + static_cast<char>(flags >> 8) + static_cast<char>(flags) + body;
+inline std::string frame3(const std::string& id, const std::string& body, uint16_t flags = 0) {  // ID3v2.3
+    return id + be32(static_cast<uint32_t>(body.size())) + static_cast<char>(flags >> 8) + static_cast<char>(flags) +
+           body;
 }
-inline std::string frame4(const std::string& id, const std::string& body, uint16_t flags = 0) { // ID3v2.4
-    return id + synchsafe(static_cast<uint32_t>(body.size())) + static_cast<char>(flags >> 8) + static_cast<char>(flags) + body;
+inline std::string frame4(const std::string& id, const std::string& body, uint16_t flags = 0) {  // ID3v2.4
+    return id + synchsafe(static_cast<uint32_t>(body.size())) + static_cast<char>(flags >> 8) +
+           static_cast<char>(flags) + body;
 }
-inline std::string frame2(const std::string& id, const std::string& body) { // ID3v2.2
+inline std::string frame2(const std::string& id, const std::string& body) {  // ID3v2.2
     return id + be32(static_cast<uint32_t>(body.size())).substr(1) + body;
 }
 inline std::string id3v2(int version, const std::string& frames, int flags = 0) {
@@ -78,7 +85,8 @@ inline std::string id3v2(int version, const std::string& frames, int flags = 0) 
 }
 
 inline std::string chunk(const std::string& id, const std::string& body, bool pad = true) {
-    return id + le32(static_cast<uint32_t>(body.size())) + body + (pad && body.size() % 2 != 0 ? std::string(1, '\0') : "");
+    return id + le32(static_cast<uint32_t>(body.size())) + body +
+           (pad && body.size() % 2 != 0 ? std::string(1, '\0') : "");
 }
 inline std::string riff(const std::string& form, const std::string& chunks) {
     return "RIFF" + le32(static_cast<uint32_t>(chunks.size() + 4)) + form + chunks;
@@ -90,4 +98,4 @@ inline std::string waveFormat(int tag = 1, int channels = 2, int rate = 44100, i
            std::string{static_cast<char>(align), 0, static_cast<char>(bits), 0};
 }
 
-} // namespace tagbytes
+}  // namespace tagbytes

@@ -33,8 +33,12 @@ std::string write(const std::string& file, int kinds, const TagFields& fields) {
 std::string strip(const std::string& file, int kinds) {
     return carriedOut(file, [&](auto& reader, const auto& layout) { return planRemove(reader, layout, kinds); });
 }
-std::string toRmp(const std::string& file) { return carriedOut(file, planRmp); }
-std::string toMp3(const std::string& file) { return carriedOut(file, planMp3); }
+std::string toRmp(const std::string& file) {
+    return carriedOut(file, planRmp);
+}
+std::string toMp3(const std::string& file) {
+    return carriedOut(file, planMp3);
+}
 
 TagFields read(const std::string& file, int kind) {
     const MemorySource source(bytes(file));
@@ -42,7 +46,9 @@ TagFields read(const std::string& file, int kind) {
     const FileLayout layout = scanFileLayout(reader);
     return kind == 0 ? readTags(reader, layout) : readTagKind(reader, layout, kind);
 }
-int present(const std::string& file) { return presentTags(scanFileLayout(MemorySource(bytes(file)))); }
+int present(const std::string& file) {
+    return presentTags(scanFileLayout(MemorySource(bytes(file))));
+}
 std::string soundOf(const std::string& file) {
     const FileLayout layout = scanFileLayout(MemorySource(bytes(file)));
     return file.substr(static_cast<size_t>(layout.audio.begin), static_cast<size_t>(layout.audio.size()));
@@ -62,22 +68,38 @@ TagFields longFields() {
     return fields;
 }
 
-} // namespace
+}  // namespace
 
 TEST(TagEdit, FieldsAreReadBackAndEverythingElseStays) {
-    struct { const char* what; std::string file; int kinds; } cases[] = {
+    struct {
+        const char* what;
+        std::string file;
+        int kinds;
+    } cases[] = {
         {"bare", kSound, kTagId3v1 | kTagId3v2},
-        {"tags all around", id3v2(3, kPicture + frame3("TIT2", "\0old"s)) + kSound + kApe + kLyrics + id3v1("old"), kTagId3v1 | kTagId3v2},
+        {"tags all around", id3v2(3, kPicture + frame3("TIT2", "\0old"s)) + kSound + kApe + kLyrics + id3v1("old"),
+         kTagId3v1 | kTagId3v2},
         {"2.4", id3v2(4, frame4("TIT2", "\0old"s)) + kOddSound, kTagId3v2},
         {"2.2", id3v2(2, frame2("TT2", "\0old"s)) + kOddSound, kTagId3v2},
-        {"appended 2.4", kSound + id3v2(4, frame4("TIT2", "\0old"s) + frame4("TXXX", "\0a\0b"s), 0x10) + id3v1("old"), kTagId3v2},
+        {"appended 2.4", kSound + id3v2(4, frame4("TIT2", "\0old"s) + frame4("TXXX", "\0a\0b"s), 0x10) + id3v1("old"),
+         kTagId3v2},
         {"RMP without list", riff("RMP3", chunk("data", kOddSound)), kTagSi | kTagId3v2},
-        {"RMP with everything", riff("RMP3", chunk("data", id3v2(3, kPicture) + kOddSound + kLyrics) + chunk("LIST", "INFO" + chunk("INAM", "old") +
-            chunk("ISFT", "tool") + chunk("IID3", id3v1("old"))) + chunk("bext", "abc")), kTagSi | kTagId3v1 | kTagId3v2},
-        {"RMP without padding", riff("RMP3", chunk("data", kOddSound, false) + chunk("LIST", "INFO" + chunk("INAM", "old", false) + chunk("IART", "x", false), false)), kTagSi},
-        {"RMP in tags", id3v2(3, kPicture) + riff("RMP3", chunk("data", kSound)) + id3v1("old"), kTagSi | kTagId3v1 | kTagId3v2},
+        {"RMP with everything",
+         riff("RMP3",
+              chunk("data", id3v2(3, kPicture) + kOddSound + kLyrics) +
+                  chunk("LIST", "INFO" + chunk("INAM", "old") + chunk("ISFT", "tool") + chunk("IID3", id3v1("old"))) +
+                  chunk("bext", "abc")),
+         kTagSi | kTagId3v1 | kTagId3v2},
+        {"RMP without padding",
+         riff("RMP3", chunk("data", kOddSound, false) +
+                          chunk("LIST", "INFO" + chunk("INAM", "old", false) + chunk("IART", "x", false), false)),
+         kTagSi},
+        {"RMP in tags", id3v2(3, kPicture) + riff("RMP3", chunk("data", kSound)) + id3v1("old"),
+         kTagSi | kTagId3v1 | kTagId3v2},
         {"MP3 in WAVE", riff("WAVE", chunk("fmt ", waveFormat(0x55)) + chunk("data", kSound)), kTagSi | kTagId3v2},
-        {"WAVE", riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", std::string(777, '\x55')) + chunk("cue ", "abcd")), kTagSi},
+        {"WAVE",
+         riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", std::string(777, '\x55')) + chunk("cue ", "abcd")),
+         kTagSi},
     };
     for (const auto& c : cases) {
         for (const TagFields& fields : {kPlain, kJapanese, kEmoji, longFields()}) {
@@ -87,7 +109,8 @@ TEST(TagEdit, FieldsAreReadBackAndEverythingElseStays) {
                 EXPECT_EQ(read(edited, kind), fields) << c.what << kind;
             }
             EXPECT_EQ(soundOf(edited), soundOf(c.file)) << c.what;
-            for (const std::string& kept : {kPicture, kLyrics, kApe, "TXXX"s, "ISFT\4\0\0\0tool"s, "bext\3\0\0\0abc"s, "cue \4\0\0\0abcd"s}) {
+            for (const std::string& kept :
+                 {kPicture, kLyrics, kApe, "TXXX"s, "ISFT\4\0\0\0tool"s, "bext\3\0\0\0abc"s, "cue \4\0\0\0abcd"s}) {
                 if (c.file.find(kept) != std::string::npos) {
                     EXPECT_NE(edited.find(kept), std::string::npos) << c.what;
                 }
@@ -96,9 +119,12 @@ TEST(TagEdit, FieldsAreReadBackAndEverythingElseStays) {
             EXPECT_EQ(write(edited, c.kinds, fields), edited) << c.what;
             const FileLayout layout = scanFileLayout(MemorySource(bytes(edited)));
             if (layout.container != Container::None) {
-                EXPECT_EQ(layout.riff.end - layout.riff.begin, 8 + static_cast<uint8_t>(edited[static_cast<size_t>(layout.riff.begin) + 4]) +
-                    (static_cast<uint8_t>(edited[static_cast<size_t>(layout.riff.begin) + 5]) << 8)) << c.what;
-                for (const RiffChunk& part : layout.chunks) EXPECT_EQ(part.body.begin % 2, layout.riff.begin % 2) << c.what;
+                EXPECT_EQ(layout.riff.end - layout.riff.begin,
+                          8 + static_cast<uint8_t>(edited[static_cast<size_t>(layout.riff.begin) + 4]) +
+                              (static_cast<uint8_t>(edited[static_cast<size_t>(layout.riff.begin) + 5]) << 8))
+                    << c.what;
+                for (const RiffChunk& part : layout.chunks)
+                    EXPECT_EQ(part.body.begin % 2, layout.riff.begin % 2) << c.what;
             }
             // In an RMP ID3v1 keeps step with the SI fields, as the end of the file.
             if (layout.container == Container::Rmp && (c.kinds & kTagSi) != 0) {
@@ -121,7 +147,8 @@ TEST(TagEdit, TagsAreTakenOffAlone) {
     EXPECT_EQ(strip(kSound + id3v1("a") + id3v1("b"), kTagId3v1), kSound);
 
     const std::string tool = chunk("ISFT", "tool");
-    const std::string rmp = riff("RMP3", chunk("data", head + kOddSound) + chunk("LIST", "INFO" + chunk("INAM", "x") + tool + chunk("IID3", v1)));
+    const std::string rmp = riff("RMP3", chunk("data", head + kOddSound) +
+                                             chunk("LIST", "INFO" + chunk("INAM", "x") + tool + chunk("IID3", v1)));
     const auto wrapped = [&](const std::string& data, const std::string& info) {
         return riff("RMP3", chunk("data", data) + (info.empty() ? "" : chunk("LIST", "INFO" + info)));
     };
@@ -143,11 +170,13 @@ TEST(TagEdit, ATagIsRefusedWhereItDoesNotBelong) {
 }
 
 TEST(TagEdit, Mp3ToRmpAndBackGivesTheSameFile) {
-    const std::string v2 = id3v2(3, kPicture + frame3("TIT2", "\0a very long title that does not fit ID3v1 at all"s) + frame3("TPE1", "\0a\0b"s));
+    const std::string v2 = id3v2(3, kPicture + frame3("TIT2", "\0a very long title that does not fit ID3v1 at all"s) +
+                                        frame3("TPE1", "\0a\0b"s));
     for (const std::string& sound : {kSound, kOddSound}) {
-        for (const std::string& file : {sound + id3v1("t", "a", "b", "1999", "c", 5, 17), v2 + sound + id3v1("a very long tit"),
-                                        v2 + sound + kApe + kLyrics + id3v1("t"), sound + kLyrics + id3v1("\x96\xE9"), sound, sound + kLyrics,
-                                        sound + kApe + id3v1("Caf\xE9"), sound + id3v1("")}) {
+        for (const std::string& file :
+             {sound + id3v1("t", "a", "b", "1999", "c", 5, 17), v2 + sound + id3v1("a very long tit"),
+              v2 + sound + kApe + kLyrics + id3v1("t"), sound + kLyrics + id3v1("\x96\xE9"), sound, sound + kLyrics,
+              sound + kApe + id3v1("Caf\xE9"), sound + id3v1("")}) {
             const std::string rmp = toRmp(file);
             EXPECT_EQ(soundOf(rmp), sound);
             EXPECT_EQ(read(rmp, 0), read(file, 0));
@@ -163,7 +192,8 @@ TEST(TagEdit, Mp3ToRmpAndBackGivesTheSameFile) {
 TEST(TagEdit, WhatWasEditedInAnRmpIsInTheMp3) {
     const TagFields all = longFields();
     const std::string v2 = id3v2(4, frame4("TXXX", "\0a\0b"s) + frame4("TIT2", "\0old"s));
-    for (const std::string& file : {kOddSound, v2 + kOddSound, kOddSound + id3v1("old"), v2 + kSound + kLyrics + id3v1("old")}) {
+    for (const std::string& file :
+         {kOddSound, v2 + kOddSound, kOddSound + id3v1("old"), v2 + kSound + kLyrics + id3v1("old")}) {
         const std::string mp3 = toMp3(write(toRmp(file), kTagSi, all));
         EXPECT_EQ(read(mp3, kTagId3v2), all);
         EXPECT_EQ(read(mp3, kTagId3v1).artist, all.artist);
@@ -175,7 +205,8 @@ TEST(TagEdit, WhatWasEditedInAnRmpIsInTheMp3) {
         EXPECT_EQ(present(small), kTagId3v1);
         EXPECT_EQ(read(small, kTagId3v1), kPlain);
     }
-    const std::string inWave = riff("WAVE", chunk("fmt ", waveFormat(0x55)) + chunk("data", kSound + id3v1("v1")) + chunk("LIST", "INFO" + chunk("INAM", "si")));
+    const std::string inWave = riff("WAVE", chunk("fmt ", waveFormat(0x55)) + chunk("data", kSound + id3v1("v1")) +
+                                                chunk("LIST", "INFO" + chunk("INAM", "si")));
     EXPECT_EQ(toMp3(inWave), kSound + id3v1("si"));
     EXPECT_EQ(read(toRmp(inWave), kTagSi).title, "si");
     EXPECT_EQ(soundOf(toRmp(inWave)), kSound);
@@ -183,7 +214,9 @@ TEST(TagEdit, WhatWasEditedInAnRmpIsInTheMp3) {
 
 TEST(TagEdit, DamagedFilesAreEditedWithoutLosingSound) {
     // Every way to cut a file short, and lengths that lie.
-    const std::string whole = riff("RMP3", chunk("data", id3v2(3, kPicture) + mpegFrames(2)) + chunk("LIST", "INFO" + chunk("INAM", "old") + chunk("IID3", id3v1("old"))));
+    const std::string whole =
+        riff("RMP3", chunk("data", id3v2(3, kPicture) + mpegFrames(2)) +
+                         chunk("LIST", "INFO" + chunk("INAM", "old") + chunk("IID3", id3v1("old"))));
     for (size_t cut = 12; cut < whole.size(); cut += 7) {
         const std::string file = whole.substr(0, cut);
         const std::string edited = write(file, kTagSi, kJapanese);

@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <cstring>
-#include <filesystem>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
 
 #include "tests/vbmp3_tags/tag_bytes.h"
 #include "tests/vbmp3_tags/temp_folder.h"
@@ -30,10 +30,10 @@ vbmp3_Tag tagOf(const char* title) {
     return tag;
 }
 
-const std::string kSound = mpegFrames(3000); // several blocks of copying
+const std::string kSound = mpegFrames(3000);  // several blocks of copying
 constexpr int kBoth = VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2;
 
-} // namespace
+}  // namespace
 
 TEST_F(TagFiles, FieldsAreWrittenReadAndTakenOff) {
     const std::string path = file("夜曲 🎵.mp3", kSound);
@@ -97,7 +97,7 @@ TEST_F(TagFiles, WhatCannotBeWrittenSaysWhyAndStaysWhole) {
     EXPECT_EQ(removeTagFile(mp3, kBoth), VBMP3_ERROR_LOCKED);
     EXPECT_EQ(contents(mp3), kSound);
     EXPECT_EQ(contents(text), "not a sound file");
-    EXPECT_EQ(files(), 3); // and no temporary file remains
+    EXPECT_EQ(files(), 3);  // and no temporary file remains
 }
 
 TEST_F(TagFiles, AFailureAtAnyStepLeavesTheFileWhole) {
@@ -111,7 +111,7 @@ TEST_F(TagFiles, AFailureAtAnyStepLeavesTheFileWhole) {
         EXPECT_EQ(contents(path), kSound) << failing;
         EXPECT_EQ(files(), 1) << failing;
     }
-    EXPECT_GE(steps, 8); // begin, head, five blocks, tail, commit
+    EXPECT_GE(steps, 8);  // begin, head, five blocks, tail, commit
 }
 
 TEST_F(TagFiles, AProcessKilledAtAnyStepLeavesTheFileWhole) {
@@ -152,7 +152,8 @@ TEST_F(TagFiles, AFullDiskLeavesTheFileWhole) {
 }
 
 TEST_F(TagFiles, ConversionKeepsEveryByteOfTheSound) {
-    const std::string mp3 = file("a.mp3", id3v2(3, frame3("TIT2", "\1\xFF\xFE\x1C\x59\xF2\x66"s)) + kSound + lyrics3v1("[00:01]a") + id3v1("\x96\xE9\x8B\xC8"));
+    const std::string mp3 = file("a.mp3", id3v2(3, frame3("TIT2", "\1\xFF\xFE\x1C\x59\xF2\x66"s)) + kSound +
+                                              lyrics3v1("[00:01]a") + id3v1("\x96\xE9\x8B\xC8"));
     const std::string rmp = (folder_ / "a.rmp").string(), back = file("back.mp3", "an older file that is replaced");
     ASSERT_EQ(convertFile(mp3, rmp, WrapAs::Rmp), VBMP3_OK);
     ASSERT_EQ(convertFile(rmp, back, WrapAs::Mp3), VBMP3_OK);

@@ -9,7 +9,7 @@
 #include <string>
 
 class TempFolder : public testing::Test {
-protected:
+  protected:
     TempFolder() {
         std::string pattern = (std::filesystem::temp_directory_path() / "tag_files_XXXXXX").string();
         folder_ = mkdtemp(pattern.data());

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 class WindowsTagFiles : public testing::Test {
-protected:
+  protected:
     WindowsTagFiles() : folder_(fs::temp_directory_path() / (L"タグ🎵 " + std::to_wstring(GetCurrentProcessId()))) {
         fs::create_directories(folder_);
         put(folder_ / name_, sound_);
@@ -26,7 +26,9 @@ protected:
         std::error_code ignored;
         fs::remove_all(folder_, ignored);
     }
-    static void put(const fs::path& path, const std::string& contents) { std::ofstream(path, std::ios::binary) << contents; }
+    static void put(const fs::path& path, const std::string& contents) {
+        std::ofstream(path, std::ios::binary) << contents;
+    }
     static std::string contents(const fs::path& path) {
         std::ifstream in(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
@@ -38,7 +40,8 @@ protected:
     int files() const { return static_cast<int>(std::distance(fs::directory_iterator(folder_), {})); }
     std::string list() const {
         std::string names;
-        for (const auto& entry : fs::directory_iterator(folder_)) names += "\n" + utf8(entry.path().filename()) + " " + std::to_string(entry.file_size());
+        for (const auto& entry : fs::directory_iterator(folder_))
+            names += "\n" + utf8(entry.path().filename()) + " " + std::to_string(entry.file_size());
         return names;
     }
     HANDLE openShared(DWORD share) const {
@@ -58,10 +61,11 @@ vbmp3_Tag tagOf(const char* title) {
     return tag;
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(WindowsTagFiles, AnyNameCanBeWrittenAndConverted) {
-    const std::string path = utf8(folder_ / name_), rmp = utf8(folder_ / L"変換.rmp"), back = utf8(folder_ / L"back.mp3");
+    const std::string path = utf8(folder_ / name_), rmp = utf8(folder_ / L"変換.rmp"),
+                      back = utf8(folder_ / L"back.mp3");
     ASSERT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2, tagOf("夜曲")), VBMP3_OK);
     vbmp3_Tag tag{};
     ASSERT_EQ(readTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);

@@ -41,7 +41,9 @@ vbmp3_Tag tagOf(const Sample& sample) {
     vbmp3_Tag tag{};
     tag.size = sizeof tag;
     tag.genreNumber = 255;
-    const auto copy = [](char* to, size_t size, const std::string& text) { std::memcpy(to, text.data(), text.size() < size ? text.size() : size - 1); };
+    const auto copy = [](char* to, size_t size, const std::string& text) {
+        std::memcpy(to, text.data(), text.size() < size ? text.size() : size - 1);
+    };
     copy(tag.title, sizeof tag.title, sample.title != nullptr ? sample.title : longTitle);
     copy(tag.artist, sizeof tag.artist, sample.artist);
     copy(tag.album, sizeof tag.album, sample.album);
@@ -52,7 +54,7 @@ vbmp3_Tag tagOf(const Sample& sample) {
     return tag;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv) {
     if (argc != 2) return 2;
@@ -62,12 +64,22 @@ int main(int argc, char** argv) {
     const std::string sound = mpegFrames(400);
     for (const Sample& sample : kSamples) {
         const vbmp3_Tag tag = tagOf(sample);
-        const struct { const char* kind; std::string before; int kinds; } kinds[] = {
+        const struct {
+            const char* kind;
+            std::string before;
+            int kinds;
+        } kinds[] = {
             {"v1", sound, VBMP3_TAG_ID3V1},
             {"v23", sound, VBMP3_TAG_ID3V2},
-            {"v22", id3v2(2, frame2("TT2", "\0old"s) + frame2("PIC", "\0PNG\3c\0"s + std::string(5000, '\x89'))) + sound, VBMP3_TAG_ID3V2},
-            {"v23picture", id3v2(3, frame3("APIC", picture) + frame3("TIT2", "\0old"s) + frame3("TXXX", "\0key\0value"s)) + sound, VBMP3_TAG_ID3V2 | VBMP3_TAG_ID3V1},
-            {"v24", id3v2(4, frame4("TIT2", "\3old"s) + frame4("APIC", picture) + frame4("TXXX", "\3key\0value"s)) + sound, VBMP3_TAG_ID3V2},
+            {"v22",
+             id3v2(2, frame2("TT2", "\0old"s) + frame2("PIC", "\0PNG\3c\0"s + std::string(5000, '\x89'))) + sound,
+             VBMP3_TAG_ID3V2},
+            {"v23picture",
+             id3v2(3, frame3("APIC", picture) + frame3("TIT2", "\0old"s) + frame3("TXXX", "\0key\0value"s)) + sound,
+             VBMP3_TAG_ID3V2 | VBMP3_TAG_ID3V1},
+            {"v24",
+             id3v2(4, frame4("TIT2", "\3old"s) + frame4("APIC", picture) + frame4("TXXX", "\3key\0value"s)) + sound,
+             VBMP3_TAG_ID3V2},
             {"si", riff("RMP3", chunk("data", sound)), VBMP3_TAG_SI},
         };
         for (const auto& kind : kinds) {

@@ -14,7 +14,7 @@ constexpr size_t kMostText = 1 << 16, kMostKey = 255;
 constexpr int kMostItems = 1000;
 
 struct Key {
-    std::string_view name; // in lower case
+    std::string_view name;  // in lower case
     std::string TagFields::*field;
 };
 constexpr Key kKeys[] = {
@@ -23,7 +23,7 @@ constexpr Key kKeys[] = {
     {"track", &TagFields::track},
 };
 
-} // namespace
+}  // namespace
 
 TagFields readApe(HeadTailReader& reader, ByteRange range) {
     TagFields fields;
@@ -44,9 +44,11 @@ TagFields readApe(HeadTailReader& reader, ByteRange range) {
         for (const Key& known : kKeys) {
             if (known.name != key || !isText || !(fields.*(known.field)).empty()) continue;
             std::string& text = fields.*(known.field);
-            for (auto rest = reader.view(value, static_cast<size_t>(std::min<int64_t>(size, kMostText))); !rest.empty();) {
-                const auto part = rest.first(static_cast<size_t>(std::find(rest.begin(), rest.end(), uint8_t{0}) - rest.begin()));
-                const std::string one = legacyText(part); // version 1 has no encoding of its own
+            for (auto rest = reader.view(value, static_cast<size_t>(std::min<int64_t>(size, kMostText)));
+                 !rest.empty();) {
+                const auto part =
+                    rest.first(static_cast<size_t>(std::find(rest.begin(), rest.end(), uint8_t{0}) - rest.begin()));
+                const std::string one = legacyText(part);  // version 1 has no encoding of its own
                 if (!one.empty()) text += (text.empty() ? "" : " / ") + one;
                 rest = rest.subspan(std::min(rest.size(), part.size() + 1));
             }
@@ -57,4 +59,4 @@ TagFields readApe(HeadTailReader& reader, ByteRange range) {
     return fields;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -9,4 +9,4 @@ namespace vbmp3 {
 
 TagFields readApe(HeadTailReader& reader, ByteRange range);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -19,7 +19,8 @@ void HeadTailReader::fill(Window& window, int64_t from, size_t length) {
 
 std::span<const uint8_t> HeadTailReader::view(int64_t offset, size_t length) {
     if (offset < 0 || offset >= size_) return {};
-    const int64_t end = offset + static_cast<int64_t>(std::min<uint64_t>(length, static_cast<uint64_t>(size_ - offset)));
+    const int64_t end =
+        offset + static_cast<int64_t>(std::min<uint64_t>(length, static_cast<uint64_t>(size_ - offset)));
     const auto within = [&](const Window& w) {
         return std::span<const uint8_t>(w.bytes.get() + (offset - w.begin), static_cast<size_t>(end - offset));
     };
@@ -32,7 +33,8 @@ std::span<const uint8_t> HeadTailReader::view(int64_t offset, size_t length) {
     if (!other_.holds(offset, end)) {
         // A block more than asked for: the next question is usually about the bytes that follow.
         const auto wanted = static_cast<size_t>(end - offset);
-        fill(other_, offset, static_cast<size_t>(std::min<int64_t>(static_cast<int64_t>(std::max(wanted, kBlock)), size_ - offset)));
+        fill(other_, offset,
+             static_cast<size_t>(std::min<int64_t>(static_cast<int64_t>(std::max(wanted, kBlock)), size_ - offset)));
     }
     if (other_.holds(offset, end)) return within(other_);
     // The file became shorter or could not be read: give what there is.
@@ -53,4 +55,4 @@ size_t CachedSource::readAt(int64_t offset, void* to, size_t length) const {
     return reader_.source_.readAt(offset, to, length);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

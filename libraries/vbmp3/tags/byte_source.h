@@ -13,15 +13,15 @@
 namespace vbmp3 {
 
 class ByteSource {
-public:
+  public:
     virtual ~ByteSource() = default;
-    virtual int64_t size() const = 0; // bytes
+    virtual int64_t size() const = 0;  // bytes
     // Reads up to `length` bytes from `offset` on; returns how many it gave, fewer only at the end or after an error.
     virtual size_t readAt(int64_t offset, void* to, size_t length) const = 0;
 };
 
 class MemorySource final : public ByteSource {
-public:
+  public:
     explicit MemorySource(std::span<const uint8_t> bytes) : bytes_(bytes) {}
     int64_t size() const override { return static_cast<int64_t>(bytes_.size()); }
     size_t readAt(int64_t offset, void* to, size_t length) const override {
@@ -31,14 +31,14 @@ public:
         return length;
     }
 
-private:
+  private:
     std::span<const uint8_t> bytes_;
 };
 
 // Keeps the first and the last kilobytes of a source, which is where tags stand, so that looking at a file costs two
 // reads in the ordinary case. Other places are read when asked for.
 class HeadTailReader {
-public:
+  public:
     static constexpr size_t kHead = 8192, kTail = 4096, kBlock = 8192;
 
     explicit HeadTailReader(const ByteSource& source);
@@ -48,7 +48,7 @@ public:
     // The bytes [offset, offset + length), fewer at the end of the source. They stay valid until the next call.
     std::span<const uint8_t> view(int64_t offset, size_t length);
 
-private:
+  private:
     struct Window {
         std::unique_ptr<uint8_t[]> bytes;
         size_t capacity = 0;
@@ -65,13 +65,13 @@ private:
 
 // A source whose head and tail have been read already: what a reader holds is not read again.
 class CachedSource final : public ByteSource {
-public:
+  public:
     explicit CachedSource(const HeadTailReader& reader) : reader_(reader) {}
     int64_t size() const override { return reader_.size(); }
     size_t readAt(int64_t offset, void* to, size_t length) const override;
 
-private:
+  private:
     const HeadTailReader& reader_;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

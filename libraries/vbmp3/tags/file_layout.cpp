@@ -7,10 +7,10 @@
 namespace vbmp3 {
 namespace {
 
-constexpr int kMostBlocks = 32;    // of tags on one side; a file with more is made to keep us busy
+constexpr int kMostBlocks = 32;  // of tags on one side; a file with more is made to keep us busy
 constexpr size_t kMostChunks = 1024;
-constexpr int64_t kLyrics3V1Most = 5100 + 11 + 9; // the text is limited to 5100 bytes
-constexpr int64_t kNoLimit = 1024;                // slack for writers that did not know the limit
+constexpr int64_t kLyrics3V1Most = 5100 + 11 + 9;  // the text is limited to 5100 bytes
+constexpr int64_t kNoLimit = 1024;                 // slack for writers that did not know the limit
 
 // Where a tag ends whose length reaches past the end: after the last frame that fits.
 int64_t endOfFrames(HeadTailReader& reader, ByteRange tag, int version) {
@@ -25,7 +25,9 @@ int64_t endOfFrames(HeadTailReader& reader, ByteRange tag, int version) {
             valid = valid && ((header[i] >= 'A' && header[i] <= 'Z') || (header[i] >= '0' && header[i] <= '9'));
         if (!valid) break;
         const uint8_t* p = header.data() + idSize;
-        const int64_t size = version == 2 ? bigEndian24(p) : version == 4 && isSynchsafe(p) ? synchsafe32(p) : bigEndian32(p);
+        const int64_t size = version == 2                     ? bigEndian24(p)
+                             : version == 4 && isSynchsafe(p) ? synchsafe32(p)
+                                                              : bigEndian32(p);
         if (at + headerSize + size > tag.end) break;
         at += headerSize + size;
     }
@@ -161,7 +163,7 @@ bool beginsTag(const std::vector<TagBlock>& tags, int64_t at) {
 std::vector<RiffChunk> scanChunks(HeadTailReader& reader, const ByteRange& range, const std::vector<TagBlock>& tags) {
     std::vector<RiffChunk> chunks;
     int64_t at = range.begin;
-    int64_t wideData = -1; // size of the data chunk of an RF64 file
+    int64_t wideData = -1;  // size of the data chunk of an RF64 file
     while (at + 8 <= range.end && chunks.size() < kMostChunks && !beginsTag(tags, at)) {
         const auto header = reader.view(at, 8);
         if (!isChunkHeader(header)) break;
@@ -178,11 +180,13 @@ std::vector<RiffChunk> scanChunks(HeadTailReader& reader, const ByteRange& range
             const int64_t rest = range.end - chunk.body.begin;
             if (size == 0xFFFFFFFF && wideData > 0) size = std::min(wideData, rest);
             // Writers without RF64 let the size of a long file run over; nothing else in one is that long.
-            else if (size != 0 && size != 0xFFFFFFFF && rest - size >= int64_t{1} << 32) size += (rest - size) >> 32 << 32;
+            else if (size != 0 && size != 0xFFFFFFFF && rest - size >= int64_t{1} << 32)
+                size += (rest - size) >> 32 << 32;
         }
         // A writer that was interrupted, or that wrote to a pipe, leaves 0 or all ones: the rest is the sound.
         const bool open = chunk.is("data") && (size == 0 || size == 0xFFFFFFFF);
-        if (open && !(size == 0 && isChunkHeader(reader.view(chunk.body.begin, 8)))) size = range.end - chunk.body.begin;
+        if (open && !(size == 0 && isChunkHeader(reader.view(chunk.body.begin, 8))))
+            size = range.end - chunk.body.begin;
         chunk.body.end = std::min(chunk.body.begin + size, range.end);
         chunks.push_back(chunk);
         at = chunk.body.begin + size;
@@ -198,7 +202,8 @@ void scanRiff(HeadTailReader& reader, ByteRange range, FileLayout& layout) {
     const auto header = reader.view(range.begin, 12);
     const uint32_t riffSize = littleEndian32(header.data() + 4);
     const ByteRange file{0, layout.fileSize};
-    layout.wide = startsWith(header, "RF64") || startsWith(header, "BW64") || file.end - range.begin > int64_t{UINT32_MAX};
+    layout.wide =
+        startsWith(header, "RF64") || startsWith(header, "BW64") || file.end - range.begin > int64_t{UINT32_MAX};
     layout.riff = {range.begin, std::min(range.begin + 8 + int64_t{riffSize}, file.end)};
     // The size of the form is wrong so often that the chunks are followed to the end of the file.
     layout.chunks = scanChunks(reader, {range.begin + 12, file.end}, layout.tags);
@@ -219,7 +224,7 @@ void scanRiff(HeadTailReader& reader, ByteRange range, FileLayout& layout) {
     scanTail(reader, layout.audio, true, layout.tags);
 }
 
-} // namespace
+}  // namespace
 
 const TagBlock* FileLayout::find(TagKind kind) const {
     for (const TagBlock& tag : tags)
@@ -254,12 +259,16 @@ FileLayout scanFileLayout(HeadTailReader& reader) {
     const auto header = reader.view(rest.begin, 12);
     const bool rf64 = startsWith(header, "RF64") || startsWith(header, "BW64");
     if (header.size() == 12 && (rf64 || startsWith(header, "RIFF"))) {
-        if (!rf64 && startsWith(header.subspan(8), "RMP3")) layout.container = Container::Rmp;
-        else if (startsWith(header.subspan(8), "WAVE")) layout.container = Container::Wave;
+        if (!rf64 && startsWith(header.subspan(8), "RMP3"))
+            layout.container = Container::Rmp;
+        else if (startsWith(header.subspan(8), "WAVE"))
+            layout.container = Container::Wave;
     }
     scanTail(reader, rest, false, layout.tags);
-    if (layout.container == Container::None) layout.audio = rest;
-    else scanRiff(reader, rest, layout);
+    if (layout.container == Container::None)
+        layout.audio = rest;
+    else
+        scanRiff(reader, rest, layout);
     return layout;
 }
 
@@ -268,4 +277,4 @@ FileLayout scanFileLayout(const ByteSource& source) {
     return scanFileLayout(reader);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -26,16 +26,16 @@ enum class TagKind { Id3v2, Id3v2Appended, Id3v2Chunk, Ape, Lyrics3, TagPlus, Id
 
 struct TagBlock {
     TagKind kind;
-    int version;     // ID3v2: 2, 3, 4. Lyrics3 and APE: 1, 2. Others 1
-    ByteRange range;     // the whole block with header and footer
-    bool inData;     // stands inside the data chunk of a RIFF file
+    int version;      // ID3v2: 2, 3, 4. Lyrics3 and APE: 1, 2. Others 1
+    ByteRange range;  // the whole block with header and footer
+    bool inData;      // stands inside the data chunk of a RIFF file
 };
 
 enum class Container { None, Rmp, Wave };
 
 struct RiffChunk {
     std::array<char, 4> id;
-    ByteRange body;      // without header and pad byte; cut at the end of the file
+    ByteRange body;  // without header and pad byte; cut at the end of the file
     bool is(std::string_view name) const { return std::string_view(id.data(), 4) == name; }
 };
 
@@ -49,13 +49,13 @@ struct FileLayout {
     std::vector<TagBlock> tags;
 
     // RIFF files only.
-    ByteRange riff;                    // from "RIFF" to the end of the form, cut at the end of the file
-    ByteRange data;                    // body of the data chunk
-    bool wide = false;                 // RF64 (EBU Tech 3306) or longer than RIFF can tell; it is only read
-    std::vector<RiffChunk> chunks; // of the top level, LIST included as one
-    std::vector<RiffChunk> info;   // sub-chunks of LIST INFO (INAM, IART ... IID3)
+    ByteRange riff;                 // from "RIFF" to the end of the form, cut at the end of the file
+    ByteRange data;                 // body of the data chunk
+    bool wide = false;              // RF64 (EBU Tech 3306) or longer than RIFF can tell; it is only read
+    std::vector<RiffChunk> chunks;  // of the top level, LIST included as one
+    std::vector<RiffChunk> info;    // sub-chunks of LIST INFO (INAM, IART ... IID3)
 
-    const TagBlock* find(TagKind kind) const; // the first one, null when there is none
+    const TagBlock* find(TagKind kind) const;  // the first one, null when there is none
     const RiffChunk* findChunk(std::string_view id) const;
     const RiffChunk* findInfo(std::string_view id) const;
     // The 128 bytes of the ID3v1 tag: the block at the end of file or data, else the body of IID3. Empty without one.
@@ -65,4 +65,4 @@ struct FileLayout {
 FileLayout scanFileLayout(HeadTailReader& reader);
 FileLayout scanFileLayout(const ByteSource& source);
 
-} // namespace vbmp3
+}  // namespace vbmp3

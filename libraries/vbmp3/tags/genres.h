@@ -8,8 +8,8 @@ namespace vbmp3 {
 
 constexpr int kGenreCount = 192;
 
-std::string_view genreName(int number);     // empty when there is none
-int findGenre(std::string_view name);       // without regard to case; kNoGenre when it is not in the list
+std::string_view genreName(int number);  // empty when there is none
+int findGenre(std::string_view name);    // without regard to case; kNoGenre when it is not in the list
 
 // The content type of an ID3v2 frame: "(17)", "(4)Eurodisco", "17", "(RX)", "((text" or plain text. `name` is what to
 // show, `number` that of the list or kNoGenre.
@@ -19,4 +19,4 @@ struct Genre {
 };
 Genre readGenre(std::string_view text);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -34,7 +34,7 @@ std::optional<std::string> utf8ToLatin1(std::string_view utf8) {
     return out;
 }
 
-} // namespace
+}  // namespace
 
 TagFields readId3v1(std::span<const uint8_t> block) {
     TagFields fields;
@@ -81,7 +81,8 @@ std::string encodeLegacyField(std::string_view utf8, size_t limit, bool* lossles
             const std::optional<std::string> bytes = encode(text);
             if (!bytes) return std::nullopt;
             if (bytes->size() <= limit) {
-                if (legacyText(std::span(reinterpret_cast<const uint8_t*>(bytes->data()), bytes->size())) != trimmed(text))
+                if (legacyText(std::span(reinterpret_cast<const uint8_t*>(bytes->data()), bytes->size())) !=
+                    trimmed(text))
                     return std::nullopt;
                 if (lossless != nullptr) *lossless = text.size() == utf8.size();
                 return bytes;
@@ -109,4 +110,4 @@ std::string encodeLegacyField(std::string_view utf8, size_t limit, bool* lossles
     return kept;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -26,4 +26,4 @@ std::array<uint8_t, kId3v1Size> makeId3v1(const TagFields& fields);
 // At most `limit` bytes. `lossless` (may be null) tells whether the whole text is in it.
 std::string encodeLegacyField(std::string_view utf8, size_t limit, bool* lossless = nullptr);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -12,10 +12,10 @@
 namespace vbmp3 {
 namespace {
 
-constexpr size_t kMostText = 1 << 20;       // bytes of one text frame; longer ones are not shown
+constexpr size_t kMostText = 1 << 20;  // bytes of one text frame; longer ones are not shown
 constexpr size_t kMostFrame = 64 << 20;
 constexpr size_t kMostFrames = 100000;
-constexpr uint32_t kMostTag = (1 << 28) - 1; // what seven bits a byte can say
+constexpr uint32_t kMostTag = (1 << 28) - 1;  // what seven bits a byte can say
 
 enum class Role { None, Title, Artist, BandArtist, Album, Comment, Year, Date, Genre, Track };
 
@@ -24,14 +24,15 @@ struct FrameName {
     std::string_view id2, id;
 };
 constexpr FrameName kFrameNames[] = {
-    {Role::Title, "TT2", "TIT2"},   {Role::Artist, "TP1", "TPE1"}, {Role::BandArtist, "TP2", "TPE2"},
-    {Role::Album, "TAL", "TALB"},   {Role::Comment, "COM", "COMM"}, {Role::Year, "TYE", "TYER"},
-    {Role::Date, "", "TDRC"},       {Role::Genre, "TCO", "TCON"},  {Role::Track, "TRK", "TRCK"},
+    {Role::Title, "TT2", "TIT2"}, {Role::Artist, "TP1", "TPE1"},  {Role::BandArtist, "TP2", "TPE2"},
+    {Role::Album, "TAL", "TALB"}, {Role::Comment, "COM", "COMM"}, {Role::Year, "TYE", "TYER"},
+    {Role::Date, "", "TDRC"},     {Role::Genre, "TCO", "TCON"},   {Role::Track, "TRK", "TRCK"},
 };
 
 Role roleOf(std::string_view id) {
     for (const FrameName& name : kFrameNames)
-        if (id == name.id || id == name.id2 || (id.size() == 4 && id[3] <= ' ' && id.substr(0, 3) == name.id2)) return name.role;
+        if (id == name.id || id == name.id2 || (id.size() == 4 && id[3] <= ' ' && id.substr(0, 3) == name.id2))
+            return name.role;
     return Role::None;
 }
 
@@ -49,7 +50,7 @@ Comment readComment(std::span<const uint8_t> bytes) {
     if (bytes.size() < 5) return {};
     const int encoding = bytes[0];
     const auto parts = splitId3v2Text(encoding, bytes.subspan(4), 2);
-    if (parts.size() < 2) return {{}, parts.empty() ? "" : parts[0]}; // writers that forgot the description
+    if (parts.size() < 2) return {{}, parts.empty() ? "" : parts[0]};  // writers that forgot the description
     return {parts[0], std::string(trimmed(parts[1]))};
 }
 
@@ -79,7 +80,7 @@ std::string genreText(int encoding, std::span<const uint8_t> bytes, int& number)
 
 // Gathers the fields as frames come by; of several that could serve a field the best is kept.
 class FieldCollector {
-public:
+  public:
     // True when the frame's contents are wanted.
     static bool wants(std::string_view id) { return roleOf(id) != Role::None; }
 
@@ -99,14 +100,24 @@ public:
             if (field.empty()) field = std::move(text);
         };
         switch (role) {
-        case Role::Title: return take(fields_.title);
-        case Role::Artist: return take(fields_.artist);
-        case Role::BandArtist: return take(bandArtist_);
-        case Role::Album: return take(fields_.album);
-        case Role::Track: return take(fields_.track);
-        case Role::Year: text = yearOf(text); return take(fields_.year);
-        case Role::Date: text = yearOf(text); return take(date_);
-        default: return;
+            case Role::Title:
+                return take(fields_.title);
+            case Role::Artist:
+                return take(fields_.artist);
+            case Role::BandArtist:
+                return take(bandArtist_);
+            case Role::Album:
+                return take(fields_.album);
+            case Role::Track:
+                return take(fields_.track);
+            case Role::Year:
+                text = yearOf(text);
+                return take(fields_.year);
+            case Role::Date:
+                text = yearOf(text);
+                return take(date_);
+            default:
+                return;
         }
     }
 
@@ -116,7 +127,7 @@ public:
         return std::move(fields_);
     }
 
-private:
+  private:
     void addComment(Comment comment) {
         if (comment.text.empty() || isProgramNote(comment)) return;
         const bool plain = comment.description.empty();
@@ -135,7 +146,8 @@ void appendFrame(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version
     const auto size = static_cast<uint32_t>(frame.data.size());
     out.insert(out.end(), frame.id.begin(), frame.id.end());
     if (version == 2) {
-        out.insert(out.end(), {static_cast<uint8_t>(size >> 16), static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)});
+        out.insert(out.end(),
+                   {static_cast<uint8_t>(size >> 16), static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)});
     } else {
         const int bits = version == 4 ? 7 : 8;
         const uint32_t mask = version == 4 ? 0x7F : 0xFF;
@@ -192,7 +204,7 @@ void removeShownComment(Id3v2Tag& tag, const std::string& text) {
     if (found != tag.frames.end()) tag.frames.erase(found);
 }
 
-} // namespace
+}  // namespace
 
 std::string id3v2Text(std::span<const uint8_t> bytes) {
     if (bytes.empty()) return {};
@@ -239,16 +251,18 @@ void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown) {
     const TagFields old = fieldsOf(tag);
     const TagFields& seen = shown != nullptr ? *shown : old;
     const auto remove = [&](Role role) {
-        if (role == Role::Comment) removeShownComment(tag, old.comment);
-        else std::erase_if(tag.frames, [&](const Id3v2Frame& frame) { return roleOf(frame.id) == role; });
+        if (role == Role::Comment)
+            removeShownComment(tag, old.comment);
+        else
+            std::erase_if(tag.frames, [&](const Id3v2Frame& frame) { return roleOf(frame.id) == role; });
     };
     struct Entry {
         std::string TagFields::*field;
         Role role;
     };
     constexpr Entry kEntries[] = {
-        {&TagFields::title, Role::Title}, {&TagFields::artist, Role::Artist}, {&TagFields::album, Role::Album},
-        {&TagFields::track, Role::Track}, {&TagFields::genre, Role::Genre},   {&TagFields::year, Role::Year},
+        {&TagFields::title, Role::Title},     {&TagFields::artist, Role::Artist}, {&TagFields::album, Role::Album},
+        {&TagFields::track, Role::Track},     {&TagFields::genre, Role::Genre},   {&TagFields::year, Role::Year},
         {&TagFields::comment, Role::Comment},
     };
     for (const Entry& entry : kEntries) {
@@ -287,4 +301,4 @@ std::optional<std::vector<uint8_t>> makeId3v2(const Id3v2Tag& tag, size_t paddin
     return out;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -14,13 +14,13 @@
 namespace vbmp3 {
 
 struct Id3v2Frame {
-    std::string id;            // three letters in version 2.2, else four
-    uint16_t flags = 0;        // as stored; version 2.2 has none
-    std::vector<uint8_t> data; // as stored, with what the flags announce (length, group) in front
+    std::string id;             // three letters in version 2.2, else four
+    uint16_t flags = 0;         // as stored; version 2.2 has none
+    std::vector<uint8_t> data;  // as stored, with what the flags announce (length, group) in front
 };
 
 struct Id3v2Tag {
-    int version = 3; // 2, 3 or 4
+    int version = 3;  // 2, 3 or 4
     std::vector<Id3v2Frame> frames;
 };
 
@@ -34,10 +34,11 @@ TagFields fieldsOf(const Id3v2Tag& tag);
 // values, language, encoding); others are replaced, an empty one is removed. `shown` is what the caller has seen of the
 // tag, which may be less than it holds since his texts have a fixed length; null: all of it.
 void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown = nullptr);
-// The whole tag with `padding` zero bytes at the end. Nothing when it is too large for the format. Without frames: empty.
+// The whole tag with `padding` zero bytes at the end. Nothing when it is too large for the format. Without frames:
+// empty.
 std::optional<std::vector<uint8_t>> makeId3v2(const Id3v2Tag& tag, size_t padding = 1024);
 
 // Texts of frames, for other readers of the tag (lyrics). `bytes` begins with the byte of the encoding.
 std::string id3v2Text(std::span<const uint8_t> bytes);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -48,7 +48,7 @@ size_t endOfPart(std::span<const uint8_t> bytes, bool wide) {
     return i + 1 < bytes.size() ? i : bytes.size();
 }
 
-} // namespace
+}  // namespace
 
 std::vector<std::string> splitId3v2Text(int encoding, std::span<const uint8_t> bytes, size_t most) {
     std::vector<std::string> parts;
@@ -95,4 +95,4 @@ void appendId3v2Text(std::vector<uint8_t>& out, std::string_view utf8, int encod
     }
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -21,4 +21,4 @@ int encodingFor(std::string_view utf8, int version);
 // Appends the text in that encoding, with its NUL when `terminated`.
 void appendId3v2Text(std::vector<uint8_t>& out, std::string_view utf8, int encoding, bool terminated);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -9,7 +9,7 @@ namespace vbmp3 {
 namespace {
 
 constexpr uint8_t kUnsynchronised = 0x80, kExtended = 0x40, kFooter = 0x10;
-constexpr uint8_t kCompressedTag = 0x40; // version 2.2
+constexpr uint8_t kCompressedTag = 0x40;  // version 2.2
 // Frame flags, the second byte.
 constexpr uint16_t k3Compressed = 0x80, k3Encrypted = 0x40, k3Grouped = 0x20;
 constexpr uint16_t k4Grouped = 0x40, k4Compressed = 0x08, k4Encrypted = 0x04, k4Unsynchronised = 0x02, k4Length = 0x01;
@@ -25,7 +25,7 @@ bool isFrameId(std::span<const uint8_t> bytes, size_t length) {
     return true;
 }
 
-} // namespace
+}  // namespace
 
 std::vector<uint8_t> resynchronised(std::span<const uint8_t> bytes) {
     std::vector<uint8_t> out;
@@ -46,7 +46,8 @@ std::optional<Id3v2Walk> Id3v2Walk::open(HeadTailReader& reader, ByteRange range
     const uint8_t flags = header[5];
     if (walk.version_ == 2 && (flags & kCompressedTag) != 0) return std::nullopt;
     const int64_t footer = walk.version_ == 4 && (flags & kFooter) != 0 ? 10 : 0;
-    walk.body_ = {range.begin + 10, std::min(range.end - footer, range.begin + 10 + int64_t{synchsafe32(header.data() + 6)})};
+    walk.body_ = {range.begin + 10,
+                  std::min(range.end - footer, range.begin + 10 + int64_t{synchsafe32(header.data() + 6)})};
     if (walk.body_.empty()) walk.body_.end = walk.body_.begin;
     if ((flags & kUnsynchronised) != 0 && walk.version_ == 4) walk.allUnsynchronised_ = true;
     if ((flags & kUnsynchronised) != 0 && walk.version_ < 4) {
@@ -110,7 +111,8 @@ bool Id3v2Walk::next(FrameView& frame) {
     const int64_t headerSize = version_ == 2 ? 6 : 10;
     const auto view10 = view(at_, static_cast<size_t>(headerSize));
     frame.idLength = version_ == 2 ? 3 : 4;
-    if (static_cast<int64_t>(view10.size()) < headerSize || !isFrameId(view10, static_cast<size_t>(frame.idLength))) return false;
+    if (static_cast<int64_t>(view10.size()) < headerSize || !isFrameId(view10, static_cast<size_t>(frame.idLength)))
+        return false;
     std::array<uint8_t, 10> header{};
     std::copy(view10.begin(), view10.end(), header.begin());
     std::memcpy(frame.id, header.data(), version_ == 2 ? 3 : 4);
@@ -159,4 +161,4 @@ std::optional<std::vector<uint8_t>> Id3v2Walk::contents(const FrameView& frame, 
     return std::vector<uint8_t>(bytes.begin() + static_cast<std::ptrdiff_t>(skip), bytes.end());
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -25,4 +25,4 @@ inline std::string legacyText(std::span<const uint8_t> bytes) {
     return quenlox::DecodeLegacyField(text);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -22,12 +22,16 @@ void Recipe::add(std::span<const uint8_t> bytes) {
     pieces_.push_back({{}, {bytes.begin(), bytes.end()}});
 }
 
-void Recipe::add(std::string_view text) { add({reinterpret_cast<const uint8_t*>(text.data()), text.size()}); }
+void Recipe::add(std::string_view text) {
+    add({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+}
 
 void Recipe::append(const Recipe& other) {
     for (const Piece& piece : other.pieces_) {
-        if (piece.bytes.empty()) copy(piece.source);
-        else add(piece.bytes);
+        if (piece.bytes.empty())
+            copy(piece.source);
+        else
+            add(piece.bytes);
     }
 }
 
@@ -54,4 +58,4 @@ bool Recipe::carryOut(const ByteSource& source, const std::function<bool(std::sp
     return true;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -13,7 +13,7 @@
 namespace vbmp3 {
 
 class Recipe {
-public:
+  public:
     void copy(ByteRange source);
     void add(std::span<const uint8_t> bytes);
     void add(std::string_view text);
@@ -24,13 +24,13 @@ public:
     // Hands the bytes to `sink` in blocks of at most 256 KiB. False when the sink says so or the source ends early.
     bool carryOut(const ByteSource& source, const std::function<bool(std::span<const uint8_t>)>& sink) const;
 
-private:
+  private:
     struct Piece {
-        ByteRange source;            // when `bytes` is empty
+        ByteRange source;  // when `bytes` is empty
         std::vector<uint8_t> bytes;
     };
     std::vector<Piece> pieces_;
     int64_t size_ = 0;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

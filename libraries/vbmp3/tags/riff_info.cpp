@@ -13,13 +13,13 @@ namespace {
 constexpr size_t kMostText = 1 << 16, kMostKept = 16 << 20;
 
 struct InfoName {
-    std::string_view id; // the first of a field is the one that is written
+    std::string_view id;  // the first of a field is the one that is written
     std::string TagFields::*field;
 };
 constexpr InfoName kNames[] = {
-    {"INAM", &TagFields::title}, {"IART", &TagFields::artist}, {"IPRD", &TagFields::album}, {"IGNR", &TagFields::genre},
-    {"ICRD", &TagFields::year},  {"ICMT", &TagFields::comment}, {"ITRK", &TagFields::track}, {"IPRT", &TagFields::track},
-    {"TRCK", &TagFields::track},
+    {"INAM", &TagFields::title}, {"IART", &TagFields::artist}, {"IPRD", &TagFields::album},
+    {"IGNR", &TagFields::genre}, {"ICRD", &TagFields::year},   {"ICMT", &TagFields::comment},
+    {"ITRK", &TagFields::track}, {"IPRT", &TagFields::track},  {"TRCK", &TagFields::track},
 };
 
 std::string TagFields::*fieldOf(const RiffChunk& chunk) {
@@ -35,7 +35,7 @@ void appendChunk(std::vector<uint8_t>& out, std::string_view id, std::span<const
     if (body.size() % 2 != 0) out.push_back(0);
 }
 
-} // namespace
+}  // namespace
 
 TagFields readRiffInfo(HeadTailReader& reader, const FileLayout& layout) {
     TagFields fields;
@@ -83,11 +83,11 @@ std::vector<uint8_t> makeRiffInfo(HeadTailReader& reader, const FileLayout& layo
         const std::string& text = fields.*(name.field);
         if (!first || unchanged(name.field) || text.empty()) continue;
         std::string bytes = encodeInfoField(text);
-        bytes.push_back('\0'); // texts of the list end with a NUL that counts
+        bytes.push_back('\0');  // texts of the list end with a NUL that counts
         appendChunk(out, name.id, {reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
     }
     if (!id3v1.empty()) appendChunk(out, "IID3", id3v1);
     return out;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

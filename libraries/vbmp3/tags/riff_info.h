@@ -19,10 +19,10 @@ TagFields readRiffInfo(HeadTailReader& reader, const FileLayout& layout);
 // it would otherwise be taken for Shift-JIS.
 std::string encodeInfoField(std::string_view utf8);
 
-// The body of a list ("INFO" and its sub-chunks) with these fields. Sub-chunks that hold no field are kept in their order;
-// a field that reads the same as in `shown` (null: as in the file) keeps its bytes; IID3 comes last when `id3v1` is not
-// empty. "INFO" alone when nothing is in it.
+// The body of a list ("INFO" and its sub-chunks) with these fields. Sub-chunks that hold no field are kept in their
+// order; a field that reads the same as in `shown` (null: as in the file) keeps its bytes; IID3 comes last when `id3v1`
+// is not empty. "INFO" alone when nothing is in it.
 std::vector<uint8_t> makeRiffInfo(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
                                   const TagFields* shown, const std::vector<uint8_t>& id3v1);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -21,7 +21,7 @@ struct Splice {
 
 // New contents of each tag; without a value it stays as it is, an empty value takes it off.
 struct NewTags {
-    std::optional<Bytes> id3v2, id3v1, info; // info: the body of LIST
+    std::optional<Bytes> id3v2, id3v1, info;  // info: the body of LIST
 };
 
 void copySpliced(Recipe& recipe, ByteRange range, std::vector<Splice> splices) {
@@ -31,7 +31,7 @@ void copySpliced(Recipe& recipe, ByteRange range, std::vector<Splice> splices) {
     });
     int64_t at = range.begin;
     for (const Splice& splice : splices) {
-        if (splice.range.begin < at || splice.range.end > range.end) continue; // stands in another part
+        if (splice.range.begin < at || splice.range.end > range.end) continue;  // stands in another part
         recipe.copy({at, splice.range.begin});
         recipe.add(splice.bytes);
         at = splice.range.end;
@@ -64,7 +64,8 @@ void replaceTag(std::vector<Splice>& splices, const FileLayout& layout, std::ini
     splices.push_back({{inPlace ? first->range.begin : place, inPlace ? first->range.begin : place}, *bytes});
 }
 
-// An ID3v2 tag that claims more than there was could reach into the sound once the file has grown: it gets its true length.
+// An ID3v2 tag that claims more than there was could reach into the sound once the file has grown: it gets its true
+// length.
 void repairLengths(std::vector<Splice>& splices, HeadTailReader& reader, const FileLayout& layout) {
     for (const TagBlock& tag : layout.tags) {
         if (tag.kind != TagKind::Id3v2) continue;
@@ -95,7 +96,8 @@ void appendChunk(Recipe& recipe, std::string_view id, const Recipe& body) {
     if (body.size() % 2 != 0) recipe.add(std::string_view("\0", 1));
 }
 
-std::optional<Recipe> makeRiff(const FileLayout& layout, std::string_view form, const std::vector<std::pair<std::string, Recipe>>& chunks,
+std::optional<Recipe> makeRiff(const FileLayout& layout, std::string_view form,
+                               const std::vector<std::pair<std::string, Recipe>>& chunks,
                                const std::vector<Splice>& splices, int64_t tail) {
     if (layout.wide) return std::nullopt;
     Recipe body;
@@ -126,8 +128,8 @@ std::optional<Recipe> assembleRiff(HeadTailReader& reader, const FileLayout& lay
     std::vector<std::pair<std::string, Recipe>> chunks;
     for (const RiffChunk& chunk : layout.chunks) {
         const bool isInfo = chunk.is("LIST") && startsWith(reader.view(chunk.body.begin, 4), "INFO");
-        if (isInfo && tags.info) continue; // written at the end
-        if (tags.id3v2 && (chunk.is("id3 ") || chunk.is("ID3 "))) continue; // its frames are in the new tag
+        if (isInfo && tags.info) continue;                                   // written at the end
+        if (tags.id3v2 && (chunk.is("id3 ") || chunk.is("ID3 "))) continue;  // its frames are in the new tag
         Recipe body;
         const bool isData = chunk.is("data") && chunk.body.begin == layout.data.begin;
         copySpliced(body, chunk.body, isData ? splices : std::vector<Splice>{});
@@ -138,7 +140,8 @@ std::optional<Recipe> assembleRiff(HeadTailReader& reader, const FileLayout& lay
         body.add(*tags.info);
         chunks.emplace_back("LIST", std::move(body));
     }
-    return makeRiff(layout, layout.container == Container::Rmp ? "RMP3" : "WAVE", chunks, splices, endOfChunks(reader, layout));
+    return makeRiff(layout, layout.container == Container::Rmp ? "RMP3" : "WAVE", chunks, splices,
+                    endOfChunks(reader, layout));
 }
 
 Bytes bytesOf(HeadTailReader& reader, ByteRange range) {
@@ -146,10 +149,13 @@ Bytes bytesOf(HeadTailReader& reader, ByteRange range) {
     return {view.begin(), view.end()};
 }
 
-Bytes toBytes(const std::array<uint8_t, kId3v1Size>& block) { return {block.begin(), block.end()}; }
+Bytes toBytes(const std::array<uint8_t, kId3v1Size>& block) {
+    return {block.begin(), block.end()};
+}
 
 bool isEmpty(const TagFields& fields) {
-    return std::all_of(std::begin(kTextFields), std::end(kTextFields), [&](auto field) { return (fields.*field).empty(); });
+    return std::all_of(std::begin(kTextFields), std::end(kTextFields),
+                       [&](auto field) { return (fields.*field).empty(); });
 }
 
 // Number and name of a genre say the same; the name wins.
@@ -157,15 +163,17 @@ TagFields normalised(TagFields fields) {
     if (fields.genre.empty()) fields.genre = genreName(fields.genreNumber);
     fields.genreNumber = findGenre(fields.genre);
     for (const auto field : kTextFields)
-        (fields.*field).erase(std::remove(std::begin(fields.*field), std::end(fields.*field), '\0'), std::end(fields.*field));
+        (fields.*field)
+            .erase(std::remove(std::begin(fields.*field), std::end(fields.*field), '\0'), std::end(fields.*field));
     return fields;
 }
 
-std::optional<Bytes> editId3v2(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields, const TagFields* shown) {
+std::optional<Bytes> editId3v2(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
+                               const TagFields* shown) {
     Id3v2Tag tag;
     if (const TagBlock* block = findId3v2(layout)) {
         auto parsed = parseId3v2(reader, block->range);
-        if (!parsed) return std::nullopt; // nothing that cannot be read whole is written anew
+        if (!parsed) return std::nullopt;  // nothing that cannot be read whole is written anew
         tag = std::move(*parsed);
     }
     setFields(tag, fields, shown);
@@ -179,7 +187,7 @@ bool canHold(HeadTailReader& reader, const FileLayout& layout, int kinds) {
     return mpeg || (kinds & (kTagId3v1 | kTagId3v2)) == 0;
 }
 
-} // namespace
+}  // namespace
 
 bool isMpegInWave(HeadTailReader& reader, const FileLayout& layout) {
     if (layout.container != Container::Wave) return false;
@@ -187,7 +195,7 @@ bool isMpegInWave(HeadTailReader& reader, const FileLayout& layout) {
     if (format == nullptr || format->body.size() < 2) return false;
     const auto bytes = reader.view(format->body.begin, 2);
     const uint32_t tag = bytes.size() == 2 ? littleEndian16(bytes.data()) : 0;
-    return tag == 0x50 || tag == 0x55; // WAVE_FORMAT_MPEG, WAVE_FORMAT_MPEGLAYER3
+    return tag == 0x50 || tag == 0x55;  // WAVE_FORMAT_MPEG, WAVE_FORMAT_MPEGLAYER3
 }
 
 std::optional<Recipe> planWrite(HeadTailReader& reader, const FileLayout& layout, int kinds, const TagFields& given,
@@ -199,7 +207,8 @@ std::optional<Recipe> planWrite(HeadTailReader& reader, const FileLayout& layout
         return asShown != nullptr ? asShown(read) : read;
     };
     const auto sameTexts = [&](const TagFields& shown) {
-        return std::all_of(std::begin(kTextFields), std::end(kTextFields), [&](auto f) { return fields.*f == shown.*f; });
+        return std::all_of(std::begin(kTextFields), std::end(kTextFields),
+                           [&](auto f) { return fields.*f == shown.*f; });
     };
 
     NewTags tags;
@@ -277,7 +286,7 @@ std::optional<Recipe> planMp3(HeadTailReader& reader, const FileLayout& layout) 
     const Bytes made = toBytes(makeId3v1(all));
     Bytes id3v1 = old.empty() ? Bytes{} : bytesOf(reader, old);
     const TagFields base = normalised(sound);
-    const bool edited = base != all; // the SI fields say more than the other tags, or something else
+    const bool edited = base != all;  // the SI fields say more than the other tags, or something else
     if (edited && readId3v1(id3v1) != readId3v1(made)) id3v1 = made;
     const bool fitsId3v1 = [&] {
         const TagFields read = readId3v1(id3v1);
@@ -306,4 +315,4 @@ std::optional<Recipe> planMp3(HeadTailReader& reader, const FileLayout& layout) 
     return recipe;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -11,13 +11,15 @@
 
 namespace vbmp3 {
 
-// What a caller sees of fields, since his texts have a fixed length. A field that he hands back as he saw it is not edited.
+// What a caller sees of fields, since his texts have a fixed length. A field that he hands back as he saw it is not
+// edited.
 using AsShown = TagFields (*)(const TagFields&);
 
 // Writes the fields into the tags of the mask `kinds`. Every other part of the file stays: pictures and unknown frames,
-// lyrics, APE, chunks. ID3v2 keeps its version; a new one is 2.3. An appended ID3v2 tag moves to the head. In an RMP the
-// SI fields bring the ID3v1 block IID3 along, which stays the last 128 bytes of the file. ID3v1 and ID3v2 are for MPEG
-// audio (alone, in RMP, in WAVE), SI for RIFF files; nothing for another combination, or a tag too large for its format.
+// lyrics, APE, chunks. ID3v2 keeps its version; a new one is 2.3. An appended ID3v2 tag moves to the head. In an RMP
+// the SI fields bring the ID3v1 block IID3 along, which stays the last 128 bytes of the file. ID3v1 and ID3v2 are for
+// MPEG audio (alone, in RMP, in WAVE), SI for RIFF files; nothing for another combination, or a tag too large for its
+// format.
 std::optional<Recipe> planWrite(HeadTailReader& reader, const FileLayout& layout, int kinds, const TagFields& fields,
                                 AsShown asShown = nullptr);
 // Takes the tags of the mask off; those that are not there are no failure.
@@ -26,11 +28,11 @@ std::optional<Recipe> planRemove(HeadTailReader& reader, const FileLayout& layou
 // MP3 (or MP3 in WAVE) to RMP: everything but ID3v1 goes into the data chunk, the fields into SI, ID3v1 into IID3.
 std::optional<Recipe> planRmp(HeadTailReader& reader, const FileLayout& layout);
 // RMP (or MP3 in WAVE) to MP3: what stands in the data chunk, with the SI fields carried over into ID3v2, and ID3v1.
-// ID3v2 is added only when ID3v1 cannot hold the fields. Gives back the very file that planRmp was given when that had an
-// ID3v1 tag and nobody has edited since.
+// ID3v2 is added only when ID3v1 cannot hold the fields. Gives back the very file that planRmp was given when that had
+// an ID3v1 tag and nobody has edited since.
 std::optional<Recipe> planMp3(HeadTailReader& reader, const FileLayout& layout);
 
 // True for a WAVE whose samples are MPEG audio.
 bool isMpegInWave(HeadTailReader& reader, const FileLayout& layout);
 
-} // namespace vbmp3
+}  // namespace vbmp3

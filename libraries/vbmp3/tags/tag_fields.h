@@ -8,15 +8,15 @@ namespace vbmp3 {
 constexpr int kNoGenre = 255;
 
 struct TagFields {
-    std::string title, artist, album, comment, year, genre, track; // track: "5" or "5/12"
-    int genreNumber = kNoGenre;                                    // ID3v1 number of `genre` when it has one
+    std::string title, artist, album, comment, year, genre, track;  // track: "5" or "5/12"
+    int genreNumber = kNoGenre;                                     // ID3v1 number of `genre` when it has one
 
     bool operator==(const TagFields&) const = default;
 };
 
 // All text fields, for what is done to each of them alike.
-constexpr std::string TagFields::*kTextFields[] = {&TagFields::title, &TagFields::artist, &TagFields::album,
-                                                   &TagFields::comment, &TagFields::year, &TagFields::genre,
+constexpr std::string TagFields::*kTextFields[] = {&TagFields::title,   &TagFields::artist, &TagFields::album,
+                                                   &TagFields::comment, &TagFields::year,   &TagFields::genre,
                                                    &TagFields::track};
 
 // Takes over what `to` lacks.
@@ -26,4 +26,4 @@ inline void addMissing(TagFields& to, const TagFields& from) {
         if ((to.*field).empty()) to.*field = from.*field;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -16,22 +16,24 @@ const TagBlock* findId3v2(const FileLayout& layout) {
 }
 
 int presentTags(const FileLayout& layout) {
-    const bool si = std::any_of(layout.info.begin(), layout.info.end(), [](const RiffChunk& chunk) { return !chunk.is("IID3"); });
-    return (layout.id3v1().empty() ? 0 : kTagId3v1) | (findId3v2(layout) == nullptr ? 0 : kTagId3v2) | (si ? kTagSi : 0);
+    const bool si =
+        std::any_of(layout.info.begin(), layout.info.end(), [](const RiffChunk& chunk) { return !chunk.is("IID3"); });
+    return (layout.id3v1().empty() ? 0 : kTagId3v1) | (findId3v2(layout) == nullptr ? 0 : kTagId3v2) |
+           (si ? kTagSi : 0);
 }
 
 TagFields readTagKind(HeadTailReader& reader, const FileLayout& layout, int kind) {
     switch (kind) {
-    case kTagId3v1:
-        return readId3v1(reader.view(layout.id3v1().begin, static_cast<size_t>(layout.id3v1().size())));
-    case kTagId3v2: {
-        const TagBlock* block = findId3v2(layout);
-        return block != nullptr ? readId3v2(reader, block->range) : TagFields{};
-    }
-    case kTagSi:
-        return readRiffInfo(reader, layout);
-    default:
-        return {};
+        case kTagId3v1:
+            return readId3v1(reader.view(layout.id3v1().begin, static_cast<size_t>(layout.id3v1().size())));
+        case kTagId3v2: {
+            const TagBlock* block = findId3v2(layout);
+            return block != nullptr ? readId3v2(reader, block->range) : TagFields{};
+        }
+        case kTagSi:
+            return readRiffInfo(reader, layout);
+        default:
+            return {};
     }
 }
 
@@ -49,4 +51,4 @@ TagFields readTags(HeadTailReader& reader, const FileLayout& layout) {
     return fields;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3
