@@ -1,6 +1,6 @@
 // The sound chain between a source and the output: equalizer, then pitch and tempo, then a limiter that acts only while
-// one of the two is on. With all of them at normal the samples pass bit-exact. Lives on one thread, the player's output thread; only the
-// settings and position() are touched by others.
+// one of the two is on. With all of them at normal the samples pass bit-exact. Lives on one thread, the player's output
+// thread; only the settings and position() are touched by others.
 //
 // Frames are numbered on both sides. Output frames count what process and finish have given; source frames count
 // what was put in, from the number that reset or beginTrack named. A stage that needs to look ahead keeps samples back
