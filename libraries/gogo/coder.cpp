@@ -1,0 +1,247 @@
+#include "libraries/gogo/coder.h"
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+
+namespace gogo {
+namespace {
+
+constexpr int kMostThreads = 64;
+
+// Keeps the last `count` samples.
+void keepEnd(Pcm& pcm, size_t count)
+{
+    for (std::vector<float>* side : {&pcm.left, &pcm.right}) {
+        if (side->size() > count)
+            side->erase(side->begin(), side->end() - long(count));
+    }
+}
+
+} // namespace
+
+std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error& error)
+{
+    std::unique_ptr<Coder> self(new Coder);
+    self->settings_ = settings;
+    self->reader_ = PcmReader::open(settings.source, settings.frequency, settings.channels == ChannelMode::Mono, error);
+    if (!self->reader_)
+        return nullptr;
+    if (vbmp3::isSameFile(settings.source, settings.destination)) {
+        error = Error::SameFile;
+        return nullptr;
+    }
+    self->channels_ = self->reader_->channels();
+    if (!askEncoder(settings, self->channels_, self->facts_)) {
+        error = Error::Encoder;
+        return nullptr;
+    }
+    self->frames_ = frameCount(self->reader_->length(), self->facts_);
+    self->parts_ = partCount(self->frames_);
+    self->file_ = vbmp3::FileTransaction::begin(settings.destination);
+    if (!self->file_) {
+        error = Error::Destination;
+        return nullptr;
+    }
+    const int cores = threads > 0 ? threads : int(std::thread::hardware_concurrency());
+    const auto count = std::clamp<int64_t>(cores, 1, std::min<int64_t>(kMostThreads, self->parts_));
+    self->allowedPart_ = count + 2;
+    for (int64_t i = 0; i < count; ++i)
+        self->threads_.emplace_back(&Coder::work, self.get());
+    error = Error::None;
+    return self;
+}
+
+Coder::~Coder() { stop(); }
+
+void Coder::stop()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+    }
+    room_.notify_all();
+    for (std::thread& thread : threads_)
+        thread.join();
+    threads_.clear();
+}
+
+void Coder::work() noexcept
+{
+    Error error = Error::None;
+    try {
+        bool more = true;
+        while (more && error == Error::None)
+            error = encodeNext(more);
+    } catch (...) {
+        error = Error::Memory;
+    }
+    if (error == Error::None)
+        return;
+    {
+        const std::lock_guard lock(mutex_);
+        if (workError_ == Error::None)
+            workError_ = error;
+        stopping_ = true;
+    }
+    progress_.notify_all();
+    room_.notify_all();
+}
+
+bool Coder::takePart(int64_t& index, Part& part, Pcm& pcm)
+{
+    const std::lock_guard lock(reading_);
+    if (nextPart_ >= parts_ || readError_ != Error::None)
+        return false;
+    {
+        std::unique_lock wait(mutex_);
+        room_.wait(wait, [&] { return stopping_ || nextPart_ < allowedPart_; });
+        if (stopping_)
+            return false;
+    }
+    index = nextPart_++;
+    part = partAt(index, frames_);
+    // LAME gives a frame when it has seen the one after it.
+    const int64_t begin = (part.first - part.lead()) * facts_.samplesPerFrame;
+    const int64_t end = part.last ? reader_->length()
+                                  : std::min(reader_->length(),
+                                             (part.first + part.frames + part.overlap() + 1) * facts_.samplesPerFrame);
+    pcm = std::move(carry_);
+    carry_ = {};
+    if (!reader_->read(end - begin - int64_t(pcm.size()), pcm)) {
+        readError_ = Error::Source;
+        return true;
+    }
+    if (!part.last) {
+        const int64_t nextBegin = (part.first + part.frames - kLeadIn) * facts_.samplesPerFrame;
+        carry_ = pcm;
+        keepEnd(carry_, size_t(std::max<int64_t>(0, end - nextBegin)));
+    }
+    return true;
+}
+
+Error Coder::encodeNext(bool& more)
+{
+    int64_t index = 0;
+    Part part;
+    Pcm pcm;
+    more = takePart(index, part, pcm);
+    if (!more)
+        return Error::None;
+    if (readError_ != Error::None)
+        return readError_;
+    const auto frameDone = [&] {
+        {
+            const std::lock_guard lock(mutex_);
+            ++encoded_;
+        }
+        progress_.notify_one();
+        return !stopping_.load();
+    };
+    FrameRun run;
+    const Error error = encodePart(settings_, channels_, part, pcm, frameDone, run);
+    if (error != Error::None || stopping_)
+        return error;
+    {
+        const std::lock_guard lock(mutex_);
+        ready_.emplace(index, std::move(run));
+    }
+    progress_.notify_one();
+    return Error::None;
+}
+
+Error Coder::processFrame()
+{
+    if (error_ != Error::None || finished_)
+        return Error::State;
+    try {
+        ++processed_;
+        {
+            std::unique_lock lock(mutex_);
+            progress_.wait(lock, [&] {
+                return workError_ != Error::None
+                       || (encoded_ >= processed_ && (processed_ < frames_ || ready_.size() + size_t(collected_) == size_t(parts_)));
+            });
+            if (workError_ != Error::None)
+                error_ = workError_;
+        }
+        if (error_ == Error::None)
+            error_ = collect();
+        if (error_ == Error::None && processed_ == frames_)
+            error_ = finish();
+    } catch (...) {
+        error_ = Error::Memory;
+    }
+    if (error_ != Error::None) {
+        stop();
+        file_.reset();
+    }
+    return error_;
+}
+
+Error Coder::collect()
+{
+    for (;;) {
+        FrameRun run;
+        {
+            const std::lock_guard lock(mutex_);
+            const auto found = ready_.find(collected_);
+            if (found == ready_.end())
+                return Error::None;
+            run = std::move(found->second);
+            ready_.erase(found);
+            ++collected_;
+            ++allowedPart_;
+        }
+        room_.notify_all();
+        if (collected_ > 1) {
+            if (!held_.join(run, run.first() + kOverlap))
+                return Error::Encoder;
+            if (const Error error = write(held_); error != Error::None)
+                return error;
+        }
+        held_ = std::move(run);
+        if (collected_ == parts_)
+            return write(held_);
+    }
+}
+
+Error Coder::write(const FrameRun& run)
+{
+    if (infoBytes_ == 0) {
+        std::copy_n(run.bytes().begin(), 4, info_.firstHeader.begin());
+        info_.variableBitRate = settings_.vbrQuality >= 0;
+        info_.vbrQuality = settings_.vbrQuality;
+        info_.bitRate = facts_.bitRate;
+        info_.sourceRate = reader_->sourceRate();
+        info_.lowpass = facts_.lowpass;
+        info_.encoderDelay = facts_.delay;
+        info_.encoderPadding = int(frames_ * facts_.samplesPerFrame - facts_.delay - reader_->length());
+        const auto placeholder = makeInfoFrame(info_);
+        infoBytes_ = placeholder.size();
+        if (infoBytes_ == 0)
+            return Error::Encoder;
+        if (!file_->write(placeholder))
+            return Error::Destination;
+    }
+    for (int64_t frame = run.first(); frame < run.end(); ++frame)
+        info_.frameSizes.push_back(uint16_t(run.frameBytes(frame)));
+    info_.soundBytes += run.bytes().size();
+    info_.soundCrc = crc16(info_.soundCrc, run.bytes());
+    return file_->write(run.bytes()) ? Error::None : Error::Destination;
+}
+
+Error Coder::finish()
+{
+    stop();
+    const auto info = makeInfoFrame(info_);
+    if (info.size() != infoBytes_ || int64_t(info_.frameSizes.size()) != frames_)
+        return Error::Encoder;
+    if (!file_->writeAt(0, info) || file_->commit() != vbmp3::FileTransaction::Error::None)
+        return Error::Destination;
+    file_.reset();
+    finished_ = true;
+    return Error::None;
+}
+
+} // namespace gogo

@@ -1,0 +1,69 @@
+// The C interface of gogo.dll: encodes one WAVE file into one MP3 file, frame by frame, with LAME.
+//
+// A run is MPGE_initializeWorkVB, any MPGE_setConfigureVB, MPGE_detectConfigureVB, MPGE_processFrameVB until it gives
+// GOGO_FINISHED, MPGE_closeCoderVB, MPGE_endCoderVB. There is one work area; all calls come from one thread. Texts are
+// UTF-8. Every call returns GOGO_OK or an error, unless it says otherwise; no exception leaves the library.
+//
+// The library encodes on all processor cores, ahead of the frames that are asked for. The destination appears, or is
+// replaced, only with the last frame; a run that is closed before leaves nothing behind.
+#pragma once
+
+#include <stdint.h>
+
+#if defined(_WIN32) && defined(GOGO_BUILD)
+#define GOGO_API __declspec(dllexport)
+#elif defined(_WIN32) && !defined(GOGO_STATIC)
+#define GOGO_API __declspec(dllimport)
+#else
+#define GOGO_API __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+enum {
+    GOGO_OK = 0,
+    GOGO_FINISHED = 1,           // MPGE_processFrameVB only
+    GOGO_ERROR_STATE = 2,        // the call does not belong here: no work area, nothing running, running already
+    GOGO_ERROR_ARGUMENT = 3,     // unknown item, value out of range
+    GOGO_ERROR_SOURCE = 4,       // missing, unreadable, or it ends before its time
+    GOGO_ERROR_FORMAT = 5,       // not a WAVE file with samples, or a coding that is not read
+    GOGO_ERROR_DESTINATION = 6,  // cannot be written: no such folder, disk full, read-only, in use
+    GOGO_ERROR_SAME_FILE = 7,    // destination is the source, by whatever name
+    GOGO_ERROR_MEMORY = 8,
+    GOGO_ERROR_ENCODER = 9       // the encoder refuses the settings
+};
+
+// Items of MPGE_setConfigureVB and MPGE_getConfigureVB.
+enum {
+    GOGO_ITEM_SOURCE = 1,        // text: WAVE file; integer PCM of 8 to 32 bits, float, A-law, mu-law, ADPCM; any rate and channels
+    GOGO_ITEM_DESTINATION = 2,   // text: MP3 file
+    GOGO_ITEM_CHANNELS = 3,      // 0 mono, 1 stereo, 2 joint stereo (default); a mono source stays mono
+    GOGO_ITEM_BIT_RATE = 4,      // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows; with VBR the least
+    GOGO_ITEM_FREQUENCY = 6,     // Hz of the output, one of the nine of MPEG audio (default 44100)
+    GOGO_ITEM_FRAMES = 15,       // get only, after MPGE_detectConfigureVB: number of frames of the whole run
+    GOGO_ITEM_VBR_QUALITY = 18   // 0 best to 9 smallest; without it the bit rate is constant
+};
+
+// Number of processor cores that an encode uses.
+GOGO_API int32_t MPGE_getUnitStatesVB(int32_t* state);
+GOGO_API int32_t MPGE_initializeWorkVB(void);
+// `text` counts for items 1 and 2, `value` for the others.
+GOGO_API int32_t MPGE_setConfigureVB(int32_t item, int32_t value, const char* text);
+// Opens source and destination as configured.
+GOGO_API int32_t MPGE_detectConfigureVB(void);
+// Numbers only.
+GOGO_API int32_t MPGE_getConfigureVB(int32_t item, int32_t* value);
+// One frame further: GOGO_OK there are more, GOGO_FINISHED the file is complete and in its place, else an error, and
+// the run is over.
+GOGO_API int32_t MPGE_processFrameVB(void);
+// Ends the run; an unfinished destination is removed.
+GOGO_API int32_t MPGE_closeCoderVB(void);
+// Releases the work area, and closes what is open.
+GOGO_API int32_t MPGE_endCoderVB(void);
+GOGO_API int32_t MPGE_getVersionVB(char* text, uint32_t size); // "1.0.0"
+
+#ifdef __cplusplus
+}
+#endif

@@ -1,0 +1,154 @@
+// Long files are encoded in parts side by side; what is heard and what is written must not tell.
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+#include <lame/lame.h>
+
+#include "libraries/vbmp3/mpeg_header.h"
+#include "tests/gogo/support.h"
+
+using namespace gogo;
+using namespace gogo::test;
+using vbmp3::test::readBytes;
+using vbmp3::test::TempDir;
+using vbmp3::test::writeBytes;
+
+namespace {
+
+constexpr int64_t kLength = 1152 * 2600;
+
+// By one encoder from front to back.
+Samples oneEncoder(const TempDir& dir, const Samples& sound, const Settings& settings)
+{
+    lame_global_flags* lame = lame_init();
+    lame_set_in_samplerate(lame, 44100);
+    lame_set_out_samplerate(lame, 44100);
+    lame_set_num_channels(lame, 2);
+    lame_set_bWriteVbrTag(lame, 0);
+    if (settings.vbrQuality >= 0) {
+        lame_set_VBR(lame, vbr_default);
+        lame_set_VBR_q(lame, settings.vbrQuality);
+        lame_set_VBR_min_bitrate_kbps(lame, settings.bitRate);
+        lame_set_VBR_hard_min(lame, 1);
+    } else {
+        lame_set_brate(lame, settings.bitRate);
+    }
+    lame_init_params(lame);
+    Bytes bytes(sound.size() + 100000);
+    const int got = lame_encode_buffer_interleaved_ieee_float(lame, sound.data(), int(sound.size() / 2), bytes.data(), int(bytes.size()));
+    const int rest = lame_encode_flush(lame, bytes.data() + got, int(bytes.size()) - got);
+    lame_close(lame);
+    bytes.resize(size_t(got + rest));
+    writeBytes(dir.path("one.mp3"), bytes);
+    Samples heard = decode(dir.path("one.mp3")).samples;
+    // Without an information frame nothing is cut off: the encoder's and the decoder's delay are still there.
+    heard.erase(heard.begin(), heard.begin() + 2 * (576 + vbmp3::kDecoderDelay));
+    heard.resize(sound.size());
+    return heard;
+}
+
+const Samples& longMusic()
+{
+    static const Samples sound = music(44100, 2, kLength);
+    return sound;
+}
+
+class Parts : public testing::TestWithParam<std::pair<int, int>> {
+protected:
+    TempDir dir;
+};
+
+TEST_P(Parts, SoundAsOneEncoderMakesItAndAreTheSameOnAnyNumberOfCores)
+{
+    const Samples& sound = longMusic();
+    writeBytes(dir.path("source.wav"), wave(sound, 44100, 2, {32, true}));
+    Settings s;
+    s.source = dir.path("source.wav");
+    s.destination = dir.path("result.mp3");
+    s.bitRate = GetParam().first;
+    s.vbrQuality = GetParam().second;
+    ASSERT_EQ(encode(s, 1), 2601);
+    const Bytes bytes = readBytes(s.destination);
+    for (const int threads : {2, 3}) {
+        ASSERT_EQ(encode(s, threads), 2601);
+        EXPECT_TRUE(readBytes(s.destination) == bytes) << threads;
+    }
+
+    const Decoded heard = decode(s.destination);
+    ASSERT_EQ(heard.frames(), kLength);
+    const Samples one = oneEncoder(dir, sound, s);
+    Settings other = s;
+    other.bitRate = s.vbrQuality >= 0 ? s.bitRate : s.bitRate == 320 ? 256 : s.bitRate == 128 ? 112 : 56;
+    other.vbrQuality = s.vbrQuality >= 0 ? s.vbrQuality + 1 : -1;
+    const Samples otherSetting = oneEncoder(dir, sound, other);
+    const auto largest = [](const Samples& a, const Samples& b, int64_t begin, int64_t end) {
+        float most = 0;
+        for (int64_t i = 2 * begin; i < 2 * end; ++i)
+            most = std::max(most, std::abs(a[size_t(i)] - b[size_t(i)]));
+        return most;
+    };
+    for (int part = 1; part < 3; ++part) {
+        // A second on both sides of where the next part takes over.
+        const int64_t seam = int64_t{kPartFrames} * part * 1152 - 576, begin = seam - 44100, end = seam + 44100;
+        const double error = differenceDb(sound, heard.samples, 2, begin, end);
+        const double oneError = differenceDb(sound, one, 2, begin, end);
+        const float step = largest(one, heard.samples, begin, end), settingStep = largest(one, otherSetting, begin, end);
+        std::printf("seam %d: error %.2f dB, one encoder %.2f dB; largest difference %.4f, of another setting %.4f\n", part,
+                    error, oneError, double(step), double(settingStep));
+        EXPECT_LT(error, oneError + 0.1);
+        EXPECT_LE(step, settingStep);
+        for (int64_t at = seam - 12 * 1152; at < seam + 40 * 1152; at += 4 * 1152)
+            EXPECT_LT(differenceDb(sound, heard.samples, 2, at, at + 4 * 1152), differenceDb(sound, one, 2, at, at + 4 * 1152) + 1) << (at - seam) / 1152;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Settings, Parts, testing::Values(std::pair(128, -1), std::pair(320, -1), std::pair(64, -1), std::pair(32, 2), std::pair(32, 6)));
+
+TEST(FrameRun, RefusesWhatIsNoRunOfFrames)
+{
+    const Bytes file = vbmp3::test::mp3File(44100, 2, vbmp3::test::tone(44100, 2, 30000));
+    FrameRun run;
+    EXPECT_TRUE(run.assign(file, 0));
+    for (const size_t cut : {size_t(1), size_t(3), file.size() - 1})
+        EXPECT_FALSE(run.assign(Bytes(file.begin(), file.begin() + long(cut)), 0)) << cut;
+    EXPECT_FALSE(run.assign(Bytes(1000, 0x55), 0));
+}
+
+TEST(FrameRun, JoinedRunsDecodeToTheFirstThenTheSecond)
+{
+    const TempDir dir;
+    const auto left = vbmp3::test::tone(44100, 1, 1152 * 60, 440), right = vbmp3::test::tone(44100, 1, 1152 * 60, 3000);
+    const vbmp3::test::Mp3Options plain{64, false};
+    for (const int bitRate : {0, 32, 64, 160}) {
+        vbmp3::test::Mp3Options options = plain;
+        options.bitRate = bitRate;
+        FrameRun a, b;
+        ASSERT_TRUE(a.assign(vbmp3::test::mp3File(44100, 1, left, options), 0));
+        ASSERT_TRUE(b.assign(vbmp3::test::mp3File(44100, 1, right, options), 0));
+        ASSERT_TRUE(a.join(b, 40)) << bitRate;
+        ASSERT_EQ(a.end(), b.first());
+        const int64_t seam = a.end();
+        Bytes bytes = a.bytes();
+        bytes.insert(bytes.end(), b.bytes().begin(), b.bytes().end());
+        writeBytes(dir.path("joined.mp3"), bytes);
+        const Samples heard = decode(dir.path("joined.mp3")).samples;
+        ASSERT_EQ(heard.size(), size_t(61) * 1152) << bitRate;
+        const auto loudness = [&](int64_t frame, double hertz) {
+            double re = 0, im = 0;
+            for (int i = 0; i < 1152; ++i) {
+                const double x = double(heard[size_t(frame * 1152 + i)]), phase = 2 * M_PI * hertz * i / 44100;
+                re += x * std::cos(phase), im += x * std::sin(phase);
+            }
+            return std::hypot(re, im);
+        };
+        for (int64_t frame = 4; frame < 58; ++frame) {
+            if (frame >= seam - 1 && frame <= seam + 1)
+                continue;
+            const bool first = frame < seam;
+            EXPECT_GT(loudness(frame, first ? 440 : 3000), 20 * loudness(frame, first ? 3000 : 440)) << bitRate << ": " << frame;
+        }
+    }
+}
+
+} // namespace
