@@ -256,16 +256,19 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
     if (result == PlayResult::Playing) {
         state_.PlayerStatus = kPlay;
         state_.PositionSeconds = 0;
-        if (state_.playedByVbmp3() && !missingDeviceTold_ && !vbmp3_.vbmp3_hasOutputDevice()) {
-            missingDeviceTold_ = true;
-            display_.showInformation(display_.information() + kNoDevice);
-        }
+        if (state_.playedByVbmp3()) TellMissingDevice();
     } else if (result == PlayResult::Waiting) {
         state_.PlayerStatus = kWait;
     }
     status_.ShowStatus();
     display_.refreshDisplay();
     return result;
+}
+
+void MediaEngine::TellMissingDevice() {
+    if (missingDeviceTold_ || vbmp3_.vbmp3_hasOutputDevice()) return;
+    missingDeviceTold_ = true;
+    display_.showInformation(display_.information() + kNoDevice);
 }
 
 void MediaEngine::StopMedia() {

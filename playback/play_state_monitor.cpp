@@ -256,6 +256,8 @@ void PlayStateMonitor::libraryEvent(int event) {
         RenewNextFile();
     } else if (event == VBMP3_EVENT_NEXT_TRACK) {
         followLibrary();
+    } else if (event == VBMP3_EVENT_DEVICE_LOST) {
+        engine_.TellMissingDevice();
     }
 }
 

@@ -175,5 +175,16 @@ TEST(EndOfTrackEvent, RunsTheRuleAtOnce) {
     EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");
 }
 
+TEST(DeviceLost, IsToldBehindTheFormatAndTheTrackGoesOn) {
+    Player p;
+    p.fillList(1);
+    p.playRow(0, kSingle);
+    p.vbmp3.deviceThere = false;
+    p.vbmp3.listener(VBMP3_EVENT_DEVICE_LOST);
+    p.windows.pumpMessages();
+    EXPECT_THAT(p.display.info, testing::EndsWith("ﾃﾞﾊﾞｲｽなし"));
+    EXPECT_EQ(p.state.PlayerStatus, kPlay);
+}
+
 }  // namespace
 }  // namespace quenlox
