@@ -84,7 +84,7 @@ class Scenario:
         """A copy of the built product in the scenario's folder, with no settings yet; returns the folder."""
         folder = self.dir / name
         shutil.rmtree(folder, ignore_errors=True)
-        shutil.copytree(PRODUCT, folder)
+        shutil.copytree(PRODUCT, folder, ignore=shutil.ignore_patterns("Quenlox.ini", "Quenlox.m3u"))
         return folder
 
     def start_product(self, *arguments, folder=None, **options):
