@@ -1,6 +1,10 @@
 #include "app/application.h"
 
+#include <ctime>
+#include <iterator>
+
 #include "app/command_line.h"
+#include "text/numbers.h"
 #include "text/paths.h"
 
 namespace quenlox {
@@ -100,13 +104,20 @@ void Application::showHelp() {
     services_.shell.WinHelp(top_, helpFile_, kHelpContext, kHelpContextData);
 }
 
-std::string Application::figures() const {
+FormTop::Figures Application::figures() const {
     static constexpr const char* kListNames[] = {"A", "B", "C"};
+    FormTop::Figures figures;
     const int list = state_.ListNo;
-    if (list < 0 || list > 2) return {};
-    const int current = state_.CurrentIndex[static_cast<std::size_t>(list)];
-    const std::string place = current < 0 ? "-" : std::to_string(current + 1);
-    return std::string(kListNames[list]) + " " + place + "/" + std::to_string(lists_.count(list));
+    if (list >= 0 && list < static_cast<int>(std::size(kListNames))) {
+        const int current = state_.CurrentIndex[static_cast<std::size_t>(list)];
+        figures.listPlace = std::string(kListNames[list]) + " " + (current < 0 ? "-" : std::to_string(current + 1)) + "/" +
+                            std::to_string(lists_.count(list));
+    }
+    const std::time_t now = std::time(nullptr);
+    if (const std::tm* local = std::localtime(&now)) {
+        figures.clock = TwoDigits(local->tm_hour) + ":" + TwoDigits(local->tm_min);
+    }
+    return figures;
 }
 
 void Application::unload() {

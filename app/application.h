@@ -66,7 +66,7 @@ class Application {
     void followOptions();
     void openFirstFile();
     void showHelp();
-    std::string figures() const;
+    FormTop::Figures figures() const;
 
     Services services_;
     std::string commandLine_;

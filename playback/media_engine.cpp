@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #include "app/global_state.h"
 #include "playback/main_display.h"
@@ -24,6 +25,20 @@ constexpr const char* kNoDevice = " ﾃﾞﾊﾞｲｽなし";
 template <std::size_t N>
 std::string Field(const char (&field)[N]) {
     return TrimAtNull({field, N});
+}
+
+// One line that fits the information label: MPEG audio from its figures ("MPEG1 Layer3 44.1kHz 128kbps"), everything
+// else as the library names it.
+std::string FormatText(const vbmp3_FileInfo& info) {
+    std::string text = Field(info.format);
+    if (text == "WAVE_FORMAT_PCM") text = "WAVE PCM";
+    if (info.layer > 0) {
+        char line[64];
+        std::snprintf(line, sizeof line, "MPEG%g Layer%d %gkHz %dkbps", info.mpegVersion / 10.0, info.layer,
+                      info.sampleRate / 1000.0, (info.bitRate + 500) / 1000);
+        text = line;
+    }
+    return info.variableBitRate != 0 ? text + " VBR" : text;
 }
 
 }  // namespace
@@ -168,10 +183,7 @@ void MediaEngine::showOpened(const vbmp3_FileInfo& info) {
     state_.TotalSeconds = info.seconds;
     title_ = Field(info.title);
     artist_ = Field(info.artist);
-    std::string format = Field(info.format);
-    if (format == "WAVE_FORMAT_PCM") format = "WAVE PCM";
-    if (info.variableBitRate != 0) format += " VBR";
-    display_.showInformation(format);
+    display_.showInformation(FormatText(info));
 }
 
 void MediaEngine::showOpenedByMediaControl() {

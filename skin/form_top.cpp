@@ -72,7 +72,7 @@ FormTop::FormTop(GlobalState& state, OptionControls& options, FileSystem& files,
     };
     Timer3.onTimer = [this] {
         playback_.engine->status().ShowStatus();
-        renderDisplayC();
+        showFigures();
     };
     Timer4.onTimer = [this] {
         if (hooks_.idle) hooks_.idle();
@@ -120,7 +120,7 @@ void FormTop::showBar(double fraction) {
 }
 
 void FormTop::refreshDisplay() {
-    renderDisplayC();
+    showFigures();
     repaint(composed_.rect());
 }
 

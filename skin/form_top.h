@@ -53,6 +53,11 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
         PitchControl* pitch = nullptr;
         VolumeControl* volume = nullptr;
     };
+    // Figures that change by themselves, asked for with every refresh of the status.
+    struct Figures {
+        std::string listPlace;  // "A 3/120"
+        std::string clock;      // "21:40"
+    };
     // What the main window sets going and others do; each may be empty.
     struct Hooks {
         std::function<void()> fillTagWindow;
@@ -62,7 +67,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
         std::function<void()> pollConverter, updateLyrics, idle;
         std::function<void()> help;
         std::function<void()> unload;                      // the program ends: stop, save, release
-        std::function<std::string()> figures;              // the line of display C
+        std::function<Figures()> figures;
     };
 
     FormTop(GlobalState& state, OptionControls& options, FileSystem& files, Dialogs& dialogs, Shell& shell,
@@ -189,7 +194,8 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     void drawBars();
     void drawDisplays();
     TextStyle labelStyle(const Label& label) const;
-    void renderDisplayC();  // draws it anew when its line has changed
+    void showFigures();
+    void renderDisplayC();
 
     // form_top.cpp
     void press(ControlArray<PictureBox>& array, int index, bool onPanel);

@@ -116,14 +116,21 @@ void FormTop::drawVolumeLevel() {
     DisplayD.refresh();
 }
 
+void FormTop::showFigures() {
+    const Figures figures = hooks_.figures ? hooks_.figures() : Figures{};
+    mainLabel[kListLabel].setCaption(figures.listPlace);
+    const std::string line = figures.listPlace + "  " + figures.clock;
+    if (line == displayCText_) return;
+    displayCText_ = line;
+    renderDisplayC();
+}
+
 void FormTop::renderDisplayC() {
     if (!DisplayC.visible()) return;
-    const std::string text = hooks_.figures ? hooks_.figures() : std::string();
-    Surface& surface = DisplayC.surface();
-    surface.fill(DisplayC.backColor());
+    DisplayC.surface().fill(DisplayC.backColor());
     TextStyle style = labelStyle(mainLabel[kInformationLabel]);
     style.centred = true;
-    painter_.draw(surface, surface.rect(), text, style);
+    painter_.draw(DisplayC.surface(), DisplayC.surface().rect(), displayCText_, style);
     DisplayC.refresh();
 }
 

@@ -52,6 +52,12 @@ class FakeVbmp3 : public Vbmp3 {
         info.fileType = type;
         info.seconds = length;
         info.genreNumber = 255;
+        if (type & (VBMP3_TYPE_MPEG | VBMP3_TYPE_RMP)) {
+            info.mpegVersion = 10;
+            info.layer = 3;
+            info.sampleRate = 44100;
+            info.bitRate = 128000;
+        }
         set(info.title, title);
         set(info.artist, artist);
         set(info.album, album);

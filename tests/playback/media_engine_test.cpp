@@ -60,9 +60,9 @@ TEST(OpenMedia, ShowsWhatTheFileSaysOfItself) {
         const char* information;
     };
     const Case cases[] = {
-        {VBMP3_TYPE_MPEG, "Song", 0, 1, "Song", "MPEG1 Layer3 44100Hz 128kbit/s Stereo"},
-        {VBMP3_TYPE_MPEG, "Song", 1, 0, "曲.mp3", "MPEG1 Layer3 44100Hz 128kbit/s Stereo VBR"},
-        {VBMP3_TYPE_MPEG, "", 0, 1, "no title", "MPEG1 Layer3 44100Hz 128kbit/s Stereo"},
+        {VBMP3_TYPE_MPEG, "Song", 0, 1, "Song", "MPEG1 Layer3 44.1kHz 128kbps"},
+        {VBMP3_TYPE_MPEG, "Song", 1, 0, "曲.mp3", "MPEG1 Layer3 44.1kHz 128kbps VBR"},
+        {VBMP3_TYPE_MPEG, "", 0, 1, "no title", "MPEG1 Layer3 44.1kHz 128kbps"},
         {VBMP3_TYPE_WAVE, "", 0, 0, "曲.mp3", "WAVE PCM"},
     };
     for (const Case& c : cases) {
