@@ -4,9 +4,11 @@
 
 #include <memory>
 #include <new>
+#include <string>
 
 #include "libraries/vbmp3/dsp/sound_settings.h"
 #include "libraries/vbmp3/dsp/spectrum.h"
+#include "libraries/vbmp3/jobs.h"
 #include "libraries/vbmp3/lyrics/lyrics_show.h"
 #include "libraries/vbmp3/player.h"
 #include "libraries/vbmp3/vbmp3.h"
@@ -16,6 +18,8 @@ namespace vbmp3 {
 struct Library {
     SoundSettings sound;
     Player player{sound};
+    Jobs jobs{[this] { player.notify(VBMP3_EVENT_JOB_DONE); }};
+    std::string encodeSource;
     SpectrumAnalyzer spectrum;
     LyricsShow lyrics;
 };

@@ -134,14 +134,19 @@ OutputError OutputThread::prepareOutput(int sampleRate, const OutputSettings& se
     }
     // Without a device time passes all the same, so that a player runs.
     retryAt_ = Clock::now() + kRetryInterval;
-    output_ = makeClockOutput();
+    output_ = wrapped(makeClockOutput());
     return output_->open(sampleRate, settings, state_.outputWork);
+}
+
+std::unique_ptr<Output> OutputThread::wrapped(std::unique_ptr<Output> output) const
+{
+    return output && system_.wrap ? system_.wrap(std::move(output)) : std::move(output);
 }
 
 std::unique_ptr<Output> OutputThread::openDevice(int sampleRate, const OutputSettings& settings, OutputError& error)
 {
     for (;;) {
-        auto output = system_.make();
+        auto output = wrapped(system_.make());
         error = output ? output->open(sampleRate, settings, state_.outputWork) : OutputError::NoDevice;
         if (error == OutputError::None)
             return output;

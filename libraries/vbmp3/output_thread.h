@@ -18,6 +18,8 @@ namespace vbmp3 {
 struct OutputSystem {
     OutputFactory make = makeDeviceOutput; // may give null: there is none
     std::function<int()> count = deviceCount;
+    // Put around every output that is opened, the clock too; may be empty.
+    std::function<std::unique_ptr<Output>(std::unique_ptr<Output>)> wrap = {};
 };
 
 class OutputThread {
@@ -46,6 +48,7 @@ private:
     void begin(const Order& order);
     OutputError prepareOutput(int sampleRate, const OutputSettings& settings);
     std::unique_ptr<Output> openDevice(int sampleRate, const OutputSettings& settings, OutputError& error);
+    std::unique_ptr<Output> wrapped(std::unique_ptr<Output> output) const;
     void retire(std::unique_ptr<Output> output);
     int waitTime();
     void startTrack(const TrackPtr& track, int64_t frame);

@@ -40,8 +40,8 @@ TrackPtr openTrack(const std::string& path, int& error)
 }
 
 Player::Player(const SoundSettings& sound, OutputSystem system)
-    : system_(system), decoder_(state_),
-      output_(state_, std::move(system), sound, tap_, [this](int event) { notify(event); })
+    : system_(withRecorder(std::move(system))), decoder_(state_),
+      output_(state_, system_, sound, tap_, [this](int event) { notify(event); })
 {
 }
 
@@ -61,6 +61,30 @@ bool Player::waitFor(std::unique_lock<std::mutex>& lock, uint64_t generation)
     });
 }
 
+OutputSystem Player::withRecorder(OutputSystem system)
+{
+    system.wrap = [this](std::unique_ptr<Output> output) {
+        const std::lock_guard lock(recorderMutex_);
+        return recorder_ ? recordingOutput(std::move(output), recorder_) : std::move(output);
+    };
+    return system;
+}
+
+void Player::setRecorder(std::shared_ptr<Recorder> recorder)
+{
+    stopRecording();
+    const std::lock_guard lock(recorderMutex_);
+    recorder_ = std::move(recorder);
+}
+
+void Player::stopRecording()
+{
+    const std::lock_guard lock(recorderMutex_);
+    if (recorder_)
+        recorder_->abort();
+    recorder_.reset();
+}
+
 int Player::open(const std::string& path)
 {
     close();
@@ -73,6 +97,7 @@ int Player::open(const std::string& path)
 
 void Player::close()
 {
+    stopRecording();
     TrackPtr current, next; // die without the lock
     std::unique_lock lock(state_.mutex);
     current = std::move(state_.current);
@@ -108,6 +133,7 @@ int Player::play()
 
 int Player::stop()
 {
+    stopRecording();
     std::unique_lock lock(state_.mutex);
     state_.heardFrame = 0;
     if (state_.active) {
@@ -217,6 +243,11 @@ void Player::setListener(std::function<void(int)> listener)
 
 void Player::notify(int event)
 {
+    if (event == VBMP3_EVENT_END_OF_TRACK) {
+        const std::lock_guard lock(recorderMutex_);
+        if (recorder_)
+            recorder_->end();
+    }
     const std::lock_guard lock(listenerMutex_);
     if (listener_)
         listener_(event);

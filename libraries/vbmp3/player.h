@@ -8,6 +8,7 @@
 #include "libraries/vbmp3/decode_thread.h"
 #include "libraries/vbmp3/output_thread.h"
 #include "libraries/vbmp3/player_state.h"
+#include "libraries/vbmp3/recorder.h"
 
 namespace vbmp3 {
 
@@ -40,6 +41,10 @@ public:
     bool hasDevice();
     const Tap& tap() const { return tap_; }
 
+    // What is played from the next play on goes to `recorder` too, until it ends or is given up; see recorder.h.
+    void setRecorder(std::shared_ptr<Recorder> recorder);
+    void stopRecording();
+
     // Called with VBMP3_EVENT_* on a thread of the library. After setListener returns, the former one is not running.
     void setListener(std::function<void(int)> listener);
     void notify(int event);
@@ -48,7 +53,11 @@ private:
     // Waits until both threads have taken over `generation`; no longer than a device needs at worst.
     bool waitFor(std::unique_lock<std::mutex>& lock, uint64_t generation);
 
+    OutputSystem withRecorder(OutputSystem system);
+
     PlayerState state_;
+    std::mutex recorderMutex_;
+    std::shared_ptr<Recorder> recorder_;
     Tap tap_;
     OutputSystem system_;
     std::mutex listenerMutex_;

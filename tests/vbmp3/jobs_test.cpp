@@ -1,0 +1,226 @@
+// Decoding to WAVE, with and without playing, and what a job does to its files.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <random>
+
+#include "libraries/vbmp3/jobs.h"
+#include "libraries/vbmp3/mpeg_sections.h"
+#include "libraries/vbmp3/vbmp3.h"
+#include "libraries/vbmp3/wave_writer.h"
+#include "tests/vbmp3/mpeg_files.h"
+#include "tests/vbmp3/support.h"
+
+namespace vbmp3::test {
+namespace {
+
+std::vector<int16_t> noisyMusic(int rate, int channels, int frames)
+{
+    std::mt19937 random(3);
+    auto samples = tone(rate, channels, frames, 300, 9000);
+    for (size_t i = 0; i < samples.size(); ++i)
+        samples[i] = int16_t(samples[i] + int(random() % 3000) * (i / 50000 % 2 == 0 ? 1 : 0));
+    return samples;
+}
+
+std::vector<int16_t> samplesOf(const Bytes& wave)
+{
+    StreamInfo info;
+    const auto source = openBytes(wave, &info);
+    if (!source)
+        return {};
+    std::vector<int16_t> samples((wave.size() - size_t(info.data.begin)) / 2);
+    std::memcpy(samples.data(), wave.data() + info.data.begin, samples.size() * 2);
+    return samples;
+}
+
+class DecodingJob : public testing::Test {
+protected:
+    int decode(const Bytes& file, int threads)
+    {
+        writeBytes(dir_.path("in"), file);
+        JobControl control;
+        return decodeToWave(dir_.path("in"), dir_.path("out.wav"), threads, control, 96);
+    }
+    size_t filesInFolder() const
+    {
+        return size_t(std::distance(std::filesystem::directory_iterator(dir_.path("")), {}));
+    }
+
+    TempDir dir_;
+};
+
+TEST_F(DecodingJob, WritesTheSameBytesOnAnyNumberOfProcessors)
+{
+    struct Case {
+        const char* name;
+        int rate, channels;
+        Mp3Options options;
+    };
+    // The low rates are the hard ones: small frames whose bit reservoir reaches far back.
+    const Case cases[] = {{"128", 44100, 2, {.bitRate = 128}},
+                          {"32 mono", 32000, 1, {.bitRate = 32, .infoFrame = false}},
+                          {"VBR", 44100, 2, {.bitRate = 0}},
+                          {"MPEG-2", 22050, 2, {.bitRate = 64}},
+                          {"MPEG-2 VBR mono", 22050, 1, {.bitRate = 0}},
+                          {"checksums", 48000, 2, {.bitRate = 96, .crc = true}}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const int frames = c.rate * 20;
+        const Bytes file = mp3File(c.rate, c.channels, noisyMusic(c.rate, c.channels, frames), c.options);
+        const auto bytes = std::make_shared<MemorySource>(file);
+        ASSERT_GT(MpegSections(bytes, *scanMpeg(*bytes, {0, bytes->size()}), 96).sections().size(), 3u);
+        ASSERT_EQ(decode(file, 1), VBMP3_OK);
+        const Bytes one = readBytes(dir_.path("out.wav"));
+        ASSERT_EQ(decode(file, 2), VBMP3_OK);
+        const Bytes two = readBytes(dir_.path("out.wav"));
+        ASSERT_EQ(one.size(), two.size());
+        EXPECT_TRUE(one == two);
+        if (c.options.infoFrame) {
+            EXPECT_EQ(samplesOf(one).size(), size_t(frames) * size_t(c.channels));
+        }
+    }
+}
+
+TEST_F(DecodingJob, KeepsSamplesOfAWaveFileAndChannelsOfAMonoOne)
+{
+    for (const int channels : {1, 2}) {
+        const auto samples = noisyMusic(44100, channels, 30000);
+        ASSERT_EQ(decode(waveFile(44100, channels, samples), 2), VBMP3_OK);
+        StreamInfo info;
+        const Bytes out = readBytes(dir_.path("out.wav"));
+        ASSERT_TRUE(openBytes(out, &info));
+        EXPECT_EQ(info.channels, channels);
+        EXPECT_EQ(samplesOf(out), samples);
+    }
+}
+
+TEST_F(DecodingJob, KeepsOneRateWhenTheStreamChangesIts)
+{
+    Mp3Options plain;
+    plain.infoFrame = false;
+    Bytes file = mp3File(44100, 2, tone(44100, 2, 60000), plain);
+    const Bytes other = mp3File(48000, 2, tone(48000, 2, 48000), plain);
+    file.insert(file.end(), other.begin(), other.end());
+    ASSERT_EQ(decode(file, 2), VBMP3_OK);
+    StreamInfo info;
+    ASSERT_TRUE(openBytes(readBytes(dir_.path("out.wav")), &info));
+    EXPECT_EQ(info.sampleRate, 44100);
+    EXPECT_NEAR(double(info.frames), 60000 + 44100, 6000);
+}
+
+TEST_F(DecodingJob, DamageInTheMiddleIsPassedOver)
+{
+    Bytes file = mp3File(44100, 2, tone(44100, 2, 44100 * 20), {.bitRate = 128, .infoFrame = false});
+    std::fill_n(file.begin() + std::ptrdiff_t(file.size() / 2), 5000, uint8_t(0));
+    ASSERT_EQ(decode(file, 2), VBMP3_OK);
+    EXPECT_NEAR(double(samplesOf(readBytes(dir_.path("out.wav"))).size() / 2), 44100 * 20, 1152 * 20);
+}
+
+TEST_F(DecodingJob, LeavesNothingBehindWhenItFailsOrIsCancelled)
+{
+    EXPECT_EQ(decode(Bytes(5000, 'x'), 2), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(filesInFolder(), 1u) << "the source alone";
+    writeBytes(dir_.path("out.wav"), Bytes(3, 'o'));
+    const Bytes mp3 = mp3File(44100, 2, tone(44100, 2, 44100 * 20));
+    writeBytes(dir_.path("in"), mp3);
+
+    Jobs jobs([] {});
+    ASSERT_TRUE(jobs.start([&](JobControl& control) {
+        return decodeToWave(dir_.path("in"), dir_.path("out.wav"), 2, control);
+    }));
+    jobs.cancel();
+    EXPECT_EQ(jobs.state(), Jobs::State::None);
+    EXPECT_EQ(filesInFolder(), 2u);
+
+    JobControl control;
+    EXPECT_EQ(decodeToWave(dir_.path("in"), dir_.path("in"), 2, control), VBMP3_ERROR_SAME_FILE);
+    EXPECT_EQ(readBytes(dir_.path("in")), mp3);
+    EXPECT_EQ(decodeToWave(dir_.path("in"), dir_.path("no folder/out.wav"), 2, control), VBMP3_ERROR_WRITE);
+    EXPECT_EQ(decodeToWave(dir_.path("missing"), dir_.path("out.wav"), 2, control), VBMP3_ERROR_NOT_FOUND);
+}
+
+TEST_F(DecodingJob, ALongFileBecomesRf64)
+{
+    const auto samples = tone(44100, 2, 5000);
+    const auto writer = WaveWriter::begin(dir_.path("long.wav"), 44100, 2, 10000);
+    ASSERT_TRUE(writer);
+    ASSERT_TRUE(writer->write(samples));
+    ASSERT_EQ(writer->commit(), FileTransaction::Error::None);
+    const Bytes file = readBytes(dir_.path("long.wav"));
+    EXPECT_EQ(std::memcmp(file.data(), "RF64", 4), 0);
+    StreamInfo info;
+    const auto source = openBytes(file, &info);
+    ASSERT_TRUE(source);
+    EXPECT_EQ(info.frames, 5000);
+    EXPECT_EQ(toInt16(readAll(*source)), samples);
+}
+
+class JobsOfTheInterface : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(vbmp3_init(), 1);
+        vbmp3_setListener([](int32_t event, void* self) {
+            static_cast<JobsOfTheInterface*>(self)->done_ += event == VBMP3_EVENT_JOB_DONE;
+        }, this);
+        writeBytes(source_, mp3File(44100, 2, tone(44100, 2, 30000)));
+    }
+    void TearDown() override { vbmp3_free(); }
+
+    TempDir dir_;
+    std::string source_ = dir_.path("in.mp3"), target_ = dir_.path("out.wav");
+    std::atomic<int> done_ = 0;
+};
+
+TEST_F(JobsOfTheInterface, DecodeTellsProgressAndItsEnd)
+{
+    int32_t permille = -1;
+    EXPECT_EQ(vbmp3_getEncodeState(&permille), 0);
+    ASSERT_EQ(vbmp3_decodeWave(source_.c_str(), target_.c_str()), 1);
+    ASSERT_TRUE(eventually([&] { return done_ == 1; }));
+    EXPECT_EQ(vbmp3_getEncodeState(&permille), 2);
+    EXPECT_EQ(permille, 1000);
+    EXPECT_EQ(samplesOf(readBytes(target_)).size(), 60000u);
+}
+
+TEST_F(JobsOfTheInterface, WhatIsPlayedIsWritten)
+{
+    // No device: the silent clock plays in time, here two thirds of a second.
+    ASSERT_EQ(vbmp3_playDecodeWave(source_.c_str(), target_.c_str()), 1);
+    EXPECT_EQ(vbmp3_getState(nullptr), 1);
+    EXPECT_EQ(vbmp3_decodeWave(source_.c_str(), dir_.path("other").c_str()), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_BUSY);
+    ASSERT_TRUE(eventually([&] { return done_ == 1; }));
+    vbmp3_stop();
+    EXPECT_EQ(vbmp3_getEncodeState(nullptr), 2);
+    EXPECT_EQ(samplesOf(readBytes(target_)), toInt16(readAll(*openBytes(readBytes(source_)))));
+}
+
+TEST_F(JobsOfTheInterface, StoppingBeforeTheEndRemovesWhatWasWritten)
+{
+    ASSERT_EQ(vbmp3_playDecodeWave(source_.c_str(), target_.c_str()), 1);
+    EXPECT_EQ(vbmp3_encodeStop(), 1);
+    vbmp3_stop();
+    EXPECT_EQ(vbmp3_getEncodeState(nullptr), 0);
+    EXPECT_FALSE(std::filesystem::exists(target_));
+}
+
+TEST_F(JobsOfTheInterface, EncodingSaysWhyItCannot)
+{
+    EXPECT_EQ(vbmp3_encodeStart(target_.c_str()), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NOT_OPEN);
+    EXPECT_EQ(vbmp3_encodeOpen(source_.c_str()), 0) << "only WAVE files are encoded";
+    writeBytes(dir_.path("a.wav"), waveFile(44100, 2, tone(44100, 2, 1000)));
+    ASSERT_EQ(vbmp3_encodeOpen(dir_.path("a.wav").c_str()), 1);
+    EXPECT_EQ(vbmp3_encodeStart(dir_.path("a.wav").c_str()), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_SAME_FILE);
+    // Neither Linux nor Wine has such a codec.
+    EXPECT_EQ(vbmp3_encodeStart(dir_.path("a.mp3").c_str()), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NO_CODEC);
+}
+
+} // namespace
+} // namespace vbmp3::test
