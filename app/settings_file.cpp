@@ -59,6 +59,7 @@ void SettingsFile::afterColumns() {
 }
 
 void SettingsFile::openCurrentFolder() {
+    windows_.list.showCurrentList();
     const std::string& folder = windows_.state.CurrentFolder;
     if (!folder.empty() && files_.folderExists(folder)) windows_.list.openFolder(folder);
 }

@@ -70,6 +70,7 @@ void Form::show() {
     if (!host_ && system_) realise(*system_);
     visible_ = true;
     formChanged(FormProperty::Visible);
+    Form_Shown();
 }
 
 void Form::hide() {

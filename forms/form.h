@@ -57,6 +57,7 @@ class Form {
     // Handlers; a form overrides what it needs.
     virtual void Form_Load() {}
     virtual void Form_Unload(bool& cancel) { (void)cancel; }
+    virtual void Form_Shown() {}                       // it has become visible
     virtual void Form_Resize(Size client) { (void)client; }  // pixels
     virtual void Form_Moved() {}
     virtual void Form_KeyDown(int key, int shift) { (void)key, (void)shift; }  // shift: 1 shift, 2 control, 4 alt
@@ -93,6 +94,7 @@ class Form {
     // For a form that draws its controls itself.
     virtual void controlChangedHere(Control& control, Property property) { (void)control, (void)property; }
     void formChanged(FormProperty property);
+    void relayout() { formChanged(FormProperty::Layout); }  // layout() gives something else now
 
   private:
     std::string name_;

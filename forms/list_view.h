@@ -70,6 +70,8 @@ class FileListBox : public Control {
     std::function<void()> onClick;
     std::function<void()> onDoubleClick;
     std::function<void()> onRefresh;  // set by the form: reads the folder again
+    std::function<void(Point at)> onContextMenu;  // right click or the menu key, at in pixels of the form's client area
+    std::function<void(int key, int shift)> onKeyDown;
     const std::vector<std::string>& files() const { return files_; }
     void setFiles(std::vector<std::string> files);  // names without their folder; nothing is selected
     bool selected(int row) const { return row >= 0 && row < static_cast<int>(selected_.size()) && selected_[static_cast<std::size_t>(row)]; }

@@ -14,7 +14,7 @@ class Control;
 class Form;
 struct Menu;
 enum class Property;
-enum class FormProperty { Caption, Place, Visible, Topmost, Region, Picture, Menu };
+enum class FormProperty { Caption, Place, Visible, Topmost, Region, Picture, Menu, Layout };
 
 // The outline of a window as rectangles in pixels, in the order of a Windows region.
 using Region = std::vector<Rect>;

@@ -30,6 +30,7 @@ class EntryRows {
     std::string_view path(int row) const;
     bool known(int row) const { return at(row).texts != nullptr; }
     EntryTexts texts(int row) const;  // of a known row
+    std::int32_t seconds(int row) const { return at(row).seconds; }  // kNoLength while it is not known
 
     void reserve(int count) { rows_.reserve(static_cast<std::size_t>(count)); }
     void append(std::string_view path);

@@ -1,37 +1,162 @@
 #include "playlist/form_list.h"
 
+#include <algorithm>
+#include <initializer_list>
+#include <utility>
+
 #include "app/global_state.h"
+#include "platform/window_host.h"
+#include "text/paths.h"
 
 namespace quenlox {
 namespace {
 
+using std::chrono::milliseconds;
+
 constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーチスト名", "アルバム名", "演奏時間", "ファイル名"};
-constexpr std::array<const char*, FormList::kSortItems> kSortCaptions{"曲名",         "アーチスト名", "演奏時間",
-                                                                      "ディレクトリ名", "ファイル名",   "ランダム"};
+
+// Texts of rows on the screen are read while they are painted as long as that is quick; a slow disk makes them come later.
+constexpr milliseconds kPaintBudget{40};
+constexpr milliseconds kIdleBudget{8};
+// A slice of work for which the user waits.
+constexpr milliseconds kBusyBudget{50};
+constexpr int kBusyInterval = 10;
+constexpr int kTicksPerStatus = 10;
+// From this width on the browser stands beside the list and no longer under it; pixels at 96 dots per inch.
+constexpr int kWideWindow = 620;
+
+constexpr int kKeyDelete = 0x2E;
+constexpr int kKeyUp = 0x26;
+constexpr int kKeyDown = 0x28;
+constexpr int kKeyF5 = 0x74;
+constexpr int kShiftControl = 2;
+constexpr int kShiftAlt = 4;
+
+std::string WithThousands(std::int64_t number) {
+    std::string text = std::to_string(number);
+    for (int at = static_cast<int>(text.size()) - 3; at > 0; at -= 3) text.insert(static_cast<std::size_t>(at), ",");
+    return text;
+}
+
+std::string HoursText(std::int64_t seconds) {
+    const auto two = [](std::int64_t n) { return (n < 10 ? "0" : "") + std::to_string(n); };
+    return std::to_string(seconds / 3600) + ":" + two(seconds / 60 % 60) + ":" + two(seconds % 60);
+}
 
 }  // namespace
 
-FormList::FormList(GlobalState& state) : Form("FormList", Kind::Sizeable), state_(state) {
+FormList::FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs, WindowSystem& windows)
+    : Form("FormList", Kind::Sizeable), state_(state), lists_(lists), files_(files), dialogs_(dialogs), windows_(windows),
+      adding_(lists, files, [this] {
+          showBusy();
+          windows_.pumpMessages();
+      }) {
     setCaption("プレイリスト");
+    makeViews();
+    makeBrowser();
+    makeMenus();
+    TabList.onClick = [this] { TabList_Click(); };
+    cmdCancel.setCaption("中止");
+    cmdCancel.onClick = [this] { cmdCancel_Click(); };
+    cmdCancel.setVisible(false);
+    Progress.setVisible(false);
+    Timer1.onTimer = [this] { Timer1_Timer(); };
+    Timer1.setEnabled(false);
+    lists_.onChange = [this](const Playlists::Change& change) { listChanged(change); };
+    lists_.onRemove = [this](int list, const Playlists::Selection& which) { rowsRemoved(list, which); };
+    showStatus();
+}
+
+void FormList::makeViews() {
     PlayView.fill(*this, "PlayView", 0, kViews - 1);
     std::vector<ListView::Column> columns;
     for (const char* title : kColumnTitles) columns.push_back({title, 100, false});
     columns[kTimeColumn].rightAligned = true;
-    for (int view = 0; view < kViews; ++view) {
-        PlayView[view].setColumns(columns);
-        PlayView[view].setVisible(view == 0);
+    for (int list = 0; list < kViews; ++list) {
+        ListView& view = PlayView[list];
+        view.setColumns(columns);
+        view.setVisible(list == 0);
+        view.setRowCount(lists_.count(list));
+        view.textOf = [this, list](int row, int column) { return textOf(list, row, column); };
+        view.marked = [this, list](int row) { return isCurrent(list, row); };
+        view.find = [this, list](const std::string& text, int from) { return lists_.findTitle(list, text, from); };
+        view.onDoubleClick = [this](int row) { PlayView_DblClick(row); };
+        view.onColumnClick = [this](int column) { PlayView_ColumnClick(column); };
+        view.onMouseDown = [this](int button, int, Point at) { PlayView_MouseDown(button, at); };
+        view.onKeyDown = [this](int key, int shift) { PlayView_KeyDown(key, shift); };
+        view.onFilesDropped = [this](const std::vector<std::string>& dropped) { PlayView_FilesDropped(dropped); };
+        view.onRowsDragged = [this](int before) { PlayView_RowsDragged(before); };
+        view.onSelectionChange = [this] { showStatus(); };
     }
-    for (const char* caption : kSortCaptions) {
-        MenuItem item;
-        item.caption = caption;
-        menuSort.items.push_back(std::move(item));
+}
+
+// Views.
+
+void FormList::listChanged(const Playlists::Change& change) {
+    ListView& view = PlayView[change.list];
+    if (change.countChanged) {
+        if (lists_.count(change.list) == 0) view.selectAll(false);
+        view.setRowCount(lists_.count(change.list));
+        updateMenus();
+        showStatus();
+    }
+    view.refreshRows(change.first, change.last);
+    updateTimer();
+}
+
+void FormList::rowsRemoved(int list, const Playlists::Selection& which) {
+    ListView& view = PlayView[list];
+    const std::vector<bool>& before = view.selection();
+    std::vector<bool> after;
+    int focused = view.focusedRow();
+    for (std::size_t row = 0; row < which.size(); ++row) {
+        if (!which[row]) {
+            after.push_back(row < before.size() && before[row]);
+        } else if (static_cast<int>(row) < view.focusedRow()) {
+            --focused;
+        }
+    }
+    view.selectAll(false);
+    view.setRowCount(static_cast<int>(after.size()));
+    view.setSelection(std::move(after));
+    view.setFocusedRow(focused);
+}
+
+std::string FormList::textOf(int list, int row, int column) {
+    if (column == kFileColumn) return lists_.path(list, row);
+    if (!lists_.known(list, row)) {
+        if (readWhilePainting_ >= kPaintBudget) {
+            lists_.want(list, row);
+            updateTimer();
+            return column == kTitleColumn ? BaseNameOf(lists_.path(list, row)) : std::string{};
+        }
+        const Clock::time_point start = Clock::now();
+        lists_.entry(list, row);
+        readWhilePainting_ += std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
+        updateTimer();
+    }
+    return lists_.text(list, row, column);
+}
+
+bool FormList::isCurrent(int list, int row) const {
+    return row == state_.CurrentIndex[static_cast<std::size_t>(list)] && lists_.path(list, row) == state_.CurrentFile;
+}
+
+void FormList::trackChanged() {
+    for (int list = 0; list < kViews; ++list) {
+        const int row = state_.CurrentIndex[static_cast<std::size_t>(list)];
+        int& marked = markedRow_[static_cast<std::size_t>(list)];
+        PlayView[list].refreshRows(marked, marked);
+        marked = row;
+        PlayView[list].refreshRows(row, row);
+        if (isCurrent(list, row)) PlayView[list].ensureVisible(row);
     }
 }
 
 void FormList::setColumnWidths(const std::array<int, kColumns>& widths) {
-    for (int view = 0; view < kViews; ++view) {
+    for (int list = 0; list < kViews; ++list) {
         for (int column = 0; column < kColumns; ++column) {
-            PlayView[view].setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
+            PlayView[list].setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
         }
     }
 }
@@ -42,13 +167,92 @@ std::array<int, FormList::kColumns> FormList::columnWidths(int view) const {
     return widths;
 }
 
-void FormList::showSortItems(bool tagInformation) {
-    for (std::size_t item = 0; item <= 3; ++item) menuSort.items[item].visible = (item == 3) != tagInformation;
+// Tabs.
+
+void FormList::showCurrentList() {
+    TabList.setValue(state_.ListNo);
+    TabList_Click();
 }
 
-void FormList::openFolder(const std::string& folder) {
-    if (folder.size() >= 2 && folder[1] == ':') Drive1.setDrive(folder.substr(0, 2) + "\\");
-    Dir1.setPath(folder);
+void FormList::TabList_Click() {
+    state_.UseFolderList = folderShown();
+    if (!folderShown() && TabList.value() != state_.ListNo) {
+        // The lists share what the user makes of the columns.
+        setColumnWidths(columnWidths(state_.ListNo));
+        state_.ListNo = TabList.value();
+    }
+    for (int list = 0; list < kViews; ++list) PlayView[list].setVisible(list == TabList.value());
+    for (Control* part : std::initializer_list<Control*>{&Drive1, &Combo1, &Dir1, &File1})
+        part->setVisible(browserShown_ || folderShown());
+    if (folderShown()) lists_.BuildShuffleOrder(kFolderList);
+    lastHeaderSort_.reset();
+    updateMenus();
+    showStatus();
+    relayout();
+}
+
+// Playing.
+
+void FormList::open(const std::string& path, int list, int row, int intent, bool play) {
+    if (path.empty()) return;
+    state_.CurrentFile = path;
+    if (list >= 0) state_.CurrentIndex[static_cast<std::size_t>(list)] = row;
+    state_.PlayIntent = intent;
+    if (onOpen) onOpen(play);
+    trackChanged();
+}
+
+void FormList::PlayView_DblClick(int row) { open(lists_.path(state_.ListNo, row), state_.ListNo, row, kForward, true); }
+
+void FormList::menuLoad1_Click() {
+    const auto& selection = view().selection();
+    const auto selected = std::find(selection.begin(), selection.end(), true);
+    const int row = selected == selection.end() ? view().focusedRow() : static_cast<int>(selected - selection.begin());
+    // What plays goes on with the new file; a player that stands still only opens it.
+    open(lists_.path(state_.ListNo, row), state_.ListNo, row, kNoIntent, state_.PlayerStatus == kPlay);
+}
+
+// Keys and mouse.
+
+void FormList::PlayView_KeyDown(int key, int shift) {
+    if (key == kKeyDelete && shift == 0) menuDelete_Click();
+}
+
+void FormList::Form_KeyDown(int key, int shift) {
+    if (shift == kShiftAlt && (key == kKeyUp || key == kKeyDown)) menuUpDn_Click(key == kKeyUp ? 0 : 1);
+    if (shift == kShiftControl && key >= '1' && key <= '1' + kFolderTab) TabList.setValue(key - '1');
+    if (shift == 0 && key == kKeyF5) File1.refresh();
+}
+
+void FormList::PlayView_MouseDown(int button, Point at) {
+    updateMenus();
+    if (button != 2) return;
+    Menu menu{"menuList", listItems()};
+    const Rect bounds = view().bounds();
+    popup(menu, {bounds.left + at.x, bounds.top + at.y});
+}
+
+void FormList::PlayView_RowsDragged(int before) {
+    edit([&](int list, Playlists::Selection& selection) { lists_.moveBefore(list, before, selection); });
+}
+
+// The rows change places, and the selection goes with them.
+void FormList::edit(const std::function<void(int list, Playlists::Selection& selection)>& change) {
+    Playlists::Selection selection = view().selection();
+    change(state_.ListNo, selection);
+    view().setSelection(std::move(selection));
+    lastHeaderSort_.reset();
+    trackChanged();
+}
+
+void FormList::Form_Shown() {
+    if (browserStale_) {
+        readDrives();
+        readFolder();
+    }
+    trackChanged();
+    showStatus();
+    updateTimer();
 }
 
 void FormList::Form_Unload(bool& cancel) {
@@ -56,6 +260,93 @@ void FormList::Form_Unload(bool& cancel) {
     cancel = true;
     state_.ListShown = false;
     hide();
+    updateTimer();
+}
+
+// Work in slices.
+
+void FormList::updateTimer() {
+    bool unknown = false;
+    for (int list = 0; list < kViews; ++list) unknown |= lists_.unknownCount(list) > 0;
+    Timer1.setInterval(busy() ? kBusyInterval : kIdleInterval);
+    Timer1.setEnabled(busy() || (visible() && unknown));
+}
+
+void FormList::Timer1_Timer() {
+    readWhilePainting_ = {};
+    if (adding_.active()) {
+        adding_.step(kBusyBudget);
+    } else if (sorting_) {
+        if (!lists_.fillSome(sorting_->list, kBusyBudget)) finishSort();
+    } else if (visible()) {
+        lists_.fillSome(kIdleBudget);
+        if (++ticks_ % kTicksPerStatus == 0 || lists_.unknownCount(state_.ListNo) == 0) showStatus();
+    }
+    showBusy();
+    updateTimer();
+}
+
+void FormList::cmdCancel_Click() {
+    adding_.cancel();
+    sorting_.reset();
+    showBusy();
+    updateTimer();
+}
+
+void FormList::showBusy() {
+    if (adding_.active()) {
+        LabelStatus.setCaption("追加中… " + WithThousands(lists_.count(state_.ListNo)) + "曲");
+        Progress.setValue(adding_.permille());
+    } else if (sorting_) {
+        const int count = std::max(lists_.count(sorting_->list), 1);
+        LabelStatus.setCaption("曲名などを読み込み中…");
+        Progress.setValue(static_cast<int>((std::int64_t{count} - lists_.unknownCount(sorting_->list)) * 1000 / count));
+    }
+    if (busy() == std::exchange(wasBusy_, busy())) return;
+    Progress.setVisible(busy());
+    cmdCancel.setVisible(busy());
+    if (!busy()) showStatus();
+    relayout();
+}
+
+void FormList::showStatus() {
+    if (busy()) return;
+    if (folderShown()) {
+        LabelStatus.setCaption(WithThousands(lists_.count(kFolderList)) + "ファイル");
+        return;
+    }
+    const int count = lists_.count(state_.ListNo), unknown = lists_.unknownCount(state_.ListNo);
+    std::string text = WithThousands(count) + "曲";
+    if (view().selectedCount() > 0) text += "（" + WithThousands(view().selectedCount()) + "曲を選択）";
+    if (count > 0) text += "　合計 " + HoursText(lists_.knownSeconds(state_.ListNo));
+    if (unknown > 0) text += "　読込 " + std::to_string((std::int64_t{count} - unknown) * 100 / count) + "%";
+    LabelStatus.setCaption(std::move(text));
+}
+
+// Room. The list takes what the browser and the toolbar leave; in a wide window the browser stands beside it.
+
+Layout FormList::layout() {
+    const bool wide = host() && host()->clientSize().width * host()->twipsPerPixel().x >= kWideWindow * 15;
+    std::vector<Layout> status{Item(LabelStatus, 0, 0, 1)};
+    if (wasBusy_) {
+        status.push_back(Item(Progress, 60, 9));
+        status.push_back(Item(cmdCancel, 36, 12));
+    }
+    const auto places = [&](int grow) { return Column({Item(Drive1, 60, 0), Item(Dir1, 70, 0, 1)}, grow); };
+    const auto names = [&](int grow) { return Column({Item(Combo1, 70, 0), Item(File1, 80, 0, 1)}, grow); };
+    Layout middle;
+    if (folderShown()) {
+        middle = Row({places(2), names(3)}, 1);
+    } else if (!browserShown_) {
+        middle = Row({Item(view(), 60, 30, 1)}, 1);
+    } else if (wide) {
+        middle = Row({Column({places(2), names(3)}, 2), Item(view(), 60, 30, 5)}, 1);
+    } else {
+        middle = Column({Item(view(), 60, 30, 3), Row({places(2), names(3)}, 2)}, 1);
+    }
+    Layout all = Column({Item(Toolbar1), Item(TabList), std::move(middle), Row(std::move(status))});
+    all.gap = 2;
+    return all;
 }
 
 }  // namespace quenlox

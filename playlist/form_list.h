@@ -1,31 +1,54 @@
-// The play-list window: a list view for each of the three lists, and the browser of folders and files. On the
-// user-interface thread.
+// The play-list window: the three lists, and a browser of folders from which they are filled. It keeps no list of its
+// own; every change goes through Playlists and comes back from there to the views. On the user-interface thread.
 #pragma once
 
 #include <array>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "forms/control_array.h"
 #include "forms/form.h"
 #include "forms/list_view.h"
+#include "playlist/add_job.h"
+#include "playlist/playlists.h"
 
 namespace quenlox {
 
+class Dialogs;
+class FileSystem;
+class WindowSystem;
 struct GlobalState;
 
 class FormList : public Form {
   public:
-    static constexpr int kViews = 3;
-    static constexpr int kColumns = 5;                // title, artist, album, time, file
-    static constexpr int kTimeColumn = 3;
+    static constexpr int kViews = Playlists::kPersistedLists;
+    static constexpr int kColumns = kEntryColumns;
+    static constexpr int kTimeColumn = EntryColumn::kTimeColumn;
     static constexpr int kWideColumn = 9000;          // the one column of the plain file-name mode
     static constexpr int kSortItems = 6;
+    static constexpr int kFolderTab = kViews;         // the tab behind those of the lists: the folder is the current list
 
-    explicit FormList(GlobalState& state);
+    FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs, WindowSystem& windows);
 
-    ControlArray<ListView> PlayView;                  // lists A, B and C; the current one is visible
+    // Opens CurrentFile, and plays it when `play`.
+    std::function<void(bool play)> onOpen;
+
+    Toolbar Toolbar1{*this, "Toolbar1"};
+    TabStrip TabList{*this, "TabList", {"リストA", "リストB", "リストC", "フォルダ"}};
+    ControlArray<ListView> PlayView;                  // lists A, B and C; the one of the chosen tab is visible
     DriveListBox Drive1{*this, "Drive1"};
+    ComboBox Combo1{*this, "Combo1"};                 // which files File1 shows
     DirListBox Dir1{*this, "Dir1"};
     FileListBox File1{*this, "File1"};
+    FileListBox File2{*this, "File2"};                // never shown: the files of File1 that are played as the folder list
+    Label LabelStatus{*this, "LabelStatus"};
+    ProgressBar Progress{*this, "Progress"};
+    CommandButton cmdCancel{*this, "cmdCancel"};
+    Timer Timer1{*this, "Timer1", kIdleInterval};     // reads texts and does long work in slices
     Menu menuSort{"menuSort", {}};                    // title, artist, time, folder, file name, random
 
     // Widths of the five columns of every view.
@@ -35,12 +58,115 @@ class FormList : public Form {
     void showSortItems(bool tagInformation);
     // Points the browser at a folder that exists.
     void openFolder(const std::string& folder);
+    // ListNo has been set from outside: brings its list to the front.
+    void showCurrentList();
+    // Another track is being played: marks its row and scrolls to it.
+    void trackChanged();
 
-    // Closed by the user it is only hidden, and ListShown says so.
-    void Form_Unload(bool& cancel) override;
+    // Events, called as the user's doing calls them.
+    void TabList_Click();
+    void PlayView_DblClick(int row);
+    void PlayView_ColumnClick(int column);
+    void PlayView_MouseDown(int button, Point at);
+    void PlayView_KeyDown(int key, int shift);
+    void PlayView_FilesDropped(const std::vector<std::string>& files);
+    void PlayView_RowsDragged(int before);
+    void Toolbar1_ButtonClick(const std::string& key);
+    void File1_DblClick();
+    void Drive1_Change();
+    void Dir1_Change();
+    void Timer1_Timer();
+    void cmdCancel_Click();
+
+    // Menu commands.
+    void menuClear_Click();
+    void menuDelete_Click();
+    void menuSort_Click(int index);   // 0 to 4 by text, above that at random
+    void menuSave_Click();
+    void menuLoad1_Click();
+    void menuLoad2_Click();
+    void menuAdd1_Click(int list);    // every file of the browser
+    void menuAdd2_Click(int list);    // the selected ones
+    void menuUpDn_Click(int index);   // 0 up, 1 down
+    void addFiles();                  // chosen in a dialog
+    void addFolder();
+    void importM3U();
+
+    bool menuDeleteEnabled() const { return hasRows_; }  // also those of menuUpDn and menuLoad1
+
+    void Form_Shown() override;
+    void Form_Unload(bool& cancel) override;  // closed by the user it is only hidden, and ListShown says so
+    void Form_KeyDown(int key, int shift) override;
+    void Form_FilesDropped(const std::vector<std::string>& files, Point at) override;
+    Layout layout() override;
+    const Menu* menuBar() override { return &menuBar_; }
+    Size minimumTwips() const override { return {4200, 3600}; }
 
   private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr int kIdleInterval = 30;  // ms
+
+    struct SortJob {
+        int list = 0;
+        int column = 0;
+        bool descending = false;
+        bool setsDirty = false;
+    };
+
+    ListView& view() const { return PlayView[state_.ListNo]; }
+    bool folderShown() const { return TabList.value() == kFolderTab; }
+    bool busy() const { return adding_.active() || sorting_; }
+
+    // form_list.cpp
+    void makeViews();
+    void listChanged(const Playlists::Change& change);
+    void rowsRemoved(int list, const Playlists::Selection& which);
+    std::string textOf(int list, int row, int column);
+    bool isCurrent(int list, int row) const;
+    void open(const std::string& path, int list, int row, int intent, bool play);
+    void edit(const std::function<void(int list, Playlists::Selection& selection)>& change);
+    void showBusy();
+    void showStatus();
+    void updateTimer();
+
+    // form_list_commands.cpp
+    void startAdding();
+    void requestSort(const SortJob& sort);
+    void finishSort();
+    void addFromBrowser(int list, bool all);
+
+    // form_list_menus.cpp
+    void makeMenus();
+    void updateMenus();
+    std::vector<MenuItem> listItems();
+    std::vector<MenuItem> browserItems();
+    std::vector<MenuItem> sortItems();
+
+    // form_list_browser.cpp
+    void makeBrowser();
+    void readDrives();
+    void readFolder();
+    void readFiles();
+    std::string folderPath() const;  // with "\" at its end
+
     GlobalState& state_;
+    Playlists& lists_;
+    FileSystem& files_;
+    Dialogs& dialogs_;
+    WindowSystem& windows_;
+    AddJob adding_;
+    std::optional<SortJob> sorting_;
+    std::optional<SortJob> lastHeaderSort_;
+    std::array<int, kViews> markedRow_{-1, -1, -1};
+    std::string markedFile_;
+    Menu menuBar_{"menuBar", {}};
+    bool hasRows_ = false;
+    bool browserShown_ = true;
+    bool browserStale_ = true;           // read when the window is shown
+    bool wasBusy_ = false;
+    int ticks_ = 0;
+    std::chrono::microseconds readWhilePainting_{0};  // since the last tick
+    std::map<std::string, std::string> lastFolders_;  // of each drive
 };
 
 }  // namespace quenlox

@@ -62,9 +62,7 @@ int Playlists::unknownCount(int list) const { return persisted(list) ? rows(list
 
 std::int64_t Playlists::knownSeconds(int list) const {
     std::int64_t sum = 0;
-    for (int row = 0; persisted(list) && row < rows(list).count(); ++row) {
-        if (rows(list).known(row)) sum += std::max(rows(list).texts(row).seconds, 0);
-    }
+    for (int row = 0; persisted(list) && row < rows(list).count(); ++row) sum += std::max(rows(list).seconds(row), 0);
     return sum;
 }
 
@@ -169,12 +167,15 @@ bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName
 }
 
 void Playlists::AddFolder(const std::string& folder, int list, const std::function<bool()>& keepGoing) {
-    const int before = count(list);
+    // The rows are added when the folder has been read: what `keepGoing` does in between may change the list.
+    std::vector<std::string> paths;
     int names = 0;
     files_.eachFile(folder, [&](const std::string& name) {
-        if (CharacterCount(name) > 4 && MatchesMediaFilter(name)) append(list, JoinPath(folder, name));
+        if (CharacterCount(name) > 4 && MatchesMediaFilter(name)) paths.push_back(JoinPath(folder, name));
         return ++names % kNamesPerQuestion != 0 || !keepGoing || keepGoing();
     });
+    const int before = count(list);
+    for (const std::string& path : paths) append(list, path);
     reportAdded(list, before);
 }
 

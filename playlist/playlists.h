@@ -46,6 +46,8 @@ class Playlists : public TrackSource {
     Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random& random);
 
     std::function<void(const Change&)> onChange;
+    // Before rows of a list go, so that a selection can follow the others; not when a list is cleared.
+    std::function<void(int list, const Selection& which)> onRemove;
     // While one lives, changes are collected; then each list that changed is reported once.
     class Batch {
       public:
@@ -98,8 +100,11 @@ class Playlists : public TrackSource {
     void moveUp(int list, Selection& selection);
     void moveDown(int list, Selection& selection);
     void moveBefore(int list, int row, Selection& selection);        // the selected rows as one block
-    void removeSelected(int list, const Selection& selection);
+    void removeSelected(int list, Selection selection);
     void clear(int list);
+    // The first row at or behind `from`, going round, whose title begins so, by the rules of sorting; -1 none. A row
+    // whose texts are not known counts with its file name.
+    int findTitle(int list, std::string_view beginning, int from) const;
 
     // The list of the browser's folder: file names in the order in which the browser shows them.
     void setFolderFiles(const std::string& folder, std::vector<std::string> names);

@@ -7,6 +7,7 @@
 #include "platform/random.h"
 #include "playlist/playlists.h"
 #include "playlist/sort_key.h"
+#include "text/paths.h"
 
 namespace quenlox {
 namespace {
@@ -168,6 +169,7 @@ void Playlists::randomize(int list, Selection& selection) {
 
 void Playlists::moveDown(int list, Selection& selection) {
     if (!persisted(list)) return;
+    selection.resize(static_cast<std::size_t>(rows(list).count()));
     const Batch batch(*this);
     for (int row = rows(list).count() - 2; row >= 0; --row) exchangeSelected(list, row, row + 1, selection);
     state_.ListDirty = true;
@@ -175,6 +177,7 @@ void Playlists::moveDown(int list, Selection& selection) {
 
 void Playlists::moveUp(int list, Selection& selection) {
     if (!persisted(list)) return;
+    selection.resize(static_cast<std::size_t>(rows(list).count()));
     const Batch batch(*this);
     for (int row = 1; row < rows(list).count(); ++row) exchangeSelected(list, row, row - 1, selection);
     state_.ListDirty = true;
@@ -197,6 +200,7 @@ void Playlists::moveBefore(int list, int row, Selection& selection) {
     if (!persisted(list)) return;
     const int n = rows(list).count();
     row = std::clamp(row, 0, n);
+    selection.resize(static_cast<std::size_t>(n));
     std::vector<std::int32_t> order, block, behind;
     for (int i = 0; i < n; ++i) {
         const bool moves = selection[static_cast<std::size_t>(i)];
@@ -210,8 +214,9 @@ void Playlists::moveBefore(int list, int row, Selection& selection) {
     state_.ListDirty = true;
 }
 
-void Playlists::removeSelected(int list, const Selection& selection) {
+void Playlists::removeSelected(int list, Selection selection) {
     if (!persisted(list)) return;
+    selection.resize(static_cast<std::size_t>(rows(list).count()));
     removeRows(list, selection);
     BuildShuffleOrder(list);
     state_.ListDirty = true;
@@ -226,9 +231,27 @@ void Playlists::removeRows(int list, const Selection& which) {
         const auto end = which.begin() + current + 1;
         current -= static_cast<int>(std::count(which.begin(), end, true));
     }
+    if (onRemove) onRemove(list, which);
     rows(list).remove(which);
     fillFrom_[static_cast<std::size_t>(list)] = 0;
     report(list, static_cast<int>(first - which.begin()), rows(list).count() - 1, true);
+}
+
+int Playlists::findTitle(int list, std::string_view beginning, int from) const {
+    const int n = persisted(list) ? rows(list).count() : 0;
+    std::string wanted, key;
+    AppendSortKey(wanted, beginning);
+    for (int i = 0; i < n; ++i) {
+        const int row = (std::max(from, 0) + i) % n;
+        key.clear();
+        if (rows(list).known(row)) {
+            AppendSortKey(key, rows(list).texts(row).title);
+        } else {
+            AppendSortKey(key, FileNameOf(rows(list).path(row)));
+        }
+        if (key.starts_with(wanted)) return row;
+    }
+    return -1;
 }
 
 void Playlists::clear(int list) {

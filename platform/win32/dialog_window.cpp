@@ -180,6 +180,7 @@ Size DialogWindow::formSize(Size window) const {
 void DialogWindow::formChanged(FormProperty property) {
     if (!attached()) return;
     if (property == FormProperty::Menu) setMenuBar();
+    if (property == FormProperty::Layout) arrange();
     FormWindow::formChanged(property);
 }
 

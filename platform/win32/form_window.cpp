@@ -109,6 +109,7 @@ void FormWindow::formChanged(FormProperty property) {
             break;
         case FormProperty::Region:
         case FormProperty::Menu:
+        case FormProperty::Layout:
             break;
     }
 }

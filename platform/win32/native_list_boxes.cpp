@@ -16,8 +16,38 @@ class NativeFileList : public NativeControl {
     NativeFileList(DialogWindow& dialog, FileListBox& box)
         : NativeControl(dialog, box, {WC_LISTBOXW, kListStyle | LBS_EXTENDEDSEL, WS_EX_CLIENTEDGE}), box_(box) {
         showFiles();
+        subclass();
     }
     Size wish() const override { return {horizontal(90), vertical(60)}; }
+    void contextMenu(POINT screen) override {
+        if (!box_.onContextMenu) return;
+        if (screen.x == -1 && screen.y == -1) {
+            // Asked for by a key: at the row with the focus.
+            RECT row{};
+            send(LB_GETITEMRECT, static_cast<WPARAM>(std::max(box_.listIndex(), 0)), &row);
+            screen = {row.left, row.bottom};
+            ClientToScreen(window(), &screen);
+        }
+        const Point at = dialog().fromScreen({static_cast<int>(screen.x), static_cast<int>(screen.y)});
+        box_.onContextMenu(at);
+    }
+    std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM) override {
+        if (message == WM_RBUTTONDOWN && send(LB_GETSELCOUNT) <= 1) {
+            // As everywhere in Windows the right button chooses the row under it first.
+            POINT at{};
+            GetCursorPos(&at);
+            ScreenToClient(window(), &at);
+            const LRESULT row = send(LB_ITEMFROMPOINT, 0, MAKELPARAM(at.x, at.y));
+            if (HIWORD(row) == 0 && LOWORD(row) < shown_.size()) {
+                send(LB_SETSEL, FALSE, LPARAM{-1});
+                send(LB_SETSEL, TRUE, LPARAM{LOWORD(row)});
+                send(LB_SETCARETINDEX, LOWORD(row), LPARAM{FALSE});
+                takeSelection();
+            }
+        }
+        if (message == WM_KEYDOWN && box_.onKeyDown) box_.onKeyDown(static_cast<int>(w), ShiftState());
+        return {};
+    }
     void changed(Property property) override {
         NativeControl::changed(property);
         if (property == Property::Items) showFiles();

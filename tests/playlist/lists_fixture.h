@@ -1,8 +1,9 @@
 // A list model on the fakes, and lists written as plain vectors.
 #pragma once
 
-#include <set>
+#include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "app/global_state.h"
@@ -20,16 +21,34 @@ using Paths = std::vector<std::string>;
 class CountingVbmp3 : public FakeVbmp3 {
   public:
     Paths infoReads;
+    std::chrono::milliseconds delay{};  // of each read, as a slow disk has it
     bool vbmp3_getFileInfo(const std::string& path, vbmp3_FileInfo& info) override {
         infoReads.push_back(path);
+        if (delay.count() > 0) std::this_thread::sleep_for(delay);
         return FakeVbmp3::vbmp3_getFileInfo(path, info);
+    }
+};
+
+class SlowFileSystem : public FakeFileSystem {
+  public:
+    std::chrono::microseconds enumerationDelay{};  // of each name
+    std::chrono::milliseconds lookUpDelay{};
+    void eachFile(const std::string& folder, const std::function<bool(const std::string& name)>& listener) override {
+        FakeFileSystem::eachFile(folder, [&](const std::string& name) {
+            if (enumerationDelay.count() > 0) std::this_thread::sleep_for(enumerationDelay);
+            return listener(name);
+        });
+    }
+    bool folderExists(const std::string& path) override {
+        if (lookUpDelay.count() > 0) std::this_thread::sleep_for(lookUpDelay);
+        return FakeFileSystem::folderExists(path);
     }
 };
 
 struct Lists {
     GlobalState state;
     FakeOptions options;
-    FakeFileSystem files;
+    SlowFileSystem files;
     CountingVbmp3 vbmp3;
     FakeRandom random;
     Playlists lists;

@@ -1,0 +1,186 @@
+// The browser: drive, folder and files, and what is done with a file of it.
+#include <algorithm>
+#include <utility>
+
+#include "app/global_state.h"
+#include "platform/dialogs.h"
+#include "platform/file_system.h"
+#include "playlist/form_list.h"
+#include "playlist/sort_key.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+// What Combo1 offers; File1 shows the names whose last four characters stand in the text.
+struct Filter {
+    const char* name;
+    const char* extensions;
+};
+constexpr Filter kFilters[] = {
+    {"すべての対応ファイル", ".mp1.mp2.mp3.mpg.rmp.wav.mid.rmi.cda.wma.m3u"},
+    {"音楽ファイル", ".mp1.mp2.mp3.mpg.rmp.wav.mid.rmi.cda.wma"},
+    {"MPEG (mp1;mp2;mp3;mpg;rmp)", ".mp1.mp2.mp3.mpg.rmp"},
+    {"WAVE (wav)", ".wav"},
+    {"MIDI (mid;rmi)", ".mid.rmi"},
+    {"CD (cda)", ".cda"},
+    {"WMA (wma)", ".wma"},
+    {"M3U (m3u)", ".m3u"},
+};
+
+bool Passes(const Filter& filter, const std::string& name) {
+    const std::string extension = LastFour(name);
+    return extension.starts_with('.') && CharacterCount(name) > 4 &&
+           std::string_view(filter.extensions).find(extension) != std::string_view::npos;
+}
+
+void SortNames(std::vector<std::string>& names) {
+    std::vector<std::pair<std::string, std::string>> keyed;
+    for (std::string& name : names) {
+        std::string key;
+        AppendSortKey(key, name);
+        keyed.emplace_back(std::move(key), std::move(name));
+    }
+    std::sort(keyed.begin(), keyed.end());
+    for (std::size_t i = 0; i < names.size(); ++i) names[i] = std::move(keyed[i].second);
+}
+
+// "C:\" of "C:\a", "\\server\share" of "\\server\share\a".
+std::string RootOf(const std::string& path) {
+    if (!path.starts_with("\\\\")) return path.substr(0, 2) + "\\";
+    const std::size_t server = path.find('\\', 2);
+    return path.substr(0, server == std::string::npos ? server : path.find('\\', server + 1));
+}
+
+std::string WithoutTrailingSlash(const std::string& folder) {
+    return folder.size() > 3 && folder.ends_with('\\') ? folder.substr(0, folder.size() - 1) : folder;
+}
+
+}  // namespace
+
+void FormList::makeBrowser() {
+    std::vector<ComboBox::Item> filters;
+    for (const Filter& filter : kFilters) filters.push_back({filter.name, static_cast<int>(filters.size())});
+    Combo1.setItems(std::move(filters));
+    Combo1.setListIndex(0);
+    Combo1.onClick = [this] { readFiles(); };
+    File2.setVisible(false);
+    Drive1.onChange = [this] { Drive1_Change(); };
+    Dir1.onChange = [this] { Dir1_Change(); };
+    Dir1.onDoubleClick = [this](int row) {
+        if (row >= 0 && row < static_cast<int>(Dir1.entries().size())) {
+            const std::string path = Dir1.entries()[static_cast<std::size_t>(row)].path;
+            Dir1.setPath(path);
+        }
+    };
+    File1.onDoubleClick = [this] { File1_DblClick(); };
+    File1.onRefresh = [this] { readFolder(); };
+    File1.onContextMenu = [this](Point at) { popup(Menu{"menuBrowser", browserItems()}, at); };
+}
+
+std::string FormList::folderPath() const { return Dir1.path().empty() ? std::string{} : JoinPath(Dir1.path(), ""); }
+
+void FormList::openFolder(const std::string& folder) {
+    Dir1.setPath(WithoutTrailingSlash(folder));
+    if (folder.size() >= 2 && folder[1] == ':') Drive1.setDrive(folder.substr(0, 2) + "\\");
+}
+
+void FormList::readDrives() { Drive1.setDrives(files_.drives()); }
+
+void FormList::Drive1_Change() {
+    const std::string drive = Drive1.drive();
+    if (!Dir1.path().empty() && EqualsNoCase(RootOf(Dir1.path()), drive)) return;
+    if (!files_.folderExists(drive)) {
+        dialogs_.message("ドライブの準備ができていません", MessageIcon::Warning);
+        if (!Dir1.path().empty()) Drive1.setDrive(RootOf(Dir1.path()));
+        return;
+    }
+    const auto last = lastFolders_.find(drive);
+    Dir1.setPath(last != lastFolders_.end() && files_.folderExists(last->second) ? last->second : drive);
+}
+
+void FormList::Dir1_Change() {
+    state_.CurrentFolder = Dir1.path();
+    state_.CurrentIndex[kFolderList] = -1;
+    lastFolders_[RootOf(Dir1.path())] = Dir1.path();
+    // A window that nobody sees does not look at the disk.
+    browserStale_ = true;
+    if (visible()) readFolder();
+}
+
+void FormList::readFolder() {
+    if (!visible()) {
+        browserStale_ = true;
+        return;
+    }
+    browserStale_ = false;
+    std::vector<DirListBox::Entry> entries;
+    if (!Dir1.path().empty()) {
+        std::string path = RootOf(Dir1.path());
+        entries.push_back({path, path, 0});
+        for (std::size_t at = JoinPath(path, "").size(); at < Dir1.path().size();) {
+            const std::size_t end = std::min(Dir1.path().find('\\', at), Dir1.path().size());
+            const std::string name = Dir1.path().substr(at, end - at);
+            path = JoinPath(path, name);
+            entries.push_back({path, name, static_cast<int>(entries.size())});
+            at = end + 1;
+        }
+        std::vector<std::string> folders = files_.folders(Dir1.path());
+        SortNames(folders);
+        const int level = static_cast<int>(entries.size());
+        for (const std::string& name : folders) entries.push_back({JoinPath(path, name), name, level});
+    }
+    Dir1.setEntries(std::move(entries));
+    readFiles();
+}
+
+void FormList::readFiles() {
+    const Filter& filter = kFilters[std::max(Combo1.data(), 0)];
+    std::vector<std::string> names;
+    if (!Dir1.path().empty()) names = files_.files(Dir1.path());
+    std::erase_if(names, [&](const std::string& name) { return !Passes(filter, name); });
+    SortNames(names);
+    std::vector<std::string> playable = names;
+    std::erase_if(playable, IsM3U);
+    File1.setFiles(std::move(names));
+    const bool changed = folderPath() != lists_.folder() || playable != File2.files();
+    File2.setFiles(playable);
+    lists_.setFolderFiles(folderPath(), std::move(playable));
+    if (changed) {
+        const auto& shown = File2.files();
+        const auto current = std::find(shown.begin(), shown.end(), FileNameOf(state_.CurrentFile));
+        const bool here = FolderOf(state_.CurrentFile) == folderPath() && current != shown.end();
+        state_.CurrentIndex[kFolderList] = here ? static_cast<int>(current - shown.begin()) : -1;
+        lists_.BuildShuffleOrder(kFolderList);
+    }
+    showStatus();
+}
+
+void FormList::File1_DblClick() {
+    const int row = File1.listIndex();
+    if (row < 0) return;
+    const std::string name = File1.files()[static_cast<std::size_t>(row)];
+    if (IsM3U(name)) {
+        adding_.addM3U(folderPath(), name, state_.ListNo);
+        startAdding();
+        return;
+    }
+    const auto& playable = File2.files();
+    const auto place = std::find(playable.begin(), playable.end(), name) - playable.begin();
+    open(folderPath() + name, kFolderList, static_cast<int>(place), kForward, true);
+}
+
+void FormList::menuLoad2_Click() {
+    int row = 0;
+    while (row < static_cast<int>(File1.files().size()) && !File1.selected(row)) ++row;
+    if (row == static_cast<int>(File1.files().size())) row = File1.listIndex();
+    if (row < 0) return;
+    const std::string name = File1.files()[static_cast<std::size_t>(row)];
+    if (IsM3U(name)) return;
+    const auto& playable = File2.files();
+    const auto place = std::find(playable.begin(), playable.end(), name) - playable.begin();
+    open(folderPath() + name, kFolderList, static_cast<int>(place), kNoIntent, state_.PlayerStatus == kPlay);
+}
+
+}  // namespace quenlox

@@ -1,0 +1,178 @@
+// What changes the lists: adding, sorting, moving, removing, writing.
+#include <algorithm>
+
+#include "app/global_state.h"
+#include "platform/dialogs.h"
+#include "platform/file_system.h"
+#include "playlist/form_list.h"
+#include "text/paths.h"
+
+namespace quenlox {
+namespace {
+
+// What is done before the command returns; the rest comes in slices, with a progress bar.
+constexpr std::chrono::milliseconds kAtOnce{120};
+
+constexpr const char* kM3UFilter = "*.m3u";
+constexpr const char* kM3UFilterName = "M3Uﾌｧｲﾙ";
+
+}  // namespace
+
+// Adding.
+
+void FormList::startAdding() {
+    lastHeaderSort_.reset();
+    adding_.step(kAtOnce);
+    showBusy();
+    showStatus();
+    updateMenus();
+    updateTimer();
+}
+
+void FormList::PlayView_FilesDropped(const std::vector<std::string>& files) {
+    for (const std::string& path : files) adding_.addPath(path, state_.ListNo);
+    startAdding();
+}
+
+void FormList::Form_FilesDropped(const std::vector<std::string>& files, Point) { PlayView_FilesDropped(files); }
+
+void FormList::menuAdd1_Click(int list) { addFromBrowser(list, true); }
+
+void FormList::menuAdd2_Click(int list) { addFromBrowser(list, false); }
+
+void FormList::addFromBrowser(int list, bool all) {
+    if (list < 0 || list >= kViews) return;
+    const std::string folder = folderPath();
+    for (int row = 0; row < static_cast<int>(File1.files().size()); ++row) {
+        if (!all && !File1.selected(row)) continue;
+        const std::string& name = File1.files()[static_cast<std::size_t>(row)];
+        if (IsM3U(name)) {
+            // The entries of an M3U file go to the list on the screen, whichever list the command names.
+            adding_.addM3U(folder, name, state_.ListNo);
+        } else {
+            adding_.addFile(folder + name, list);
+        }
+    }
+    adding_.touch(list);
+    File1.setSelection(std::vector<bool>(File1.files().size(), false));
+    startAdding();
+}
+
+void FormList::addFiles() {
+    FileDialog dialog;
+    dialog.title = "追加するファイルの選択";
+    dialog.filterName = "再生できるファイル";
+    dialog.filter = std::string(kMediaFilter) + ";" + kM3UFilter;
+    dialog.folder = state_.CurrentFolder;
+    const std::vector<std::string> chosen = dialogs_.openFiles(dialog);
+    if (!chosen.empty()) PlayView_FilesDropped(chosen);
+}
+
+void FormList::addFolder() {
+    const auto folder = dialogs_.chooseFolder("追加するフォルダの選択", state_.CurrentFolder);
+    if (folder && !folder->empty()) PlayView_FilesDropped({*folder});
+}
+
+void FormList::importM3U() {
+    FileDialog dialog;
+    dialog.title = "読み込むM3Uﾌｧｲﾙの選択";
+    dialog.filterName = kM3UFilterName;
+    dialog.filter = kM3UFilter;
+    dialog.folder = state_.CurrentFolder;
+    const std::vector<std::string> chosen = dialogs_.openFiles(dialog);
+    if (chosen.empty()) return;
+    for (const std::string& path : chosen) adding_.addM3U(FolderOf(path), FileNameOf(path), state_.ListNo);
+    startAdding();
+}
+
+// Order.
+
+void FormList::PlayView_ColumnClick(int column) {
+    // A second click on the same header turns the order round.
+    const bool again = lastHeaderSort_ && lastHeaderSort_->list == state_.ListNo && lastHeaderSort_->column == column;
+    requestSort({state_.ListNo, column, again && !lastHeaderSort_->descending, false});
+}
+
+void FormList::menuSort_Click(int index) {
+    if (folderShown()) return;
+    if (index > 4) {
+        edit([&](int list, Playlists::Selection& selection) { lists_.randomize(list, selection); });
+        return;
+    }
+    // In file-name mode only the last two items are there, and stand for the first two columns.
+    const int inTagMode = index == 2 ? static_cast<int>(kTimeColumn) : index;
+    const int column = state_.ListType != 0 ? inTagMode : index - 3;
+    if (column >= 0) requestSort({state_.ListNo, column, false, true});
+}
+
+void FormList::requestSort(const SortJob& sort) {
+    sorting_ = sort;
+    // A sort by texts needs those of every row.
+    if (sort.column == kFileColumn || !lists_.fillSome(sort.list, kAtOnce)) finishSort();
+    showBusy();
+    updateTimer();
+}
+
+void FormList::finishSort() {
+    const SortJob sort = *sorting_;
+    sorting_.reset();
+    Playlists::Selection selection = PlayView[sort.list].selection();
+    lists_.sort(sort.list, sort.column, sort.descending, selection);
+    PlayView[sort.list].setSelection(std::move(selection));
+    if (sort.setsDirty) {
+        state_.ListDirty = true;
+        lastHeaderSort_.reset();
+    } else {
+        lastHeaderSort_ = sort;
+    }
+    trackChanged();
+}
+
+void FormList::menuUpDn_Click(int index) {
+    if (folderShown() || !hasRows_) return;
+    edit([&](int list, Playlists::Selection& selection) {
+        if (index == 0) {
+            lists_.moveUp(list, selection);
+        } else {
+            lists_.moveDown(list, selection);
+        }
+    });
+    const auto& selection = view().selection();
+    const auto first = std::find(selection.begin(), selection.end(), true);
+    const auto last = std::find(selection.rbegin(), selection.rend(), true);
+    if (first == selection.end()) return;
+    view().ensureVisible(static_cast<int>(index == 0 ? first - selection.begin() : selection.rend() - last - 1));
+}
+
+// Removing.
+
+void FormList::menuDelete_Click() {
+    if (folderShown()) return;
+    lists_.removeSelected(state_.ListNo, view().selection());
+    lastHeaderSort_.reset();
+    updateMenus();
+    showStatus();
+}
+
+void FormList::menuClear_Click() {
+    if (folderShown()) return;
+    lists_.clear(state_.ListNo);
+    updateMenus();
+    showStatus();
+}
+
+// Writing.
+
+void FormList::menuSave_Click() {
+    FileDialog dialog;
+    dialog.title = "保存M3Uﾌｧｲﾙ名の指定";
+    dialog.filterName = kM3UFilterName;
+    dialog.filter = kM3UFilter;
+    dialog.folder = state_.CurrentFolder;
+    const auto path = dialogs_.saveFile(dialog);
+    if (!path || path->empty()) return;
+    const int list = folderShown() ? kFolderList : state_.ListNo;
+    if (!lists_.ExportM3U(list, *path)) dialogs_.message("M3Uファイルを保存できません", MessageIcon::Stop);
+}
+
+}  // namespace quenlox

@@ -1,0 +1,138 @@
+// Menu bar, context menus and toolbar.
+#include <utility>
+
+#include "app/global_state.h"
+#include "platform/window_host.h"
+#include "playlist/form_list.h"
+
+namespace quenlox {
+namespace {
+
+constexpr std::array<const char*, FormList::kSortItems> kSortCaptions{"曲名",         "アーチスト名", "演奏時間",
+                                                                      "ディレクトリ名", "ファイル名",   "ランダム"};
+constexpr std::array<const char*, FormList::kViews> kListCaptions{"リストA", "リストB", "リストC"};
+
+MenuItem Command(const char* caption, std::function<void()> onClick, bool enabled = true) {
+    MenuItem item;
+    item.caption = caption;
+    item.enabled = enabled;
+    item.onClick = std::move(onClick);
+    return item;
+}
+
+MenuItem SubMenu(const char* caption, std::vector<MenuItem> items) {
+    MenuItem item;
+    item.caption = caption;
+    item.items = std::move(items);
+    return item;
+}
+
+MenuItem Separator() { return Command("-", {}); }
+
+ToolbarButton Button(const char* key, const char* caption, const char* tooltip) {
+    ToolbarButton button;
+    button.key = key;
+    button.caption = caption;
+    button.tooltip = tooltip;
+    return button;
+}
+
+ToolbarButton Gap() {
+    ToolbarButton gap;
+    gap.separator = true;
+    return gap;
+}
+
+}  // namespace
+
+void FormList::makeMenus() {
+    for (int index = 0; index < kSortItems; ++index)
+        menuSort.items.push_back(Command(kSortCaptions[static_cast<std::size_t>(index)], [this, index] { menuSort_Click(index); }));
+    Toolbar1.setButtons({Button("add", "追加", "ファイルをリストに追加します"),
+                         Button("addFolder", "ﾌｫﾙﾀﾞ追加", "フォルダのファイルをリストに追加します"), Gap(),
+                         Button("up", "▲", "選択した曲を上へ移動します (Alt+↑)"),
+                         Button("down", "▼", "選択した曲を下へ移動します (Alt+↓)"),
+                         Button("delete", "削除", "選択した曲をリストから外します (Del)"), Gap(),
+                         Button("save", "保存", "リストをM3Uファイルに保存します"),
+                         Button("browser", "ﾌﾞﾗｳｻﾞ", "フォルダ欄を表示または隠します")});
+    Toolbar1.setButtonChecked("browser", browserShown_);
+    Toolbar1.onButton = [this](const std::string& key) { Toolbar1_ButtonClick(key); };
+    updateMenus();
+}
+
+void FormList::Toolbar1_ButtonClick(const std::string& key) {
+    const std::array<std::pair<const char*, std::function<void()>>, 7> commands{{
+        {"add", [this] { addFiles(); }},
+        {"addFolder", [this] { addFolder(); }},
+        {"up", [this] { menuUpDn_Click(0); }},
+        {"down", [this] { menuUpDn_Click(1); }},
+        {"delete", [this] { menuDelete_Click(); }},
+        {"save", [this] { menuSave_Click(); }},
+        {"browser",
+         [this] {
+             browserShown_ = !browserShown_;
+             Toolbar1.setButtonChecked("browser", browserShown_);
+             TabList_Click();
+         }},
+    }};
+    for (const auto& [name, command] : commands) {
+        if (key == name) command();
+    }
+}
+
+void FormList::showSortItems(bool tagInformation) {
+    for (std::size_t item = 0; item <= 3; ++item) menuSort.items[item].visible = (item == 3) != tagInformation;
+    updateMenus();
+}
+
+std::vector<MenuItem> FormList::sortItems() {
+    std::vector<MenuItem> items = menuSort.items;
+    for (MenuItem& item : items) item.enabled = hasRows_;
+    items.insert(items.end() - 1, Separator());
+    return items;
+}
+
+std::vector<MenuItem> FormList::listItems() {
+    return {Command("読込", [this] { menuLoad1_Click(); }, hasRows_),
+            Separator(),
+            Command("上へ", [this] { menuUpDn_Click(0); }, hasRows_),
+            Command("下へ", [this] { menuUpDn_Click(1); }, hasRows_),
+            SubMenu("並替", sortItems()),
+            Separator(),
+            Command("削除", [this] { menuDelete_Click(); }, hasRows_),
+            Command("初期化", [this] { menuClear_Click(); }, !folderShown()),
+            Separator(),
+            Command("保存", [this] { menuSave_Click(); })};
+}
+
+std::vector<MenuItem> FormList::browserItems() {
+    const auto targets = [this](void (FormList::*command)(int)) {
+        std::vector<MenuItem> items;
+        for (int list = 0; list < kViews; ++list)
+            items.push_back(Command(kListCaptions[static_cast<std::size_t>(list)], [this, command, list] { (this->*command)(list); }));
+        return items;
+    };
+    return {Command("読込", [this] { menuLoad2_Click(); }), SubMenu("全追加", targets(&FormList::menuAdd1_Click)),
+            SubMenu("選択追加", targets(&FormList::menuAdd2_Click))};
+}
+
+void FormList::updateMenus() {
+    hasRows_ = !folderShown() && lists_.count(state_.ListNo) > 0;
+    for (const char* key : {"up", "down", "delete"}) Toolbar1.setButtonEnabled(key, hasRows_);
+
+    std::vector<MenuItem> list = listItems();
+    list.insert(list.begin() + 1, {Separator(), Command("ファイルを追加(&F)...", [this] { addFiles(); }),
+                                   Command("フォルダを追加(&D)...", [this] { addFolder(); }),
+                                   Command("M3Uファイルを読み込む(&M)...", [this] { importM3U(); })});
+    list.push_back(Separator());
+    list.push_back(Command("すべて選択(&A)", [this] { view().selectAll(true); }, hasRows_));
+    list.push_back(Command("閉じる(&X)", [this] { unload(); }));
+    std::vector<MenuItem> browser = browserItems();
+    browser.push_back(Separator());
+    browser.push_back(Command("最新の情報に更新(&R)", [this] { File1.refresh(); }));
+    menuBar_.items = {SubMenu("リスト(&L)", std::move(list)), SubMenu("並替(&S)", sortItems()),
+                      SubMenu("フォルダ(&B)", std::move(browser))};
+    formChanged(FormProperty::Menu);
+}
+
+}  // namespace quenlox

@@ -1,0 +1,46 @@
+// The play-list window over a list model on the fakes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "playlist/form_list.h"
+#include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_window_system.h"
+#include "tests/playlist/lists_fixture.h"
+
+namespace quenlox {
+
+struct ListWindow : Lists {
+    FakeDialogs dialogs;
+    FakeWindowSystem windows;
+    FormList form{state, lists, files, dialogs, windows};
+    std::vector<std::string> opened;  // "C:\\a.mp3 play" or "C:\\a.mp3"
+
+    explicit ListWindow(bool shown = true) {
+        form.onOpen = [this](bool play) { opened.push_back(state.CurrentFile + (play ? " play" : "")); };
+        form.realise(windows);
+        if (shown) form.show();
+    }
+    // Ticks of the window's timer until nothing is left to do.
+    void finishWork() {
+        for (int tick = 0; tick < 100000 && form.Timer1.enabled(); ++tick) form.Timer1_Timer();
+    }
+    ListView& view() { return form.PlayView[state.ListNo]; }
+    void select(const std::string& marks) { view().setSelection(Marked(marks)); }
+    std::string marks() { return MarksOf(view().selection()); }
+    void browse(const std::string& folder, const Paths& names) {
+        for (const std::string& name : names) files.add(JoinPath(folder, name), "");
+        form.openFolder(folder);
+    }
+    static const MenuItem* find(const std::vector<MenuItem>& items, const std::string& caption) {
+        for (const MenuItem& item : items) {
+            if (item.caption == caption) return &item;
+            if (const MenuItem* found = find(item.items, caption)) return found;
+        }
+        return nullptr;
+    }
+    const MenuItem* menu(const std::string& caption) { return find(form.menuBar()->items, caption); }
+};
+
+}  // namespace quenlox
