@@ -27,11 +27,16 @@ Application::Application(const Services& services, std::string commandLine)
       monitor_(state_, engine_, services.vbmp3, services.mediaControl, lists_, options_),
       pitch_(state_, services.vbmp3, options_, engine_.status()),
       volume_(state_, services.mixer, options_),
-      list_(state_),
+      list_(state_, lists_, services.files, services.dialogs, services.windows),
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_),
       tag_(state_),
       settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
+    engine_.onOpened = [this] { list_.trackChanged(); };
+    list_.onOpen = [this](bool play) {
+        engine_.OpenMedia();
+        if (play) engine_.PlayMedia();
+    };
     FormTop::Hooks hooks;
     hooks.unload = [this] { unload(); };
     hooks.help = [this] { showHelp(); };

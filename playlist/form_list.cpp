@@ -67,6 +67,11 @@ FormList::FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dial
     showStatus();
 }
 
+FormList::~FormList() {
+    lists_.onChange = nullptr;
+    lists_.onRemove = nullptr;
+}
+
 void FormList::makeViews() {
     PlayView.fill(*this, "PlayView", 0, kViews - 1);
     std::vector<ListView::Column> columns;

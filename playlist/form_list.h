@@ -34,6 +34,8 @@ class FormList : public Form {
 
     FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs, WindowSystem& windows);
 
+    ~FormList() override;
+
     // Opens CurrentFile, and plays it when `play`.
     std::function<void(bool play)> onOpen;
 

@@ -102,7 +102,6 @@ void FormList::Drive1_Change() {
 
 void FormList::Dir1_Change() {
     state_.CurrentFolder = Dir1.path();
-    state_.CurrentIndex[kFolderList] = -1;
     lastFolders_[RootOf(Dir1.path())] = Dir1.path();
     // A window that nobody sees does not look at the disk.
     browserStale_ = true;

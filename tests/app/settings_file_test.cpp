@@ -14,6 +14,7 @@
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_random.h"
 #include "tests/fakes/fake_vbmp3.h"
+#include "tests/fakes/fake_window_system.h"
 #include "text/encoding.h"
 
 namespace quenlox {
@@ -52,8 +53,10 @@ struct Program {
     FakeVbmp3 vbmp3;
     FakeDialogs dialogs;
     FakeRandom random;
-    FormList list{state};
+    FakeWindowSystem windows;
     FormOpt opt{state};
+    Playlists lists{state, opt, files, vbmp3, random};
+    FormList list{state, lists, files, dialogs, windows};
     FormGra gra{state, vbmp3, dialogs, random};
     FormLyrics lyrics{state, opt};
     FormTag tag{state};
