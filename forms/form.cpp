@@ -13,7 +13,9 @@ Form::~Form() {
 }
 
 void Form::realise(WindowSystem& system) {
-    if (!host_) host_ = system.realise(*this);
+    if (host_) return;
+    host_ = system.realise(*this);
+    if (host_) host_->realised();
 }
 
 void Form::formChanged(FormProperty property) {

@@ -23,6 +23,7 @@ using Region = std::vector<Rect>;
 class FormHost {
   public:
     virtual ~FormHost() = default;
+    virtual void realised() {}                             // the form has its host now; place, arrange and show it
     virtual void formChanged(FormProperty property) = 0;
     virtual void controlChanged(Control& control, Property property) = 0;
     virtual void controlRemoved(Control& control) = 0;

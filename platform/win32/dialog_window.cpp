@@ -38,6 +38,9 @@ void DialogWindow::create() {
     arranging_ = true;
     setMenuBar();
     for (Control* control : form()->controls()) makeControl(*control);
+}
+
+void DialogWindow::realised() {
     placeWindow();
     arranging_ = false;
     fitToLayout();
@@ -114,10 +117,12 @@ void DialogWindow::arrange() {
     if (layout.kind != Layout::Kind::None) {
         pages_.clear();
         collectPages(layout);
-        moves_ = BeginDeferWindowPos(static_cast<int>(natives_.size()));
         Arrange(layout, content(), units_, [this](const Control& control) { return wish(control); });
-        if (moves_) EndDeferWindowPos(moves_);
-        moves_ = nullptr;
+        // All at once, so that no control is seen at its new place over another at its old one.
+        HDWP moves = BeginDeferWindowPos(static_cast<int>(natives_.size()));
+        for (const auto& [control, native] : natives_) native->place(&moves);
+        if (moves) EndDeferWindowPos(moves);
+        if (!attached()) return;
     }
     arranging_ = false;
     form()->Form_Resize(clientSize());
@@ -196,11 +201,9 @@ void DialogWindow::controlChanged(Control& control, Property property) {
         found->place(nullptr);
         found->changed(Property::Visible);
     }
-    if (property == Property::Bounds && moves_) {
-        found->place(&moves_);
-    } else {
-        found->changed(property);
-    }
+    if (property == Property::Bounds && arranging_) return;
+    found->changed(property);
+    if (!attached()) return;
     if (property == Property::Value && attached() && dynamic_cast<TabStrip*>(&control)) showPages();
     if (property == Property::Items && attached() && dynamic_cast<Toolbar*>(&control)) arrange();
 }

@@ -17,6 +17,7 @@ class DialogWindow : public FormWindow {
     using FormWindow::FormWindow;
     ~DialogWindow() override;
     void create() override;
+    void realised() override;
     void formChanged(FormProperty property) override;
     void controlChanged(Control& control, Property property) override;
     void controlRemoved(Control& control) override;
@@ -74,7 +75,6 @@ class DialogWindow : public FormWindow {
     std::vector<std::unique_ptr<NativeControl>> removed_;
     std::unordered_map<const Control*, Page> pages_;
     HWND lastFocus_ = nullptr;
-    HDWP moves_ = nullptr;  // while the controls are being arranged
     bool arranging_ = false;
 };
 

@@ -46,6 +46,9 @@ bool PutInPlace(const std::wstring& temporary, const std::wstring& target) {
     const DWORD attributes = GetFileAttributesW(target.c_str());
     if (attributes == kMissing) return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
     if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) return false;
+    // A file that another program holds is left alone before anything is tried at it; the system's own attempt may leave
+    // a file of its own beside.
+    if (!Open(target, GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING)) return false;
     // Keeps who may do what with the target. Not every file system can do it; then a move does.
     if (ReplaceFileW(target.c_str(), temporary.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)) return true;
     return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;

@@ -24,7 +24,8 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     static void RegisterClasses();
     static std::shared_ptr<FormWindow> FromHandle(HWND window);  // null when it is none of ours
 
-    virtual void create() = 0;
+    virtual void create() = 0;    // the window and its controls, hidden
+    virtual void realised() = 0;  // places and arranges them, and shows the window if the form is visible
     void detach();  // the form lets go of the window; it is destroyed
     HWND handle() const { return window_; }
 

@@ -45,6 +45,9 @@ HRGN MakeRegion(const Region& region, int k) {
 void SkinnedWindow::create() {
     createWindow(kSkinnedClass, WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX, WS_EX_APPWINDOW, nullptr);
     makeTooltip();
+}
+
+void SkinnedWindow::realised() {
     placeWindow();
     if (form()->topmost()) formChanged(FormProperty::Topmost);
     if (form()->visible()) formChanged(FormProperty::Visible);
@@ -113,7 +116,6 @@ void SkinnedWindow::makeTooltip() {
     tool.lpszText = LPSTR_TEXTCALLBACKW;
     SendMessageW(tooltip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
     SendMessageW(tooltip_, TTM_SETMAXTIPWIDTH, 0, 400);
-    sized();
 }
 
 void SkinnedWindow::sized() {

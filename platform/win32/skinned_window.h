@@ -10,6 +10,7 @@ class SkinnedWindow : public FormWindow {
   public:
     using FormWindow::FormWindow;
     void create() override;
+    void realised() override;
     void formChanged(FormProperty property) override;
     void controlChanged(Control& control, Property property) override;
     void setRegion(const Region& region) override;

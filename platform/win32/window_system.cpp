@@ -22,6 +22,7 @@ class Host : public FormHost {
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
+    void realised() override { window_->realised(); }
     void formChanged(FormProperty property) override { window_->formChanged(property); }
     void controlChanged(Control& control, Property property) override { window_->controlChanged(control, property); }
     void controlRemoved(Control& control) override { window_->controlRemoved(control); }

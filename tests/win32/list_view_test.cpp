@@ -1,0 +1,197 @@
+#include "forms/list_view.h"
+
+#include "tests/win32/desk.h"
+
+namespace quenlox {
+namespace {
+
+struct ListForm : Form {
+    ListForm() : Form("FormList", Kind::Sizeable) {
+        setCaption("プレイリスト");
+        setSize(500 * 15, 300 * 15);
+        view.setColumns({{"曲名", 160}, {"アーチスト名", 120}, {"時間", 50, true}, {"隠し", 0}});
+        view.textOf = [this](int row, int column) {
+            ++asked;
+            return "行 " + std::to_string(row) + "/" + std::to_string(column);
+        };
+        view.marked = [](int row) { return row == 2; };
+        view.onSelectionChange = [this] { ++selections; };
+    }
+    Layout layout() override { return Item(view, 0, 0, 1); }
+    ListView view{*this, "PlayView"};
+    int asked = 0, selections = 0;
+};
+
+struct RealListView : Desk {
+    RealListView() {
+        form.realise(*system);
+        form.view.setRowCount(1000);
+        form.show();
+        pump();
+        list = WindowOf(form, L"PlayView");
+        form.selections = 0;
+    }
+    int selectedInWindow() { return static_cast<int>(SendMessageW(list, LVM_GETSELECTEDCOUNT, 0, 0)); }
+    bool selectedInWindow(int row) { return SendMessageW(list, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) != 0; }
+    void userSelects(int row, bool on) {
+        LVITEMW item{};
+        item.stateMask = LVIS_SELECTED;
+        item.state = on ? static_cast<UINT>(LVIS_SELECTED) : 0u;
+        SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    }
+    ListForm form;
+    HWND list = nullptr;
+};
+
+TEST_F(RealListView, AsksOnlyForTheRowsThatAreSeen) {
+    EXPECT_EQ(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), 1000);
+    EXPECT_TRUE(waitFor([&] { return form.asked > 0; }));
+    EXPECT_LT(form.asked, 1000);
+    wchar_t text[64] = {};
+    LVITEMW item{};
+    item.iSubItem = 1;
+    item.pszText = text;
+    item.cchTextMax = 64;
+    SendMessageW(list, LVM_GETITEMTEXTW, 777, reinterpret_cast<LPARAM>(&item));
+    EXPECT_STREQ(text, L"行 777/1");
+    item.cchTextMax = 3;
+    SendMessageW(list, LVM_GETITEMTEXTW, 777, reinterpret_cast<LPARAM>(&item));
+    EXPECT_STREQ(text, L"行 ") << "cut to the room that the caller gives";
+}
+
+TEST_F(RealListView, SelectionGoesBothWaysWithoutAnEcho) {
+    form.view.setSelected(5, true);
+    EXPECT_EQ(form.selections, 1);
+    EXPECT_TRUE(selectedInWindow(5));
+    userSelects(7, true);
+    EXPECT_TRUE(form.view.selected(7));
+    EXPECT_EQ(form.selections, 2);
+    userSelects(-1, false);
+    EXPECT_EQ(form.view.selectedCount(), 0);
+    form.view.selectAll(true);
+    EXPECT_EQ(selectedInWindow(), 1000);
+    std::vector<bool> most(1000, true);
+    most[0] = most[500] = false;
+    form.view.setSelection(most);
+    EXPECT_EQ(selectedInWindow(), 998);
+    EXPECT_FALSE(selectedInWindow(500));
+    std::vector<bool> few(1000, false);
+    for (int i = 100; i < 140; ++i) few[static_cast<std::size_t>(i)] = true;
+    form.view.setSelection(few);
+    EXPECT_EQ(selectedInWindow(), 40);
+    EXPECT_EQ(form.view.selection(), few) << "the model has kept what it was given";
+}
+
+TEST_F(RealListView, ARangeChosenWithShiftArrivesAsOneChange) {
+    SetFocus(list);
+    SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, At(20, 40));
+    SendMessageW(list, WM_LBUTTONUP, 0, At(20, 40));
+    const int first = form.view.focusedRow();
+    ASSERT_GE(first, 0);
+    EXPECT_EQ(form.view.selectedCount(), 1);
+    form.selections = 0;
+    NMLVODSTATECHANGE range{};
+    range.hdr = {list, static_cast<UINT_PTR>(GetDlgCtrlID(list)), static_cast<UINT>(LVN_ODSTATECHANGED)};
+    range.iFrom = first;
+    range.iTo = first + 4;
+    range.uNewState = LVIS_SELECTED;
+    SendMessageW(WindowOf(form), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&range));
+    EXPECT_EQ(form.selections, 1);
+    EXPECT_EQ(form.view.selectedCount(), 5);
+}
+
+TEST_F(RealListView, FewerRowsLeaveNoSelectionBehind) {
+    form.view.selectAll(true);
+    form.view.setRowCount(10);
+    EXPECT_EQ(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), 10);
+    EXPECT_EQ(selectedInWindow(), 10);
+    form.view.setRowCount(0);
+    form.view.setRowCount(20);
+    EXPECT_EQ(selectedInWindow(), 0);
+    EXPECT_EQ(form.view.selectedCount(), 0);
+}
+
+TEST_F(RealListView, TypedLettersAreLookedUpByTheForm) {
+    std::vector<std::string> typed;
+    form.view.find = [&](const std::string& prefix, int) { return typed.push_back(prefix), 123; };
+    LVFINDINFOW search{};
+    search.flags = LVFI_STRING | LVFI_PARTIAL;
+    search.psz = L"夜";
+    EXPECT_EQ(SendMessageW(list, LVM_FINDITEMW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&search)), 123);
+    EXPECT_EQ(typed, (std::vector<std::string>{"夜"}));
+}
+
+TEST_F(RealListView, ColumnsFollowTheFormAndTheUser) {
+    HWND header = ListView_GetHeader(list);
+    EXPECT_EQ(SendMessageW(list, LVM_GETCOLUMNWIDTH, 3, 0), 0) << "hidden";
+    form.view.setColumnWidth(0, 200);
+    EXPECT_EQ(SendMessageW(list, LVM_GETCOLUMNWIDTH, 0, 0), 200);
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, 1, 77);  // as the header does when it is dragged
+    EXPECT_EQ(form.view.columns()[1].width, 77);
+    form.view.setColumns({{"ファイル", 300}});
+    EXPECT_EQ(Header_GetItemCount(header), 1);
+    int clicked = -1;
+    form.view.onColumnClick = [&](int column) { clicked = column; };
+    NMLISTVIEW click{};
+    click.hdr = {list, 0, static_cast<UINT>(LVN_COLUMNCLICK)};
+    click.iItem = -1;
+    SendMessageW(WindowOf(form), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&click));
+    EXPECT_EQ(clicked, 0);
+}
+
+TEST_F(RealListView, DraggedRowsGoToTheBorderNearestToThePointer) {
+    int before = -1;
+    form.view.onRowsDragged = [&](int row) { before = row; };
+    form.view.setSelected(1, true);
+    RECT row{};
+    row.left = LVIR_BOUNDS;
+    SendMessageW(list, LVM_GETITEMRECT, 4, reinterpret_cast<LPARAM>(&row));
+    NMLISTVIEW drag{};
+    drag.hdr = {list, 0, static_cast<UINT>(LVN_BEGINDRAG)};
+    const auto begin = [&] { SendMessageW(WindowOf(form), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&drag)); };
+    begin();
+    SendMessageW(list, WM_MOUSEMOVE, MK_LBUTTON, At(10, row.top + 2));
+    SendMessageW(list, WM_LBUTTONUP, 0, At(10, row.top + 2));
+    EXPECT_EQ(before, 4);
+    begin();
+    SendMessageW(list, WM_MOUSEMOVE, MK_LBUTTON, At(10, row.bottom - 2));
+    SendMessageW(list, WM_LBUTTONUP, 0, At(10, row.bottom - 2));
+    EXPECT_EQ(before, 5);
+    before = -1;
+    begin();
+    SendMessageW(list, WM_MOUSEMOVE, MK_LBUTTON, At(10, row.top));
+    SendMessageW(list, WM_KEYDOWN, VK_ESCAPE, 0);
+    SendMessageW(list, WM_LBUTTONUP, 0, At(10, row.top));
+    EXPECT_EQ(before, -1) << "given up";
+}
+
+TEST_F(RealListView, AHundredThousandRowsFillAndSelectInAPassAndNotInQuadraticTime) {
+    form.view.setRowCount(100000);
+    std::vector<bool> everyOther(100000);
+    for (std::size_t i = 0; i < everyOther.size(); i += 2) everyOther[i] = true;
+    form.view.selectAll(true);
+    EXPECT_EQ(selectedInWindow(), 100000);
+    form.view.setSelection(everyOther);
+    EXPECT_EQ(selectedInWindow(), 50000);
+    form.view.ensureVisible(99999);
+    form.view.setFocusedRow(99999);
+    EXPECT_EQ(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED), 99999);
+    EXPECT_GT(SendMessageW(list, LVM_GETTOPINDEX, 0, 0), 90000);
+}
+
+TEST_F(RealListView, TheWindowKeepsItsLeastSizeAndTheListFillsIt) {
+    RECT before{};
+    GetWindowRect(WindowOf(form), &before);
+    SetWindowPos(WindowOf(form), nullptr, 0, 0, 700, 500, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(form.width(), 700 * 15);
+    RECT client{};
+    GetClientRect(WindowOf(form), &client);
+    EXPECT_GT(form.view.bounds().width, client.right - 20);
+    EXPECT_GT(form.view.bounds().height, client.bottom - 20);
+    MINMAXINFO limits{};
+    SendMessageW(WindowOf(form), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    EXPECT_EQ(limits.ptMinTrackSize.x, 100);
+}
+
+}  // namespace
+}  // namespace quenlox

@@ -1,0 +1,247 @@
+#include <thread>
+
+#include "tests/win32/desk.h"
+
+namespace quenlox {
+namespace {
+
+struct Files : testing::Test {
+    Files() {
+        wchar_t temp[MAX_PATH];
+        GetTempPathW(MAX_PATH, temp);
+        folder = win32::Narrow(temp) + "quenlox 試験 " + std::to_string(GetCurrentProcessId());
+        CreateDirectoryW(win32::Wide(folder).c_str(), nullptr);
+    }
+    ~Files() override {
+        for (const std::string& name : files->files(folder)) {
+            SetFileAttributesW(win32::WidePath(folder + "\\" + name).c_str(), FILE_ATTRIBUTE_NORMAL);
+            files->remove(folder + "\\" + name);
+        }
+        RemoveDirectoryW(win32::Wide(folder).c_str());
+    }
+    std::string at(const std::string& name) const { return folder + "\\" + name; }
+    std::unique_ptr<FileSystem> files = MakeFileSystem();
+    std::string folder;
+};
+
+TEST_F(Files, AWrittenFileIsReadBackWholeAndLeavesNothingBeside) {
+    const std::string bytes("\0abc\r\n", 6);
+    ASSERT_TRUE(files->write(at("設定.ini"), "old"));
+    ASSERT_TRUE(files->write(at("設定.ini"), bytes));
+    EXPECT_EQ(files->read(at("設定.ini")), bytes);
+    EXPECT_EQ(files->read(at("設定.ini"), 5), std::nullopt) << "larger than the limit";
+    EXPECT_EQ(files->files(folder), (std::vector<std::string>{"設定.ini"}));
+    EXPECT_TRUE(files->write(at("empty"), ""));
+    EXPECT_EQ(files->read(at("empty")), "");
+}
+
+TEST_F(Files, AFailedWriteLeavesTheOldFileAsItWas) {
+    ASSERT_TRUE(files->write(at("Quenlox.m3u"), "old"));
+    {
+        // Another program holds it.
+        const win32::OwnedHandle held(CreateFileW(win32::Wide(at("Quenlox.m3u")).c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                                  nullptr, OPEN_EXISTING, 0, nullptr));
+        EXPECT_FALSE(files->write(at("Quenlox.m3u"), "new"));
+    }
+    EXPECT_EQ(files->read(at("Quenlox.m3u")), "old");
+    SetFileAttributesW(win32::Wide(at("Quenlox.m3u")).c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_TRUE(files->isReadOnly(at("Quenlox.m3u")));
+    EXPECT_FALSE(files->write(at("Quenlox.m3u"), "new"));
+    EXPECT_EQ(files->read(at("Quenlox.m3u")), "old");
+    EXPECT_EQ(files->files(folder), (std::vector<std::string>{"Quenlox.m3u"})) << "no temporary file is left";
+    EXPECT_FALSE(files->write(at("missing\\file"), "x"));
+}
+
+TEST_F(Files, RenamingNeverReplacesAFile) {
+    files->write(at("a"), "1");
+    files->write(at("b"), "2");
+    EXPECT_FALSE(files->rename(at("a"), at("b")));
+    EXPECT_TRUE(files->rename(at("a"), at("ω 夜.mp3")));
+    EXPECT_EQ(files->read(at("ω 夜.mp3")), "1");
+    EXPECT_FALSE(files->fileExists(at("a")));
+    EXPECT_FALSE(files->fileExists(folder));
+    EXPECT_TRUE(files->folderExists(folder));
+    EXPECT_FALSE(files->folderExists(""));
+}
+
+TEST_F(Files, PathsBeyondTheOldLimitWork) {
+    const std::string name = std::string(200, 'n') + ".mp3";
+    std::string deep = folder;
+    std::vector<std::string> made;
+    for (int i = 0; i < 2; ++i) {
+        deep += "\\" + std::string(120, 'd');
+        made.push_back(deep);
+        CreateDirectoryW(win32::WidePath(deep).c_str(), nullptr);
+    }
+    EXPECT_TRUE(files->write(deep + "\\" + name, "x"));
+    EXPECT_EQ(files->files(deep), (std::vector<std::string>{name}));
+    EXPECT_TRUE(files->remove(deep + "\\" + name));
+    for (auto i = made.rbegin(); i != made.rend(); ++i) RemoveDirectoryW(win32::WidePath(*i).c_str());
+}
+
+TEST_F(Files, TellsTheDrivesAndThePlaceOfTheProgram) {
+    const auto drives = files->drives();
+    EXPECT_TRUE(std::find(drives.begin(), drives.end(), "C:\\") != drives.end());
+    EXPECT_EQ(files->driveType("C:\\"), DriveType::Fixed);
+    EXPECT_EQ(files->driveType("Q:\\"), DriveType::NoRoot);
+    EXPECT_TRUE(files->folderExists(files->programFolder()));
+}
+
+std::string Tone() {
+    std::string data(8000, '\x80');  // one second of silence, 8 bits
+    const auto number = [](std::uint32_t value, int bytes) { return std::string(reinterpret_cast<const char*>(&value), static_cast<std::size_t>(bytes)); };
+    return "RIFF" + number(36 + 8000, 4) + "WAVEfmt " + number(16, 4) + number(1, 2) + number(1, 2) + number(8000, 4) +
+           number(8000, 4) + number(1, 2) + number(8, 2) + "data" + number(8000, 4) + data;
+}
+
+TEST_F(Files, TheMediaControlInterfaceOpensAWaveAndTellsItsLength) {
+    auto media = MakeMediaControl();
+    files->write(at("音.wav"), Tone());
+    ASSERT_EQ(media->sendString("open \"" + at("音.wav") + "\" type waveaudio alias MediaFile"), 0);
+    std::string reply;
+    EXPECT_EQ(media->sendString("set MediaFile time format milliseconds"), 0);
+    EXPECT_EQ(media->sendString("status MediaFile length", &reply), 0);
+    EXPECT_EQ(reply, "1000");
+    EXPECT_EQ(media->sendString("close MediaFile"), 0);
+    EXPECT_NE(media->sendString("play MediaFile"), 0) << "no longer open";
+    EXPECT_NE(media->sendString("nonsense", &reply), 0);
+}
+
+TEST(Libraries, WhatIsNotThereIsTold) {
+    EXPECT_EQ(LoadVbmp3("C:\\no such folder"), nullptr);
+    const auto gogo = LoadGogo("C:\\no such folder");
+    EXPECT_FALSE(gogo->available());
+    EXPECT_NE(gogo->MPGE_initializeWorkVB(), 0);
+    EXPECT_EQ(gogo->version(), "");
+}
+
+TEST(MixerOfTheSystem, WithoutAControlNothingIsTouched) {
+    auto mixer = MakeMixer();
+    std::uint32_t value = 77;
+    EXPECT_FALSE(mixer->GetMixerVolume({}, value));
+    EXPECT_EQ(value, 77u);
+    if (!mixer->open()) GTEST_SKIP() << "no mixer device";
+    MixerControl control{9, 1, 2};
+    const int result = mixer->GetMixerVolumeControl(control, Mixer::kSpeakers);
+    if (result != 0) {
+        EXPECT_EQ(control.id, 9u) << "left as it was";
+    } else {
+        EXPECT_GT(control.maximum, control.minimum);
+        EXPECT_TRUE(mixer->GetMixerVolume(control, value));
+    }
+}
+
+struct Painter : testing::Test {
+    static int inked(const Surface& surface, const Rect& where) {
+        int count = 0;
+        for (int y = where.top; y < where.bottom(); ++y) {
+            for (int x = where.left; x < where.right(); ++x) count += surface.at(x, y) != 0x102040;
+        }
+        return count;
+    }
+    Surface surface{200, 60, {0x10, 0x20, 0x40}};
+    TextStyle style{.font = {"ＭＳ Ｐゴシック", 12, false}, .color = {255, 255, 255}};
+    std::unique_ptr<TextPainter> painter = MakeTextPainter();
+};
+
+TEST_F(Painter, DrawsJapaneseInsideItsRectangleOnly) {
+    painter->draw(surface, {20, 10, 100, 20}, "夜想曲 & ω", style);
+    EXPECT_GT(inked(surface, {20, 10, 100, 20}), 100);
+    EXPECT_EQ(inked(surface, {0, 0, 200, 60}), inked(surface, {20, 10, 100, 20}));
+    EXPECT_GT(painter->measure("&夜", style).width, painter->measure("夜", style).width) << "an ampersand is a character";
+    for (const Surface::Pixel pixel : surface.pixels()) ASSERT_EQ(pixel & 0xFF000000, 0u);
+    const Surface before = surface;
+    painter->draw(surface, {-500, -500, 10, 10}, "x", style);
+    painter->draw(surface, {0, 0, 0, 0}, "x", style);
+    EXPECT_EQ(surface, before);
+}
+
+TEST_F(Painter, PutsTextWhereItsStyleSays) {
+    const int width = painter->measure("曲", style).width;
+    TextStyle right = style, centre = style;
+    right.rightAligned = true;
+    centre.centred = centre.vertically = true;
+    painter->draw(surface, {0, 0, 200, 60}, "曲", right);
+    EXPECT_EQ(inked(surface, {0, 0, 200 - width, 60}), 0);
+    surface.fill({0x10, 0x20, 0x40});
+    painter->draw(surface, {0, 0, 200, 60}, "曲", centre);
+    EXPECT_GT(inked(surface, {90, 20, 20, 20}), 0);
+    EXPECT_EQ(inked(surface, {0, 0, 80, 60}) + inked(surface, {0, 0, 200, 15}), 0);
+    TextStyle lines = style;
+    lines.wordBreak = true;
+    EXPECT_GT(painter->measure("one two three four", lines, 40).height, 2 * painter->measure("one", style).height);
+    surface.fill({0x10, 0x20, 0x40});
+    Font large = style.font;
+    large.bold = true;
+    EXPECT_GE(painter->measure("曲名", TextStyle{.font = large, .dotsPerInch = 192}).width, painter->measure("曲名", style).width * 2 - 2);
+}
+
+struct Popups : Desk {
+    struct MenuForm : Form {
+        MenuForm() : Form("FormTop", Kind::Skinned) { setSize(3000, 3000); }
+    } form;
+    // Presses keys in the menu as soon as it is open.
+    void press(std::vector<WORD> keys) {
+        form.realise(*system);
+        form.show();
+        pump();
+        presser = std::thread([keys = std::move(keys)] {
+            HWND menu = nullptr;
+            for (int i = 0; i < 500 && !menu; ++i) {
+                menu = FindWindowW(L"#32768", nullptr);
+                if (menu && !IsWindowVisible(menu)) menu = nullptr;
+                Sleep(10);
+            }
+            for (const WORD key : keys) {
+                PostMessageW(menu, WM_KEYDOWN, key, 0);
+                Sleep(50);
+            }
+        });
+    }
+    ~Popups() override {
+        if (presser.joinable()) presser.join();
+    }
+    std::thread presser;
+};
+
+TEST_F(Popups, TheChosenItemIsClickedAfterTheMenuHasClosed) {
+    std::vector<std::string> log;
+    Menu menu{"menuMain", {}};
+    const auto item = [&](const char* caption) {
+        MenuItem made;
+        made.caption = caption;
+        made.onClick = [&log, caption] { log.push_back(caption); };
+        return made;
+    };
+    menu.items = {item("hidden"), item("first"), item("-"), item("second")};
+    menu.items[0].visible = false;
+    menu.items.push_back(item("more"));
+    menu.items.back().items = {item("inner 1"), item("inner 2")};
+    press({VK_DOWN, VK_DOWN, VK_DOWN, VK_RIGHT, VK_DOWN, VK_RETURN});
+    form.popup(menu, {10, 10});
+    EXPECT_EQ(log, (std::vector<std::string>{"inner 2"}));
+}
+
+TEST_F(Popups, EscapeClicksNothing) {
+    int clicks = 0;
+    Menu menu{"menuMain", {}};
+    menu.items.resize(1);
+    menu.items[0].caption = "a";
+    menu.items[0].onClick = [&] { ++clicks; };
+    press({VK_ESCAPE});
+    form.popup(menu, {10, 10});
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST(Instance, TheSecondProgramSeesTheFirst) {
+    auto first = MakeShell();
+    EXPECT_FALSE(first->anotherInstanceRuns());
+    EXPECT_FALSE(first->anotherInstanceRuns()) << "it is this one";
+    auto second = MakeShell();
+    EXPECT_TRUE(second->anotherInstanceRuns());
+    first.reset();
+    EXPECT_FALSE(second->anotherInstanceRuns());
+}
+
+}  // namespace
+}  // namespace quenlox
