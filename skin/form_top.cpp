@@ -75,6 +75,7 @@ FormTop::FormTop(GlobalState& state, OptionControls& options, FileSystem& files,
         showFigures();
     };
     Timer4.onTimer = [this] {
+        playback_.volume->refresh();  // another program may have changed it
         if (hooks_.idle) hooks_.idle();
     };
     Timer5.onTimer = [this] { playback_.monitor->Timer5_Timer(); };
@@ -100,7 +101,6 @@ void FormTop::showKind(const std::string& name) { mainLabel[kKindLabel].setCapti
 void FormTop::showInformation(const std::string& text) { mainLabel[kInformationLabel].setCaption(text); }
 std::string FormTop::information() const { return mainLabel[kInformationLabel].caption(); }
 void FormTop::showLength(const std::string& text) { mainLabel[kLengthLabel].setCaption(text); }
-void FormTop::showStatus(const std::string& word) { mainLabel[kStatusLabel].setCaption(word); }
 void FormTop::showPlayMode(const std::string& word) { mainLabel[kPlayModeLabel].setCaption(word); }
 void FormTop::showTime(const std::string& text) { mainLabel[kTimeLabel].setCaption(text); }
 
@@ -110,6 +110,11 @@ void FormTop::showTitle(const std::string& title, const std::string& artist) {
     mainLabel[kTitleLabel].setCaption(title);
     restartTitle();
     if (inTray_) shell_.changeTrayIcon({this, trayTip()});
+}
+
+void FormTop::showStatus(const std::string& word) {
+    mainLabel[kStatusLabel].setCaption(word);
+    Timer5.setEnabled(state_.PlayerStatus == kWait);
 }
 
 void FormTop::showBar(double fraction) {

@@ -307,6 +307,30 @@ TEST_F(FormTopTest, DisplayBTellsLeftFromRightAndDoubleClicks) {
     EXPECT_TRUE(host->popups.empty());
 }
 
+TEST_F(FormTopTest, ADeviceInUseIsTriedAgainUntilItIsFree) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kStop;
+    vbmp3.playWorks = false;
+    vbmp3.error = VBMP3_ERROR_DEVICE_BUSY;
+    click(kPlayAt);
+    EXPECT_EQ(top->mainLabel[kStatusLabel].caption(), "WAIT");
+    ASSERT_TRUE(top->Timer5.enabled());
+    top->Timer5.onTimer();
+    EXPECT_EQ(state.PlayerStatus, kWait);
+    vbmp3.playWorks = true;
+    top->Timer5.onTimer();
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+    EXPECT_FALSE(top->Timer5.enabled());
+}
+
+TEST_F(FormTopTest, AVolumeThatAnotherProgramHasSetIsShown) {
+    mixer.lines[Mixer::kSpeakers].value = 65535 / 4;
+    top->Timer4.onTimer();
+    EXPECT_EQ(state.VolumePercent, 25);
+    EXPECT_EQ(at(183, 46), pixel({7, 7, 7}));
+    EXPECT_EQ(at(183, 49), pixel(kLevel));
+}
+
 TEST_F(FormTopTest, ALongTitleRunsAndComesBack) {
     options.setTitleAnimation(true);
     std::string title;
