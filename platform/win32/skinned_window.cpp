@@ -158,10 +158,8 @@ void SkinnedWindow::press(int button, Point at, bool twice) {
         held_ = button;
         SetCapture(handle());
     }
-    if (twice) {
-        form()->Form_DoubleClick(button, ShiftState(), at);
-        if (!attached()) return;
-    }
+    // The form takes the second press of a double click either as that or as a press like the first.
+    if (twice) return form()->Form_DoubleClick(button, ShiftState(), at);
     form()->Form_MouseDown(button, ShiftState(), at);
 }
 
