@@ -37,6 +37,7 @@ PlayStateMonitor::PlayStateMonitor(GlobalState& state, MediaEngine& engine, Vbmp
 void PlayStateMonitor::Timer1_Timer() {
     // Stopped, failed, waiting for the device, or encoding: no track of ours can end.
     const int status = state_.PlayerStatus;
+    if (status == kDecode && decodesUnheard && decodesUnheard()) return;
     if (status == kPlay || status == kPause || status == kLoad || status == kDecode) {
         if (state_.baseKind() >= kMidi) {
             pollMediaControl();
@@ -251,6 +252,7 @@ void PlayStateMonitor::withdraw() {
 void PlayStateMonitor::libraryEvent(int event) {
     std::int32_t seconds = 0;
     if (event == VBMP3_EVENT_END_OF_TRACK) {
+        if (state_.PlayerStatus == kDecode && decodesUnheard && decodesUnheard()) return;
         const bool ours = state_.PlayerStatus == kPlay || state_.PlayerStatus == kDecode;
         if (ours && state_.playedByVbmp3() && vbmp3_.vbmp3_getState(seconds) == 0) endOfTrack();
         RenewNextFile();

@@ -21,6 +21,7 @@ class PlayStateMonitor {
                      TrackSource& tracks, const OptionSettings& options);
 
     std::function<void()> onDecodeEnded;  // a decode while playing is through: the converter goes on
+    std::function<bool()> decodesUnheard; // a decode runs without sound: no track of it can end
     std::function<void()> onTrackChanged; // CurrentFile and CurrentIndex have moved
 
     void Timer1_Timer();  // the poll

@@ -43,8 +43,7 @@ class GogoLibrary : public Gogo {
     std::string version() override {
         if (!complete_ || !getVersion_) return {};
         char text[64] = {};
-        std::int32_t number = 0;
-        getVersion_(&number, text);
+        getVersion_(text, sizeof text);
         return {text, strnlen(text, sizeof text)};
     }
 
@@ -59,7 +58,7 @@ class GogoLibrary : public Gogo {
     std::int32_t (*processFrame_)() = nullptr;
     std::int32_t (*closeCoder_)() = nullptr;
     std::int32_t (*endCoder_)() = nullptr;
-    std::int32_t (*getVersion_)(std::int32_t*, char*) = nullptr;
+    std::int32_t (*getVersion_)(char*, std::uint32_t) = nullptr;
 };
 
 }  // namespace

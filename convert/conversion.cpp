@@ -1,0 +1,172 @@
+#include "convert/conversion.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "libraries/gogo/gogo.h"
+#include "libraries/vbmp3/vbmp3.h"
+#include "text/numbers.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+struct Text {
+    int number;
+    const char* text;
+};
+
+template <std::size_t N>
+std::string Find(const std::array<Text, N>& table, int number, const char* otherwise) {
+    const auto found = std::ranges::find(table, number, &Text::number);
+    return found == table.end() ? otherwise : found->text;
+}
+
+constexpr std::array<Text, 6> kMessages{{{1, "デコードファイルが不正です"},
+                                         {2, "エンコードファイルが不正です"},
+                                         {3, "コーデックがありません"},
+                                         {4, "gogo.dll初期化エラー"},
+                                         {5, "gogo.dllエンコードエラー"},
+                                         {6, "gogo.dllファイルエラー"}}};
+
+constexpr const char* kUnreadable = "変換元を読めません";
+constexpr const char* kUnwritable = "保存先に書き込めません";
+constexpr const char* kSameFile = "変換元と保存先が同じファイルです";
+constexpr const char* kNoMemory = "メモリが足りません";
+
+constexpr std::array<Text, 8> kJobReasons{{{VBMP3_ERROR_NOT_FOUND, kUnreadable},
+                                           {VBMP3_ERROR_FORMAT, "変換できない形式です"},
+                                           {VBMP3_ERROR_MEMORY, kNoMemory},
+                                           {VBMP3_ERROR_WRITE, kUnwritable},
+                                           {VBMP3_ERROR_SAME_FILE, kSameFile},
+                                           {VBMP3_ERROR_BUSY, "ほかの変換が終わっていません"},
+                                           {VBMP3_ERROR_LOCKED, "保存先がほかで使われているか、読み取り専用です"},
+                                           {VBMP3_ERROR_DEVICE_BUSY, "サウンドデバイスが使われています"}}};
+
+constexpr std::array<Text, 6> kGogoReasons{{{GOGO_ERROR_SOURCE, kUnreadable},
+                                            {GOGO_ERROR_FORMAT, "変換元が音の入ったWAVEファイルではありません"},
+                                            {GOGO_ERROR_DESTINATION, kUnwritable},
+                                            {GOGO_ERROR_SAME_FILE, kSameFile},
+                                            {GOGO_ERROR_MEMORY, kNoMemory},
+                                            {GOGO_ERROR_ENCODER, "この設定ではエンコードできません"}}};
+
+constexpr std::array kFrequencies{48000, 44100, 32000, 24000, 22050, 16000, 12000, 11025, 8000};
+constexpr std::array kBitRates{320, 256, 224, 192, 160, 128, 112, 96, 80, 64, 48, 40, 32};
+constexpr int kBestQuality = 0, kSmallestQuality = 9;
+
+std::string RightAligned(const std::string& text, std::size_t width) {
+    return std::string(width - std::min(width, text.size()), ' ') + text;
+}
+
+// What is beside a name already taken becomes "name (2).mp3" and so on.
+std::string Numbered(const std::string& path, int number) {
+    return FolderOf(path) + BaseNameOf(path) + " (" + std::to_string(number) + ")." + ExtensionOf(path);
+}
+
+}  // namespace
+
+std::vector<ComboBox::Item> FrequencyItems() {
+    std::vector<ComboBox::Item> items;
+    for (const int hertz : kFrequencies) {
+        std::string digits = std::to_string(hertz);
+        digits.insert(digits.size() - 3, ",");
+        items.push_back({RightAligned(digits, 7), hertz});
+    }
+    return items;
+}
+
+std::vector<ComboBox::Item> BitRateItems() {
+    std::vector<ComboBox::Item> items;
+    for (const int rate : kBitRates) items.push_back({RightAligned(std::to_string(rate), 4), rate});
+    return items;
+}
+
+std::vector<ComboBox::Item> VbrQualityItems() {
+    std::vector<ComboBox::Item> items{{"(使用しない)", kNoVbr}};
+    for (int quality = kBestQuality; quality <= kSmallestQuality; ++quality) {
+        const char* note = quality == kBestQuality ? "－高音質" : quality == kSmallestQuality ? "－高圧縮" : "";
+        items.push_back({" " + std::to_string(quality) + note, quality});
+    }
+    return items;
+}
+
+std::string MessageOf(ConversionError error) { return Find(kMessages, static_cast<int>(error), "変換エラー"); }
+
+ConversionError ErrorOfJob(Operation operation, int number) {
+    switch (number) {
+        case VBMP3_ERROR_NOT_FOUND:
+        case VBMP3_ERROR_FORMAT:
+            return Encodes(operation) ? ConversionError::EncodeSource : ConversionError::DecodeSource;
+        case VBMP3_ERROR_NO_CODEC: return ConversionError::NoCodec;
+        default: return ConversionError::Other;
+    }
+}
+
+std::string ReasonOfJob(int number) { return Find(kJobReasons, number, ""); }
+std::string ReasonOfGogo(int result) { return Find(kGogoReasons, result, ""); }
+
+FileDialog SourceDialog(Operation operation) {
+    FileDialog dialog;
+    dialog.title = Encodes(operation) ? "変換WAVEﾌｧｲﾙ名の指定" : "変換MP3ﾌｧｲﾙ名の指定";
+    dialog.filterName = Encodes(operation) ? "WAVEﾌｧｲﾙ" : "MP3ﾌｧｲﾙ";
+    dialog.filter = Encodes(operation) ? "*.wav" : "*.mp?;*.rmp";
+    return dialog;
+}
+
+FileDialog DestinationDialog(Operation operation, const std::string& proposed) {
+    FileDialog dialog;
+    dialog.title = Encodes(operation) ? "保存MP3ﾌｧｲﾙ名の指定" : "保存WAVEﾌｧｲﾙ名の指定";
+    dialog.filterName = Encodes(operation) ? "MP3ﾌｧｲﾙ" : "WAVEﾌｧｲﾙ";
+    dialog.filter = Encodes(operation) ? "*.mp3;*.rmp" : "*.wav";
+    dialog.folder = FolderOf(proposed);
+    dialog.fileName = FileNameOf(proposed);
+    return dialog;
+}
+
+std::string ProposedDestination(const std::string& source, Operation operation) {
+    return WithExtension(source, Encodes(operation) ? "mp3" : "wav");
+}
+
+std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Operation operation, const std::string& folder) {
+    std::vector<ConversionJob> jobs;
+    std::set<std::string> taken;
+    for (const std::string& source : sources) {
+        std::string proposed = ProposedDestination(source, operation);
+        if (!folder.empty()) proposed = JoinPath(folder, FileNameOf(proposed));
+        std::string destination = proposed;
+        for (int number = 2; !taken.insert(FoldCase(destination)).second; ++number) destination = Numbered(proposed, number);
+        jobs.push_back({source, destination});
+    }
+    return jobs;
+}
+
+std::string TimeLeft(double secondsPassed, double done) {
+    constexpr double kLeastSeconds = 1, kLeastDone = 0.005;
+    if (secondsPassed < kLeastSeconds || done < kLeastDone || done >= 1) return {};
+    return "残り " + MinutesAndSeconds(static_cast<std::int64_t>(secondsPassed * (1 - done) / done + 0.5));
+}
+
+std::optional<vbmp3_Tag> TagOf(const vbmp3_FileInfo& info) {
+    vbmp3_Tag tag{};
+    tag.size = sizeof tag;
+    tag.genreNumber = info.genreNumber;
+    const auto copy = [](char* to, const char* from, std::size_t size) {
+        std::memcpy(to, from, size);
+        to[size - 1] = '\0';
+        return *to != '\0';
+    };
+    static_assert(sizeof tag.title == sizeof info.title && sizeof tag.comment == sizeof info.comment);
+    bool any = copy(tag.title, info.title, sizeof tag.title);
+    any |= copy(tag.artist, info.artist, sizeof tag.artist);
+    any |= copy(tag.album, info.album, sizeof tag.album);
+    any |= copy(tag.comment, info.comment, sizeof tag.comment);
+    any |= copy(tag.year, info.year, sizeof tag.year);
+    any |= copy(tag.genre, info.genre, sizeof tag.genre);
+    any |= copy(tag.track, info.track, sizeof tag.track);
+    if (!any) return std::nullopt;
+    return tag;
+}
+
+}  // namespace quenlox

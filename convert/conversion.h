@@ -1,0 +1,67 @@
+// What a conversion is made of, without its window: the choices of the encoder, the messages, and how files are named.
+// Pure functions and tables.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "forms/control.h"
+#include "platform/dialogs.h"
+
+struct vbmp3_FileInfo;
+struct vbmp3_Tag;
+
+namespace quenlox {
+
+class FileSystem;
+
+enum class Operation { Decode = 0, PlayDecode = 1, Encode = 2 };
+
+inline bool Encodes(Operation operation) { return operation == Operation::Encode; }
+
+// Items of the encoder's configuration.
+enum GogoItem : std::int32_t {
+    kGogoSource = 1, kGogoDestination = 2, kGogoMode = 3, kGogoBitRate = 4, kGogoFrequency = 6, kGogoFrames = 15,
+    kGogoVbrQuality = 18
+};
+inline constexpr std::int32_t kGogoModeValue = 2;  // joint stereo
+
+inline constexpr int kNoVbr = -1;  // item data of "(使用しない)"
+std::vector<ComboBox::Item> FrequencyItems();   // Hz
+std::vector<ComboBox::Item> BitRateItems();     // kbit/s
+std::vector<ComboBox::Item> VbrQualityItems();  // the first is "(使用しない)"
+
+enum class ConversionError : int {
+    Other = 0, DecodeSource = 1, EncodeSource = 2, NoCodec = 3, GogoStart = 4, GogoEncode = 5, GogoFile = 6
+};
+std::string MessageOf(ConversionError error);
+// The error for a number of vbmp3_getLastErrorNo, when a job of this operation failed.
+ConversionError ErrorOfJob(Operation operation, int number);
+// More about it than the message says, for the line under the progress bar; empty when nothing more is known.
+std::string ReasonOfJob(int number);    // of the decoding library
+std::string ReasonOfGogo(int result);   // of the encoder library
+
+FileDialog SourceDialog(Operation operation);
+FileDialog DestinationDialog(Operation operation, const std::string& proposed);
+
+struct ConversionJob {
+    std::string source;
+    std::string destination;
+};
+
+// The name cut after its last "." and followed by "wav" or "mp3".
+std::string ProposedDestination(const std::string& source, Operation operation);
+// A job for each source, in `folder` or, when that is empty, beside the source. Two sources never get one destination.
+std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Operation operation, const std::string& folder);
+
+// "残り 01:23" from what has passed and the done part (0 to 1); empty as long as it would be guessing.
+std::string TimeLeft(double secondsPassed, double done);
+
+// The texts of a file as a tag to be written; nothing when there are none.
+std::optional<vbmp3_Tag> TagOf(const vbmp3_FileInfo& info);
+
+}  // namespace quenlox
