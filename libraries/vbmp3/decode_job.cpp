@@ -64,18 +64,28 @@ public:
         return samples;
     }
 
+    void giveBack(std::vector<int16_t> samples)
+    {
+        const std::lock_guard lock(mutex_);
+        spare_.push_back(std::move(samples));
+    }
+
 private:
     void work()
     {
         std::unique_lock lock(mutex_);
+        std::vector<int16_t> samples;
         for (;;) {
             const size_t ahead = 2 * workers_.size() + 1;
             changed_.wait(lock, [&] { return stop_ || failed_ || next_ >= list_.size() || next_ < taken_ + ahead; });
             if (stop_ || failed_ || next_ >= list_.size())
                 return;
             const size_t number = next_++;
+            if (!spare_.empty()) {
+                samples = std::move(spare_.back());
+                spare_.pop_back();
+            }
             lock.unlock();
-            std::vector<int16_t> samples;
             bool good = false;
             try {
                 good = sections_.decode(list_[number], samples);
@@ -97,6 +107,7 @@ private:
     size_t next_ = 0;
     size_t taken_ = 0;
     std::map<size_t, std::vector<int16_t>> ready_;
+    std::vector<std::vector<int16_t>> spare_; // memory of sections that have been written
     bool failed_ = false;
     bool stop_ = false;
     std::vector<std::thread> workers_;
@@ -111,12 +122,13 @@ Outcome decodeSections(const MpegSections& sections, const MpegScan& scan, int t
     for (size_t i = 0; i < count; ++i) {
         if (control.cancelled())
             return Outcome::Cancelled;
-        const auto samples = decode.take();
+        auto samples = decode.take();
         if (!samples)
             return Outcome::CannotDecode;
         const int64_t first = sections.sections()[i].firstFrame * scan.first.samplesPerFrame;
         if (!writer.write(trimmed(*samples, sections.channels(), first, trim)))
             return Outcome::WriteFailed;
+        decode.giveBack(std::move(*samples));
         control.progress(double(i + 1) / double(count));
     }
     return Outcome::Done;

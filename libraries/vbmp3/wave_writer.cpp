@@ -8,6 +8,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "samples are written as they stand in memory");
 
 constexpr uint64_t kHeadBytes = 80;
+constexpr size_t kBufferSamples = 1 << 17;
 constexpr uint32_t kSeeDs64 = 0xFFFFFFFF;
 
 } // namespace
@@ -27,7 +28,11 @@ std::unique_ptr<WaveWriter> WaveWriter::begin(const std::string& path, int sampl
 std::vector<uint8_t> WaveWriter::head() const
 {
     std::vector<uint8_t> bytes;
-    const auto text = [&](const char* id) { bytes.insert(bytes.end(), id, id + 4); };
+    bytes.reserve(kHeadBytes);
+    const auto text = [&](const char* id) {
+        for (int i = 0; i < 4; ++i)
+            bytes.push_back(uint8_t(id[i]));
+    };
     const auto number = [&](uint64_t value, int count) {
         for (int i = 0; i < count; ++i)
             bytes.push_back(uint8_t(value >> 8 * i));
@@ -59,14 +64,23 @@ std::vector<uint8_t> WaveWriter::head() const
 
 bool WaveWriter::write(std::span<const int16_t> samples)
 {
-    if (!file_ || !file_->write({reinterpret_cast<const uint8_t*>(samples.data()), samples.size_bytes()}))
-        return false;
+    // Decoders give a frame at a time; the system is asked for larger pieces.
     dataBytes_ += samples.size_bytes();
-    return true;
+    if (buffer_.size() + samples.size() <= kBufferSamples) {
+        buffer_.insert(buffer_.end(), samples.begin(), samples.end());
+        return true;
+    }
+    return writeOut(buffer_) && (buffer_.clear(), writeOut(samples));
+}
+
+bool WaveWriter::writeOut(std::span<const int16_t> samples)
+{
+    return file_->write({reinterpret_cast<const uint8_t*>(samples.data()), samples.size_bytes()});
 }
 
 FileTransaction::Error WaveWriter::commit()
 {
+    writeOut(buffer_);
     file_->writeAt(0, head());
     const FileTransaction::Error error = file_->commit();
     file_.reset();

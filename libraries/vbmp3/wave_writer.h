@@ -23,12 +23,14 @@ public:
 private:
     WaveWriter() = default;
     std::vector<uint8_t> head() const;
+    bool writeOut(std::span<const int16_t> samples);
 
     std::unique_ptr<FileTransaction> file_;
     int sampleRate_ = 0;
     int channels_ = 0;
     uint64_t largest_ = 0;
     uint64_t dataBytes_ = 0;
+    std::vector<int16_t> buffer_;
 };
 
 } // namespace vbmp3
