@@ -11,6 +11,9 @@
 namespace vbmp3 {
 namespace {
 
+// What the sound chain works at. Files of other rates are refused, so that a player gives them to another decoder.
+constexpr uint32_t kLowestRate = 8000, kHighestRate = 192000; // Hz
+
 // Speaker positions of a channel mask, in the order of its bits.
 enum Side { Left, Right, Centre, Bass, LeftSurround, RightSurround, MiddleSurround };
 constexpr std::array<Side, 18> kSpeakers = {
@@ -75,7 +78,7 @@ std::optional<WaveFormat> parseWaveFormat(std::span<const uint8_t> fmt)
         format.sampleRate = int(std::min<uint32_t>(rate, 1u << 30));
         return format;
     }
-    if (format.channels < 1 || format.channels > 64 || rate < 1000 || rate > 384000 || format.blockAlign < 1)
+    if (format.channels < 1 || format.channels > 64 || rate < kLowestRate || rate > kHighestRate || format.blockAlign < 1)
         return std::nullopt;
     format.sampleRate = int(rate);
     const bool wholeFrames = format.blockAlign % format.channels == 0;

@@ -11,7 +11,7 @@ struct WaveFormat {
     enum class Coding { Integer, Float, ALaw, MuLaw, MsAdpcm, ImaAdpcm, Mpeg };
     Coding coding = Coding::Integer;
     int channels = 0;          // 1 to 64
-    int sampleRate = 0;        // Hz, 1000 to 384000
+    int sampleRate = 0;        // Hz, 8000 to 192000
     int bitsPerSample = 0;     // as told; of the integer codings 8 to 32
     int bytesPerSample = 0;    // of the container of one sample; PCM only
     int blockAlign = 0;        // bytes of one frame; ADPCM: of one block
