@@ -41,7 +41,7 @@ void DialogWindow::create() {
 }
 
 void DialogWindow::realised() {
-    placeWindow();
+    FormWindow::realised();
     arranging_ = false;
     fitToLayout();
     arrange();

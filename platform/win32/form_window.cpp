@@ -75,12 +75,16 @@ std::shared_ptr<FormWindow> FormWindow::FromHandle(HWND window) {
 void FormWindow::createWindow(const wchar_t* className, DWORD style, DWORD extendedStyle, HWND owner) {
     CreateWindowExW(extendedStyle, className, Wide(form_->caption()).c_str(), style, 0, 0, 1, 1, owner, nullptr,
                     GetModuleHandleW(nullptr), this);
-    ready_ = true;
     NameWindow(window_, form_->name(), -1);
     AcceptFiles(window_);
     for (Control* control : form_->controls()) {
         if (auto* timer = dynamic_cast<Timer*>(control)) setTimer(*timer);
     }
+}
+
+void FormWindow::realised() {
+    ready_ = true;
+    placeWindow();
 }
 
 void FormWindow::detach() {

@@ -25,7 +25,7 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     static std::shared_ptr<FormWindow> FromHandle(HWND window);  // null when it is none of ours
 
     virtual void create() = 0;    // the window and its controls, hidden
-    virtual void realised() = 0;  // places and arranges them, and shows the window if the form is visible
+    virtual void realised();      // places and arranges them, and shows the window if the form is visible
     void detach();  // the form lets go of the window; it is destroyed
     HWND handle() const { return window_; }
 
@@ -80,7 +80,7 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     WindowSystemWin32& system_;
     Form* form_;
     HWND window_ = nullptr;
-    bool ready_ = false;    // messages of the window's making are no doing of the user
+    bool ready_ = false;    // before, messages come from the window's making and not from the user
     bool placing_ = false;  // the place is being set by the program, so it is not reported back
     bool dragging_ = false;
     POINT grip_{};          // where the pointer holds the window while it is dragged

@@ -48,7 +48,7 @@ void SkinnedWindow::create() {
 }
 
 void SkinnedWindow::realised() {
-    placeWindow();
+    FormWindow::realised();
     if (form()->topmost()) formChanged(FormProperty::Topmost);
     if (form()->visible()) formChanged(FormProperty::Visible);
 }

@@ -84,6 +84,10 @@ struct DialogWindow : Desk {
 TEST_F(DialogWindow, TakesTheSizeThatItsControlsNeedAndKeepsThemApart) {
     form.show();
     pump();
+    RECT place{};
+    GetWindowRect(WindowOf(form), &place);
+    EXPECT_EQ(place.left, 60) << "where the form wanted to stand";
+    EXPECT_EQ(place.top, 40);
     RECT client{};
     GetClientRect(WindowOf(form), &client);
     const Rect inside = win32::FromRect(client);
