@@ -31,6 +31,7 @@ Application::Application(const Services& services, std::string commandLine)
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_),
       tag_(state_),
+      convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
       settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
     engine_.onOpened = [this] { list_.trackChanged(); };
     list_.onOpen = [this](bool play) {
@@ -41,8 +42,10 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.unload = [this] { unload(); };
     hooks.help = [this] { showHelp(); };
     hooks.figures = [this] { return figures(); };
+    hooks.pollConverter = [this] { convert_.Timer7_Timer(); };
+    connectConverter();
     top_.connect({&engine_, &monitor_, &pitch_, &volume_},
-                 {&list_, &options_, &tag_, nullptr, &equalizer_, &lyrics_, nullptr}, hooks);
+                 {&list_, &options_, &tag_, &convert_, &equalizer_, &lyrics_, nullptr}, hooks);
 }
 
 Application::~Application() = default;
@@ -50,7 +53,7 @@ Application::~Application() = default;
 void Application::load() {
     top_.realise(services_.windows);
     for (Form* form : {static_cast<Form*>(&list_), static_cast<Form*>(&options_), static_cast<Form*>(&equalizer_),
-                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_)}) {
+                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_), static_cast<Form*>(&convert_)}) {
         form->realiseWhenShown(services_.windows);
     }
     services_.vbmp3.vbmp3_init();
@@ -69,6 +72,18 @@ void Application::load() {
     top_.setAlwaysOnTop(top_.alwaysOnTop());
     if (!top_.inTray()) top_.show();
     if (state_.ListShown) top_.showWindow(list_);
+}
+
+void Application::connectConverter() {
+    FormConv::Hooks hooks;
+    hooks.stopPlayback = [this] { engine_.StopMedia(); };
+    hooks.showStatus = [this] { engine_.status().ShowStatus(); };
+    hooks.refreshBrowserFiles = [this] { list_.Dir1_Change(); };
+    hooks.openFile = [this] { engine_.OpenMedia(); };
+    hooks.setPolling = [this](bool on) { top_.Timer7.setEnabled(on); };
+    convert_.connect(hooks);
+    monitor_.onDecodeEnded = [this] { convert_.decodeEnded(); };
+    monitor_.decodesUnheard = [this] { return convert_.decodesUnheard(); };
 }
 
 // Options act at once; what they change is told to those whom it concerns.
@@ -127,6 +142,7 @@ FormTop::Figures Application::figures() const {
 
 void Application::unload() {
     state_.ShuttingDown = true;
+    convert_.unload();  // first: what it is making is given up
     services_.mediaControl.sendString("stop MediaFile");
     services_.mediaControl.sendString("close MediaFile");
     services_.vbmp3.vbmp3_close();
@@ -136,7 +152,7 @@ void Application::unload() {
     lists_.SaveListFile();
     volume_.close();
     for (Form* form : {static_cast<Form*>(&list_), static_cast<Form*>(&options_), static_cast<Form*>(&equalizer_),
-                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_)}) {
+                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_), static_cast<Form*>(&convert_)}) {
         form->unload();
     }
     services_.windows.quit();

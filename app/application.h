@@ -6,6 +6,7 @@
 
 #include "app/global_state.h"
 #include "app/settings_file.h"
+#include "convert/form_conv.h"
 #include "equalizer/form_gra.h"
 #include "lyrics/form_lyrics.h"
 #include "options/form_opt.h"
@@ -64,6 +65,7 @@ class Application {
     void unload();
     void loadLibrary();
     void followOptions();
+    void connectConverter();
     void openFirstFile();
     void showHelp();
     FormTop::Figures figures() const;
@@ -86,6 +88,7 @@ class Application {
     FormGra equalizer_;
     FormLyrics lyrics_;
     FormTag tag_;
+    FormConv convert_;
     SettingsFile settings_;
 };
 
