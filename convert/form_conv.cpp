@@ -38,12 +38,17 @@ void ChooseData(ComboBox& box, int data) {
 
 }  // namespace
 
+ControlArray<OptionButton> FormConv::optionsOf(FormConv& form) {
+    ControlArray<OptionButton> options;
+    options.fill(form, "DecOption", 0, 2);
+    return options;
+}
+
 FormConv::FormConv(GlobalState& state, Vbmp3& vbmp3, Gogo& gogo, Dialogs& dialogs, FileSystem& files, WindowSystem& windows)
     : Form("FormConv", Kind::Dialog), state_(state), vbmp3_(vbmp3), gogo_(gogo), dialogs_(dialogs), files_(files),
       windows_(windows) {
     setCaption("ファイル変換");
     FrameOperation.setCaption("変換の種類");
-    DecOption.fill(*this, "DecOption", 0, 2);
     DecOption[0].setCaption("WAVEデコード");
     DecOption[1].setCaption("再生しながらデコード");
     DecOption[2].setCaption("MP3エンコード");
@@ -79,6 +84,17 @@ FormConv::FormConv(GlobalState& state, Vbmp3& vbmp3, Gogo& gogo, Dialogs& dialog
 void FormConv::Form_Load() {
     LabelGogo.setCaption(gogo_.available() ? kGogoCaption : kGogoMissing);
     showControls();
+}
+
+// The first time in the middle of the screen, not on top of the main window; later where the user has put it.
+void FormConv::Form_Shown() {
+    if (placed_ || !host()) return;
+    placed_ = true;
+    const TwipsPerPixel twips = host()->twipsPerPixel();
+    const Rect area = windows_.workArea({TwipsToPixels(left(), twips.x), TwipsToPixels(top(), twips.y),
+                                         TwipsToPixels(width(), twips.x), TwipsToPixels(height(), twips.y)});
+    move(PixelsToTwips(area.left, twips.x) + (PixelsToTwips(area.width, twips.x) - width()) / 2,
+         PixelsToTwips(area.top, twips.y) + (PixelsToTwips(area.height, twips.y) - height()) / 2);
 }
 
 Operation FormConv::operation() const {
@@ -467,8 +483,8 @@ void FormConv::showProgress(double doneOfFile) {
 Layout FormConv::layout() {
     constexpr int kCaption = 64, kChoice = 84, kPath = 220, kButton = 60;
     return Column({Group(FrameOperation, Row({Item(DecOption[0]), Item(DecOption[1]), Item(DecOption[2])})),
-                   Row({Item(Label1, 30), Item(Label3, kPath, 10, 1), Item(Command2, kButton, 14)}),
-                   Row({Item(Label2, 30), Item(Label4, kPath, 10, 1), Item(Command3, kButton, 14)}),
+                   Row({Item(Label1, 30), Item(Label3, kPath, 0, 1), Item(Command2, kButton, 14)}),
+                   Row({Item(Label2, 30), Item(Label4, kPath, 0, 1), Item(Command3, kButton, 14)}),
                    Group(Frame1, Column({Item(LabelGogo, 220),
                                          Row({Item(LabelFrequency, kCaption), Item(Combo4, kChoice), Item(LabelHertz, 30)}),
                                          Row({Item(LabelBitRate, kCaption), Item(Combo3, kChoice), Item(LabelKbits, 30)}),

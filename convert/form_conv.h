@@ -36,7 +36,7 @@ class FormConv : public Form {
     void connect(const Hooks& hooks) { hooks_ = hooks; }
 
     Frame FrameOperation{*this, "FrameOperation"};
-    ControlArray<OptionButton> DecOption;
+    ControlArray<OptionButton> DecOption = optionsOf(*this);  // decode, decode while playing, encode
     Label Label1{*this, "Label1"};
     Label Label3{*this, "Label3"};                 // the source
     CommandButton Command2{*this, "Command2"};     // chooses it
@@ -59,6 +59,7 @@ class FormConv : public Form {
     CommandButton Command1{*this, "Command1"};     // closes
 
     void Form_Load() override;
+    void Form_Shown() override;
     void Form_Unload(bool& cancel) override;
     void Form_FilesDropped(const std::vector<std::string>& files, Point at) override;
     Layout layout() override;
@@ -78,6 +79,9 @@ class FormConv : public Form {
     std::int32_t encoderProgress() const { return encoderProgress_; }  // frames of the running encode, 0 unknown
 
   private:
+    // Made in its place among the controls, which is its place in the tab order.
+    static ControlArray<OptionButton> optionsOf(FormConv& form);
+
     enum class Run { None, Encoder, Job, PlayedJob };
 
     void start();
@@ -108,6 +112,7 @@ class FormConv : public Form {
     WindowSystem& windows_;
     Hooks hooks_;
 
+    bool placed_ = false;
     std::vector<std::string> sources_;
     std::vector<ConversionJob> jobs_;           // as chosen; emptied as they are done
     bool replaceAgreed_ = false;                // the save dialog has asked
