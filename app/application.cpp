@@ -29,11 +29,21 @@ Application::Application(const Services& services, std::string commandLine)
       volume_(state_, services.mixer, options_),
       list_(state_, lists_, services.files, services.dialogs, services.windows),
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
-      lyrics_(state_, options_),
+      lyrics_(state_, options_, services.painter),
+      lyricsLookup_(state_, options_, services.vbmp3, services.files, top_, lyrics_),
+      lyricsDisplay_(state_, options_, services.vbmp3, services.painter, lyrics_,
+                     {top_, top_.LyricsPicture, top_.Timer6, [this] { top_.showWindow(lyrics_, false); }}),
       tag_(state_),
       convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
       settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
-    engine_.onOpened = [this] { list_.trackChanged(); };
+    engine_.onOpened = [this] {
+        list_.trackChanged();
+        lyricsLookup_.LoadLyrics();
+        lyricsDisplay_.trackOpened();
+    };
+    lyrics_.onClosedByUser = [this] { options_.setLyricsShown(false); };
+    lyrics_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
+    lyrics_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     list_.onOpen = [this](bool play) {
         engine_.OpenMedia();
         if (play) engine_.PlayMedia();
@@ -41,6 +51,8 @@ Application::Application(const Services& services, std::string commandLine)
     FormTop::Hooks hooks;
     hooks.unload = [this] { unload(); };
     hooks.help = [this] { showHelp(); };
+    hooks.updateLyrics = [this] { lyricsDisplay_.Timer6_Timer(); };
+    hooks.lyricsDisplayMode = [this](bool inWindow) { lyricsDisplay_.lyricsDisplayMode(inWindow); };
     hooks.figures = [this] { return figures(); };
     hooks.pollConverter = [this] { convert_.Timer7_Timer(); };
     connectConverter();
@@ -89,6 +101,7 @@ void Application::connectConverter() {
 // Options act at once; what they change is told to those whom it concerns.
 void Application::followOptions() {
     options_.onDisplayOptions = [this] { top_.optionsChanged(); };
+    options_.onLyricsShown = [this] { lyricsDisplay_.lyricsShownChanged(); };
     options_.onOutput = [this] {
         services_.vbmp3.vbmp3_setOutput(options_.outputDevice(), options_.HScrollBuffer.value());
     };

@@ -9,6 +9,8 @@
 #include "convert/form_conv.h"
 #include "equalizer/form_gra.h"
 #include "lyrics/form_lyrics.h"
+#include "lyrics/lyrics_display.h"
+#include "lyrics/lyrics_lookup.h"
 #include "options/form_opt.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
@@ -87,6 +89,8 @@ class Application {
     FormList list_;
     FormGra equalizer_;
     FormLyrics lyrics_;
+    LyricsLookup lyricsLookup_;
+    LyricsDisplay lyricsDisplay_;
     FormTag tag_;
     FormConv convert_;
     SettingsFile settings_;

@@ -19,6 +19,8 @@ enum BaseKind : int {
     kUnknownKind = 0, kWavePcm = 1, kWaveOther = 2, kMp3 = 3, kRmp = 4, kMidi = 10, kCdAudio = 20, kWma = 30, kWaveMci = 40
 };
 
+enum LyricsColorEntry : int { kLyricsScheme = 0, kSkinLyricsFirst = 3, kSkinLyricsSecond = 4 };
+
 inline constexpr int kListCount = 4;       // A, B, C and the folder list
 inline constexpr int kFolderList = 3;
 
@@ -36,7 +38,7 @@ struct GlobalState {
     int ListNo = 0;              // current list, 0 to 2
     std::string DefaultCdDrive;
     int LyricsLine = 5;
-    std::array<int, 5> LyricsColors{};
+    std::array<int, 5> LyricsColors{};  // 0: number of the window's colour scheme; 3, 4: colours of the skin, 0xRRGGBB
     std::array<std::array<int, 10>, 5> EqPresetTable{};  // tenths of a decibel
 
     // Playback.

@@ -25,6 +25,8 @@ class OptionSettings {
     virtual int lyricsTime() const = 0;
     virtual bool lyrics3First() const = 0;        // "LyricsMain"
     virtual bool timeTagShown() const = 0;
+    virtual bool lyricsBold() const = 0;          // "LyricsBold"
+    virtual bool lyricsSecondColor() const = 0;   // "LyricsColor2": the second lyrics colour of the skin
     virtual std::string lyricsFolder() const = 0;
     virtual std::string lyricsFont() const = 0;
     virtual std::string pictureFolder() const = 0;

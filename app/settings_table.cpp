@@ -273,6 +273,8 @@ constexpr SettingsKey kKeys[] = {
               [](const Windows& w, std::int32_t n) { w.opt.setOutputDevice(n); },
               [](const Windows& w) -> Text { return Number(w.opt.outputDevice()); }),
     Slider<&FormOpt::HScrollBuffer>("OutputBuffer", 250),
+    Check<&FormOpt::CheckLyricsBold>("LyricsBold"),
+    Check<&FormOpt::CheckLyricsSecond>("LyricsColor2"),
 };
 
 }  // namespace

@@ -63,12 +63,13 @@ void Form::setCaption(std::string caption) {
     formChanged(FormProperty::Caption);
 }
 
-void Form::show() {
+void Form::show(bool activate) {
     if (unloaded_) return;
     if (visible_) {
-        if (host_) host_->bringToFront();
+        if (host_ && activate) host_->bringToFront();
         return;
     }
+    activates_ = activate;
     if (!host_ && system_) realise(*system_);
     visible_ = true;
     formChanged(FormProperty::Visible);

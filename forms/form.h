@@ -45,7 +45,9 @@ class Form {
     const std::string& caption() const { return caption_; }
     void setCaption(std::string caption);
     bool visible() const { return visible_; }
-    void show();
+    // A window that appears by itself does not take the keyboard: `activate` false. One that is shown stays where it is.
+    void show(bool activate = true);
+    bool activates() const { return activates_; }
     void hide();
     bool topmost() const { return topmost_; }
     void setTopmost(bool topmost);
@@ -105,6 +107,7 @@ class Form {
     int left_ = 0, top_ = 0, width_ = 4500, height_ = 3000;
     std::string caption_;
     bool visible_ = false;
+    bool activates_ = true;
     bool topmost_ = false;
     bool unloaded_ = false;
 };

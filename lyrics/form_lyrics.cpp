@@ -21,6 +21,8 @@ constexpr std::array<LyricsScheme, 8> kSchemes{{
 }};
 constexpr int kTwipsPerLine = 300;
 constexpr int kFrameTwips = 405;
+constexpr int kMostLines = 5;
+constexpr double kTextPoints = 11;  // of the text box
 
 }  // namespace
 
@@ -31,25 +33,58 @@ int LyricsFontPoints(int height, int lines) {
     return half - RoundHalfToEven(half / 3.2);
 }
 
-FormLyrics::FormLyrics(GlobalState& state, const OptionSettings& options)
-    : Form("FormLyrics", Kind::Sizeable), state_(state), options_(options) {
+FormLyrics::FormLyrics(GlobalState& state, const OptionSettings& options, TextPainter& painter)
+    : Form("FormLyrics", Kind::Sizeable), state_(state), options_(options), painter_(painter) {
     setCaption("歌詞");
     Text2.setVisible(false);
     Picture7.onDoubleClick = [this] { Picture7_DblClick(); };
     Text2.onDoubleClick = [this] { Text2_DblClick(); };
+    Picture7.onResize = [this] { draw(); };
 }
 
-int FormLyrics::lines() const { return std::max(state_.LyricsLine, 1); }
+int FormLyrics::lines() const { return std::clamp(state_.LyricsLine, 1, kMostLines); }
 
 void FormLyrics::Picture7_DblClick() {
-    int& scheme = state_.LyricsColors[0];
+    int& scheme = state_.LyricsColors[kLyricsScheme];
     scheme = scheme < 1 || scheme >= static_cast<int>(kSchemes.size()) ? 1 : scheme + 1;
     const LyricsScheme& colors = kSchemes[static_cast<std::size_t>(scheme - 1)];
     for (Control* control : {static_cast<Control*>(&Picture7), static_cast<Control*>(&Text2)}) {
         control->setForeColor(colors.text);
         control->setBackColor(colors.back);
     }
-    Picture7.surface().fill(colors.back);
+    draw();
+}
+
+LyricsLook FormLyrics::look() const {
+    LyricsLook look;
+    look.font = Picture7.font();
+    look.font.bold = options_.lyricsBold();
+    look.text = Picture7.foreColor();
+    look.back = Picture7.backColor();
+    look.lines = lines();
+    look.stamps = options_.timeTagShown();
+    return look;
+}
+
+void FormLyrics::showLines(const vbmp3_LyricsLines& lines) {
+    const bool sameLines = SameLyricsLines(lines, lines_);
+    lines_ = lines;
+    if (drawn_.lines != this->lines() || Picture7.font().face != options_.lyricsFont()) {
+        const Rect& box = Picture7.bounds();
+        Form_Resize({box.width, box.height});
+    } else if (!sameLines || look() != drawn_) {
+        draw();
+    }
+}
+
+void FormLyrics::setShowsText(bool text) {
+    Text2.setVisible(text);
+    Picture7.setVisible(!text);
+}
+
+void FormLyrics::draw() {
+    drawn_ = look();
+    DrawLyricsWindow(Picture7.surface(), painter_, lines_, drawn_);
     Picture7.refresh();
 }
 
@@ -68,11 +103,21 @@ void FormLyrics::Form_Resize(Size client) {
     if (Picture7.surface().width() != client.width || Picture7.surface().height() != client.height) {
         Picture7.surface().resize(client.width, client.height, Picture7.backColor());
     }
+    fitType(client.height);
+    draw();
+}
+
+void FormLyrics::fitType(int height) {
     Font font = Picture7.font();
     font.face = options_.lyricsFont();
-    font.points = std::max(LyricsFontPoints(client.height, lines()), 1);
+    font.points = std::max(LyricsFontPoints(height, lines()), 1);
     Picture7.setFont(font);
-    Picture7.refresh();
+    font.points = kTextPoints;
+    Text2.setFont(font);
+}
+
+void FormLyrics::Form_Shown() {
+    if (onShown) onShown();
 }
 
 void FormLyrics::Form_Unload(bool& cancel) {

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "forms/form.h"
+#include "lyrics/lyrics_picture.h"
 
 namespace quenlox {
 
@@ -21,21 +22,29 @@ std::span<const LyricsScheme> LyricsSchemes();
 
 class FormLyrics : public Form {
   public:
-    FormLyrics(GlobalState& state, const OptionSettings& options);
+    FormLyrics(GlobalState& state, const OptionSettings& options, TextPainter& painter);
 
     PictureBox Picture7{*this, "Picture7"};           // the timed lines
     TextBox Text2{*this, "Text2", true, true};        // lyrics without time tags
 
     std::function<void()> onClosedByUser;             // the check box of the options window goes off
+    std::function<void()> onShown;                    // it has become visible
     // Keys that this window leaves to the main window.
     std::function<void(int key, int shift)> onKeyDown;
     std::function<void(int key, int shift)> onKeyUp;
+
+    // Draws the rows when they or the options have changed.
+    void showLines(const vbmp3_LyricsLines& lines);
+    void setText(const std::string& text) { Text2.setText(text); }
+    // The text box or the picture is what one sees.
+    void setShowsText(bool text);
 
     // Steps LyricsColors[0] on, the last scheme back to 1, and applies the scheme.
     void Picture7_DblClick();
     void Text2_DblClick() { Picture7_DblClick(); }
     // Fits the controls and the size of the type to the window; called as well when the number of lines has changed.
     void Form_Resize(Size client) override;
+    void Form_Shown() override;
     void Form_Unload(bool& cancel) override;
     void Form_KeyDown(int key, int shift) override;
     void Form_KeyUp(int key, int shift) override;
@@ -43,9 +52,15 @@ class FormLyrics : public Form {
 
   private:
     int lines() const;
+    LyricsLook look() const;
+    void fitType(int height);
+    void draw();
 
     GlobalState& state_;
     const OptionSettings& options_;
+    TextPainter& painter_;
+    vbmp3_LyricsLines lines_ = NoLyricsLines();
+    LyricsLook drawn_;
 };
 
 // Points of the type for a picture of that height in pixels.

@@ -51,6 +51,8 @@ class FormOpt : public Form, public OptionControls {
     TextBox TextLyricsFont{*this, "TextLyricsFont"};                            // section "Lyrics", "Font"
     CheckBox CheckLyricsMain{*this, "CheckLyricsMain"};                         // "LyricsMain": Lyrics3 before side files
     CheckBox CheckTimeTag{*this, "CheckTimeTag"};                               // "TimeTag"
+    CheckBox CheckLyricsBold{*this, "CheckLyricsBold"};                         // "LyricsBold": bold type
+    CheckBox CheckLyricsSecond{*this, "CheckLyricsSecond"};                     // "LyricsColor2": the skin's second colour
     TextBox TextLyricsDir{*this, "TextLyricsDir"};                              // "LyricsDir"
 
     // Lists and names.
@@ -90,6 +92,8 @@ class FormOpt : public Form, public OptionControls {
     int lyricsTime() const override { return HScrollLyricsTime.value(); }
     bool lyrics3First() const override { return CheckLyricsMain.checked(); }
     bool timeTagShown() const override { return CheckTimeTag.checked(); }
+    bool lyricsBold() const override { return CheckLyricsBold.checked(); }
+    bool lyricsSecondColor() const override { return CheckLyricsSecond.checked(); }
     std::string lyricsFolder() const override { return TextLyricsDir.text(); }
     std::string lyricsFont() const override { return TextLyricsFont.text(); }
     std::string pictureFolder() const override { return TextBmpDir.text(); }

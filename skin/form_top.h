@@ -61,7 +61,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     // What the main window sets going and others do; each may be empty.
     struct Hooks {
         std::function<void()> fillTagWindow;
-        std::function<void(bool forget)> lyricsDisplayMode;
+        std::function<void(bool inWindow)> lyricsDisplayMode;  // a skin has been loaded; true: it has no lyrics area
         std::function<void()> drawPanel;                   // one frame of the panel animation into display B
         std::function<void(int button)> panelClicked;      // 1 left: next variant; 2 right or double: next group
         std::function<void()> pollConverter, updateLyrics, idle;
@@ -117,7 +117,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     Menu menuTray();
     bool alwaysOnTop() const { return alwaysOnTop_; }
     void setAlwaysOnTop(bool on);
-    void showWindow(Form& form);  // shows it, topmost when the main window is
+    void showWindow(Form& form, bool activate = true);  // shows it, topmost when the main window is
     void toggleWindow(Form* form);
     void moveToTray();
     void restoreFromTray();
@@ -161,9 +161,6 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     Timer Timer6{*this, "Timer6", 500};   // lyrics
     Timer Timer7{*this, "Timer7", 500};   // converter
     Timer TimerTitle{*this, "TimerTitle", 60};
-
-    // First and second lyrics colour of the skin.
-    Color skinLyricsFirst, skinLyricsSecond;
 
   protected:
     void controlChangedHere(Control& control, Property property) override;

@@ -109,9 +109,9 @@ void FormTop::setAlwaysOnTop(bool on) {
     }
 }
 
-void FormTop::showWindow(Form& form) {
+void FormTop::showWindow(Form& form, bool activate) {
     form.setTopmost(alwaysOnTop_);
-    form.show();
+    form.show(activate);
     if (&form == windows_.list) state_.ListShown = true;
 }
 

@@ -85,11 +85,10 @@ void FormTop::applyLabels(const SkinDefinition& skin) {
         LyricsPicture.setFont(ScaledFont(skin.lyrics->fontField, twips));
         LyricsPicture.setBackColor(skin.lyrics->background);
         LyricsPicture.surface().resize(skin.lyrics->bounds.width, skin.lyrics->bounds.height, skin.lyrics->background);
-        skinLyricsFirst = skin.lyrics->first;
-        skinLyricsSecond = skin.lyrics->second;
-    } else if (hooks_.lyricsDisplayMode) {
-        hooks_.lyricsDisplayMode(true);
+        state_.LyricsColors[kSkinLyricsFirst] = static_cast<int>(Surface::ToPixel(skin.lyrics->first));
+        state_.LyricsColors[kSkinLyricsSecond] = static_cast<int>(Surface::ToPixel(skin.lyrics->second));
     }
+    if (hooks_.lyricsDisplayMode) hooks_.lyricsDisplayMode(state_.SkinLacksLyricsArea);
 }
 
 void FormTop::applyButtons(const SkinDefinition& skin) {

@@ -207,6 +207,10 @@ void FormWindow::show(bool visible) {
         return;
     }
     bringOntoScreen();
+    if (!form_->activates()) {
+        ShowWindow(window_, SW_SHOWNOACTIVATE);
+        return;
+    }
     ShowWindow(window_, IsIconic(window_) ? SW_RESTORE : SW_SHOW);
     SetForegroundWindow(window_);
 }

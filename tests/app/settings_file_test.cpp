@@ -13,6 +13,7 @@
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_random.h"
+#include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_vbmp3.h"
 #include "tests/fakes/fake_window_system.h"
 #include "text/encoding.h"
@@ -58,7 +59,8 @@ struct Program {
     Playlists lists{state, opt, files, vbmp3, random};
     FormList list{state, lists, files, dialogs, windows};
     FormGra gra{state, vbmp3, dialogs, random};
-    FormLyrics lyrics{state, opt};
+    FakeTextPainter painter;
+    FormLyrics lyrics{state, opt, painter};
     FormTag tag{state};
     SettingsFile settings{files, {state, top, list, opt, gra, lyrics, tag}};
 };
@@ -75,6 +77,7 @@ constexpr const char* kFreshFile =
     "LyricsMain=0\r\nTimeTag=0\r\nLyricsDir=\r\nBmpDir=\r\nPanelMode=0\r\nReName=0\r\nReNameS=(*N) *T\r\n"
     "ListType=0\r\nListTypeS=0\r\nDelList=0\r\n"
     "ListTime=1\r\nStepPitch=6\r\nGapless=1\r\nSkinScale=1\r\nOutputDevice=-1\r\nOutputBuffer=250\r\n"
+    "LyricsBold=0\r\nLyricsColor2=0\r\n"
     "[Lyrics]\r\nFont=ＭＳ Ｐゴシック\r\nX=0\r\nY=0\r\nW=4500\r\nH=3000\r\nColor=1\r\n"
     "[Equalizer]\r\nX=0\r\nY=0\r\n0Eq=FLAT,0,0,0,0,0,0,0,0,0,0\r\n1Eq=ROCK,20,50,0,-20,30,10,-20,50,30,10\r\n"
     "2Eq=POPS,-30,0,40,0,0,-30,60,40,0,-30\r\n3Eq=LIGHT,-20,-40,0,0,-20,40,50,10,40,20\r\n"

@@ -26,6 +26,8 @@ class FakeOptions : public OptionControls {
         int lyricsTime = 1;
         bool lyrics3First = false;
         bool timeTagShown = false;
+        bool lyricsBold = false;
+        bool lyricsSecondColor = false;
         std::string lyricsFolder;
         std::string lyricsFont = "ＭＳ Ｐゴシック";
         std::string pictureFolder;
@@ -58,6 +60,8 @@ class FakeOptions : public OptionControls {
     int lyricsTime() const override { return values.lyricsTime; }
     bool lyrics3First() const override { return values.lyrics3First; }
     bool timeTagShown() const override { return values.timeTagShown; }
+    bool lyricsBold() const override { return values.lyricsBold; }
+    bool lyricsSecondColor() const override { return values.lyricsSecondColor; }
     std::string lyricsFolder() const override { return values.lyricsFolder; }
     std::string lyricsFont() const override { return values.lyricsFont; }
     std::string pictureFolder() const override { return values.pictureFolder; }

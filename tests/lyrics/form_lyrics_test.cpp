@@ -4,6 +4,7 @@
 
 #include "app/global_state.h"
 #include "tests/fakes/fake_options.h"
+#include "tests/fakes/fake_text_painter.h"
 
 namespace quenlox {
 namespace {
@@ -11,7 +12,8 @@ namespace {
 TEST(FormLyrics, ADoubleClickGoesThroughEveryColourSchemeAndAround) {
     GlobalState state;
     FakeOptions options;
-    FormLyrics form(state, options);
+    FakeTextPainter painter;
+    FormLyrics form(state, options, painter);
     const int schemes = static_cast<int>(LyricsSchemes().size());
     for (int i = 1; i <= schemes; ++i) {
         form.Picture7.onDoubleClick();
@@ -45,7 +47,8 @@ TEST(FormLyrics, StaysHighEnoughForItsLinesAndFitsTheType) {
         state.LyricsLine = c.lines;
         FakeOptions options;
         options.values.lyricsFont = "メイリオ";
-        FormLyrics form(state, options);
+        FakeTextPainter painter;
+    FormLyrics form(state, options, painter);
         form.setSize(4500, c.height);
         form.Form_Resize({290, c.clientHeight});
         EXPECT_EQ(form.height(), c.heightAfter) << c.lines << ' ' << c.height;
@@ -59,7 +62,8 @@ TEST(FormLyrics, StaysHighEnoughForItsLinesAndFitsTheType) {
 TEST(FormLyrics, MinimisedItIsLeftAlone) {
     GlobalState state;
     FakeOptions options;
-    FormLyrics form(state, options);
+    FakeTextPainter painter;
+    FormLyrics form(state, options, painter);
     form.setSize(4500, 500);
     form.Form_Resize({0, 0});
     EXPECT_EQ(form.height(), 500);
@@ -68,7 +72,8 @@ TEST(FormLyrics, MinimisedItIsLeftAlone) {
 TEST(FormLyrics, ClosedByTheUserItIsHiddenAndItsOptionGoesOff) {
     GlobalState state;
     FakeOptions options;
-    FormLyrics form(state, options);
+    FakeTextPainter painter;
+    FormLyrics form(state, options, painter);
     form.onClosedByUser = [&] { options.setLyricsShown(false); };
     form.show();
     EXPECT_FALSE(form.unload());

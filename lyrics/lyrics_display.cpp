@@ -1,0 +1,129 @@
+#include "lyrics/lyrics_display.h"
+
+#include <algorithm>
+
+#include "app/global_state.h"
+#include "app/option_settings.h"
+#include "lyrics/form_lyrics.h"
+#include "lyrics/lyrics_lookup.h"
+#include "platform/text_painter.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kInterval = 500;        // milliseconds
+constexpr int kKaraokeInterval = 80;  // while a line shows its progress
+constexpr int kShortestInterval = 20;
+constexpr int kShiftUnit = 100;       // milliseconds for one step of the option
+
+}  // namespace
+
+LyricsDisplay::LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, TextPainter& painter,
+                             FormLyrics& window, MainWindow main)
+    : state_(state), options_(options), vbmp3_(vbmp3), painter_(painter), window_(window), main_(std::move(main)) {
+    window_.onShown = [this] { Timer6_Timer(); };
+}
+
+bool LyricsDisplay::runs() const {
+    return state_.LyricsKind == kTimedLyrics || (state_.LyricsKind == kPlainLyrics && options_.lyricsSelf());
+}
+
+bool LyricsDisplay::wantsWindow() const {
+    if (!options_.lyricsShown() || state_.LyricsKind == kNoLyrics) return false;
+    return state_.SkinLacksLyricsArea || !runs();
+}
+
+void LyricsDisplay::trackOpened() {
+    windowDue_ = wantsWindow();
+    if (!state_.SkinLacksLyricsArea && !windowDue_) window_.hide();
+    followWindow();
+    Timer6_Timer();
+}
+
+void LyricsDisplay::lyricsDisplayMode(bool inWindow) {
+    panelLines_.reset();
+    windowDue_ = wantsWindow();
+    if (!inWindow && !windowDue_) window_.hide();
+}
+
+void LyricsDisplay::lyricsShownChanged() {
+    if (state_.ShuttingDown) return;
+    windowDue_ = false;
+    if (options_.lyricsShown()) {
+        main_.showLyricsWindow();
+    } else {
+        window_.hide();
+    }
+}
+
+// While the main window is not on the screen, at the start and in the notification area, no window comes up.
+void LyricsDisplay::followWindow() {
+    if (!windowDue_ || !main_.form.visible() || state_.ShuttingDown) return;
+    windowDue_ = false;
+    if (!window_.visible()) main_.showLyricsWindow();
+}
+
+void LyricsDisplay::followOptions() {
+    const int shift = options_.lyricsTime() * kShiftUnit;
+    if (shift != shift_) vbmp3_.vbmp3_setLyricsShift(shift);
+    shift_ = shift;
+    const bool spread = options_.lyricsSelf();
+    if (spread != spread_) vbmp3_.vbmp3_setNotTagLyricsLine(spread ? 1 : 0);
+    spread_ = spread;
+}
+
+bool LyricsDisplay::panelSeen() const { return main_.form.visible() && main_.panel.visible(); }
+
+bool LyricsDisplay::windowSeen() const {
+    if (!window_.visible()) return false;
+    return !window_.host() || window_.host()->clientSize().height > 0;  // minimised it has none
+}
+
+void LyricsDisplay::Timer6_Timer() {
+    followOptions();
+    followWindow();
+    const bool panel = panelSeen(), window = windowSeen();
+    vbmp3_LyricsLines lines = NoLyricsLines();
+    if ((panel || window) && runs() && !vbmp3_.vbmp3_getLyrics2(lines)) lines = NoLyricsLines();
+    if (panel) drawPanel(lines);
+    if (window) {
+        window_.setShowsText(state_.LyricsKind == kPlainLyrics && !runs());
+        window_.showLines(lines);
+    }
+    schedule(lines);
+}
+
+void LyricsDisplay::drawPanel(const vbmp3_LyricsLines& lines) {
+    const auto color = [&](int entry) {
+        return Surface::ToColor(static_cast<Surface::Pixel>(state_.LyricsColors[static_cast<std::size_t>(entry)]));
+    };
+    LyricsPanelLook look;
+    look.font = main_.panel.font();
+    look.font.face = options_.lyricsFont();
+    look.font.bold = options_.lyricsBold();
+    if (main_.form.host()) look.dotsPerInch = 1440.0 / main_.form.host()->twipsPerPixel().x;
+    const bool second = options_.lyricsSecondColor();
+    look.text = color(second ? kSkinLyricsSecond : kSkinLyricsFirst);
+    look.sung = color(second ? kSkinLyricsFirst : kSkinLyricsSecond);
+    look.back = main_.panel.backColor();
+    if (panelLines_ && SameLyricsLines(*panelLines_, lines) && look == panelLook_) return;
+    panelLines_ = lines;
+    panelLook_ = look;
+    DrawLyricsPanel(main_.panel.surface(), painter_, lines, look);
+    main_.panel.refresh();
+}
+
+// A line shall appear when it is due and not at the next of the timer's even steps.
+void LyricsDisplay::schedule(const vbmp3_LyricsLines& lines) {
+    int interval = kInterval;
+    if (state_.PlayerStatus == kPlay && lines.total > 0) {
+        if (lines.progressBytes >= 0) interval = kKaraokeInterval;
+        if (const std::int64_t next = lines.stampMs[3]; next >= 0) {
+            const std::int64_t left = next - vbmp3_.vbmp3_getPositionMs();
+            if (left > 0) interval = static_cast<int>(std::clamp<std::int64_t>(left, kShortestInterval, interval));
+        }
+    }
+    main_.timer.setInterval(interval);
+}
+
+}  // namespace quenlox

@@ -1,0 +1,99 @@
+#include "lyrics/lyrics_lookup.h"
+
+#include <memory>
+
+#include "app/global_state.h"
+#include "app/option_settings.h"
+#include "lyrics/form_lyrics.h"
+#include "platform/file_system.h"
+#include "platform/vbmp3.h"
+#include "playback/main_display.h"
+#include "text/encoding.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kLyricsFlag = 1000;              // of MediaKind
+constexpr std::uint64_t kLargestText = 4u << 20;  // bytes; the library takes less
+
+// Lines parted by CR LF, whatever parted them in the file.
+std::string WithBoxLines(const std::string& text) {
+    return ReplaceAll(ReplaceAll(ReplaceAll(text, "\r\n", "\n"), "\r", "\n"), "\n", "\r\n");
+}
+
+}  // namespace
+
+std::array<std::string, 3> LyricsCandidates(const std::string& track) {
+    const std::string name = FileNameOf(track);
+    return {WithExtension(name, "kra"), WithExtension(name, "lrc"), WithExtension(name, "txt")};
+}
+
+LyricsLookup::LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+                           MainDisplay& display, FormLyrics& form)
+    : state_(state), options_(options), vbmp3_(vbmp3), files_(files), display_(display), form_(form) {}
+
+void LyricsLookup::LoadLyrics() {
+    state_.LyricsKind = kNoLyrics;
+    form_.setText("");
+    if (state_.MediaKind / kLyricsFlag <= 0) return;
+    vbmp3_.vbmp3_clearLyrics();
+    if (options_.lyrics3First()) {
+        if (!ReadLyrics3()) FindLyricsFile();
+    } else {
+        if (!FindLyricsFile()) ReadLyrics3();
+    }
+}
+
+bool LyricsLookup::ReadLyrics3() {
+    state_.LyricsKind = kNoLyrics;
+    std::string raw, text;
+    if (!vbmp3_.vbmp3_readLyrics3Data(raw, text)) return false;
+    if (vbmp3_.vbmp3_checkTimeTag() > 0) {
+        state_.LyricsKind = kTimedLyrics;
+    } else {
+        const auto info = std::make_unique<vbmp3_Lyrics3Info>();
+        info->size = sizeof *info;
+        if (vbmp3_.vbmp3_getFileLyrics3InfoVB(state_.CurrentFile, *info)) text = {info->lyrics, sizeof info->lyrics};
+        form_.setText(WithBoxLines(TrimAtNull(text)));
+        state_.LyricsKind = kPlainLyrics;
+    }
+    mark("+L");
+    return true;
+}
+
+std::string LyricsLookup::loadSideFile() {
+    const std::string folder = options_.lyricsFolder();
+    for (const std::string& candidate : LyricsCandidates(state_.CurrentFile)) {
+        // Without a folder of its own the name alone would mean whatever folder is current.
+        if (!folder.empty()) {
+            const std::string path = JoinPath(folder, candidate);
+            if (vbmp3_.vbmp3_setLyricsFile(path)) return path;
+        }
+        const std::string path = JoinPath(FolderOf(state_.CurrentFile), candidate);
+        if (vbmp3_.vbmp3_setLyricsFile(path)) return path;
+    }
+    return {};
+}
+
+bool LyricsLookup::FindLyricsFile() {
+    state_.LyricsKind = kNoLyrics;
+    const std::string path = loadSideFile();
+    if (path.empty()) return false;
+    if (vbmp3_.vbmp3_checkTimeTag() == 0) {
+        if (const auto bytes = files_.read(path, kLargestText)) form_.setText(WithBoxLines(TrimAtNull(DecodeText(*bytes))));
+        state_.LyricsKind = kPlainLyrics;
+    } else {
+        state_.LyricsKind = kTimedLyrics;
+    }
+    mark("+W");
+    return true;
+}
+
+void LyricsLookup::mark(const char* marker) {
+    const std::string information = display_.information();
+    if (!information.ends_with('+')) display_.showInformation(information + marker);
+}
+
+}  // namespace quenlox

@@ -1,0 +1,45 @@
+// Finds the lyrics of the track that has been opened: inside the sound file, or a side file of the same name. The library
+// keeps lyrics with time tags; a text without them goes into the lyrics window. On the user-interface thread.
+#pragma once
+
+#include <array>
+#include <string>
+
+namespace quenlox {
+
+class FileSystem;
+class FormLyrics;
+class MainDisplay;
+class OptionSettings;
+class Vbmp3;
+struct GlobalState;
+
+enum LyricsKindCode : int { kNoLyrics = 0, kTimedLyrics = 1, kPlainLyrics = 2 };
+
+// Names of the side files of a track, the one that counts most first; without folder.
+std::array<std::string, 3> LyricsCandidates(const std::string& track);
+
+class LyricsLookup {
+  public:
+    LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, MainDisplay& display,
+                 FormLyrics& form);
+
+    // Called when a track has been opened: sets LyricsKind. What cannot be read counts as no lyrics.
+    void LoadLyrics();
+    // Each sets LyricsKind, marks its source behind the format ("+L", "+W") and tells whether there were lyrics.
+    bool ReadLyrics3();
+    bool FindLyricsFile();
+
+  private:
+    std::string loadSideFile();  // the path that the library has accepted, or empty
+    void mark(const char* marker);
+
+    GlobalState& state_;
+    const OptionSettings& options_;
+    Vbmp3& vbmp3_;
+    FileSystem& files_;
+    MainDisplay& display_;
+    FormLyrics& form_;
+};
+
+}  // namespace quenlox

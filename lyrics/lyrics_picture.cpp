@@ -1,0 +1,143 @@
+#include "lyrics/lyrics_picture.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/text_painter.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kCurrentRow = 2, kExtraRow = 5, kNextRow = 3;
+constexpr int kMargin = 4;             // pixels left and right
+constexpr double kSmallestPoints = 6;  // of a line made to fit
+constexpr Color kSungOnLight{0, 96, 208}, kSungOnDark{255, 192, 64};
+
+std::string RowText(const vbmp3_LyricsLines& lines, int row) {
+    const auto& field = lines.rows[row];
+    return std::string(field, std::find(std::begin(field), std::end(field), '\0'));
+}
+
+std::string StampText(std::int32_t ms) {
+    if (ms < 0) return {};
+    return "[" + TwoDigits(ms / 60000) + ":" + TwoDigits(ms / 1000 % 60) + "] ";
+}
+
+Color Mix(Color a, Color b) {
+    const auto half = [](std::uint8_t x, std::uint8_t y) { return static_cast<std::uint8_t>((x + y) / 2); };
+    return {half(a.red, b.red), half(a.green, b.green), half(a.blue, b.blue)};
+}
+
+Color SungColor(Color back) {
+    const int brightness = (back.red * 299 + back.green * 587 + back.blue * 114) / 1000;
+    return brightness >= 128 ? kSungOnLight : kSungOnDark;
+}
+
+// Pixels of `line` that have been sung. `lead` bytes in front of the row's text belong to its stamp and count as sung.
+int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& line, std::size_t lead,
+              const vbmp3_LyricsLines& lines) {
+    const std::size_t whole = lead + static_cast<std::size_t>(lines.progressBytes);
+    if (whole >= line.size()) return painter.measure(line, style).width;
+    if (whole == lead && lines.progress == 0) return 0;
+    const int from = painter.measure(line.substr(0, whole), style).width;
+    // The library counts in whole characters; the rest of the way is the part of the character being sung.
+    std::size_t next = whole + 1;
+    while (next < line.size() && (static_cast<unsigned char>(line[next]) & 0xC0) == 0x80) ++next;
+    const double exact = static_cast<double>(lead) + lines.progress * static_cast<double>(line.size() - lead) / 1000.0;
+    const double part = std::clamp((exact - static_cast<double>(whole)) / static_cast<double>(next - whole), 0.0, 1.0);
+    const int to = painter.measure(line.substr(0, next), style).width;
+    return from + RoundHalfToEven((to - from) * part);
+}
+
+}  // namespace
+
+vbmp3_LyricsLines NoLyricsLines() {
+    vbmp3_LyricsLines lines{};
+    lines.size = sizeof lines;
+    lines.current = -1;
+    lines.progressBytes = -1;
+    std::fill(std::begin(lines.stampMs), std::end(lines.stampMs), -1);
+    return lines;
+}
+
+bool SameLyricsLines(const vbmp3_LyricsLines& a, const vbmp3_LyricsLines& b) {
+    return a.current == b.current && a.progress == b.progress && a.progressBytes == b.progressBytes &&
+           std::equal(std::begin(a.stampMs), std::end(a.stampMs), std::begin(b.stampMs)) &&
+           std::memcmp(a.rows, b.rows, sizeof a.rows) == 0;
+}
+
+std::vector<LyricsBand> LyricsBands(int lines, Size picture) {
+    lines = std::max(lines, 1);
+    const int band = picture.height / lines;
+    const int first = lines == 1 ? 2 : lines == 3 ? 1 : 0;
+    const int last = lines == 1 ? 2 : lines == 3 ? 3 : 4;
+    std::vector<LyricsBand> bands;
+    for (int row = first; row <= last; ++row) {
+        const int top = (row - first) * band;
+        bands.push_back({row, {0, top, picture.width, band}});
+    }
+    const int current = (kCurrentRow - first) * band;
+    bands.push_back({kExtraRow, {0, current + band / 2, picture.width, band - band / 2}});
+    return bands;
+}
+
+void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsLook& look) {
+    on.fill(look.back);
+    const Color pale = Mix(look.text, look.back);
+    for (const LyricsBand& band : LyricsBands(look.lines, {on.width(), on.height()})) {
+        std::string text = RowText(lines, band.row);
+        if (text.empty()) continue;
+        const bool extra = band.row == kExtraRow;
+        // Without a translation the extra row is the next line, which may be on the picture already.
+        if (extra && look.lines > 1 && text == RowText(lines, kNextRow)) continue;
+        const std::string stamp = look.stamps && !extra ? StampText(lines.stampMs[band.row]) : std::string();
+        text = stamp + text;
+
+        TextStyle style;
+        style.font = look.font;
+        style.color = band.row == kCurrentRow ? look.text : pale;
+        Rect where{band.where.left + kMargin, band.where.top, band.where.width - 2 * kMargin, band.where.height};
+        if (where.empty()) continue;
+        const int wide = painter.measure(text, style).width;
+        if (wide > where.width) {
+            style.font.points = std::max(style.font.points * where.width / wide, std::min(kSmallestPoints, style.font.points));
+        }
+        painter.draw(on, where, text, style);
+        if (band.row != kCurrentRow || lines.progressBytes < 0) continue;
+        where.width = std::min(where.width, SungWidth(painter, style, text, stamp.size(), lines));
+        style.color = SungColor(look.back);
+        if (where.width > 0) painter.draw(on, where, text, style);
+    }
+}
+
+void DrawLyricsPanel(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsPanelLook& look) {
+    on.fill(look.back);
+    const std::string text = RowText(lines, kCurrentRow);
+    if (text.empty()) return;
+    TextStyle style;
+    style.font = look.font;
+    style.dotsPerInch = look.dotsPerInch;
+    style.color = look.text;
+    style.wordBreak = true;
+    Rect where = on.rect();
+    painter.draw(on, where, text, style);
+    if (lines.progressBytes < 0) return;
+    TextStyle single = style;
+    single.wordBreak = false;
+    style.color = single.color = look.sung;
+    if (painter.measure(text, single).width <= where.width) {
+        where.width = SungWidth(painter, single, text, 0, lines);
+        if (where.width > 0) painter.draw(on, where, text, single);
+        return;
+    }
+    // Wrapped, the sung words are written over the others; whole words, since half of one might still fit where the whole
+    // of it has been wrapped.
+    const std::size_t sung = std::min(static_cast<std::size_t>(lines.progressBytes), text.size());
+    if (sung == 0) return;
+    painter.draw(on, where, text.substr(0, std::min(text.find(' ', sung), text.size())), style);
+}
+
+}  // namespace quenlox
