@@ -1,6 +1,7 @@
 // gogo.dll behind the program's own interface. Texts go to it in UTF-8.
 #include "platform/gogo.h"
 
+#include "libraries/gogo/gogo.h"
 #include "platform/win32/library.h"
 #include "platform/win32/platform.h"
 
@@ -50,15 +51,15 @@ class GogoLibrary : public Gogo {
   private:
     Library library_;
     bool complete_ = false;
-    std::int32_t (*getUnitStates_)(std::int32_t*) = nullptr;
-    std::int32_t (*initializeWork_)() = nullptr;
-    std::int32_t (*setConfigure_)(std::int32_t, std::int32_t, const char*) = nullptr;
-    std::int32_t (*detectConfigure_)() = nullptr;
-    std::int32_t (*getConfigure_)(std::int32_t, std::int32_t*) = nullptr;
-    std::int32_t (*processFrame_)() = nullptr;
-    std::int32_t (*closeCoder_)() = nullptr;
-    std::int32_t (*endCoder_)() = nullptr;
-    std::int32_t (*getVersion_)(char*, std::uint32_t) = nullptr;
+    decltype(::MPGE_getUnitStatesVB)* getUnitStates_ = nullptr;
+    decltype(::MPGE_initializeWorkVB)* initializeWork_ = nullptr;
+    decltype(::MPGE_setConfigureVB)* setConfigure_ = nullptr;
+    decltype(::MPGE_detectConfigureVB)* detectConfigure_ = nullptr;
+    decltype(::MPGE_getConfigureVB)* getConfigure_ = nullptr;
+    decltype(::MPGE_processFrameVB)* processFrame_ = nullptr;
+    decltype(::MPGE_closeCoderVB)* closeCoder_ = nullptr;
+    decltype(::MPGE_endCoderVB)* endCoder_ = nullptr;
+    decltype(::MPGE_getVersionVB)* getVersion_ = nullptr;
 };
 
 }  // namespace

@@ -115,6 +115,19 @@ TEST(Libraries, WhatIsNotThereIsTold) {
     EXPECT_EQ(gogo->version(), "");
 }
 
+TEST(Libraries, ThoseOfTheProgramAreCompleteAndAnswer) {
+    const auto vbmp3 = LoadVbmp3(VBMP3_FOLDER);
+    ASSERT_TRUE(vbmp3) << "an operation is missing";
+    ASSERT_TRUE(vbmp3->vbmp3_init());
+    EXPECT_EQ(vbmp3->vbmp3_getGenre(17), "Rock");
+    vbmp3_FileInfo info;
+    EXPECT_FALSE(vbmp3->vbmp3_open("C:\\no such file.mp3", info));
+    EXPECT_FALSE(vbmp3->vbmp3_getVersion().empty());
+    const auto gogo = LoadGogo(GOGO_FOLDER);
+    EXPECT_TRUE(gogo->available());
+    EXPECT_FALSE(gogo->version().empty());
+}
+
 TEST(MixerOfTheSystem, WithoutAControlNothingIsTouched) {
     auto mixer = MakeMixer();
     std::uint32_t value = 77;
@@ -173,7 +186,7 @@ TEST_F(Painter, PutsTextWhereItsStyleSays) {
     surface.fill({0x10, 0x20, 0x40});
     Font large = style.font;
     large.bold = true;
-    EXPECT_GE(painter->measure("曲名", TextStyle{.font = large, .dotsPerInch = 192}).width, painter->measure("曲名", style).width * 2 - 2);
+    EXPECT_GE(painter->measure("曲名", TextStyle{.font = large, .color = {}, .dotsPerInch = 192}).width, painter->measure("曲名", style).width * 2 - 2);
 }
 
 struct Popups : Desk {
