@@ -6,6 +6,7 @@
 
 #include "app/global_state.h"
 #include "platform/window_host.h"
+#include "text/numbers.h"
 #include "text/paths.h"
 
 namespace quenlox {
@@ -39,8 +40,7 @@ std::string WithThousands(std::int64_t number) {
 }
 
 std::string HoursText(std::int64_t seconds) {
-    const auto two = [](std::int64_t n) { return (n < 10 ? "0" : "") + std::to_string(n); };
-    return std::to_string(seconds / 3600) + ":" + two(seconds / 60 % 60) + ":" + two(seconds % 60);
+    return std::to_string(seconds / 3600) + ":" + TwoDigits(seconds / 60 % 60) + ":" + TwoDigits(seconds % 60);
 }
 
 }  // namespace
