@@ -337,17 +337,17 @@ Layout FormList::layout() {
         status.push_back(Item(Progress, 60, 9));
         status.push_back(Item(cmdCancel, 36, 12));
     }
-    const auto places = [&](int grow) { return Column({Item(Drive1, 60, 0), Item(Dir1, 70, 0, 1)}, grow); };
-    const auto names = [&](int grow) { return Column({Item(Combo1, 70, 0), Item(File1, 80, 0, 1)}, grow); };
+    const auto places = [&](int grow) { return Column({Item(Drive1), Item(Dir1, 0, 0, 1)}, grow); };
+    const auto names = [&](int grow) { return Column({Item(Combo1), Item(File1, 0, 0, 1)}, grow); };
     Layout middle;
     if (folderShown()) {
         middle = Row({places(2), names(3)}, 1);
     } else if (!browserShown_) {
-        middle = Row({Item(view(), 60, 30, 1)}, 1);
+        middle = Row({Item(view(), 0, 0, 1)}, 1);
     } else if (wide) {
-        middle = Row({Column({places(2), names(3)}, 2), Item(view(), 60, 30, 5)}, 1);
+        middle = Row({Column({places(2), names(3)}, 2), Item(view(), 0, 0, 5)}, 1);
     } else {
-        middle = Column({Item(view(), 60, 30, 3), Row({places(2), names(3)}, 2)}, 1);
+        middle = Column({Item(view(), 0, 0, 3), Row({places(2), names(3)}, 2)}, 1);
     }
     Layout all = Column({Item(Toolbar1), Item(TabList), std::move(middle), Row(std::move(status))});
     all.gap = 2;

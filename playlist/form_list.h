@@ -162,6 +162,7 @@ class FormList : public Form {
     std::array<int, kViews> markedRow_{-1, -1, -1};
     std::string markedFile_;
     Menu menuBar_{"menuBar", {}};
+    std::string menuLook_;               // what the menu bar was made for
     bool hasRows_ = false;
     bool browserShown_ = true;
     bool browserStale_ = true;           // read when the window is shown

@@ -119,6 +119,11 @@ std::vector<MenuItem> FormList::browserItems() {
 void FormList::updateMenus() {
     hasRows_ = !folderShown() && lists_.count(state_.ListNo) > 0;
     for (const char* key : {"up", "down", "delete"}) Toolbar1.setButtonEnabled(key, hasRows_);
+    // The bar is made anew only when something in it looks different.
+    std::string look{hasRows_ ? 'r' : '-', folderShown() ? 'f' : '-'};
+    for (const MenuItem& item : menuSort.items) look += item.visible ? 'v' : '-';
+    if (look == menuLook_) return;
+    menuLook_ = std::move(look);
 
     std::vector<MenuItem> list = listItems();
     list.insert(list.begin() + 1, {Separator(), Command("ファイルを追加(&F)...", [this] { addFiles(); }),

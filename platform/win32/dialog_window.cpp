@@ -36,6 +36,7 @@ void DialogWindow::create() {
     SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, 400);
     makeFonts();
     arranging_ = true;
+    placeWindow();  // before the menu bar comes, with which the window tells its size
     setMenuBar();
     for (Control* control : form()->controls()) makeControl(*control);
 }

@@ -154,7 +154,7 @@ class NativeDirList : public NativeControl {
             const DirListBox::Entry& entry = box_.entries()[item.itemID];
             const int side = rowHeight() - 2;
             RECT text = item.rcItem;
-            text.left += 2 + entry.level * horizontal(6);
+            text.left += 2 + entry.level * horizontal(4);
             HICON icon = onPath(entry) ? open_ : closed_;
             if (icon) DrawIconEx(item.hDC, text.left, text.top + 1, icon, side, side, 0, nullptr, DI_NORMAL);
             text.left += side + 4;
