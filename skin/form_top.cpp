@@ -397,7 +397,10 @@ std::string FormTop::Form_TooltipAt(Point at) {
 // Keys.
 
 void FormTop::Form_KeyDown(int key, int shift) {
-    if (shift != kAlt || state_.KeyLatch) return;
+    const bool handled = key == kUpKey || key == kDownKey || key == kRightKey || key == kLeftKey;
+    if (shift != kAlt || state_.KeyLatch || !handled) return;
+    // Set first: opening a file handles messages, and a key that is let go meanwhile must find it.
+    state_.KeyLatch = true;
     switch (key) {
         case kUpKey:
             if (state_.PlayerStatus < kPlay) {
@@ -415,13 +418,10 @@ void FormTop::Form_KeyDown(int key, int shift) {
         case kRightKey:
             performPlayback(kNextButton);
             break;
-        case kLeftKey:
+        default:
             performPlayback(kBackButton);
             break;
-        default:
-            return;
     }
-    state_.KeyLatch = true;
 }
 
 void FormTop::Form_KeyUp(int, int) { state_.KeyLatch = false; }

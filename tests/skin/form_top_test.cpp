@@ -193,6 +193,16 @@ TEST_F(FormTopTest, TheVolumeBarFollowsADragAndTheWheelStepsIt) {
     EXPECT_EQ(state.VolumePercent, 0);
 }
 
+TEST_F(FormTopTest, AKeyLetGoWhileItsFileIsOpenedCanBePressedAgain) {
+    openFile("C:\\a.mp3");
+    tracks.lists[0].push_back("C:\\a.mp3");
+    windows.pumps = 0;
+    windows.onPump = [&] { top->Form_KeyUp(39, 4); };
+    top->Form_KeyDown(39, 4);
+    EXPECT_GT(windows.pumps, 0);
+    EXPECT_FALSE(state.KeyLatch);
+}
+
 TEST_F(FormTopTest, AltAndArrowsActOnceUntilTheKeyIsUp) {
     for (const char* name : {"C:\\1.mp3", "C:\\2.mp3", "C:\\3.mp3"}) {
         files.add(name);
