@@ -2,8 +2,9 @@
 
 import configparser
 import pathlib
+import struct
 
-from PIL import Image
+from PIL import Image, ImageChops
 
 SKINS = pathlib.Path(__file__).resolve().parents[3] / "skins"
 PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
@@ -29,6 +30,10 @@ class Skin:
         x, y = self._list(section, key)[:2]
         return (x, y, *Image.open(self.package / picture).size) if x >= 0 else None
 
+    def button_picture(self, name, pressed=False):
+        prefix = "cmd" if name in PLAYBACK else "btn"
+        return Image.open(self.package / f"{prefix}_{name}{2 if pressed else 1}.bmp")
+
     def button(self, name):
         if name in PLAYBACK:
             return self._box("Button", "Button" + "ABCDEFG"[PLAYBACK.index(name)], f"cmd_{name}1.bmp")
@@ -37,6 +42,29 @@ class Skin:
     def label(self, name):
         x, y, width, height = self._list("Label", "Label" + "ABCDEFGHI"[LABELS.index(name)])[:4]
         return (x, y, width, height) if x >= 0 else None
+
+    @property
+    def lyrics(self):
+        x, y, width, height = self._list("Label", "Lyrics")[:4]
+        return (x, y, width, height) if x >= 0 else None
+
+    def outline(self):
+        """The window's shape, white in a black picture."""
+        data = (self.package / f"{self.name}.rgn").read_bytes()
+        mask = Image.new("L", self.size, 0)
+        for place in range(32, 32 + 16 * struct.unpack_from("<I", data, 8)[0], 16):
+            mask.paste(255, struct.unpack_from("<4i", data, place))
+        return mask
+
+    def background(self):
+        """A place inside the window that holds no control."""
+        free = self.outline()
+        boxes = [self.button(name) for name in (*PLAYBACK, *COMMANDS)] + [self.label(name) for name in LABELS]
+        boxes += [self.lyrics, self.seek_bar, self.volume_bar, self.panel, self.display_b]
+        for x, y, width, height in filter(None, boxes):
+            free.paste(0, (x - 3, y - 3, x + width + 3, y + height + 3))
+        return next((x, y, 2, 2) for y in range(self.size[1]) for x in range(self.size[0] // 4, self.size[0])
+                    if free.crop((x - 3, y - 3, x + 4, y + 4)).getextrema()[0] == 255)
 
     @property
     def seek_bar(self):
@@ -89,14 +117,22 @@ class MainWindow:
 
     def menu(self, *texts, at=None):
         """Opens the main menu on the background and chooses; without texts it stays open."""
-        self.click(at or self.background(), button="right")
+        self.click(at or self.skin.background(), button="right")
         if texts:
             self._s.driver.choose(*texts)
 
-    def background(self):
-        """A place that is inside the window and holds no control."""
-        width, height = self.skin.size
-        return {"default": (width // 2, 7, 2, 2), "hakuji": (90, 20, 2, 2), "obi": (width // 2, 4, 2, 2)}[self.skin.name]
+    def shows(self, place, picture):
+        """Whether the window shows this picture there; what lies outside the outline does not count."""
+        x, y, width, height = place
+        mask = self.skin.outline().crop((x, y, x + width, y + height)).convert("RGB")
+        seen = self.look(place).convert("RGB")
+        if self.scale > 1:
+            picture, mask = (p.resize(seen.size, Image.NEAREST) for p in (picture, mask))
+        expected = ImageChops.multiply(picture.convert("RGB"), mask)
+        return seen.size == expected.size and not ImageChops.difference(ImageChops.multiply(seen, mask), expected).getbbox()
+
+    def shows_button(self, name, pressed=False):
+        return self.shows(self.skin.button(name), self.skin.button_picture(name, pressed))
 
     def end(self, program):
         self.refresh().close()

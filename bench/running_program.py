@@ -1,0 +1,103 @@
+#!/usr/bin/python3
+"""Processor time of the running program under Wine, and the time from its start to the first sound.
+
+    bench/running_program.py [SECONDS]     each state is watched for 20 seconds when nothing is said
+
+Needs build/quenlox and the test programs of tests/wine. The share is that of one core; Wine's own server is told apart,
+since a part of what it does is done for the program.
+"""
+
+import os
+import pathlib
+import statistics
+import sys
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+sys.path[:0] = [str(ROOT / "tests/wine"), str(ROOT / "tools")]
+
+from harness import material  # noqa: E402
+from harness.scenario import Scenario  # noqa: E402
+from wine_session.processes import unwind_on_signals  # noqa: E402
+
+STARTS = 7
+# Name, settings of section Option, switches.
+STATES = (("stopped", "SpeanaMode=0\r\nAnimeMode=0", "/m0"),
+          ("stopped, panel shown", "SpeanaMode=1\r\nAnimeMode=0", "/m0"),
+          ("playing", "SpeanaMode=0\r\nAnimeMode=0", "/p"),
+          ("playing, panel and running title", "SpeanaMode=1\r\nAnimeMode=1", "/p"),
+          ("playing in the notification area", "SpeanaMode=1\r\nAnimeMode=1", "/pt"))
+
+
+def processes(folder):
+    """{name: process id} of the program in `folder` and of the server of its session."""
+    found = {}
+    for entry in pathlib.Path("/proc").iterdir():
+        try:
+            line = (entry / "cmdline").read_bytes().decode("utf-8", "replace")
+            environment = (entry / "environ").read_bytes() if entry.name.isdigit() else b""
+        except OSError:
+            continue
+        if "Quenlox.exe" in line and os.fsencode(str(folder)) in line.encode() + environment:
+            found["program"] = int(entry.name)
+    return found
+
+
+def ticks(process):
+    fields = pathlib.Path(f"/proc/{process}/stat").read_text().rsplit(")", 1)[1].split()
+    return int(fields[11]) + int(fields[12])
+
+
+def server_of(process):
+    """The wineserver with the same prefix."""
+    prefix = next(v for v in pathlib.Path(f"/proc/{process}/environ").read_bytes().split(b"\0") if v.startswith(b"WINEPREFIX="))
+    for entry in pathlib.Path("/proc").iterdir():
+        try:
+            if b"wineserver" in (entry / "cmdline").read_bytes().split(b"\0")[0] and prefix in (entry / "environ").read_bytes().split(b"\0"):
+                return int(entry.name)
+        except OSError:
+            continue
+    return None
+
+
+def share(process, seconds):
+    before, begin = ticks(process), time.monotonic()
+    time.sleep(seconds)
+    return (ticks(process) - before) / os.sysconf("SC_CLK_TCK") / (time.monotonic() - begin) * 100
+
+
+def start(s, file, settings, switches):
+    folder = s.fresh_product()
+    (folder / "Quenlox.ini").write_bytes(f"[Main]\r\nX=1500\r\nY=1500\r\nFileName={s.windows_path(file)}\r\n"
+                                         f"[Option]\r\n{settings}\r\n".encode("cp932"))
+    return folder, s.start_product(switches, folder=folder)
+
+
+def main():
+    seconds = float(sys.argv[1]) if len(sys.argv) > 1 else 20.0
+    unwind_on_signals()
+    with Scenario("running_program") as s:
+        long = material.write_mp3(s.material / "a long name of a track that has to run through its place.mp3", material.tone(440, 600.0))
+        for name, settings, switches in STATES:
+            folder, _ = start(s, long, settings, switches)
+            s.wait_until(lambda: processes(folder), 10, "the process")
+            time.sleep(4)  # what a start costs is another figure
+            program = processes(folder)["program"]
+            server = server_of(program)
+            before, begin = ticks(server) if server else 0, time.monotonic()
+            own = share(program, seconds)
+            of_server = (ticks(server) - before) / os.sysconf("SC_CLK_TCK") / (time.monotonic() - begin) * 100 if server else 0.0
+            print(f"{name}: {own:.2f} % of a core, the server {of_server:.2f} %", flush=True)
+            s.end_programs()
+        waits = []
+        for _ in range(STARTS):
+            s.wait_silence()
+            mark = s.sound_mark()
+            start(s, long, "SpeanaMode=0", "/p")
+            s.wait_sound(since=mark)
+            waits.append(s.captured(mark).bounds()[0])
+            s.end_programs()
+        print(f"start to first sound: median {statistics.median(waits) * 1000:.0f} ms, {min(waits) * 1000:.0f} to {max(waits) * 1000:.0f} ms")
+
+
+main()

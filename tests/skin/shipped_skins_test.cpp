@@ -1,0 +1,163 @@
+// The packages that ship, composed as the main window shows them, against the checksums in shipped_pictures.txt. After a
+// wanted change: tests/skin/renew_pictures, and look at the pictures that it leaves.
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include "tests/skin/skin_fixture.h"
+
+namespace quenlox {
+namespace {
+
+const std::string kRoot = QUENLOX_SOURCE_DIR;
+const std::string kStored = kRoot + "/tests/skin/shipped_pictures.txt";
+
+std::string BytesOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// FNV-1a over size and pixels, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv
+std::uint64_t Checksum(const Surface& picture) {
+    std::uint64_t sum = 0xCBF29CE484222325;
+    const auto add = [&](std::uint32_t value) {
+        for (int i = 0; i < 4; ++i) sum = (sum ^ (value >> 8 * i & 0xFF)) * 0x100000001B3;
+    };
+    add(static_cast<std::uint32_t>(picture.width()));
+    add(static_cast<std::uint32_t>(picture.height()));
+    for (const Surface::Pixel pixel : picture.pixels()) add(pixel);
+    return sum;
+}
+
+void WriteBmp(const std::string& path, const Surface& picture) {
+    std::string bytes = PlainBmp(picture.width(), picture.height(), {});
+    const std::size_t row = (static_cast<std::size_t>(picture.width()) * 3 + 3) / 4 * 4;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const Color color = Surface::ToColor(picture.at(x, picture.height() - 1 - y));
+            char* to = &bytes[54 + static_cast<std::size_t>(y) * row + static_cast<std::size_t>(x) * 3];
+            to[0] = static_cast<char>(color.blue);
+            to[1] = static_cast<char>(color.green);
+            to[2] = static_cast<char>(color.red);
+        }
+    }
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+class ShippedSkin : public SkinTest, public ::testing::WithParamInterface<const char*> {
+  protected:
+    void SetUp() override {
+        SkinTest::SetUp();
+        const auto names = {"main_back", "main_bar", "main_vol", "main_level", "main_panel"};
+        for (const std::string name : names) addFile(name + ".bmp");
+        for (int n = 0; n < kButtonCount; ++n) {
+            for (const char* tail : {"1.bmp", "2.bmp"}) {
+                addFile(std::string("cmd_") + kPlaybackButtonNames[n] + tail);
+                addFile(std::string("btn_") + kCommandButtonNames[n] + tail);
+            }
+        }
+        addFile(skin() + ".rgn");
+        addFile(skin() + ".tsk");
+        top->LoadSkin(folder() + skin() + ".tsk");
+        top->showTitle("春の歌", "演奏する人");
+        top->showInformation("MPEG-1 Layer3 44.1kHz 128kbps");
+        top->showTime("01:15");
+        top->showLength("03:20");
+        top->showStatus("PLAY");
+        top->showPlayMode("PROGRAM");
+        top->showKind("MP3");
+        top->showBar(0.4);
+        volume->setPercent(60);
+    }
+    std::string skin() const { return GetParam(); }
+    std::string folder() const { return "C:\\Quenlox\\skin\\" + skin() + "\\"; }
+    void addFile(const std::string& name) { files.add(folder() + name, BytesOf(kRoot + "/skins/" + skin() + "/package/" + name)); }
+    Surface picture(const std::string& name) { return ReadBmp(files.bytesOf(folder() + name + ".bmp")).value_or(Surface()); }
+    static Point middleOf(const Control& control) {
+        return {control.bounds().left + control.bounds().width / 2, control.bounds().top + control.bounds().height / 2};
+    }
+
+    // Compares with the stored checksum; a picture that differs is left beside the test program.
+    void look(const std::string& state, const Surface& picture) {
+        const std::string name = skin() + "-" + state;
+        const std::uint64_t sum = Checksum(picture);
+        if (const char* target = std::getenv("QUENLOX_RENEW_PICTURES")) {
+            WriteBmp(std::string(target) + "/" + name + ".bmp", picture);
+            std::ofstream(std::string(target) + "/shipped_pictures.txt", std::ios::app) << name << ' ' << std::hex << sum << '\n';
+            return;
+        }
+        std::map<std::string, std::uint64_t> stored;
+        std::ifstream file(kStored);
+        for (std::string key; file >> key;) file >> std::hex >> stored[key];
+        EXPECT_EQ(sum, stored[name]) << "the picture is left in " << name << ".bmp";
+        if (sum != stored[name]) WriteBmp(name + ".bmp", picture);
+    }
+};
+
+TEST_P(ShippedSkin, IsComposedAsStored) { look("released", *top->picture()); }
+
+TEST_P(ShippedSkin, AHeldButtonShowsItsPressedPictureAndChangesNothingElse) {
+    const Surface released = *top->picture();
+    Surface together = released;
+    for (auto [array, prefix, names] : {std::tuple(&top->cmdPicture, "cmd_", kPlaybackButtonNames),
+                                        std::tuple(&top->taskPicture, "btn_", kCommandButtonNames)}) {
+        for (int n = 0; n < kButtonCount; ++n) {
+            const PictureBox& button = (*array)[n];
+            ASSERT_TRUE(button.visible());
+            const Rect place = button.bounds();
+            top->Form_MouseDown(1, 0, middleOf(button));
+            const Surface held = *top->picture();
+            Surface expected = released;
+            expected.copy(picture(std::string(prefix) + names[static_cast<std::size_t>(n)] + "2"), {place.left, place.top});
+            EXPECT_TRUE(held == expected) << prefix << n;
+            EXPECT_FALSE(held == released) << "pressed and released look the same: " << prefix << n;
+            together.copy(held, place, {place.left, place.top});
+            top->Form_MouseUp(1, 0, {-1, -1});
+            EXPECT_TRUE(*top->picture() == released) << prefix << n;
+        }
+    }
+    look("pressed", together);
+}
+
+TEST_P(ShippedSkin, TheOperationPanelTakesThePlaceOfTheButtons) {
+    options.values.operationPanel = true;
+    top->optionsChanged();
+    if (!top->DisplayA.visible()) GTEST_SKIP() << "this skin has no panel";
+    look("panel", *top->picture());
+    top->Form_MouseDown(1, 0, middleOf(top->DisplayA));
+    look("panel-pressed", *top->picture());
+    top->Form_MouseUp(1, 0, {-1, -1});
+}
+
+TEST_P(ShippedSkin, TheWindowHasTheOutlineOfItsRegionFile) {
+    const std::string bytes = files.bytesOf(folder() + skin() + ".rgn");
+    const auto number = [&](std::size_t n) {
+        std::uint32_t value = 0;
+        for (std::size_t i = 0; i < 4; ++i) value |= std::uint32_t{static_cast<unsigned char>(bytes.at(4 * n + i))} << 8 * i;
+        return static_cast<int>(value);
+    };
+    const int count = number(2);
+    ASSERT_EQ(bytes.size(), 32u + 16u * static_cast<unsigned>(count));
+    EXPECT_EQ(number(0), 32);
+    EXPECT_EQ(number(1), 1);
+    EXPECT_EQ(number(3), 16 * count);
+    Region expected;
+    Rect whole;
+    for (int i = 0; i < count; ++i) {
+        const std::size_t at = 8 + 4 * static_cast<std::size_t>(i);
+        expected.push_back({number(at), number(at + 1), number(at + 2) - number(at), number(at + 3) - number(at + 1)});
+        whole = Unite(whole, expected.back());
+    }
+    EXPECT_TRUE(whole == (Rect{number(4), number(5), number(6) - number(4), number(7) - number(5)}));
+    EXPECT_TRUE(Unite(whole, top->picture()->rect()) == top->picture()->rect()) << "the outline lies inside the picture";
+    ASSERT_FALSE(host->regions.empty());
+    EXPECT_TRUE(host->regions.back() == expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ShippedSkin, ::testing::Values("default", "hakuji", "obi"),
+                         [](const auto& info) { return std::string(info.param); });
+
+}  // namespace
+}  // namespace quenlox
