@@ -46,7 +46,11 @@ Application::Application(const Services& services, std::string commandLine)
     lyrics_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     list_.onOpen = [this](bool play) {
         engine_.OpenMedia();
-        if (play) engine_.PlayMedia();
+        if (play) {
+            engine_.PlayMedia();
+        } else {
+            monitor_.Timer1_Timer();
+        }
     };
     FormTop::Hooks hooks;
     hooks.unload = [this] { unload(); };
@@ -124,6 +128,9 @@ void Application::openFirstFile() {
     if (flags % 10 == 1) {
         state_.PlayIntent = kForward;
         engine_.PlayMedia();
+    } else {
+        // The file is open and stands: said at once, or the play button would stop what is not playing.
+        monitor_.Timer1_Timer();
     }
     if (flags / 10 == 1) top_.moveToTray();
 }

@@ -95,10 +95,15 @@ void FormTop::drawLabel(const Label& label) {
 
 void FormTop::drawPressed() {
     if (pressed_->onPanel) {
+        // Only what the panel's picture draws gets darker, not the background that it repeats around it.
         const Rect column = panelColumn(pressed_->index);
-        composed_.blend({DisplayA.bounds().left + column.left, DisplayA.bounds().top + column.top, column.width,
-                         column.height},
-                        {0, 0, 0}, 0.4);
+        const Surface& panel = DisplayA.surface();
+        for (int y = column.top; y < column.bottom(); ++y) {
+            for (int x = column.left; x < column.right(); ++x) {
+                const Point at{DisplayA.bounds().left + x, DisplayA.bounds().top + y};
+                if (panel.at(x, y) != base_.at(at.x, at.y)) composed_.blend({at.x, at.y, 1, 1}, {0, 0, 0}, 0.4);
+            }
+        }
         return;
     }
     const PictureBox& button = (*pressed_->array)[pressed_->index];

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <map>
 
+#include "skin/bmp.h"
 #include "tests/skin/skin_fixture.h"
 
 namespace quenlox {
@@ -80,8 +81,8 @@ class ShippedSkin : public SkinTest, public ::testing::WithParamInterface<const 
     }
 
     // Compares with the stored checksum; a picture that differs is left beside the test program.
-    void look(const std::string& state, const Surface& picture) {
-        const std::string name = skin() + "-" + state;
+    void look(const std::string& what, const Surface& picture) {
+        const std::string name = skin() + "-" + what;
         const std::uint64_t sum = Checksum(picture);
         if (const char* target = std::getenv("QUENLOX_RENEW_PICTURES")) {
             WriteBmp(std::string(target) + "/" + name + ".bmp", picture);
@@ -157,7 +158,7 @@ TEST_P(ShippedSkin, TheWindowHasTheOutlineOfItsRegionFile) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ShippedSkin, ::testing::Values("default", "hakuji", "obi"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& skin) { return std::string(skin.param); });
 
 }  // namespace
 }  // namespace quenlox

@@ -173,10 +173,11 @@ class Driver:
 
     def choose(self, *texts, limit=LIMIT):
         """Chooses from the menu that is open by clicking; several texts lead through sub menus."""
-        for depth, text in enumerate(texts):
+        for text in texts:
             def shown():
-                items = [i for i in self.popup() if i.depth == depth and i.text == text and i.place[2] > 0]
-                return items and items[0]
+                # A sub menu that is open is listed behind the menu it belongs to, as a menu of its own.
+                items = [i for i in self.popup() if i.text == text and i.place[2] > 0]
+                return items and items[-1]
             item = wait_until(shown, limit, f"menu item {text}")
             x, y, width, height = item.place
             self.click(x + min(20, width // 2), y + height // 2)

@@ -68,7 +68,7 @@ def test_the_operation_panel_takes_the_place_of_the_buttons_where_a_skin_has_one
         item = next(i for i in s.driver.popup() if i.text.startswith("操作パネルモード"))
         s.equal(item.enabled, main.skin.panel is not None, f"{name}: the panel can be chosen")
         if not item.enabled:
-            s.driver.keys("escape")
+            s.driver.keys("esc")
             main.end(program)
             continue
         s.driver.choose(item.text)
