@@ -156,17 +156,7 @@ Error Coder::processFrame()
         return Error::State;
     try {
         ++processed_;
-        {
-            std::unique_lock lock(mutex_);
-            progress_.wait(lock, [&] {
-                return workError_ != Error::None
-                       || (encoded_ >= processed_ && (processed_ < frames_ || ready_.size() + size_t(collected_) == size_t(parts_)));
-            });
-            if (workError_ != Error::None)
-                error_ = workError_;
-        }
-        if (error_ == Error::None)
-            error_ = collect();
+        error_ = awaitFrame();
         if (error_ == Error::None && processed_ == frames_)
             error_ = finish();
     } catch (...) {
@@ -177,6 +167,25 @@ Error Coder::processFrame()
         file_.reset();
     }
     return error_;
+}
+
+// Until as many frames are encoded, in whatever part; for the last one until all are collected. Meanwhile parts are
+// collected whenever they are ready: the threads may be waiting for just that.
+Error Coder::awaitFrame()
+{
+    const auto reached = [&] { return processed_ < frames_ ? encoded_ >= processed_ : collected_ == parts_; };
+    for (;;) {
+        {
+            std::unique_lock lock(mutex_);
+            progress_.wait(lock, [&] { return workError_ != Error::None || ready_.contains(collected_) || reached(); });
+            if (workError_ != Error::None)
+                return workError_;
+            if (!ready_.contains(collected_))
+                return Error::None;
+        }
+        if (const Error error = collect(); error != Error::None)
+            return error;
+    }
 }
 
 Error Coder::collect()

@@ -36,6 +36,7 @@ private:
     void work() noexcept;
     Error encodeNext(bool& more);
     bool takePart(int64_t& index, Part& part, Pcm& pcm);
+    Error awaitFrame();
     Error collect();
     Error write(const FrameRun& run);
     Error finish();

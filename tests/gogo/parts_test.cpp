@@ -1,6 +1,8 @@
 // Long files are encoded in parts side by side; what is heard and what is written must not tell.
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <thread>
 
 #include <gtest/gtest.h>
 #include <lame/lame.h>
@@ -104,6 +106,33 @@ TEST_P(Parts, SoundAsOneEncoderMakesItAndAreTheSameOnAnyNumberOfCores)
 }
 
 INSTANTIATE_TEST_SUITE_P(Settings, Parts, testing::Values(std::pair(128, -1), std::pair(320, -1), std::pair(64, -1), std::pair(32, 2), std::pair(32, 6)));
+
+TEST(ManyParts, ComeToTheirEndHoweverTheCallerAndTheThreadsAreOutOfStep)
+{
+    const TempDir dir;
+    Settings s;
+    s.source = dir.path("long.wav");
+    s.destination = dir.path("long.mp3");
+    s.frequency = 8000;
+    writeBytes(s.source, wave(Samples(576 * 1024 * 12), 8000, 1, {8}));
+    for (const int threads : {1, 2, 7}) {
+        for (const int pauseEvery : {0, 700, 3000}) {
+            Error error = Error::None;
+            const auto coder = Coder::open(s, threads, error);
+            ASSERT_TRUE(coder);
+            int64_t frames = 0;
+            while (!coder->finished()) {
+                ASSERT_EQ(coder->processFrame(), Error::None);
+                ++frames;
+                // Long enough for the threads to have done all that they may.
+                if (pauseEvery > 0 && frames % pauseEvery == 1)
+                    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+            }
+            EXPECT_EQ(frames, coder->frames());
+        }
+    }
+    EXPECT_EQ(decode(s.destination).frames(), 576 * 1024 * 12);
+}
 
 TEST(FrameRun, RefusesWhatIsNoRunOfFrames)
 {
