@@ -1,0 +1,217 @@
+#include "lyrics/lyrics_display.h"
+
+#include <gtest/gtest.h>
+
+#include "app/global_state.h"
+#include "lyrics/form_lyrics.h"
+#include "lyrics/lyrics_lookup.h"
+#include "tests/fakes/fake_options.h"
+#include "tests/fakes/fake_text_painter.h"
+#include "tests/fakes/fake_vbmp3.h"
+#include "tests/fakes/fake_window_system.h"
+
+namespace quenlox {
+namespace {
+
+class LyricsDisplayTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        form.realiseWhenShown(windows);
+        state.SkinLacksLyricsArea = true;
+        state.PlayerStatus = kPlay;
+        panel.setVisible(false);
+        panel.surface().resize(200, 40);
+        main.show();
+        vbmp3.lines = NoLyricsLines();
+        vbmp3.lines.total = 3;
+        vbmp3.lines.current = 0;
+        setLine("窓をあければ");
+        form.onClosedByUser = [this] {
+            options.setLyricsShown(false);
+            display.lyricsShownChanged();
+        };
+    }
+    void setLine(const std::string& text) { FakeVbmp3::set(vbmp3.lines.rows[2], text); }
+    void open(int kind) {
+        state.LyricsKind = kind;
+        display.trackOpened();
+    }
+    void useSkinWithLyricsArea() {
+        state.SkinLacksLyricsArea = false;
+        state.LyricsColors[kSkinLyricsFirst] = 0x0A0B0C;
+        state.LyricsColors[kSkinLyricsSecond] = 0xB03428;
+        panel.setVisible(true);
+        display.lyricsDisplayMode(false);
+    }
+    int tick() {
+        painter.drawn.clear();
+        display.Timer6_Timer();
+        return static_cast<int>(painter.drawn.size());
+    }
+
+    GlobalState state;
+    FakeOptions options;
+    FakeVbmp3 vbmp3;
+    FakeTextPainter painter;
+    FakeWindowSystem windows;
+    Form main{"FormTop", Form::Kind::Skinned};
+    PictureBox panel{main, "LyricsPicture"};
+    Timer timer{main, "Timer6", 500};
+    FormLyrics form{state, options, painter};
+    int shown = 0;
+    LyricsDisplay display{state, options, vbmp3, painter, form, {main, panel, timer, [this] {
+        ++shown;
+        form.show(false);
+        windows.hostOf(form)->client = {300, 200};
+        form.Form_Resize({300, 200});
+    }}};
+};
+
+TEST_F(LyricsDisplayTest, TheWindowComesUpByItselfForTheLyricsThatOnlyItCanShow) {
+    const struct {
+        bool option;
+        int kind;
+        bool skinLacksArea, self;
+        bool comesUp;
+    } cases[] = {
+        {true, kTimedLyrics, true, false, true},   {true, kPlainLyrics, true, false, true},
+        {true, kNoLyrics, true, false, false},     {false, kTimedLyrics, true, false, false},
+        {true, kTimedLyrics, false, false, false}, {true, kPlainLyrics, false, false, true},
+        {true, kPlainLyrics, false, true, false},  {true, kPlainLyrics, true, true, true},
+    };
+    for (const auto& c : cases) {
+        form.hide();
+        options.values.lyricsShown = c.option;
+        options.values.lyricsSelf = c.self;
+        state.SkinLacksLyricsArea = c.skinLacksArea;
+        open(c.kind);
+        EXPECT_EQ(form.visible(), c.comesUp) << c.option << c.kind << c.skinLacksArea << c.self;
+        EXPECT_FALSE(form.visible() && form.activates());
+    }
+}
+
+TEST_F(LyricsDisplayTest, TheWindowStaysForATrackWithoutLyricsAndIsEmptied) {
+    open(kTimedLyrics);
+    open(kNoLyrics);
+    EXPECT_TRUE(form.visible());
+    EXPECT_EQ(form.Picture7.surface(), Surface(300, 200, form.Picture7.backColor()));
+}
+
+TEST_F(LyricsDisplayTest, NoWindowComesUpWhileTheMainWindowIsHidden) {
+    main.hide();
+    open(kTimedLyrics);
+    EXPECT_EQ(shown, 0);
+    main.show();
+    tick();
+    EXPECT_EQ(shown, 1);
+}
+
+TEST_F(LyricsDisplayTest, ClosedByTheUserItStaysAwayUntilItIsWantedAgain) {
+    open(kTimedLyrics);
+    EXPECT_FALSE(form.unload());
+    open(kTimedLyrics);
+    EXPECT_FALSE(form.visible());
+    options.setLyricsShown(true);
+    state.LyricsKind = kNoLyrics;
+    display.lyricsShownChanged();
+    EXPECT_TRUE(form.visible()) << "who switches it on sees it, with lyrics or without";
+}
+
+TEST_F(LyricsDisplayTest, AStepDrawsOnlyWhatHasChanged) {
+    open(kTimedLyrics);
+    EXPECT_EQ(tick(), 0);
+    setLine("針をおとして");
+    EXPECT_EQ(tick(), 1);
+    EXPECT_EQ(painter.drawn[0].text, "針をおとして");
+    options.values.lyricsBold = true;
+    EXPECT_EQ(tick(), 1);
+    EXPECT_TRUE(painter.drawn[0].style.font.bold);
+    vbmp3.lines.stampMs[2] = 9600;
+    options.values.timeTagShown = true;
+    EXPECT_EQ(tick(), 1);
+    EXPECT_EQ(painter.drawn[0].text, "[00:09] 針をおとして");
+    EXPECT_EQ(tick(), 0);
+    windows.hostOf(form)->client = {0, 0};  // minimised
+    setLine("x");
+    EXPECT_EQ(tick(), 0);
+    EXPECT_EQ(timer.interval(), 500);
+}
+
+TEST_F(LyricsDisplayTest, TheNumberOfLinesAndTheFontActAtOnce) {
+    open(kTimedLyrics);
+    const double points = form.Picture7.font().points;
+    state.LyricsLine = 1;
+    options.values.lyricsFont = "メイリオ";
+    tick();
+    EXPECT_GT(form.Picture7.font().points, points);
+    ASSERT_FALSE(painter.drawn.empty());
+    EXPECT_EQ(painter.drawn.back().style.font.face, "メイリオ");
+    EXPECT_EQ(tick(), 0);
+}
+
+TEST_F(LyricsDisplayTest, ASkinWithALyricsAreaTakesTheLinesFromTheWindow) {
+    open(kTimedLyrics);
+    useSkinWithLyricsArea();
+    EXPECT_FALSE(form.visible());
+    EXPECT_EQ(tick(), 1);
+    EXPECT_EQ(painter.drawn[0].style.color, (Color{0x0A, 0x0B, 0x0C}));
+    EXPECT_EQ(tick(), 0);
+    options.values.lyricsSecondColor = true;
+    EXPECT_EQ(tick(), 1);
+    EXPECT_EQ(painter.drawn[0].style.color, (Color{0xB0, 0x34, 0x28}));
+    main.hide();
+    setLine("unseen");
+    EXPECT_EQ(tick(), 0);
+    main.show();
+    state.SkinLacksLyricsArea = true;
+    panel.setVisible(false);
+    display.lyricsDisplayMode(true);
+    tick();
+    EXPECT_TRUE(form.visible());
+}
+
+TEST_F(LyricsDisplayTest, TextWithoutTagsStandsInTheBoxOrRunsByItself) {
+    open(kPlainLyrics);
+    EXPECT_TRUE(form.Text2.visible());
+    EXPECT_FALSE(form.Picture7.visible());
+    options.values.lyricsSelf = true;
+    EXPECT_EQ(tick(), 1);
+    EXPECT_EQ(vbmp3.count("notTagLyricsLine 1"), 1);
+    EXPECT_FALSE(form.Text2.visible());
+    options.values.lyricsSelf = false;
+    tick();
+    EXPECT_EQ(vbmp3.count("notTagLyricsLine 0"), 1);
+    EXPECT_TRUE(form.Text2.visible());
+}
+
+TEST_F(LyricsDisplayTest, TheTimingOptionShiftsByTenthsOfASecond) {
+    for (const auto& [value, call] : {std::pair{1, "lyricsShift 100"}, {-50, "lyricsShift -5000"}, {0, "lyricsShift 0"}}) {
+        options.values.lyricsTime = value;
+        tick();
+        tick();
+        EXPECT_EQ(vbmp3.count(call), 1) << call;
+    }
+}
+
+TEST_F(LyricsDisplayTest, ALineIsDrawnWhenItIsDue) {
+    open(kTimedLyrics);
+    const struct {
+        std::int64_t position;
+        int next, progressBytes, status;
+        int interval;
+    } cases[] = {
+        {1000, 5000, -1, kPlay, 500},  {4800, 5000, -1, kPlay, 200}, {4999, 5000, -1, kPlay, 20}, {5001, 5000, -1, kPlay, 500},
+        {4800, 5000, -1, kPause, 500}, {1000, 5000, 3, kPlay, 80},   {1000, -1, 3, kPlay, 80},    {1000, -1, -1, kPlay, 500},
+    };
+    for (const auto& c : cases) {
+        vbmp3.positionMs = c.position;
+        vbmp3.lines.stampMs[3] = c.next;
+        vbmp3.lines.progressBytes = c.progressBytes;
+        state.PlayerStatus = c.status;
+        tick();
+        EXPECT_EQ(timer.interval(), c.interval) << c.position << ' ' << c.next;
+    }
+}
+
+}  // namespace
+}  // namespace quenlox

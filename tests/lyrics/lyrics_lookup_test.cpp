@@ -1,0 +1,144 @@
+#include "lyrics/lyrics_lookup.h"
+
+#include <gtest/gtest.h>
+
+#include "app/global_state.h"
+#include "lyrics/form_lyrics.h"
+#include "tests/fakes/fake_display.h"
+#include "tests/fakes/fake_file_system.h"
+#include "tests/fakes/fake_options.h"
+#include "tests/fakes/fake_text_painter.h"
+#include "tests/fakes/fake_vbmp3.h"
+
+namespace quenlox {
+namespace {
+
+constexpr const char* kTrack = "C:\\music\\01. a.b.mp3";
+
+struct Room {
+    GlobalState state;
+    FakeOptions options;
+    FakeVbmp3 vbmp3;
+    FakeFileSystem files;
+    FakeDisplay display;
+    FakeTextPainter painter;
+    FormLyrics form{state, options, painter};
+    LyricsLookup lookup{state, options, vbmp3, files, display, form};
+
+    Room() {
+        state.CurrentFile = kTrack;
+        state.MediaKind = 1103;
+        display.info = "MPEG1 Layer3";
+        options.values.lyricsFolder = "D:\\words\\";
+    }
+    void addSideFile(const std::string& path, const std::string& bytes = "la") {
+        files.add(path, bytes);
+        vbmp3.lyricsFiles.push_back(path);
+    }
+};
+
+TEST(LyricsLookup, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCount) {
+    const std::vector<std::string> places{"D:\\words\\01. a.b.kra", "C:\\music\\01. a.b.kra", "D:\\words\\01. a.b.lrc",
+                                          "C:\\music\\01. a.b.lrc", "D:\\words\\01. a.b.txt", "C:\\music\\01. a.b.txt"};
+    for (const bool embeddedFirst : {false, true}) {
+        for (const bool embedded : {false, true}) {
+            // Every place with all that come behind it, and the case of none.
+            for (std::size_t from = 0; from <= places.size(); ++from) {
+                Room room;
+                room.options.values.lyrics3First = embeddedFirst;
+                if (embedded) room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
+                for (std::size_t i = from; i < places.size(); ++i) room.addSideFile(places[i]);
+                room.vbmp3.timeTag = 1;
+                room.lookup.LoadLyrics();
+                const bool file = from < places.size() && !(embedded && embeddedFirst);
+                const std::string expected = file ? places[from] : "";
+                EXPECT_EQ(room.vbmp3.lyricsFile, expected) << embeddedFirst << embedded << from;
+                EXPECT_EQ(room.display.info, file ? "MPEG1 Layer3+W" : embedded ? "MPEG1 Layer3+L" : "MPEG1 Layer3");
+                EXPECT_EQ(room.state.LyricsKind, file || embedded ? kTimedLyrics : kNoLyrics);
+            }
+        }
+    }
+}
+
+TEST(LyricsLookup, TheBaseNameEndsAtTheLastDot) {
+    EXPECT_EQ(LyricsCandidates("C:\\x.y\\a.b.c.mp3"), (std::array<std::string, 3>{"a.b.c.kra", "a.b.c.lrc", "a.b.c.txt"}));
+}
+
+TEST(LyricsLookup, WithoutALyricsFolderOnlyTheFolderOfTheTrackIsSearched) {
+    Room room;
+    room.options.values.lyricsFolder = "";
+    room.addSideFile("01. a.b.kra");
+    room.addSideFile("C:\\music\\01. a.b.txt");
+    room.lookup.LoadLyrics();
+    EXPECT_EQ(room.vbmp3.lyricsFile, "C:\\music\\01. a.b.txt");
+}
+
+TEST(LyricsLookup, AMarkIsNotPutBehindAPlus) {
+    Room room;
+    room.display.info = "VBR+";
+    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    EXPECT_TRUE(room.lookup.ReadLyrics3());
+    EXPECT_EQ(room.display.info, "VBR+");
+}
+
+TEST(LyricsLookup, AKindOfFileWithoutLyricsIsNotAsked) {
+    Room room;
+    room.state.MediaKind = 103;
+    room.state.LyricsKind = kPlainLyrics;
+    room.form.setText("of the last track");
+    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    room.lookup.LoadLyrics();
+    EXPECT_EQ(room.state.LyricsKind, kNoLyrics);
+    EXPECT_EQ(room.form.Text2.text(), "");
+    EXPECT_TRUE(room.vbmp3.calls.empty());
+}
+
+TEST(LyricsLookup, ASideFileWithoutTimeTagsIsShownWholeWhateverItsCodingAndLineEnds) {
+    const struct {
+        const char* bytes;
+        const char* shown;
+    } cases[] = {
+        {"one\ntwo\n\nthree", "one\r\ntwo\r\n\r\nthree"},
+        {"one\r\ntwo\rthree", "one\r\ntwo\r\nthree"},
+        {"  kept\nlines  ", "kept\r\nlines"},
+        {"\x89\xCC\n", "歌\r\n"},          // Shift-JIS
+        {"\xEF\xBB\xBF歌", "歌"},           // UTF-8 with its mark
+        {"歌詞", "歌詞"},
+        {"", ""},
+    };
+    for (const auto& c : cases) {
+        Room room;
+        room.addSideFile("C:\\music\\01. a.b.txt", c.bytes);
+        room.lookup.LoadLyrics();
+        EXPECT_EQ(room.state.LyricsKind, kPlainLyrics);
+        EXPECT_EQ(room.form.Text2.text(), c.shown);
+    }
+    Room room;
+    room.addSideFile("C:\\music\\01. a.b.txt", std::string("before\0behind", 13));
+    room.lookup.LoadLyrics();
+    EXPECT_EQ(room.form.Text2.text(), "before");
+}
+
+TEST(LyricsLookup, AFileThatCannotBeReadLeavesAnEmptyText) {
+    Room room;
+    room.addSideFile("C:\\music\\01. a.b.txt");
+    room.files.unreadable.insert("C:\\music\\01. a.b.txt");
+    EXPECT_TRUE(room.lookup.FindLyricsFile());
+    EXPECT_EQ(room.form.Text2.text(), "");
+}
+
+TEST(LyricsLookup, LyricsOfTheSoundFileWithoutTimeTagsAreShownWhole) {
+    Room room;
+    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    room.vbmp3.lyrics3Text = "from the buffer";
+    room.lookup.LoadLyrics();
+    EXPECT_EQ(room.form.Text2.text(), "from the buffer") << "when the library gives no more of it";
+    room.vbmp3.lyrics3Info.version = 2;
+    FakeVbmp3::set(room.vbmp3.lyrics3Info.lyrics, " 朝の\nレコード ");
+    room.lookup.LoadLyrics();
+    EXPECT_EQ(room.form.Text2.text(), "朝の\r\nレコード");
+    EXPECT_EQ(room.state.LyricsKind, kPlainLyrics);
+}
+
+}  // namespace
+}  // namespace quenlox

@@ -1,0 +1,173 @@
+#include "lyrics/lyrics_picture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/fakes/fake_text_painter.h"
+#include "tests/fakes/fake_vbmp3.h"
+
+namespace quenlox {
+namespace {
+
+vbmp3_LyricsLines Lines(const std::vector<std::string>& rows) {
+    vbmp3_LyricsLines lines = NoLyricsLines();
+    lines.total = 9;
+    lines.current = 2;
+    for (std::size_t i = 0; i < rows.size(); ++i) FakeVbmp3::set(lines.rows[i], rows[i]);
+    return lines;
+}
+
+const std::vector<std::string> kSong{"窓をあけ", "針", "遠い町", "小さな歌", "まわれ", "extra"};
+
+// The picture as letters, one for a cell of 4 by 4 pixels: "." background, "#" text, "-" pale text, "*" sung.
+std::string Letters(const Surface& surface, const LyricsLook& look) {
+    std::string out;
+    for (int y = 2; y < surface.height(); y += 4) {
+        std::string row;
+        for (int x = 2; x < surface.width(); x += 4) {
+            const Color color = Surface::ToColor(surface.at(x, y));
+            row += color == look.back ? '.' : color == look.text ? '#' : color == Color{127, 127, 127} ? '-' : '*';
+        }
+        out += row + "\n";
+    }
+    return out;
+}
+
+LyricsLook Look(int lines) {
+    LyricsLook look;
+    look.back = {255, 255, 255};
+    look.lines = lines;
+    look.font.points = 6;  // 8 pixels high, 4 wide
+    return look;
+}
+
+TEST(LyricsPicture, OneThreeAndFiveLinesStandInTheirBands) {
+    const struct {
+        int lines;
+        const char* picture;
+    } cases[] = {
+        {1, ".###......\n"
+            ".###......\n"
+            ".-----....\n"
+            ".-----....\n"},
+        {3, ".-........\n"
+            ".-........\n"
+            "..........\n"
+            "..........\n"
+            ".###......\n"
+            ".###......\n"
+            ".-----....\n"
+            ".-----....\n"
+            ".----.....\n"
+            ".----.....\n"
+            "..........\n"
+            "..........\n"},
+        {5, ".----.....\n.----.....\n..........\n..........\n"
+            ".-........\n.-........\n..........\n..........\n"
+            ".###......\n.###......\n.-----....\n.-----....\n"
+            ".----.....\n.----.....\n..........\n..........\n"
+            ".---......\n.---......\n..........\n..........\n"},
+    };
+    for (const auto& c : cases) {
+        FakeTextPainter painter;
+        Surface surface(40, 16 * c.lines);
+        const LyricsLook look = Look(c.lines);
+        DrawLyricsWindow(surface, painter, Lines(kSong), look);
+        EXPECT_EQ(Letters(surface, look), c.picture) << c.lines;
+    }
+}
+
+TEST(LyricsPicture, TheNextLineIsTheExtraRowOnlyWhereItIsNotShownAnyway) {
+    std::vector<std::string> song = kSong;
+    song[5] = song[3];
+    for (const int lines : {1, 3, 5}) {
+        FakeTextPainter painter;
+        Surface surface(200, 16 * lines);
+        DrawLyricsWindow(surface, painter, Lines(song), Look(lines));
+        EXPECT_EQ(std::ranges::count(painter.drawn, song[3], &FakeTextPainter::Drawn::text), 1) << lines;
+    }
+}
+
+TEST(LyricsPicture, WhatHasBeenSungStandsOut) {
+    const struct {
+        int progress, bytes;
+        int width;  // pixels of the sung part; the line has three letters of 4
+    } cases[] = {{0, 0, 0}, {167, 0, 2}, {333, 3, 4}, {500, 3, 6}, {667, 6, 8}, {1000, 9, 12}, {400, 6, 8}};
+    for (const bool stamps : {false, true}) {
+        for (const auto& c : cases) {
+            FakeTextPainter painter;
+            Surface surface(120, 16);
+            vbmp3_LyricsLines lines = Lines({"", "", "遠い町"});
+            lines.progress = c.progress;
+            lines.progressBytes = c.bytes;
+            lines.stampMs[2] = 83450;
+            LyricsLook look = Look(1);
+            look.stamps = stamps;
+            DrawLyricsWindow(surface, painter, lines, look);
+            const int stamp = stamps ? 8 * 4 : 0;  // "[01:23] "
+            int sung = 0, unsung = 0;
+            for (int x = 4 + stamp; x < 120; ++x) {
+                const Color color = Surface::ToColor(surface.at(x, 4));
+                sung += color != look.back && color != look.text;
+                unsung += color == look.text;
+            }
+            EXPECT_EQ(sung, c.width) << c.progress << stamps;
+            EXPECT_EQ(unsung, 12 - c.width) << c.progress << stamps;
+            EXPECT_EQ(painter.drawn[0].text, stamps ? "[01:23] 遠い町" : "遠い町");
+        }
+    }
+}
+
+TEST(LyricsPicture, ALineThatIsTooLongGetsSmallerType) {
+    FakeTextPainter painter;
+    Surface surface(208, 40);
+    LyricsLook look = Look(1);
+    look.font.points = 12;  // letters of 8 pixels
+    const std::string line = "000000000011111111112222222222";
+    DrawLyricsWindow(surface, painter, Lines({"", "", line}), look);
+    EXPECT_NEAR(painter.drawn[0].style.font.points, 10, 0.01);
+    DrawLyricsWindow(surface, painter, Lines({"", "", line + line + line}), look);
+    EXPECT_EQ(painter.drawn[1].style.font.points, 6) << "but stays readable";
+}
+
+TEST(LyricsPicture, ThePanelShowsTheCurrentLineWrappedAndWhatOfItHasBeenSung) {
+    const LyricsPanelLook look{{"", 6, false}, 96, {10, 10, 10}, {200, 0, 0}, {250, 250, 240}};
+    FakeTextPainter painter;
+    Surface surface(100, 30);
+    vbmp3_LyricsLines lines = Lines(kSong);
+    DrawLyricsPanel(surface, painter, lines, look);
+    ASSERT_EQ(painter.drawn.size(), 1u);
+    EXPECT_EQ(painter.drawn[0].text, "遠い町");
+    EXPECT_EQ(painter.drawn[0].where, surface.rect());
+    EXPECT_TRUE(painter.drawn[0].style.wordBreak);
+    EXPECT_EQ(surface.at(50, 20), Surface::ToPixel(look.back));
+
+    lines.progress = 667;
+    lines.progressBytes = 6;
+    painter.drawn.clear();
+    DrawLyricsPanel(surface, painter, lines, look);
+    EXPECT_EQ(surface.at(7, 4), Surface::ToPixel(look.sung));
+    EXPECT_EQ(surface.at(8, 4), Surface::ToPixel(look.text));
+
+    // Wider than the panel: the words sung so far are written over the others.
+    lines = Lines({"", "", "the quick brown fox jumps"});
+    lines.progressBytes = 6;
+    painter.drawn.clear();
+    DrawLyricsPanel(surface, painter, lines, {{"", 12, false}, 96, look.text, look.sung, look.back});
+    ASSERT_EQ(painter.drawn.size(), 2u);
+    EXPECT_EQ(painter.drawn[1].text, "the quick");
+    EXPECT_EQ(painter.drawn[1].style.color, look.sung);
+}
+
+TEST(LyricsPicture, AFieldThatIsFullToItsEndIsRead) {
+    vbmp3_LyricsLines lines = NoLyricsLines();
+    std::fill(std::begin(lines.rows[2]), std::end(lines.rows[2]), 'x');
+    FakeTextPainter painter;
+    Surface surface(50, 20);
+    DrawLyricsPanel(surface, painter, lines, {});
+    EXPECT_EQ(painter.drawn[0].text.size(), static_cast<std::size_t>(VBMP3_LYRICS_ROW));
+}
+
+}  // namespace
+}  // namespace quenlox
