@@ -137,6 +137,7 @@ std::string FormList::textOf(int list, int row, int column) {
         }
         const Clock::time_point start = Clock::now();
         lists_.entry(list, row);
+        statusStale_ = true;
         readWhilePainting_ += std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
         updateTimer();
     }
@@ -274,7 +275,7 @@ void FormList::updateTimer() {
     bool unknown = false;
     for (int list = 0; list < kViews; ++list) unknown |= lists_.unknownCount(list) > 0;
     Timer1.setInterval(busy() ? kBusyInterval : kIdleInterval);
-    Timer1.setEnabled(busy() || (visible() && unknown));
+    Timer1.setEnabled(busy() || (visible() && (unknown || statusStale_)));
 }
 
 void FormList::Timer1_Timer() {
@@ -284,8 +285,9 @@ void FormList::Timer1_Timer() {
     } else if (sorting_) {
         if (!lists_.fillSome(sorting_->list, kBusyBudget)) finishSort();
     } else if (visible()) {
-        lists_.fillSome(kIdleBudget);
-        if (++ticks_ % kTicksPerStatus == 0 || lists_.unknownCount(state_.ListNo) == 0) showStatus();
+        const bool more = lists_.fillSome(kIdleBudget);
+        statusStale_ = true;
+        if (++ticks_ % kTicksPerStatus == 0 || !more) showStatus();
     }
     showBusy();
     updateTimer();
@@ -315,6 +317,7 @@ void FormList::showBusy() {
 }
 
 void FormList::showStatus() {
+    statusStale_ = false;
     if (busy()) return;
     if (folderShown()) {
         LabelStatus.setCaption(WithThousands(lists_.count(kFolderList)) + "ファイル");

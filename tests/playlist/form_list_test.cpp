@@ -131,6 +131,7 @@ TEST(FormListWindow, ShowsCountSelectionAndTotalTime) {
     ListWindow window;
     for (const char letter : std::string("abc")) window.vbmp3.addFile(Lists::pathOf(letter), VBMP3_TYPE_MPEG, 1500);
     window.addLetters(0, "abc");
+    for (int row = 0; row < 3; ++row) window.view().textOf(row, kTitleColumn);  // all of them are on the screen
     window.finishWork();
     EXPECT_EQ(window.form.LabelStatus.caption(), "3曲　合計 1:15:00");
     window.select("xx.");
