@@ -36,18 +36,17 @@ Color SungColor(Color back) {
     return brightness >= 128 ? kSungOnLight : kSungOnDark;
 }
 
-// Pixels of `line` that have been sung. `lead` bytes in front of the row's text belong to its stamp and count as sung.
-int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& line, std::size_t lead,
-              const vbmp3_LyricsLines& lines) {
-    const std::size_t whole = lead + static_cast<std::size_t>(lines.progressBytes);
+// Pixels of the current line that have been sung.
+int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& line, const vbmp3_LyricsLines& lines) {
+    const auto whole = static_cast<std::size_t>(lines.progressBytes);
     if (whole >= line.size()) return painter.measure(line, style).width;
-    if (whole == lead && lines.progress == 0) return 0;
-    const int from = painter.measure(line.substr(0, whole), style).width;
+    if (whole == 0 && lines.progress == 0) return 0;
     // The library counts in whole characters; the rest of the way is the part of the character being sung.
     std::size_t next = whole + 1;
     while (next < line.size() && (static_cast<unsigned char>(line[next]) & 0xC0) == 0x80) ++next;
-    const double exact = static_cast<double>(lead) + lines.progress * static_cast<double>(line.size() - lead) / 1000.0;
+    const double exact = lines.progress * static_cast<double>(line.size()) / 1000.0;
     const double part = std::clamp((exact - static_cast<double>(whole)) / static_cast<double>(next - whole), 0.0, 1.0);
+    const int from = painter.measure(line.substr(0, whole), style).width;
     const int to = painter.measure(line.substr(0, next), style).width;
     return from + RoundHalfToEven((to - from) * part);
 }
@@ -88,26 +87,33 @@ void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines
     on.fill(look.back);
     const Color pale = Mix(look.text, look.back);
     for (const LyricsBand& band : LyricsBands(look.lines, {on.width(), on.height()})) {
-        std::string text = RowText(lines, band.row);
+        const std::string text = RowText(lines, band.row);
         if (text.empty()) continue;
         const bool extra = band.row == kExtraRow;
         // Without a translation the extra row is the next line, which may be on the picture already.
         if (extra && look.lines > 1 && text == RowText(lines, kNextRow)) continue;
         const std::string stamp = look.stamps && !extra ? StampText(lines.stampMs[band.row]) : std::string();
-        text = stamp + text;
 
         TextStyle style;
         style.font = look.font;
-        style.color = band.row == kCurrentRow ? look.text : pale;
+        style.color = pale;
         Rect where{band.where.left + kMargin, band.where.top, band.where.width - 2 * kMargin, band.where.height};
         if (where.empty()) continue;
-        const int wide = painter.measure(text, style).width;
+        const int wide = painter.measure(stamp + text, style).width;
         if (wide > where.width) {
             style.font.points = std::max(style.font.points * where.width / wide, std::min(kSmallestPoints, style.font.points));
         }
+        if (!stamp.empty()) {
+            painter.draw(on, where, stamp, style);
+            const int width = painter.measure(stamp, style).width;
+            where.left += width;
+            where.width -= width;
+            if (where.empty()) continue;
+        }
+        if (band.row == kCurrentRow) style.color = look.text;
         painter.draw(on, where, text, style);
         if (band.row != kCurrentRow || lines.progressBytes < 0) continue;
-        where.width = std::min(where.width, SungWidth(painter, style, text, stamp.size(), lines));
+        where.width = std::min(where.width, SungWidth(painter, style, text, lines));
         style.color = SungColor(look.back);
         if (where.width > 0) painter.draw(on, where, text, style);
     }
@@ -129,7 +135,7 @@ void DrawLyricsPanel(Surface& on, TextPainter& painter, const vbmp3_LyricsLines&
     single.wordBreak = false;
     style.color = single.color = look.sung;
     if (painter.measure(text, single).width <= where.width) {
-        where.width = SungWidth(painter, single, text, 0, lines);
+        where.width = SungWidth(painter, single, text, lines);
         if (where.width > 0) painter.draw(on, where, text, single);
         return;
     }

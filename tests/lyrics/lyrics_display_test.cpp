@@ -128,8 +128,8 @@ TEST_F(LyricsDisplayTest, AStepDrawsOnlyWhatHasChanged) {
     EXPECT_TRUE(painter.drawn[0].style.font.bold);
     vbmp3.lines.stampMs[2] = 9600;
     options.values.timeTagShown = true;
-    EXPECT_EQ(tick(), 1);
-    EXPECT_EQ(painter.drawn[0].text, "[00:09] 針をおとして");
+    EXPECT_EQ(tick(), 2);
+    EXPECT_EQ(painter.drawn[0].text, "[00:09] ");
     EXPECT_EQ(tick(), 0);
     windows.hostOf(form)->client = {0, 0};  // minimised
     setLine("x");

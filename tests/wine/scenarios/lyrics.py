@@ -40,7 +40,7 @@ def ink(picture):
 
 def track(s, name, words=None, extension="lrc", seconds=4.0, sound=None):
     folder = s.material / name
-    folder.mkdir()
+    folder.mkdir(exist_ok=True)
     file = material.write_mp3(folder / "曲.mp3", material.tone(440, seconds)) if sound is None else folder / "曲.mp3"
     if sound is not None:
         shutil.copy(sound, file)
@@ -124,12 +124,67 @@ def test_a_skin_with_a_lyrics_area_shows_them_there_and_no_window(s):
     assert s.driver.find(title="歌詞") is None, "no lyrics window"
 
 
+KARAOKE = ("[00:00.00]<00:00.00>ゆっくり<00:12.00>うたう<00:24.00>うた\r\n[00:00.00]a song sung slowly\r\n"
+           "[00:30.00]つぎのうた\r\n[00:30.00]the next song\r\n").encode("cp932")
+
+
+@real_time
+def test_one_three_and_five_lines_with_karaoke_stamps_and_colours(s):
+    file = track(s, "karaoke", KARAOKE, seconds=40.0)
+    for lines in (1, 3, 5):
+        folder = s.fresh_product(f"lines-{lines}")
+        (folder / "Quenlox.ini").write_text(
+            f"[Main]\n[Option]\nLyricsLine={lines}\nTimeTag={int(lines == 3)}\nLyricsBold={int(lines == 5)}\n"
+            "[Lyrics]\nX=600\nY=4500\nW=6000\nH=3000\n", "cp932")
+        program, window = start(s, file, "/p", folder=folder)
+        words = lyrics_window(s)
+        s.wait_sound()
+        inner = (4, 24, 396, 196)
+        blue = lambda: sum(count for count, (r, g, b) in part(s, words, inner).convert("RGB").getcolors(80000)
+                           if b > 150 and r < 60)
+        s.wait_until(lambda: blue() > 40, 8, "the first letters are sung")
+        sung = blue()
+        s.wait_until(lambda: blue() > sung * 1.5, 8, "the sung part grows")
+        s.screenshot(f"lines-{lines}", words)
+        if lines == 5:
+            x, y, width, height = words.place
+            s.driver.click(x + width // 2, y + height - 20, count=2)
+            s.wait_until(lambda: part(s, words, inner).convert("RGB").getpixel((385, 165)) == (0, 0, 0), 5, "the dark colours")
+            s.screenshot("dark", words)
+            s.driver.drag(x + width - 2, y + height - 2, x + width + 120, y + height + 150)
+            s.wait_until(lambda: lyrics_window(s).place[3] > height + 100, 5, "the window is larger")
+            s.pause(0.5)
+            s.screenshot("larger", lyrics_window(s))
+            s.driver.keys("alt+down")
+            s.wait_silence(limit=4)  # the keys of the main window work here
+        s.end_programs()
+
+
+def test_text_without_stamps_follows_by_itself_when_wanted_and_uses_the_window_of_a_panel_skin(s):
+    plain = "\r\n".join(f"{n}番の歌詞" for n in range(1, 41)).encode("utf-8")
+    file = track(s, "self", plain, "txt", seconds=20.0)
+    folder = s.fresh_product("self")
+    (folder / "Quenlox.ini").write_text("[Main]\n[Option]\nLyricsSelf=1\n[Lyrics]\nY=4500\n", "cp932")
+    program, window = start(s, file, "/p", folder=folder)
+    words = lyrics_window(s)
+    first = part(s, words, (4, 30, 280, 190)).tobytes()
+    s.wait_until(lambda: part(s, words, (4, 30, 280, 190)).tobytes() != first, 8, "the text moves")
+    s.screenshot("self", words)
+    s.end_programs()
+
+    folder = s.fresh_product("plain-hakuji")
+    (folder / "Quenlox.ini").write_text("[Main]\nSkinName=hakuji\n[Lyrics]\nX=6000\nY=4500\n", "cp932")
+    start(s, file, folder=folder)
+    assert "40番の歌詞" in lyrics_window(s).control(class_name="Edit").text()
+
+
 def test_closing_hides_it_for_good_and_it_does_not_take_the_keyboard(s):
     folder = s.fresh_product("closing")
     tune = s.material / "closing.mp3"
     shutil.copy(DEMO, tune)
     program, window = start(s, tune, folder=folder)
     words = lyrics_window(s)
+    s.equal(s.driver.foreground(), window.handle, "the window that has the keyboard")
     words.close()
     s.wait_until(lambda: s.driver.find(title="歌詞") is None, 5, "the window is hidden")
     window.close()
