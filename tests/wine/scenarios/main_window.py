@@ -70,7 +70,7 @@ def test_the_main_menu_opens_with_its_sub_menus_and_its_commands_act(s):
             "skins")
     s.driver.keys("esc")
     s.driver.keys("esc")
-    s.driver.keys("esc")
+    s.wait_until(lambda: not s.driver.find(class_name="#32768"), 3, "the menu is closed")
     assert not main.refresh().extended_style & TOPMOST
     main.menu("常に手前に表示(T)")
     s.wait_until(lambda: main.refresh().extended_style & TOPMOST, 5, "the window is above the others")
@@ -176,6 +176,7 @@ def test_a_window_remembered_off_the_screen_comes_back_onto_it(s):
 @real_time
 def test_it_runs_from_the_root_folder_of_a_drive(s):
     folder = s.fresh_product("root")
+    (folder / "Quenlox.ini").write_bytes(b"[Main]\r\nX=1500\r\nY=1500\r\n")  # a first start shows the default skin only
     drive = s.session.prefix / "dosdevices/r:"
     drive.unlink(missing_ok=True)
     os.symlink(folder, drive)
