@@ -4,7 +4,8 @@
     bench/running_program.py [SECONDS]     each state is watched for 20 seconds when nothing is said
 
 Needs build/quenlox and the test programs of tests/wine. The share is that of one core; Wine's own server is told apart,
-since a part of what it does is done for the program.
+since a part of what it does is done for the program. Wine's sound driver runs in threads of the program's process; they
+are told apart too, because Windows has nothing like them.
 """
 
 import os
@@ -60,10 +61,16 @@ def server_of(process):
     return None
 
 
-def share(process, seconds):
-    before, begin = ticks(process), time.monotonic()
-    time.sleep(seconds)
-    return (ticks(process) - before) / os.sysconf("SC_CLK_TCK") / (time.monotonic() - begin) * 100
+def thread_ticks(process):
+    """(the program's own threads, those of Wine's sound driver)"""
+    own = driver = 0
+    for thread in pathlib.Path(f"/proc/{process}/task").iterdir():
+        used = ticks(f"{process}/task/{thread.name}")
+        if (thread / "comm").read_text().startswith("wine"):
+            driver += used
+        else:
+            own += used
+    return own, driver
 
 
 def start(s, file, settings, switches):
@@ -84,10 +91,14 @@ def main():
             time.sleep(4)  # what a start costs is another figure
             program = processes(folder)["program"]
             server = server_of(program)
-            before, begin = ticks(server) if server else 0, time.monotonic()
-            own = share(program, seconds)
-            of_server = (ticks(server) - before) / os.sysconf("SC_CLK_TCK") / (time.monotonic() - begin) * 100 if server else 0.0
-            print(f"{name}: {own:.2f} % of a core, the server {of_server:.2f} %", flush=True)
+            def all_ticks():
+                return (*thread_ticks(program), ticks(server) if server else 0)
+
+            before, begin = all_ticks(), time.monotonic()
+            time.sleep(seconds)
+            passed = (time.monotonic() - begin) * os.sysconf("SC_CLK_TCK") / 100
+            own, driver, of_server = ((now - then) / passed for now, then in zip(all_ticks(), before))
+            print(f"{name}: {own:.2f} % of a core, Wine's sound driver {driver:.2f} %, Wine's server {of_server:.2f} %", flush=True)
             s.end_programs()
         waits = []
         for _ in range(STARTS):

@@ -46,7 +46,7 @@ struct Bench {
         options.values.titleAnimation = options.values.spectrumShown = true;
         top.realise(windows);
         load(skin);
-        top.showTitle("とても長い曲の名前がここを流れていく", "演奏する人");
+        top.showTitle("とても長い曲の名前がここを右から左へゆっくりと流れていき、そしてまた始まる", "演奏する人");
         top.showInformation("MPEG-1 Layer3 44.1kHz 128kbps");
         top.picture();
     }

@@ -27,11 +27,14 @@ int Margin(const Form& form) { return form.kind() == Form::Kind::Sizeable ? kSiz
 
 }  // namespace
 
-DialogWindow::~DialogWindow() = default;
+DialogWindow::~DialogWindow() {
+    if (tooltips_) DestroyWindow(tooltips_);
+}
 
 void DialogWindow::create() {
     createWindow(kDialogClass, StyleOf(*form()), ExtendedStyleOf(*form()), system().hiddenOwner());
-    tooltips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0, 0, 0, 0, handle(), nullptr,
+    // Without an owner: Wine does not put a window above the others that owns one which is there already.
+    tooltips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0, 0, 0, 0, nullptr, nullptr,
                                 nullptr, nullptr);
     SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, 400);
     makeFonts();

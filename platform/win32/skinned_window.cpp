@@ -42,6 +42,10 @@ HRGN MakeRegion(const Region& region, int k) {
 
 }  // namespace
 
+SkinnedWindow::~SkinnedWindow() {
+    if (tooltip_) DestroyWindow(tooltip_);
+}
+
 void SkinnedWindow::create() {
     createWindow(kSkinnedClass, WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX, WS_EX_APPWINDOW, nullptr);
     makeTooltip();
@@ -108,8 +112,9 @@ void SkinnedWindow::beginDrag() {
 }
 
 void SkinnedWindow::makeTooltip() {
+    // Without an owner: Wine does not put a window above the others that owns one which is there already.
     tooltip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
-                               handle(), nullptr, nullptr, nullptr);
+                               nullptr, nullptr, nullptr, nullptr);
     TTTOOLINFOW tool{};
     tool.cbSize = sizeof tool;
     tool.hwnd = handle();

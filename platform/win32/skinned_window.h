@@ -9,6 +9,7 @@ namespace quenlox::win32 {
 class SkinnedWindow : public FormWindow {
   public:
     using FormWindow::FormWindow;
+    ~SkinnedWindow() override;
     void create() override;
     void realised() override;
     void formChanged(FormProperty property) override;

@@ -56,7 +56,7 @@ def test_the_volume_follows_bar_and_wheel_and_is_heard(s):
 
 
 def test_the_main_menu_opens_with_its_sub_menus_and_its_commands_act(s):
-    program, folder = start(s, tone(s))
+    program, folder = start(s, tone(s), settings="[List]\r\nX=1500\r\nY=5000\r\n")
     main = MainWindow(s)
     main.menu()
     texts = [item.text for item in s.driver.popup() if item.place[2] and not item.separator]
