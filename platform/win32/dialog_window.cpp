@@ -309,7 +309,10 @@ FormWindow::Result DialogWindow::color(HDC dc, HWND window) const {
     const NativeControl* found = nativeOf(window);
     if (!found) return {};
     const Control& control = found->control();
-    const bool ownText = control.foreColor() != Color{}, ownBack = control.backColor() != Color{255, 255, 255};
+    // The system greys what cannot be edited; a text that is there to be read keeps its own colours.
+    const auto* box = dynamic_cast<const TextBox*>(&control);
+    const bool reading = box && box->multiLine() && box->readOnly();
+    const bool ownText = reading || control.foreColor() != Color{}, ownBack = reading || control.backColor() != Color{255, 255, 255};
     if (!ownText && !ownBack) return {};
     const bool face = found->isTransparent();
     const COLORREF back = ownBack ? ToColorRef(control.backColor()) : GetSysColor(face ? COLOR_BTNFACE : COLOR_WINDOW);
