@@ -52,6 +52,8 @@ Application::Application(const Services& services, std::string commandLine)
             monitor_.Timer1_Timer();
         }
     };
+    equalizer_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
+    equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     FormTop::Hooks hooks;
     hooks.unload = [this] { unload(); };
     hooks.help = [this] { showHelp(); };

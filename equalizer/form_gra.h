@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "equalizer/curve.h"
 #include "forms/control_array.h"
 #include "forms/form.h"
 
@@ -19,19 +20,22 @@ struct GlobalState;
 
 class FormGra : public Form {
   public:
-    static constexpr int kBands = 10;
+    static constexpr int kBands = kEqualizerBands;
     static constexpr int kPresets = 5;
 
     FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random);
 
+    // Declared in the order in which the Tab key goes through them.
     CheckBox Check4{*this, "Check4"};              // the equalizer is on
+    PictureBox geLine{*this, "geLine"};            // the curve through the knobs
+    ControlArray<Label> geValue;                   // what each slider is set to
     ControlArray<ScrollBar> VScroll;               // 0 to 9: -12 (top, +12 dB) to 12
     ControlArray<Label> geBand;                    // captions of the bands
     ControlArray<Label> geScale;                   // 0 to 2: +12 dB, 0 dB, -12 dB
-    PictureBox geLine{*this, "geLine"};            // the curve through the knobs
-    Frame Frame1{*this, "Frame1"};                 // around the presets
     ControlArray<OptionButton> geOption;           // presets 0 to 4
     ControlArray<Label> geLabel;                   // their names
+    bool arraysMade = makeArrays();                // here, for the sake of that order
+    Frame Frame1{*this, "Frame1"};                 // around the presets
     CommandButton Command23{*this, "Command23"};   // random
     CommandButton Command2{*this, "Command2"};     // pattern menu
     CommandButton Command1{*this, "Command1"};     // close
@@ -47,6 +51,7 @@ class FormGra : public Form {
     void Check4_Click();
     void VScroll_Change(int index);
     void VScroll_Scroll(int index);
+    void VScroll_DblClick(int index);              // back to 0 dB
     void geOption_Click(int index);
     void geLabel_MouseDown(int index);
     void Command23_Click();
@@ -55,11 +60,22 @@ class FormGra : public Form {
     // Keeps the gains of the sliders as that pattern, under a name that the user is asked for.
     void menuPatName_Click(int index);
 
+    Layout layout() override;
     void Form_Unload(bool& cancel) override;
     void Form_KeyDown(int key, int shift) override;
     void Form_KeyUp(int key, int shift) override;
 
   private:
+    bool makeArrays();
+    void geLine_MouseDown(Point at);
+    void geLine_MouseMove(Point at);
+    void showValue(int index);
+    struct CurvePlace {
+        Knobs knobs;
+        CurveScale scale;
+    };
+    CurvePlace curvePlace() const;
+    void drawCurve();
     void setSliders(const std::function<int(int band)>& position);
     void apply(const std::array<std::int32_t, kBands>* gains);
     void deselectPresets();
@@ -69,6 +85,8 @@ class FormGra : public Form {
     Dialogs& dialogs_;
     Random& random_;
     std::array<std::int32_t, kBands> gains_{};
+    int draggedBand_ = -1;    // whose knob the mouse holds in the picture
+    int lastBand_ = -1;       // whose it held last
     bool movingAll_ = false;  // the program moves several sliders: one apply step follows for all of them
 };
 

@@ -77,6 +77,7 @@ class Control {
 class Label : public Control {
   public:
     using Control::Control;
+    bool centred = false;  // the text, in an ordinary form; set before the form is realised
     std::function<void()> onClick;
 };
 
@@ -129,6 +130,7 @@ class ScrollBar : public Control {
     ScrollBar(Form& form, std::string name, Direction direction, int minimum, int maximum, int index = kNoIndex);
     std::function<void()> onChange;  // the value has changed
     std::function<void()> onScroll;  // while the knob is dragged, before onChange
+    std::function<void()> onDoubleClick;  // on the knob
 
     Direction direction() const { return direction_; }
     int minimum() const { return minimum_; }

@@ -10,7 +10,7 @@ namespace {
 class NativeLabel : public NativeControl {
   public:
     NativeLabel(DialogWindow& dialog, Label& label)
-        : NativeControl(dialog, label, {WC_STATICW, static_cast<DWORD>(SS_LEFT | (label.onClick ? SS_NOTIFY : 0))}),
+        : NativeControl(dialog, label, {WC_STATICW, static_cast<DWORD>((label.centred ? SS_CENTER : SS_LEFT) | (label.onClick ? SS_NOTIFY : 0))}),
           label_(label) {}
     Size wish() const override {
         const Size text = textSize(Wide(label_.caption()));

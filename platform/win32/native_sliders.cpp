@@ -1,4 +1,6 @@
 // Scroll bars, shown as the system's sliders, which the keyboard and the wheel move; and progress bars.
+#include <windowsx.h>
+
 #include "platform/win32/dialog_window.h"
 
 namespace quenlox::win32 {
@@ -11,6 +13,7 @@ class NativeSlider : public NativeControl {
                         {TRACKBAR_CLASSW, static_cast<DWORD>(WS_TABSTOP | TBS_NOTICKS | TBS_BOTH |
                                                              (IsVertical(bar) ? TBS_VERT : TBS_HORZ))}),
           bar_(bar) {
+        subclass();
         showRange();
     }
     Size wish() const override {
@@ -30,7 +33,35 @@ class NativeSlider : public NativeControl {
         }
     }
 
+  protected:
+    std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) override {
+        if (message == WM_LBUTTONDOWN && isDoubleClick({GET_X_LPARAM(l), GET_Y_LPARAM(l)})) {
+            SetFocus(window());
+            bar_.onDoubleClick();
+            return 0;
+        }
+        // Away from the user is up, and up on a vertical slider is towards its first value.
+        if (message == WM_MOUSEWHEEL && IsVertical(bar_)) {
+            wheel_ += GET_WHEEL_DELTA_WPARAM(w);
+            const int notches = wheel_ / WHEEL_DELTA;
+            wheel_ -= notches * WHEEL_DELTA;
+            if (notches != 0) bar_.setValue(bar_.value() - notches);
+            return 0;
+        }
+        return {};
+    }
+
   private:
+    // The class of the slider does not tell double clicks. Two clicks beside the knob are two steps of it.
+    bool isDoubleClick(POINT at) {
+        RECT knob{};
+        send(TBM_GETTHUMBRECT, 0, &knob);
+        const auto now = static_cast<DWORD>(GetMessageTime());
+        const bool onKnob = PtInRect(&knob, at) != FALSE;
+        const bool second = bar_.onDoubleClick && onKnob && firstClick_ && now - *firstClick_ <= GetDoubleClickTime();
+        firstClick_ = onKnob && !second ? std::optional(now) : std::nullopt;
+        return second;
+    }
     static bool IsVertical(const ScrollBar& bar) { return bar.direction() == ScrollBar::Direction::Vertical; }
     void showRange() {
         send(TBM_SETRANGEMIN, FALSE, bar_.minimum());
@@ -43,6 +74,8 @@ class NativeSlider : public NativeControl {
     }
 
     ScrollBar& bar_;
+    std::optional<DWORD> firstClick_;  // on the knob, milliseconds of the message
+    int wheel_ = 0;                    // what is left of notches
 };
 
 class NativeProgressBar : public NativeControl {

@@ -135,17 +135,74 @@ TEST(FormGra, TheUserOnlyHidesIt) {
     EXPECT_TRUE(e.form.unload());
 }
 
-TEST(FormGra, TheCurvePassesTheKnobs) {
+// Ten sliders 30 pixels apart under a picture whose scale has margins of 8 pixels.
+void layOut(FormGra& form) {
+    for (int band = 0; band < 10; ++band) form.VScroll[band].setBounds({10 + band * 30, 140, 22, 100});
+    form.geLine.setBounds({10, 0, 300, 121});
+}
+
+TEST(FormGra, TheCurvePassesTheKnobsInTheMiddleOfTheirSliders) {
     Equalizer e;
-    for (int band = 0; band < 10; ++band) e.form.VScroll[band].setBounds({band * 30, 20, 20, 100});
-    e.form.geLine.setBounds({0, 0, 300, 25});
+    layOut(e.form);
     e.form.VScroll[0].setValue(-12);
     e.form.VScroll[9].setValue(12);
     const Surface& curve = e.form.geLine.surface();
-    const Surface::Pixel ink = curve.at(11, 0);
-    EXPECT_NE(ink, Surface::ToPixel(e.form.geLine.backColor()));
-    EXPECT_EQ(curve.at(9 * 30 + 11, 24), ink);
-    EXPECT_EQ(curve.at(4 * 30 + 11, 12), ink);
+    const Surface::Pixel knob = Surface::ToPixel(kKnobColor);
+    EXPECT_EQ(curve.at(11, 8), knob);
+    EXPECT_EQ(curve.at(9 * 30 + 11, 112), knob);
+    EXPECT_EQ(curve.at(4 * 30 + 11, 60), knob);
+    EXPECT_NE(curve.at(4 * 30 + 11, 40), knob);
+}
+
+TEST(FormGra, AKnobOfThePictureIsDraggedAndADoubleClickBringsItBackToZero) {
+    Equalizer e;
+    layOut(e.form);
+    e.form.Check4.setValue(1);
+    e.form.geLine.onMouseDown(1, 0, {3 * 30 + 20, 60});
+    e.form.geLine.onMouseMove(1, 0, {3 * 30 + 60, 8});
+    EXPECT_EQ(e.form.VScroll[3].value(), -12);
+    EXPECT_EQ(e.vbmp3.equalizer->at(3), 120);
+    e.form.geLine.onMouseMove(1, 0, {3 * 30 + 20, 500});
+    EXPECT_EQ(e.form.VScroll[3].value(), 12);
+    e.form.geLine.onMouseUp(1, 0, {0, 0});
+    e.form.geLine.onMouseMove(1, 0, {0, 0});
+    EXPECT_EQ(e.form.VScroll[3].value(), 12);
+    e.form.geLine.onDoubleClick();
+    EXPECT_EQ(e.form.VScroll[3].value(), 0);
+    e.form.VScroll[5].setValue(7);
+    e.form.VScroll[5].onDoubleClick();
+    EXPECT_EQ(e.form.gains(), Gains{});
+}
+
+TEST(FormGra, EverySliderShowsItsValueWhoeverMovesIt) {
+    Equalizer e;
+    e.form.geOption[1].setValue(true);
+    e.form.VScroll[3].setValue(12);
+    EXPECT_EQ(e.form.geValue[1].caption(), "+5");
+    EXPECT_EQ(e.form.geValue[2].caption(), "0");
+    EXPECT_EQ(e.form.geValue[3].caption(), "-12");
+    EXPECT_EQ(e.form.VScroll[1].tooltip(), "170Hz  +5dB");
+}
+
+TEST(EqualizerCurve, BetweenTwoKnobsItStaysBetweenThem) {
+    Knobs knobs;
+    const double heights[] = {0, 0, 100, 100, 3, 90, 91, 20, 20, 60};
+    for (std::size_t i = 0; i < 10; ++i) {
+        knobs.x[i] = 20.0 * static_cast<double>(i);
+        knobs.y[i] = heights[i];
+    }
+    const EqualizerCurve curve(knobs);
+    for (std::size_t i = 0; i + 1 < 10; ++i) {
+        EXPECT_DOUBLE_EQ(curve.at(knobs.x[i]), heights[i]);
+        double last = heights[i];
+        for (double x = knobs.x[i]; x <= knobs.x[i + 1]; x += 0.25) {
+            const double rise = (curve.at(x) - last) * (heights[i + 1] - heights[i]);
+            EXPECT_GE(rise, -1e-9) << x;
+            last = curve.at(x);
+        }
+    }
+    EXPECT_DOUBLE_EQ(curve.at(-50), 0);
+    EXPECT_DOUBLE_EQ(curve.at(500), 60);
 }
 
 }  // namespace
