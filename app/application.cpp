@@ -33,13 +33,15 @@ Application::Application(const Services& services, std::string commandLine)
       lyricsLookup_(state_, options_, services.vbmp3, services.files, top_, lyrics_),
       lyricsDisplay_(state_, options_, services.vbmp3, services.painter, lyrics_,
                      {top_, top_.LyricsPicture, top_.Timer6, [this] { top_.showWindow(lyrics_, false); }}),
-      tag_(state_),
+      tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
+      release_(state_, services.vbmp3, engine_),
       convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
       settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
     engine_.onOpened = [this] {
         list_.trackChanged();
         lyricsLookup_.LoadLyrics();
         lyricsDisplay_.trackOpened();
+        tag_.currentFileOpened();
     };
     lyrics_.onClosedByUser = [this] { options_.setLyricsShown(false); };
     lyrics_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
@@ -54,7 +56,13 @@ Application::Application(const Services& services, std::string commandLine)
     };
     equalizer_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
+    tag_.connect({&release_,
+                  {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
+                   [this] { list_.refreshBrowser(); }},
+                  [this](const std::string& path) { lists_.forgetTexts(path); },
+                  [this] { return list_.selectedPaths(); }});
     FormTop::Hooks hooks;
+    hooks.fillTagWindow = [this] { tag_.fill(); };
     hooks.unload = [this] { unload(); };
     hooks.help = [this] { showHelp(); };
     hooks.updateLyrics = [this] { lyricsDisplay_.Timer6_Timer(); };
@@ -120,6 +128,7 @@ void Application::loadLibrary() {
     library.vbmp3_setNotTagLyricsLine(kNotTagLyricsLine);
     library.vbmp3_useAtMarkTag(kAtMarkTag);
     library.vbmp3_setSeekPlay(kSeekPlay);
+    tag_.fillGenres();
     std::int32_t encoderState = 0;
     encoderThere_ = services_.gogo.available() && services_.gogo.MPGE_getUnitStatesVB(encoderState) == 0;
 }
@@ -163,6 +172,7 @@ FormTop::Figures Application::figures() const {
 }
 
 void Application::unload() {
+    tag_.offerToSave();
     state_.ShuttingDown = true;
     convert_.unload();  // first: what it is making is given up
     services_.mediaControl.sendString("stop MediaFile");

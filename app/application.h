@@ -29,6 +29,7 @@
 #include "playlist/form_list.h"
 #include "playlist/playlists.h"
 #include "skin/form_top.h"
+#include "tags/file_release.h"
 #include "tags/form_tag.h"
 
 namespace quenlox {
@@ -92,6 +93,7 @@ class Application {
     LyricsLookup lyricsLookup_;
     LyricsDisplay lyricsDisplay_;
     FormTag tag_;
+    FileRelease release_;
     FormConv convert_;
     SettingsFile settings_;
 };

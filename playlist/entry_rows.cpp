@@ -111,6 +111,15 @@ void EntryRows::forgetTexts() {
     compact();
 }
 
+void EntryRows::forgetTexts(int row) {
+    Row& forgotten = at(row);
+    forgotten.seconds = EntryTexts::kNoLength;
+    if (!forgotten.texts) return;
+    live_ -= TextsSize(forgotten.texts);
+    forgotten.texts = nullptr;
+    ++unknown_;
+}
+
 void EntryRows::clear() {
     std::vector<Row>().swap(rows_);
     store_.clear();

@@ -37,6 +37,7 @@ class EntryRows {
     void setPath(int row, std::string_view path);
     void setTexts(int row, const EntryTexts& texts);  // each text is cut at 65535 bytes
     void forgetTexts();
+    void forgetTexts(int row);
     void clear();
 
     void swap(int a, int b) { std::swap(at(a), at(b)); }

@@ -148,6 +148,25 @@ bool FormList::isCurrent(int list, int row) const {
     return row == state_.CurrentIndex[static_cast<std::size_t>(list)] && lists_.path(list, row) == state_.CurrentFile;
 }
 
+std::vector<std::string> FormList::selectedPaths() const {
+    std::vector<std::string> paths;
+    if (folderShown()) {
+        for (int row = 0; row < static_cast<int>(File1.files().size()); ++row) {
+            if (File1.selected(row)) paths.push_back(folderPath() + File1.files()[static_cast<std::size_t>(row)]);
+        }
+        return paths;
+    }
+    for (int row = 0; row < view().rowCount(); ++row) {
+        if (view().selected(row)) paths.push_back(lists_.path(state_.ListNo, row));
+    }
+    return paths;
+}
+
+void FormList::refreshBrowser() {
+    browserStale_ = true;
+    if (visible()) readFolder();
+}
+
 void FormList::trackChanged() {
     for (int list = 0; list < kViews; ++list) {
         const int row = state_.CurrentIndex[static_cast<std::size_t>(list)];

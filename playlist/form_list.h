@@ -62,6 +62,10 @@ class FormList : public Form {
     void openFolder(const std::string& folder);
     // ListNo has been set from outside: brings its list to the front.
     void showCurrentList();
+    // The files of the selected rows; on the tab of the folder those of the browser.
+    std::vector<std::string> selectedPaths() const;
+    // The files of the folder have changed on the disk.
+    void refreshBrowser();
     // Another track is being played: marks its row and scrolls to it.
     void trackChanged();
 

@@ -138,6 +138,18 @@ void Playlists::forgetTexts() {
     }
 }
 
+void Playlists::forgetTexts(const std::string& path) {
+    for (int list = 0; list < kPersistedLists; ++list) {
+        for (int row = 0; row < rows(list).count(); ++row) {
+            if (rows(list).path(row) != path) continue;
+            rows(list).forgetTexts(row);
+            int& from = fillFrom_[static_cast<std::size_t>(list)];
+            from = std::min(from, row);
+            report(list, row, row);
+        }
+    }
+}
+
 bool Playlists::append(int list, std::string_view path) {
     // A line end in a path would make two entries of it in the list file; no file has one in its name.
     if (!persisted(list) || path.empty() || path.find('\n') != path.npos || path.find('\r') != path.npos)

@@ -78,6 +78,7 @@ class Playlists : public TrackSource {
     bool fillSome(int list, std::chrono::microseconds budget);       // of one list
     void want(int list, int row) { wanted_.push_back({list, row}); } // a row on the screen
     void forgetTexts();                                              // they are read anew
+    void forgetTexts(const std::string& path);                       // of the rows of one file
 
     // Adding. None of these rebuilds the random order; that is done once, behind all that a command adds.
     bool AddEntry(const std::string& path, int list);                // false for a path that no file can have

@@ -1,13 +1,274 @@
 #include "tags/form_tag.h"
 
+#include <algorithm>
+
 #include "app/global_state.h"
+#include "app/option_settings.h"
+#include "platform/dialogs.h"
+#include "platform/file_system.h"
+#include "platform/vbmp3.h"
+#include "tags/format_file_name.h"
+#include "tags/tag_limits.h"
+#include "text/paths.h"
+#include "text/strings.h"
 
 namespace quenlox {
+namespace {
+
+constexpr std::array<const char*, FormTag::kFields> kFieldCaptions{"タイトル", "アーティスト", "アルバム", "ジャンル",
+                                                                   "年", "トラック", "コメント"};
+constexpr int kGenres = 192;
+constexpr int kLabelWidth = 46, kFieldWidth = 230;
+constexpr int kId3Kinds = VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2;
+
+bool Contains(const std::vector<std::string>& paths, const std::string& path) {
+    return std::find(paths.begin(), paths.end(), path) != paths.end();
+}
+
+}  // namespace
+
+FormTag::FormTag(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs)
+    : Form("FormTag", Kind::Dialog), state_(state), options_(options), vbmp3_(vbmp3), files_(files), dialogs_(dialogs) {
+    setCaption("タグ情報");
+    makeControls();
+    showView();
+}
+
+void FormTag::makeControls() {
+    std::vector<ComboBox::Item> fields;
+    for (int i = 0; i < kFields; ++i) {
+        LabelField[static_cast<std::size_t>(i)].setCaption(kFieldCaptions[static_cast<std::size_t>(i)]);
+        fields.push_back({kFieldCaptions[static_cast<std::size_t>(i)], i});
+    }
+    ComboField.setItems(std::move(fields));
+    ComboField.setListIndex(Album);
+    for (TextBox* box : {&TextTitle, &TextArtist, &TextAlbum, &TextYear, &TextTrack, &TextComment}) {
+        box->onChange = [this] { fieldEdited(); };
+    }
+    ComboGenre.onEdit = ComboGenre.onClick = [this] { fieldEdited(); };
+    CheckV2.setCaption("ID3v2 （すべての文字、長さの制限なし）");
+    CheckV1.setCaption("ID3v1 （短い項目だけ）");
+    CheckV2.setTooltip("チェックを外して保存すると、このタグを削除します");
+    CheckV1.setTooltip("タイトル・アーティスト・アルバムは全角15文字、コメントは全角14文字まで。"
+                       "チェックを外して保存すると、このタグを削除します");
+    CheckV2.onClick = CheckV1.onClick = [this] { fieldEdited(); };
+    TabView.onClick = [this] { TabView_Click(); };
+    const auto button = [](CommandButton& made, const char* caption, std::function<void()> onClick) {
+        made.setCaption(caption);
+        made.onClick = std::move(onClick);
+    };
+    button(cmdSave, "保存", [this] { save(); });
+    cmdSave.isDefault = true;
+    button(cmdRevert, "元に戻す", [this] { show(file_); });
+    button(cmdConvert, "RMPに変換...", [this] { cmdConvert_Click(); });
+    button(cmdRename, "名前の変更", [this] { cmdRename_Click(); });
+    button(cmdPrevious, "◀ 前", [this] { step(-1); });
+    button(cmdNext, "次 ▶", [this] { step(1); });
+    button(cmdCurrent, "再生中の曲", [this] { fill(); });
+    button(cmdApply, "すべてに適用", [this] { cmdApply_Click(); });
+    cmdApply.setTooltip("上の欄の内容を、プレイリストで選択した曲すべてに書き込みます");
+    button(cmdClose, "閉じる", [this] { unload(); });
+    FrameName.setCaption("ファイル名");
+    FrameSelected.setCaption("プレイリストで選択した曲");
+}
+
+Layout FormTag::layout() {
+    const auto row = [this](Field field, Control& box) {
+        return Row({Item(LabelField[static_cast<std::size_t>(field)], kLabelWidth), Item(box, 0, 0, 1)});
+    };
+    Layout numbers = Row({Item(LabelField[Genre], kLabelWidth), Item(ComboGenre, 0, 0, 1), Space(2, 0), Item(LabelField[Year]),
+                          Item(TextYear, 30), Space(2, 0), Item(LabelField[Track]), Item(TextTrack, 30)});
+    Layout fields = Column({row(Title, TextTitle), row(Artist, TextArtist), row(Album, TextAlbum), numbers, row(Comment, TextComment),
+                            Row({Space(kLabelWidth, 0), Item(CheckV2, 130), Item(CheckV1, 0, 0, 1)}),
+                            Item(LabelLimit, kLabelWidth + kFieldWidth, 18),
+                            Row({Item(cmdSave), Item(cmdRevert), Space(0, 0, 1), Item(cmdConvert, 64)})});
+    Layout name = Row({Item(TextFileName, 0, 0, 1), Item(cmdRename)});
+    Layout selected = Column({Row({Item(cmdPrevious), Item(cmdNext), Item(cmdCurrent), Item(LabelPlace, 0, 0, 1)}),
+                              Row({Item(ComboField, 70), Item(cmdApply), Space(0, 0, 1)})});
+    return Column({Item(LabelFile, kLabelWidth + kFieldWidth), Item(TabView, 0, 14), fields, Group(FrameName, name),
+                   Group(FrameSelected, selected), Row({Item(LabelState, 0, 0, 1), Item(cmdClose)})});
+}
+
+void FormTag::fillGenres() {
+    std::vector<ComboBox::Item> items;
+    for (int number = 0; number < kGenres; ++number) {
+        if (std::string name = vbmp3_.vbmp3_getGenre(number); !name.empty()) items.push_back({std::move(name), number});
+    }
+    ComboGenre.setItems(std::move(items));
+}
+
+std::string FormTag::text(Field field) const {
+    const TextBox* const boxes[] = {&TextTitle, &TextArtist, &TextAlbum, nullptr, &TextYear, &TextTrack, &TextComment};
+    return field == Genre ? ComboGenre.text() : boxes[field]->text();
+}
+
+void FormTag::setText(Field field, const std::string& text) {
+    TextBox* const boxes[] = {&TextTitle, &TextArtist, &TextAlbum, nullptr, &TextYear, &TextTrack, &TextComment};
+    if (field == Genre) {
+        ComboGenre.setText(text);
+    } else {
+        boxes[field]->setText(text);
+    }
+}
+
+void FormTag::fill() {
+    if (state_.CurrentFile == file_ && edited_) return;
+    if (mayLeave()) show(state_.CurrentFile);
+}
+
+void FormTag::currentFileOpened() {
+    if (writing_ || !visible()) return;
+    if (!edited_) {
+        show(state_.CurrentFile);
+    } else if (file_ != state_.CurrentFile) {
+        say("保存していない変更があります");
+        showButtons();
+    }
+}
+
+void FormTag::offerToSave() {
+    if (edited_ && dialogs_.confirm("タグの変更を保存しますか？", caption())) save();
+    edited_ = false;
+}
+
+// Asks what becomes of unsaved edits; false: the user wants to stay.
+bool FormTag::mayLeave() {
+    if (!edited_) return true;
+    const auto answer = dialogs_.confirmOrCancel("タグの変更を保存しますか？\n" + FileNameOf(file_), caption());
+    if (!answer) return false;
+    if (*answer) return save();
+    edited_ = false;
+    return true;
+}
+
+void FormTag::show(const std::string& path) {
+    file_ = path;
+    fileType_ = path.empty() || !files_.fileExists(path) ? -1 : vbmp3_.vbmp3_getFileType(path);
+    LabelFile.setCaption(path.empty() ? "ファイルがありません" : path);
+    LabelFile.setTooltip(path);
+    showing_ = true;
+    if (fileType_ >= 0) TabView.setValue(fileType_ & VBMP3_TYPE_RMP ? kSiView : kId3View);
+    showing_ = false;
+    showView();
+}
+
+void FormTag::TabView_Click() {
+    if (showing_) return;
+    const int wanted = TabView.value();
+    if (edited_) {
+        // The question is about what the other view shows.
+        showing_ = true;
+        TabView.setValue(1 - wanted);
+        const bool leave = mayLeave();
+        if (leave) TabView.setValue(wanted);
+        showing_ = false;
+        if (!leave) return;
+    }
+    showView();
+}
+
+void FormTag::showView() {
+    const bool si = TabView.value() == kSiView;
+    const bool rmp = fileType_ >= 0 && fileType_ & VBMP3_TYPE_RMP;
+    const bool mpeg = fileType_ >= 0 && !rmp && fileType_ & VBMP3_TYPE_MPEG;
+    vbmp3_Tag tag{};
+    present_ = 0;
+    const bool read = fileType_ >= 0 && readFields(file_, si ? int{VBMP3_TAG_SI} : kId3Kinds, tag, present_);
+    editable_ = si ? rmp : mpeg || (rmp && read);
+    showing_ = true;
+    const char* const texts[] = {tag.title, tag.artist, tag.album, tag.genre, tag.year, tag.track, tag.comment};
+    for (int field = 0; field < kFields; ++field) setText(static_cast<Field>(field), TrimAtNull(texts[field]));
+    // A file without any tag gets both kinds, which every player reads one of.
+    const int ticked = present_ & kId3Kinds ? present_ & kId3Kinds : kId3Kinds;
+    CheckV1.setValue(ticked & VBMP3_TAG_ID3V1 ? 1 : 0);
+    CheckV2.setValue(ticked & VBMP3_TAG_ID3V2 ? 1 : 0);
+    showing_ = false;
+    edited_ = false;
+    for (Control* control : std::initializer_list<Control*>{&TextTitle, &TextArtist, &TextAlbum, &ComboGenre, &TextYear, &TextTrack,
+                                                            &TextComment, &CheckV1, &CheckV2}) {
+        control->setEnabled(editable_);
+    }
+    CheckV1.setVisible(!si);
+    CheckV2.setVisible(!si);
+    proposeName();
+    showLimits();
+    showButtons();
+    if (file_.empty()) {
+        say("");
+    } else if (editable_) {
+        say(read ? "" : "このファイルにはまだタグがありません");
+    } else {
+        say(si && mpeg ? "SIはRMPファイルだけにあります" : rmp ? "このRMPファイルにはID3タグがありません" : "タグのないファイルです");
+    }
+}
+
+// The extension is that of the view. A file that can have no tag keeps its name.
+void FormTag::proposeName() {
+    if (!editable_) {
+        TextFileName.setText(FileNameOf(file_));
+        return;
+    }
+    TextFileName.setText(FormatFileName(options_.renameFormat(), text(Title), text(Artist), text(Album), text(Genre)) +
+                         (TabView.value() == kSiView ? ".rmp" : ".mp3"));
+}
+
+void FormTag::fieldEdited() {
+    if (showing_) return;
+    edited_ = true;
+    say("");
+    proposeName();
+    showLimits();
+    showButtons();
+}
+
+void FormTag::showLimits() {
+    std::string cut;
+    if (editable_) {
+        for (int i = 0; i < kFields; ++i) {
+            const auto field = static_cast<Field>(i);
+            const bool v1 = TabView.value() == kId3View && CheckV1.checked();
+            if (!FitsTagField(i, text(field)) || (v1 && !FitsId3v1(i, text(field), !text(Track).empty()))) {
+                cut += (cut.empty() ? "" : "・") + std::string(kFieldCaptions[static_cast<std::size_t>(i)]);
+            }
+        }
+    }
+    if (!cut.empty()) cut = (TabView.value() == kId3View ? "ID3v1に収まらない項目： " : "収まらない項目： ") + cut;
+    LabelLimit.setCaption(cut);
+}
+
+void FormTag::showButtons() {
+    setCaption(edited_ ? "タグ情報 *" : "タグ情報");
+    cmdSave.setEnabled(editable_ && edited_);
+    cmdRevert.setEnabled(edited_);
+    const bool rmp = fileType_ >= 0 && fileType_ & VBMP3_TYPE_RMP;
+    cmdConvert.setCaption(rmp ? "MP3に変換..." : "RMPに変換...");
+    cmdConvert.setEnabled(rmp || (fileType_ >= 0 && fileType_ & VBMP3_TYPE_MPEG));
+    cmdRename.setEnabled(!file_.empty());
+    TextFileName.setEnabled(!file_.empty());
+    const auto selected = hooks_.selectedPaths ? hooks_.selectedPaths() : std::vector<std::string>();
+    const bool inside = Contains(selected, file_);
+    cmdPrevious.setEnabled(!selected.empty());
+    cmdNext.setEnabled(!selected.empty());
+    cmdApply.setEnabled(!selected.empty());
+    cmdCurrent.setEnabled(file_ != state_.CurrentFile);
+    const auto place = std::find(selected.begin(), selected.end(), file_) - selected.begin() + 1;
+    LabelPlace.setCaption((inside ? std::to_string(place) : std::string("-")) + " / " + std::to_string(selected.size()));
+}
+
+void FormTag::step(int by) {
+    const auto selected = hooks_.selectedPaths ? hooks_.selectedPaths() : std::vector<std::string>();
+    if (selected.empty() || !mayLeave()) return showButtons();
+    const auto count = static_cast<int>(selected.size());
+    const auto at = std::find(selected.begin(), selected.end(), file_);
+    int next = by > 0 ? 0 : count - 1;
+    if (at != selected.end()) next = (static_cast<int>(at - selected.begin()) + by + count) % count;
+    show(selected[static_cast<std::size_t>(next)]);
+}
 
 void FormTag::Form_Unload(bool& cancel) {
     if (state_.ShuttingDown) return;
     cancel = true;
-    hide();
+    if (mayLeave()) hide();
 }
 
 }  // namespace quenlox

@@ -1,21 +1,129 @@
-// The tag editor window. On the user-interface thread.
+// The tag editor: shows and edits the tags of one file in two views, ID3 (versions 1 and 2) and SI (the fields of RMP
+// files), proposes a file name by the standard format, renames, wraps and unwraps, and gives one field to many files. It
+// shows the current file and follows it, unless there are edits that are not saved. On the user-interface thread.
 #pragma once
 
+#include <array>
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "forms/form.h"
+#include "libraries/vbmp3/vbmp3.h"
+#include "tags/rename.h"
 
 namespace quenlox {
 
+class Dialogs;
+class FileSystem;
+class OptionSettings;
+class Vbmp3;
 struct GlobalState;
 
 class FormTag : public Form {
   public:
-    explicit FormTag(GlobalState& state) : Form("FormTag", Kind::Dialog), state_(state) {}
+    static constexpr int kId3View = 0, kSiView = 1;
+    enum Field { Title, Artist, Album, Genre, Year, Track, Comment };
+    static constexpr int kFields = 7;
 
+    FormTag(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs);
+
+    struct Hooks {
+        FileRelease* release = nullptr;
+        RenameFollowers followers;
+        std::function<void(const std::string& path)> tagWritten;   // what lists show of it is out of date
+        std::function<std::vector<std::string>()> selectedPaths;   // rows of the play list, in their order
+    };
+    void connect(Hooks hooks) { hooks_ = std::move(hooks); }
+
+    Label LabelFile{*this, "LabelFile"};
+    TabStrip TabView{*this, "TabView", {"ID3タグ", "SI (RMP)"}};
+    std::array<Label, kFields> LabelField{Label{*this, "LabelField", 0}, Label{*this, "LabelField", 1},
+                                          Label{*this, "LabelField", 2}, Label{*this, "LabelField", 3},
+                                          Label{*this, "LabelField", 4}, Label{*this, "LabelField", 5},
+                                          Label{*this, "LabelField", 6}};
+    TextBox TextTitle{*this, "TextTitle"};
+    TextBox TextArtist{*this, "TextArtist"};
+    TextBox TextAlbum{*this, "TextAlbum"};
+    ComboBox ComboGenre{*this, "ComboGenre", true};
+    TextBox TextYear{*this, "TextYear"};
+    TextBox TextTrack{*this, "TextTrack"};
+    TextBox TextComment{*this, "TextComment"};
+    CheckBox CheckV2{*this, "CheckV2"};               // saving writes ID3v2; without the tick it takes the tag away
+    CheckBox CheckV1{*this, "CheckV1"};
+    Label LabelLimit{*this, "LabelLimit"};            // what the chosen tags cannot hold
+    CommandButton cmdSave{*this, "cmdSave"};
+    CommandButton cmdRevert{*this, "cmdRevert"};
+    CommandButton cmdConvert{*this, "cmdConvert"};    // MP3 to RMP and back
+    TextBox TextFileName{*this, "TextFileName"};
+    CommandButton cmdRename{*this, "cmdRename"};
+    Frame FrameName{*this, "FrameName"};
+    CommandButton cmdPrevious{*this, "cmdPrevious"};  // among the selected rows of the play list
+    CommandButton cmdNext{*this, "cmdNext"};
+    CommandButton cmdCurrent{*this, "cmdCurrent"};    // back to the file that is playing
+    Label LabelPlace{*this, "LabelPlace"};
+    ComboBox ComboField{*this, "ComboField"};
+    CommandButton cmdApply{*this, "cmdApply"};        // gives the chosen field to all of them
+    Frame FrameSelected{*this, "FrameSelected"};
+    Label LabelState{*this, "LabelState"};
+    CommandButton cmdClose{*this, "cmdClose"};
+
+    // The genres of the library, for the choice.
+    void fillGenres();
+    // Shows CurrentFile, when there is nothing unsaved or the user lets go of it.
+    void fill();
+    // CurrentFile is open now: shown when the window is and nothing is unsaved.
+    void currentFileOpened();
+    // Before the program ends: unsaved edits are saved when the user wants them to be.
+    void offerToSave();
+
+    const std::string& file() const { return file_; }
+    bool edited() const { return edited_; }
+    bool save();
+
+    void TabView_Click();
+    void cmdRename_Click();
+    void cmdConvert_Click();
+    void cmdApply_Click();
+    void step(int by);
+
+    Layout layout() override;
     // Closed by the user it is only hidden: its place is saved at the end of the program.
     void Form_Unload(bool& cancel) override;
 
   private:
+    // form_tag.cpp
+    void makeControls();
+    void show(const std::string& path);
+    void showView();
+    void proposeName();
+    void fieldEdited();
+    void showLimits();
+    void showButtons();
+    void say(const std::string& text) { LabelState.setCaption(text); }
+    bool mayLeave();
+    std::string text(Field field) const;
+    void setText(Field field, const std::string& text);
+
+    // form_tag_write.cpp
+    vbmp3_Tag fieldsShown() const;
+    bool readFields(const std::string& path, int kinds, vbmp3_Tag& tag, int& present) const;
+    bool writeFile(const std::string& path, int write, int remove, const vbmp3_Tag& tag, int& error);
+    void tell(const std::string& what, int error);
+
     GlobalState& state_;
+    const OptionSettings& options_;
+    Vbmp3& vbmp3_;
+    FileSystem& files_;
+    Dialogs& dialogs_;
+    Hooks hooks_;
+    std::string file_;
+    int fileType_ = -1;       // flags of the library, negative: it can do nothing with it
+    int present_ = 0;         // tags that the file carries
+    bool editable_ = false;   // the shown view can be written
+    bool edited_ = false;
+    bool showing_ = false;    // fields change because a file is shown
+    bool writing_ = false;
 };
 
 }  // namespace quenlox

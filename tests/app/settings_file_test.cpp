@@ -61,7 +61,7 @@ struct Program {
     FormGra gra{state, vbmp3, dialogs, random};
     FakeTextPainter painter;
     FormLyrics lyrics{state, opt, painter};
-    FormTag tag{state};
+    FormTag tag{state, opt, vbmp3, files, dialogs};
     SettingsFile settings{files, {state, top, list, opt, gra, lyrics, tag}};
 };
 
