@@ -20,7 +20,7 @@ constexpr std::size_t kNameUnits = 60;    // a pattern with its ten gains must f
 constexpr int kSliderWidth = 13;          // dialog units: twice the 165 twips
 constexpr int kSliderGap = 8;
 constexpr int kSliderHeight = 76;
-constexpr int kCurveHeight = 62;
+constexpr int kCurveHeight = 80;
 constexpr int kScaleWidth = 26;
 constexpr int kNameWidth = 62;
 

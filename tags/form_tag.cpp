@@ -46,7 +46,7 @@ void FormTag::makeControls() {
         box->onChange = [this] { fieldEdited(); };
     }
     ComboGenre.onEdit = ComboGenre.onClick = [this] { fieldEdited(); };
-    CheckV2.setCaption("ID3v2 （すべての文字、長さの制限なし）");
+    CheckV2.setCaption("ID3v2 （長い項目とすべての文字）");
     CheckV1.setCaption("ID3v1 （短い項目だけ）");
     CheckV2.setTooltip("チェックを外して保存すると、このタグを削除します");
     CheckV1.setTooltip("タイトル・アーティスト・アルバムは全角15文字、コメントは全角14文字まで。"
@@ -59,7 +59,7 @@ void FormTag::makeControls() {
     };
     button(cmdSave, "保存", [this] { save(); });
     cmdSave.isDefault = true;
-    button(cmdRevert, "元に戻す", [this] { show(file_); });
+    button(cmdRevert, "元に戻す", [this] { showFile(file_); });
     button(cmdConvert, "RMPに変換...", [this] { cmdConvert_Click(); });
     button(cmdRename, "名前の変更", [this] { cmdRename_Click(); });
     button(cmdPrevious, "◀ 前", [this] { step(-1); });
@@ -113,13 +113,13 @@ void FormTag::setText(Field field, const std::string& text) {
 
 void FormTag::fill() {
     if (state_.CurrentFile == file_ && edited_) return;
-    if (mayLeave()) show(state_.CurrentFile);
+    if (mayLeave()) showFile(state_.CurrentFile);
 }
 
 void FormTag::currentFileOpened() {
     if (writing_ || !visible()) return;
     if (!edited_) {
-        show(state_.CurrentFile);
+        showFile(state_.CurrentFile);
     } else if (file_ != state_.CurrentFile) {
         say("保存していない変更があります");
         showButtons();
@@ -141,7 +141,7 @@ bool FormTag::mayLeave() {
     return true;
 }
 
-void FormTag::show(const std::string& path) {
+void FormTag::showFile(const std::string& path) {
     file_ = path;
     fileType_ = path.empty() || !files_.fileExists(path) ? -1 : vbmp3_.vbmp3_getFileType(path);
     LabelFile.setCaption(path.empty() ? "ファイルがありません" : path);
@@ -262,7 +262,7 @@ void FormTag::step(int by) {
     const auto at = std::find(selected.begin(), selected.end(), file_);
     int next = by > 0 ? 0 : count - 1;
     if (at != selected.end()) next = (static_cast<int>(at - selected.begin()) + by + count) % count;
-    show(selected[static_cast<std::size_t>(next)]);
+    showFile(selected[static_cast<std::size_t>(next)]);
 }
 
 void FormTag::Form_Unload(bool& cancel) {

@@ -94,7 +94,7 @@ class FormTag : public Form {
   private:
     // form_tag.cpp
     void makeControls();
-    void show(const std::string& path);
+    void showFile(const std::string& path);
     void showView();
     void proposeName();
     void fieldEdited();
@@ -109,6 +109,7 @@ class FormTag : public Form {
     vbmp3_Tag fieldsShown() const;
     bool readFields(const std::string& path, int kinds, vbmp3_Tag& tag, int& present) const;
     bool writeFile(const std::string& path, int write, int remove, const vbmp3_Tag& tag, int& error);
+    void showAgain(Field field);
     void tell(const std::string& what, int error);
 
     GlobalState& state_;

@@ -135,7 +135,7 @@ bool FormTag::save() {
     // The name that the user may have typed stays.
     const std::string name = TextFileName.text();
     const int view = TabView.value();
-    show(file_);
+    showFile(file_);
     if (TabView.value() != view) TabView.setValue(view);
     if (editable_) TextFileName.setText(name);
     say("保存しました");
@@ -155,7 +155,7 @@ void FormTag::cmdRename_Click() {
         RenameFile(state_, files_, dialogs_, *hooks_.release, file_, name, hooks_.followers, renamed);
     writing_ = false;
     if (result != RenameResult::Done) return showButtons();
-    show(renamed);
+    showFile(renamed);
     TextFileName.setText(FileNameOf(renamed));
     say("名前を変更しました");
 }
@@ -184,6 +184,21 @@ void FormTag::cmdConvert_Click() {
     if (hooks_.tagWritten) hooks_.tagWritten(*target);
     if (hooks_.followers.browser) hooks_.followers.browser();
     say(FileNameOf(*target) + " に変換しました");
+}
+
+// What the file holds now in `field`; what the user has typed into the others stays.
+void FormTag::showAgain(Field field) {
+    std::array<std::string, kFields> typed;
+    for (int i = 0; i < kFields; ++i) typed[static_cast<std::size_t>(i)] = text(static_cast<Field>(i));
+    const int v1 = CheckV1.value(), v2 = CheckV2.value();
+    const bool edits = edited_;
+    showFile(file_);
+    if (!edits) return;
+    for (int i = 0; i < kFields; ++i) {
+        if (i != field) setText(static_cast<Field>(i), typed[static_cast<std::size_t>(i)]);
+    }
+    CheckV1.setValue(v1);
+    CheckV2.setValue(v2);
 }
 
 void FormTag::cmdApply_Click() {
@@ -217,7 +232,7 @@ void FormTag::cmdApply_Click() {
         }
         if (!done && failed++ == 0) firstError = error;
     }
-    if (!edited_) show(file_);
+    if (std::ranges::find(paths, file_) != paths.end()) showAgain(field);
     if (failed == 0) return say(std::to_string(paths.size()) + "曲に書き込みました");
     tell(std::to_string(paths.size()) + "曲のうち" + std::to_string(failed) + "曲に書き込めませんでした", firstError);
 }

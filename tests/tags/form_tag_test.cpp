@@ -1,0 +1,312 @@
+#include "tags/form_tag.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "playback/media_engine.h"
+#include "playlist/playlists.h"
+#include "tags/file_release.h"
+#include "tags/tag_limits.h"
+#include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_display.h"
+#include "tests/fakes/fake_file_system.h"
+#include "tests/fakes/fake_media_control.h"
+#include "tests/fakes/fake_options.h"
+#include "tests/fakes/fake_random.h"
+#include "tests/fakes/fake_vbmp3.h"
+#include "tests/fakes/fake_window_system.h"
+
+namespace quenlox {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* kSong = "C:\\music\\song.mp3";
+constexpr const char* kOther = "C:\\music\\other.mp3";
+constexpr const char* kWrapped = "C:\\music\\wrapped.rmp";
+
+struct Editor {
+    Editor() {
+        for (const char* path : {kSong, kOther}) {
+            files.add(path, "sound");
+            vbmp3.addFile(path, VBMP3_TYPE_MPEG | VBMP3_TYPE_ID3V2);
+        }
+        files.add(kWrapped, "sound");
+        vbmp3.addFile(kWrapped, VBMP3_TYPE_RMP);
+        tag(kSong, VBMP3_TAG_ID3V2, "夜明け", "歌手");
+        tag(kOther, VBMP3_TAG_ID3V1, "Other", "Band");
+        tag(kWrapped, VBMP3_TAG_SI, "包み", "店");
+        for (int list = 0; list < 3; ++list) lists.AddEntry(kSong, list);
+        engine.onOpened = [this] { form.currentFileOpened(); };
+        form.connect({&release,
+                      {[this](const std::string& from, const std::string& to) { lists.renamePath(from, to); },
+                       [this] { ++browserRefreshes; }},
+                      [this](const std::string& path) { written.push_back(path); },
+                      [this] { return selected; }});
+        form.fillGenres();
+        state.CurrentFile = kSong;
+        engine.OpenMedia();
+        form.show();
+        form.fill();
+        vbmp3.calls.clear();
+    }
+    void tag(const std::string& path, int kind, const std::string& title, const std::string& artist) {
+        vbmp3_Tag& made = vbmp3.tags[{path, kind}] = {};
+        FakeVbmp3::set(made.title, title);
+        FakeVbmp3::set(made.artist, artist);
+        made.genreNumber = 255;
+    }
+    std::string title(const std::string& path, int kind) { return vbmp3.tags[{path, kind}].title; }
+    // What the library knows follows the name on the disk.
+    void rename(const std::string& name) {
+        vbmp3.files["C:\\music\\" + std::string(TrimBlanks(name))] = vbmp3.files[kSong];
+        form.TextFileName.setText(name);
+        form.cmdRename.click();
+    }
+    std::vector<std::string> said() const {
+        std::vector<std::string> texts;
+        for (const auto& message : dialogs.messages) texts.push_back(message.text);
+        return texts;
+    }
+
+    GlobalState state;
+    FakeVbmp3 vbmp3;
+    FakeMediaControl mci;
+    FakeFileSystem files;
+    FakeWindowSystem windows;
+    FakeDisplay display;
+    FakeOptions options;
+    FakeDialogs dialogs;
+    FakeRandom random{{0.5}};
+    MediaEngine engine{state, vbmp3, mci, files, windows, display};
+    Playlists lists{state, options, files, vbmp3, random};
+    FileRelease release{state, vbmp3, engine};
+    std::vector<std::string> selected, written;
+    int browserRefreshes = 0;
+    FormTag form{state, options, vbmp3, files, dialogs};
+};
+
+TEST(Rename, TheFileAndListsAAndBFollowAndListCDoesNot) {
+    Editor e;
+    e.rename("  (歌手) 夜明け.mp3 ");
+    const std::string renamed = "C:\\music\\(歌手) 夜明け.mp3";
+    EXPECT_TRUE(e.files.fileExists(renamed));
+    EXPECT_FALSE(e.files.fileExists(kSong));
+    EXPECT_EQ(e.lists.path(0, 0), renamed);
+    EXPECT_EQ(e.lists.path(1, 0), renamed);
+    EXPECT_EQ(e.lists.path(2, 0), kSong);
+    EXPECT_EQ(e.state.CurrentFile, renamed);
+    EXPECT_EQ(e.vbmp3.openFile, renamed);
+    EXPECT_EQ(e.form.file(), renamed);
+    EXPECT_EQ(e.browserRefreshes, 1);
+    EXPECT_TRUE(e.dialogs.messages.empty());
+}
+
+TEST(Rename, WhatIsRefusedIsSaidAndChangesNothing) {
+    struct Case {
+        const char* name;
+        const char* message;
+        bool closed;
+    };
+    const Case cases[] = {
+        {"", "ファイル名が不正です", false},           {"   ", "ファイル名が不正です", false},
+        {"() .mp3", "ファイル名が不正です", false},    {"  () a.mp3", "ファイル名が不正です", false},
+        {"a?.mp3", "ファイル名変換エラー", true},      {"other.mp3", "ファイル名変換エラー", true},
+    };
+    for (const Case& c : cases) {
+        Editor e;
+        e.engine.PlayMedia();
+        e.form.TextFileName.setText(c.name);
+        e.form.cmdRename.click();
+        EXPECT_THAT(e.said(), ElementsAre(c.message)) << c.name;
+        EXPECT_EQ(e.dialogs.messages.at(0).icon, MessageIcon::Stop);
+        EXPECT_TRUE(e.files.fileExists(kSong));
+        EXPECT_EQ(e.state.CurrentFile, kSong);
+        EXPECT_EQ(e.lists.path(0, 0), kSong);
+        EXPECT_EQ(e.vbmp3.openFile.empty(), c.closed);
+        // A player that has lost its file does not go on to the next one.
+        EXPECT_EQ(e.state.PlayerStatus, c.closed ? kStop : kPlay);
+    }
+}
+
+TEST(Rename, TheSameNameOnlyOpensTheFileAnew) {
+    Editor e;
+    e.files.renamesFail = true;
+    e.rename("song.mp3");
+    EXPECT_TRUE(e.dialogs.messages.empty());
+    EXPECT_EQ(e.vbmp3.openFile, kSong);
+    EXPECT_EQ(e.lists.path(0, 0), kSong);
+}
+
+TEST(FormTag, EveryViewProposesTheNameWithItsExtension) {
+    Editor e;
+    EXPECT_EQ(e.form.TextFileName.text(), "(歌手) 夜明け.mp3");
+    e.form.TextTitle.setText("朝");
+    EXPECT_EQ(e.form.TextFileName.text(), "(歌手) 朝.mp3");
+    e.form.cmdRevert.click();
+    EXPECT_EQ(e.form.TextTitle.text(), "夜明け");
+    e.selected = {kWrapped};
+    e.form.step(1);
+    EXPECT_EQ(e.form.TabView.value(), FormTag::kSiView);
+    EXPECT_EQ(e.form.TextFileName.text(), "(店) 包み.rmp");
+    EXPECT_FALSE(e.form.CheckV1.visible());
+}
+
+TEST(FormTag, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
+    struct Case {
+        bool pause;
+        bool works;
+    };
+    for (const Case& c : {Case{false, true}, {true, true}, {false, false}}) {
+        Editor e;
+        e.engine.PlayMedia();
+        if (c.pause) e.engine.PauseMedia();
+        e.vbmp3.positionMs = 12345;
+        e.vbmp3.tagWritesWork = c.works;
+        e.vbmp3.error = VBMP3_ERROR_LOCKED;
+        e.form.TextTitle.setText("新しい");
+        e.vbmp3.calls.clear();
+        e.form.cmdSave.click();
+        const auto at = [&](const std::string& call) { return std::ranges::find(e.vbmp3.calls, call) - e.vbmp3.calls.begin(); };
+        const std::string write = "writeTag " + std::string(kSong) + " 2";
+        EXPECT_LT(at("close"), at(write));
+        EXPECT_LT(at(write), at("open " + std::string(kSong)));
+        EXPECT_LT(at("play"), at("seek 12.345000"));
+        EXPECT_EQ(e.vbmp3.count("seek 12.345000"), 1);
+        EXPECT_EQ(e.state.PlayerStatus, c.pause ? kPause : kPlay);
+        EXPECT_EQ(e.vbmp3.state, c.pause ? 2 : 1);
+        EXPECT_EQ(e.title(kSong, VBMP3_TAG_ID3V2), c.works ? "新しい" : "夜明け");
+        EXPECT_EQ(e.form.TextTitle.text(), "新しい");
+        EXPECT_EQ(e.form.edited(), !c.works);
+        if (!c.works) {
+            EXPECT_THAT(e.said(), ElementsAre("タグを書き込めませんでした\r\n読み取り専用か、ほかのプログラムが使用中です"));
+        }
+    }
+}
+
+TEST(FormTag, TheTicksSayWhichTagsAreWrittenAndWhichGo) {
+    Editor e;
+    EXPECT_TRUE(e.form.CheckV2.checked());
+    EXPECT_FALSE(e.form.CheckV1.checked());
+    e.form.CheckV1.setValue(1);
+    e.form.cmdSave.click();
+    EXPECT_EQ(e.title(kSong, VBMP3_TAG_ID3V1), "夜明け");
+    e.form.CheckV2.setValue(0);
+    e.form.cmdSave.click();
+    EXPECT_FALSE(e.vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V2}));
+    e.form.CheckV1.setValue(0);
+    e.form.cmdSave.click();  // the question is answered with no
+    EXPECT_EQ(e.dialogs.questions.size(), 1U);
+    EXPECT_TRUE(e.vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V1}));
+}
+
+TEST(FormTag, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
+    Editor e;
+    e.form.TextAlbum.setText("アルバム");
+    e.state.CurrentFile = kOther;
+    e.engine.OpenMedia();
+    EXPECT_EQ(e.form.file(), kSong);
+    EXPECT_EQ(e.form.TextAlbum.text(), "アルバム");
+    EXPECT_TRUE(e.dialogs.questions.empty());
+
+    e.form.cmdClose.click();  // cancelled: it stays
+    EXPECT_TRUE(e.form.visible());
+    e.dialogs.confirmsOrCancels = {false};
+    e.form.cmdClose.click();
+    EXPECT_FALSE(e.form.visible());
+    EXPECT_FALSE(e.vbmp3.tags.at({kSong, VBMP3_TAG_ID3V2}).album[0]);
+
+    e.form.fill();
+    e.form.show();
+    EXPECT_EQ(e.form.file(), kOther);
+    e.form.TextTitle.setText("T");
+    e.dialogs.confirmsOrCancels = {true};
+    e.form.cmdClose.click();
+    EXPECT_EQ(e.title(kOther, VBMP3_TAG_ID3V1), "T");
+}
+
+TEST(FormTag, ItFollowsTheTrackWhenNothingIsUnsaved) {
+    Editor e;
+    e.state.CurrentFile = kOther;
+    e.engine.OpenMedia();
+    EXPECT_EQ(e.form.TextTitle.text(), "Other");
+    EXPECT_TRUE(e.form.CheckV1.checked());
+    EXPECT_FALSE(e.form.CheckV2.checked());
+}
+
+TEST(FormTag, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
+    Editor e;
+    e.selected = {kSong, kWrapped, kOther, kSong};
+    e.files.add("C:\\a.wav");
+    e.form.TextAlbum.setText("全集");
+    e.form.TextYear.setText("1999");
+    e.dialogs.confirms = {true};
+    e.form.cmdApply_Click();
+    EXPECT_EQ(e.form.TextYear.text(), "1999");
+    EXPECT_TRUE(e.form.edited());
+    e.form.cmdRevert.click();
+    EXPECT_EQ(e.form.TextAlbum.text(), "全集");
+    for (const auto& [path, kind] : {std::pair{kSong, VBMP3_TAG_ID3V2}, {kOther, VBMP3_TAG_ID3V1}, {kWrapped, VBMP3_TAG_SI}}) {
+        EXPECT_STREQ(e.vbmp3.tags.at({path, kind}).album, "全集") << path;
+        EXPECT_STRNE(e.vbmp3.tags.at({path, kind}).title, "") << path;
+    }
+    EXPECT_EQ(e.written.size(), 3U);
+    EXPECT_FALSE(e.vbmp3.tags.contains({kOther, VBMP3_TAG_ID3V2}));
+    e.form.TextAlbum.setText("別の全集");
+    e.dialogs.confirms = {true};
+    e.form.cmdApply_Click();
+    EXPECT_FALSE(e.form.edited());  // nothing is left to save
+
+    e.selected = {kSong, "C:\\a.wav"};
+    e.dialogs.confirms = {true};
+    e.form.cmdApply_Click();
+    EXPECT_THAT(e.said(), ElementsAre("2曲のうち1曲に書き込めませんでした\r\n対応していない形式のファイルです"));
+}
+
+TEST(FormTag, StepsGoRoundTheSelectedRows) {
+    Editor e;
+    e.selected = {kOther, kSong, kWrapped};
+    e.form.step(1);
+    EXPECT_EQ(e.form.file(), kWrapped);
+    EXPECT_EQ(e.form.LabelPlace.caption(), "3 / 3");
+    e.form.step(1);
+    EXPECT_EQ(e.form.file(), kOther);
+    e.form.step(-1);
+    EXPECT_EQ(e.form.file(), kWrapped);
+    e.form.cmdCurrent.click();
+    EXPECT_EQ(e.form.file(), kSong);
+}
+
+TEST(FormTag, WrappingProposesTheOtherExtensionAndSaysWhyItFailed) {
+    Editor e;
+    e.dialogs.fileAnswers = {"C:\\music\\new.rmp", "C:\\music\\song.mp3"};
+    e.form.cmdConvert.click();
+    EXPECT_EQ(e.dialogs.fileDialogs.at(0).fileName, "song.rmp");
+    EXPECT_EQ(e.vbmp3.count("toRmp C:\\music\\song.mp3 > C:\\music\\new.rmp"), 1);
+    e.vbmp3.jobsWork = false;
+    e.vbmp3.error = VBMP3_ERROR_SAME_FILE;
+    e.form.cmdConvert.click();
+    EXPECT_THAT(e.said(), ElementsAre("変換できませんでした\r\n変換元と同じファイルです"));
+}
+
+TEST(TagLimits, ShortTagsHoldThirtyBytesOfShiftJis) {
+    const std::string fifteen = "あいうえおかきくけこさしすせそ";
+    struct Case {
+        int field;
+        std::string text;
+        bool track;
+        bool fits;
+    };
+    const Case cases[] = {
+        {FormTag::Title, fifteen, false, true},   {FormTag::Title, fifteen + "a", false, false},
+        {FormTag::Title, "😀", false, false},     {FormTag::Comment, fifteen, false, true},
+        {FormTag::Comment, fifteen, true, false}, {FormTag::Year, "2026", false, true},
+        {FormTag::Year, "2026-11", false, false}, {FormTag::Track, "3/12", false, true},
+        {FormTag::Track, "256", false, false},    {FormTag::Track, "A1", false, false},
+        {FormTag::Track, "", false, true},
+    };
+    for (const Case& c : cases) EXPECT_EQ(FitsId3v1(c.field, c.text, c.track), c.fits) << c.field << ' ' << c.text;
+}
+
+}  // namespace
+}  // namespace quenlox
