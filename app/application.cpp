@@ -36,6 +36,7 @@ Application::Application(const Services& services, std::string commandLine)
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
       release_(state_, services.vbmp3, engine_),
       convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
+      panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
       settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
     engine_.onOpened = [this] {
         list_.trackChanged();
@@ -63,6 +64,8 @@ Application::Application(const Services& services, std::string commandLine)
                   [this] { return list_.selectedPaths(); }});
     FormTop::Hooks hooks;
     hooks.fillTagWindow = [this] { tag_.fill(); };
+    hooks.drawPanel = [this] { panel_.Timer2_Timer(); };
+    hooks.panelClicked = [this](int button) { panel_.clicked(button); };
     hooks.unload = [this] { unload(); };
     hooks.help = [this] { showHelp(); };
     hooks.updateLyrics = [this] { lyricsDisplay_.Timer6_Timer(); };
@@ -116,6 +119,11 @@ void Application::connectConverter() {
 void Application::followOptions() {
     options_.onDisplayOptions = [this] { top_.optionsChanged(); };
     options_.onLyricsShown = [this] { lyricsDisplay_.lyricsShownChanged(); };
+    options_.onPanelOptions = [this] {
+        panel_.followSpeed();
+        panel_.setBands(FormOpt::chosen(options_.FftOption));
+    };
+    options_.onPanelOptions();
     options_.onOutput = [this] {
         services_.vbmp3.vbmp3_setOutput(options_.outputDevice(), options_.HScrollBuffer.value());
     };

@@ -30,6 +30,7 @@
 #include "playlist/playlists.h"
 #include "skin/form_top.h"
 #include "tags/file_release.h"
+#include "speana/panel_animation.h"
 #include "tags/form_tag.h"
 
 namespace quenlox {
@@ -95,6 +96,7 @@ class Application {
     FormTag tag_;
     FileRelease release_;
     FormConv convert_;
+    PanelAnimation panel_;
     SettingsFile settings_;
 };
 

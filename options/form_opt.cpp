@@ -24,6 +24,11 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     };
     for (CheckBox* box : {&CheckAnime, &CheckSpeana, &CheckPanel}) box->onClick = display;
     ComboSkinScale.onClick = display;
+    const auto panel = [this] {
+        if (onPanelOptions) onPanelOptions();
+    };
+    HScrollSpeana.onChange = panel;
+    for (int i = 0; i <= 2; ++i) FftOption[i].onClick = panel;
     CheckLyrics.onClick = [this] {
         if (onLyricsShown) onLyricsShown();
     };

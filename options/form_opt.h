@@ -63,12 +63,13 @@ class FormOpt : public Form, public OptionControls {
     CheckBox CheckListTime{*this, "CheckListTime"};                             // "ListTime": the playing-time column
     CheckBox CheckDelList{*this, "CheckDelList"};                               // "DelList"
 
-    // Chooses the button with the index; one that does not exist leaves the choice as it was.
     // Told after a change, by the user or from code.
     std::function<void()> onDisplayOptions;  // title animation, display B, operation panel, scale of the skin
+    std::function<void()> onPanelOptions;    // speed of display B, analysis
     std::function<void()> onLyricsShown;
     std::function<void()> onOutput;          // device or buffer
 
+    // Chooses the button with the index; one that does not exist leaves the choice as it was.
     static void choose(ControlArray<OptionButton>& options, int index);
     static int chosen(const ControlArray<OptionButton>& options);  // 0 when none is
 

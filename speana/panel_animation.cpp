@@ -1,0 +1,88 @@
+#include "speana/panel_animation.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/global_state.h"
+#include "app/option_settings.h"
+#include "platform/vbmp3.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kLeftButton = 1;
+constexpr int kSlowest = 80, kFasterBy = 6;  // milliseconds, and milliseconds for each step of the speed
+constexpr int kFastest = 20;
+constexpr int kFramesToRest = 90;            // longer than the highest peak needs to fall and the longest trail to fade
+constexpr std::array kBands{21, 42, 85};
+
+}  // namespace
+
+PanelAnimation::PanelAnimation(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, PictureBox& display, Timer& timer,
+                               const Label& accent)
+    : state_(state), options_(options), vbmp3_(vbmp3), display_(display), timer_(timer), accent_(accent) {}
+
+int PanelAnimation::intervalOf(int speed) { return std::max(kFastest, kSlowest - kFasterBy * std::max(0, speed)); }
+
+void PanelAnimation::followSpeed() { timer_.setInterval(intervalOf(options_.spectrumSpeed())); }
+
+void PanelAnimation::setBands(int choice) {
+    sound_.bands = kBands[static_cast<std::size_t>(std::clamp(choice, 0, static_cast<int>(kBands.size()) - 1))];
+    silentFrames_ = 0;
+}
+
+void PanelAnimation::clicked(int button) {
+    state_.ViewType = button == kLeftButton ? NextVariant(state_.ViewType) : NextGroup(state_.ViewType);
+    Timer2_Timer();
+}
+
+// Takes the sound of now in; false when there is none.
+bool PanelAnimation::listen() {
+    sound_.left.fill(0);
+    sound_.right.fill(0);
+    sound_.levels.fill(0);
+    if (state_.PlayerStatus != kPlay || !state_.playedByVbmp3()) return false;
+    vbmp3_.vbmp3_getWave(sound_.left, sound_.right);
+    vbmp3_.vbmp3_getSpectrum(std::span(sound_.levels).first(static_cast<std::size_t>(sound_.bands)));
+    const auto isZero = [](auto value) { return value == 0; };
+    return !std::ranges::all_of(sound_.left, isZero) || !std::ranges::all_of(sound_.right, isZero) ||
+           !std::ranges::all_of(sound_.levels, isZero);
+}
+
+void PanelAnimation::changeByItself() {
+    shownMs_ += timer_.interval();
+    const int seconds = options_.spectrumIntro() * 2;
+    if (seconds <= 0 || shownMs_ < seconds * 1000) return;
+    state_.ViewType = lastView_ = NextByItself(state_.ViewType);
+    shownMs_ = 0;
+}
+
+void PanelAnimation::Timer2_Timer() {
+    if (!display_.visible()) return;
+    if (state_.ViewType != lastView_) {
+        lastView_ = state_.ViewType;
+        shownMs_ = 0;
+        silentFrames_ = 0;
+    }
+    const bool heard = listen();
+    if (heard) changeByItself();
+    silentFrames_ = heard ? 0 : silentFrames_ + 1;
+    if (silentFrames_ <= kFramesToRest) {
+        speana_.setAccent(accent_.foreColor());
+        speana_.draw(state_.ViewType, sound_);
+    }
+    show();
+}
+
+void PanelAnimation::show() {
+    const Surface& frame = speana_.frame();
+    Surface& screen = display_.surface();
+    // A skin gives the display a new, empty picture; then the frame is put there even at rest.
+    if (screen == frame) return;
+    if (screen.width() != frame.width() || screen.height() != frame.height()) screen.resize(frame.width(), frame.height());
+    if (screen == frame) return;
+    screen.copy(frame, {0, 0});
+    display_.refresh();
+}
+
+}  // namespace quenlox

@@ -1,0 +1,208 @@
+#include "speana/speana.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "speana/pixel_font.h"
+#include "tests/speana/sound.h"
+
+namespace quenlox {
+namespace {
+
+// FNV-1a of the pixels.
+std::uint32_t Checksum(const Surface& surface) {
+    std::uint32_t sum = 2166136261u;
+    for (const Surface::Pixel pixel : surface.pixels()) {
+        for (int shift = 0; shift < 24; shift += 8) sum = (sum ^ (pixel >> shift & 255)) * 16777619u;
+    }
+    return sum;
+}
+
+Surface FrameOf(int view, int frames = 12, int bands = 21) {
+    Speana speana;
+    for (int n = 0; n < frames; ++n) speana.draw(view, SoundOf(n, bands));
+    return speana.frame();
+}
+
+int Lit(const Surface& surface) {
+    const auto back = Surface::ToPixel(PanelColors::kBack);
+    return static_cast<int>(std::ranges::count_if(surface.pixels(), [back](auto pixel) { return pixel != back; }));
+}
+
+// After twelve frames of the stored sound. A picture that is meant to change is looked at (bench/panel_sheet) and then
+// stored anew: a failing run prints the row.
+constexpr std::uint32_t kGolden[kPanelGroups][kPanelVariants] = {
+#include "tests/speana/golden_frames.inc"
+};
+
+TEST(Speana, EveryViewDrawsItsStoredFrame) {
+    for (int group = 0; group < kPanelGroups; ++group) {
+        std::string row;
+        bool same = true;
+        for (int variant = 0; variant < kPanelVariants; ++variant) {
+            const std::uint32_t sum = Checksum(FrameOf(group * 10 + variant));
+            char text[16];
+            std::snprintf(text, sizeof text, "0x%08x,%s", sum, variant == 9 ? "" : " ");
+            row += text;
+            same = same && sum == kGolden[group][variant];
+        }
+        EXPECT_TRUE(same) << "{" << row << "},";
+    }
+}
+
+TEST(Speana, ASoundIsSeenInEveryViewAndEveryViewIsAnother) {
+    std::set<std::vector<Surface::Pixel>> seen;
+    for (int view = 0; view < kPanelViews; ++view) {
+        const Surface frame = FrameOf(view);
+        EXPECT_GT(Lit(frame), 60) << view;
+        seen.insert({frame.pixels().begin(), frame.pixels().end()});
+    }
+    EXPECT_EQ(seen.size(), static_cast<std::size_t>(kPanelViews));
+}
+
+TEST(Speana, ANumberThatStandsForNoViewDrawsNothing) {
+    for (const int view : {-1, -10, 60, 65, 99, 32767}) EXPECT_EQ(Lit(FrameOf(view)), 0) << view;
+}
+
+TEST(Speana, APictureFollowsFromTheSoundAloneAlsoAfterAnotherView) {
+    for (int view = 0; view < kPanelViews; ++view) {
+        Speana speana;
+        for (int n = 0; n < 5; ++n) speana.draw((view + 7) % kPanelViews, SoundOf(n + 50));
+        for (int n = 0; n < 12; ++n) speana.draw(view, SoundOf(n));
+        EXPECT_EQ(speana.frame(), FrameOf(view)) << view;
+    }
+}
+
+// Height of the lit pixels of a bar's column from the ground, its mark left out.
+int BarHeight(const Surface& frame, int x) {
+    int high = 0;
+    while (high < frame.height() && Surface::ToColor(frame.at(x, frame.height() - 1 - high)).red > 40) ++high;
+    return high;
+}
+
+TEST(Speana, ALouderBandHasAHigherBarAndItsMarkFallsAfterIt) {
+    SoundFrame sound;
+    for (int i = 0; i < sound.bands; ++i) sound.levels[static_cast<std::size_t>(i)] = 300 + i * 20;
+    Speana speana;
+    speana.draw(30, sound);
+    int last = 0;
+    for (int band = 0; band < sound.bands; ++band) {
+        const int high = BarHeight(speana.frame(), 2 + band * 4);
+        EXPECT_GE(high, last) << band;
+        last = high;
+    }
+    EXPECT_GT(last, 15);
+
+    const auto top = [&] {
+        for (int y = 0; y < 30; ++y) {
+            if (speana.frame().at(82, y) != Surface::ToPixel(PanelColors::kBack)) return y;
+        }
+        return 30;
+    };
+    const int mark = top();
+    for (int n = 0; n < 9; ++n) speana.draw(30, SoundFrame());
+    EXPECT_EQ(top(), mark);  // it stays for a while
+    EXPECT_LT(BarHeight(speana.frame(), 82), last);
+    for (int n = 0; n < 30; ++n) speana.draw(30, SoundFrame());
+    EXPECT_EQ(top(), 29);    // and is on the ground in the end
+}
+
+TEST(Speana, FinerAnalysisGivesMoreBars) {
+    const auto edges = [](int bands) {
+        const Surface frame = FrameOf(30, 1, bands);
+        int count = 0;
+        for (int x = 1; x < frame.width(); ++x) count += frame.at(x, 29) != frame.at(x - 1, 29);
+        return count;
+    };
+    EXPECT_GT(edges(42), edges(21));
+    EXPECT_NE(FrameOf(30, 1, 85), FrameOf(30, 1, 42));
+}
+
+TEST(Speana, StereoTracesShowTheirOwnChannel) {
+    SoundFrame sound;
+    for (std::size_t i = 0; i < sound.left.size(); ++i) sound.left[i] = static_cast<std::int16_t>(i % 60 < 30 ? 20000 : -20000);
+    Speana speana;
+    speana.draw(1, sound);
+    std::set<int> upper, lower;
+    for (int y = 0; y < 30; ++y) {
+        for (int x = 0; x < 85; ++x) {
+            if (speana.frame().at(x, y) != Surface::ToPixel(PanelColors::kBack)) (y < 15 ? upper : lower).insert(y);
+        }
+    }
+    EXPECT_GT(upper.size(), 8u);
+    EXPECT_EQ(lower, std::set<int>{22});  // the silent channel is a line
+}
+
+bool ShowsWord(const Surface& frame, const char* word) {
+    Surface mask(PixelTextWidth(word), kPixelTextHeight);
+    DrawPixelText(mask, {0, 0}, word, {255, 255, 255});
+    const int left = (frame.width() - mask.width()) / 2, top = (frame.height() - mask.height()) / 2;
+    std::set<Surface::Pixel> colors;
+    for (int y = 0; y < mask.height(); ++y) {
+        for (int x = 0; x < mask.width(); ++x) {
+            if (mask.at(x, y) != 0) colors.insert(frame.at(left + x, top + y));
+        }
+    }
+    return colors.size() == 1;
+}
+
+TEST(Speana, WordsGoThroughTheLastGroupNowAndThen) {
+    for (const bool loud : {false, true}) {
+        Speana speana, other;
+        int lucky = 0, fever = 0, elsewhere = 0;
+        for (int n = 0; n < 800; ++n) {
+            SoundFrame sound = SoundOf(n);
+            for (auto* side : {&sound.left, &sound.right}) {
+                for (auto& sample : *side) sample = static_cast<std::int16_t>(loud ? sample / 4 * 5 : sample / 5);
+            }
+            speana.draw(52, sound);
+            other.draw(42, sound);
+            lucky += ShowsWord(speana.frame(), "= LUCKY =");
+            fever += ShowsWord(speana.frame(), "= FEVER =");
+            elsewhere += ShowsWord(other.frame(), "= LUCKY =") || ShowsWord(other.frame(), "= FEVER =");
+        }
+        EXPECT_GT(loud ? fever : lucky, 40);
+        EXPECT_LT(loud ? fever : lucky, 200);
+        EXPECT_EQ(loud ? lucky : fever, 0);
+        EXPECT_EQ(elsewhere, 0);
+    }
+}
+
+TEST(Speana, TheColoursFollowTheSkinAndTheRecessStaysDark) {
+    for (const Color accent : {Color{255, 190, 128}, Color{32, 66, 146}, Color{128, 128, 128}, Color{0, 0, 0}}) {
+        const PanelColors colors(accent);
+        EXPECT_EQ(colors.shade(0), PanelColors::kBack);
+        const auto light = [](Color c) { return c.red + c.green + c.blue; };
+        int last = 0;
+        for (int i = 0; i < 256; i += 15) {
+            EXPECT_GE(light(colors.shade(i)), last) << i;
+            last = light(colors.shade(i));
+        }
+        EXPECT_GT(last, 600);  // a dark label colour does not make a dark picture
+    }
+    const PanelColors amber({255, 190, 128}), blue({32, 66, 146});
+    EXPECT_GT(amber.shade(150).red, amber.shade(150).blue);
+    EXPECT_GT(blue.shade(150).blue, blue.shade(150).red);
+}
+
+TEST(Speana, ClicksWalkThroughVariantsAndGroups) {
+    struct Case {
+        int view, variant, group;
+    };
+    for (const Case& c : {Case{0, 1, 10}, Case{9, 0, 10}, Case{37, 38, 40}, Case{59, 50, 0}, Case{60, 0, 0}, Case{-3, 0, 0}}) {
+        EXPECT_EQ(NextVariant(c.view), c.variant) << c.view;
+        EXPECT_EQ(NextGroup(c.view), c.group) << c.view;
+    }
+    std::set<int> seen;
+    for (int view = 0, n = 0; n < kPanelViews; ++n) {
+        seen.insert(view);
+        const int next = NextByItself(view);
+        EXPECT_NE(next / 10, view / 10);
+        view = next;
+    }
+    EXPECT_EQ(seen.size(), static_cast<std::size_t>(kPanelViews));
+}
+
+}  // namespace
+}  // namespace quenlox
