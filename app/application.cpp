@@ -1,5 +1,7 @@
 #include "app/application.h"
 
+#include <algorithm>
+#include <array>
 #include <ctime>
 #include <iterator>
 
@@ -36,6 +38,7 @@ Application::Application(const Services& services, std::string commandLine)
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
       release_(state_, services.vbmp3, engine_),
       convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
+      about_(services.dialogs, services.files, services.shell),
       panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
       settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
     engine_.onOpened = [this] {
@@ -74,7 +77,7 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.pollConverter = [this] { convert_.Timer7_Timer(); };
     connectConverter();
     top_.connect({&engine_, &monitor_, &pitch_, &volume_},
-                 {&list_, &options_, &tag_, &convert_, &equalizer_, &lyrics_, nullptr}, hooks);
+                 {&list_, &options_, &tag_, &convert_, &equalizer_, &lyrics_, &about_}, hooks);
 }
 
 Application::~Application() = default;
@@ -82,7 +85,7 @@ Application::~Application() = default;
 void Application::load() {
     top_.realise(services_.windows);
     for (Form* form : {static_cast<Form*>(&list_), static_cast<Form*>(&options_), static_cast<Form*>(&equalizer_),
-                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_), static_cast<Form*>(&convert_)}) {
+                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_), static_cast<Form*>(&convert_), static_cast<Form*>(&about_)}) {
         form->realiseWhenShown(services_.windows);
     }
     services_.vbmp3.vbmp3_init();
@@ -124,10 +127,28 @@ void Application::followOptions() {
         panel_.setBands(FormOpt::chosen(options_.FftOption));
     };
     options_.onPanelOptions();
+    options_.connect({&services_.dialogs, &services_.files, &services_.outputDevices});
+    options_.onDefaults = [this] { settings_.resetOptions(); };
+    options_.onPitch = [this] { pitch_.amountChanged(); };
+    options_.onListColumns = [this] { showListColumns(); };
     options_.onOutput = [this] {
         services_.vbmp3.vbmp3_setOutput(options_.outputDevice(), options_.HScrollBuffer.value());
     };
     options_.onOutput();
+}
+
+// The single column of the file-name mode, or all of them; without widths of their own those of a fresh start.
+void Application::showListColumns() {
+    constexpr std::array<int, FormList::kColumns> kOne{FormList::kWideColumn, 0, 0, 0, 0}, kAll{162, 113, 162, 40, 300};
+    const bool one = state_.ListType == 0 && !options_.listColumns();
+    std::array<int, FormList::kColumns> widths = list_.columnWidths(0);
+    if (one) {
+        widths = kOne;
+    } else if (widths == kOne) {
+        widths = kAll;
+    }
+    if (!one) widths[FormList::kTimeColumn] = options_.listTimeColumn() ? std::max(widths[FormList::kTimeColumn], kAll[FormList::kTimeColumn]) : 0;
+    list_.setColumnWidths(widths);
 }
 
 void Application::loadLibrary() {
@@ -139,6 +160,7 @@ void Application::loadLibrary() {
     tag_.fillGenres();
     std::int32_t encoderState = 0;
     encoderThere_ = services_.gogo.available() && services_.gogo.MPGE_getUnitStatesVB(encoderState) == 0;
+    about_.setVersions({kVersion, library.vbmp3_getVersion(), encoderThere_ ? services_.gogo.version() : ""});
 }
 
 void Application::openFirstFile() {

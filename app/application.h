@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "about/form_info.h"
 #include "app/global_state.h"
 #include "app/settings_file.h"
 #include "convert/form_conv.h"
@@ -17,6 +18,7 @@
 #include "platform/gogo.h"
 #include "platform/media_control.h"
 #include "platform/mixer.h"
+#include "platform/output_devices.h"
 #include "platform/random.h"
 #include "platform/shell.h"
 #include "platform/text_painter.h"
@@ -49,6 +51,7 @@ struct Services {
     Vbmp3& vbmp3;
     Gogo& gogo;
     Random& random;
+    OutputDevices& outputDevices;
 };
 
 class Application {
@@ -69,6 +72,7 @@ class Application {
     void unload();
     void loadLibrary();
     void followOptions();
+    void showListColumns();
     void connectConverter();
     void openFirstFile();
     void showHelp();
@@ -96,6 +100,7 @@ class Application {
     FormTag tag_;
     FileRelease release_;
     FormConv convert_;
+    FormInfo about_;
     PanelAnimation panel_;
     SettingsFile settings_;
 };

@@ -22,8 +22,9 @@ int main() {
     const auto painter = MakeTextPainter();
     const auto mediaControl = MakeMediaControl();
     const auto mixer = MakeMixer();
+    const auto outputDevices = MakeOutputDevices();
     const auto gogo = LoadGogo(folder);
-    Application application({*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, *gogo, random},
+    Application application({*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, *gogo, random, *outputDevices},
                             CommandLineText());
     application.load();
     return application.run();

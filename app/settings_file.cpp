@@ -83,6 +83,16 @@ void SettingsFile::loadEqualizer(const IniDocument& file) {
     }
 }
 
+void SettingsFile::resetOptions() {
+    for (const SettingsKey& key : SettingsKeys()) {
+        const std::string_view name = key.key;
+        const bool option = key.step == LoadStep::Options || key.step == LoadStep::ListType;
+        if (!option || name == "X" || name == "Y" || name == "ListType") continue;
+        if (key.readNumber) key.readNumber(windows_, key.number);
+        if (key.readText) key.readText(windows_, key.text);
+    }
+}
+
 bool SettingsFile::SaveSettings() {
     if (unreadable_) return false;
     // What somebody has put into the file meanwhile stays as well.

@@ -50,6 +50,8 @@ class SettingsFile {
     // Every key, in the order of the table; unknown keys and comments of the file stay. False when the file could not be
     // written, which leaves it as it was. A file that was there and could not be read is not touched.
     bool SaveSettings();
+    // The options of the options window as on a fresh start, in effect at once. The list mode counts at the next start.
+    void resetOptions();
 
   private:
     void loadEqualizer(const IniDocument& file);

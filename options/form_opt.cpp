@@ -4,6 +4,10 @@
 #include <utility>
 
 #include "app/global_state.h"
+#include "platform/dialogs.h"
+#include "platform/file_system.h"
+#include "platform/output_devices.h"
+#include "text/strings.h"
 
 namespace quenlox {
 
@@ -14,29 +18,89 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     LyricsOption.fill(*this, "LyricsOption", 0, 5);
     for (int i = 0; i <= 5; ++i) LyricsOption[i].onClick = [this, i] { state_.LyricsLine = i; };
     for (const int unused : {0, 2, 4}) LyricsOption[unused].setVisible(false);
+    for (int i = 0; i <= 2; ++i) QualityOption[i].setVisible(false);
     ComboSkinScale.setItems({{"等倍", 1}, {"2倍", 2}, {"3倍", 3}, {"4倍", 4}});
     ComboSkinScale.setListIndex(0);
     ComboDevice.setItems({{"既定のデバイス", -1}});
     ComboDevice.setListIndex(0);
 
-    const auto display = [this] {
-        if (onDisplayOptions) onDisplayOptions();
+    setCaptions();
+    const auto tell = [this](std::function<void()> FormOpt::*whom) {
+        return [this, whom] {
+            showFigures();
+            if (!listing_ && this->*whom) (this->*whom)();
+        };
     };
+    const auto display = tell(&FormOpt::onDisplayOptions), panel = tell(&FormOpt::onPanelOptions);
     for (CheckBox* box : {&CheckAnime, &CheckSpeana, &CheckPanel}) box->onClick = display;
     ComboSkinScale.onClick = display;
-    const auto panel = [this] {
-        if (onPanelOptions) onPanelOptions();
-    };
     HScrollSpeana.onChange = panel;
     for (int i = 0; i <= 2; ++i) FftOption[i].onClick = panel;
-    CheckLyrics.onClick = [this] {
-        if (onLyricsShown) onLyricsShown();
+    for (ScrollBar* bar : {&HScrollAnime, &HScrollSpeanaIntro, &HScrollIntro, &HScrollLyricsTime}) {
+        bar->onChange = [this] { showFigures(); };
+    }
+    CheckLyrics.onClick = tell(&FormOpt::onLyricsShown);
+    ComboDevice.onClick = HScrollBuffer.onChange = tell(&FormOpt::onOutput);
+    for (ScrollBar* bar : {&HScrollHiPitch, &HScrollLowPitch, &HScrollStepPitch}) bar->onChange = tell(&FormOpt::onPitch);
+    CheckListTime.onClick = CheckListTypeS.onClick = tell(&FormOpt::onListColumns);
+    ComboCdDrive.onClick = [this] {
+        if (!listing_) state_.DefaultCdDrive = ComboCdDrive.listIndex() <= 0 ? std::string() : ComboCdDrive.text();
     };
-    const auto output = [this] {
-        if (onOutput) onOutput();
-    };
-    ComboDevice.onClick = output;
-    HScrollBuffer.onChange = output;
+    CommandBmpDir.onClick = [this] { chooseFolder(TextBmpDir, "画像フォルダ"); };
+    CommandLyricsDir.onClick = [this] { chooseFolder(TextLyricsDir, "歌詞フォルダ"); };
+    CommandDefaults.onClick = [this] { CommandDefaults_Click(); };
+    CommandClose.onClick = [this] { hide(); };
+    showFigures();
+}
+
+void FormOpt::chooseFolder(TextBox& box, const std::string& title) {
+    if (!services_.dialogs) return;
+    if (const auto folder = services_.dialogs->chooseFolder(title, box.text())) box.setText(*folder);
+}
+
+void FormOpt::CommandDefaults_Click() {
+    if (!services_.dialogs || !services_.dialogs->confirm("すべてのオプションを初期設定に戻しますか？")) return;
+    if (onDefaults) onDefaults();
+    CheckListType.setValue(0);
+    ComboCdDrive.setListIndex(0);
+}
+
+// Devices and drives come and go, so they are listed anew with every opening of the window.
+void FormOpt::Form_Shown() {
+    listing_ = true;
+    listDevices();
+    listCdDrives();
+    listing_ = false;
+}
+
+void FormOpt::listDevices() {
+    if (!services_.devices) return;
+    const int chosenDevice = outputDevice();
+    std::vector<ComboBox::Item> items{{"既定のデバイス", -1}};
+    for (const std::string& name : services_.devices->names()) {
+        const int device = static_cast<int>(items.size()) - 1;
+        items.push_back({name.empty() ? "デバイス " + std::to_string(device) : name, device});
+    }
+    ComboDevice.setItems(std::move(items));
+    setOutputDevice(chosenDevice);
+}
+
+void FormOpt::listCdDrives() {
+    if (!services_.files) return;
+    std::vector<ComboBox::Item> items{{"自動", 0}};
+    for (const std::string& root : services_.files->drives()) {
+        if (services_.files->driveType(root) == DriveType::CdRom) items.push_back({root.substr(0, 2), 0});
+    }
+    ComboCdDrive.setItems(items);
+    ComboCdDrive.setListIndex(0);
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        if (EqualsNoCase(items[i].text, state_.DefaultCdDrive)) ComboCdDrive.setListIndex(static_cast<int>(i));
+    }
+}
+
+void FormOpt::Form_KeyDown(int key, int) {
+    constexpr int kEscape = 27;
+    if (key == kEscape) hide();
 }
 
 void FormOpt::setOutputDevice(int device) {

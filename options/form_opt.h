@@ -11,13 +11,29 @@
 
 namespace quenlox {
 
+class Dialogs;
+class FileSystem;
+class OutputDevices;
 struct GlobalState;
 
 class FormOpt : public Form, public OptionControls {
   public:
+    struct Services {
+        Dialogs* dialogs = nullptr;
+        FileSystem* files = nullptr;
+        OutputDevices* devices = nullptr;
+    };
+
     explicit FormOpt(GlobalState& state);
+    void connect(const Services& services) { services_ = services; }
+
+    TabStrip Tabs{*this, "Tabs", {"表示", "再生", "歌詞", "リスト・名前"}};
 
     // Panel and title.
+    Frame FrameMain{*this, "FrameMain"}, FrameSpeana{*this, "FrameSpeana"}, FrameBmp{*this, "FrameBmp"};
+    Label LabelScale{*this, "LabelScale"}, LabelAnime{*this, "LabelAnime"}, LabelSpeana{*this, "LabelSpeana"},
+        LabelIntroView{*this, "LabelIntroView"}, LabelFft{*this, "LabelFft"};
+    Label FigureAnime{*this, "FigureAnime"}, FigureSpeana{*this, "FigureSpeana"}, FigureIntroView{*this, "FigureIntroView"};
     CheckBox CheckAnime{*this, "CheckAnime"};                                   // "AnimeMode": the title text moves
     ScrollBar HScrollAnime{*this, "HScrollAnime", kHorizontal, 0, 10};          // "AnimeTime": 0 slow to 10 fast
     CheckBox CheckSpeana{*this, "CheckSpeana"};                                 // "SpeanaMode": display B is drawn
@@ -29,8 +45,19 @@ class FormOpt : public Form, public OptionControls {
     CheckBox CheckPanel{*this, "CheckPanel"};                                   // "PanelMode": the operation panel
     TextBox TextBmpDir{*this, "TextBmpDir"};                                    // "BmpDir": the picture folder
 
+    CommandButton CommandBmpDir{*this, "CommandBmpDir"};
+
     // Playing.
-    ControlArray<OptionButton> QualityOption;                                   // "Quality", 0 to 2
+    Frame FramePitch{*this, "FramePitch"}, FramePlay{*this, "FramePlay"}, FrameOutput{*this, "FrameOutput"},
+        FrameVolume{*this, "FrameVolume"};
+    Label LabelHiPitch{*this, "LabelHiPitch"}, LabelLowPitch{*this, "LabelLowPitch"}, LabelStepPitch{*this, "LabelStepPitch"},
+        LabelCd{*this, "LabelCd"}, LabelDevice{*this, "LabelDevice"},
+        LabelBuffer{*this, "LabelBuffer"};
+    Label FigureHiPitch{*this, "FigureHiPitch"}, FigureLowPitch{*this, "FigureLowPitch"}, FigureStepPitch{*this, "FigureStepPitch"},
+        FigureIntro{*this, "FigureIntro"}, FigureBuffer{*this, "FigureBuffer"};
+    ComboBox ComboCdDrive{*this, "ComboCdDrive"};                               // "defCdDrv", the drives with a disc tray
+    ControlArray<OptionButton> QualityOption;                                   // "Quality", 0 to 2: kept for the file,
+                                                                                // the library has one quality
     ScrollBar HScrollHiPitch{*this, "HScrollHiPitch", kHorizontal, 101, 200};   // "HiPitch", percent
     ScrollBar HScrollLowPitch{*this, "HScrollLowPitch", kHorizontal, 50, 99};   // "LowPitch", percent
     ScrollBar HScrollStepPitch{*this, "HScrollStepPitch", kHorizontal, 2, 16};  // "StepPitch": the speed is
@@ -44,6 +71,9 @@ class FormOpt : public Form, public OptionControls {
     ScrollBar HScrollBuffer{*this, "HScrollBuffer", kHorizontal, 50, 2000};     // "OutputBuffer", milliseconds
 
     // Lyrics.
+    Frame FrameLyrics{*this, "FrameLyrics"}, FrameSources{*this, "FrameSources"};
+    Label LabelLines{*this, "LabelLines"}, LabelFont{*this, "LabelFont"}, LabelLyricsTime{*this, "LabelLyricsTime"},
+        LabelLyricsDir{*this, "LabelLyricsDir"}, FigureLyricsTime{*this, "FigureLyricsTime"};
     CheckBox CheckLyrics{*this, "CheckLyrics"};                                 // "DispLyrics": the lyrics window
     CheckBox CheckLyricsSelf{*this, "CheckLyricsSelf"};                         // "LyricsSelf"
     ScrollBar HScrollLyricsTime{*this, "HScrollLyricsTime", kHorizontal, -50, 50};  // "LyricsTime"
@@ -55,7 +85,11 @@ class FormOpt : public Form, public OptionControls {
     CheckBox CheckLyricsSecond{*this, "CheckLyricsSecond"};                     // "LyricsColor2": the skin's second colour
     TextBox TextLyricsDir{*this, "TextLyricsDir"};                              // "LyricsDir"
 
+    CommandButton CommandLyricsDir{*this, "CommandLyricsDir"};
+
     // Lists and names.
+    Frame FrameList{*this, "FrameList"}, FrameReName{*this, "FrameReName"};
+    Label LabelTokens{*this, "LabelTokens"}, LabelCase{*this, "LabelCase"}, LabelForbidden{*this, "LabelForbidden"};
     CheckBox CheckReName{*this, "CheckReName"};                                 // "ReName": texts told from file names
     TextBox TextReName{*this, "TextReName"};                                    // "ReNameS": the format of file names
     CheckBox CheckListType{*this, "CheckListType"};                             // "ListType", counts at the next start
@@ -63,11 +97,17 @@ class FormOpt : public Form, public OptionControls {
     CheckBox CheckListTime{*this, "CheckListTime"};                             // "ListTime": the playing-time column
     CheckBox CheckDelList{*this, "CheckDelList"};                               // "DelList"
 
+    CommandButton CommandDefaults{*this, "CommandDefaults"};
+    CommandButton CommandClose{*this, "CommandClose"};
+
     // Told after a change, by the user or from code.
     std::function<void()> onDisplayOptions;  // title animation, display B, operation panel, scale of the skin
     std::function<void()> onPanelOptions;    // speed of display B, analysis
     std::function<void()> onLyricsShown;
     std::function<void()> onOutput;          // device or buffer
+    std::function<void()> onPitch;           // one of the amounts
+    std::function<void()> onListColumns;
+    std::function<void()> onDefaults;        // every option shall get the value of a fresh start
 
     // Chooses the button with the index; one that does not exist leaves the choice as it was.
     static void choose(ControlArray<OptionButton>& options, int index);
@@ -116,11 +156,24 @@ class FormOpt : public Form, public OptionControls {
     void allowSpectrum(bool allowed) override;
     void allowLyricsWindowChoices(bool allowed) override;
 
+    void CommandDefaults_Click();
+    void chooseFolder(TextBox& box, const std::string& title);
+
+    void Form_Shown() override;
+    void Form_KeyDown(int key, int shift) override;
     void Form_Unload(bool& cancel) override;
+    Layout layout() override;
 
   private:
     static constexpr auto kHorizontal = ScrollBar::Direction::Horizontal;
+    void setCaptions();
+    void showFigures();
+    void listDevices();
+    void listCdDrives();
+
     GlobalState& state_;
+    Services services_;
+    bool listing_ = false;  // a list is being filled: its choice is not the user's
 };
 
 }  // namespace quenlox

@@ -39,6 +39,13 @@ void PitchControl::Double() {
     vbmp3_.vbmp3_setStepPitch(on ? options_.stepPitch() : kNormalStep, kStepBase);
 }
 
+void PitchControl::amountChanged() {
+    if (!state_.playedByVbmp3()) return;
+    if (state_.PitchMode == kHighPitch) vbmp3_.vbmp3_setPitch(options_.highPitch());
+    if (state_.PitchMode == kLowPitch) vbmp3_.vbmp3_setPitch(options_.lowPitch());
+    if (state_.PitchMode == kStepPitch) vbmp3_.vbmp3_setStepPitch(options_.stepPitch(), kStepBase);
+}
+
 void PitchControl::Undo() {
     if (state_.PitchMode == kStepPitch) vbmp3_.vbmp3_setStepPitch(kNormalStep, kStepBase);
     if (state_.PitchMode == kHighPitch || state_.PitchMode == kLowPitch) vbmp3_.vbmp3_setPitch(kNormalPercent);

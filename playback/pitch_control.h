@@ -16,6 +16,7 @@ class PitchControl {
     void High();
     void Low();
     void Double();
+    void amountChanged();  // the user has moved an amount: heard at once when it is in use
     void Undo();  // back to normal, as a stop does it
 
   private:

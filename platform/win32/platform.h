@@ -9,6 +9,7 @@
 #include "platform/gogo.h"
 #include "platform/media_control.h"
 #include "platform/mixer.h"
+#include "platform/output_devices.h"
 #include "platform/shell.h"
 #include "platform/text_painter.h"
 #include "platform/vbmp3.h"
@@ -22,6 +23,7 @@ std::unique_ptr<Dialogs> MakeDialogs();
 std::unique_ptr<FileSystem> MakeFileSystem();
 std::unique_ptr<MediaControl> MakeMediaControl();
 std::unique_ptr<Mixer> MakeMixer();
+std::unique_ptr<OutputDevices> MakeOutputDevices();
 std::unique_ptr<Shell> MakeShell();
 
 // Loads vbmp3.dll from `folder`. Null when it is not there or lacks an operation.

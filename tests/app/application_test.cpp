@@ -9,6 +9,7 @@
 #include "tests/fakes/fake_gogo.h"
 #include "tests/fakes/fake_media_control.h"
 #include "tests/fakes/fake_mixer.h"
+#include "tests/fakes/fake_output_devices.h"
 #include "tests/fakes/fake_random.h"
 #include "tests/fakes/fake_shell.h"
 #include "tests/fakes/fake_text_painter.h"
@@ -22,7 +23,7 @@ class ApplicationTest : public ::testing::Test {
   protected:
     void start(const std::string& commandLine = "") {
         application = std::make_unique<Application>(
-            Services{windows, painter, dialogs, files, mci, mixer, shell, vbmp3, gogo, random}, commandLine);
+            Services{windows, painter, dialogs, files, mci, mixer, shell, vbmp3, gogo, random, devices}, commandLine);
         application->load();
     }
     GlobalState& state() { return application->state(); }
@@ -49,6 +50,7 @@ class ApplicationTest : public ::testing::Test {
     FakeVbmp3 vbmp3;
     FakeGogo gogo;
     FakeRandom random;
+    FakeOutputDevices devices;
     std::unique_ptr<Application> application;
 };
 

@@ -199,6 +199,81 @@ TEST(SettingsFile, StoredValuesAreTakenAsTheRulesOfEachKeySay) {
     }
 }
 
+TEST(SettingsFile, EveryControlOfTheOptionsIsWrittenUnderItsKeyAndFilledFromIt) {
+    const auto check = [](CheckBox FormOpt::*box) {
+        return [box](FormOpt& opt) { (opt.*box).setValue(1 - (opt.*box).value()); };
+    };
+    const auto slide = [](ScrollBar FormOpt::*bar, int value) { return [bar, value](FormOpt& opt) { (opt.*bar).setValue(value); }; };
+    const auto choose = [](ControlArray<OptionButton> FormOpt::*group, int index) {
+        return [group, index](FormOpt& opt) { (opt.*group)[index].setValue(true); };
+    };
+    const auto type = [](TextBox FormOpt::*box) { return [box](FormOpt& opt) { (opt.*box).setText("D:\\曲 1"); }; };
+    struct Case {
+        const char* key;
+        std::function<void(FormOpt&)> change;
+        const char* saved;
+        const char* section = "Option";
+    };
+    const Case cases[] = {
+        {"AnimeMode", check(&FormOpt::CheckAnime), "1"},
+        {"AnimeTime", slide(&FormOpt::HScrollAnime, 7), "7"},
+        {"SpeanaMode", check(&FormOpt::CheckSpeana), "1"},
+        {"SpeanaTime", slide(&FormOpt::HScrollSpeana, 3), "3"},
+        {"SpeanaIntro", slide(&FormOpt::HScrollSpeanaIntro, 15), "30"},
+        {"Fft", choose(&FormOpt::FftOption, 2), "2"},
+        {"Quality", choose(&FormOpt::QualityOption, 1), "1"},
+        {"HiPitch", slide(&FormOpt::HScrollHiPitch, 144), "144"},
+        {"LowPitch", slide(&FormOpt::HScrollLowPitch, 66), "66"},
+        {"StepPitch", slide(&FormOpt::HScrollStepPitch, 9), "9"},
+        {"IntroPlay", check(&FormOpt::CheckIntro), "1"},
+        {"IntroTime", slide(&FormOpt::HScrollIntro, 25), "25"},
+        {"Volume", choose(&FormOpt::VolumeOption, 1), "1"},
+        {"Gapless", check(&FormOpt::CheckGapless), "0"},
+        {"OutputBuffer", slide(&FormOpt::HScrollBuffer, 800), "800"},
+        {"OutputDevice", [](FormOpt& opt) { opt.setOutputDevice(2); }, "2"},
+        {"SkinScale", [](FormOpt& opt) { opt.ComboSkinScale.setListIndex(2); }, "3"},
+        {"DispLyrics", check(&FormOpt::CheckLyrics), "0"},
+        {"LyricsSelf", check(&FormOpt::CheckLyricsSelf), "1"},
+        {"LyricsTime", slide(&FormOpt::HScrollLyricsTime, -12), "-12"},
+        {"LyricsLine", choose(&FormOpt::LyricsOption, 3), "3"},
+        {"LyricsMain", check(&FormOpt::CheckLyricsMain), "1"},
+        {"TimeTag", check(&FormOpt::CheckTimeTag), "1"},
+        {"LyricsDir", type(&FormOpt::TextLyricsDir), "D:\\曲 1"},
+        {"Font", type(&FormOpt::TextLyricsFont), "D:\\曲 1", "Lyrics"},
+        {"BmpDir", type(&FormOpt::TextBmpDir), "D:\\曲 1"},
+        {"PanelMode", check(&FormOpt::CheckPanel), "1"},
+        {"ReName", check(&FormOpt::CheckReName), "1"},
+        {"ReNameS", type(&FormOpt::TextReName), "D:\\曲 1"},
+        {"ListType", check(&FormOpt::CheckListType), "1"},
+        {"ListTypeS", check(&FormOpt::CheckListTypeS), "1"},
+        {"ListTime", check(&FormOpt::CheckListTime), "0"},
+        {"DelList", check(&FormOpt::CheckDelList), "1"},
+    };
+    for (const Case& c : cases) {
+        FakeFileSystem files;
+        std::string fresh;
+        {
+            Program run(files);
+            run.settings.LoadSettings();
+            run.settings.SaveSettings();
+            fresh = files.bytesOf(kPath);
+            c.change(run.opt);
+            run.settings.SaveSettings();
+        }
+        const auto saved = [&] { return IniDocument::Parse(files.bytesOf(kPath)).find(c.section, c.key); };
+        EXPECT_EQ(saved(), c.saved) << c.key;
+        Program next(files);
+        next.settings.LoadSettings();
+        next.settings.SaveSettings();
+        EXPECT_EQ(saved(), c.saved) << c.key << " after another run";
+        // And the way back to a fresh start.
+        next.settings.resetOptions();
+        next.opt.CheckListType.setValue(0);
+        next.settings.SaveSettings();
+        EXPECT_EQ(saved(), IniDocument::Parse(fresh).find(c.section, c.key)) << c.key << " put back";
+    }
+}
+
 TEST(SettingsFile, ColumnsFollowTheModeOfTheLists) {
     struct Case {
         const char* options;

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "app/global_state.h"
+#include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_file_system.h"
+#include "tests/fakes/fake_output_devices.h"
 
 namespace quenlox {
 namespace {
@@ -40,6 +43,125 @@ TEST(FormOpt, ADeviceThatIsNotListedIsKept) {
     options.setOutputDevice(-1);
     EXPECT_EQ(options.outputDevice(), -1);
     EXPECT_EQ(options.ComboDevice.items().size(), 2u);
+}
+
+TEST(FormOpt, TheFigureBesideASliderSaysWhatItsValueMeans) {
+    GlobalState state;
+    FormOpt options(state);
+    struct Case {
+        ScrollBar& slider;
+        const Label& figure;
+        int value;
+        const char* text;
+    };
+    const Case cases[] = {
+        {options.HScrollHiPitch, options.FigureHiPitch, 130, "130%"},
+        {options.HScrollLowPitch, options.FigureLowPitch, 80, "80%"},
+        {options.HScrollStepPitch, options.FigureStepPitch, 6, "2.0倍"},
+        {options.HScrollStepPitch, options.FigureStepPitch, 2, "1.2倍"},
+        {options.HScrollIntro, options.FigureIntro, 10, "10秒"},
+        {options.HScrollSpeanaIntro, options.FigureIntroView, 0, "しない"},
+        {options.HScrollSpeanaIntro, options.FigureIntroView, 15, "30秒ごと"},
+        {options.HScrollBuffer, options.FigureBuffer, 250, "250ms"},
+        {options.HScrollLyricsTime, options.FigureLyricsTime, -12, "-1.2秒"},
+        {options.HScrollLyricsTime, options.FigureLyricsTime, 0, "0.0秒"},
+        {options.HScrollLyricsTime, options.FigureLyricsTime, 5, "+0.5秒"},
+    };
+    for (const Case& c : cases) {
+        c.slider.setValue(c.slider.maximum());
+        c.slider.setValue(c.value);
+        EXPECT_EQ(c.figure.caption(), c.text) << c.slider.name();
+    }
+}
+
+TEST(FormOpt, WhatIsChosenIsToldToWhomItConcernsAtOnce) {
+    GlobalState state;
+    FormOpt options(state);
+    std::string told;
+    options.onDisplayOptions = [&] { told = "display"; };
+    options.onPanelOptions = [&] { told = "panel"; };
+    options.onLyricsShown = [&] { told = "lyrics"; };
+    options.onOutput = [&] { told = "output"; };
+    options.onPitch = [&] { told = "pitch"; };
+    options.onListColumns = [&] { told = "columns"; };
+    struct Case {
+        const char* whom;
+        std::function<void()> change;
+    };
+    const Case cases[] = {
+        {"display", [&] { options.CheckAnime.setValue(1); }},  {"display", [&] { options.CheckSpeana.setValue(1); }},
+        {"display", [&] { options.CheckPanel.setValue(1); }},  {"display", [&] { options.setSkinScale(3); }},
+        {"panel", [&] { options.HScrollSpeana.setValue(4); }}, {"panel", [&] { options.FftOption[2].setValue(true); }},
+        {"lyrics", [&] { options.CheckLyrics.setValue(1); }},  {"output", [&] { options.setOutputDevice(3); }},
+        {"output", [&] { options.HScrollBuffer.setValue(600); }}, {"pitch", [&] { options.HScrollHiPitch.setValue(150); }},
+        {"pitch", [&] { options.HScrollLowPitch.setValue(60); }}, {"pitch", [&] { options.HScrollStepPitch.setValue(9); }},
+        {"columns", [&] { options.CheckListTime.setValue(1); }},  {"columns", [&] { options.CheckListTypeS.setValue(1); }},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        told.clear();
+        cases[i].change();
+        EXPECT_EQ(told, cases[i].whom) << i;
+    }
+}
+
+struct Opened {
+    GlobalState state;
+    FakeDialogs dialogs;
+    FakeFileSystem files;
+    FakeOutputDevices devices;
+    FormOpt options{state};
+
+    Opened() { options.connect({&dialogs, &files, &devices}); }
+};
+
+TEST(FormOpt, DevicesAndDrivesAreListedWithEveryOpening) {
+    Opened o;
+    o.devices.list = {"Speakers", "", "USB"};
+    o.files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::Removable}, {"F:\\", DriveType::CdRom}};
+    o.state.DefaultCdDrive = "f:";
+    o.options.setOutputDevice(2);
+    int told = 0;
+    o.options.onOutput = [&] { ++told; };
+    o.options.Form_Shown();
+    EXPECT_EQ(o.options.ComboDevice.text(), "USB");
+    EXPECT_EQ(o.options.ComboDevice.items()[2].text, "デバイス 1");
+    EXPECT_EQ(o.options.ComboCdDrive.items().size(), 3u);
+    EXPECT_EQ(o.options.ComboCdDrive.text(), "F:");
+    EXPECT_EQ(o.state.DefaultCdDrive, "f:");
+    EXPECT_EQ(told, 0);  // to list is not to choose
+
+    o.options.ComboCdDrive.setListIndex(1);
+    EXPECT_EQ(o.state.DefaultCdDrive, "D:");
+    o.options.ComboCdDrive.setListIndex(0);
+    EXPECT_EQ(o.state.DefaultCdDrive, "");
+
+    o.devices.list = {"Speakers"};  // the chosen one has been pulled out, and is waited for
+    o.options.Form_Shown();
+    EXPECT_EQ(o.options.outputDevice(), 2);
+}
+
+TEST(FormOpt, AFolderIsTakenFromItsDialogAndKeptWhenThatIsCancelled) {
+    Opened o;
+    o.dialogs.folderAnswers = {"D:\\歌詞", std::nullopt};
+    o.options.CommandLyricsDir.click();
+    EXPECT_EQ(o.options.lyricsFolder(), "D:\\歌詞");
+    o.options.CommandLyricsDir.click();
+    EXPECT_EQ(o.options.lyricsFolder(), "D:\\歌詞");
+    o.dialogs.folderAnswers = {"D:\\絵"};
+    o.options.CommandBmpDir.click();
+    EXPECT_EQ(o.options.pictureFolder(), "D:\\絵");
+}
+
+TEST(FormOpt, TheDefaultsComeBackOnlyAfterAYes) {
+    Opened o;
+    int resets = 0;
+    o.options.onDefaults = [&] { ++resets; };
+    o.dialogs.confirms = {false, true};
+    o.options.CommandDefaults.click();
+    EXPECT_EQ(resets, 0);
+    o.options.CommandDefaults.click();
+    EXPECT_EQ(resets, 1);
+    EXPECT_EQ(o.dialogs.questions.size(), 2u);
 }
 
 TEST(FormOpt, TheUserOnlyHidesIt) {

@@ -1,0 +1,66 @@
+#include "about/form_info.h"
+
+#include "platform/dialogs.h"
+#include "platform/file_system.h"
+#include "platform/shell.h"
+#include "text/paths.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kEscape = 27;
+
+}  // namespace
+
+FormInfo::FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell)
+    : Form("FormInfo", Kind::Dialog), dialogs_(dialogs), files_(files), shell_(shell) {
+    setCaption("バージョン情報");
+    LabelName.setCaption("Quenlox");
+    LabelName.setFont({"ＭＳ Ｐゴシック", 20, true});
+    LabelLicence.setCaption("使用しているライブラリとライセンスは、licencesフォルダにあります。");
+    CommandLicence.setCaption("ライセンス(&L)");
+    CommandHelp.setCaption("ヘルプ(&H)");
+    CommandClose.setCaption("閉じる");
+    CommandClose.isDefault = true;
+    CommandLicence.onClick = [this] { CommandLicence_Click(); };
+    CommandHelp.onClick = [this] { CommandHelp_Click(); };
+    CommandClose.onClick = [this] { hide(); };
+}
+
+void FormInfo::setVersions(const Versions& versions) {
+    LabelVersion.setCaption("Ver " + versions.program);
+    LabelVbmp3.setCaption("VBMP3.dll  Ver " + versions.vbmp3);
+    LabelGogo.setCaption(versions.gogo.empty() ? "gogo.dll  見つかりません" : "gogo.dll  Ver " + versions.gogo);
+}
+
+void FormInfo::open(const std::string& name, bool there, const std::string& whenMissing) {
+    const std::string path = JoinPath(files_.programFolder(), name);
+    if (!there || !shell_.openInBrowser(path)) dialogs_.message(whenMissing, MessageIcon::Warning);
+}
+
+void FormInfo::CommandLicence_Click() {
+    open("licences", files_.folderExists(JoinPath(files_.programFolder(), "licences")), "licencesフォルダが見つかりません");
+}
+
+void FormInfo::CommandHelp_Click() {
+    open("Quenlox.html", files_.fileExists(JoinPath(files_.programFolder(), "Quenlox.html")), "Quenlox.htmlが見つかりません");
+}
+
+void FormInfo::Form_KeyDown(int key, int) {
+    if (key == kEscape) hide();
+}
+
+void FormInfo::Form_Unload(bool& cancel) {
+    cancel = true;
+    hide();
+}
+
+Layout FormInfo::layout() {
+    constexpr int kButton = 64, kHeight = 14;
+    return Column({Item(LabelName, 220, 24), Item(LabelVersion, 220), Space(0, 4), Item(LabelVbmp3, 220), Item(LabelGogo, 220), Space(0, 4),
+                   Item(LabelLicence, 240), Space(0, 4),
+                   Row({Item(CommandLicence, kButton, kHeight), Item(CommandHelp, kButton, kHeight), Space(0, 0, 1),
+                        Item(CommandClose, kButton, kHeight)})});
+}
+
+}  // namespace quenlox

@@ -1,0 +1,95 @@
+// What the options window looks like: captions, the figures beside the sliders, four tabs.
+#include <string>
+
+#include "options/form_opt.h"
+
+namespace quenlox {
+namespace {
+
+constexpr int kName = 70, kFigure = 44, kButtonWidth = 72, kButtonHeight = 14;
+
+std::string Tenths(int tenths) { return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10); }
+
+}  // namespace
+
+void FormOpt::setCaptions() {
+    setCaption("オプション");
+    const struct {
+        Control& control;
+        const char* caption;
+    } captions[] = {
+        {FrameMain, "メイン画面"}, {LabelScale, "表示倍率"}, {CheckPanel, "操作パネルモード"},
+        {CheckAnime, "タイトルアニメーション"}, {LabelAnime, "動く速さ"},
+        {FrameSpeana, "オシロ・スペアナ"}, {CheckSpeana, "オシロ・スペアナを表示する"}, {LabelSpeana, "動く速さ"},
+        {LabelIntroView, "表示の自動切替"}, {LabelFft, "スペアナの帯域"}, {FftOption[0], "21"}, {FftOption[1], "42"},
+        {FftOption[2], "85"}, {FrameBmp, "画像フォルダ"}, {CommandBmpDir, "参照..."},
+        {FramePitch, "ピッチ・速度"}, {LabelHiPitch, "音程を上げる"}, {LabelLowPitch, "音程を下げる"}, {LabelStepPitch, "速度変更"},
+        {FramePlay, "再生"}, {CheckIntro, "イントロ再生"}, {CheckGapless, "曲間をあけずに次の曲を再生する"},
+        {LabelCd, "CDドライブ"}, {FrameOutput, "出力"}, {LabelDevice, "デバイス"}, {LabelBuffer, "バッファ"},
+        {FrameVolume, "音量バーで変える音量"}, {VolumeOption[0], "マスター音量だけ"}, {VolumeOption[1], "WAVE・MIDI・CDの音量も"},
+        {FrameLyrics, "歌詞の表示"}, {CheckLyrics, "歌詞ウィンドウを表示する"}, {LabelLines, "表示する行数"},
+        {LyricsOption[1], "1行"}, {LyricsOption[3], "3行"}, {LyricsOption[5], "5行"}, {LabelFont, "フォント"},
+        {CheckTimeTag, "タイムタグも表示する"}, {CheckLyricsSelf, "タイムタグのない歌詞も曲に合わせて送る"},
+        {LabelLyricsTime, "表示のタイミング"}, {FrameSources, "歌詞の取得"}, {CheckLyricsMain, "歌詞ファイルよりLyrics3を優先する"},
+        {LabelLyricsDir, "歌詞フォルダ"}, {CommandLyricsDir, "参照..."},
+        {FrameList, "プレイリスト"}, {CheckListType, "ﾌﾟﾚｲﾘｽﾄをﾀｸﾞ情報取得ﾓｰﾄﾞにする(要再起動)"},
+        {CheckListTypeS, "ファイル名表示でも項目に分ける"}, {CheckListTime, "演奏時間を表示する"},
+        {CheckDelList, "再生できないファイルをリストから外す"},
+        {FrameReName, "ﾌｧｲﾙ名変換の標準書式"}, {CheckReName, "ﾌｧｲﾙ名変換の標準書式でﾀｸﾞ情報を推定"},
+        {LabelTokens, "*T ＝ タイトル　*N ＝ アーティスト名\r\n*B ＝ アルバム名　*G ＝ ジャンル"},
+        {LabelCase, "半角で大文字小文字の区別なし。拡張子は不要。"},
+        {LabelForbidden, "\\ / : , ; ? \" < > | はWindowsの制限により使用不可。"},
+        {CommandDefaults, "初期設定に戻す(&R)"}, {CommandClose, "閉じる"},
+    };
+    for (const auto& [control, caption] : captions) control.setCaption(caption);
+}
+
+void FormOpt::showFigures() {
+    const auto speed = [](const ScrollBar& bar) { return std::to_string(bar.value()); };
+    FigureAnime.setCaption(speed(HScrollAnime));
+    FigureSpeana.setCaption(speed(HScrollSpeana));
+    const int seconds = HScrollSpeanaIntro.value() * 2;
+    FigureIntroView.setCaption(seconds == 0 ? "しない" : std::to_string(seconds) + "秒ごと");
+    FigureHiPitch.setCaption(std::to_string(HScrollHiPitch.value()) + "%");
+    FigureLowPitch.setCaption(std::to_string(HScrollLowPitch.value()) + "%");
+    FigureStepPitch.setCaption(Tenths(10 + (HScrollStepPitch.value() - 1) * 2) + "倍");
+    FigureIntro.setCaption(std::to_string(HScrollIntro.value()) + "秒");
+    FigureBuffer.setCaption(std::to_string(HScrollBuffer.value()) + "ms");
+    const int tenths = HScrollLyricsTime.value();
+    FigureLyricsTime.setCaption((tenths > 0 ? "+" : tenths < 0 ? "-" : "") + Tenths(tenths < 0 ? -tenths : tenths) + "秒");
+}
+
+Layout FormOpt::layout() {
+    const auto slider = [](Control& name, Control& bar, Control& figure) {
+        return Row({Item(name, kName), Item(bar, 110, 10, 1), Item(figure, kFigure)});
+    };
+    const Layout display = Column(
+        {Group(FrameMain, Column({Row({Item(LabelScale, kName), Item(ComboSkinScale, 60)}), Item(CheckPanel), Item(CheckAnime),
+                                  slider(LabelAnime, HScrollAnime, FigureAnime)})),
+         Group(FrameSpeana, Column({Item(CheckSpeana), slider(LabelSpeana, HScrollSpeana, FigureSpeana),
+                                    slider(LabelIntroView, HScrollSpeanaIntro, FigureIntroView),
+                                    Row({Item(LabelFft, kName), Item(FftOption[0], 40), Item(FftOption[1], 40), Item(FftOption[2], 40)})})),
+         Group(FrameBmp, Row({Item(TextBmpDir, 150, 0, 1), Item(CommandBmpDir, 44, kButtonHeight)}))});
+    const Layout play = Column(
+        {Group(FramePitch, Column({slider(LabelHiPitch, HScrollHiPitch, FigureHiPitch), slider(LabelLowPitch, HScrollLowPitch, FigureLowPitch),
+                                   slider(LabelStepPitch, HScrollStepPitch, FigureStepPitch)})),
+         Group(FramePlay, Column({slider(CheckIntro, HScrollIntro, FigureIntro), Item(CheckGapless),
+                                  Row({Item(LabelCd, kName), Item(ComboCdDrive, 60)})})),
+         Group(FrameOutput, Column({Row({Item(LabelDevice, kName), Item(ComboDevice, 150, 0, 1)}), slider(LabelBuffer, HScrollBuffer, FigureBuffer)})),
+         Group(FrameVolume, Row({Item(VolumeOption[0], 90), Item(VolumeOption[1], 120)}))});
+    const Layout lyrics = Column(
+        {Group(FrameLyrics, Column({Item(CheckLyrics),
+                                    Row({Item(LabelLines, kName), Item(LyricsOption[1], 40), Item(LyricsOption[3], 40), Item(LyricsOption[5], 40)}),
+                                    Row({Item(LabelFont, kName), Item(TextLyricsFont, 130, 0, 1)}), Item(CheckTimeTag), Item(CheckLyricsSelf),
+                                    slider(LabelLyricsTime, HScrollLyricsTime, FigureLyricsTime)})),
+         Group(FrameSources, Column({Item(CheckLyricsMain), Row({Item(LabelLyricsDir, 56), Item(TextLyricsDir, 110, 0, 1),
+                                                                 Item(CommandLyricsDir, 44, kButtonHeight)})}))});
+    const Layout lists = Column(
+        {Group(FrameList, Column({Item(CheckListType), Item(CheckListTypeS), Item(CheckListTime), Item(CheckDelList)})),
+         Group(FrameReName, Column({Item(TextReName, 200), Item(LabelTokens, 230, 20), Item(LabelCase, 230), Item(LabelForbidden, 230),
+                                    Item(CheckReName)}))});
+    return Column({Pages(Tabs, {display, play, lyrics, lists}, 1),
+                   Row({Item(CommandDefaults, kButtonWidth, kButtonHeight), Space(0, 0, 1), Item(CommandClose, kButtonWidth, kButtonHeight)})});
+}
+
+}  // namespace quenlox
