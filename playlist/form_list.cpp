@@ -91,7 +91,11 @@ void FormList::makeViews() {
         view.onKeyDown = [this](int key, int shift) { PlayView_KeyDown(key, shift); };
         view.onFilesDropped = [this](const std::vector<std::string>& dropped) { PlayView_FilesDropped(dropped); };
         view.onRowsDragged = [this](int before) { PlayView_RowsDragged(before); };
-        view.onSelectionChange = [this] { showStatus(); };
+        // A range of many rows comes row by row; the status line waits for the next tick.
+        view.onSelectionChange = [this] {
+            statusStale_ = true;
+            updateTimer();
+        };
     }
 }
 

@@ -53,7 +53,8 @@ void NativeListView::changed(Property property) {
             showRowCount();
             break;
         case Property::Selection:
-            showSelection();
+            if (!takingRow_) showSelection();
+            ++selectionChanges_;
             break;
         case Property::Value:
             showFocus();
@@ -159,7 +160,23 @@ void NativeListView::takeItemChange(const NMLISTVIEW& change) {
     if ((change.uNewState & LVIS_FOCUSED) && !(change.uOldState & LVIS_FOCUSED)) view_.setFocusedRow(change.iItem);
     if (!alive() || !selectionChanged) return;
     shown_[row] = now;
+    // Of a range the window may tell every single row: no look at all the others for each of them, unless a handler
+    // has changed more than that row.
+    const int before = selectionChanges_;
+    takingRow_ = true;
     view_.setSelected(change.iItem, now);
+    takingRow_ = false;
+    if (alive() && selectionChanges_ > before + 1) showSelection();
+}
+
+// Drawing between the rows of a long range takes seconds.
+LRESULT NativeListView::withoutDrawing(UINT message, WPARAM w, LPARAM l) {
+    send(WM_SETREDRAW, FALSE);
+    const LRESULT result = DefSubclassProc(window(), message, w, l);
+    if (!alive()) return result;
+    send(WM_SETREDRAW, TRUE);
+    InvalidateRect(window(), nullptr, FALSE);
+    return result;
 }
 
 void NativeListView::takeRange(const NMLVODSTATECHANGE& change) {
@@ -289,7 +306,8 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
         }
         case WM_LBUTTONDOWN: {
             // The list view chooses the row first; it returns when the button is up or a drag has begun.
-            const LRESULT result = DefSubclassProc(window(), message, w, l);
+            const LRESULT result =
+                (w & MK_SHIFT) ? withoutDrawing(message, w, l) : DefSubclassProc(window(), message, w, l);
             if (alive() && view_.onMouseDown) view_.onMouseDown(1, ShiftState(), {GET_X_LPARAM(l), GET_Y_LPARAM(l)});
             return result;
         }
@@ -298,6 +316,7 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
                 view_.selectAll(true);
                 return 0;
             }
+            if ((w == VK_HOME || w == VK_END) && (ShiftState() & 1)) return withoutDrawing(message, w, l);
             return {};
         case WM_NOTIFY: {
             const auto& header = *reinterpret_cast<const NMHDR*>(l);

@@ -29,6 +29,7 @@ class NativeListView : public NativeControl {
     void showRowCount();
     void showSelection();
     void showFocus();
+    LRESULT withoutDrawing(UINT message, WPARAM w, LPARAM l);
     void takeItemChange(const NMLISTVIEW& change);
     void takeRange(const NMLVODSTATECHANGE& change);
     void takeColumnWidth(const NMHEADERW& change);
@@ -41,6 +42,8 @@ class NativeListView : public NativeControl {
     ListView& view_;
     std::vector<ListView::Column> columns_;  // as the window has them
     std::vector<bool> shown_;                // which rows of the window are selected
+    bool takingRow_ = false;      // the window has told the change of one row
+    int selectionChanges_ = 0;
     OwnedFont bold_;
     NativeListDrag drag_;
 };

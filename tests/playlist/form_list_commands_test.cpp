@@ -173,7 +173,7 @@ TEST(FormListCommands, DroppedFoldersListsAndFilesAreAddedInTheirOrder) {
 
 TEST(FormListCommands, AddingAHugeFolderAnswersAndCanBeCancelled) {
     ListWindow window;
-    for (int i = 0; i < 3000; ++i) window.files.add("D:\\m\\" + std::to_string(i) + ".mp3");
+    for (int i = 0; i < 3000; ++i) window.files.all.push_back({"D:\\m\\" + std::to_string(i) + ".mp3", {}, false});
     window.files.enumerationDelay = std::chrono::microseconds(200);
     std::string status;
     window.windows.onPump = [&] {

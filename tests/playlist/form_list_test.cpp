@@ -135,6 +135,7 @@ TEST(FormListWindow, ShowsCountSelectionAndTotalTime) {
     window.finishWork();
     EXPECT_EQ(window.form.LabelStatus.caption(), "3曲　合計 1:15:00");
     window.select("xx.");
+    window.finishWork();
     EXPECT_EQ(window.form.LabelStatus.caption(), "3曲（2曲を選択）　合計 1:15:00");
     window.form.menuDelete_Click();
     EXPECT_EQ(window.form.LabelStatus.caption(), "1曲　合計 0:25:00");
