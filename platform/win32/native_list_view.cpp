@@ -13,6 +13,7 @@ constexpr DWORD kStyle = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELAL
 constexpr DWORD kExtendedStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
 // From so many changed rows on the list is not drawn between them.
 constexpr std::size_t kManyRows = 32;
+constexpr int kLongRange = 1000;
 
 }  // namespace
 
@@ -169,6 +170,12 @@ void NativeListView::takeItemChange(const NMLISTVIEW& change) {
     if (alive() && selectionChanges_ > before + 1) showSelection();
 }
 
+// True for what may select or release a long range of rows.
+bool NativeListView::selectsMany(UINT message, WPARAM w) const {
+    if (view_.selectedCount() >= kLongRange) return true;
+    return message == WM_KEYDOWN ? (w == VK_HOME || w == VK_END) && (ShiftState() & 1) : (w & MK_SHIFT) != 0;
+}
+
 // Drawing between the rows of a long range takes seconds.
 LRESULT NativeListView::withoutDrawing(UINT message, WPARAM w, LPARAM l) {
     send(WM_SETREDRAW, FALSE);
@@ -306,8 +313,7 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
         }
         case WM_LBUTTONDOWN: {
             // The list view chooses the row first; it returns when the button is up or a drag has begun.
-            const LRESULT result =
-                (w & MK_SHIFT) ? withoutDrawing(message, w, l) : DefSubclassProc(window(), message, w, l);
+            const LRESULT result = selectsMany(message, w) ? withoutDrawing(message, w, l) : DefSubclassProc(window(), message, w, l);
             if (alive() && view_.onMouseDown) view_.onMouseDown(1, ShiftState(), {GET_X_LPARAM(l), GET_Y_LPARAM(l)});
             return result;
         }
@@ -316,7 +322,11 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
                 view_.selectAll(true);
                 return 0;
             }
-            if ((w == VK_HOME || w == VK_END) && (ShiftState() & 1)) return withoutDrawing(message, w, l);
+            if (selectsMany(message, w)) return withoutDrawing(message, w, l);
+            return {};
+        case WM_LBUTTONUP:
+        case WM_RBUTTONDOWN:
+            if (selectsMany(message, w)) return withoutDrawing(message, w, l);
             return {};
         case WM_NOTIFY: {
             const auto& header = *reinterpret_cast<const NMHDR*>(l);
