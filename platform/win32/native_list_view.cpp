@@ -34,6 +34,14 @@ void NativeListView::makeBoldFont() {
     bold_.reset(CreateFontIndirectW(&look));
 }
 
+// Only what is on the screen: the window would look at every row of the range.
+void NativeListView::redrawRows() {
+    const auto top = static_cast<int>(send(LVM_GETTOPINDEX));
+    const int first = std::max(view_.firstChanged(), top);
+    const int last = std::min(view_.lastChanged(), top + static_cast<int>(send(LVM_GETCOUNTPERPAGE)));
+    if (first <= last) send(LVM_REDRAWITEMS, static_cast<WPARAM>(first), static_cast<LPARAM>(last));
+}
+
 int NativeListView::scaled(int pixelsAt96) const { return MulDiv(pixelsAt96, static_cast<int>(dialog().dpi()), 96); }
 
 Size NativeListView::wish() const { return {horizontal(180), vertical(100)}; }
@@ -61,7 +69,7 @@ void NativeListView::changed(Property property) {
             showFocus();
             break;
         case Property::Picture:
-            send(LVM_REDRAWITEMS, static_cast<WPARAM>(view_.firstChanged()), static_cast<LPARAM>(view_.lastChanged()));
+            redrawRows();
             break;
         case Property::Scroll:
             send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(view_.rowToShow()), LPARAM{FALSE});

@@ -29,6 +29,7 @@ class NativeListView : public NativeControl {
     void showRowCount();
     void showSelection();
     void showFocus();
+    void redrawRows();
     bool selectsMany(UINT message, WPARAM w) const;
     LRESULT withoutDrawing(UINT message, WPARAM w, LPARAM l);
     void takeItemChange(const NMLISTVIEW& change);

@@ -215,3 +215,28 @@ def test_the_window_keeps_its_columns_and_closing_hides_it(s):
     settings = (s.dir / "program" / "Quenlox.ini").read_bytes().decode("cp932")
     for line in (f"ColumnTitle={wider}", "ListNo=2", "Show=0"):
         assert line in settings, line
+
+
+def test_a_hundred_thousand_rows_are_selected_sorted_and_deleted(s):
+    count, get_count, get_selected, ensure_visible = 100000, 0x1004, 0x1032, 0x1013
+    content = "#ListA\r\n" + "".join(f"Z:\\none\\{i:06}\\{count - i:06}.mp3\r\n" for i in range(count))
+    program, top, window = start(s, music(s), content)
+    list_view = view(window)
+    s.equal(list_view.send(get_count), count, "rows")
+    list_view.send(ensure_visible, count - 1, 0)
+    list_view.click_item(count - 3)
+    s.driver.keys("ctrl+a")
+    s.wait_until(lambda: list_view.send(get_selected) == count, 5, "all are selected")
+    list_view.send(ensure_visible, count // 2, 0)
+    list_view.click_item(count // 2)
+    s.wait_until(lambda: list_view.send(get_selected) == 1, 5, "one is selected")
+    s.driver.keys("shift+end")
+    s.wait_until(lambda: list_view.send(get_selected) == count // 2, 5, "half of them are selected")
+    s.driver.keys("delete")
+    s.wait_until(lambda: list_view.send(get_count) == count // 2, 5, "half of them have gone")
+    header(window, 4)
+    s.pause(0.6)  # two clicks, not a double click
+    header(window, 4)
+    s.wait_until(lambda: list_view.items(0, 1)[0][4].endswith("\\050001.mp3"), 5, "the last path comes first")
+    end(s, program, top)
+    s.equal(len(lists_on_disk(s)), count // 2 + 2, "lines of the list file")
