@@ -29,7 +29,7 @@ void FormOpt::setCaptions() {
         {FrameVolume, "音量バーで変える音量"}, {VolumeOption[0], "マスター音量だけ"}, {VolumeOption[1], "WAVE・MIDI・CDの音量も"},
         {FrameLyrics, "歌詞の表示"}, {CheckLyrics, "歌詞ウィンドウを表示する"}, {LabelLines, "表示する行数"},
         {LyricsOption[1], "1行"}, {LyricsOption[3], "3行"}, {LyricsOption[5], "5行"}, {LabelFont, "フォント"},
-        {CheckTimeTag, "タイムタグも表示する"}, {CheckLyricsSelf, "タイムタグのない歌詞も曲に合わせて送る"},
+        {CheckTimeTag, "タイムタグも表示する"}, {CheckLyricsBold, "太字で表示する"}, {CheckLyricsSecond, "スキンの第2歌詞色を使う"}, {CheckLyricsSelf, "タイムタグのない歌詞も曲に合わせて送る"},
         {LabelLyricsTime, "表示のタイミング"}, {FrameSources, "歌詞の取得"}, {CheckLyricsMain, "歌詞ファイルよりLyrics3を優先する"},
         {LabelLyricsDir, "歌詞フォルダ"}, {CommandLyricsDir, "参照..."},
         {FrameList, "プレイリスト"}, {CheckListType, "ﾌﾟﾚｲﾘｽﾄをﾀｸﾞ情報取得ﾓｰﾄﾞにする(要再起動)"},
@@ -80,7 +80,7 @@ Layout FormOpt::layout() {
     const Layout lyrics = Column(
         {Group(FrameLyrics, Column({Item(CheckLyrics),
                                     Row({Item(LabelLines, kName), Item(LyricsOption[1], 40), Item(LyricsOption[3], 40), Item(LyricsOption[5], 40)}),
-                                    Row({Item(LabelFont, kName), Item(TextLyricsFont, 130, 0, 1)}), Item(CheckTimeTag), Item(CheckLyricsSelf),
+                                    Row({Item(LabelFont, kName), Item(TextLyricsFont, 130, 0, 1)}), Row({Item(CheckTimeTag), Item(CheckLyricsBold)}), Item(CheckLyricsSecond), Item(CheckLyricsSelf),
                                     slider(LabelLyricsTime, HScrollLyricsTime, FigureLyricsTime)})),
          Group(FrameSources, Column({Item(CheckLyricsMain), Row({Item(LabelLyricsDir, 56), Item(TextLyricsDir, 110, 0, 1),
                                                                  Item(CommandLyricsDir, 44, kButtonHeight)})}))});
