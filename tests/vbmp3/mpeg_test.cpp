@@ -250,6 +250,9 @@ TEST(Mpeg, FileTypeFlagsTellContainerAndTags)
 // 2^-14 at most. The reference is the decoder's plain arithmetic in floats, without any processor's extensions.
 TEST(Mpeg, SamplesAreFullyAccurate)
 {
+#ifdef _WIN32
+    GTEST_SKIP() << "libmpg123 for Windows is built without the plain decoder that this compares with";
+#endif
     const Bytes file = mp3File(44100, 2, music(44100, 2, 100000), {.bitRate = 192, .infoFrame = false});
     const auto sound = readAll(*openBytes(file));
 
@@ -266,7 +269,7 @@ TEST(Mpeg, SamplesAreFullyAccurate)
     while (true) {
         const int result = mpg123_read(reference, to + total, expected.size() * 4 - total, &done);
         total += done;
-        if (result != MPG123_OK && result != MPG123_NEW_FORMAT)
+        if ((result != MPG123_OK && result != MPG123_NEW_FORMAT) || (result == MPG123_OK && done == 0))
             break;
     }
     mpg123_delete(reference);

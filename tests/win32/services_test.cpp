@@ -201,8 +201,12 @@ struct Popups : Desk {
         presser = std::thread([keys = std::move(keys)] {
             HWND menu = nullptr;
             for (int i = 0; i < 500 && !menu; ++i) {
-                menu = FindWindowW(L"#32768", nullptr);
-                if (menu && !IsWindowVisible(menu)) menu = nullptr;
+                // Only a menu of this process: another test may have one open on the same desktop.
+                while ((menu = FindWindowExW(nullptr, menu, L"#32768", nullptr)) != nullptr) {
+                    DWORD owner = 0;
+                    GetWindowThreadProcessId(menu, &owner);
+                    if (owner == GetCurrentProcessId() && IsWindowVisible(menu)) break;
+                }
                 Sleep(10);
             }
             for (const WORD key : keys) {

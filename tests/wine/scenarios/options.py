@@ -44,7 +44,7 @@ def test_every_tab_shows_its_controls(s):
     form = open_options(s, window)
     tabs = form.control(class_name="SysTabControl32")
     seen = []
-    for name, at in zip(TABS, (20, 60, 100, 150)):
+    for name, at in zip(TABS, (28, 82, 136, 200)):
         tabs.click(at, 10)
         s.pause(0.6)
         s.screenshot(f"options-{name}", form)
@@ -88,6 +88,8 @@ def test_the_panel_moves_with_the_sound_and_clicks_change_its_view(s):
 
 def test_an_option_acts_at_once_and_is_kept(s):
     folder = s.fresh_product("acts")
+    # Beside the options window, not under it.
+    (folder / "Quenlox.ini").write_bytes(b"[Main]\r\nX=750\r\nY=7200\r\n")
     program, window = start(s, folder=folder)
     width = window.place[2]
     form = open_options(s, window)
