@@ -31,7 +31,8 @@ std::span<const int16_t> trimmed(std::span<const int16_t> samples, int channels,
 // Workers decode sections in any order, at most a few ahead; the caller's thread writes them in theirs.
 class SectionDecode {
 public:
-    SectionDecode(const MpegSections& sections, int threads) : sections_(sections), list_(sections.sections())
+    SectionDecode(const MpegSections& sections, int threads)
+        : sections_(sections), list_(sections.sections()), ahead_(2 * size_t(std::max(threads, 0)) + 1)
     {
         for (int i = 0; i < threads; ++i)
             workers_.emplace_back([this] { work(); });
@@ -76,8 +77,7 @@ private:
         std::unique_lock lock(mutex_);
         std::vector<int16_t> samples;
         for (;;) {
-            const size_t ahead = 2 * workers_.size() + 1;
-            changed_.wait(lock, [&] { return stop_ || failed_ || next_ >= list_.size() || next_ < taken_ + ahead; });
+            changed_.wait(lock, [&] { return stop_ || failed_ || next_ >= list_.size() || next_ < taken_ + ahead_; });
             if (stop_ || failed_ || next_ >= list_.size())
                 return;
             const size_t number = next_++;
@@ -102,6 +102,7 @@ private:
 
     const MpegSections& sections_;
     const std::vector<MpegSection>& list_;
+    const size_t ahead_; // sections that may wait to be written
     std::mutex mutex_;
     std::condition_variable changed_;
     size_t next_ = 0;
