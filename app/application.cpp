@@ -89,10 +89,13 @@ void Application::load() {
         form->realiseWhenShown(services_.windows);
     }
     services_.vbmp3.vbmp3_init();
+    const bool firstStart = !services_.files.fileExists(settings_.path());
     settings_.LoadSettings();
     followOptions();
     top_.LoadSkinNamed(state_.SkinName);
     top_.setScale(options_.skinScale());
+    // Nobody has placed a window yet, and this one comes up by itself: it begins below the main window and not on it.
+    if (firstStart) lyrics_.move(lyrics_.left(), top_.top() + top_.height());
     volume_.open();
     loadLibrary();
     top_.ListSkins();
