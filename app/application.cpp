@@ -162,8 +162,8 @@ void Application::loadLibrary() {
     library.vbmp3_setSeekPlay(kSeekPlay);
     tag_.fillGenres();
     std::int32_t encoderState = 0;
-    encoderThere_ = services_.gogo.available() && services_.gogo.MPGE_getUnitStatesVB(encoderState) == 0;
-    about_.setVersions({kVersion, library.vbmp3_getVersion(), encoderThere_ ? services_.gogo.version() : ""});
+    const bool encoderThere = services_.gogo.available() && services_.gogo.MPGE_getUnitStatesVB(encoderState) == 0;
+    about_.setVersions({kVersion, library.vbmp3_getVersion(), encoderThere ? services_.gogo.version() : ""});
 }
 
 void Application::openFirstFile() {

@@ -81,7 +81,6 @@ class Application {
     Services services_;
     std::string commandLine_;
     std::string helpFile_;
-    bool encoderThere_ = false;
 
     GlobalState state_;
     SplitValues splitValues_;
