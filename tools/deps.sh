@@ -7,6 +7,8 @@
 # are those of the installed -dev packages: the native tests and the product use the same ones.
 set -euo pipefail
 shopt -s inherit_errexit
+set -E
+trap 'echo "deps: failed at line $LINENO of ${BASH_SOURCE[0]}: $BASH_COMMAND" >&2' ERR
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 source "$root/tools/deps/common.sh"
 source "$root/tools/deps/source.sh"

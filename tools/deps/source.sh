@@ -42,8 +42,10 @@ dsc_files() {
 
 # fetch_source APT_DIR STORE PACKAGE VERSION : the checked files of a source package in STORE; prints the .dsc's path
 fetch_source() {
-    local apt=$1 store=$2/$3_${4//:/%} package=$3 version=$4 dsc
-    dsc=$(find "$store" -maxdepth 1 -name '*.dsc' 2>/dev/null | head -n 1)
+    local apt=$1 store=$2/$3_${4//:/%} package=$3 version=$4 dsc=
+    if [ -d "$store" ]; then
+        dsc=$(find "$store" -maxdepth 1 -name '*.dsc')
+    fi
     if [ -z "$dsc" ]; then
         private_apt "$apt"
         local work="$store.part.$$"
@@ -56,7 +58,7 @@ fetch_source() {
             find "$work" -name '*.dsc' | grep -q . ||
             (cd "$work" && APT_CONFIG="$apt/apt.conf" apt-get -q source --download-only --only-source "$package") \
                 >>"$work/apt.log" 2>&1 || true
-        dsc=$(find "$work" -maxdepth 1 -name '*.dsc' | head -n 1)
+        dsc=$(find "$work" -maxdepth 1 -name '*.dsc')
         if [ -z "$dsc" ] || ! (cd "$work" && dsc_files "$dsc" | sha256sum --check --quiet - >&2); then
             { echo "deps: could not fetch the source of $package $version"; cat "$work/apt.log"; } >&2
             return 1
