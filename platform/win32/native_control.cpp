@@ -64,11 +64,16 @@ void NativeControl::changed(Property property) {
 
 void NativeControl::place(HDWP* moves) {
     const Rect& to = control_.bounds();
-    constexpr UINT kFlags = SWP_NOZORDER | SWP_NOACTIVATE;
+    RECT from{};
+    GetWindowRect(window_, &from);
+    MapWindowPoints(nullptr, dialog_.handle(), reinterpret_cast<POINT*>(&from), 2);
+    // A control that goes elsewhere is drawn anew: what stands at its old place may be another one by then.
+    const UINT copy = from.left == to.left && from.top == to.top ? 0u : UINT{SWP_NOCOPYBITS};
+    const UINT flags = SWP_NOZORDER | SWP_NOACTIVATE | copy;
     if (moves && *moves) {
-        *moves = DeferWindowPos(*moves, window_, nullptr, to.left, to.top, to.width, to.height, kFlags);
+        *moves = DeferWindowPos(*moves, window_, nullptr, to.left, to.top, to.width, to.height, flags);
     } else {
-        SetWindowPos(window_, nullptr, to.left, to.top, to.width, to.height, kFlags);
+        SetWindowPos(window_, nullptr, to.left, to.top, to.width, to.height, flags);
     }
 }
 
