@@ -181,10 +181,7 @@ void Application::openFirstFile() {
 
 void Application::showHelp() {
     const std::string guide = JoinPath(services_.files.programFolder(), "Quenlox.html");
-    if (services_.files.fileExists(guide)) {
-        services_.shell.openInBrowser(guide);
-        return;
-    }
+    if (services_.files.fileExists(guide) && services_.shell.openInBrowser(guide)) return;
     services_.shell.WinHelp(top_, helpFile_, kHelpContext, kHelpContextData);
 }
 

@@ -1,5 +1,6 @@
 # Target `stage`: assembles the folder that a user gets, build/quenlox, from whatever of it is built. A user's settings and
-# lists in that folder stay; skins are replaced whole, so that a file that left a package leaves the folder too.
+# lists in that folder stay; skins and the pictures of the guide are replaced whole, so that a file that left a package
+# leaves the folder too.
 set(QUENLOX_STAGE ${PROJECT_SOURCE_DIR}/build/quenlox)
 set(product_targets)
 foreach(target Quenlox vbmp3 gogo)
@@ -15,12 +16,13 @@ foreach(package ${packages})
   get_filename_component(skin ${package} DIRECTORY)
   install(DIRECTORY skins/${package}/ DESTINATION skin/${skin} COMPONENT product)
 endforeach()
-install(FILES packaging/help/Quenlox.html DESTINATION . COMPONENT product OPTIONAL)
+install(FILES packaging/help/Quenlox.html DESTINATION . COMPONENT product)
+install(DIRECTORY docs/pictures/ DESTINATION help COMPONENT product)
 install(FILES LICENSE THIRD-PARTY.md DESTINATION licences COMPONENT product)
 install(DIRECTORY ${QUENLOX_DEPS}/licences/ DESTINATION licences COMPONENT product)
 
 add_custom_target(stage
-  COMMAND ${CMAKE_COMMAND} -E rm -rf ${QUENLOX_STAGE}/skin
+  COMMAND ${CMAKE_COMMAND} -E rm -rf ${QUENLOX_STAGE}/skin ${QUENLOX_STAGE}/help
   COMMAND ${CMAKE_COMMAND} --install ${CMAKE_BINARY_DIR} --prefix ${QUENLOX_STAGE} --component product --strip
           > ${CMAKE_BINARY_DIR}/stage.log
   COMMENT "Assembling ${QUENLOX_STAGE}" VERBATIM)

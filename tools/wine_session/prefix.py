@@ -25,6 +25,8 @@ _REGISTRY = {
     r"HKEY_CURRENT_USER\Control Panel\Desktop": {
         "FontSmoothing": "2", "FontSmoothingType": 1, "FontSmoothingGamma": 1400},
     r"HKEY_CURRENT_USER\Software\Wine\WineDbg": {"ShowCrashDialog": 0},
+    # Pages go to the browser of the machine: Wine's own engine for them is left out.
+    r"HKEY_LOCAL_MACHINE\Software\Classes\.html": {"": "htmlfile"},
 }
 _WINE_FONTS = pathlib.Path("/usr/share/wine/fonts")
 # Large files that nobody writes to are shared between copies of a prefix by hard links.
@@ -48,7 +50,7 @@ def registry_text(keys):
 
     lines = ["Windows Registry Editor Version 5.00"]
     for key, values in keys.items():
-        lines += ["", f"[{key}]"] + [f'"{name}"={value(v)}' for name, v in values.items()]
+        lines += ["", f"[{key}]"] + [(f'"{name}"' if name else "@") + f"={value(v)}" for name, v in values.items()]
     return ("\r\n".join(lines) + "\r\n").encode("utf-16")
 
 
