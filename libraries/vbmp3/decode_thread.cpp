@@ -14,9 +14,10 @@ DecodeThread::DecodeThread(PlayerState& state) : state_(state), thread_([this] {
 
 DecodeThread::~DecodeThread() { thread_.join(); }
 
+// Decodes until a second is there, then sleeps until half of it has gone.
 bool DecodeThread::hasRoom() const
 {
-    return track_ && !state_.decodedAll && state_.queuedFrames < track_->sampleRate;
+    return track_ && !state_.decodedAll && !state_.queueFull;
 }
 
 void DecodeThread::run()
@@ -57,6 +58,7 @@ void DecodeThread::decodeBlock(std::unique_lock<std::mutex>& lock)
             state_.outputWork.wake();
         state_.queue.push_back(std::move(block));
         state_.queuedFrames += int64_t(frames);
+        state_.queueFull = state_.queuedFrames >= track_->sampleRate;
         return;
     }
     if (state_.next && !state_.nextTaken) {

@@ -1,5 +1,5 @@
-// Where the sound goes: a device, a clock that swallows it in time, or the memory of a test. Every method is called on the
-// output thread alone and returns at once.
+// Where the sound goes: a device, a clock that swallows it in time, or the memory of a test. Every method is called on one
+// thread. For a device that is a thread of its own (device_thread.h), since its calls may take long or never return.
 #pragma once
 
 #include <cstdint>

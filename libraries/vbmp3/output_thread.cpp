@@ -7,8 +7,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int kTickMs = 20;
-constexpr auto kRetryInterval = std::chrono::seconds(2);
+// A device wakes when it wants more; the clock does not.
+constexpr int kDeviceTickMs = 500;
+constexpr int kLongestTickMs = 100;
+// How far the position runs on by itself.
+constexpr int kSightMs = 150;
+constexpr auto kOpenAheadPatience = std::chrono::milliseconds(150); // of the buffer that is being heard meanwhile
+// From the clock back to the device; longer each time that it did not help.
+constexpr auto kFirstRetry = std::chrono::seconds(2);
+constexpr auto kLastRetry = std::chrono::seconds(64);
+constexpr int kMostLeftBehind = 3;
 // A device says that everything was heard when it has left for the mixer of the system; closed at once, it would
 // lose its last moment.
 constexpr auto kLinger = std::chrono::milliseconds(150);
@@ -18,7 +26,7 @@ constexpr auto kLinger = std::chrono::milliseconds(150);
 OutputThread::OutputThread(PlayerState& state, OutputSystem system, const SoundSettings& sound, Tap& tap,
                            std::function<void(int)> notify)
     : state_(state), system_(std::move(system)), sound_(sound), tap_(tap), notify_(std::move(notify)),
-      thread_([this] { run(); })
+      retryAfter_(kFirstRetry), thread_([this] { run(); })
 {
 }
 
@@ -39,16 +47,25 @@ void OutputThread::run()
         std::this_thread::sleep_until(retiredUntil_);
 }
 
-// Milliseconds to sleep: to the next look at the position, or exactly to the end of the sound.
+// Milliseconds to sleep: until the sound's end or the next track is heard, at the latest until it is time to look.
 int OutputThread::waitTime()
 {
     if (retired_ && Clock::now() >= retiredUntil_)
         retired_.reset();
+    if (active_ && !output_) // lost: the next order says how it goes on
+        return 0;
     if (active_ && !paused_) {
-        if (!drained_)
-            return kTickMs;
-        const int64_t left = (written_ - output_->played()) * 1000 / chain_->sampleRate();
-        return int(std::clamp<int64_t>(left, 1, kTickMs));
+        const bool device = output_->audible();
+        const int tick = device ? kDeviceTickMs : std::clamp(settings_.bufferMs / 3, 10, kLongestTickMs);
+        int64_t next = INT64_MAX;
+        if (!boundaries_.empty())
+            next = boundaries_.front().outputFrame - outputBase_;
+        else if (drained_ && !device)
+            next = written_;
+        if (next == INT64_MAX)
+            return tick;
+        const int64_t left = (next - output_->played()) * 1000 / chain_->sampleRate() + 1;
+        return int(std::clamp<int64_t>(left, device ? 10 : 1, tick));
     }
     return retired_ ? int(kLinger.count()) : -1;
 }
@@ -68,7 +85,8 @@ bool OutputThread::takeOrder()
         const std::lock_guard lock(state_.mutex);
         if (state_.quit)
             return false;
-        order = {state_.generation, state_.active, state_.paused, state_.current, state_.startFrame, state_.output};
+        order = {state_.generation, state_.awaited == state_.generation, state_.active, state_.paused, state_.current,
+                 state_.startFrame, state_.output};
     }
     if (order.generation != generation_)
         begin(order);
@@ -90,13 +108,9 @@ void OutputThread::begin(const Order& order)
     OutputError error = OutputError::None;
     active_ = order.active;
     if (active_) {
+        if (order.awaited && DeviceThread::leftBehind() == 0)
+            avoidDevice_ = false;
         error = prepareOutput(order.track->sampleRate, order.settings);
-        if (error != OutputError::None && resuming_) {
-            // Nobody waits for an answer: the sound that ran before goes on silently.
-            avoidDevice_ = true;
-            error = prepareOutput(order.track->sampleRate, order.settings);
-        }
-        resuming_ = false;
         active_ = error == OutputError::None;
     }
     if (active_) {
@@ -109,11 +123,24 @@ void OutputThread::begin(const Order& order)
         boundaries_.clear();
     }
     ahead_.reset();
-    const std::lock_guard lock(state_.mutex);
-    state_.outputGeneration = std::max(state_.outputGeneration, order.generation);
-    state_.outputError = error;
-    state_.deviceLost = avoidDevice_;
-    state_.answered.notify_all();
+    const bool silent = active_ && !output_->audible();
+    const bool tell = silent && hadDevice_;
+    if (active_)
+        hadDevice_ = !silent;
+    {
+        const std::lock_guard lock(state_.mutex);
+        if (error != OutputError::None && state_.awaited != generation_ && state_.generation == generation_) {
+            // Nobody waits for the answer: what was to be heard goes on silently.
+            avoidDevice_ = true;
+            state_.newGeneration();
+        }
+        state_.outputGeneration = std::max(state_.outputGeneration, order.generation);
+        state_.outputError = error;
+        state_.deviceLost = silent;
+        state_.answered.notify_all();
+    }
+    if (tell)
+        notify_(VBMP3_EVENT_DEVICE_LOST);
 }
 
 OutputError OutputThread::prepareOutput(int sampleRate, const OutputSettings& settings)
@@ -128,12 +155,12 @@ OutputError OutputThread::prepareOutput(int sampleRate, const OutputSettings& se
     settings_ = settings;
     if (!avoidDevice_) {
         OutputError error = OutputError::None;
-        output_ = openDevice(sampleRate, settings, error);
+        output_ = openDevice(sampleRate, settings, error, system_.patience);
         if (output_ || error == OutputError::Busy)
             return error;
     }
     // Without a device time passes all the same, so that a player runs.
-    retryAt_ = Clock::now() + kRetryInterval;
+    retryAt_ = Clock::now() + retryAfter_;
     output_ = wrapped(makeClockOutput());
     return output_->open(sampleRate, settings, state_.outputWork);
 }
@@ -143,17 +170,44 @@ std::unique_ptr<Output> OutputThread::wrapped(std::unique_ptr<Output> output) co
     return output && system_.wrap ? system_.wrap(std::move(output)) : std::move(output);
 }
 
-std::unique_ptr<Output> OutputThread::openDevice(int sampleRate, const OutputSettings& settings, OutputError& error)
+std::unique_ptr<Output> OutputThread::openDevice(int sampleRate, const OutputSettings& settings, OutputError& error,
+                                                 std::chrono::milliseconds patience)
 {
+    moved_ = false;
     for (;;) {
-        auto output = wrapped(system_.make());
-        error = output ? output->open(sampleRate, settings, state_.outputWork) : OutputError::NoDevice;
+        std::unique_ptr<Output> device = DeviceThread::leftBehind() < kMostLeftBehind ? system_.make() : nullptr;
+        error = OutputError::NoDevice;
+        if (!device)
+            return nullptr;
+        auto output = std::make_unique<DeviceThread>(std::move(device), system_.patience);
+        output->open(sampleRate, settings, state_.outputWork);
+        error = waitForDevice(*output, patience);
         if (error == OutputError::None)
-            return output;
+            return wrapped(std::move(output));
         if (error != OutputError::Busy || !retired_)
             return nullptr;
         retired_.reset(); // a device that only one may have
     }
+}
+
+// A newer order ends the wait.
+OutputError OutputThread::waitForDevice(const DeviceThread& device, std::chrono::milliseconds patience)
+{
+    const Clock::time_point limit = Clock::now() + patience;
+    std::optional<OutputError> result;
+    while (!(result = device.opened())) {
+        {
+            const std::lock_guard lock(state_.mutex);
+            if (state_.quit || state_.generation != generation_)
+                break;
+        }
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(limit - Clock::now()).count();
+        if (left <= 0)
+            break;
+        state_.outputWork.wait(int(left));
+    }
+    state_.outputWork.wake(); // what woke us may have been meant for later
+    return result.value_or(OutputError::NoDevice);
 }
 
 void OutputThread::startTrack(const TrackPtr& track, int64_t frame)
@@ -210,7 +264,10 @@ bool OutputThread::fetch()
             block = std::move(state_.queue.front());
             state_.queue.pop_front();
             state_.queuedFrames -= int64_t(block.samples.size() / 2);
-            state_.decodeWork.notify_one();
+            if (state_.queueFull && state_.queuedFrames < block.track->sampleRate / 2) {
+                state_.queueFull = false;
+                state_.decodeWork.notify_one();
+            }
         }
         all = state_.decodedAll;
     }
@@ -220,7 +277,7 @@ bool OutputThread::fetch()
         waitingSamples_ = std::move(block.samples);
         OutputError ignored = OutputError::None; // is opened at the change when it cannot be opened beside the other
         if (!avoidDevice_ && output_->audible())
-            ahead_ = openDevice(waiting_->sampleRate, settings_, ignored);
+            ahead_ = openDevice(waiting_->sampleRate, settings_, ignored, kOpenAheadPatience);
     }
     if (!block.track) {
         if (!all && !waiting_)
@@ -245,31 +302,59 @@ bool OutputThread::fetch()
 
 void OutputThread::observe()
 {
-    if (output_->lost())
-        return restartHere(true);
+    const bool audible = output_->audible();
+    const bool lost = output_->lost();
     const int64_t played = output_->played();
     const int64_t heard = outputBase_ + played;
+    if (lost) {
+        output_.reset(); // leaves it behind when it hangs
+        avoidDevice_ = !moved_ || DeviceThread::leftBehind() > 0;
+        return restartAt(heard);
+    }
+    if (audible && played > 0) {
+        moved_ = true;
+        retryAfter_ = kFirstRetry;
+    }
     while (!boundaries_.empty() && boundaries_.front().outputFrame <= heard) {
         const TrackPtr track = boundaries_.front().track;
         boundaries_.pop_front();
         crossInto(track);
     }
-    const TrackPosition position = chain_->position(heard);
-    {
-        const std::lock_guard lock(state_.mutex);
-        if (state_.generation != generation_)
-            return;
-        if (state_.current && position.track == state_.current->id)
-            state_.heardFrame = std::max<int64_t>(0, int64_t(position.frame));
-        state_.heardOutputFrame = heard;
-    }
+    tellHeard(heard);
     if (drained_ && played >= written_)
         return waiting_ ? changeRate() : end();
-    if (!output_->audible() && Clock::now() >= retryAt_) {
-        retryAt_ = Clock::now() + kRetryInterval;
-        if (system_.count() > 0)
-            restartHere(false);
+    if (!audible && Clock::now() >= retryAt_) {
+        retryAt_ = Clock::now() + retryAfter_;
+        if (system_.count() > 0 && DeviceThread::leftBehind() == 0) {
+            retryAfter_ = std::min(2 * retryAfter_, kLastRetry);
+            avoidDevice_ = false;
+            restartAt(heard);
+        }
     }
+}
+
+// Where the sound is, and how it goes on until the next look.
+void OutputThread::tellHeard(int64_t outputFrame)
+{
+    const int rate = chain_->sampleRate();
+    int64_t limit = std::min(outputFrame + int64_t(rate) * kSightMs / 1000, outputBase_ + written_);
+    if (!boundaries_.empty())
+        limit = std::min(limit, boundaries_.front().outputFrame - 1);
+    const TrackPosition now = chain_->position(outputFrame);
+    const TrackPosition then = chain_->position(std::max(limit, outputFrame));
+    const auto at = Clock::now();
+    const bool runs = started_ && !paused_ && limit > outputFrame;
+    const std::lock_guard lock(state_.mutex);
+    if (state_.generation != generation_)
+        return;
+    const bool moving = runs && !state_.paused;
+    state_.heardOutput = {outputFrame, at, moving ? double(rate) : 0.0, limit};
+    if (!state_.current || now.track != state_.current->id)
+        return;
+    state_.shown = std::max(state_.shown, state_.heard.frames);
+    const bool on = moving && then.track == now.track && then.frame > now.frame;
+    const double speed = on ? (then.frame - now.frame) * rate / double(limit - outputFrame) : 0.0;
+    state_.heard = {std::max<int64_t>(0, int64_t(now.frame)), at, speed, int64_t(then.frame)};
 }
 
 void OutputThread::crossInto(const TrackPtr& track)
@@ -279,7 +364,7 @@ void OutputThread::crossInto(const TrackPtr& track)
         if (state_.generation != generation_)
             return;
         state_.current = track;
-        state_.heardFrame = 0;
+        state_.setHeard(0);
         if (state_.next == track) {
             state_.next.reset();
             state_.nextTaken = false;
@@ -322,20 +407,17 @@ void OutputThread::end()
     notify_(VBMP3_EVENT_END_OF_TRACK);
 }
 
-// Begins anew where the sound is, on the clock when the device has gone, else on the device again.
-void OutputThread::restartHere(bool lost)
+// Begins anew with exactly the frame that would have been heard next.
+void OutputThread::restartAt(int64_t outputFrame)
 {
-    avoidDevice_ = lost;
-    {
-        const std::lock_guard lock(state_.mutex);
-        if (state_.generation != generation_)
-            return;
-        resuming_ = true;
-        state_.startFrame = state_.heardFrame;
-        state_.newGeneration();
-    }
-    if (lost)
-        notify_(VBMP3_EVENT_DEVICE_LOST);
+    const TrackPosition position = chain_->position(outputFrame);
+    const std::lock_guard lock(state_.mutex);
+    if (state_.generation != generation_)
+        return;
+    const bool current = state_.current && state_.current->id == position.track;
+    state_.startFrame = current ? int64_t(position.frame) : state_.heardFrame();
+    state_.setHeard(state_.startFrame);
+    state_.newGeneration();
 }
 
 } // namespace vbmp3

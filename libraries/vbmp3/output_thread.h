@@ -1,5 +1,9 @@
 // The thread that owns the device: takes blocks from the queue through the sound chain to the output, knows which
-// frame is being heard, and tells when a track has ended. Never waits for the caller, a file or the decoder.
+// frame is being heard, and tells when a track has ended. Never waits for the caller, a file or the decoder; nor for the
+// device, which has a thread of its own (device_thread.h).
+//
+// A device that goes, or whose clock stands still, is opened anew once. When that does not help the silent clock takes
+// its place, so that position and end go on, and the device is tried again every now and then.
 #pragma once
 
 #include <chrono>
@@ -9,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "libraries/vbmp3/device_thread.h"
 #include "libraries/vbmp3/dsp/chain.h"
 #include "libraries/vbmp3/player_state.h"
 
@@ -20,6 +25,8 @@ struct OutputSystem {
     std::function<int()> count = deviceCount;
     // Put around every output that is opened, the clock too; may be empty.
     std::function<std::unique_ptr<Output>(std::unique_ptr<Output>)> wrap = {};
+    // A device may take so long to open, and then to play something: Bluetooth needs a second or two.
+    std::chrono::milliseconds patience{3000};
 };
 
 class OutputThread {
@@ -36,6 +43,7 @@ private:
     };
     struct Order {
         uint64_t generation = 0;
+        bool awaited = false; // somebody waits for its answer
         bool active = false;
         bool paused = false;
         TrackPtr track;
@@ -47,7 +55,9 @@ private:
     bool takeOrder();
     void begin(const Order& order);
     OutputError prepareOutput(int sampleRate, const OutputSettings& settings);
-    std::unique_ptr<Output> openDevice(int sampleRate, const OutputSettings& settings, OutputError& error);
+    std::unique_ptr<Output> openDevice(int sampleRate, const OutputSettings& settings, OutputError& error,
+                                       std::chrono::milliseconds patience);
+    OutputError waitForDevice(const DeviceThread& device, std::chrono::milliseconds patience);
     std::unique_ptr<Output> wrapped(std::unique_ptr<Output> output) const;
     void retire(std::unique_ptr<Output> output);
     int waitTime();
@@ -55,10 +65,11 @@ private:
     void pump();
     bool fetch();
     void observe();
+    void tellHeard(int64_t outputFrame);
     void crossInto(const TrackPtr& track);
     void changeRate();
     void end();
-    void restartHere(bool lost);
+    void restartAt(int64_t outputFrame);
 
     PlayerState& state_;
     OutputSystem system_;
@@ -86,9 +97,11 @@ private:
     std::deque<Boundary> boundaries_;
     std::vector<float> pending_; // processed and not yet written
     size_t pendingAt_ = 0;
-    bool avoidDevice_ = false;   // it has gone; the clock stands in
-    bool resuming_ = false;      // the coming order is our own
+    bool avoidDevice_ = false;   // the clock stands in for it
+    bool hadDevice_ = false;     // its loss has not been told
+    bool moved_ = false;         // the device has played something since it was opened
     std::chrono::steady_clock::time_point retryAt_;
+    std::chrono::seconds retryAfter_;
     std::thread thread_;
 };
 

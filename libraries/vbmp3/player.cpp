@@ -11,6 +11,8 @@ namespace vbmp3 {
 namespace {
 
 constexpr auto kPatience = std::chrono::seconds(5);
+// As long as play waits to hear that the device is in use. One that needs longer to open is opened all the same.
+constexpr auto kDevicePatience = std::chrono::milliseconds(1500);
 
 } // namespace
 
@@ -106,7 +108,7 @@ void Player::close()
     state_.next = nullptr;
     state_.active = false;
     state_.paused = false;
-    state_.heardFrame = 0;
+    state_.setHeard(0);
     state_.newGeneration();
     // Afterwards nobody but us holds the file.
     waitFor(lock, state_.generation);
@@ -120,11 +122,14 @@ int Player::play()
     state_.active = true;
     state_.paused = false;
     state_.startFrame = 0;
-    state_.heardFrame = 0;
+    state_.setHeard(0);
     state_.newGeneration();
     const uint64_t generation = state_.generation;
-    const bool answered = state_.answered.wait_for(lock, kPatience, [&] { return state_.outputGeneration >= generation; });
-    if (answered && state_.outputError == OutputError::None)
+    state_.awaited = generation;
+    const bool answered =
+        state_.answered.wait_for(lock, kDevicePatience, [&] { return state_.outputGeneration >= generation; });
+    state_.awaited = 0;
+    if (!answered || state_.outputError == OutputError::None)
         return VBMP3_OK;
     state_.active = false;
     state_.newGeneration();
@@ -135,7 +140,7 @@ int Player::stop()
 {
     stopRecording();
     std::unique_lock lock(state_.mutex);
-    state_.heardFrame = 0;
+    state_.setHeard(0);
     if (state_.active) {
         state_.active = false;
         state_.paused = false;
@@ -151,6 +156,7 @@ int Player::pause()
     if (!state_.active)
         return VBMP3_ERROR_NOT_OPEN;
     state_.paused = true;
+    state_.stopHearing();
     state_.outputWork.wake();
     return VBMP3_OK;
 }
@@ -175,7 +181,7 @@ int Player::seek(double seconds)
     int64_t frame = std::llround(wanted);
     if (track.info.exact)
         frame = std::min(frame, track.info.frames);
-    state_.heardFrame = frame;
+    state_.setHeard(frame);
     if (state_.active) {
         state_.startFrame = frame;
         state_.newGeneration();
@@ -194,7 +200,8 @@ int Player::setNext(const std::string& path)
     old = std::exchange(state_.next, track);
     if (state_.nextTaken) {
         // The former next file is on its way to the device already: begin anew where the sound is.
-        state_.startFrame = state_.heardFrame;
+        state_.startFrame = state_.heardFrame();
+        state_.setHeard(state_.startFrame);
         state_.newGeneration();
     } else if (track && state_.active) {
         state_.decodedAll = false;
@@ -208,8 +215,8 @@ Player::Snapshot Player::snapshot()
     const std::lock_guard lock(state_.mutex);
     Snapshot snapshot;
     snapshot.state = !state_.active ? 0 : state_.paused ? 2 : 1;
-    snapshot.seconds = state_.current ? double(state_.heardFrame) / state_.current->sampleRate : 0;
-    snapshot.outputFrame = state_.heardOutputFrame;
+    snapshot.seconds = state_.current ? double(state_.heardFrame()) / state_.current->sampleRate : 0;
+    snapshot.outputFrame = state_.heardOutput.now();
     return snapshot;
 }
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "libraries/vbmp3/output.h"
+#include "libraries/vbmp3/running_count.h"
 #include "libraries/vbmp3/source.h"
 
 namespace vbmp3 {
@@ -53,17 +54,33 @@ struct PlayerState {
     // Decoded and not yet taken by the output.
     std::deque<Block> queue;
     int64_t queuedFrames = 0;
+    bool queueFull = false; // has been, and is not half empty yet
     bool decodedAll = false;
 
     // Answers: the generation that each thread has taken over.
     uint64_t decodeGeneration = 0;
     uint64_t outputGeneration = 0;
     OutputError outputError = OutputError::None;
+    uint64_t awaited = 0; // the generation whose error somebody waits for
 
     // What is heard.
-    int64_t heardFrame = 0;     // of `current`
-    int64_t heardOutputFrame = 0; // as the sound chain numbers them
+    RunningCount heard;       // frames of `current`
+    int64_t shown = 0;        // of them; goes back only by order
+    RunningCount heardOutput; // frames as the sound chain numbers them
     bool deviceLost = false;
+
+    int64_t heardFrame() { return shown = std::max(shown, heard.now()); }
+    void setHeard(int64_t frame)
+    {
+        heard = {frame};
+        shown = frame;
+    }
+    // From now on nothing moves.
+    void stopHearing()
+    {
+        setHeard(heardFrame());
+        heardOutput = {heardOutput.now()};
+    }
 
     // The mutex must be held. Both threads begin anew with the order as it stands.
     void newGeneration()
@@ -71,6 +88,7 @@ struct PlayerState {
         ++generation;
         queue.clear();
         queuedFrames = 0;
+        queueFull = false;
         decodedAll = false;
         nextTaken = false;
         decodeWork.notify_one();

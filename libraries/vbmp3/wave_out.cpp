@@ -12,9 +12,6 @@
 namespace vbmp3 {
 namespace {
 
-constexpr int kBufferMs = 25; // of one buffer in the ring
-constexpr auto kStuck = 4000; // ms without progress after which a device counts as gone
-
 class WaveOutput final : public Output {
 public:
     ~WaveOutput() override { close(); }
@@ -38,8 +35,9 @@ public:
             return OutputError::NoDevice;
 
         frameBytes_ = float_ ? 8 : 4;
-        bufferFrames_ = std::max<size_t>(64, size_t(sampleRate) * kBufferMs / 1000);
-        const size_t count = std::max<size_t>(3, size_t(settings.bufferMs) / kBufferMs);
+        const int bufferMs = std::clamp(settings.bufferMs / 4, 10, 50); // each one wakes when it has been played
+        bufferFrames_ = std::max<size_t>(64, size_t(sampleRate) * size_t(bufferMs) / 1000);
+        const size_t count = std::max<size_t>(3, size_t(settings.bufferMs / bufferMs));
         memory_.resize(count * bufferFrames_ * frameBytes_);
         headers_.resize(count);
         for (size_t i = 0; i < count; ++i) {
@@ -88,14 +86,11 @@ public:
     void start() override
     {
         waveOutRestart(device_);
-        running_ = true;
-        progressAt_ = GetTickCount64();
     }
 
     void pause() override
     {
         waveOutPause(device_);
-        running_ = false;
     }
 
     void drain() override
@@ -111,7 +106,6 @@ public:
         queued_ = filled_ = next_ = oldest_ = 0;
         written_ = played_ = submitted_ = 0;
         lastRaw_ = rawPosition();
-        running_ = false;
     }
 
     int64_t played() override
@@ -129,14 +123,10 @@ public:
         }
         // Some drivers stop counting a little before, or count silence behind, the last sample.
         played_ = queued_ == 0 && filled_ == 0 ? written_ : std::min(played_, submitted_);
-        if (played_ != lastPlayed_ || !running_ || queued_ == 0) {
-            lastPlayed_ = played_;
-            progressAt_ = GetTickCount64();
-        }
         return played_;
     }
 
-    bool lost() override { return failed_ || (running_ && GetTickCount64() - progressAt_ > kStuck); }
+    bool lost() override { return failed_; }
 
 private:
     MMRESULT tryOpen(UINT device, int sampleRate, Waker& waker)
@@ -198,7 +188,6 @@ private:
     HWAVEOUT device_ = nullptr;
     bool float_ = true;
     bool inBytes_ = false;
-    bool running_ = false;
     bool failed_ = false;
     size_t frameBytes_ = 8;
     size_t bufferFrames_ = 0;
@@ -211,10 +200,8 @@ private:
     int64_t written_ = 0; // frames
     int64_t submitted_ = 0;
     int64_t played_ = 0;
-    int64_t lastPlayed_ = 0;
     int64_t carry_ = 0;
     DWORD lastRaw_ = 0;
-    ULONGLONG progressAt_ = 0;
 };
 
 } // namespace

@@ -241,41 +241,64 @@ TEST_F(Playing, ClosedFilesAreHeldByNobody)
     EXPECT_EQ(player.snapshot().state, 0);
 }
 
-// A device that others may have taken, or that goes away.
+// A device that others may have taken, and that may get into trouble at any moment.
+enum class Trouble { None, Gone, StandsStill, Hangs };
+
 struct Plug {
-    std::atomic<bool> busy = false, there = true;
+    std::atomic<bool> busy = false;
+    std::atomic<Trouble> trouble = Trouble::None;
     std::atomic<int> opens = 0;
+
+    void call() // every one passes here
+    {
+        while (trouble == Trouble::Hangs)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 };
 
 class PluggedOutput final : public Output {
 public:
     explicit PluggedOutput(std::shared_ptr<Plug> plug) : plug_(std::move(plug)) {}
+    ~PluggedOutput() override { plug_->call(); }
     OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override
     {
-        if (!plug_->there)
+        plug_->call();
+        if (plug_->trouble == Trouble::Gone)
             return OutputError::NoDevice;
         if (plug_->busy)
             return OutputError::Busy;
         ++plug_->opens;
         return inner_->open(sampleRate, settings, waker);
     }
-    size_t room() override { return inner_->room(); }
-    void write(std::span<const float> stereo) override { inner_->write(stereo); }
-    void start() override { inner_->start(); }
-    void pause() override { inner_->pause(); }
-    void drain() override { inner_->drain(); }
-    void flush() override { inner_->flush(); }
-    int64_t played() override { return inner_->played(); }
-    bool lost() override { return !plug_->there; }
+    size_t room() override { return plug_->call(), inner_->room(); }
+    void write(std::span<const float> stereo) override { plug_->call(), inner_->write(stereo); }
+    void start() override { plug_->call(), inner_->start(); }
+    void pause() override { plug_->call(), inner_->pause(); }
+    void drain() override { plug_->call(), inner_->drain(); }
+    void flush() override
+    {
+        plug_->call();
+        inner_->flush();
+        played_ = 0;
+    }
+    int64_t played() override
+    {
+        plug_->call();
+        return plug_->trouble == Trouble::StandsStill ? played_ : played_ = inner_->played();
+    }
+    bool lost() override { return plug_->trouble == Trouble::Gone; }
 
 private:
     std::shared_ptr<Plug> plug_;
     std::unique_ptr<Output> inner_ = makeClockOutput();
+    int64_t played_ = 0;
 };
 
 OutputSystem plugSystem(std::shared_ptr<Plug> plug)
 {
-    return {[plug] { return std::make_unique<PluggedOutput>(plug); }, [plug] { return plug->there ? 1 : 0; }};
+    return {.make = [plug] { return std::make_unique<PluggedOutput>(plug); },
+            .count = [plug] { return plug->trouble == Trouble::Gone ? 0 : 1; },
+            .patience = std::chrono::milliseconds(300)};
 }
 
 TEST_F(Playing, ABusyDeviceIsToldAndTakenOnceItIsFree)
@@ -291,25 +314,57 @@ TEST_F(Playing, ABusyDeviceIsToldAndTakenOnceItIsFree)
     EXPECT_EQ(player.snapshot().state, 1);
 }
 
-TEST_F(Playing, ALostDeviceIsToldAndThePositionGoesOnUntilItIsBack)
+TEST_F(Playing, ADeviceInTroubleIsToldAndThePositionGoesOnUntilItIsWell)
 {
-    const auto plug = std::make_shared<Plug>();
-    Player player(sound_, plugSystem(plug));
-    listen(player);
-    ASSERT_EQ(player.open(wave("a.wav", 44100 * 20)), VBMP3_OK);
-    ASSERT_EQ(player.play(), VBMP3_OK);
-    ASSERT_TRUE(eventually([&] { return player.snapshot().seconds > 0.3; }));
-    EXPECT_TRUE(player.hasDevice());
-    plug->there = false;
-    ASSERT_TRUE(eventually([&] { return losses_ == 1; }));
-    EXPECT_FALSE(player.hasDevice());
-    ASSERT_TRUE(eventually([&] { return player.snapshot().seconds > 0.6; }));
-    EXPECT_EQ(player.snapshot().state, 1);
-    plug->there = true;
-    ASSERT_TRUE(eventually([&] { return plug->opens == 2; }));
-    EXPECT_TRUE(eventually([&] { return player.hasDevice(); }));
-    EXPECT_EQ(losses_, 1);
-    EXPECT_LT(player.snapshot().seconds, 5);
+    for (const Trouble trouble : {Trouble::Gone, Trouble::StandsStill, Trouble::Hangs}) {
+        SCOPED_TRACE(int(trouble));
+        const auto plug = std::make_shared<Plug>();
+        losses_ = 0;
+        Player player(sound_, plugSystem(plug));
+        listen(player);
+        ASSERT_EQ(player.open(wave("a.wav", 8000 * 20, 440, 8000)), VBMP3_OK);
+        ASSERT_EQ(player.play(), VBMP3_OK);
+        ASSERT_TRUE(eventually([&] { return player.snapshot().seconds > 0.3; }));
+        EXPECT_TRUE(player.hasDevice());
+        plug->trouble = trouble;
+        ASSERT_TRUE(eventually([&] { return losses_ == 1; }));
+        EXPECT_FALSE(player.hasDevice());
+        const double from = player.snapshot().seconds;
+        ASSERT_TRUE(eventually([&] { return player.snapshot().seconds > from + 0.3; }));
+        EXPECT_EQ(player.snapshot().state, 1);
+        const int opens = plug->opens;
+        plug->trouble = Trouble::None;
+        ASSERT_TRUE(eventually([&] { return plug->opens == opens + 1 && player.hasDevice(); }));
+        EXPECT_EQ(losses_, 1);
+        EXPECT_LT(player.snapshot().seconds, 5);
+    }
+}
+
+TEST_F(Playing, NoOrderWaitsForADeviceInTrouble)
+{
+    for (const Trouble trouble : {Trouble::StandsStill, Trouble::Hangs}) {
+        SCOPED_TRACE(int(trouble));
+        const auto plug = std::make_shared<Plug>();
+        Player player(sound_, plugSystem(plug));
+        ASSERT_EQ(player.open(wave("a.wav", 8000 * 20, 440, 8000)), VBMP3_OK);
+        ASSERT_EQ(player.play(), VBMP3_OK);
+        ASSERT_TRUE(eventually([&] { return player.snapshot().seconds > 0.1; }));
+        plug->trouble = trouble;
+        const std::pair<const char*, std::function<void()>> orders[] = {{"seek", [&] { player.seek(3); }},
+                                                                        {"pause", [&] { player.pause(); }},
+                                                                        {"restart", [&] { player.restart(); }},
+                                                                        {"stop", [&] { player.stop(); }},
+                                                                        {"play", [&] { player.play(); }},
+                                                                        {"close", [&] { player.close(); }}};
+        for (const auto& [name, order] : orders) {
+            const auto begin = std::chrono::steady_clock::now();
+            order();
+            EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1)) << name;
+        }
+        EXPECT_EQ(player.snapshot().state, 0);
+        plug->trouble = Trouble::None;
+        EXPECT_TRUE(eventually([] { return DeviceThread::leftBehind() == 0; }));
+    }
 }
 
 TEST_F(Playing, WithoutADeviceTimePassesAllTheSame)
