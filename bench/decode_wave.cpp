@@ -1,4 +1,4 @@
-// Decodes a file to memory or to WAVE, for comparison with other programs: bench/decode_vs_mpg123.sh runs it.
+// Decodes a file to memory or to WAVE, for comparison with other programs: bench/report.py runs it.
 // decode_wave memory FILE | decode_wave wave FILE DESTINATION THREADS
 #include <cstdio>
 #include <cstdlib>
