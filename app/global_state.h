@@ -1,11 +1,14 @@
 // The state that the windows and the playback share, under one name each. One owner, the application; everybody else
-// gets a reference. A leaf header: it knows no room.
+// gets a reference. A leaf header: of all rooms it knows
+// only that of the crash notes.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "crash/action_log.h"
 
 namespace quenlox {
 
@@ -70,6 +73,9 @@ struct GlobalState {
     std::string CurrentSkinFile;
     bool SkinLacksLyricsArea = false;
     bool SkinBoxOutline = false;
+
+    // What the program did last, for the note of a crash.
+    ActionLog Actions;
 
     int baseKind() const { return MediaKind % 100; }
     bool playedByVbmp3() const { return baseKind() >= kWavePcm && baseKind() <= kRmp; }

@@ -9,6 +9,7 @@ int main() {
     using namespace quenlox;
     const auto shell = MakeShell();
     if (shell->anotherInstanceRuns()) return 0;
+    const auto crashNotes = MakeCrashNotes(kVersion);
     const auto files = MakeFileSystem();
     const auto dialogs = MakeDialogs();
     const std::string folder = files->programFolder();
@@ -26,6 +27,9 @@ int main() {
     const auto gogo = LoadGogo(folder);
     Application application({*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, *gogo, random, *outputDevices},
                             CommandLineText());
+    crashNotes->follow(&application.state().Actions);
     application.load();
-    return application.run();
+    const int result = application.run();
+    crashNotes->follow(nullptr);
+    return result;
 }

@@ -219,6 +219,7 @@ bool FormConv::mayReplace() {
 
 void FormConv::start() {
     runs_ = operation();
+    state_.Actions.note("convert", static_cast<std::int64_t>(jobs_.size()));
     count_ = jobs_.size();
     done_ = 0;
     started_ = std::chrono::steady_clock::now();

@@ -113,6 +113,7 @@ void MediaEngine::listen() {
 
 void MediaEngine::OpenMedia() {
     const int opened = ++openCount_;
+    state_.Actions.noteFile("open", state_.CurrentFile);
     vbmp3_.vbmp3_clearLyrics();
     vbmp3_.vbmp3_close();
     command("stop");
@@ -203,6 +204,7 @@ void MediaEngine::finishOpen() {
 }
 
 void MediaEngine::TakeOverNextFile() {
+    state_.Actions.noteFile("go on to", state_.CurrentFile);
     vbmp3_.vbmp3_clearLyrics();
     sought_ = false;
     state_.LyricsKind = 0;
@@ -249,6 +251,7 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
         display_.refreshDisplay();
         return PlayResult::Nothing;
     }
+    state_.Actions.note("play", state_.MediaKind);
     PlayResult result = PlayResult::Failed;
     if (state_.playedByVbmp3()) {
         if (vbmp3_.vbmp3_play()) {
@@ -284,6 +287,7 @@ void MediaEngine::TellMissingDevice() {
 }
 
 void MediaEngine::StopMedia() {
+    state_.Actions.note("stop");
     state_.PositionSeconds = 0;
     state_.PlayerStatus = kStop;
     status_.ShowTime(0);
@@ -296,6 +300,7 @@ void MediaEngine::StopMedia() {
 void MediaEngine::PauseMedia() {
     const bool pausing = state_.PlayerStatus == kPlay;
     if (!pausing && state_.PlayerStatus != kPause) return;
+    state_.Actions.note(pausing ? "pause" : "resume");
     state_.PlayerStatus = pausing ? kPause : kPlay;
     status_.ShowStatus();
     if (state_.playedByVbmp3()) {
@@ -313,6 +318,7 @@ void MediaEngine::SeekMedia(double fraction) {
     const int kind = state_.baseKind();
     if (kind < kWavePcm || kind > kWma) return;
     const double seconds = std::clamp(std::isnan(fraction) ? 0.0 : fraction, 0.0, 1.0) * state_.TotalSeconds;
+    state_.Actions.note("seek", static_cast<std::int64_t>(seconds));
     sought_ = true;
     state_.PositionSeconds = static_cast<std::int32_t>(std::nearbyint(seconds));
     if (state_.playedByVbmp3()) {

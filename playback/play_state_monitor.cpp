@@ -113,6 +113,7 @@ void PlayStateMonitor::step(int direction) {
         state_.PlayIntent = kNoIntent;
         return;
     }
+    state_.Actions.note(direction > 0 ? "next" : "previous");
     const int current = state_.CurrentIndex[At(list)];
     int index = 0;
     if (state_.PlayMode == kRandom) {
@@ -250,6 +251,7 @@ void PlayStateMonitor::withdraw() {
 }
 
 void PlayStateMonitor::libraryEvent(int event) {
+    state_.Actions.note("event", event);
     std::int32_t seconds = 0;
     if (event == VBMP3_EVENT_END_OF_TRACK) {
         if (state_.PlayerStatus == kDecode && decodesUnheard && decodesUnheard()) return;

@@ -110,6 +110,7 @@ void FormTop::setAlwaysOnTop(bool on) {
 }
 
 void FormTop::showWindow(Form& form, bool activate) {
+    state_.Actions.note("show", form.name());
     form.setTopmost(alwaysOnTop_);
     form.show(activate);
     if (&form == windows_.list) state_.ListShown = true;

@@ -31,6 +31,7 @@ void FormTop::LoadSkinNamed(const std::string& skinName) {
 
 void FormTop::LoadSkin(const std::string& skinFile) {
     state_.CurrentSkinFile = packages_.choose(skinFile);
+    state_.Actions.note("skin", FolderNameOfSkin());
     apply(ReadSkin(files_, state_.CurrentSkinFile, splitValues_));
 }
 

@@ -127,6 +127,7 @@ bool FormTag::save() {
             return false;
         }
     }
+    state_.Actions.noteFile("save tag", file_);
     int error = VBMP3_OK;
     if (!writeFile(file_, write, remove, fieldsShown(), error)) {
         tell("タグを書き込めませんでした", error);
@@ -144,6 +145,7 @@ bool FormTag::save() {
 
 void FormTag::cmdRename_Click() {
     if (file_.empty() || !hooks_.release) return;
+    state_.Actions.note("rename");
     const std::string name = TextFileName.text();
     // A name that will be refused is not worth the question about unsaved edits.
     if (IsAcceptableFileName(name)) {

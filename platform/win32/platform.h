@@ -3,7 +3,9 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
+#include "platform/crash_notes.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/gogo.h"
@@ -25,6 +27,10 @@ std::unique_ptr<MediaControl> MakeMediaControl();
 std::unique_ptr<Mixer> MakeMixer();
 std::unique_ptr<OutputDevices> MakeOutputDevices();
 std::unique_ptr<Shell> MakeShell();
+
+// From now on a crash leaves a note and a dump in %LOCALAPPDATA%\Quenlox\crash, where the newest five are kept. To be
+// called on the user-interface thread; `version` must live as long.
+std::unique_ptr<CrashNotes> MakeCrashNotes(std::string_view version);
 
 // Loads vbmp3.dll from `folder`. Null when it is not there or lacks an operation.
 std::unique_ptr<Vbmp3> LoadVbmp3(const std::string& folder);

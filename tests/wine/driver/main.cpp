@@ -8,6 +8,7 @@
 #include "tests/wine/driver/controls.h"
 #include "tests/wine/driver/input.h"
 #include "tests/wine/driver/menus.h"
+#include "tests/wine/driver/process.h"
 #include "tests/wine/driver/protocol.h"
 #include "tests/wine/driver/window_info.h"
 
@@ -49,6 +50,9 @@ const Verb kVerbs[] = {
     {"toolbar", [](const Request& r) { return ToolbarButtons(WindowOf(r, 1)); }},
     {"scroll", [](const Request& r) { return Rows{ScrollState(WindowOf(r, 1))}; }},
     {"codepage", [](const Request&) { return Rows{{std::to_string(GetACP())}}; }},
+    // the process of a window
+    {"resources", [](const Request& r) { return Rows{Resources(WindowOf(r, 1))}; }},
+    {"fail", [](const Request& r) { return Fail(WindowOf(r, 1), r.text(2)), Done(); }},
     // mouse and keyboard
     {"move", [](const Request& r) { return MoveMouse(PointOf(r, 1)), Done(); }},
     {"click", [](const Request& r) { return Click(PointOf(r, 1), ButtonOf(r.text(3)), Int(r, 4, 1)), Done(); }},

@@ -278,6 +278,17 @@ class Window:
         """Posts a menu or button command."""
         self.post(WM_COMMAND, id)
 
+    # The process behind it
+
+    def resources(self):
+        """Counts of its process: working_set and private in bytes, handles, gdi, user, threads."""
+        names = ("working_set", "private", "handles", "gdi", "user", "threads")
+        return dict(zip(names, map(int, self._driver.ask("resources", self.handle)[0])))
+
+    def fail(self, how):
+        """Makes a thread of its process fail: by "fault", "break", "overflow" (of the stack) or "abort"."""
+        self._driver.ask("fail", self.handle, how)
+
     # Contents
 
     def menu(self):
