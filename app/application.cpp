@@ -40,7 +40,8 @@ Application::Application(const Services& services, std::string commandLine)
       convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
       about_(services.dialogs, services.files, services.shell),
       panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
-      settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}) {
+      settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}),
+      quietSave_(state_, lists_) {
     engine_.onOpened = [this] {
         list_.trackChanged();
         lyricsLookup_.LoadLyrics();
@@ -70,6 +71,7 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.drawPanel = [this] { panel_.Timer2_Timer(); };
     hooks.panelClicked = [this](int button) { panel_.clicked(button); };
     hooks.unload = [this] { unload(); };
+    hooks.idle = [this] { quietSave_.tick(QuietSave::Clock::now(), list_.busy() || services_.windows.mouseHeld()); };
     hooks.help = [this] { showHelp(); };
     hooks.updateLyrics = [this] { lyricsDisplay_.Timer6_Timer(); };
     hooks.lyricsDisplayMode = [this](bool inWindow) { lyricsDisplay_.lyricsDisplayMode(inWindow); };
@@ -202,6 +204,7 @@ FormTop::Figures Application::figures() const {
 }
 
 void Application::unload() {
+    state_.Actions.note("end");
     tag_.offerToSave();
     state_.ShuttingDown = true;
     convert_.unload();  // first: what it is making is given up

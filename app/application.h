@@ -30,6 +30,7 @@
 #include "playback/volume_control.h"
 #include "playlist/form_list.h"
 #include "playlist/playlists.h"
+#include "playlist/quiet_save.h"
 #include "skin/form_top.h"
 #include "tags/file_release.h"
 #include "speana/panel_animation.h"
@@ -102,6 +103,7 @@ class Application {
     FormInfo about_;
     PanelAnimation panel_;
     SettingsFile settings_;
+    QuietSave quietSave_;
 };
 
 }  // namespace quenlox

@@ -46,6 +46,7 @@ class WindowSystem {
     virtual std::unique_ptr<FormHost> realise(Form& form) = 0;
     virtual TwipsPerPixel twipsPerPixel() const = 0;       // of the primary monitor
     virtual Rect workArea(const Rect& near) const = 0;     // of the monitor nearest to a rectangle, in pixels
+    virtual bool mouseHeld() const = 0;                    // a button of the mouse is down: something may be being dragged
     virtual void pumpMessages() = 0;                       // handles what is pending and returns
     // Runs `task` on the user-interface thread as soon as it is idle; may be called from any thread.
     virtual void post(std::function<void()> task) = 0;

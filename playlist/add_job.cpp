@@ -87,7 +87,7 @@ void AddJob::cancel() {
 
 void AddJob::finish() {
     for (const int list : std::exchange(touched_, {})) lists_.BuildShuffleOrder(list);
-    lists_.state().ListDirty = true;
+    lists_.markChanged();
     done_ = 0;
     cancelled_ = false;
 }

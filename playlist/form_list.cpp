@@ -262,6 +262,7 @@ void FormList::PlayView_MouseDown(int button, Point at) {
 }
 
 void FormList::PlayView_RowsDragged(int before) {
+    state_.Actions.note("list move", view().selectedCount());
     edit([&](int list, Playlists::Selection& selection) { lists_.moveBefore(list, before, selection); });
 }
 

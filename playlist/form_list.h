@@ -66,6 +66,8 @@ class FormList : public Form {
     std::vector<std::string> selectedPaths() const;
     // The files of the folder have changed on the disk.
     void refreshBrowser();
+    // Rows are being added or sorted.
+    bool busy() const { return adding_.active() || sorting_; }
     // Another track is being played: marks its row and scrolls to it.
     void trackChanged();
 
@@ -121,7 +123,6 @@ class FormList : public Form {
 
     ListView& view() const { return PlayView[state_.ListNo]; }
     bool folderShown() const { return TabList.value() == kFolderTab; }
-    bool busy() const { return adding_.active() || sorting_; }
 
     // form_list.cpp
     void makeViews();

@@ -21,6 +21,7 @@ constexpr const char* kM3UFilterName = "M3Uﾌｧｲﾙ";
 // Adding.
 
 void FormList::startAdding() {
+    state_.Actions.note("list add to", state_.ListNo);
     lastHeaderSort_.reset();
     adding_.step(kAtOnce);
     showBusy();
@@ -106,6 +107,7 @@ void FormList::menuSort_Click(int index) {
 }
 
 void FormList::requestSort(const SortJob& sort) {
+    state_.Actions.note("list sort", sort.column);
     sorting_ = sort;
     // A sort by texts needs those of every row.
     if (sort.column == kFileColumn || !lists_.fillSome(sort.list, kAtOnce)) finishSort();
@@ -120,7 +122,7 @@ void FormList::finishSort() {
     lists_.sort(sort.list, sort.column, sort.descending, selection);
     PlayView[sort.list].setSelection(std::move(selection));
     if (sort.setsDirty) {
-        state_.ListDirty = true;
+        lists_.markChanged();
         lastHeaderSort_.reset();
     } else {
         lastHeaderSort_ = sort;
@@ -130,6 +132,7 @@ void FormList::finishSort() {
 
 void FormList::menuUpDn_Click(int index) {
     if (folderShown() || !hasRows_) return;
+    state_.Actions.note(index == 0 ? "list up" : "list down");
     edit([&](int list, Playlists::Selection& selection) {
         if (index == 0) {
             lists_.moveUp(list, selection);
@@ -148,6 +151,7 @@ void FormList::menuUpDn_Click(int index) {
 
 void FormList::menuDelete_Click() {
     if (folderShown()) return;
+    state_.Actions.note("list delete", view().selectedCount());
     lists_.removeSelected(state_.ListNo, view().selection());
     lastHeaderSort_.reset();
     updateMenus();
@@ -156,6 +160,7 @@ void FormList::menuDelete_Click() {
 
 void FormList::menuClear_Click() {
     if (folderShown()) return;
+    state_.Actions.note("list clear", lists_.count(state_.ListNo));
     lists_.clear(state_.ListNo);
     updateMenus();
     showStatus();

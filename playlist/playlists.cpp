@@ -221,13 +221,30 @@ bool Playlists::SaveListFile() {
     if (!state_.ListDirty) return true;
     const std::string path = JoinPath(files_.programFolder(), kListFileName);
     if (listFileUnread_ && !joinUnreadListFile(path)) return false;
+    if (!writeListFile(path)) return false;
+    state_.ListDirty = false;
+    return true;
+}
+
+bool Playlists::writeListFile(const std::string& path) {
     ListText text;
     for (int list = 0; list < kPersistedLists; ++list) {
         text.beginList(list);
         for (int row = 0; row < rows(list).count(); ++row) text.append(rows(list).path(row));
     }
-    if (!files_.write(path, text.bytes())) return false;
-    state_.ListDirty = false;
+    return files_.write(path, text.bytes());
+}
+
+void Playlists::markChanged() {
+    state_.ListDirty = true;
+    ++changes_;
+}
+
+bool Playlists::saveQuietly() {
+    if (!unsavedChanges()) return true;
+    const int changes = changes_;
+    if (!writeListFile(JoinPath(files_.programFolder(), kListFileName))) return false;
+    savedChanges_ = changes;
     return true;
 }
 

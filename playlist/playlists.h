@@ -95,6 +95,14 @@ class Playlists : public TrackSource {
     void LoadListFile();
     bool SaveListFile();                                             // only when ListDirty
 
+    // Sets ListDirty. Whatever changes a list does so, but for a sort by a click on a column.
+    void markChanged();
+    // Whether a change has not been written yet that can be written quietly, in the middle of a run: not when doing so
+    // would first have to bring in a list file that could not be read at the start.
+    bool unsavedChanges() const { return state_.ListDirty && changes_ != savedChanges_ && !listFileUnread_; }
+    // Writes the lists as SaveListFile does. ListDirty stays: what the end of the program writes may differ by a sort.
+    bool saveQuietly();
+
     // Editing. `selection` holds one flag for each row and follows its rows. CurrentIndex stays on its entry.
     void sort(int list, int column, bool descending, Selection& selection);
     void randomize(int list, Selection& selection);
@@ -137,6 +145,7 @@ class Playlists : public TrackSource {
     void dropFromShuffleOrder(int list, const Selection& removed);
     void readListFile(std::string_view bytes);
     bool joinUnreadListFile(const std::string& path);
+    bool writeListFile(const std::string& path);
 
     GlobalState& state_;
     FileSystem& files_;
@@ -149,6 +158,8 @@ class Playlists : public TrackSource {
     int batches_ = 0;
     std::string folder_;
     std::vector<std::string> folderFiles_;
+    int changes_ = 0;
+    int savedChanges_ = 0;                         // those that saveQuietly has written
     bool listFileUnread_ = false;                  // there is a list file, and it could not be read
 };
 

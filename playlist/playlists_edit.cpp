@@ -58,7 +58,8 @@ bool Playlists::RemoveCurrentFileFromLists() {
         if (!any) continue;
         dropFromShuffleOrder(list, which);
         removeRows(list, which);
-        removed = state_.ListDirty = true;
+        removed = true;
+        markChanged();
     }
     return removed;
 }
@@ -93,7 +94,7 @@ void Playlists::renamePath(const std::string& from, const std::string& to) {
         for (int row = 0; row < rows(list).count(); ++row) {
             if (rows(list).path(row) != from) continue;
             rows(list).setPath(row, to);
-            state_.ListDirty = true;
+            markChanged();
             report(list, row, row);
         }
     }
@@ -163,7 +164,7 @@ void Playlists::randomize(int list, Selection& selection) {
         followCurrentFile(list, row, other);
     }
     fillFrom_[static_cast<std::size_t>(list)] = 0;
-    state_.ListDirty = true;
+    markChanged();
     if (n > 0) report(list, 0, n - 1);
 }
 
@@ -172,7 +173,7 @@ void Playlists::moveDown(int list, Selection& selection) {
     selection.resize(static_cast<std::size_t>(rows(list).count()));
     const Batch batch(*this);
     for (int row = rows(list).count() - 2; row >= 0; --row) exchangeSelected(list, row, row + 1, selection);
-    state_.ListDirty = true;
+    markChanged();
 }
 
 void Playlists::moveUp(int list, Selection& selection) {
@@ -180,7 +181,7 @@ void Playlists::moveUp(int list, Selection& selection) {
     selection.resize(static_cast<std::size_t>(rows(list).count()));
     const Batch batch(*this);
     for (int row = 1; row < rows(list).count(); ++row) exchangeSelected(list, row, row - 1, selection);
-    state_.ListDirty = true;
+    markChanged();
 }
 
 void Playlists::exchangeSelected(int list, int row, int neighbour, Selection& selection) {
@@ -211,7 +212,7 @@ void Playlists::moveBefore(int list, int row, Selection& selection) {
     order.insert(order.end(), behind.begin(), behind.end());
     if (std::is_sorted(order.begin(), order.end())) return;  // dropped where it was
     reorder(list, order, selection);
-    state_.ListDirty = true;
+    markChanged();
 }
 
 void Playlists::removeSelected(int list, Selection selection) {
@@ -219,7 +220,7 @@ void Playlists::removeSelected(int list, Selection selection) {
     selection.resize(static_cast<std::size_t>(rows(list).count()));
     removeRows(list, selection);
     BuildShuffleOrder(list);
-    state_.ListDirty = true;
+    markChanged();
 }
 
 void Playlists::removeRows(int list, const Selection& which) {
@@ -259,7 +260,7 @@ void Playlists::clear(int list) {
     rows(list).clear();
     fillFrom_[static_cast<std::size_t>(list)] = 0;
     currentIndex(list) = -1;
-    state_.ListDirty = true;
+    markChanged();
     report(list, 0, -1, true);
 }
 

@@ -112,6 +112,10 @@ void WindowSystemWin32::dispatch(MSG& message) {
     DispatchMessageW(&message);
 }
 
+bool WindowSystemWin32::mouseHeld() const {
+    return GetAsyncKeyState(VK_LBUTTON) < 0 || GetAsyncKeyState(VK_RBUTTON) < 0;
+}
+
 void WindowSystemWin32::pumpMessages() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {

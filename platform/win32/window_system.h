@@ -18,6 +18,7 @@ class WindowSystemWin32 : public WindowSystem {
     std::unique_ptr<FormHost> realise(Form& form) override;
     TwipsPerPixel twipsPerPixel() const override;
     Rect workArea(const Rect& place) const override;
+    bool mouseHeld() const override;
     void pumpMessages() override;
     void post(std::function<void()> task) override;
     int run() override;

@@ -56,6 +56,7 @@ class FakeWindowSystem : public WindowSystem {
     Rect area{0, 0, 1920, 1040};
     int pumps = 0;
     bool hasQuit = false;
+    bool held = false;
 
     FakeFormHost* hostOf(const Form& form) const {
         for (const auto& [of, host] : hosts) {
@@ -72,6 +73,7 @@ class FakeWindowSystem : public WindowSystem {
     }
     TwipsPerPixel twipsPerPixel() const override { return twips; }
     Rect workArea(const Rect&) const override { return area; }
+    bool mouseHeld() const override { return held; }
     void pumpMessages() override {
         ++pumps;
         if (onPump) onPump();

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "playlist/quiet_save.h"
 #include "text/encoding.h"
 #include "tests/playlist/lists_fixture.h"
 
@@ -89,6 +90,56 @@ TEST(ListFileOfTheProgram, AFailedWriteLeavesTheChangeToBeSaved) {
     EXPECT_FALSE(lists.lists.SaveListFile());
     EXPECT_TRUE(lists.state.ListDirty);
     EXPECT_EQ(lists.files.bytesOf(kFile), "C:\\a.mp3\r\n");
+}
+
+TEST(QuietSave, WritesAChangeAfterHalfAMinuteAndOnceAndLeavesTheEndItsOwnWrite) {
+    using std::chrono::seconds;
+    Lists lists;
+    lists.lists.LoadListFile();
+    QuietSave quiet(lists.state, lists.lists);
+    const QuietSave::Clock::time_point start{};
+    const auto writesUntil = [&](int from, int to, bool occupied = false) {
+        const int before = lists.files.writes;
+        for (int second = from; second < to; second += 2) quiet.tick(start + seconds(second), occupied);
+        return lists.files.writes - before;
+    };
+    EXPECT_EQ(writesUntil(0, 1000), 0) << "nothing has changed";
+
+    lists.addLetters(0, "ba");
+    lists.lists.markChanged();
+    EXPECT_EQ(writesUntil(1000, 1030), 0);
+    EXPECT_EQ(writesUntil(1030, 1100, true), 0) << "the user drags something";
+    EXPECT_EQ(writesUntil(1100, 2000), 1) << "one change, one write";
+    EXPECT_EQ(lists.files.bytesOf(kFile), "#ListA\r\nC:\\b.mp3\r\nC:\\a.mp3\r\n");
+
+    lists.addLetters(0, "c");
+    lists.lists.markChanged();
+    lists.files.writesFail = true;
+    EXPECT_EQ(writesUntil(2000, 2070), 2) << "a write that failed is tried again";
+    lists.files.writesFail = false;
+    EXPECT_EQ(writesUntil(2070, 3000), 1);
+
+    // A sort by a click on a column is no change, but what is written at the end after another change holds it.
+    Playlists::Selection none;
+    lists.lists.sort(0, kFileColumn, false, none);
+    EXPECT_EQ(writesUntil(3000, 4000), 0);
+    EXPECT_TRUE(lists.state.ListDirty);
+    EXPECT_TRUE(lists.lists.SaveListFile());
+    EXPECT_EQ(lists.files.bytesOf(kFile), "#ListA\r\nC:\\a.mp3\r\nC:\\b.mp3\r\nC:\\c.mp3\r\n");
+}
+
+TEST(QuietSave, KeepsAwayFromAListFileThatCouldNotBeRead) {
+    Lists lists;
+    lists.files.add(kFile, "C:\\a.mp3\r\n");
+    lists.files.unreadable = {kFile};
+    lists.lists.LoadListFile();
+    lists.addLetters(0, "n");
+    lists.lists.markChanged();
+    lists.files.unreadable.clear();
+    EXPECT_FALSE(lists.lists.unsavedChanges());
+    EXPECT_TRUE(lists.lists.saveQuietly());
+    EXPECT_EQ(lists.files.writes, 0);
+    EXPECT_EQ(lists.names(0), "n") << "no rows come in during the run";
 }
 
 TEST(ListFileOfTheProgram, IsNotLostWhenItCouldNotBeRead) {
