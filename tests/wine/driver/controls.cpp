@@ -146,35 +146,9 @@ Rows ComboBoxItems(HWND comboBox) {
     return rows;
 }
 
-Rows ToolbarButtons(HWND toolbar) {
-    RemoteMemory memory(toolbar, 256);
-    Rows rows;
-    const auto count = static_cast<int>(SendWithLimit(toolbar, TB_BUTTONCOUNT, 0, 0));
-    for (int i = 0; i < count; ++i) {
-        SendWithLimit(toolbar, TB_GETBUTTON, i, memory.parameter());
-        const auto button = memory.read<TBBUTTON>();
-        SendWithLimit(toolbar, TB_GETITEMRECT, i, memory.parameter());
-        Row row = {Number(button.idCommand), Number(button.fsState), Number(button.fsStyle)};
-        for (std::string& field : OnScreen(toolbar, memory.read<RECT>())) row.push_back(std::move(field));
-        rows.push_back(std::move(row));
-    }
-    return rows;
-}
-
-Row ScrollState(HWND control) {
-    wchar_t name[64] = {};
-    GetClassNameW(control, name, 64);
-    if (lstrcmpiW(name, TRACKBAR_CLASSW) == 0)
-        return {Number(SendWithLimit(control, TBM_GETPOS, 0, 0)), Number(SendWithLimit(control, TBM_GETRANGEMIN, 0, 0)),
-                Number(SendWithLimit(control, TBM_GETRANGEMAX, 0, 0)), "0"};
-    RemoteMemory memory(control, sizeof(SCROLLINFO));
-    SCROLLINFO info = {};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_ALL;
-    memory.write(info);
-    SendWithLimit(control, SBM_GETSCROLLINFO, 0, memory.parameter());
-    info = memory.read<SCROLLINFO>();
-    return {Number(info.nPos), Number(info.nMin), Number(info.nMax), Number(info.nPage)};
+Row TrackBarState(HWND trackBar) {
+    return {Number(SendWithLimit(trackBar, TBM_GETPOS, 0, 0)), Number(SendWithLimit(trackBar, TBM_GETRANGEMIN, 0, 0)),
+            Number(SendWithLimit(trackBar, TBM_GETRANGEMAX, 0, 0))};
 }
 
 }  // namespace driver

@@ -19,10 +19,7 @@ Row ListViewItemPlace(HWND listView, int item);
 Rows ListBoxItems(HWND listBox);
 Rows ComboBoxItems(HWND comboBox);
 
-// One row per button of a toolbar: command id, state flags, style flags, place on the screen (x, y, width, height).
-Rows ToolbarButtons(HWND toolbar);
-
-// position, minimum, maximum, page of a scroll bar control; position, minimum, maximum, 0 of a track bar
-Row ScrollState(HWND control);
+// position, minimum, maximum
+Row TrackBarState(HWND trackBar);
 
 }  // namespace driver

@@ -47,8 +47,7 @@ const Verb kVerbs[] = {
     {"itemplace", [](const Request& r) { return Rows{ListViewItemPlace(WindowOf(r, 1), Int(r, 2, 0))}; }},
     {"listbox", [](const Request& r) { return ListBoxItems(WindowOf(r, 1)); }},
     {"combobox", [](const Request& r) { return ComboBoxItems(WindowOf(r, 1)); }},
-    {"toolbar", [](const Request& r) { return ToolbarButtons(WindowOf(r, 1)); }},
-    {"scroll", [](const Request& r) { return Rows{ScrollState(WindowOf(r, 1))}; }},
+    {"scroll", [](const Request& r) { return Rows{TrackBarState(WindowOf(r, 1))}; }},
     {"codepage", [](const Request&) { return Rows{{std::to_string(GetACP())}}; }},
     // the process of a window
     {"resources", [](const Request& r) { return Rows{Resources(WindowOf(r, 1))}; }},

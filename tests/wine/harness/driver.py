@@ -306,12 +306,6 @@ class Window:
         """Indices of the selected rows of a list view."""
         return [i for i, row in enumerate(self._driver.ask("listview", self.handle)) if row[0] == "1"]
 
-    def focused_item(self):
-        return next((i for i, row in enumerate(self._driver.ask("listview", self.handle)) if row[1] == "1"), None)
-
-    def checked_items(self):
-        return [i for i, row in enumerate(self._driver.ask("listview", self.handle)) if row[2] == "2"]
-
     def columns(self):
         """(title, width in pixels) of each column of a list view."""
         return [(title, int(width)) for title, width in self._driver.ask("columns", self.handle)]
@@ -330,11 +324,6 @@ class Window:
     def _list_verb(self):
         return "combobox" if "combo" in self.class_name.lower() else "listbox"
 
-    def toolbar_buttons(self):
-        """(command id, state, style, (x, y, width, height) on the screen) of each button."""
-        rows = [list(map(int, row)) for row in self._driver.ask("toolbar", self.handle)]
-        return [(row[0], row[1], row[2], tuple(row[3:])) for row in rows]
-
     def scroll(self):
-        """(position, minimum, maximum, page) of a scroll or track bar."""
+        """(position, minimum, maximum) of a track bar."""
         return tuple(map(int, self._driver.ask("scroll", self.handle)[0]))

@@ -161,6 +161,10 @@ class Scenario:
         self.wait_until(lambda: self.sound_mark() - mark >= size and self.captured(self.sound_mark() - size).is_silent(),
                         limit, "it is silent")
 
+    def wait_tone(self, frequency, limit=8):
+        """Waits until a tone is what is heard."""
+        self.wait_until(lambda: abs(self.listen(0.3).frequency() - frequency) < 12, limit, f"a tone of {frequency} Hz is heard")
+
     @staticmethod
     def wait_until(condition, limit=LIMIT, what="condition"):
         """Polls until `condition` gives something true, which it returns; TimeoutError after `limit` seconds."""
@@ -181,6 +185,14 @@ class Scenario:
         dialog.command(1)
         dialog.wait_closed(limit)
 
+    def answer(self, *texts, button=1, limit=LIMIT):
+        """Presses a button (1 OK, 2 cancel, 6 yes, 7 no) of the message that is shown, which must hold the texts."""
+        dialog = self.driver.wait_window(class_name="#32770", limit=limit)
+        shown = " ".join(control.title for control in dialog.controls())
+        assert all(text in shown for text in texts), f"{shown!r} does not hold {texts}"
+        dialog.command(button)
+        dialog.wait_closed()
+
     def drop_files(self, x, y, *files):
         """Drops files at a point of the screen, as a file manager would."""
         drop_files(self.session.display.name, x, y, [pathlib.Path(f).resolve() for f in files])
@@ -198,6 +210,10 @@ class Scenario:
             return []
         rows = [line.split() for line in log.read_text().splitlines()]
         return [(int(ms), kind, int(value, 16)) for ms, kind, value in rows]
+
+    def midi_notes(self, since=0):
+        """The numbers of the notes that it was told to begin, from the message `since` on."""
+        return [value >> 8 & 127 for _, kind, value in self.midi_messages()[since:] if kind == "short" and value & 0xF0 == 0x90 and value >> 16]
 
     # Checks beyond plain assert
 

@@ -19,13 +19,6 @@ class Sound:
         usable = len(data) // 4 * 4
         return cls(numpy.frombuffer(data[:usable], "<i2").reshape(-1, 2) / 32768.0, rate)
 
-    @classmethod
-    def from_wave(cls, path):
-        with wave.open(str(path)) as file:
-            data = numpy.frombuffer(file.readframes(file.getnframes()), "<i2") / 32768.0
-            channels, rate = file.getnchannels(), file.getframerate()
-        return cls(numpy.repeat(data.reshape(-1, channels), 2 // channels, axis=1), rate)
-
     def save(self, path):
         with wave.open(str(path), "wb") as file:
             file.setnchannels(2)
@@ -45,10 +38,6 @@ class Sound:
 
     def rms(self):
         return float(numpy.sqrt(numpy.mean(self.samples ** 2))) if len(self.samples) else 0.0
-
-    def channel_rms(self):
-        """(left, right)"""
-        return tuple(float(v) for v in numpy.sqrt((self.samples ** 2).mean(axis=0))) if len(self.samples) else (0.0, 0.0)
 
     def _loud(self):
         return numpy.flatnonzero(numpy.abs(self.samples).max(axis=1) > SILENCE) if len(self.samples) else numpy.array([])
@@ -81,9 +70,6 @@ class Sound:
         pieces = self.pieces(shortest)
         return [(a[1], b[0] - a[1]) for a, b in zip(pieces, pieces[1:])]
 
-    def onsets(self, gap=0.03):
-        return [start for start, _ in self.pieces(gap)]
-
     def frequency(self):
         """The strongest frequency in Hz, 0 for silence. Exact to about 0.1 Hz over one second of a steady tone."""
         x = self.mono()
@@ -111,7 +97,3 @@ class Sound:
         window = numpy.hanning(len(x))
         turn = numpy.exp(-2j * numpy.pi * frequency * numpy.arange(len(x)) / self.rate)
         return float(2 * abs(numpy.sum(x * window * turn)) / window.sum())
-
-    def describe(self):
-        return (f"{self.length:.2f} s, heard {self.bounds()}, {self.trimmed().frequency():.1f} Hz, rms {self.rms():.4f}, "
-                f"gaps {[(round(t, 3), round(g, 4)) for t, g in self.gaps()[:6]]}")

@@ -3,27 +3,19 @@
 import numpy
 
 from harness import material
+from harness.product import Product
 from harness.scenario import real_time
 
 BANDS = (60, 170, 310, 600, 1000, 3000, 6000, 12000, 14000, 16000)
 ROCK = (2.0, 5.0, 0.0, -2.0, 3.0, 1.0, -2.0, 5.0, 3.0, 1.0)
+STEP = 0.6  # seconds of each
 TITLE = "グラフィックイコライザ"
 SWITCH = "ｲｺﾗｲｻﾞを有効にする"
-SETTINGS = "[Equalizer]\r\nX=3000\r\nY=3000\r\n"
+SETTINGS = "[Equalizer]\nX=3000\nY=3000\n"
 
 
-def start(s, *arguments, name="program", settings=SETTINGS):
-    folder = s.fresh_product(name)
-    (folder / "Quenlox.ini").write_bytes(settings.encode("cp932"))
-    program = s.start_product(*arguments, folder=folder)
-    return program, folder, s.driver.wait_window(title="Quenlox  Ver 1.0.0")
-
-
-def open_equalizer(s, top):
-    x, y, _, _ = top.place
-    s.driver.click(x + 300, y + 20, button="right")
-    s.driver.choose("グライコ(G)")
-    window = s.driver.wait_window(title=TITLE)
+def open_equalizer(player):
+    window = player.open("グライコ(G)", TITLE)
     window.activate()
     return window
 
@@ -36,28 +28,23 @@ def gains(window):
     return [-slider.scroll()[0] for slider in sliders(window)]
 
 
-def end(s, program, top):
-    top.close()
-    s.equal(program.wait_exit(), 0, "exit code")
-
-
 def band_levels(s, file, settings, name):
     mark = s.sound_mark()
-    program, _, top = start(s, file, "/p", name=name, settings=settings)
+    player = Product(s, file, "/p", name=name, ini=settings)
     s.wait_sound(since=mark)
     s.wait_silence(limit=25)
     heard = s.captured(mark).trimmed()
-    end(s, program, top)
-    s.near(heard.length, len(BANDS), 0.2, "length in seconds")
-    return [heard.part(i + 0.3, i + 0.8).level_at(f) for i, f in enumerate(BANDS)]
+    player.end()
+    s.near(heard.length, len(BANDS) * STEP, 0.2, "length in seconds")
+    return [heard.part(i * STEP + 0.2, i * STEP + 0.5).level_at(f) for i, f in enumerate(BANDS)]
 
 
 @real_time
 def test_a_preset_raises_and_lowers_its_bands_by_what_it_says(s):
-    file = material.write_mp3(s.material / "bands.mp3", material.steps(BANDS, 1.0, level=0.2), "-b", "320", "--lowpass", "20")
+    file = material.write_mp3(s.material / "bands.mp3", material.steps(BANDS, STEP, level=0.2), "-b", "320", "--lowpass", "20")
     rock = ",".join(str(int(g * 10)) for g in ROCK)
-    plain = band_levels(s, file, "[Equalizer]\r\nEqMode=0\r\n", "plain")
-    shaped = band_levels(s, file, f"[Equalizer]\r\n5Eq=Custom,{rock}\r\nEqMode=1\r\n", "shaped")
+    plain = band_levels(s, file, "[Equalizer]\nEqMode=0\n", "plain")
+    shaped = band_levels(s, file, f"[Equalizer]\n5Eq=Custom,{rock}\nEqMode=1\n", "shaped")
     raised = [20 * numpy.log10(b / a) for a, b in zip(plain, shaped)]
     print("gains heard:", " ".join(f"{g:+.2f}" for g in raised))
     for band, heard, wanted in zip(BANDS, raised, ROCK):
@@ -67,8 +54,8 @@ def test_a_preset_raises_and_lowers_its_bands_by_what_it_says(s):
 @real_time
 def test_choosing_a_preset_and_switching_while_it_plays_is_heard_and_gives_no_click(s):
     file = material.write_mp3(s.material / "tone.mp3", material.tone(170, 40.0, level=0.2))
-    program, _, top = start(s, file, "/p")
-    window = open_equalizer(s, top)
+    player = Product(s, file, "/p", ini=SETTINGS)
+    window = open_equalizer(player)
     s.wait_sound()
     plain = s.listen(0.6).level_at(170)
     window.control(title="ROCK").click()
@@ -86,18 +73,17 @@ def test_choosing_a_preset_and_switching_while_it_plays_is_heard_and_gives_no_cl
     # The steepest step of the louder of the two tones.
     music = 2 * numpy.pi * 170 / 44100 * plain * 10 ** (5.5 / 20)
     s.near(max(numpy.abs(numpy.diff(heard)).max() - music, 0), 0, 0.002, "sample step above that of the music")
-    end(s, program, top)
+    player.end()
 
 
 def test_sliders_answer_to_keys_wheel_and_double_click_and_the_curve_to_the_mouse(s):
-    program, _, top = start(s)
-    window = open_equalizer(s, top)
+    player = Product(s, ini=SETTINGS)
+    window = open_equalizer(player)
     s.equal(window.place[:2], (200, 200), "the place that was kept")
     window.control(title="BGM").click()
     s.wait_until(lambda: gains(window) == [-7, -2, -3, 4, -2, 3, -3, 0, -5, -7], 5, "BGM")
     window.control(title=SWITCH).click()
     s.pause(0.3)
-    s.screenshot("bgm", window)
     bars = sliders(window)
     bars[0].click(bars[0].width // 2, bars[0].height - 8)
     s.driver.keys("home")
@@ -115,8 +101,7 @@ def test_sliders_answer_to_keys_wheel_and_double_click_and_the_curve_to_the_mous
     s.wait_until(lambda: gains(window)[9] == -12, 3, "End is the bottom")
     s.driver.keys("home")
     s.wait_until(lambda: gains(window)[9] == 12, 3, "Home")
-    place = next((bottom.x + bottom.width // 2, bottom.y + dy) for dy in (10, 12, 14))
-    s.driver.click(*place, count=2)
+    s.driver.click(bottom.x + bottom.width // 2, bottom.y + 10, count=2)
     s.wait_until(lambda: gains(window)[9] == 0, 3, "a double click on the knob is 0 dB")
 
     curve = next(c for c in window.controls() if c.class_name == "Quenlox.Picture")
@@ -129,13 +114,13 @@ def test_sliders_answer_to_keys_wheel_and_double_click_and_the_curve_to_the_mous
     s.wait_until(lambda: gains(window)[4] != 12 or gains(window)[0] != 9, 3, "a random pattern")
     window.control(title="閉じる").click()
     window.wait_closed()
-    assert program.running()
-    end(s, program, top)
+    assert player.program.running()
+    player.end()
 
 
 def test_patterns_sliders_and_switch_are_there_again_at_the_next_start(s):
-    program, folder, top = start(s, name="kept")
-    window = open_equalizer(s, top)
+    player = Product(s, name="kept", ini=SETTINGS)
+    window = open_equalizer(player)
     window.control(title="LIGHT").click()
     s.wait_until(lambda: gains(window)[0] == -2, 3, "LIGHT")
     window.control(title=SWITCH).click()
@@ -143,21 +128,19 @@ def test_patterns_sliders_and_switch_are_there_again_at_the_next_start(s):
     s.driver.choose("BGM")
     prompt = s.driver.wait_window(title=TITLE, class_name="#32770")
     prompt.control(class_name="Edit").set_text("夜")
-    s.screenshot("prompt", prompt)
     prompt.command(1)
     prompt.wait_closed()
     window.control(title="夜")
     s.driver.drag(window.x + 60, window.y + 10, window.x + 160, window.y + 60)
     s.wait_until(lambda: window.refreshed().place[:2] == (300, 250), 5, "the window is moved")
-    end(s, program, top)
-    text = (folder / "Quenlox.ini").read_bytes().decode("cp932")
+    player.end()
+    text = player.kept()
     for line in ("4Eq=夜,-20,-40,0,0,-20,40,50,10,40,20", "5Eq=Custom,-20,-40,0,0,-20,40,50,10,40,20", "EqMode=1", "X=4500", "Y=3750"):
         assert line in text, f"{line} is missing in\n{text}"
-    program = s.start_product(folder=folder)
-    top = s.driver.wait_window(title="Quenlox  Ver 1.0.0")
-    window = open_equalizer(s, top)
+    player = Product(s, again=player)
+    window = open_equalizer(player)
     s.equal(window.place[:2], (300, 250), "place")
     s.equal(gains(window), [-2, -4, 0, 0, -2, 4, 5, 1, 4, 2], "sliders")
     assert window.control(title=SWITCH).checked()
     window.control(title="夜")
-    end(s, program, top)
+    player.end()

@@ -5,25 +5,15 @@ import pathlib
 from mutagen.id3 import ID3
 
 from harness import material
+from harness.product import Product
 from harness.scenario import real_time
 
 TITLE = "タグ情報*"
 STEPS = (300, 500, 700, 900, 1100, 1300, 1500, 1700, 1900, 2100)
 
 
-def start(s, *arguments, name="program", **files):
-    folder = s.fresh_product(name)
-    for file, text in files.items():
-        (folder / f"Quenlox.{file}").write_bytes(text.encode("cp932"))
-    program = s.start_product(*arguments, folder=folder)
-    return program, s.driver.wait_window(title="Quenlox  Ver 1.0.0")
-
-
-def open_editor(s, top):
-    x, y, _, _ = top.place
-    s.driver.click(x + 300, y + 20, button="right")
-    s.driver.choose("タグ情報(I)")
-    window = s.driver.wait_window(title=TITLE)
+def open_editor(s, player):
+    window = player.open("タグ情報(I)", TITLE)
     s.driver.drag(window.x + 60, window.y + 10, window.x + 260, window.y + 220)
     s.wait_until(lambda: window.refreshed().y > 150, 5, "the window is moved")
     return window.refreshed()
@@ -42,23 +32,9 @@ def name_box(window):
     return next(c for c in window.controls() if c.class_name == "Edit" and c.y <= button.y + 8 <= c.y + c.height)
 
 
-def answer(s, text, button=1):
-    """Closes the message that is shown and returns its texts."""
-    dialog = s.driver.wait_window(class_name="#32770")
-    texts = " ".join(c.title for c in dialog.controls())
-    assert text in texts, f"{texts!r} does not hold {text!r}"
-    dialog.command(button)
-    dialog.wait_closed()
-
-
 def press(s, window, caption):
     s.wait_until(lambda: window.control(title=caption).enabled, 5, f"{caption} can be pressed")
     window.control(title=caption).click()
-
-
-def end(s, program, top):
-    top.close()
-    s.equal(program.wait_exit(), 0, "exit code")
 
 
 def song(s, name, title="First", seconds=2.0):
@@ -78,8 +54,8 @@ def audio(path):
 def test_what_is_edited_while_it_plays_is_saved_and_the_sound_goes_on(s):
     file = material.write_mp3(s.material / "steps.mp3", material.steps(STEPS, 2.0), "--tt", "First", "--ta", "Anna")
     before = audio(file)
-    program, top = start(s, file, "/p")
-    window = open_editor(s, top)
+    player = Product(s, file, "/p")
+    window = open_editor(s, player)
     s.equal(field(window, "タイトル").text(), "First", "title")
     s.equal(name_box(window).text(), "(Anna) First.mp3", "proposed name")
     s.wait_sound()
@@ -87,7 +63,6 @@ def test_what_is_edited_while_it_plays_is_saved_and_the_sound_goes_on(s):
     field(window, "タイトル").set_text("夜明けの歌 😀")
     field(window, "コメント").set_text("とても長いコメントなのでID3v1には収まりません")
     s.wait_until(lambda: name_box(window).text() == "(Anna) 夜明けの歌 😀.mp3", 3, "the proposal follows")
-    s.screenshot("edited", window)
     mark = s.sound_mark()
     press(s, window, "保存")
     window.control(title="保存しました")
@@ -96,72 +71,68 @@ def test_what_is_edited_while_it_plays_is_saved_and_the_sound_goes_on(s):
     heard = s.captured(mark)
     assert all(f > 650 or f < 50 for _, f in heard.frequencies(0.1)), heard.frequencies(0.1)
     print("silence while it was written:", heard.gaps())
-    s.screenshot("saved", window)
     tags = ID3(file)
     s.equal(str(tags["TIT2"]), "夜明けの歌 😀", "title in the file")
     s.equal(str(tags["TPE1"]), "Anna", "artist in the file")
     s.equal(audio(file), before, "sound in the file")
-    end(s, program, top)
+    player.end()
 
 
 def test_renaming_takes_the_lists_along_and_what_fails_is_said(s):
     file = song(s, "before.mp3")
     taken = song(s, "taken.mp3", "Other")
     listed = s.windows_path(file)
-    program, top = start(s, file, name="rename", m3u=f"#ListA\r\n{listed}\r\n#ListB\r\n{listed}\r\n#ListC\r\n{listed}\r\n")
-    window = open_editor(s, top)
+    player = Product(s, file, name="rename", m3u="".join(f"#List{letter}\n{listed}\n" for letter in "ABC"))
+    window = open_editor(s, player)
     for name, message in (("  ", "ファイル名が不正です"), ("() x.mp3", "ファイル名が不正です"),
                           ("a?b.mp3", "ファイル名変換エラー"), ("taken.mp3", "ファイル名変換エラー")):
         name_box(window).set_text(name)
         press(s, window, "名前の変更")
-        answer(s, message)
+        s.answer(message)
         assert file.exists() and taken.exists(), name
     name_box(window).set_text("改名した曲 é.mp3")
     press(s, window, "名前の変更")
     window.control(title="名前を変更しました")
     renamed = file.with_name("改名した曲 é.mp3")
     assert renamed.exists() and not file.exists()
-    s.screenshot("renamed", window)
-    end(s, program, top)
-    saved = (s.dir / "rename/Quenlox.m3u").read_bytes()
-    text = saved.decode("utf-16") if saved[:2] == b"\xff\xfe" else saved.decode("cp932")
+    player.end()
+    text = player.kept("m3u")
     s.equal(text.count("改名した曲"), 2, "rows with the new name")
     s.equal(text.count("before.mp3"), 1, "rows with the old name, of list C")
 
 
 def test_mp3_to_rmp_and_back_keeps_sound_and_tag(s):
     file = song(s, "wrap.mp3", "Wrapped")
-    program, top = start(s, file, name="wrap")
-    window = open_editor(s, top)
+    player = Product(s, file, name="wrap")
+    window = open_editor(s, player)
     rmp, back = s.material / "wrap.rmp", s.material / "back.mp3"
     press(s, window, "RMPに変換...")
     s.file_dialog(rmp)
     s.wait_until(rmp.exists, 5, "the RMP file")
     s.equal(rmp.read_bytes()[:4] + rmp.read_bytes()[8:12], b"RIFFRMP3", "form")
-    end(s, program, top)
+    player.end()
 
-    program, top = start(s, rmp, "/p", name="wrap")
-    window = open_editor(s, top)
+    player = Product(s, rmp, "/p", name="wrap")
+    window = open_editor(s, player)
     s.equal(field(window, "タイトル").text(), "Wrapped", "title of the RMP file")
     s.equal(name_box(window).text(), "(Anna) Wrapped.rmp", "proposed name")
-    s.screenshot("rmp", window)
     press(s, window, "MP3に変換...")
     s.file_dialog(back)
     s.wait_until(back.exists, 5, "the MP3 file")
     s.equal(audio(back), audio(file), "sound")
     s.equal(str(ID3(back)["TIT2"]), "Wrapped", "title")
-    end(s, program, top)
+    player.end()
 
 
 def test_a_file_that_cannot_be_written_stays_whole_and_the_reason_is_said(s):
     file = song(s, "guarded.mp3")
     original = file.read_bytes()
-    program, top = start(s, file, name="guarded")
-    window = open_editor(s, top)
+    player = Product(s, file, name="guarded")
+    window = open_editor(s, player)
     file.chmod(0o444)
     field(window, "タイトル").set_text("Changed")
     press(s, window, "保存")
-    answer(s, "読み取り専用か、ほかのプログラムが使用中です")
+    s.answer("読み取り専用か、ほかのプログラムが使用中です")
     s.equal(file.read_bytes(), original, "the file")
     s.equal(field(window, "タイトル").text(), "Changed", "what was typed")
     file.chmod(0o644)
@@ -169,39 +140,37 @@ def test_a_file_that_cannot_be_written_stays_whole_and_the_reason_is_said(s):
     holder = s.start("cmd", "/c", f"ping -n 30 127.0.0.1 < {s.windows_path(file)}")
     s.pause(2)
     press(s, window, "保存")
-    answer(s, "タグを書き込めませんでした")
+    s.answer("タグを書き込めませんでした")
     s.equal(file.read_bytes(), original, "the file")
     holder.kill()
 
     window.control(title="閉じる").click()
-    answer(s, "タグの変更を保存しますか", 2)  # cancel
+    s.answer("タグの変更を保存しますか", button=2)  # cancel
     assert window.refreshed().visible
-    s.screenshot("unsaved", window)
     window.control(title="閉じる").click()
-    answer(s, "タグの変更を保存しますか", 7)  # no
+    s.answer("タグの変更を保存しますか", button=7)  # no
     window.wait_closed()
     s.equal(file.read_bytes(), original, "the file")
-    end(s, program, top)
+    player.end()
 
 
 def test_one_field_goes_to_every_selected_row_of_the_play_list(s):
     files = [song(s, f"many{i}.mp3", f"Title {i}") for i in range(3)]
-    rows = "".join(s.windows_path(f) + "\r\n" for f in files)
-    program, top = start(s, files[0], name="many", m3u=f"#ListA\r\n{rows}#ListB\r\n#ListC\r\n", ini="[List]\r\nX=0\r\nY=4500\r\nShow=1\r\n")
+    player = Product(s, files[0], name="many", m3u="\n".join(["#ListA", *map(s.windows_path, files), ""]), ini="[List]\nX=0\nY=4500\nShow=1\n")
     playlist = s.driver.wait_window(title="プレイリスト")
     view = next(c for c in playlist.controls() if c.class_name == "SysListView32" and c.visible)
     s.wait_until(lambda: len(view.items()) == 3, 5, "three rows")
     view.click_item(0)
     s.driver.keys("ctrl+a")
     s.wait_until(lambda: len(view.selected_items()) == 3, 5, "all are selected")
-    window = open_editor(s, top)
+    window = open_editor(s, player)
     press(s, window, "次 ▶")
     s.wait_until(lambda: field(window, "タイトル").text() == "Title 1", 5, "the second row")
     field(window, "アルバム").set_text("全集")
     press(s, window, "すべてに適用")
-    answer(s, "3曲", 6)  # yes
+    s.answer("3曲", button=6)  # yes
     window.control(title="3曲に書き込みました")
     s.screenshot("many", window)
     for i, file in enumerate(files):
         s.equal((str(ID3(file)["TALB"]), str(ID3(file)["TIT2"])), ("全集", f"Title {i}"), file.name)
-    end(s, program, top)
+    player.end()

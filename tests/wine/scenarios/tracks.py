@@ -1,11 +1,11 @@
-"""A play list is played: order and gaps in every play mode, what is missing, kinds in turn, and the list file."""
+"""A play list is played: order and gaps in every play mode, what is missing, kinds in turn, and the keys that step."""
 
 from harness import material
+from harness.product import Product
 from harness.scenario import real_time
 
 MIDI = True
 LIMIT = 180
-TITLE = "Quenlox  Ver *"
 PITCHES = {"a": 440, "b": 660, "c": 880}  # Hz
 SECONDS = 1.5
 
@@ -14,23 +14,11 @@ def tones(s, seconds=SECONDS):
     return [material.write_mp3(s.material / f"{name}{seconds:g}.mp3", material.tone(pitch, seconds)) for name, pitch in PITCHES.items()]
 
 
-def with_list(s, name, files, current=0, settings=""):
-    """A fresh copy of the program whose list A holds the files and that remembers one of them."""
-    folder = s.fresh_product(name)
+def play(s, name, files, switches, current=0, settings=""):
+    """The program with the files in list A and one of them remembered."""
     paths = [file if isinstance(file, str) else s.windows_path(file) for file in files]
-    (folder / "Quenlox.m3u").write_bytes("".join(f"{line}\r\n" for line in ["#ListA", *paths]).encode("cp932"))
-    (folder / "Quenlox.ini").write_bytes(f"[Main]\r\nX=1500\r\nY=1500\r\nFileName={paths[current]}\r\n{settings}".encode("cp932"))
-    return folder
-
-
-def play(s, folder, switches):
-    program = s.start_product(switches, folder=folder)
-    return program, s.driver.wait_window(title=TITLE)
-
-
-def end(s, program):
-    s.driver.find(title=TITLE).close()
-    s.equal(program.wait_exit(), 0, "exit code")
+    return Product(s, switches, name=name, m3u="\n".join(["#ListA", *paths, ""]),
+                   ini=f"[Main]\nX=1500\nY=1500\nFileName={paths[current]}\n{settings}")
 
 
 def order(sound, step=0.05):
@@ -66,10 +54,9 @@ def hear(s, mark, seconds):
 @real_time
 def test_program_plays_the_list_in_a_loop_without_an_audible_gap(s):
     mark = s.sound_mark()
-    program, window = play(s, with_list(s, "program_mode", tones(s)), "/pm2")
+    player = play(s, "program_mode", tones(s), "/pm2")
     heard = hear(s, mark, 5.5 * SECONDS)
-    s.screenshot("program", window)
-    end(s, program)
+    player.end()
     s.equal(order(heard)[:5], "abcab", "order")
     gap = longest_gap(heard)
     print(f"    gap between tracks in PROGRAM: {gap:.1f} ms")
@@ -79,15 +66,14 @@ def test_program_plays_the_list_in_a_loop_without_an_audible_gap(s):
 @real_time
 def test_random_plays_each_once_in_a_pass_and_leaves_out_one_position_of_the_first(s):
     mark = s.sound_mark()
-    program, _ = play(s, with_list(s, "random_mode", tones(s)), "/pm3")
+    player = play(s, "random_mode", tones(s), "/pm3")
     # The remembered file first; then two of the first order, whose first position is left out; then whole passes.
     heard = hear(s, mark, (1 + 2 + 3 + 3) * SECONDS)
-    end(s, program)
+    player.end()
     played = order(heard)
     assert len(played) >= 8 and played[0] == "a", played
     assert len(set(played[1:3])) == 2, f"the rest of the first pass has two different tracks: {played}"
     s.equal("".join(sorted(played[3:6])), "abc", f"a pass has each track once, of {played}")
-    print(f"    RANDOM played {played}, longest gap {longest_gap(heard):.1f} ms")
     assert longest_gap(heard) < 30, longest_gap(heard)
 
 
@@ -95,62 +81,54 @@ def test_random_plays_each_once_in_a_pass_and_leaves_out_one_position_of_the_fir
 def test_repeat_repeats_and_single_stops(s):
     files = tones(s)
     mark = s.sound_mark()
-    program, _ = play(s, with_list(s, "repeat_mode", files, current=1), "/pm1")
-    heard = hear(s, mark, 3.3 * SECONDS)
-    end(s, program)
-    s.equal(set(order(heard)), {"b"}, "tracks heard")
-    print(f"    gap between repeats: {longest_gap(heard):.1f} ms")
+    player = play(s, "repeat_mode", files, "/pm1", current=1)
+    s.equal(set(order(hear(s, mark, 3.3 * SECONDS))), {"b"}, "tracks heard")
+    player.end()
 
     s.wait_silence()
     mark = s.sound_mark()
-    program, _ = play(s, with_list(s, "single_mode", files, current=2), "/pm0")
+    player = play(s, "single_mode", files, "/pm0", current=2)
     s.wait_sound(since=mark)
     s.wait_silence(seconds=1.5)
     s.equal(order(s.captured(mark).trimmed()), "c", "tracks heard")
-    end(s, program)
+    player.end()
 
 
 @real_time
 def test_a_missing_file_in_the_list_is_passed_or_stops_and_harms_nothing(s):
     a, b, _ = tones(s)
     missing = s.windows_path(s.material / "not there.mp3")
-    folder = with_list(s, "passes", [a, missing, b], settings="[Option]\r\nDelList=1\r\n")
     mark = s.sound_mark()
-    program, _ = play(s, folder, "/pm2")
+    player = play(s, "passes", [a, missing, b], "/pm2", settings="[Option]\nDelList=1\n")
     heard = hear(s, mark, 3.3 * SECONDS)
-    end(s, program)
+    player.end()
     s.equal(order(heard)[:3], "aba", "with the option to take missing files out of the list")
-    s.equal((folder / "Quenlox.m3u").read_bytes().decode("cp932").splitlines(), ["#ListA", s.windows_path(a), s.windows_path(b)],
-            "list file")
+    s.equal(player.kept("m3u").splitlines(), ["#ListA", s.windows_path(a), s.windows_path(b)], "list file")
 
-    folder = with_list(s, "stops", [a, missing, b])
-    kept = (folder / "Quenlox.m3u").read_bytes()
     mark = s.sound_mark()
-    program, window = play(s, folder, "/pm2")
+    player = play(s, "stops", [a, missing, b], "/pm2")
+    before = player.kept("m3u")
     s.wait_sound(since=mark)
     s.wait_silence(seconds=2.5, limit=15)
-    s.screenshot("missing", window)
     s.equal(order(s.captured(mark).trimmed()), "a", "tracks heard")
-    window.activate()
+    player.window.activate()
     s.driver.keys("alt+right")
-    s.wait_until(lambda: abs(s.listen(0.3).frequency() - PITCHES["b"]) < 15, 6, "the track behind the missing one is heard")
-    end(s, program)
-    s.equal((folder / "Quenlox.m3u").read_bytes(), kept, "list file")
+    s.wait_tone(PITCHES["b"])
+    player.end()
+    s.equal(player.kept("m3u"), before, "list file")
 
 
 @real_time
 def test_midi_between_two_mp3_takes_its_turn(s):
     a, b, _ = tones(s)
-    tune = material.write_midi(s.material / "tune.mid", (60, 64, 67), quarter_ms=300)
     sent = len(s.midi_messages())
     mark = s.sound_mark()
-    program, _ = play(s, with_list(s, "midi", [a, tune, b]), "/pm2")
+    player = play(s, "midi", [a, material.write_midi(s.material / "tune.mid", (60, 64, 67), quarter_ms=300), b], "/pm2")
     s.wait_sound(since=mark)
-    s.wait_until(lambda: abs(s.listen(0.3).frequency() - PITCHES["b"]) < 15, 20, "the track behind the MIDI file is heard")
+    s.wait_tone(PITCHES["b"], 20)
     s.listen(0.5)  # long enough to be counted
-    end(s, program)
-    notes = [value >> 8 & 0xFF for _, kind, value in s.midi_messages()[sent:] if kind == "short" and value & 0xF0 == 0x90 and value >> 16]
-    s.equal(notes[:3], [60, 64, 67], "notes")
+    player.end()
+    s.equal(s.midi_notes(sent)[:3], [60, 64, 67], "notes")
     heard = s.captured(mark).trimmed()
     s.equal(order(heard)[:2], "ab", "tracks heard")
     print(f"    MP3, MIDI of 0.9 s, MP3: silence of {longest_gap(heard) / 1000:.2f} s between the tones")
@@ -158,37 +136,14 @@ def test_midi_between_two_mp3_takes_its_turn(s):
 
 @real_time
 def test_alt_with_the_arrows_starts_stops_and_steps_once_for_each_press(s):
-    mark = s.sound_mark()
-    program, window = play(s, with_list(s, "keys", tones(s, 20.0)), "/pm2")
-
-    def heard(name):
-        s.wait_until(lambda: abs(s.listen(0.3).frequency() - PITCHES[name]) < 15, 8, f"track {name} is heard")
-
-    s.wait_sound(since=mark)
-    heard("a")
-    window.activate()
+    player = play(s, "keys", tones(s, 20.0), "/pm2")
+    s.wait_tone(PITCHES["a"])
+    player.window.activate()
     for key, track in (("alt+right", "b"), ("alt+right", "c"), ("alt+right", "a"), ("alt+left", "c"), ("alt+left", "b")):
         s.driver.keys(key)
-        heard(track)
+        s.wait_tone(PITCHES[track])
     s.driver.keys("alt+down")
     s.wait_silence(limit=4)
     s.driver.keys("alt+up")
-    heard("b")
-    end(s, program)
-
-
-def test_the_list_file_stays_byte_for_byte_when_nothing_was_changed(s):
-    a, b, _ = tones(s)
-    folder = with_list(s, "untouched", [a, b])
-    # No line end at the last line, comments, blanks, a path that does not exist, and line ends of both kinds.
-    content = f"#ListA\r\n{s.windows_path(a)}\n# a remark\r\n\r\n#ListC\n C:\\old\\gone.mp3 \r\n{s.windows_path(b)}".encode("cp932")
-    (folder / "Quenlox.m3u").write_bytes(content)
-    changed = (folder / "Quenlox.m3u").stat().st_mtime_ns
-    program, window = play(s, folder, "/pm2")
-    s.wait_sound()
-    window.activate()
-    s.driver.keys("alt+right")
-    s.pause(1)
-    end(s, program)
-    s.equal((folder / "Quenlox.m3u").read_bytes(), content, "list file")
-    s.equal((folder / "Quenlox.m3u").stat().st_mtime_ns, changed, "time of the list file")
+    s.wait_tone(PITCHES["b"])
+    player.end()
