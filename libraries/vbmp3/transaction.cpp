@@ -3,6 +3,8 @@
 #include <atomic>
 
 #ifdef _WIN32
+#include <vector>
+
 #include <windows.h>
 
 #include "libraries/vbmp3/wide_path.h"
@@ -23,7 +25,37 @@ FileTransaction::FileTransaction() = default;
 constexpr int kReplaceAttempts = 6;
 constexpr DWORD kReplacePause = 50; // milliseconds
 
-// Asks first, because a ReplaceFile that is refused may leave files of its own behind.
+static std::vector<char> rightsOf(const std::wstring& path)
+{
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<char> rights(size);
+    if (!GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size))
+        rights.clear();
+    return rights;
+}
+
+// The new file gets who may do what with the old one, when that is not what it inherits anyhow, its date of creation, and
+// whether it is hidden.
+static void keepLook(const std::wstring& from, const std::wstring& to)
+{
+    std::vector<char> rights = rightsOf(from);
+    if (!rights.empty() && rights != rightsOf(to))
+        SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+    WIN32_FILE_ATTRIBUTE_DATA look{};
+    if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &look))
+        return;
+    const HANDLE handle = CreateFileW(to.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle != INVALID_HANDLE_VALUE) {
+        SetFileTime(handle, &look.ftCreationTime, nullptr, nullptr);
+        CloseHandle(handle);
+    }
+    if (const DWORD kept = look.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM))
+        SetFileAttributesW(to.c_str(), kept);
+}
+
+// Asks first, so that nothing is tried at a file that another program holds.
 static bool canBeReplaced(const std::wstring& path)
 {
     const HANDLE handle = CreateFileW(path.c_str(), GENERIC_READ | DELETE,
@@ -104,24 +136,22 @@ FileTransaction::Error FileTransaction::commit()
     const bool existed = attributes != INVALID_FILE_ATTRIBUTES;
     const bool readOnly = existed && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
     bool done = false;
+    if (existed && !readOnly)
+        keepLook(target, file_->path);
     // Virus scanners and indexers hold a file for a moment after it was written.
     for (int attempt = 0; attempt < kReplaceAttempts && !done && !readOnly; ++attempt) {
         if (attempt > 0)
             Sleep(kReplacePause);
         if (existed && !canBeReplaced(target))
             continue;
-        // ReplaceFile keeps the target's permissions and dates of creation; some file systems only know the plain move.
-        done = (existed && ReplaceFileW(target.c_str(), file_->path.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
-                                        nullptr, nullptr))
-               || MoveFileExW(file_->path.c_str(), target.c_str(),
-                              existed ? MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH : MOVEFILE_WRITE_THROUGH);
+        // One step of the file system. ReplaceFile takes two, and whoever is killed between them leaves the target under a
+        // name that nobody looks for.
+        done = MoveFileExW(file_->path.c_str(), target.c_str(),
+                           existed ? MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH : MOVEFILE_WRITE_THROUGH);
         const DWORD error = done ? ERROR_SUCCESS : GetLastError();
         if (!done && error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION && error != ERROR_ACCESS_DENIED)
             break;
     }
-    // ReplaceFile may fail half way, with the target gone: then the temporary file is all there is, and stays.
-    if (!done && existed && GetFileAttributesW(target.c_str()) == INVALID_FILE_ATTRIBUTES)
-        file_->path.clear();
     if (done)
         file_->path.clear();
     file_.reset();

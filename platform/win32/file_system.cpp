@@ -1,6 +1,7 @@
 #include "platform/file_system.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "platform/win32/platform.h"
 #include "platform/win32/win32.h"
@@ -42,16 +43,48 @@ std::wstring TemporaryBeside(const std::wstring& target, OwnedHandle& file) {
     return {};
 }
 
+std::vector<char> RightsOf(const std::wstring& path) {
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<char> rights(size);
+    if (!GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size)) rights.clear();
+    return rights;
+}
+
+// Who may do what with a file, and that it is hidden. A file that has nothing of its own inherits the same as its
+// neighbour and is left alone.
+void KeepLook(const std::wstring& from, DWORD attributes, const std::wstring& to) {
+    std::vector<char> rights = RightsOf(from);
+    if (!rights.empty() && rights != RightsOf(to)) SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+    const DWORD kept = attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    if (kept) SetFileAttributesW(to.c_str(), kept);
+}
+
 bool PutInPlace(const std::wstring& temporary, const std::wstring& target) {
     const DWORD attributes = GetFileAttributesW(target.c_str());
     if (attributes == kMissing) return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
     if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) return false;
-    // A file that another program holds is left alone before anything is tried at it; the system's own attempt may leave
-    // a file of its own beside.
+    // A file that another program holds is left alone before anything is tried at it.
     if (!Open(target, GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING)) return false;
-    // Keeps who may do what with the target. Not every file system can do it; then a move does.
-    if (ReplaceFileW(target.c_str(), temporary.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)) return true;
+    KeepLook(target, attributes, temporary);
+    // One step of the file system. ReplaceFile takes two, and between them there is no file of that name: a program that is
+    // killed then would find nothing at its next start.
     return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+}
+
+// What earlier writes left that were killed. One that is being written cannot be opened by anybody else, nor removed.
+void RemoveAbandoned(const std::wstring& target) {
+    const std::wstring folder = target.substr(0, target.rfind(L'\\') + 1);
+    WIN32_FIND_DATAW data;
+    HANDLE first = FindFirstFileW((target + L".~*.tmp").c_str(), &data);
+    if (first == INVALID_HANDLE_VALUE) return;
+    const std::unique_ptr<HANDLE, FindCloser> find(first);
+    do {
+        const std::wstring_view name = data.cFileName;
+        const std::size_t begin = name.rfind(L".~") + 2;
+        const std::wstring_view number = name.substr(begin, name.size() - begin - 4);
+        if (!number.empty() && number.find_first_not_of(L"0123456789") == std::wstring_view::npos) DeleteFileW((folder + data.cFileName).c_str());
+    } while (FindNextFileW(find.get(), &data));
 }
 
 class FileSystemWin32 : public FileSystem {
@@ -95,7 +128,10 @@ class FileSystemWin32 : public FileSystem {
         if (temporary.empty()) return false;
         const bool whole = WriteAll(file.get(), bytes);
         file.reset();
-        if (whole && PutInPlace(temporary, target)) return true;
+        if (whole && PutInPlace(temporary, target)) {
+            RemoveAbandoned(target);
+            return true;
+        }
         DeleteFileW(temporary.c_str());
         return false;
     }

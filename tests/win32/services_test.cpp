@@ -1,3 +1,4 @@
+#include <fstream>
 #include <thread>
 
 #include "tests/win32/desk.h"
@@ -27,8 +28,12 @@ struct Files : testing::Test {
 TEST_F(Files, AWrittenFileIsReadBackWholeAndLeavesNothingBeside) {
     const std::string bytes("\0abc\r\n", 6);
     ASSERT_TRUE(files->write(at("設定.ini"), "old"));
+    // What a killed program has left of a write goes, and nothing else.
+    for (const char* name : {"設定.ini.~123.tmp", "設定.ini.~mine.tmp", "other.ini.~123.tmp"}) std::ofstream(win32::Wide(at(name)).c_str());
     ASSERT_TRUE(files->write(at("設定.ini"), bytes));
     EXPECT_EQ(files->read(at("設定.ini")), bytes);
+    EXPECT_TRUE(files->remove(at("設定.ini.~mine.tmp")));
+    EXPECT_TRUE(files->remove(at("other.ini.~123.tmp")));
     EXPECT_EQ(files->read(at("設定.ini"), 5), std::nullopt) << "larger than the limit";
     EXPECT_EQ(files->files(folder), (std::vector<std::string>{"設定.ini"}));
     EXPECT_TRUE(files->write(at("empty"), ""));
