@@ -1,5 +1,5 @@
 // Converts stereo sound from one rate to another by a windowed sinc of 32 taps. For the rare stream whose rate changes
-// within the file, and for rates that no device takes. One thread.
+// within the file, for rates that no device takes, and for pitch. One thread.
 #pragma once
 
 #include <span>

@@ -90,6 +90,43 @@ TEST(Pitch, AMomentOfTheSourceIsHeardWhereTheLengthPutsIt) {
     }
 }
 
+TEST(Pitch, ThePositionIsThatOfTheClickBeingHeard) {
+    // Clicks at uneven distances, so that none is taken for another, in a little noise.
+    const int rate = 44100;
+    for (const Case& c : {Case{130, 1, rate}, Case{80, 1, rate}, Case{200, 1, rate}, Case{50, 1, rate}, Case{100, 2, rate},
+                          Case{100, 0, rate}, Case{100, 6, rate}, Case{130, 2, rate}}) {
+        SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor);
+        SoundSettings settings;
+        settings.setPitch(c.pitch);
+        settings.setStepPitch(c.factor, 5);
+        Samples in = noise(4 * rate, 0.01f);
+        std::vector<double> clicks;
+        for (double at = 0.1; at < 3.9; at += 0.15 + 0.05 * std::sin(7 * at)) {
+            const auto frame = static_cast<size_t>(at * rate);
+            for (size_t i = frame; i < frame + 30; ++i) in[2 * i] = in[2 * i + 1] = 0.9f;
+            clicks.push_back(static_cast<double>(frame));
+        }
+        Chain chain(settings, nullptr, rate);
+        chain.reset(1, 0, 0);
+        Samples out;
+        feed(chain, in, 0, in.size() / 2, out, 1152);
+        chain.finish(out);
+        int heard = 0;
+        double worst = 0;
+        for (size_t i = 0; i < out.size() / 2; ++i) {
+            if (std::abs(out[2 * i]) < 0.6f) continue;  // one that fades out under the next piece
+            const double position = chain.position(static_cast<int64_t>(i)).frame;
+            double off = rate;
+            for (const double click : clicks) off = std::min(off, std::abs(position - click));
+            worst = std::max(worst, off / rate * 1000);
+            ++heard;
+            i += static_cast<size_t>(rate / 100);
+        }
+        EXPECT_GE(heard, 6);  // fast sound leaves some out
+        EXPECT_LT(worst, 5.0) << "milliseconds";
+    }
+}
+
 TEST(Pitch, ChangesWhilePlayingMakeNoClickAndKeepTheLength) {
     const int rate = 44100;
     const Samples in = tones({{300.0, 0.3}}, rate, 6.0);

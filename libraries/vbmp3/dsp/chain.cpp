@@ -12,8 +12,8 @@
 namespace vbmp3 {
 namespace {
 
-// Runs and tracks that are remembered; older ones have been heard long ago.
-constexpr size_t kRemembered = 64;
+// Starts of runs and places in them that are remembered; older ones have been heard long ago.
+constexpr size_t kRemembered = 1024;
 constexpr float kLoudest = 16.0f;
 
 }  // namespace
@@ -44,7 +44,7 @@ class Chain::Impl {
         const std::lock_guard lock(mutex_);
         // What was to come after this output frame never will.
         while (!runs_.empty() && runs_.back().out >= outputFrame) runs_.pop_back();
-        runs_.push_back({in_, outputFrame, stretcher_.tempo()});
+        runs_.push_back({static_cast<double>(in_), outputFrame, stretcher_.tempo()});
         tracks_.push_back({in_, track, sourceFrame});
         trim();
     }
@@ -71,6 +71,7 @@ class Chain::Impl {
         stretched_.clear();
         stretcher_.process(shaped_, stretched_);
         limiter_.process(stretched_, out);
+        takePlaces();
         given(out, before);
     }
 
@@ -83,6 +84,7 @@ class Chain::Impl {
         stretcher_.finish(stretched_);
         limiter_.process(stretched_, out);
         limiter_.finish(out);
+        takePlaces();
         given(out, before);
     }
 
@@ -91,7 +93,7 @@ class Chain::Impl {
         auto run = std::upper_bound(runs_.begin(), runs_.end(), outputFrame,
                                     [](int64_t frame, const RunStart& r) { return frame < r.out; });
         if (run != runs_.begin()) --run;
-        const double in = static_cast<double>(run->in) +
+        const double in = run->in +
                           static_cast<double>(std::max<int64_t>(0, outputFrame - run->out)) * run->tempo;
         auto track = std::upper_bound(tracks_.begin(), tracks_.end(), in, [](double frame, const TrackStart& t) {
             return frame < static_cast<double>(t.in);
@@ -102,7 +104,8 @@ class Chain::Impl {
 
   private:
     struct RunStart {
-        int64_t in, out;
+        double in;
+        int64_t out;
         double tempo;
     };
     struct TrackStart {
@@ -132,10 +135,24 @@ class Chain::Impl {
 
     void addRun() {
         const Stretcher::Start start = stretcher_.start();
-        const RunStart run{base_.in + start.in, base_.out + start.out, stretcher_.tempo()};
+        const RunStart run{static_cast<double>(base_.in + start.in), base_.out + start.out, stretcher_.tempo()};
         const std::lock_guard lock(mutex_);
         while (!runs_.empty() && runs_.back().out >= run.out) runs_.pop_back();
         runs_.push_back(run);
+        trim();
+    }
+
+    // Places within a run are where it begins anew, as far as positions go.
+    void takePlaces() {
+        if (stretcher_.places().empty()) return;
+        const std::lock_guard lock(mutex_);
+        for (const Stretcher::Place& place : stretcher_.places()) {
+            const int64_t out = base_.out + place.out;
+            const auto at = std::upper_bound(runs_.begin(), runs_.end(), out,
+                                             [](int64_t frame, const RunStart& r) { return frame < r.out; });
+            runs_.insert(at, {static_cast<double>(base_.in) + place.in, out, place.slope});
+        }
+        stretcher_.forgetPlaces();
         trim();
     }
 

@@ -51,7 +51,7 @@ class Chain {
     int64_t outputFrames() const;
 
     // Any thread: which source frame is being heard while output frame `outputFrame` is. Before everything known it is
-    // the oldest, beyond the end the extrapolation. Positions of the last minutes are kept.
+    // the oldest, beyond the end the extrapolation. Positions of the last five seconds at least are kept.
     TrackPosition position(int64_t outputFrame) const;
 
   private:

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
+
+#include "libraries/vbmp3/resampler.h"
 
 namespace vbmp3 {
 namespace {
@@ -15,36 +18,48 @@ constexpr double kFadeSeconds = 0.02;
 // How far beyond a place SoundTouch looks to find the best continuation, at the most; a run that fades out needs that
 // much of the real sound behind its last frame.
 constexpr double kSeekSeconds = 0.05;
+// How closely it is looked at where the pieces come from that SoundTouch puts together.
+constexpr double kLookSeconds = 0.001;
+// SoundTouch takes sound through as many channels as are wanted, and does the same to all of them: a third one carries the
+// number of the source frame, so weak (2^-50 a frame) that it does not weigh when the sound is compared with itself.
+constexpr unsigned kChannels = 3;
+constexpr float kFrameLevel = 0x1p-50f;
 
 }  // namespace
 
-// One stretch of sound with fixed pitch and tempo.
+// One stretch of sound with fixed pitch and tempo: SoundTouch makes it longer or shorter, then it is played that much
+// faster or slower.
 class Stretcher::Run {
   public:
-    Run(int sampleRate, const Values& values) : tempo_(values.tempo) {
+    Run(int sampleRate, const Values& values, Start start)
+        : tempo_(values.tempo),
+          pitch_(values.pitchPercent / 100.0),
+          start_(start),
+          lookFrames_(static_cast<int64_t>(kLookSeconds * sampleRate)) {
         touch_.setSampleRate(static_cast<unsigned>(sampleRate));
-        touch_.setChannels(2);
-        touch_.setPitch(values.pitchPercent / 100.0);
-        touch_.setTempo(values.tempo);
+        touch_.setChannels(kChannels);
+        touch_.setSetting(SETTING_USE_AA_FILTER, 0);  // it would filter although the rate stays
+        touch_.setTempo(tempo_ / pitch_);
+        if (values.pitchPercent != 100) resampler_.emplace(values.pitchPercent, 100);
     }
 
-    void process(std::span<const float> stereo, std::vector<float>& out) {
+    void process(std::span<const float> stereo, std::vector<float>& out, std::vector<Place>& places) {
         in_ += static_cast<int64_t>(stereo.size() / 2);
         while (!stereo.empty()) {
             const size_t samples = std::min(stereo.size(), 2 * kBlockFrames);
-            touch_.putSamples(stereo.data(), static_cast<unsigned>(samples / 2));
+            put(stereo.first(samples), places);
             stereo = stereo.subspan(samples);
-            take(expected(in_), out);
         }
+        give(expected(in_), out);
     }
 
     // Silence pushes the rest out; what would be more than the due length is left in.
-    void finish(std::vector<float>& out) {
+    void finish(std::vector<float>& out, std::vector<Place>& places) {
         const int64_t due = expected(in_);
         const std::array<float, 2 * kBlockFrames> silence{};
         for (int i = 0; given_ < due && i < 100; ++i) {
-            touch_.putSamples(silence.data(), kBlockFrames);
-            take(due, out);
+            put(silence, places);
+            give(due, out);
         }
         out.insert(out.end(), static_cast<size_t>(2 * (due - given_)), 0.0f);
         given_ = due;
@@ -56,18 +71,63 @@ class Stretcher::Run {
   private:
     int64_t expected(int64_t in) const { return std::llround(static_cast<double>(in) / tempo_); }
 
-    void take(int64_t limit, std::vector<float>& out) {
-        const int64_t frames = std::min<int64_t>(touch_.numSamples(), limit - given_);
+    void put(std::span<const float> stereo, std::vector<Place>& places) {
+        block_.clear();
+        for (size_t i = 0; i < stereo.size(); i += 2)
+            block_.insert(block_.end(), {stereo[i], stereo[i + 1], static_cast<float>(put_++) * kFrameLevel});
+        touch_.putSamples(block_.data(), static_cast<unsigned>(stereo.size() / 2));
+        const size_t frames = touch_.numSamples();
+        block_.resize(kChannels * frames);
+        touch_.receiveSamples(block_.data(), static_cast<unsigned>(frames));
+        stretched_.clear();
+        for (size_t i = 0; i < block_.size(); i += kChannels, ++taken_) {
+            stretched_.insert(stretched_.end(), {block_[i], block_[i + 1]});
+            if (taken_ % lookFrames_ == 0) look(block_[i + 2] / kFrameLevel, places);
+        }
+        if (resampler_)
+            resampler_->process(stretched_, ready_);
+        else
+            ready_.insert(ready_.end(), stretched_.begin(), stretched_.end());
+    }
+
+    // Within a piece the numbers rise frame by frame. Where one piece fades into the next they do not; half way the
+    // second one is the louder.
+    void look(double number, std::vector<Place>& places) {
+        const double resolution = number * 0x1p-22;
+        const auto step = static_cast<double>(lookFrames_);
+        const bool steady = std::abs(number - lookedIn_ - step) < 0.25 * step + resolution;
+        if (steady && !steady_) {
+            const double from = static_cast<double>(unsteadyFrom_ + taken_ - lookFrames_) / 2.0;
+            const double in = std::clamp(number - (static_cast<double>(taken_) - from), 0.0, static_cast<double>(in_));
+            places.push_back({static_cast<double>(start_.in) + in, start_.out + std::llround(from / pitch_), pitch_});
+        } else if (!steady && steady_) {
+            unsteadyFrom_ = taken_ - lookFrames_;
+        }
+        steady_ = steady;
+        lookedIn_ = number;
+    }
+
+    void give(int64_t limit, std::vector<float>& out) {
+        const int64_t frames = std::min<int64_t>(static_cast<int64_t>(ready_.size() / 2), limit - given_);
         if (frames <= 0) return;
-        const size_t old = out.size();
-        out.resize(old + static_cast<size_t>(2 * frames));
-        touch_.receiveSamples(out.data() + old, static_cast<unsigned>(frames));
+        out.insert(out.end(), ready_.begin(), ready_.begin() + static_cast<ptrdiff_t>(2 * frames));
+        ready_.erase(ready_.begin(), ready_.begin() + static_cast<ptrdiff_t>(2 * frames));
         given_ += frames;
     }
 
     soundtouch::SoundTouch touch_;
-    double tempo_;
-    int64_t in_ = 0, given_ = 0;
+    std::optional<Resampler> resampler_;
+    double tempo_, pitch_;
+    Start start_;
+    int64_t lookFrames_;
+    double lookedIn_ = 0;
+    bool steady_ = false;
+    int64_t unsteadyFrom_ = 0;
+    int64_t in_ = 0;     // frames taken
+    int64_t put_ = 0;    // into SoundTouch, the silence at the end too
+    int64_t taken_ = 0;  // from it
+    int64_t given_ = 0;
+    std::vector<float> block_, stretched_, ready_;
 };
 
 Stretcher::Stretcher(int sampleRate) : sampleRate_(sampleRate) {}
@@ -91,12 +151,13 @@ int64_t Stretcher::outputFrameOf(int64_t in) const {
 void Stretcher::reset() {
     held_.clear();
     fading_.clear();
+    places_.clear();
     faded_ = 0;
     changing_ = false;
     present_ = wanted_;
     start_ = {};
     in_ = 0;
-    run_ = present_.normal() ? nullptr : std::make_unique<Run>(sampleRate_, present_);
+    run_ = present_.normal() ? nullptr : std::make_unique<Run>(sampleRate_, present_, start_);
 }
 
 void Stretcher::process(std::span<const float> stereo, std::vector<float>& out) {
@@ -115,11 +176,11 @@ void Stretcher::finish(std::vector<float>& out) {
     if (changing_) change(out);
     if (run_) {
         work_.clear();
-        run_->finish(work_);
+        run_->finish(work_, places_);
         give(work_, out);
-        run_ = std::make_unique<Run>(sampleRate_, present_);
     }
     start_ = {in_, outputFrameOf(in_)};
+    if (run_) run_ = std::make_unique<Run>(sampleRate_, present_, start_);
     fading_.clear();
     faded_ = 0;
 }
@@ -130,7 +191,7 @@ void Stretcher::feed(std::span<const float> stereo, std::vector<float>& out) {
         return;
     }
     work_.clear();
-    run_->process(stereo, work_);
+    run_->process(stereo, work_, places_);
     give(work_, out);
 }
 
@@ -141,8 +202,9 @@ void Stretcher::change(std::vector<float>& out) {
     if (run_) {
         work_.clear();
         const auto own = 2 * static_cast<size_t>(run_->owed());
-        run_->process(held_, work_);
-        run_->finish(work_);
+        run_->process(held_, work_, places_);
+        run_->finish(work_, places_);
+        while (!places_.empty() && places_.back().out >= start_.out) places_.pop_back();
         tail.assign(work_.begin() + static_cast<ptrdiff_t>(own), work_.end());
         work_.resize(own);
         give(work_, out);
@@ -154,7 +216,7 @@ void Stretcher::change(std::vector<float>& out) {
     fading_ = std::move(tail);
     faded_ = 0;
     present_ = wanted_;
-    run_ = present_.normal() ? nullptr : std::make_unique<Run>(sampleRate_, present_);
+    run_ = present_.normal() ? nullptr : std::make_unique<Run>(sampleRate_, present_, start_);
     std::vector<float> held;
     held.swap(held_);
     feed(held, out);
