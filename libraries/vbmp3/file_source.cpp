@@ -17,45 +17,35 @@ namespace {
 
 #ifdef _WIN32
 
-class FileSource final : public ByteSource {
-public:
-    FileSource(HANDLE handle, int64_t size) : handle_(handle), size_(size) {}
-    ~FileSource() override { CloseHandle(handle_); }
-    FileSource(const FileSource&) = delete;
-    FileSource& operator=(const FileSource&) = delete;
-    int64_t size() const override { return size_; }
-    size_t readAt(int64_t offset, void* to, size_t length) const override
-    {
-        if (offset < 0 || offset >= size_)
-            return 0;
-        length = size_t(std::min<int64_t>(int64_t(std::min<size_t>(length, INT32_MAX)), size_ - offset));
-        auto* out = static_cast<uint8_t*>(to);
-        size_t done = 0;
-        while (done < length) {
-            OVERLAPPED place{};
-            place.Offset = DWORD(offset);
-            place.OffsetHigh = DWORD(offset >> 32);
-            const DWORD wanted = DWORD(std::min<size_t>(length - done, 1u << 20));
-            DWORD got = 0;
-            if (!ReadFile(handle_, out + done, wanted, &got, &place) || got == 0)
-                break;
-            done += got;
-            offset += got;
-        }
-        return done;
-    }
+using Handle = HANDLE;
+void closeHandle(Handle handle) { CloseHandle(handle); }
 
-private:
-    HANDLE handle_;
-    int64_t size_;
-};
+// Bytes read, 0 at an error.
+size_t readPiece(Handle handle, int64_t offset, void* to, size_t length)
+{
+    OVERLAPPED place{};
+    place.Offset = DWORD(offset);
+    place.OffsetHigh = DWORD(offset >> 32);
+    DWORD got = 0;
+    return ReadFile(handle, to, DWORD(std::min<size_t>(length, 1u << 20)), &got, &place) ? got : 0;
+}
 
 #else
 
+using Handle = int;
+void closeHandle(Handle handle) { close(handle); }
+
+size_t readPiece(Handle handle, int64_t offset, void* to, size_t length)
+{
+    return size_t(std::max<ssize_t>(0, pread(handle, to, length, off_t(offset))));
+}
+
+#endif
+
 class FileSource final : public ByteSource {
 public:
-    FileSource(int handle, int64_t size) : handle_(handle), size_(size) {}
-    ~FileSource() override { close(handle_); }
+    FileSource(Handle handle, int64_t size) : handle_(handle), size_(size) {}
+    ~FileSource() override { closeHandle(handle_); }
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
     int64_t size() const override { return size_; }
@@ -67,21 +57,18 @@ public:
         auto* out = static_cast<uint8_t*>(to);
         size_t done = 0;
         while (done < length) {
-            const ssize_t got = pread(handle_, out + done, length - done, off_t(offset));
-            if (got <= 0)
+            const size_t got = readPiece(handle_, offset + int64_t(done), out + done, length - done);
+            if (got == 0)
                 break;
-            done += size_t(got);
-            offset += got;
+            done += got;
         }
         return done;
     }
 
 private:
-    int handle_;
+    Handle handle_;
     int64_t size_;
 };
-
-#endif
 
 } // namespace
 
