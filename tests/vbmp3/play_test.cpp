@@ -382,39 +382,45 @@ TEST_F(Playing, OrdersAtRandomNeverHangOrMixTracks)
     const std::vector<int16_t> up(2 * 44100, 1000), down(2 * 44100, -1000);
     const std::string paths[] = {file("up.wav", waveFile(44100, 2, up)), file("down.wav", waveFile(44100, 2, down)),
                                  file("tone.mp3", mp3File(32000, 1, tone(32000, 1, 40000)))};
-    Player player(sound_, clockSystem(4));
-    listen(player);
-    std::mt19937 random(5);
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(VBMP3_RANDOM_SECONDS);
-    while (std::chrono::steady_clock::now() < end) {
-        switch (random() % 12) {
-        case 0: player.open(paths[random() % 3]); break;
-        case 1: player.close(); break;
-        case 2:
-        case 3: player.play(); break;
-        case 4: player.stop(); break;
-        case 5: player.pause(); break;
-        case 6: player.restart(); break;
-        case 7: player.seek(double(random() % 2000) / 1000); break;
-        case 8: player.setNext(paths[random() % 3]); break;
-        case 9:
-            sound_.setPitch(int(80 + random() % 50));
-            sound_.setStepPitch(int(random() % 7), 5);
-            break;
-        case 10:
-            sound_.setEqualizer(random() % 2 == 0 ? std::optional(BandGains{60, -60, 30}) : std::nullopt);
-            sound_.applyEqualizer();
-            break;
-        default: std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20)); break;
+    const auto plug = std::make_shared<Plug>();
+    {
+        Player player(sound_, plugSystem(plug));
+        listen(player);
+        std::mt19937 random(randomSeed());
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(randomSeconds());
+        while (std::chrono::steady_clock::now() < end) {
+            switch (random() % 13) {
+            case 0: player.open(paths[random() % 3]); break;
+            case 1: player.close(); break;
+            case 2:
+            case 3: player.play(); break;
+            case 4: player.stop(); break;
+            case 5: player.pause(); break;
+            case 6: player.restart(); break;
+            case 7: player.seek(double(random() % 2000) / 1000); break;
+            case 8: player.setNext(paths[random() % 3]); break;
+            case 9:
+                sound_.setPitch(int(80 + random() % 50));
+                sound_.setStepPitch(int(random() % 7), 5);
+                break;
+            case 10: plug->trouble = random() % 2 == 0 ? Trouble(random() % 4) : Trouble::None; break;
+            case 11:
+                sound_.setEqualizer(random() % 2 == 0 ? std::optional(BandGains{60, -60, 30}) : std::nullopt);
+                sound_.applyEqualizer();
+                break;
+            default: std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20)); break;
+            }
+            const auto snapshot = player.snapshot();
+            ASSERT_GE(snapshot.seconds, 0);
+            ASSERT_LE(snapshot.seconds, 2.1);
+            int16_t left[64], right[64];
+            player.tap().read(snapshot.outputFrame, 64, left, right);
         }
-        const auto snapshot = player.snapshot();
-        ASSERT_GE(snapshot.seconds, 0);
-        ASSERT_LE(snapshot.seconds, 2.1);
-        int16_t left[64], right[64];
-        player.tap().read(snapshot.outputFrame, 64, left, right);
+        player.close();
+        EXPECT_EQ(player.snapshot().state, 0);
     }
-    player.close();
-    EXPECT_EQ(player.snapshot().state, 0);
+    plug->trouble = Trouble::None;
+    EXPECT_TRUE(eventually([] { return DeviceThread::leftBehind() == 0; }));
 }
 
 } // namespace

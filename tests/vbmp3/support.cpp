@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <numbers>
@@ -205,6 +206,19 @@ OutputSystem clockSystem(double speed)
 {
     return {[speed] { return makeClockOutput(speed); }, [] { return 0; }};
 }
+
+namespace {
+
+int fromEnvironment(const char* name, int otherwise)
+{
+    const char* text = std::getenv(name);
+    return text != nullptr ? std::atoi(text) : otherwise;
+}
+
+} // namespace
+
+int randomSeconds() { return fromEnvironment("VBMP3_RANDOM_SECONDS", 2); }
+unsigned randomSeed() { return unsigned(fromEnvironment("VBMP3_RANDOM_SEED", 5)); }
 
 bool eventually(const std::function<bool()>& condition)
 {

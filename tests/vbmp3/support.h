@@ -86,6 +86,11 @@ private:
 OutputSystem memorySystem(std::shared_ptr<Heard> heard);
 OutputSystem clockSystem(double speed);
 
+// How long the tests of orders at random go on, and where they begin: VBMP3_RANDOM_SECONDS (2) and VBMP3_RANDOM_SEED (5)
+// of the environment, so that a long run under ThreadSanitizer is one of the same tests.
+int randomSeconds();
+unsigned randomSeed();
+
 // Polls until `condition` holds; false after five seconds.
 bool eventually(const std::function<bool()>& condition);
 

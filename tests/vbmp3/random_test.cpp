@@ -1,0 +1,122 @@
+// Everything that a caller can do to the library, in any order: nothing may hang, race or leave a half-written file.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "libraries/vbmp3/vbmp3.h"
+#include "tests/vbmp3/mpeg_files.h"
+#include "tests/vbmp3/support.h"
+
+namespace vbmp3::test {
+namespace {
+
+TEST(WholeInterface, AnyOrderOfCallsIsAnswered)
+{
+    TempDir dir;
+    const std::vector<std::pair<std::string, Bytes>> files = {
+        {"a.mp3", mp3File(44100, 2, tone(44100, 2, 60000))},
+        {"b.mp3", mp3File(22050, 1, tone(22050, 1, 30000), {.bitRate = 0})},
+        {"c.wav", waveFile(44100, 2, tone(44100, 2, 70000))},
+        {"d.wav", waveFile(48000, 1, tone(48000, 1, 50000))},
+        {"junk.mp3", Bytes(3000, 'x')}};
+    const Bytes lyrics = [] {
+        const std::string text = "[00:00.10]one\n[00:00.60]two\n[00:01.20]three\n";
+        return Bytes(text.begin(), text.end());
+    }();
+    std::vector<std::string> paths;
+    for (const auto& [name, bytes] : files) {
+        writeBytes(dir.path(name), bytes);
+        paths.push_back(dir.path(name));
+    }
+    writeBytes(dir.path("a.lrc"), lyrics);
+    const std::string target = dir.path("out.wav"), encoded = dir.path("out.mp3");
+
+    const unsigned seed = randomSeed();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
+    const auto file = [&] { return paths[size_t(below(int(paths.size())))].c_str(); };
+    std::atomic<int> events = 0;
+    ASSERT_EQ(vbmp3_init(), 1);
+    vbmp3_setListener([](int32_t, void* count) { ++*static_cast<std::atomic<int>*>(count); }, &events);
+    vbmp3_LyricsLines lines{};
+    lines.size = sizeof lines;
+    vbmp3_FileInfo info{};
+    info.size = sizeof info;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(randomSeconds());
+    int calls = 0;
+    auto slowest = std::chrono::steady_clock::duration::zero();
+    for (; std::chrono::steady_clock::now() < end; ++calls) {
+        const int what = below(34);
+        const auto begin = std::chrono::steady_clock::now();
+        switch (what) {
+        case 0: case 1: vbmp3_open(file(), &info); break;
+        case 2: vbmp3_close(); break;
+        case 3: case 4: case 5: vbmp3_play(); break;
+        case 6: vbmp3_stop(); break;
+        case 7: vbmp3_pause(); break;
+        case 8: vbmp3_restart(); break;
+        case 9: case 10: vbmp3_seek(below(2000) / 1000.0); break;
+        case 11: vbmp3_setNextFile(below(4) == 0 ? nullptr : file()); break;
+        case 12: case 13: {
+            int32_t gains[10];
+            for (int32_t& gain : gains)
+                gain = below(241) - 120;
+            vbmp3_setEqualizer(below(3) == 0 ? nullptr : gains);
+            break;
+        }
+        case 14: vbmp3_reload(); break;
+        case 15: vbmp3_setPitch(below(2) == 0 ? 100 : 50 + below(151)); break;
+        case 16: vbmp3_setStepPitch(below(2) == 0 ? 1 : below(8) - 1, 5); break;
+        case 17: vbmp3_setOutput(-1, 50 + below(400)); break;
+        case 18: vbmp3_getFileInfo(file(), &info); break;
+        case 19: vbmp3_setLyricsFile(dir.path("a.lrc").c_str()); break;
+        case 20: vbmp3_clearLyrics(); break;
+        case 21: vbmp3_decodeWave(file(), target.c_str()); break;
+        case 22: vbmp3_playDecodeWave(file(), target.c_str()); break;
+        case 23: vbmp3_encodeStop(); break;
+        case 24:
+            if (vbmp3_encodeOpen(file()) != 0)
+                vbmp3_encodeStart(encoded.c_str());
+            break;
+        case 25:
+            if (below(20) == 0) { // all anew
+                vbmp3_free();
+                vbmp3_init();
+                vbmp3_setListener([](int32_t, void* count) { ++*static_cast<std::atomic<int>*>(count); }, &events);
+            }
+            break;
+        default: std::this_thread::sleep_for(std::chrono::milliseconds(below(30))); break;
+        }
+        if (what <= 25)
+            slowest = std::max(slowest, std::chrono::steady_clock::now() - begin);
+        int16_t left[256], right[256];
+        int32_t levels[32], permille = 0, seconds = 0;
+        vbmp3_getWave(left, right, 256);
+        vbmp3_getSpectrum(levels, 32);
+        vbmp3_getLyrics2(&lines);
+        const int state = vbmp3_getState(&seconds);
+        ASSERT_TRUE(state >= 0 && state <= 2);
+        ASSERT_TRUE(seconds >= 0 && seconds <= 2) << seconds;
+        ASSERT_TRUE(vbmp3_getPositionMs() >= 0);
+        const int job = vbmp3_getEncodeState(&permille);
+        ASSERT_TRUE(job >= 0 && job <= 3);
+        ASSERT_TRUE(permille >= 0 && permille <= 1000);
+    }
+    vbmp3_free();
+    EXPECT_GT(calls, 20);
+    EXPECT_LT(slowest, std::chrono::seconds(4));
+    // The sources are as they were, and of files that were begun nothing is left.
+    for (const auto& [name, bytes] : files)
+        EXPECT_TRUE(readBytes(dir.path(name)) == bytes) << name;
+    const std::set<std::string> expected{"a.mp3", "b.mp3", "c.wav", "d.wav", "junk.mp3", "a.lrc", "out.wav", "out.mp3"};
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path("")))
+        EXPECT_TRUE(expected.contains(entry.path().filename().string())) << entry.path();
+}
+
+} // namespace
+} // namespace vbmp3::test
