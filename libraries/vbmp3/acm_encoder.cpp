@@ -119,9 +119,10 @@ public:
 
     bool finish()
     {
-        if (good_)
+        // Once, and again while the codec leaves some of it for the next call.
+        for (int i = 0; good_ && (i == 0 || filled_ > 0) && i < 64; ++i)
             convert(ACM_STREAMCONVERTF_END | (started_ ? 0 : ACM_STREAMCONVERTF_START));
-        return good_;
+        return good_ && filled_ == 0;
     }
 
 private:

@@ -12,6 +12,9 @@
 #include "libraries/vbmp3/wave_writer.h"
 #include "tests/vbmp3/mpeg_files.h"
 #include "tests/vbmp3/support.h"
+#ifdef _WIN32
+#include "tests/vbmp3/test_codec.h"
+#endif
 
 namespace vbmp3::test {
 namespace {
@@ -221,6 +224,49 @@ TEST_F(JobsOfTheInterface, EncodingSaysWhyItCannot)
     EXPECT_EQ(vbmp3_encodeStart(dir_.path("a.mp3").c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NO_CODEC);
 }
+
+#ifdef _WIN32
+TEST_F(JobsOfTheInterface, TheCodecOfTheSystemEncodesAllOfAWaveFile)
+{
+    const TestCodec codec;
+    ASSERT_TRUE(codec.installed());
+    const std::string wave = dir_.path("a.wav"), target = dir_.path("a.mp3");
+    // The codec has one rate only: the other one is converted.
+    int ends = 0;
+    for (const int rate : {44100, 48000}) {
+        writeBytes(wave, waveFile(rate, 2, tone(rate, 2, 3 * rate)));
+        ASSERT_EQ(vbmp3_encodeOpen(wave.c_str()), 1);
+        ASSERT_EQ(vbmp3_encodeStart(target.c_str()), 1) << vbmp3_getLastErrorNo();
+        ASSERT_TRUE(eventually([&] { return done_ == ends + 1; }));
+        ++ends;
+        int32_t permille = 0;
+        EXPECT_EQ(vbmp3_getEncodeState(&permille), 2);
+        EXPECT_EQ(permille, 1000);
+        StreamInfo info;
+        const auto source = openBytes(readBytes(target), &info);
+        ASSERT_TRUE(source);
+        EXPECT_EQ(info.sampleRate, 44100);
+        EXPECT_EQ(info.bitRate, 128000);
+        const auto sound = readAll(*source);
+        EXPECT_NEAR(double(sound.size()) / 2, 3.0 * 44100, 3 * 1152);
+        int crossings = 0;
+        for (size_t i = 2 * 44100; i < 4 * 44100; i += 2)
+            crossings += sound[i] < 0 && sound[i + 2] >= 0;
+        EXPECT_NEAR(crossings, 440, 2);
+    }
+
+    // Cancelled, it leaves what was there.
+    const Bytes before = readBytes(target);
+    writeBytes(wave, waveFile(44100, 2, tone(44100, 2, 60 * 44100)));
+    ASSERT_EQ(vbmp3_encodeOpen(wave.c_str()), 1);
+    ASSERT_EQ(vbmp3_encodeStart(target.c_str()), 1);
+    int32_t permille = 0;
+    ASSERT_TRUE(eventually([&] { return vbmp3_getEncodeState(&permille) == 1 && permille > 20; }));
+    EXPECT_EQ(vbmp3_encodeStop(), 1);
+    EXPECT_EQ(vbmp3_getEncodeState(nullptr), 0);
+    EXPECT_TRUE(readBytes(target) == before);
+}
+#endif
 
 } // namespace
 } // namespace vbmp3::test
