@@ -20,11 +20,12 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 BUILT = ROOT / "build/bench/bench"
 README = ROOT / "bench/README.md"
 BEGIN, END = "<!-- figures: written by bench/run.sh -->", "<!-- end of figures -->"
+LIMIT = 900  # seconds for one program; on a quiet machine none takes more than three minutes
 QUICK = "--quick" in sys.argv[1:]
 
 
 def run(*command, **options):
-    return subprocess.run([str(part) for part in command], check=True, capture_output=True, text=True, **options).stdout
+    return subprocess.run([str(part) for part in command], check=True, capture_output=True, text=True, timeout=LIMIT, **options).stdout
 
 
 def duration(seconds):
