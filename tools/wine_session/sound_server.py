@@ -43,6 +43,10 @@ class SilentSoundServer:
                  "--latency-msec=20"], env=os.environ | self.env, stdout=out, stderr=self._log, stdin=subprocess.DEVNULL)
         processes.wait_until(lambda: os.path.getsize(path) > 0, 20, "recording has begun")
 
+    def signal(self, number):
+        """Stops (SIGSTOP) the server as if it hung, and lets it go on (SIGCONT)."""
+        self._process.send_signal(number)
+
     def close(self):
         processes.stop(self._recorder)
         processes.stop(self._process)
