@@ -1,5 +1,5 @@
 # Target `stage`: assembles the folder that a user gets, build/quenlox, from whatever of it is built. A user's settings and
-# lists in that folder stay; skins and the pictures of the guide are replaced whole, so that a file that left a package
+# lists in that folder stay; skins, licences and the pictures of the guide are replaced whole, so that a file that left them
 # leaves the folder too.
 set(QUENLOX_STAGE ${PROJECT_SOURCE_DIR}/build/quenlox)
 set(product_targets)
@@ -22,7 +22,7 @@ install(FILES LICENSE THIRD-PARTY.md DESTINATION licences COMPONENT product)
 install(DIRECTORY ${QUENLOX_DEPS}/licences/ DESTINATION licences COMPONENT product)
 
 add_custom_target(stage
-  COMMAND ${CMAKE_COMMAND} -E rm -rf ${QUENLOX_STAGE}/skin ${QUENLOX_STAGE}/help
+  COMMAND ${CMAKE_COMMAND} -E rm -rf ${QUENLOX_STAGE}/skin ${QUENLOX_STAGE}/licences ${QUENLOX_STAGE}/help
   COMMAND ${CMAKE_COMMAND} --install ${CMAKE_BINARY_DIR} --prefix ${QUENLOX_STAGE} --component product --strip
           > ${CMAKE_BINARY_DIR}/stage.log
   COMMENT "Assembling ${QUENLOX_STAGE}" VERBATIM)

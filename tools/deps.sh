@@ -15,10 +15,13 @@ source "$root/tools/deps/source.sh"
 
 triple=x86_64-w64-mingw32
 toolchain=$root/cmake/mingw.cmake
-dev_packages=(libmpg123-dev libmp3lame-dev libsoundtouch-dev libtag1-dev libkissfft-dev)
+libraries=(mpg123 lame soundtouch kissfft)
+dev_packages=(libmpg123-dev libmp3lame-dev libsoundtouch-dev libkissfft-dev)
+# Of these the run-time parts are linked into every program file.
+runtime_packages=(gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
 jobs=${QUENLOX_JOBS:-$(nproc)}
 
-versions=$(dpkg-query -W -f '${source:Package} ${source:Version}\n' "${dev_packages[@]}" googletest)
+versions=$(dpkg-query -W -f '${source:Package} ${source:Version}\n' "${dev_packages[@]}" "${runtime_packages[@]}" googletest | sort -u)
 compiler=$($triple-g++-posix -dumpfullversion)
 key=$({ echo "$versions $compiler"; cat "$toolchain" "$root/tools/deps.sh" "$root"/tools/deps/*.sh; } | hash_of -)
 cache=$(quenlox_cache)
@@ -43,6 +46,9 @@ stage=$work/stage
 export SOURCE_DATE_EPOCH=1700000000
 export CCACHE_BASEDIR=$work CCACHE_NOHASHDIR=1
 launcher=$(command -v ccache || true)
+# Messages name the source file they stand in: always as ./library/file, wherever it is built and with or without ccache,
+# so that the same sources give the same bytes.
+same_names="-ffile-prefix-map=$work=. -ffile-prefix-map=..=. -ffile-prefix-map=../..=."
 
 version_of() { awk -v p="$1" '$1 == p { print $2 }' <<<"$versions"; }
 
@@ -58,6 +64,7 @@ cmake_library() {
     shift 2
     cmake -S "$source" -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DCMAKE_BUILD_TYPE=Release \
         -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_INSTALL_LIBDIR=lib -DBUILD_SHARED_LIBS=OFF \
+        -DCMAKE_C_FLAGS="$same_names" -DCMAKE_CXX_FLAGS="$same_names" \
         ${launcher:+-DCMAKE_C_COMPILER_LAUNCHER="$launcher" -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher"} "$@" || return
     cmake --build "$build" -j "$jobs" && DESTDIR=$stage cmake --install "$build"
 }
@@ -71,7 +78,7 @@ build_lame() (
     mkdir -p "$work/build-lame" && cd "$work/build-lame" || return
     "$work/lame/configure" --host=$triple --prefix="$prefix" --disable-shared --enable-static --disable-frontend \
         --disable-decoder --disable-gtktest --disable-dependency-tracking CC="${launcher:+$launcher }$triple-gcc-posix" \
-        AR=$triple-ar RANLIB=$triple-ranlib STRIP=$triple-strip NM=$triple-nm CFLAGS=-O2 &&
+        AR=$triple-ar RANLIB=$triple-ranlib STRIP=$triple-strip NM=$triple-nm CFLAGS="-O2 $same_names" &&
         make -j "$jobs" -C libmp3lame &&
         make -C libmp3lame DESTDIR="$stage" install &&
         make -C include DESTDIR="$stage" install
@@ -81,19 +88,12 @@ build_soundtouch() {
     cmake_library "$work/soundtouch" "$work/build-soundtouch" -DSOUNDSTRETCH=OFF
 }
 
-build_taglib() {
-    # Debian's patch takes utf8-cpp from the system as <utf8/...>; the copy in the source is the same.
-    mkdir -p "$work/utf8-include" && ln -sfn "$work/taglib/3rdparty/utf8-cpp" "$work/utf8-include/utf8"
-    cmake_library "$work/taglib" "$work/build-taglib" -DBUILD_TESTING=OFF -DBUILD_EXAMPLES=OFF -DBUILD_BINDINGS=OFF \
-        -DWITH_ZLIB=OFF -DCMAKE_DISABLE_FIND_PACKAGE_ZLIB=ON -DCMAKE_CXX_FLAGS="-I$work/utf8-include"
-}
-
 # Its own CMake installation is made for a shared library; the two files that are needed are simply compiled.
 build_kissfft() {
     local source=$work/kissfft object=$work/build-kissfft file
     mkdir -p "$stage$prefix/include/kissfft" "$stage$prefix/lib" "$object"
     for file in kiss_fft kiss_fftr; do
-        $triple-gcc-posix -O3 -ffast-math -c "$source/$file.c" -o "$object/$file.o" || return
+        $triple-gcc-posix -O3 -ffast-math $same_names -c "$source/$file.c" -o "$object/$file.o" || return
     done
     $triple-ar rcsD "$stage$prefix/lib/libkissfft-float.a" "$object"/*.o &&
         cp "$source"/kiss_fft{,r,_log}.h "$stage$prefix/include/kissfft/"
@@ -105,18 +105,20 @@ build_googletest() {
 
 # Licences and versions travel with the libraries: the product's folder takes them from here.
 collect_notices() {
-    local package
-    mkdir -p "$stage$prefix/licences"
-    for package in mpg123 lame soundtouch taglib kissfft; do
-        cp "$work/$package/debian/copyright" "$stage$prefix/licences/$package.txt"
+    local package notices=$stage$prefix/licences
+    mkdir -p "$notices"
+    for package in "${libraries[@]}"; do
+        cp "$work/$package/debian/copyright" "$notices/$package.txt"
     done
-    echo "$versions" >"$stage$prefix/versions.txt"
+    cp /usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright "$notices/gcc-runtime.txt"
+    cp /usr/share/doc/mingw-w64-x86-64-dev/copyright "$notices/mingw-w64-runtime.txt"
+    grep -v '^googletest ' <<<"$versions" >"$notices/versions.txt"
 }
 
-for library in mpg123 lame soundtouch taglib kissfft; do
+for library in "${libraries[@]}"; do
     fetched $library
 done
-for library in mpg123 lame soundtouch taglib kissfft googletest; do
+for library in "${libraries[@]}" googletest; do
     echo "deps: building $library $(version_of $library) for Windows" >&2
     logged "$work/$library.log" build_$library
 done
