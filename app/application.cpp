@@ -12,6 +12,7 @@
 namespace quenlox {
 namespace {
 
+constexpr const char* kVersion = QUENLOX_VERSION;
 // Lyrics behaviour of the library: karaoke timing, untimed lines not spread over the track, at-mark tags, lines that
 // follow a seek at once.
 constexpr int kKaraokeUse = 1, kNotTagLyricsLine = 0, kAtMarkTag = 1, kSeekPlay = 1;

@@ -38,8 +38,6 @@
 
 namespace quenlox {
 
-inline constexpr const char* kVersion = "1.0.0";
-
 // The services of the system. All must outlive the application.
 struct Services {
     WindowSystem& windows;

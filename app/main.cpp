@@ -9,7 +9,7 @@ int main() {
     using namespace quenlox;
     const auto shell = MakeShell();
     if (shell->anotherInstanceRuns()) return 0;
-    const auto crashNotes = MakeCrashNotes(kVersion);
+    const auto crashNotes = MakeCrashNotes(QUENLOX_VERSION);
     const auto files = MakeFileSystem();
     const auto dialogs = MakeDialogs();
     const std::string folder = files->programFolder();

@@ -182,6 +182,6 @@ int32_t MPGE_getVersionVB(char* text, uint32_t size)
 {
     if (text == nullptr || size == 0)
         return GOGO_ERROR_ARGUMENT;
-    std::snprintf(text, size, "1.0.0");
+    std::snprintf(text, size, "%s", QUENLOX_VERSION);
     return GOGO_OK;
 }

@@ -68,7 +68,7 @@ int32_t vbmp3_getLastErrorNo(void) { return lastError; }
 
 void vbmp3_getVersion(char* text, uint32_t size)
 {
-    constexpr std::string_view kVersion = "1.0.0";
+    constexpr std::string_view kVersion = QUENLOX_VERSION;
     if (text == nullptr || size == 0)
         return;
     const size_t length = std::min<size_t>(kVersion.size(), size - 1);

@@ -1,20 +1,23 @@
-#!/usr/bin/env python3
-"""Renders quenlox.svg in every size that Windows asks for and packs the pictures into quenlox.ico.
+#!/usr/bin/python3
+"""Renders quenlox.svg in every size that Windows asks for and packs the pictures into quenlox.ico; also makes the picture
+at the side of the installer's last page.
 
 usage: packaging/icon/make_icon.py        (needs rsvg-convert and Pillow)
 
-Sizes below 256 are stored as bitmaps with an alpha channel and a mask, which every program that reads icons
-understands; 256 is stored as PNG, as usual.
+Small sizes are stored as bitmaps with an alpha channel and a mask, which every program that reads icons understands;
+large ones, which only the shell asks for, as PNG.
 """
 import io
 import pathlib
 import struct
 import subprocess
 
-from PIL import Image
+from PIL import Image, ImageOps
 
 HERE = pathlib.Path(__file__).parent
-SIZES = (16, 20, 24, 32, 40, 48, 64, 128, 256)
+SIZES = (16, 20, 24, 30, 32, 36, 40, 48, 60, 64, 72, 80, 96, 128, 256)
+SMALLEST_PNG = 72
+SIDE = (164, 314)  # pixels, as the installer wants it
 
 
 def render(size):
@@ -47,17 +50,27 @@ def as_png(picture):
     return out.getvalue()
 
 
+def side_picture():
+    """The icon on the dark blue of its own ground."""
+    ground = Image.linear_gradient("L").resize(SIDE)
+    picture = ImageOps.colorize(ground, "#3b4f86", "#0e1430", mid="#1d2850")
+    icon = render(96)
+    picture.paste(icon, ((SIDE[0] - 96) // 2, 60), icon)
+    return picture
+
+
 def main():
     images = []
     for size in SIZES:
         picture = render(size)
-        images.append((size, as_png(picture) if size == 256 else as_bitmap(picture)))
+        images.append((size, as_png(picture) if size >= SMALLEST_PNG else as_bitmap(picture)))
     offset = 6 + 16 * len(images)
     directory = struct.pack("<HHH", 0, 1, len(images))
     for size, data in images:
         directory += struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(data), offset)
         offset += len(data)
     (HERE / "quenlox.ico").write_bytes(directory + b"".join(data for _, data in images))
+    side_picture().quantize(128).save(HERE.parent / "installer/side.bmp")
 
 
 if __name__ == "__main__":

@@ -70,7 +70,7 @@ TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors)
     EXPECT_GE(value, 1);
     char version[16];
     EXPECT_EQ(MPGE_getVersionVB(version, sizeof version), GOGO_OK);
-    EXPECT_STREQ(version, "1.0.0");
+    EXPECT_STREQ(version, QUENLOX_VERSION);
 }
 
 TEST_F(Api, ClosingHalfWayLeavesNothing)
