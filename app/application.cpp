@@ -92,7 +92,7 @@ void Application::load() {
         form->realiseWhenShown(services_.windows);
     }
     services_.vbmp3.vbmp3_init();
-    const bool firstStart = !services_.files.fileExists(settings_.path());
+    const bool firstStart = !settings_.exists();
     settings_.LoadSettings();
     followOptions();
     top_.LoadSkinNamed(state_.SkinName);

@@ -5,9 +5,8 @@
 #include "app/global_state.h"
 #include "app/settings_table.h"
 #include "equalizer/form_gra.h"
-#include "platform/file_system.h"
+#include "platform/user_files.h"
 #include "playlist/form_list.h"
-#include "text/paths.h"
 #include "text/strings.h"
 
 namespace quenlox {
@@ -31,10 +30,12 @@ void WriteIniString(IniDocument& file, std::string_view section, std::string_vie
     file.set(section, key, TrimBlanks(value));
 }
 
-std::string SettingsFile::path() const { return JoinPath(files_.programFolder(), kSettingsFileName); }
+std::string SettingsFile::path() const { return UserFileToWrite(files_, kSettingsFileName); }
+
+bool SettingsFile::exists() const { return files_.fileExists(UserFileToRead(files_, kSettingsFileName)); }
 
 void SettingsFile::LoadSettings() {
-    const auto bytes = files_.read(path(), kLargestFile);
+    const auto bytes = files_.read(UserFileToRead(files_, kSettingsFileName), kLargestFile);
     unreadable_ = !bytes && files_.fileExists(path());
     loaded_ = IniDocument::Parse(bytes.value_or(""));
     for (int step = 0; step < kLoadSteps; ++step) {

@@ -1,4 +1,4 @@
-// The settings file "Quenlox.ini" in the program folder: read once at start into the shared state and the windows'
+// The settings file "Quenlox.ini" in the program folder, or in the user's when that cannot be written: read once at start into the shared state and the windows'
 // controls, written once at the end. Failures are absorbed: what is missing takes its default. On the user-interface
 // thread.
 #pragma once
@@ -44,7 +44,8 @@ class SettingsFile {
   public:
     SettingsFile(FileSystem& files, const SettingsWindows& windows) : files_(files), windows_(windows) {}
 
-    std::string path() const;
+    std::string path() const;  // of the file that is written
+    bool exists() const;       // there is one to read
     // A mode is stored one step back and stepped forward by the handler that the user's click calls, which shows it.
     void LoadSettings();
     // Every key, in the order of the table; unknown keys and comments of the file stay. False when the file could not be

@@ -32,6 +32,9 @@ class FileSystem {
     virtual std::vector<std::string> drives() = 0;                  // "C:\\" and so on
     virtual DriveType driveType(const std::string& root) = 0;
     virtual std::string programFolder() = 0;                        // without "\" at its end, unless it is a root
+    // Where settings and lists are written (user_files.h), found out at the first call by writing: the program's folder, or
+    // one of the user's own, which is made if it has to be.
+    virtual std::string userFolder() = 0;
     virtual std::string currentFolder() = 0;
 };
 

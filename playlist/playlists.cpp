@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/file_system.h"
+#include "platform/user_files.h"
 #include "playlist/list_file.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -199,9 +199,8 @@ bool Playlists::ExportM3U(int list, const std::string& path) {
 }
 
 void Playlists::LoadListFile() {
-    const std::string path = JoinPath(files_.programFolder(), kListFileName);
-    const std::optional<std::string> bytes = files_.read(path);
-    listFileUnread_ = !bytes && files_.fileExists(path);
+    const std::optional<std::string> bytes = files_.read(UserFileToRead(files_, kListFileName));
+    listFileUnread_ = !bytes && files_.fileExists(UserFileToWrite(files_, kListFileName));
     if (bytes) readListFile(*bytes);
     for (int list = 0; list < kPersistedLists; ++list) BuildShuffleOrder(list);
     state_.ListDirty = false;
@@ -219,7 +218,7 @@ void Playlists::readListFile(std::string_view bytes) {
 
 bool Playlists::SaveListFile() {
     if (!state_.ListDirty) return true;
-    const std::string path = JoinPath(files_.programFolder(), kListFileName);
+    const std::string path = UserFileToWrite(files_, kListFileName);
     if (listFileUnread_ && !joinUnreadListFile(path)) return false;
     if (!writeListFile(path)) return false;
     state_.ListDirty = false;
@@ -243,7 +242,7 @@ void Playlists::markChanged() {
 bool Playlists::saveQuietly() {
     if (!unsavedChanges()) return true;
     const int changes = changes_;
-    if (!writeListFile(JoinPath(files_.programFolder(), kListFileName))) return false;
+    if (!writeListFile(UserFileToWrite(files_, kListFileName))) return false;
     savedChanges_ = changes;
     return true;
 }

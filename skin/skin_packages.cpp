@@ -1,5 +1,6 @@
 #include "skin/skin_packages.h"
 
+#include "platform/user_files.h"
 #include "skin/skin_definition.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -47,7 +48,7 @@ std::string SkinPackages::choose(const std::string& skinFile) const {
         dialogs_.message("指定のSkinが見つかりません\rDefaultSkinをロードします", MessageIcon::Stop);
         return defaultPackage();
     }
-    if (!files_.fileExists(JoinPath(files_.programFolder(), "Quenlox.ini"))) return defaultPackage();
+    if (!files_.fileExists(UserFileToRead(files_, "Quenlox.ini"))) return defaultPackage();
     const IniDocument definition = IniDocument::Parse(files_.read(skinFile).value_or(""));
     if (definition.integer("Main", "Ver", 0) < kOldestSkinVersion) {
         dialogs_.message("Skinのバージョンが異なります\rDefaultSkinをロードします", MessageIcon::Stop);

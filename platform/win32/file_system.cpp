@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/user_files.h"
 #include "platform/win32/platform.h"
 #include "platform/win32/win32.h"
+
+#include <shlobj.h>
 
 namespace quenlox::win32 {
 namespace {
@@ -194,6 +197,15 @@ class FileSystemWin32 : public FileSystem {
         if (name.ends_with(L':')) name += L'\\';
         return Narrow(name);
     }
+    std::string userFolder() override {
+        if (userFolder_.empty()) {
+            const std::string program = programFolder();
+            const bool canWrite = canWriteInto(program);
+            userFolder_ = ChooseUserFolder(program, canWrite, canWrite ? std::string() : applicationData());
+            if (!canWrite) CreateDirectoryW(WidePath(userFolder_).c_str(), nullptr);
+        }
+        return userFolder_;
+    }
     std::string currentFolder() override {
         std::wstring name(GetCurrentDirectoryW(0, nullptr), L'\0');
         name.resize(GetCurrentDirectoryW(static_cast<DWORD>(name.size()), name.data()));
@@ -201,6 +213,23 @@ class FileSystemWin32 : public FileSystem {
     }
 
   private:
+    // Rights and a medium's lock show only when a file is made. It goes when it is closed.
+    static bool canWriteInto(const std::string& folder) {
+        const std::wstring name = WidePath(JoinPath(folder, "Quenlox.~" + std::to_string(GetCurrentProcessId()) + ".tmp"));
+        HANDLE file = CreateFileW(name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+        if (file == INVALID_HANDLE_VALUE) return false;
+        CloseHandle(file);
+        return true;
+    }
+    static std::string applicationData() {
+        PWSTR name = nullptr;
+        const bool found = SUCCEEDED(SHGetKnownFolderPath(FOLDERID_RoamingAppData, KF_FLAG_CREATE, nullptr, &name));
+        const std::string folder = found ? Narrow(name) : std::string();
+        CoTaskMemFree(name);
+        return folder;
+    }
+
     static DWORD attributesOf(const std::string& path) { return path.empty() ? kMissing : GetFileAttributesW(WidePath(path).c_str()); }
 
     template <typename Listener>
@@ -219,6 +248,8 @@ class FileSystemWin32 : public FileSystem {
             if (!listener(Narrow(name))) return;
         } while (FindNextFileW(find.get(), &data));
     }
+
+    std::string userFolder_;  // once it is known
 };
 
 }  // namespace

@@ -123,6 +123,22 @@ TEST_F(ApplicationTest, AChangedListIsSavedAtTheEnd) {
     EXPECT_EQ(files.bytesOf("C:\\Quenlox\\Quenlox.m3u"), "#ListB\r\nC:\\b.mp3\r\n");
 }
 
+TEST_F(ApplicationTest, WhatIsDeliveredInAReadOnlyFolderIsTheBeginningOfTheUsersOwn) {
+    files.user = "C:\\Users\\A\\Quenlox";
+    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=80,50\n");
+    files.add("C:\\Quenlox\\Quenlox.ini", "[Main]\r\nMine=1\r\nPlayMode=3\r\nSkinName=x\r\n");
+    files.add("C:\\Quenlox\\Quenlox.m3u", "#ListB\r\nC:\\b.mp3");
+    const std::vector<std::string> delivered = {files.bytesOf("C:\\Quenlox\\Quenlox.ini"), files.bytesOf("C:\\Quenlox\\Quenlox.m3u")};
+    start();
+    EXPECT_EQ(state().PlayMode, kRandom);
+    EXPECT_EQ(state().CurrentSkinFile, "C:\\Quenlox\\skin\\x\\x.tsk");
+    state().ListDirty = true;
+    top().unload();
+    EXPECT_NE(files.bytesOf("C:\\Users\\A\\Quenlox\\Quenlox.ini").find("Mine=1\r\nPlayMode=3"), std::string::npos);
+    EXPECT_EQ(files.bytesOf("C:\\Users\\A\\Quenlox\\Quenlox.m3u"), "#ListB\r\nC:\\b.mp3\r\n");
+    EXPECT_EQ((std::vector<std::string>{files.bytesOf("C:\\Quenlox\\Quenlox.ini"), files.bytesOf("C:\\Quenlox\\Quenlox.m3u")}), delivered);
+}
+
 TEST_F(ApplicationTest, WithoutMixerOrSkinItStillStarts) {
     mixer.opens = false;
     files.all.clear();

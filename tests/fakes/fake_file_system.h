@@ -24,6 +24,7 @@ class FakeFileSystem : public FileSystem {
     std::vector<std::pair<std::string, DriveType>> driveList{{"C:\\", DriveType::Fixed}};
     std::string program = "C:\\Quenlox";
     std::string current = "C:\\Quenlox";
+    std::string user;                     // empty: the folder of the program
     bool writesFail = false;
     bool renamesFail = false;
     std::set<std::string> unreadable;     // paths that exist and cannot be read
@@ -126,6 +127,7 @@ class FakeFileSystem : public FileSystem {
         return DriveType::NoRoot;
     }
     std::string programFolder() override { return program; }
+    std::string userFolder() override { return user.empty() ? program : user; }
     std::string currentFolder() override { return current; }
 };
 

@@ -90,6 +90,7 @@ TEST_F(Files, TellsTheDrivesAndThePlaceOfTheProgram) {
     EXPECT_EQ(files->driveType("C:\\"), DriveType::Fixed);
     EXPECT_EQ(files->driveType("Q:\\"), DriveType::NoRoot);
     EXPECT_TRUE(files->folderExists(files->programFolder()));
+    EXPECT_EQ(files->userFolder(), files->programFolder()) << "a folder that can be written";
 }
 
 std::string Tone() {

@@ -9,7 +9,9 @@ import time
 
 _libc = ctypes.CDLL(None, use_errno=True)
 _PR_SET_PDEATHSIG = 1
+_PR_CAPBSET_DROP = 24
 _PR_SET_CHILD_SUBREAPER = 36
+_CAP_DAC_OVERRIDE = 1
 
 
 class StartFailure(RuntimeError):
@@ -57,6 +59,12 @@ def unwind_on_signals():
 def adopt_orphans():
     """Makes this process the parent of what its children leave behind: Wine's own services detach themselves."""
     _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1)
+
+
+def obey_file_rights():
+    """Makes the rights of files and folders count for everything started from now on, also when it runs as root."""
+    if os.geteuid() == 0 and _libc.prctl(_PR_CAPBSET_DROP, _CAP_DAC_OVERRIDE, 0, 0, 0) != 0:
+        raise OSError(ctypes.get_errno(), "cannot give up root's right to write everywhere")
 
 
 def children():
