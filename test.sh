@@ -59,7 +59,7 @@ native_build() { build native; }
 native_tests() { counted_ctest native; }
 thread_build() { build tsan unit_tests; }
 thread_tests() { labels=unit counted_ctest tsan; }
-windows_build() { build win64 all stage; }
+windows_build() { build win64 all stage && logged build/packages.log packaging/build.sh; }
 # Nobody records the sound here, and an unheard sound server's clock may stand still now and then: a second try decides.
 windows_tests() { repeat=until-pass:2 counted_ctest win64 tools/in_wine.py; }
 
@@ -77,7 +77,7 @@ main() {
     stage "native build" native_build
     stage "native tests, under AddressSanitizer and UndefinedBehaviorSanitizer" native_tests
     if [ "${1:-}" != --quick ]; then
-        stage "Windows build" windows_build
+        stage "Windows build, zip and installer" windows_build
         stage "Windows tests, under Wine" windows_tests
         stage "end-to-end scenarios, under Wine" wine_scenarios
         stage "build of the threads' tests" thread_build

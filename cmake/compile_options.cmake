@@ -14,8 +14,8 @@ if(QUENLOX_FUZZ)
 endif()
 if(WIN32)
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00 STRICT)
-  # The same sources give the same bytes, wherever and whenever they are built: no path of this checkout (given relatively
-  # where ccache is used) and no time.
+  # The same sources give the same bytes, wherever and whenever they are built: no path of this checkout (which ccache gives
+  # relatively) and no time; what strips symbols later writes the time of SOURCE_DATE_EPOCH.
   add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=../..=.)
   add_link_options(-Wl,--no-insert-timestamp)
   add_link_options(-static -Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)

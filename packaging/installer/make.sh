@@ -1,0 +1,33 @@
+#!/bin/bash
+# Makes the installer of a folder: packaging/installer/make.sh PRODUCT VERSION TARGET -> TARGET/Quenlox-VERSION-setup.exe
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+product=$(realpath "$1") version=$2 target=$(realpath "$3")
+export LC_ALL=C
+
+# The macros that copy every file and take every file away again: the uninstaller touches nothing else.
+file_lists() {
+    local file folder
+    echo '!macro InstallFiles'
+    while read -r folder; do
+        echo "  SetOutPath \"\$INSTDIR${folder:+\\${folder//\//\\}}\""
+        while read -r file; do
+            echo "  File \"$file\""
+        done < <(find "$product${folder:+/$folder}" -maxdepth 1 -type f | sort)
+    done < <(find "$product" -type d -printf '%P\n' | sort)
+    printf '!macroend\n!macro RemoveFiles\n'
+    while read -r file; do
+        echo "  Delete \"\$INSTDIR\\${file//\//\\}\""
+    done < <(find "$product" -type f -printf '%P\n' | sort)
+    while read -r folder; do
+        echo "  RMDir \"\$INSTDIR\\${folder//\//\\}\""
+    done < <(find "$product" -mindepth 1 -type d -printf '%P\n' | sort -r)
+    echo '!macroend'
+}
+
+lists=$(mktemp)
+trap 'rm -f "$lists"' EXIT
+file_lists >"$lists"
+size=$(find "$product" -type f -printf '%s\n' | awk '{ bytes += $1 } END { print int(bytes / 1024) }')
+makensis -V3 -WX -INPUTCHARSET UTF8 -DVERSION="$version" -DSIZE_KB="$size" -DFILES="$lists" -DROOT="$root" \
+    -DOUT="$target/Quenlox-$version-setup.exe" "$root/packaging/installer/quenlox.nsi"
