@@ -91,6 +91,7 @@ bool MpegDecoder::start(bool readAhead)
     impl.handle = mpg123_new(nullptr, nullptr);
     if (impl.handle == nullptr)
         return false;
+    // Tags in mid-stream are skipped: nobody asks for them, and a build of libmpg123 for MinGW may compare texts for ever.
     long flags = MPG123_QUIET | MPG123_IGNORE_INFOFRAME | MPG123_SKIP_ID3V2
                  | (impl.channels == 2 ? MPG123_FORCE_STEREO : MPG123_MONO_MIX);
     if (!readAhead)

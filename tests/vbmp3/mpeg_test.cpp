@@ -251,7 +251,7 @@ TEST(Mpeg, FileTypeFlagsTellContainerAndTags)
 TEST(Mpeg, SamplesAreFullyAccurate)
 {
 #ifdef _WIN32
-    GTEST_SKIP() << "libmpg123 for Windows is built without the plain decoder that this compares with";
+    GTEST_SKIP() << "libmpg123 1.31 for MinGW never returns when a decoder is chosen by name: its config.h lets _stricmp call itself";
 #endif
     const Bytes file = mp3File(44100, 2, music(44100, 2, 100000), {.bitRate = 192, .infoFrame = false});
     const auto sound = readAll(*openBytes(file));
