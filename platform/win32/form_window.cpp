@@ -13,17 +13,20 @@ namespace {
 constexpr int kSnapDistance = 10;
 constexpr UINT kCopyGlobalData = 0x0049;  // carries the names of a drop between processes
 
+// A command of a media key, the key, and the command that the form is told: it knows one for play and pause.
 struct MediaCommand {
     int command;
     WPARAM key;
+    int told;
 };
 constexpr MediaCommand kMediaCommands[] = {
-    {APPCOMMAND_MEDIA_PLAY_PAUSE, VK_MEDIA_PLAY_PAUSE},         {APPCOMMAND_MEDIA_PLAY, VK_MEDIA_PLAY_PAUSE},
-    {APPCOMMAND_MEDIA_PAUSE, VK_MEDIA_PLAY_PAUSE},              {APPCOMMAND_MEDIA_STOP, VK_MEDIA_STOP},
-    {APPCOMMAND_MEDIA_NEXTTRACK, VK_MEDIA_NEXT_TRACK},          {APPCOMMAND_MEDIA_PREVIOUSTRACK, VK_MEDIA_PREV_TRACK},
+    {APPCOMMAND_MEDIA_PLAY_PAUSE, VK_MEDIA_PLAY_PAUSE, APPCOMMAND_MEDIA_PLAY_PAUSE},
+    {APPCOMMAND_MEDIA_PLAY, VK_MEDIA_PLAY_PAUSE, APPCOMMAND_MEDIA_PLAY_PAUSE},
+    {APPCOMMAND_MEDIA_PAUSE, VK_MEDIA_PLAY_PAUSE, APPCOMMAND_MEDIA_PLAY_PAUSE},
+    {APPCOMMAND_MEDIA_STOP, VK_MEDIA_STOP, APPCOMMAND_MEDIA_STOP},
+    {APPCOMMAND_MEDIA_NEXTTRACK, VK_MEDIA_NEXT_TRACK, APPCOMMAND_MEDIA_NEXTTRACK},
+    {APPCOMMAND_MEDIA_PREVIOUSTRACK, VK_MEDIA_PREV_TRACK, APPCOMMAND_MEDIA_PREVIOUSTRACK},
 };
-
-bool IsMediaKey(WPARAM key) { return key >= VK_MEDIA_NEXT_TRACK && key <= VK_MEDIA_PLAY_PAUSE; }
 
 }  // namespace
 
@@ -284,8 +287,18 @@ FormWindow::Result FormWindow::wheel(WPARAM w, LPARAM l) {
 bool FormWindow::key(UINT message, WPARAM virtualKey) {
     if (!attached()) return false;
     const auto code = static_cast<int>(virtualKey);
-    if (message == WM_KEYDOWN || message == WM_SYSKEYDOWN) {
-        if (IsMediaKey(virtualKey)) mediaKey_ = virtualKey;
+    const bool down = message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
+    for (const MediaCommand& media : kMediaCommands) {
+        if (media.key != virtualKey) continue;
+        // One that is held down comes again and again.
+        if (down && std::exchange(mediaHeld_, virtualKey) != virtualKey) {
+            mediaKey_ = virtualKey;
+            form_->Form_AppCommand(media.told);
+        }
+        if (!down) mediaHeld_ = 0;
+        return true;
+    }
+    if (down) {
         form_->Form_KeyDown(code, ShiftState());
     } else {
         form_->Form_KeyUp(code, ShiftState());
@@ -298,11 +311,8 @@ FormWindow::Result FormWindow::appCommand(LPARAM l) {
         if (media.command != GET_APPCOMMAND_LPARAM(l)) continue;
         // The command that follows a key which this window has seen is the same press.
         const bool seen = GET_DEVICE_LPARAM(l) == FAPPCOMMAND_KEY && std::exchange(mediaKey_, 0) == media.key;
-        if (!seen) {
-            form_->Form_KeyDown(static_cast<int>(media.key), 0);
-            if (attached()) form_->Form_KeyUp(static_cast<int>(media.key), 0);
-        }
-        return TRUE;
+        if (seen || form_->Form_AppCommand(media.told)) return TRUE;
+        return {};
     }
     return {};
 }

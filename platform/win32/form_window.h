@@ -85,6 +85,7 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     bool dragging_ = false;
     POINT grip_{};          // where the pointer holds the window while it is dragged
     int wheelRest_ = 0;
+    WPARAM mediaHeld_ = 0;
     WPARAM mediaKey_ = 0;   // a media key that has been reported and may come again as a command
 };
 
