@@ -281,9 +281,15 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
 }
 
 void MediaEngine::TellMissingDevice() {
-    if (missingDeviceTold_ || vbmp3_.vbmp3_hasOutputDevice()) return;
+    const bool there = vbmp3_.vbmp3_hasOutputDevice();
+    std::string information = display_.information();
+    if (there && information.ends_with(kNoDevice)) {  // it is back
+        information.resize(information.size() - std::string_view(kNoDevice).size());
+        display_.showInformation(information);
+    }
+    if (there || missingDeviceTold_) return;
     missingDeviceTold_ = true;
-    display_.showInformation(display_.information() + kNoDevice);
+    display_.showInformation(information + kNoDevice);
 }
 
 void MediaEngine::StopMedia() {

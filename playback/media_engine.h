@@ -56,7 +56,7 @@ class MediaEngine {
 
     // The library has gone on by itself to CurrentFile, the file that was handed to it: shows it as OpenMedia does.
     void TakeOverNextFile();
-    // Once in a run, behind the format: the track plays without a sound device.
+    // Once in a run, behind the format: the track plays without a sound device. Takes it away when there is one again.
     void TellMissingDevice();
     // The title by TitleMode: from the tag, or the name of the file.
     void ShowTitle();

@@ -201,6 +201,10 @@ TEST(PlayMedia, SaysOnceThatThereIsNoSoundDevice) {
     const std::string before = p.display.info;
     p.engine.PlayMedia();
     EXPECT_EQ(p.display.info, before + " ﾃﾞﾊﾞｲｽなし");
+    p.vbmp3.deviceThere = true;
+    p.engine.PlayMedia();
+    EXPECT_EQ(p.display.info, before) << "it is back";
+    p.vbmp3.deviceThere = false;
     p.open("C:\\a.mp3");
     p.engine.PlayMedia();
     EXPECT_EQ(p.display.info, before);

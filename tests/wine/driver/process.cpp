@@ -4,6 +4,7 @@
 #include <tlhelp32.h>
 
 #include <memory>
+#include <utility>
 
 namespace driver {
 namespace {
@@ -30,17 +31,87 @@ size_t ThreadsOf(DWORD id) {
     return count;
 }
 
+template <class Function>
+Function NtFunction(const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
+}
+
+// Wine tells no handles of another process by GetProcessHandleCount; the list of all handles of the system has them.
+size_t HandlesOf(DWORD id) {
+    struct Entry {
+        void* object;
+        ULONG_PTR process, handle;
+        ULONG access;
+        USHORT trace, type;
+        ULONG attributes, reserved;
+    };
+    struct Head {
+        ULONG_PTR count, reserved;
+    };
+    const auto query = NtFunction<LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*)>("NtQuerySystemInformation");
+    std::string buffer(1 << 22, '\0');
+    if (query(64, buffer.data(), static_cast<ULONG>(buffer.size()), nullptr) != 0) return 0;  // SystemExtendedHandleInformation
+    const auto* head = reinterpret_cast<const Head*>(buffer.data());
+    const auto* entries = reinterpret_cast<const Entry*>(head + 1);
+    size_t count = 0;
+    for (ULONG_PTR i = 0; i < head->count; ++i) count += entries[i].process == id;
+    return count;
+}
+
+// GetGuiResources counts nothing under Wine; the table of GDI objects that every process carries does.
+size_t GdiObjectsOf(HANDLE process) {
+    if (const DWORD count = GetGuiResources(process, GR_GDIOBJECTS)) return count;
+    constexpr size_t kTableAt = 0xF8, kEntries = 16384, kEntrySize = 24, kTypeAt = 12;
+    struct {
+        LONG status;
+        char* environment;
+        ULONG_PTR rest[4];
+    } basic{};
+    const auto query = NtFunction<LONG(WINAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*)>("NtQueryInformationProcess");
+    char* table = nullptr;
+    std::string entries(kEntries * kEntrySize, '\0');
+    if (query(process, 0, &basic, sizeof basic, nullptr) != 0 ||
+        !ReadProcessMemory(process, basic.environment + kTableAt, &table, sizeof table, nullptr) ||
+        !ReadProcessMemory(process, table, entries.data(), entries.size(), nullptr))
+        return 0;
+    size_t count = 0;
+    for (size_t i = 0; i < kEntries; ++i) count += (entries[i * kEntrySize + kTypeAt] & 0x1F) != 0;
+    return count;
+}
+
+// Windows, the most of what GetGuiResources would count.
+size_t WindowsOf(DWORD id) {
+    struct Count {
+        DWORD id;
+        size_t windows;
+    } count{id, 0};
+    const auto add = [](HWND window, LPARAM context) -> BOOL {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        auto* counted = reinterpret_cast<Count*>(context);
+        counted->windows += owner == counted->id;
+        return TRUE;
+    };
+    const auto addWithChildren = [](HWND window, LPARAM context) -> BOOL {
+        const auto* both = reinterpret_cast<std::pair<WNDENUMPROC, LPARAM>*>(context);
+        both->first(window, both->second);
+        EnumChildWindows(window, both->first, both->second);
+        return TRUE;
+    };
+    std::pair<WNDENUMPROC, LPARAM> both{add, reinterpret_cast<LPARAM>(&count)};
+    EnumWindows(addWithChildren, reinterpret_cast<LPARAM>(&both));
+    return count.windows;
+}
+
 }  // namespace
 
 Row Resources(HWND window) {
-    DWORD id = 0, handles = 0;
+    DWORD id = 0;
     const Handle process = ProcessOf(window, id);
-    PROCESS_MEMORY_COUNTERS_EX memory{};
-    GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
-    GetProcessHandleCount(process.get(), &handles);
-    return {std::to_string(memory.WorkingSetSize), std::to_string(memory.PrivateUsage), std::to_string(handles),
-            std::to_string(GetGuiResources(process.get(), GR_GDIOBJECTS)), std::to_string(GetGuiResources(process.get(), GR_USEROBJECTS)),
-            std::to_string(ThreadsOf(id))};
+    PROCESS_MEMORY_COUNTERS memory{};
+    GetProcessMemoryInfo(process.get(), &memory, sizeof memory);
+    return {std::to_string(memory.WorkingSetSize), std::to_string(HandlesOf(id)), std::to_string(GdiObjectsOf(process.get())),
+            std::to_string(WindowsOf(id)), std::to_string(ThreadsOf(id))};
 }
 
 void Fail(HWND window, const std::string& how) {

@@ -7,7 +7,7 @@
 
 namespace driver {
 
-// working set, private bytes, handles, GDI objects, USER objects, threads
+// working set in bytes, handles, GDI objects, windows, threads
 Row Resources(HWND window);
 
 // Makes a thread in the process that fails: "fault" calls a bad address, "break" meets a breakpoint, "overflow" fills its

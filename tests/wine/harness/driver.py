@@ -281,8 +281,8 @@ class Window:
     # The process behind it
 
     def resources(self):
-        """Counts of its process: working_set and private in bytes, handles, gdi, user, threads."""
-        names = ("working_set", "private", "handles", "gdi", "user", "threads")
+        """Counts of its process: working_set in bytes, handles, gdi, windows, threads."""
+        names = ("working_set", "handles", "gdi", "windows", "threads")
         return dict(zip(names, map(int, self._driver.ask("resources", self.handle)[0])))
 
     def fail(self, how):
