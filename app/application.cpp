@@ -30,7 +30,7 @@ Application::Application(const Services& services, std::string commandLine)
       monitor_(state_, engine_, services.vbmp3, services.mediaControl, lists_, options_),
       pitch_(state_, services.vbmp3, options_, engine_.status()),
       volume_(state_, services.mixer, options_),
-      list_(state_, lists_, services.files, services.dialogs, services.windows),
+      list_(state_, lists_, services.files, services.dialogs),
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, top_, lyrics_),

@@ -161,7 +161,7 @@ void ComboBox::setText(std::string text) {
 }
 
 void ProgressBar::setValue(int value) {
-    value = std::clamp(value, 0, 1000);
+    value = std::clamp(value, kEndless, 1000);
     if (value == value_) return;
     value_ = value;
     changed(Property::Value);

@@ -197,7 +197,8 @@ class ComboBox : public Control {
 class ProgressBar : public Control {
   public:
     using Control::Control;
-    int value() const { return value_; }  // 0 to 1000
+    static constexpr int kEndless = -1;   // something goes on, nobody knows how long
+    int value() const { return value_; }  // 0 to 1000, or kEndless
     void setValue(int value);
 
   private:

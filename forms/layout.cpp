@@ -28,8 +28,7 @@ bool FillsHeight(const Control& control) {
     if (const auto* bar = dynamic_cast<const ScrollBar*>(&control)) {
         return bar->direction() == ScrollBar::Direction::Vertical;
     }
-    return dynamic_cast<const ListView*>(&control) || dynamic_cast<const FileListBox*>(&control) ||
-           dynamic_cast<const DirListBox*>(&control) || dynamic_cast<const PictureBox*>(&control);
+    return dynamic_cast<const ListView*>(&control) || dynamic_cast<const PictureBox*>(&control);
 }
 
 // Lengths of the items along the direction of their row or column: each its own length and, of what is left over, its

@@ -4,6 +4,15 @@
 #include <utility>
 
 namespace quenlox {
+namespace {
+
+template <typename Row, typename Length>
+int LongestRow(const std::vector<Row>& rows, Length length) {
+    const auto longest = std::max_element(rows.begin(), rows.end(), [&](const Row& a, const Row& b) { return length(a) < length(b); });
+    return longest == rows.end() ? -1 : static_cast<int>(longest - rows.begin());
+}
+
+}  // namespace
 
 void ListView::setColumns(std::vector<Column> columns) {
     columns_ = std::move(columns);
@@ -16,6 +25,15 @@ void ListView::setColumnWidth(int column, int width) {
     if (current == width) return;
     current = width;
     changed(Property::Items);
+}
+
+void ListView::markSorted(int column, int direction) {
+    bool different = false;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        const int sorted = static_cast<int>(i) == column ? direction : 0;
+        different |= std::exchange(columns_[i].sorted, sorted) != sorted;
+    }
+    if (different) changed(Property::Items);
 }
 
 void ListView::setRowCount(int count) {
@@ -63,33 +81,31 @@ void ListView::ensureVisible(int row) {
     changed(Property::Scroll);
 }
 
+FileListBox::FileListBox(Form& form, std::string name) : ListView(form, std::move(name)) {
+    hasHeader = false;
+    setColumns({{"ファイル名", kAsWideAsNeeded}});
+    textOf = [this](int row, int) { return files_[static_cast<std::size_t>(row)]; };
+    longestRow = [this] { return LongestRow(files_, [](const std::string& file) { return file.size(); }); };
+}
+
 void FileListBox::setFiles(std::vector<std::string> files) {
+    setRowCount(0);
     files_ = std::move(files);
-    selected_.assign(files_.size(), false);
-    listIndex_ = -1;
-    changed(Property::Items);
+    setRowCount(static_cast<int>(files_.size()));
 }
 
-void FileListBox::setSelected(int row, bool selected) {
-    if (row < 0 || row >= static_cast<int>(selected_.size()) || this->selected(row) == selected) return;
-    selected_[static_cast<std::size_t>(row)] = selected;
-    changed(Property::Selection);
-    if (onClick) onClick();
-}
-
-void FileListBox::setSelection(std::vector<bool> selection) {
-    selection.resize(selected_.size(), false);
-    if (selection == selected_) return;
-    selected_ = std::move(selection);
-    changed(Property::Selection);
-    if (onClick) onClick();
-}
-
-void FileListBox::setListIndex(int row) {
-    row = std::clamp(row, -1, static_cast<int>(files_.size()) - 1);
-    if (row == listIndex_) return;
-    listIndex_ = row;
-    changed(Property::Value);
+DirListBox::DirListBox(Form& form, std::string name) : ListView(form, std::move(name)) {
+    hasHeader = manySelected = false;
+    setColumns({{"フォルダ", kAsWideAsNeeded}});
+    textOf = [this](int row, int) { return entries_[static_cast<std::size_t>(row)].name; };
+    levelOf = [this](int row) { return entries_[static_cast<std::size_t>(row)].level; };
+    iconOf = [this](int row) {
+        return path_.starts_with(entries_[static_cast<std::size_t>(row)].path) ? Icon::OpenFolder : Icon::Folder;
+    };
+    // A step to the right is about as wide as three letters.
+    longestRow = [this] {
+        return LongestRow(entries_, [](const Entry& entry) { return entry.name.size() + static_cast<std::size_t>(3 * entry.level); });
+    };
 }
 
 void DirListBox::setPath(std::string path) {
@@ -100,8 +116,15 @@ void DirListBox::setPath(std::string path) {
 }
 
 void DirListBox::setEntries(std::vector<Entry> entries) {
+    setRowCount(0);
     entries_ = std::move(entries);
-    changed(Property::Items);
+    setRowCount(static_cast<int>(entries_.size()));
+    const auto current = std::find_if(entries_.begin(), entries_.end(), [this](const Entry& e) { return e.path == path_; });
+    if (current == entries_.end()) return;
+    const auto row = static_cast<int>(current - entries_.begin());
+    setSelected(row, true);
+    setFocusedRow(row);
+    ensureVisible(row);
 }
 
 void DriveListBox::setDrives(std::vector<std::string> drives) {

@@ -1,4 +1,4 @@
-// Lists of many rows: the virtual list view of the play lists, and the file, folder and drive boxes of the browser.
+// Lists of many rows: the virtual list view of the play lists, and the browser's boxes of files, folders and drives.
 #pragma once
 
 #include <functional>
@@ -14,12 +14,20 @@ class ListView : public Control {
   public:
     struct Column {
         std::string title;
-        int width = 100;  // pixels at 96 dots per inch; 0 hides it
+        int width = 100;  // pixels at 96 dots per inch; 0 hides it, kAsWideAsNeeded the longest text
         bool rightAligned = false;
+        int sorted = 0;   // the mark in its header: 1 ascending, -1 descending, 0 none
         bool operator==(const Column&) const = default;
     };
 
+    static constexpr int kAsWideAsNeeded = -1;  // of a list with one column: at least as wide as the window
+    enum class Icon { Folder, OpenFolder };
+
     using Control::Control;
+
+    bool hasHeader = true;     // these are read when the window is made
+    bool manySelected = true;  // several rows can be selected
+    std::string emptyText;     // stands in the window while there are no rows; may have several lines
 
     std::function<std::string(int row, int column)> textOf;  // set by the form; called for visible rows only
     std::function<bool(int row)> marked;                     // drawn bold: the entry being played
@@ -31,10 +39,14 @@ class ListView : public Control {
     std::function<void(const std::vector<std::string>& files)> onFilesDropped;
     std::function<void(int before)> onRowsDragged;                          // the selected rows, to before that row
     std::function<int(const std::string& prefix, int from)> find;           // row for typed letters, -1 none
+    std::function<Icon(int row)> iconOf;                                    // none without it
+    std::function<int(int row)> levelOf;                                    // how many icons a row stands to the right
+    std::function<int()> longestRow;                                        // for kAsWideAsNeeded, -1 none
 
     const std::vector<Column>& columns() const { return columns_; }
     void setColumns(std::vector<Column> columns);
     void setColumnWidth(int column, int width);
+    void markSorted(int column, int direction);  // of that column only; direction as in Column::sorted
     int rowCount() const { return static_cast<int>(selected_.size()); }
     void setRowCount(int count);       // new rows are not selected
     void refreshRows(int first, int last);  // their texts have changed; both ends included
@@ -63,34 +75,23 @@ class ListView : public Control {
     int lastChanged_ = -1;
 };
 
-// A plain list of texts with several selected: the files of the browser.
-class FileListBox : public Control {
+// The files of the browser. The form gives what else a list view asks for.
+class FileListBox : public ListView {
   public:
-    using Control::Control;
-    std::function<void()> onClick;
-    std::function<void()> onDoubleClick;
+    FileListBox(Form& form, std::string name);
     std::function<void()> onRefresh;  // set by the form: reads the folder again
-    std::function<void(Point at)> onContextMenu;  // right click or the menu key, at in pixels of the form's client area
-    std::function<void(int key, int shift)> onKeyDown;
     const std::vector<std::string>& files() const { return files_; }
     void setFiles(std::vector<std::string> files);  // names without their folder; nothing is selected
-    bool selected(int row) const { return row >= 0 && row < static_cast<int>(selected_.size()) && selected_[static_cast<std::size_t>(row)]; }
-    void setSelected(int row, bool selected);
-    void setSelection(std::vector<bool> selection);  // of as many rows as there are; one onClick when it differs
-    int listIndex() const { return listIndex_; }  // the row with the focus, -1 none
-    void setListIndex(int row);
     void refresh() {
         if (onRefresh) onRefresh();
     }
 
   private:
     std::vector<std::string> files_;
-    std::vector<bool> selected_;
-    int listIndex_ = -1;
 };
 
 // The folder tree, shown as the path from the root to the current folder and the folders in it.
-class DirListBox : public Control {
+class DirListBox : public ListView {
   public:
     struct Entry {
         std::string path;
@@ -98,13 +99,12 @@ class DirListBox : public Control {
         int level = 0;
         bool operator==(const Entry&) const = default;
     };
-    using Control::Control;
-    std::function<void()> onChange;              // another folder is the current one
-    std::function<void(int row)> onDoubleClick;  // set by the form: goes into that folder
+    DirListBox(Form& form, std::string name);
+    std::function<void()> onChange;  // another folder is the current one
     const std::string& path() const { return path_; }
     void setPath(std::string path);  // raises onChange when it differs
     const std::vector<Entry>& entries() const { return entries_; }
-    void setEntries(std::vector<Entry> entries);
+    void setEntries(std::vector<Entry> entries);  // the one of the current folder is selected
 
   private:
     std::string path_;

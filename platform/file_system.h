@@ -2,13 +2,20 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace quenlox {
+
+// The names in a folder, in the order in which the file system returns them, "." and ".." left out.
+class FolderReader {
+  public:
+    virtual ~FolderReader() = default;
+    virtual bool next(std::string& name, bool& isFolder) = 0;  // false when there are no more
+};
 
 enum class DriveType { Unknown, NoRoot, Removable, Fixed, Remote, CdRom, RamDisk };
 
@@ -24,11 +31,12 @@ class FileSystem {
     virtual bool write(const std::string& path, std::string_view bytes) = 0;
     virtual bool rename(const std::string& from, const std::string& to) = 0;  // fails when `to` exists
     virtual bool remove(const std::string& path) = 0;
-    // Names without the folder, in the order in which the file system returns them, "." and ".." left out.
-    virtual std::vector<std::string> files(const std::string& folder) = 0;
-    virtual std::vector<std::string> folders(const std::string& folder) = 0;
-    // The same, one name a call until the listener says false; for folders of any size.
-    virtual void eachFile(const std::string& folder, const std::function<bool(const std::string& name)>& listener) = 0;
+    // A folder of any size is read name by name; one that cannot be read has none. The system may take its time for the
+    // first name and reads ahead then.
+    virtual std::unique_ptr<FolderReader> readFolder(const std::string& folder) = 0;
+    // All at once, for folders that are known to be small.
+    std::vector<std::string> files(const std::string& folder) { return names(folder, false); }
+    std::vector<std::string> folders(const std::string& folder) { return names(folder, true); }
     virtual std::vector<std::string> drives() = 0;                  // "C:\\" and so on
     virtual DriveType driveType(const std::string& root) = 0;
     virtual std::string programFolder() = 0;                        // without "\" at its end, unless it is a root
@@ -36,6 +44,17 @@ class FileSystem {
     // one of the user's own, which is made if it has to be.
     virtual std::string userFolder() = 0;
     virtual std::string currentFolder() = 0;
+
+  private:
+    std::vector<std::string> names(const std::string& folder, bool wantFolders) {
+        std::vector<std::string> all;
+        std::string name;
+        bool isFolder = false;
+        for (const auto reader = readFolder(folder); reader->next(name, isFolder);) {
+            if (isFolder == wantFolders) all.push_back(std::move(name));
+        }
+        return all;
+    }
 };
 
 }  // namespace quenlox

@@ -5,12 +5,15 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <set>
 #include <string>
 
 namespace quenlox {
 
 class FileSystem;
+class FolderReader;
 class Playlists;
 
 // True for "m3u" as the last three characters whatever their case, and for ".m3u8".
@@ -18,9 +21,8 @@ bool IsM3U(const std::string& path);
 
 class AddJob {
   public:
-    // `breathe` is called every now and then while one folder is being listed, which is the one thing that cannot be
-    // done in slices; it may handle messages.
-    AddJob(Playlists& lists, FileSystem& files, std::function<void()> breathe);
+    AddJob(Playlists& lists, FileSystem& files);
+    ~AddJob();
 
     // What is to be added behind what waits already.
     void addPath(const std::string& path, int list);  // a folder, an M3U file or any other file
@@ -30,12 +32,12 @@ class AddJob {
     // A list whose random order is to be new in any case.
     void touch(int list) { touched_.insert(list); }
 
-    bool active() const { return !items_.empty() || inStep_; }
-    // Adds until the time is used up, at least one item. True while there is more to do; when there is not, the random
+    bool active() const { return !items_.empty(); }
+    // Adds until the time is used up, at least something. True while there is more to do; when there is not, the random
     // orders of the lists that it touched are new and ListDirty is set.
     bool step(std::chrono::microseconds budget);
     void cancel();  // what has been added stays
-    int permille() const;
+    std::optional<int> permille() const;  // nothing for a folder whose size nobody knows
 
   private:
     enum class Kind { Path, File, M3U };
@@ -47,17 +49,15 @@ class AddJob {
     };
 
     void push(Item item);
-    void perform(const Item& item);
+    bool perform(const Item& item, const std::function<bool()>& keepGoing);
     void finish();
 
     Playlists& lists_;
     FileSystem& files_;
-    std::function<void()> breathe_;
     std::deque<Item> items_;
+    std::unique_ptr<FolderReader> folder_;  // of the first item, while its names are being read
     std::set<int> touched_;
     std::size_t done_ = 0;
-    bool inStep_ = false;
-    bool cancelled_ = false;
 };
 
 }  // namespace quenlox

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/global_state.h"
+#include "platform/file_system.h"
 #include "platform/window_host.h"
 #include "text/numbers.h"
 #include "text/paths.h"
@@ -45,12 +46,8 @@ std::string HoursText(std::int64_t seconds) {
 
 }  // namespace
 
-FormList::FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs, WindowSystem& windows)
-    : Form("FormList", Kind::Sizeable), state_(state), lists_(lists), files_(files), dialogs_(dialogs), windows_(windows),
-      adding_(lists, files, [this] {
-          showBusy();
-          windows_.pumpMessages();
-      }) {
+FormList::FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs)
+    : Form("FormList", Kind::Sizeable), state_(state), lists_(lists), files_(files), dialogs_(dialogs), adding_(lists, files) {
     setCaption("プレイリスト");
     makeViews();
     makeBrowser();
@@ -152,6 +149,13 @@ bool FormList::isCurrent(int list, int row) const {
     return row == state_.CurrentIndex[static_cast<std::size_t>(list)] && lists_.path(list, row) == state_.CurrentFile;
 }
 
+// The row that a command for one row takes: the first selected one, else the one with the focus.
+int FormList::FirstSelected(const ListView& view) {
+    const auto& selection = view.selection();
+    const auto selected = std::find(selection.begin(), selection.end(), true);
+    return selected == selection.end() ? view.focusedRow() : static_cast<int>(selected - selection.begin());
+}
+
 std::vector<std::string> FormList::selectedPaths() const {
     std::vector<std::string> paths;
     if (folderShown()) {
@@ -166,10 +170,7 @@ std::vector<std::string> FormList::selectedPaths() const {
     return paths;
 }
 
-void FormList::refreshBrowser() {
-    browserStale_ = true;
-    if (visible()) readFolder();
-}
+void FormList::refreshBrowser() { readFolder(); }
 
 void FormList::trackChanged() {
     for (int list = 0; list < kViews; ++list) {
@@ -234,9 +235,7 @@ void FormList::open(const std::string& path, int list, int row, int intent, bool
 void FormList::PlayView_DblClick(int row) { open(lists_.path(state_.ListNo, row), state_.ListNo, row, kForward, true); }
 
 void FormList::menuLoad1_Click() {
-    const auto& selection = view().selection();
-    const auto selected = std::find(selection.begin(), selection.end(), true);
-    const int row = selected == selection.end() ? view().focusedRow() : static_cast<int>(selected - selection.begin());
+    const int row = FirstSelected(view());
     // What plays goes on with the new file; a player that stands still only opens it.
     open(lists_.path(state_.ListNo, row), state_.ListNo, row, kNoIntent, state_.PlayerStatus == kPlay);
 }
@@ -290,6 +289,9 @@ void FormList::Form_Unload(bool& cancel) {
     cancel = true;
     state_.ListShown = false;
     hide();
+    // A folder that was being read is read anew when the window comes back.
+    if (std::exchange(reading_, std::nullopt)) browserStale_ = true;
+    showBusy();
     updateTimer();
 }
 
@@ -304,7 +306,9 @@ void FormList::updateTimer() {
 
 void FormList::Timer1_Timer() {
     readWhilePainting_ = {};
-    if (adding_.active()) {
+    if (reading_) {
+        readNames(kBusyBudget);
+    } else if (adding_.active()) {
         adding_.step(kBusyBudget);
     } else if (sorting_) {
         if (!lists_.fillSome(sorting_->list, kBusyBudget)) finishSort();
@@ -318,6 +322,7 @@ void FormList::Timer1_Timer() {
 }
 
 void FormList::cmdCancel_Click() {
+    if (reading_) finishReading();
     adding_.cancel();
     sorting_.reset();
     showBusy();
@@ -325,9 +330,12 @@ void FormList::cmdCancel_Click() {
 }
 
 void FormList::showBusy() {
-    if (adding_.active()) {
+    if (reading_) {
+        LabelStatus.setCaption("フォルダを読み込み中… " + WithThousands(static_cast<std::int64_t>(reading_->files.size())) + "ファイル");
+        Progress.setValue(ProgressBar::kEndless);
+    } else if (adding_.active()) {
         LabelStatus.setCaption("追加中… " + WithThousands(lists_.count(state_.ListNo)) + "曲");
-        Progress.setValue(adding_.permille());
+        Progress.setValue(adding_.permille().value_or(ProgressBar::kEndless));
     } else if (sorting_) {
         const int count = std::max(lists_.count(sorting_->list), 1);
         LabelStatus.setCaption("曲名などを読み込み中…");

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,7 +21,7 @@ namespace quenlox {
 
 class Dialogs;
 class FileSystem;
-class WindowSystem;
+class FolderReader;
 struct GlobalState;
 
 class FormList : public Form {
@@ -32,7 +33,7 @@ class FormList : public Form {
     static constexpr int kSortItems = 6;
     static constexpr int kFolderTab = kViews;         // the tab behind those of the lists: the folder is the current list
 
-    FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs, WindowSystem& windows);
+    FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs);
 
     ~FormList() override;
 
@@ -67,7 +68,7 @@ class FormList : public Form {
     // The files of the folder have changed on the disk.
     void refreshBrowser();
     // Rows are being added or sorted.
-    bool busy() const { return adding_.active() || sorting_; }
+    bool busy() const { return adding_.active() || sorting_ || reading_; }
     // Another track is being played: marks its row and scrolls to it.
     void trackChanged();
 
@@ -121,6 +122,13 @@ class FormList : public Form {
         bool setsDirty = false;
     };
 
+    // The folder of Dir1 while its names are being read.
+    struct FolderReading {
+        std::unique_ptr<FolderReader> names;
+        std::vector<std::string> folders;
+        std::vector<std::string> files;   // those that File1 can show
+    };
+
     ListView& view() const { return PlayView[state_.ListNo]; }
     bool folderShown() const { return TabList.value() == kFolderTab; }
 
@@ -128,6 +136,7 @@ class FormList : public Form {
     void makeViews();
     void listChanged(const Playlists::Change& change);
     void rowsRemoved(int list, const Playlists::Selection& which);
+    static int FirstSelected(const ListView& view);
     std::string textOf(int list, int row, int column);
     bool isCurrent(int list, int row) const;
     void open(const std::string& path, int list, int row, int intent, bool play);
@@ -153,16 +162,21 @@ class FormList : public Form {
     void makeBrowser();
     void readDrives();
     void readFolder();
-    void readFiles();
+    bool readNames(std::chrono::microseconds budget);
+    void finishReading();
+    void showFolders(std::vector<std::string> names);
+    void showFiles();
+    int folderTrack(const std::string& name) const;
     std::string folderPath() const;  // with "\" at its end
 
     GlobalState& state_;
     Playlists& lists_;
     FileSystem& files_;
     Dialogs& dialogs_;
-    WindowSystem& windows_;
     AddJob adding_;
     std::optional<SortJob> sorting_;
+    std::optional<FolderReading> reading_;
+    std::vector<std::string> folderFiles_;  // of the folder that is shown, those that File1 can show
     std::optional<SortJob> lastHeaderSort_;
     std::array<int, kViews> markedRow_{-1, -1, -1};
     std::string markedFile_;

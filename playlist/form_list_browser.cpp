@@ -29,6 +29,10 @@ constexpr Filter kFilters[] = {
     {"M3U (m3u)", ".m3u"},
 };
 
+// How long the folder is read before the window answers again, and after how many names the clock is asked.
+constexpr std::chrono::milliseconds kAtOnce{100};
+constexpr int kNamesPerLook = 64;
+
 bool Passes(const Filter& filter, const std::string& name) {
     const std::string extension = LastFour(name);
     return extension.starts_with('.') && CharacterCount(name) > 4 &&
@@ -64,7 +68,7 @@ void FormList::makeBrowser() {
     for (const Filter& filter : kFilters) filters.push_back({filter.name, static_cast<int>(filters.size())});
     Combo1.setItems(std::move(filters));
     Combo1.setListIndex(0);
-    Combo1.onClick = [this] { readFiles(); };
+    Combo1.onClick = [this] { showFiles(); };
     File2.setVisible(false);
     Drive1.onChange = [this] { Drive1_Change(); };
     Dir1.onChange = [this] { Dir1_Change(); };
@@ -74,9 +78,16 @@ void FormList::makeBrowser() {
             Dir1.setPath(path);
         }
     };
-    File1.onDoubleClick = [this] { File1_DblClick(); };
+    for (ListView* box : {static_cast<ListView*>(&Dir1), static_cast<ListView*>(&File1)}) {
+        box->find = [box](const std::string& text, int from) {
+            return FindByBeginning(box->rowCount(), [box](int row) { return box->textOf(row, 0); }, text, std::max(from, 0));
+        };
+    }
+    File1.onDoubleClick = [this](int) { File1_DblClick(); };
     File1.onRefresh = [this] { readFolder(); };
-    File1.onContextMenu = [this](Point at) { popup(Menu{"menuBrowser", browserItems()}, at); };
+    File1.onMouseDown = [this](int button, int, Point at) {
+        if (button == 2) popup(Menu{"menuBrowser", browserItems()}, {File1.bounds().left + at.x, File1.bounds().top + at.y});
+    };
 }
 
 std::string FormList::folderPath() const { return Dir1.path().empty() ? std::string{} : JoinPath(Dir1.path(), ""); }
@@ -103,17 +114,57 @@ void FormList::Drive1_Change() {
 void FormList::Dir1_Change() {
     state_.CurrentFolder = Dir1.path();
     lastFolders_[RootOf(Dir1.path())] = Dir1.path();
-    // A window that nobody sees does not look at the disk.
-    browserStale_ = true;
-    if (visible()) readFolder();
+    readFolder();
 }
 
 void FormList::readFolder() {
-    if (!visible()) {
-        browserStale_ = true;
-        return;
+    // A window that nobody sees does not look at the disk.
+    browserStale_ = !visible();
+    reading_.reset();
+    if (!visible()) return;
+    reading_.emplace();
+    if (!Dir1.path().empty()) reading_->names = files_.readFolder(Dir1.path());
+    if (readNames(kAtOnce)) {
+        // The rest comes in slices. What is shown of another folder meanwhile would lead astray.
+        if (folderPath() != lists_.folder()) {
+            showFolders({});
+            folderFiles_.clear();
+            showFiles();
+        }
     }
-    browserStale_ = false;
+    showBusy();
+    updateTimer();
+}
+
+// False when the folder has been read and is shown.
+bool FormList::readNames(std::chrono::microseconds budget) {
+    const Clock::time_point end = Clock::now() + budget;
+    std::string name;
+    bool isFolder = false;
+    for (int count = 1; reading_->names && reading_->names->next(name, isFolder); ++count) {
+        if (isFolder) {
+            reading_->folders.push_back(name);
+        } else if (Passes(kFilters[0], name)) {
+            reading_->files.push_back(name);
+        }
+        if (count % kNamesPerLook == 0 && Clock::now() >= end) return true;
+    }
+    finishReading();
+    return false;
+}
+
+// What has been read so far is what is shown.
+void FormList::finishReading() {
+    FolderReading read = std::move(*reading_);
+    reading_.reset();
+    SortNames(read.folders);
+    SortNames(read.files);
+    showFolders(std::move(read.folders));
+    folderFiles_ = std::move(read.files);
+    showFiles();
+}
+
+void FormList::showFolders(std::vector<std::string> names) {
     std::vector<DirListBox::Entry> entries;
     if (!Dir1.path().empty()) {
         std::string path = RootOf(Dir1.path());
@@ -125,39 +176,41 @@ void FormList::readFolder() {
             entries.push_back({path, name, static_cast<int>(entries.size())});
             at = end + 1;
         }
-        std::vector<std::string> folders = files_.folders(Dir1.path());
-        SortNames(folders);
         const int level = static_cast<int>(entries.size());
-        for (const std::string& name : folders) entries.push_back({JoinPath(path, name), name, level});
+        for (const std::string& name : names) entries.push_back({JoinPath(path, name), name, level});
     }
     Dir1.setEntries(std::move(entries));
-    readFiles();
 }
 
-void FormList::readFiles() {
+void FormList::showFiles() {
     const Filter& filter = kFilters[std::max(Combo1.data(), 0)];
-    std::vector<std::string> names;
-    if (!Dir1.path().empty()) names = files_.files(Dir1.path());
-    std::erase_if(names, [&](const std::string& name) { return !Passes(filter, name); });
-    SortNames(names);
-    std::vector<std::string> playable = names;
-    std::erase_if(playable, IsM3U);
+    std::vector<std::string> names, playable;
+    for (const std::string& name : folderFiles_) {
+        if (!Passes(filter, name)) continue;
+        names.push_back(name);
+        if (!IsM3U(name)) playable.push_back(name);
+    }
     File1.setFiles(std::move(names));
     const bool changed = folderPath() != lists_.folder() || playable != File2.files();
     File2.setFiles(playable);
     lists_.setFolderFiles(folderPath(), std::move(playable));
     if (changed) {
-        const auto& shown = File2.files();
-        const auto current = std::find(shown.begin(), shown.end(), FileNameOf(state_.CurrentFile));
-        const bool here = FolderOf(state_.CurrentFile) == folderPath() && current != shown.end();
-        state_.CurrentIndex[kFolderList] = here ? static_cast<int>(current - shown.begin()) : -1;
+        const bool here = FolderOf(state_.CurrentFile) == folderPath();
+        state_.CurrentIndex[kFolderList] = here ? folderTrack(FileNameOf(state_.CurrentFile)) : -1;
         lists_.BuildShuffleOrder(kFolderList);
     }
     showStatus();
 }
 
+// The place of a file among the tracks of the folder list, -1 when it is none of them.
+int FormList::folderTrack(const std::string& name) const {
+    const auto& tracks = File2.files();
+    const auto found = std::find(tracks.begin(), tracks.end(), name);
+    return found == tracks.end() ? -1 : static_cast<int>(found - tracks.begin());
+}
+
 void FormList::File1_DblClick() {
-    const int row = File1.listIndex();
+    const int row = File1.focusedRow();
     if (row < 0) return;
     const std::string name = File1.files()[static_cast<std::size_t>(row)];
     if (IsM3U(name)) {
@@ -165,21 +218,15 @@ void FormList::File1_DblClick() {
         startAdding();
         return;
     }
-    const auto& playable = File2.files();
-    const auto place = std::find(playable.begin(), playable.end(), name) - playable.begin();
-    open(folderPath() + name, kFolderList, static_cast<int>(place), kForward, true);
+    open(folderPath() + name, kFolderList, folderTrack(name), kForward, true);
 }
 
 void FormList::menuLoad2_Click() {
-    int row = 0;
-    while (row < static_cast<int>(File1.files().size()) && !File1.selected(row)) ++row;
-    if (row == static_cast<int>(File1.files().size())) row = File1.listIndex();
+    const int row = FirstSelected(File1);
     if (row < 0) return;
     const std::string name = File1.files()[static_cast<std::size_t>(row)];
     if (IsM3U(name)) return;
-    const auto& playable = File2.files();
-    const auto place = std::find(playable.begin(), playable.end(), name) - playable.begin();
-    open(folderPath() + name, kFolderList, static_cast<int>(place), kNoIntent, state_.PlayerStatus == kPlay);
+    open(folderPath() + name, kFolderList, folderTrack(name), kNoIntent, state_.PlayerStatus == kPlay);
 }
 
 }  // namespace quenlox

@@ -11,7 +11,7 @@
 namespace quenlox {
 namespace {
 
-// A folder is listed in steps of this many names between two questions whether to go on.
+// So many names of a folder are looked at between two questions whether to go on.
 constexpr int kNamesPerQuestion = 64;
 
 }  // namespace
@@ -178,17 +178,17 @@ bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName
     return true;
 }
 
-void Playlists::AddFolder(const std::string& folder, int list, const std::function<bool()>& keepGoing) {
-    // The rows are added when the folder has been read: what `keepGoing` does in between may change the list.
-    std::vector<std::string> paths;
-    int names = 0;
-    files_.eachFile(folder, [&](const std::string& name) {
-        if (CharacterCount(name) > 4 && MatchesMediaFilter(name)) paths.push_back(JoinPath(folder, name));
-        return ++names % kNamesPerQuestion != 0 || !keepGoing || keepGoing();
-    });
+bool Playlists::AddFolder(const std::string& folder, FolderReader& names, int list, const std::function<bool()>& keepGoing) {
     const int before = count(list);
-    for (const std::string& path : paths) append(list, path);
+    std::string name;
+    bool isFolder = false, more = true;
+    int read = 0;
+    do {
+        more = names.next(name, isFolder);
+        if (more && !isFolder && CharacterCount(name) > 4 && MatchesMediaFilter(name)) append(list, JoinPath(folder, name));
+    } while (more && (++read % kNamesPerQuestion != 0 || !keepGoing || keepGoing()));
     reportAdded(list, before);
+    return more;
 }
 
 bool Playlists::ExportM3U(int list, const std::string& path) {

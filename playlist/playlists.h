@@ -22,6 +22,7 @@
 namespace quenlox {
 
 class FileSystem;
+class FolderReader;
 class OptionSettings;
 class Random;
 class Vbmp3;
@@ -83,8 +84,9 @@ class Playlists : public TrackSource {
     // Adding. None of these rebuilds the random order; that is done once, behind all that a command adds.
     bool AddEntry(const std::string& path, int list);                // false for a path that no file can have
     bool ImportM3U(const std::string& folder, const std::string& fileName, int list);  // false: could not be read
-    // The media files of a folder, not of the folders in it. `keepGoing` is asked now and then and may end it.
-    void AddFolder(const std::string& folder, int list, const std::function<bool()>& keepGoing = {});
+    // The media files among the names of a folder, not those of the folders in it. `keepGoing` is asked now and then
+    // and may interrupt it; true while there are more names.
+    bool AddFolder(const std::string& folder, FolderReader& names, int list, const std::function<bool()>& keepGoing = {});
     bool ExportM3U(int list, const std::string& path);               // ".m3u" is appended when it is missing
 
     void BuildShuffleOrder(int list) override;

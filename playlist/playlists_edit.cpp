@@ -239,20 +239,10 @@ void Playlists::removeRows(int list, const Selection& which) {
 }
 
 int Playlists::findTitle(int list, std::string_view beginning, int from) const {
-    const int n = persisted(list) ? rows(list).count() : 0;
-    std::string wanted, key;
-    AppendSortKey(wanted, beginning);
-    for (int i = 0; i < n; ++i) {
-        const int row = (std::max(from, 0) + i) % n;
-        key.clear();
-        if (rows(list).known(row)) {
-            AppendSortKey(key, rows(list).texts(row).title);
-        } else {
-            AppendSortKey(key, FileNameOf(rows(list).path(row)));
-        }
-        if (key.starts_with(wanted)) return row;
-    }
-    return -1;
+    const auto textOf = [&](int row) {
+        return rows(list).known(row) ? std::string(rows(list).texts(row).title) : FileNameOf(std::string(rows(list).path(row)));
+    };
+    return persisted(list) ? FindByBeginning(rows(list).count(), textOf, beginning, std::max(from, 0)) : -1;
 }
 
 void Playlists::clear(int list) {

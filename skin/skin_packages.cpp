@@ -28,13 +28,10 @@ std::vector<std::string> SkinPackages::ListSkins() const {
 
 std::string SkinPackages::definitionFileOf(const std::string& skinName) const {
     const std::string folder = JoinPath(skinFolder(), skinName);
-    std::string found;
-    files_.eachFile(folder, [&](const std::string& name) {
-        if (LastFour(name) != ".tsk") return true;
-        found = JoinPath(folder, name);
-        return false;
-    });
-    return found;
+    for (const std::string& name : files_.files(folder)) {
+        if (LastFour(name) == ".tsk") return JoinPath(folder, name);
+    }
+    return {};
 }
 
 std::string SkinPackages::defaultPackage() const {

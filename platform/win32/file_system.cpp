@@ -90,6 +90,34 @@ void RemoveAbandoned(const std::wstring& target) {
     } while (FindNextFileW(find.get(), &data));
 }
 
+class FolderReaderWin32 : public FolderReader {
+  public:
+    explicit FolderReaderWin32(const std::string& folder) {
+        if (folder.empty()) return;
+        const bool ended = folder.ends_with('\\') || folder.ends_with('/');
+        HANDLE first = FindFirstFileExW(WidePath(folder + (ended ? "*" : "\\*")).c_str(), FindExInfoBasic, &data_,
+                                        FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+        if (first != INVALID_HANDLE_VALUE) find_.reset(first);
+    }
+    bool next(std::string& name, bool& isFolder) override {
+        while (find_) {
+            const std::wstring_view found = data_.cFileName;
+            const bool counts = found != L"." && found != L"..";
+            if (counts) {
+                name = Narrow(found);
+                isFolder = data_.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+            }
+            if (!FindNextFileW(find_.get(), &data_)) find_.reset();
+            if (counts) return true;
+        }
+        return false;
+    }
+
+  private:
+    std::unique_ptr<HANDLE, FindCloser> find_;
+    WIN32_FIND_DATAW data_{};  // the name that comes next, while there is one
+};
+
 class FileSystemWin32 : public FileSystem {
   public:
     bool fileExists(const std::string& path) override {
@@ -144,18 +172,8 @@ class FileSystemWin32 : public FileSystem {
     }
     bool remove(const std::string& path) override { return DeleteFileW(WidePath(path).c_str()) != FALSE; }
 
-    std::vector<std::string> files(const std::string& folder) override {
-        std::vector<std::string> names;
-        each(folder, false, [&](std::string name) { return names.push_back(std::move(name)), true; });
-        return names;
-    }
-    std::vector<std::string> folders(const std::string& folder) override {
-        std::vector<std::string> names;
-        each(folder, true, [&](std::string name) { return names.push_back(std::move(name)), true; });
-        return names;
-    }
-    void eachFile(const std::string& folder, const std::function<bool(const std::string&)>& listener) override {
-        each(folder, false, listener);
+    std::unique_ptr<FolderReader> readFolder(const std::string& folder) override {
+        return std::make_unique<FolderReaderWin32>(folder);
     }
 
     std::vector<std::string> drives() override {
@@ -231,23 +249,6 @@ class FileSystemWin32 : public FileSystem {
     }
 
     static DWORD attributesOf(const std::string& path) { return path.empty() ? kMissing : GetFileAttributesW(WidePath(path).c_str()); }
-
-    template <typename Listener>
-    static void each(const std::string& folder, bool wantFolders, const Listener& listener) {
-        if (folder.empty()) return;
-        const bool ended = folder.ends_with('\\') || folder.ends_with('/');
-        WIN32_FIND_DATAW data;
-        HANDLE first = FindFirstFileExW(WidePath(folder + (ended ? "*" : "\\*")).c_str(), FindExInfoBasic, &data,
-                                        FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
-        if (first == INVALID_HANDLE_VALUE) return;
-        const std::unique_ptr<HANDLE, FindCloser> find(first);
-        do {
-            const std::wstring_view name = data.cFileName;
-            const bool isFolder = data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
-            if (isFolder != wantFolders || name == L"." || name == L"..") continue;
-            if (!listener(Narrow(name))) return;
-        } while (FindNextFileW(find.get(), &data));
-    }
 
     std::string userFolder_;  // once it is known
 };

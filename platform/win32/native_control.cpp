@@ -133,7 +133,7 @@ LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LP
 
 std::unique_ptr<NativeControl> MakeNativeControl(DialogWindow& dialog, Control& control) {
     for (const auto make : {MakeNativeButton, MakeNativeText, MakeNativeSlider, MakeNativePicture, MakeNativeBar,
-                            MakeNativeListBox, MakeNativeListView}) {
+                            MakeNativeDriveBox, MakeNativeListView}) {
         if (auto made = make(dialog, control)) return made;
     }
     return nullptr;

@@ -95,7 +95,7 @@ std::unique_ptr<NativeControl> MakeNativeText(DialogWindow& dialog, Control& con
 std::unique_ptr<NativeControl> MakeNativeSlider(DialogWindow& dialog, Control& control);     // also the progress bar
 std::unique_ptr<NativeControl> MakeNativePicture(DialogWindow& dialog, Control& control);
 std::unique_ptr<NativeControl> MakeNativeBar(DialogWindow& dialog, Control& control);        // toolbar and tabs
-std::unique_ptr<NativeControl> MakeNativeListBox(DialogWindow& dialog, Control& control);    // files, folders, drives
+std::unique_ptr<NativeControl> MakeNativeDriveBox(DialogWindow& dialog, Control& control);
 std::unique_ptr<NativeControl> MakeNativeListView(DialogWindow& dialog, Control& control);
 
 }  // namespace quenlox::win32

@@ -9,22 +9,48 @@
 namespace quenlox::win32 {
 namespace {
 
-constexpr DWORD kStyle = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS;
+DWORD StyleOf(const ListView& view) {
+    DWORD style = WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS;
+    if (!view.hasHeader) style |= LVS_NOCOLUMNHEADER;
+    if (!view.manySelected) style |= LVS_SINGLESEL;
+    return style;
+}
 constexpr DWORD kExtendedStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
 // From so many changed rows on the list is not drawn between them.
 constexpr std::size_t kManyRows = 32;
 constexpr int kLongRange = 1000;
+constexpr int kTextMargin = 16;  // on both sides of a text together
 
 }  // namespace
 
 NativeListView::NativeListView(DialogWindow& dialog, ListView& view)
-    : NativeControl(dialog, view, {WC_LISTVIEWW, kStyle, WS_EX_CLIENTEDGE}), view_(view) {
+    : NativeControl(dialog, view, {WC_LISTVIEWW, StyleOf(view), WS_EX_CLIENTEDGE}), view_(view) {
     send(LVM_SETEXTENDEDLISTVIEWSTYLE, kExtendedStyle, LPARAM{kExtendedStyle});
     makeBoldFont();
+    if (view.iconOf) makeIcons();
     subclass();
     if (view.onFilesDropped) AcceptFiles(window());
     showColumns();
     showRowCount();
+}
+
+NativeListView::~NativeListView() {
+    if (icons_) ImageList_Destroy(icons_);
+}
+
+void NativeListView::makeIcons() {
+    const int side = GetSystemMetricsForDpi(SM_CXSMICON, dialog().dpi());
+    HIMAGELIST made = ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, 2, 0);
+    for (const SHSTOCKICONID id : {SIID_FOLDER, SIID_FOLDEROPEN}) {  // in the order of ListView::Icon
+        SHSTOCKICONINFO info{};
+        info.cbSize = sizeof info;
+        if (FAILED(SHGetStockIconInfo(id, SHGSI_ICON | SHGSI_SMALLICON, &info))) continue;
+        ImageList_AddIcon(made, info.hIcon);
+        DestroyIcon(info.hIcon);
+    }
+    send(LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(made));
+    if (icons_) ImageList_Destroy(icons_);
+    icons_ = made;
 }
 
 void NativeListView::makeBoldFont() {
@@ -44,11 +70,12 @@ void NativeListView::redrawRows() {
 
 int NativeListView::scaled(int pixelsAt96) const { return MulDiv(pixelsAt96, static_cast<int>(dialog().dpi()), 96); }
 
-Size NativeListView::wish() const { return {horizontal(180), vertical(100)}; }
+Size NativeListView::wish() const { return view_.hasHeader ? Size{horizontal(180), vertical(100)} : Size{horizontal(90), vertical(60)}; }
 
 void NativeListView::fontChanged() {
     NativeControl::fontChanged();
     makeBoldFont();
+    if (view_.iconOf) makeIcons();
     columns_.clear();
     showColumns();
 }
@@ -67,6 +94,7 @@ void NativeListView::changed(Property property) {
             break;
         case Property::Value:
             showFocus();
+            if (view_.iconOf) InvalidateRect(window(), nullptr, FALSE);
             break;
         case Property::Picture:
             redrawRows();
@@ -93,13 +121,41 @@ void NativeListView::showColumns() {
         LVCOLUMNW column{};
         column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
         column.pszText = title.data();
-        column.cx = scaled(wanted[i].width);
+        column.cx = wanted[i].width == ListView::kAsWideAsNeeded ? 0 : scaled(wanted[i].width);
         column.fmt = wanted[i].rightAligned ? LVCFMT_RIGHT : LVCFMT_LEFT;
         column.iSubItem = static_cast<int>(i);
         send(isNew && static_cast<int>(i) >= Header_GetItemCount(ListView_GetHeader(window())) ? LVM_INSERTCOLUMNW : LVM_SETCOLUMNW,
              i, &column);
+        showSortMark(i);
     }
     columns_ = wanted;
+    fitColumn();
+}
+
+void NativeListView::showSortMark(std::size_t column) {
+    HWND header = ListView_GetHeader(window());
+    HDITEMW item{};
+    item.mask = HDI_FORMAT;
+    if (!header || !Header_GetItem(header, static_cast<int>(column), &item)) return;
+    const int sorted = view_.columns()[column].sorted;
+    item.fmt = (item.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | (sorted > 0 ? HDF_SORTUP : sorted < 0 ? HDF_SORTDOWN : 0);
+    Header_SetItem(header, static_cast<int>(column), &item);
+}
+
+// As wide as the window; when the longest row needs more, that much.
+void NativeListView::fitColumn() {
+    if (columns_.size() != 1 || columns_[0].width != ListView::kAsWideAsNeeded) return;
+    const Applying guard(*this);
+    const int row = view_.longestRow ? view_.longestRow() : -1;
+    int needed = 0;
+    if (row >= 0 && view_.textOf) {
+        const int icon = icons_ ? GetSystemMetricsForDpi(SM_CXSMICON, dialog().dpi()) : 0;
+        const int steps = view_.levelOf ? view_.levelOf(row) + 1 : 1;
+        needed = textSize(Wide(view_.textOf(row, 0))).width + steps * icon + scaled(kTextMargin);
+    }
+    RECT client{};
+    GetClientRect(window(), &client);
+    send(LVM_SETCOLUMNWIDTH, 0, LPARAM{std::max<LONG>(client.right, needed)});
 }
 
 void NativeListView::showRowCount() {
@@ -108,6 +164,7 @@ void NativeListView::showRowCount() {
     shown_.resize(static_cast<std::size_t>(view_.rowCount()), false);
     showSelection();
     showFocus();
+    fitColumn();
     InvalidateRect(window(), nullptr, TRUE);
 }
 
@@ -205,7 +262,7 @@ void NativeListView::takeRange(const NMLVODSTATECHANGE& change) {
 void NativeListView::takeColumnWidth(const NMHEADERW& change) {
     if (applying() || !change.pitem || !(change.pitem->mask & HDI_WIDTH)) return;
     const auto column = static_cast<std::size_t>(change.iItem);
-    if (column >= columns_.size()) return;
+    if (column >= columns_.size() || columns_[column].width == ListView::kAsWideAsNeeded) return;
     const int width = MulDiv(change.pitem->cxy, 96, static_cast<int>(dialog().dpi()));
     columns_[column].width = width;
     view_.setColumnWidth(change.iItem, width);
@@ -213,8 +270,11 @@ void NativeListView::takeColumnWidth(const NMHEADERW& change) {
 
 void NativeListView::giveText(NMLVDISPINFOW& info) const {
     LVITEMW& item = info.item;
+    const bool there = item.iItem >= 0 && item.iItem < view_.rowCount();
+    if (item.mask & LVIF_IMAGE) item.iImage = there && view_.iconOf ? static_cast<int>(view_.iconOf(item.iItem)) : I_IMAGENONE;
+    if (item.mask & LVIF_INDENT) item.iIndent = there && view_.levelOf ? view_.levelOf(item.iItem) : 0;
     if (!(item.mask & LVIF_TEXT) || item.cchTextMax <= 0) return;
-    if (!view_.textOf || item.iItem < 0 || item.iItem >= view_.rowCount()) {
+    if (!view_.textOf || !there) {
         item.pszText[0] = L'\0';
         return;
     }
@@ -242,6 +302,28 @@ LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
         default:
             return CDRF_DODEFAULT;
     }
+}
+
+void NativeListView::paintEmptyText() const {
+    const std::wstring text = Wide(view_.emptyText);
+    RECT room{};
+    GetClientRect(window(), &room);
+    InflateRect(&room, -scaled(kTextMargin), 0);
+    const int height = textSize(text, room.right - room.left).height;
+    if (HWND header = ListView_GetHeader(window())) {
+        RECT above{};
+        GetWindowRect(header, &above);
+        room.top += above.bottom - above.top;
+    }
+    room.top += std::max<LONG>(0, (room.bottom - room.top - height) / 3);
+    HDC dc = GetDC(window());
+    {
+        const Selected selected(dc, font());
+        SetBkMode(dc, TRANSPARENT);
+        SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
+        DrawTextW(dc, text.c_str(), -1, &room, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
+    }
+    ReleaseDC(window(), dc);
 }
 
 std::optional<LRESULT> NativeListView::notify(NMHDR& header) {
@@ -332,6 +414,16 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
             }
             if (selectsMany(message, w)) return withoutDrawing(message, w, l);
             return {};
+        case WM_SIZE: {
+            const LRESULT result = DefSubclassProc(window(), message, w, l);
+            fitColumn();
+            return result;
+        }
+        case WM_PAINT: {
+            const LRESULT result = DefSubclassProc(window(), message, w, l);
+            if (view_.rowCount() == 0 && !view_.emptyText.empty()) paintEmptyText();
+            return result;
+        }
         case WM_LBUTTONUP:
         case WM_RBUTTONDOWN:
             if (selectsMany(message, w)) return withoutDrawing(message, w, l);

@@ -1,4 +1,4 @@
-// The list of many rows: a virtual list view that asks for the texts of the rows it shows. Kept apart from dragging
+// Lists of many rows: a virtual list view that asks for the texts of the rows it shows. Kept apart from dragging
 // (native_list_drag.h) because that has a state of its own.
 #pragma once
 
@@ -13,6 +13,7 @@ namespace quenlox::win32 {
 class NativeListView : public NativeControl {
   public:
     NativeListView(DialogWindow& dialog, ListView& view);
+    ~NativeListView() override;
     void changed(Property property) override;
     Size wish() const override;
     std::optional<LRESULT> notify(NMHDR& header) override;
@@ -26,6 +27,10 @@ class NativeListView : public NativeControl {
 
   private:
     void showColumns();
+    void showSortMark(std::size_t column);
+    void fitColumn();
+    void makeIcons();
+    void paintEmptyText() const;
     void showRowCount();
     void showSelection();
     void showFocus();
@@ -47,6 +52,7 @@ class NativeListView : public NativeControl {
     bool takingRow_ = false;      // the window has told the change of one row
     int selectionChanges_ = 0;
     OwnedFont bold_;
+    HIMAGELIST icons_ = nullptr;
     NativeListDrag drag_;
 };
 

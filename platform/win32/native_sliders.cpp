@@ -91,7 +91,15 @@ class NativeProgressBar : public NativeControl {
     }
 
   private:
-    void showValue() { send(PBM_SETPOS, static_cast<WPARAM>(bar_.value())); }
+    void showValue() {
+        const bool endless = bar_.value() == ProgressBar::kEndless;
+        const LONG_PTR style = GetWindowLongPtrW(window(), GWL_STYLE);
+        if (endless != ((style & PBS_MARQUEE) != 0)) {
+            SetWindowLongPtrW(window(), GWL_STYLE, style ^ PBS_MARQUEE);
+            send(PBM_SETMARQUEE, endless, LPARAM{30});
+        }
+        if (!endless) send(PBM_SETPOS, static_cast<WPARAM>(bar_.value()));
+    }
 
     ProgressBar& bar_;
 };

@@ -57,7 +57,7 @@ struct Program {
     FakeWindowSystem windows;
     FormOpt opt{state};
     Playlists lists{state, opt, files, vbmp3, random};
-    FormList list{state, lists, files, dialogs, windows};
+    FormList list{state, lists, files, dialogs};
     FormGra gra{state, vbmp3, dialogs, random};
     FakeTextPainter painter;
     FormLyrics lyrics{state, opt, painter};

@@ -2,8 +2,11 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "platform/file_system.h"
@@ -13,6 +16,19 @@
 namespace quenlox {
 
 class FakeFileSystem : public FileSystem {
+    struct Reader : FolderReader {
+        std::vector<std::pair<std::string, bool>> names;
+        std::function<void()> before;
+        std::size_t at = 0;
+        Reader(std::vector<std::pair<std::string, bool>> n, std::function<void()> b) : names(std::move(n)), before(std::move(b)) {}
+        bool next(std::string& name, bool& isFolder) override {
+            if (at == names.size()) return false;
+            if (before) before();
+            std::tie(name, isFolder) = names[at++];
+            return true;
+        }
+    };
+
   public:
     struct File {
         std::string path;
@@ -28,6 +44,7 @@ class FakeFileSystem : public FileSystem {
     bool writesFail = false;
     bool renamesFail = false;
     std::set<std::string> unreadable;     // paths that exist and cannot be read
+    std::function<void()> perName;        // called before each name of a folder that is read
     int writes = 0;
     int reads = 0;
 
@@ -86,34 +103,20 @@ class FakeFileSystem : public FileSystem {
         std::erase_if(all, [&](const File& f) { return EqualsNoCase(f.path, path); });
         return true;
     }
-    std::vector<std::string> files(const std::string& folder) override {
-        std::vector<std::string> names;
-        eachFile(folder, [&](const std::string& name) {
-            names.push_back(name);
-            return true;
-        });
-        return names;
-    }
-    std::vector<std::string> folders(const std::string& folder) override {
-        std::vector<std::string> names;
-        std::vector<std::string> paths;
-        for (const File& file : all) paths.push_back(FolderOf(file.path));
-        for (const std::string& empty : emptyFolders) paths.push_back(JoinPath(empty, ""));
+    std::unique_ptr<FolderReader> readFolder(const std::string& folder) override {
         const std::string start = FoldCase(JoinPath(folder, ""));
-        for (const std::string& path : paths) {
-            if (!FoldCase(path).starts_with(start) || path.size() == start.size()) continue;
-            const std::string name = path.substr(start.size(), path.find('\\', start.size()) - start.size());
-            if (std::none_of(names.begin(), names.end(), [&](const std::string& n) { return EqualsNoCase(n, name); })) {
-                names.push_back(name);
-            }
-        }
-        return names;
-    }
-    void eachFile(const std::string& folder, const std::function<bool(const std::string& name)>& listener) override {
-        const std::string start = JoinPath(folder, "");
-        for (const File& file : all) {
-            if (EqualsNoCase(FolderOf(file.path), start) && !listener(FileNameOf(file.path))) return;
-        }
+        std::vector<std::pair<std::string, bool>> names;  // with whether it is a folder
+        const auto see = [&](const std::string& path) {
+            if (!FoldCase(path).starts_with(start) || path.size() == start.size()) return;
+            const std::size_t end = path.find('\\', start.size());
+            std::string name = path.substr(start.size(), end - start.size());
+            const bool isFolder = end != std::string::npos;
+            const auto same = [&](const auto& n) { return EqualsNoCase(n.first, name); };
+            if (!isFolder || std::none_of(names.begin(), names.end(), same)) names.emplace_back(std::move(name), isFolder);
+        };
+        for (const File& file : all) see(file.path);
+        for (const std::string& empty : emptyFolders) see(JoinPath(empty, ""));
+        return std::make_unique<Reader>(std::move(names), perName);
     }
     std::vector<std::string> drives() override {
         std::vector<std::string> roots;

@@ -109,20 +109,55 @@ TEST(Browser, DoubleClickPlaysAFileAndImportsAList) {
     ListWindow window;
     window.files.add("C:\\m\\a.m3u", "D:\\1.mp3\r\n");
     window.browse("C:\\m", {"b.mp3", "c.mp3"});
-    window.form.File1.setListIndex(2);
+    window.form.File1.setFocusedRow(2);
     window.form.File1_DblClick();
     EXPECT_THAT(window.opened, ElementsAre("C:\\m\\c.mp3 play"));
     EXPECT_EQ(window.state.CurrentIndex[kFolderList], 1) << "its place among the tracks";
-    window.form.File1.setListIndex(0);
+    window.form.File1.setFocusedRow(0);
     window.form.File1_DblClick();
     EXPECT_EQ(window.paths(0), Paths{"D:\\1.mp3"});
     EXPECT_EQ(window.opened.size(), 1u);
 }
 
+TEST(Browser, AHugeFolderIsReadInSlicesAndCanBeCancelled) {
+    for (const bool cancelled : {false, true}) {
+        ListWindow window;
+        window.browse("C:\\m", {"a.mp3"});
+        for (int i = 0; i < 3000; ++i) window.files.all.push_back({"C:\\huge\\" + std::to_string(1000 + i) + ".mp3", {}, false});
+        window.files.add("C:\\huge\\sub\\x.mp3");
+        window.files.enumerationDelay = std::chrono::microseconds(100);
+        window.form.openFolder("C:\\huge");
+        EXPECT_THAT(window.form.LabelStatus.caption(), testing::HasSubstr("読み込み中"));
+        EXPECT_TRUE(window.form.cmdCancel.visible());
+        EXPECT_TRUE(window.form.File1.files().empty()) << "those of the old folder have gone";
+        EXPECT_EQ(window.form.Dir1.entries().back().path, "C:\\huge");
+        if (cancelled) window.form.cmdCancel_Click();
+        window.files.enumerationDelay = {};
+        window.finishWork();
+        EXPECT_EQ(window.form.File1.files().size() == 3000u, !cancelled);
+        EXPECT_GT(window.form.File1.files().size(), 0u) << "what was found is shown";
+        EXPECT_EQ(window.form.Dir1.entries().back().name, cancelled ? "huge" : "sub");
+        EXPECT_EQ(window.lists.count(kFolderList), window.form.File1.rowCount());
+        EXPECT_FALSE(window.form.cmdCancel.visible());
+    }
+}
+
+TEST(Browser, AFolderThatWasBeingReadWhenTheWindowClosedIsReadWhenItIsShownAgain) {
+    ListWindow window;
+    for (int i = 0; i < 3000; ++i) window.files.all.push_back({"C:\\huge\\" + std::to_string(1000 + i) + ".mp3", {}, false});
+    window.files.enumerationDelay = std::chrono::microseconds(100);
+    window.form.openFolder("C:\\huge");
+    window.form.unload();
+    EXPECT_FALSE(window.form.Timer1.enabled());
+    window.files.enumerationDelay = {};
+    window.form.show();
+    EXPECT_EQ(window.form.File1.files().size(), 3000u);
+}
+
 TEST(Browser, ARefreshKeepsThePlaceInAnUnchangedFolderAndFindsItInAChangedOne) {
     ListWindow window;
     window.browse("C:\\m", {"b.mp3", "c.mp3"});
-    window.form.File1.setListIndex(1);
+    window.form.File1.setFocusedRow(1);
     window.form.File1_DblClick();
     window.form.File1.refresh();
     EXPECT_EQ(window.state.CurrentIndex[kFolderList], 1);

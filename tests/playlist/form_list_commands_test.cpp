@@ -171,26 +171,31 @@ TEST(FormListCommands, DroppedFoldersListsAndFilesAreAddedInTheirOrder) {
     EXPECT_TRUE(window.state.ListDirty);
 }
 
-TEST(FormListCommands, AddingAHugeFolderAnswersAndCanBeCancelled) {
-    ListWindow window;
-    for (int i = 0; i < 3000; ++i) window.files.all.push_back({"D:\\m\\" + std::to_string(i) + ".mp3", {}, false});
-    window.files.enumerationDelay = std::chrono::microseconds(200);
-    std::string status;
-    window.windows.onPump = [&] {
-        status = window.form.LabelStatus.caption();
-        window.form.Timer1_Timer();  // a tick meanwhile begins nothing anew
-        window.form.cmdCancel.click();
-    };
-    window.form.PlayView_FilesDropped({"D:\\m", "D:\\m"});
-    EXPECT_THAT(status, testing::HasSubstr("追加中"));
-    EXPECT_EQ(window.windows.pumps, 1);
-    EXPECT_GT(window.lists.count(0), 0) << "what was found stays";
-    EXPECT_LT(window.lists.count(0), 3000);
-    EXPECT_EQ(window.state.ShufflePos[4], window.lists.count(0) - 1);
-    EXPECT_FALSE(window.form.cmdCancel.visible());
+TEST(FormListCommands, AddingAHugeFolderGoesOnInSlicesAndCanBeCancelled) {
+    for (const bool cancelled : {true, false}) {
+        ListWindow window;
+        Paths many;
+        for (int i = 0; i < 3000; ++i) many.push_back("D:\\m\\" + std::to_string(1000 + i) + ".mp3");
+        for (const std::string& path : many) window.files.all.push_back({path, {}, false});
+        window.files.enumerationDelay = std::chrono::microseconds(100);
+        window.form.PlayView_FilesDropped({"D:\\m"});
+        EXPECT_THAT(window.form.LabelStatus.caption(), testing::HasSubstr("追加中"));
+        EXPECT_EQ(window.form.Progress.value(), ProgressBar::kEndless);
+        const int atOnce = window.lists.count(0);
+        EXPECT_GT(atOnce, 0);
+        EXPECT_LT(atOnce, 3000);
+        if (cancelled) window.form.cmdCancel.click();
+        window.files.enumerationDelay = {};
+        window.finishWork();
+        EXPECT_EQ(window.lists.count(0), cancelled ? atOnce : 3000) << "what was found before stays";
+        if (!cancelled) EXPECT_EQ(window.paths(0), many);
+        EXPECT_EQ(window.state.ShufflePos[4], window.lists.count(0) - 1);
+        EXPECT_TRUE(window.state.ListDirty);
+        EXPECT_FALSE(window.form.cmdCancel.visible());
+    }
 }
 
-TEST(FormListCommands, AddingManyFilesGoesOnInSlices) {
+TEST(FormListCommands, AddingManyFilesShowsHowFarItIs) {
     ListWindow window;
     Paths many;
     for (int i = 0; i < 400; ++i) many.push_back("D:\\" + std::to_string(i) + ".mp3");
@@ -198,12 +203,28 @@ TEST(FormListCommands, AddingManyFilesGoesOnInSlices) {
     window.form.PlayView_FilesDropped(many);
     EXPECT_TRUE(window.form.Progress.visible());
     EXPECT_GT(window.form.Progress.value(), 0);
-    EXPECT_LT(window.lists.count(0), 400);
     window.files.lookUpDelay = {};
     window.finishWork();
     EXPECT_EQ(window.paths(0), many);
     EXPECT_FALSE(window.form.Progress.visible());
-    EXPECT_EQ(window.state.ShufflePos[4], 399);
+}
+
+TEST(FormListCommands, TheImportCommandAddsTheEntriesOfEachChosenListToTheCurrentOne) {
+    ListWindow window;
+    window.files.add("D:\\m\\one.m3u", "#EXTM3U\r\n#EXTINF:1,x\r\na\\1.mp3\r\nE:\\2.mp3\r\nx.mp3\r\n");
+    window.files.add("D:\\two.M3U", "日本の曲.mp3");
+    window.form.TabList.setValue(1);
+    window.state.ListDirty = false;
+    const MenuItem* command = window.menu("M3Uファイルを読み込む(&M)...");
+    ASSERT_TRUE(command);
+    command->click();
+    EXPECT_FALSE(window.state.ListDirty) << "the dialog was cancelled";
+    window.dialogs.filesAnswers.push_back({"D:\\m\\one.m3u", "D:\\missing.m3u", "D:\\two.M3U"});
+    command->click();
+    EXPECT_EQ(window.paths(1), (Paths{"D:\\m\\a\\1.mp3", "E:\\2.mp3", "D:\\日本の曲.mp3"}));
+    EXPECT_EQ(window.lists.count(0), 0);
+    EXPECT_EQ(window.state.ShufflePos[5], 2);
+    EXPECT_TRUE(window.state.ListDirty);
 }
 
 TEST(FormListCommands, ToolbarButtonsDoWhatTheirCommandsDo) {

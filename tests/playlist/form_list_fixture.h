@@ -14,7 +14,7 @@ namespace quenlox {
 struct ListWindow : Lists {
     FakeDialogs dialogs;
     FakeWindowSystem windows;
-    FormList form{state, lists, files, dialogs, windows};
+    FormList form{state, lists, files, dialogs};
     std::vector<std::string> opened;  // "C:\\a.mp3 play" or "C:\\a.mp3"
 
     explicit ListWindow(bool shown = true) {

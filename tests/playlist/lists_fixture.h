@@ -33,11 +33,10 @@ class SlowFileSystem : public FakeFileSystem {
   public:
     std::chrono::microseconds enumerationDelay{};  // of each name
     std::chrono::milliseconds lookUpDelay{};
-    void eachFile(const std::string& folder, const std::function<bool(const std::string& name)>& listener) override {
-        FakeFileSystem::eachFile(folder, [&](const std::string& name) {
+    SlowFileSystem() {
+        perName = [this] {
             if (enumerationDelay.count() > 0) std::this_thread::sleep_for(enumerationDelay);
-            return listener(name);
-        });
+        };
     }
     bool folderExists(const std::string& path) override {
         if (lookUpDelay.count() > 0) std::this_thread::sleep_for(lookUpDelay);

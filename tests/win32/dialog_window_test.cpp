@@ -18,8 +18,8 @@ struct AllForm : Form {
         combo.setItems({{"44100Hz", 44100}, {"48000Hz", 48000}});
         memo.setText("一行目\n二行目");
         files.setFiles({"曲 1.mp3", "曲 2.mp3", "list.m3u", "ω.wav"});
-        folders.setEntries({{"C:\\", "C:\\", 0}, {"C:\\Music", "Music", 1}, {"C:\\Music\\A", "A", 2}});
         folders.setPath("C:\\Music");
+        folders.setEntries({{"C:\\", "C:\\", 0}, {"C:\\Music", "Music", 1}, {"C:\\Music\\A", "A", 2}});
         drives.setDrives({"C:\\", "D:\\"});
         bar.setButtons({{"add", "追加", "ファイルを追加", false, true, false}, {"", "", "", true, true, false}, {"sort", "並替", "並べ替え", false, true, true}});
         progress.setValue(400);
@@ -215,21 +215,25 @@ TEST_F(DialogWindow, AMenuItemIsClickedByItsNumberInTheTree) {
     EXPECT_EQ(form.deleted, 1);
 }
 
-TEST_F(DialogWindow, TheFileListTellsItsSelectionWithOneClick) {
-    int clicks = 0, opened = 0;
-    form.files.onClick = [&] { ++clicks; };
-    form.files.onDoubleClick = [&] { ++opened; };
-    HWND list = at(L"File1");
-    EXPECT_EQ(SendMessageW(list, LB_GETCOUNT, 0, 0), 4);
-    SendMessageW(list, LB_SELITEMRANGE, TRUE, MAKELPARAM(1, 3));
-    SendMessageW(WindowOf(form), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
-    EXPECT_EQ(clicks, 1);
-    EXPECT_FALSE(form.files.selected(0));
-    EXPECT_TRUE(form.files.selected(1) && form.files.selected(2) && form.files.selected(3));
-    form.files.setSelected(2, false);
-    EXPECT_EQ(SendMessageW(list, LB_GETSEL, 2, 0), 0);
-    EXPECT_EQ(SendMessageW(list, LB_GETSEL, 3, 0), 1);
-    SendMessageW(WindowOf(form), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), LBN_DBLCLK), reinterpret_cast<LPARAM>(list));
+TEST_F(DialogWindow, FilesAndFoldersAreListsAsWideAsTheirLongestRow) {
+    form.show();
+    const auto width = [&](const wchar_t* name) { return SendMessageW(at(name), LVM_GETCOLUMNWIDTH, 0, 0); };
+    RECT client{};
+    GetClientRect(at(L"File1"), &client);
+    EXPECT_EQ(width(L"File1"), client.right) << "no longer than its window";
+    form.files.setFiles({std::string(200, 'm')});
+    EXPECT_GT(width(L"File1"), 4 * client.right);
+    EXPECT_EQ(SendMessageW(at(L"Dir1"), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED), 1) << "the current folder";
+    LVITEMW row{};
+    row.mask = LVIF_INDENT | LVIF_IMAGE;
+    row.iItem = 2;
+    SendMessageW(at(L"Dir1"), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&row));
+    EXPECT_EQ(row.iIndent, 2);
+    EXPECT_EQ(row.iImage, static_cast<int>(ListView::Icon::Folder));
+    int opened = -1;
+    form.folders.onDoubleClick = [&](int chosen) { opened = chosen; };
+    SetFocus(at(L"Dir1"));
+    key(VK_RETURN);
     EXPECT_EQ(opened, 1);
 }
 
