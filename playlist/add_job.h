@@ -31,6 +31,7 @@ class AddJob {
 
     // A list whose random order is to be new in any case.
     void touch(int list) { touched_.insert(list); }
+    bool touches(int list) const { return touched_.contains(list); }
 
     bool active() const { return !items_.empty(); }
     // Adds until the time is used up, at least something. True while there is more to do; when there is not, the random

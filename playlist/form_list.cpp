@@ -15,7 +15,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーチスト名", "アルバム名", "演奏時間", "ファイル名"};
+constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーチスト名", "アルバム名", "時間", "ファイル名"};
 
 // Texts of rows on the screen are read while they are painted as long as that is quick; a slow disk makes them come later.
 constexpr milliseconds kPaintBudget{40};
@@ -33,6 +33,10 @@ constexpr int kKeyDown = 0x28;
 constexpr int kKeyF5 = 0x74;
 constexpr int kShiftControl = 2;
 constexpr int kShiftAlt = 4;
+
+constexpr const char* kEmptyText =
+    "リストは空です\n\nファイルやフォルダをここへドロップするか、「追加」「ﾌｫﾙﾀﾞ追加」で加えてください。\n"
+    "フォルダ欄のファイルは、右クリックして「全追加」「選択追加」で加えられます。";
 
 std::string WithThousands(std::int64_t number) {
     std::string text = std::to_string(number);
@@ -69,14 +73,20 @@ FormList::~FormList() {
     lists_.onRemove = nullptr;
 }
 
+ControlArray<ListView> FormList::makePlayViews() {
+    ControlArray<ListView> views;
+    views.fill(*this, "PlayView", 0, kViews - 1);
+    return views;
+}
+
 void FormList::makeViews() {
-    PlayView.fill(*this, "PlayView", 0, kViews - 1);
     std::vector<ListView::Column> columns;
     for (const char* title : kColumnTitles) columns.push_back({title, 100, false});
     columns[kTimeColumn].rightAligned = true;
     for (int list = 0; list < kViews; ++list) {
         ListView& view = PlayView[list];
         view.setColumns(columns);
+        view.emptyText = kEmptyText;
         view.setVisible(list == 0);
         view.setRowCount(lists_.count(list));
         view.textOf = [this, list](int row, int column) { return textOf(list, row, column); };
@@ -215,7 +225,6 @@ void FormList::TabList_Click() {
     for (Control* part : std::initializer_list<Control*>{&Drive1, &Combo1, &Dir1, &File1})
         part->setVisible(browserShown_ || folderShown());
     if (folderShown()) lists_.BuildShuffleOrder(kFolderList);
-    lastHeaderSort_.reset();
     updateMenus();
     showStatus();
     relayout();
@@ -248,7 +257,14 @@ void FormList::PlayView_KeyDown(int key, int shift) {
 
 void FormList::Form_KeyDown(int key, int shift) {
     if (shift == kShiftAlt && (key == kKeyUp || key == kKeyDown)) menuUpDn_Click(key == kKeyUp ? 0 : 1);
-    if (shift == kShiftControl && key >= '1' && key <= '1' + kFolderTab) TabList.setValue(key - '1');
+    if (shift == kShiftControl && key >= '1' && key <= '1' + kFolderTab) {
+        TabList.setValue(key - '1');
+        if (folderShown()) {
+            File1.focus();
+        } else {
+            view().focus();
+        }
+    }
     if (shift == 0 && key == kKeyF5) File1.refresh();
 }
 
@@ -270,7 +286,7 @@ void FormList::edit(const std::function<void(int list, Playlists::Selection& sel
     Playlists::Selection selection = view().selection();
     change(state_.ListNo, selection);
     view().setSelection(std::move(selection));
-    lastHeaderSort_.reset();
+    view().markSorted(-1, 0);
     trackChanged();
 }
 
@@ -279,6 +295,7 @@ void FormList::Form_Shown() {
         readDrives();
         readFolder();
     }
+    if (!folderShown()) view().focus();
     trackChanged();
     showStatus();
     updateTimer();

@@ -42,10 +42,11 @@ class FormList : public Form {
 
     Toolbar Toolbar1{*this, "Toolbar1"};
     TabStrip TabList{*this, "TabList", {"リストA", "リストB", "リストC", "フォルダ"}};
-    ControlArray<ListView> PlayView;                  // lists A, B and C; the one of the chosen tab is visible
+    // Lists A, B and C; the one of the chosen tab is visible. The Tab key goes through the controls in this order.
+    ControlArray<ListView> PlayView = makePlayViews();
     DriveListBox Drive1{*this, "Drive1"};
-    ComboBox Combo1{*this, "Combo1"};                 // which files File1 shows
     DirListBox Dir1{*this, "Dir1"};
+    ComboBox Combo1{*this, "Combo1"};                 // which files File1 shows
     FileListBox File1{*this, "File1"};
     FileListBox File2{*this, "File2"};                // never shown: the files of File1 that are played as the folder list
     Label LabelStatus{*this, "LabelStatus"};
@@ -67,7 +68,7 @@ class FormList : public Form {
     std::vector<std::string> selectedPaths() const;
     // The files of the folder have changed on the disk.
     void refreshBrowser();
-    // Rows are being added or sorted.
+    // Rows are being added or sorted, or a folder is being read.
     bool busy() const { return adding_.active() || sorting_ || reading_; }
     // Another track is being played: marks its row and scrolls to it.
     void trackChanged();
@@ -133,6 +134,7 @@ class FormList : public Form {
     bool folderShown() const { return TabList.value() == kFolderTab; }
 
     // form_list.cpp
+    ControlArray<ListView> makePlayViews();
     void makeViews();
     void listChanged(const Playlists::Change& change);
     void rowsRemoved(int list, const Playlists::Selection& which);
@@ -177,7 +179,6 @@ class FormList : public Form {
     std::optional<SortJob> sorting_;
     std::optional<FolderReading> reading_;
     std::vector<std::string> folderFiles_;  // of the folder that is shown, those that File1 can show
-    std::optional<SortJob> lastHeaderSort_;
     std::array<int, kViews> markedRow_{-1, -1, -1};
     std::string markedFile_;
     Menu menuBar_{"menuBar", {}};

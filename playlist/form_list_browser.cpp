@@ -32,6 +32,8 @@ constexpr Filter kFilters[] = {
 // How long the folder is read before the window answers again, and after how many names the clock is asked.
 constexpr std::chrono::milliseconds kAtOnce{100};
 constexpr int kNamesPerLook = 64;
+// Folders that lie deeper do not stand further to the right: the box is narrow.
+constexpr int kDeepestLevel = 4;
 
 bool Passes(const Filter& filter, const std::string& name) {
     const std::string extension = LastFour(name);
@@ -69,6 +71,7 @@ void FormList::makeBrowser() {
     Combo1.setItems(std::move(filters));
     Combo1.setListIndex(0);
     Combo1.onClick = [this] { showFiles(); };
+    File1.emptyText = "再生できるファイルはありません";
     File2.setVisible(false);
     Drive1.onChange = [this] { Drive1_Change(); };
     Dir1.onChange = [this] { Dir1_Change(); };
@@ -173,10 +176,10 @@ void FormList::showFolders(std::vector<std::string> names) {
             const std::size_t end = std::min(Dir1.path().find('\\', at), Dir1.path().size());
             const std::string name = Dir1.path().substr(at, end - at);
             path = JoinPath(path, name);
-            entries.push_back({path, name, static_cast<int>(entries.size())});
+            entries.push_back({path, name, std::min(static_cast<int>(entries.size()), kDeepestLevel - 1)});
             at = end + 1;
         }
-        const int level = static_cast<int>(entries.size());
+        const int level = std::min(static_cast<int>(entries.size()), kDeepestLevel);
         for (const std::string& name : names) entries.push_back({JoinPath(path, name), name, level});
     }
     Dir1.setEntries(std::move(entries));

@@ -22,7 +22,10 @@ constexpr const char* kM3UFilterName = "M3Uﾌｧｲﾙ";
 
 void FormList::startAdding() {
     state_.Actions.note("list add to", state_.ListNo);
-    lastHeaderSort_.reset();
+    // What is added is not sorted in.
+    for (int list = 0; list < kViews; ++list) {
+        if (adding_.touches(list)) PlayView[list].markSorted(-1, 0);
+    }
     adding_.step(kAtOnce);
     showBusy();
     showStatus();
@@ -90,8 +93,8 @@ void FormList::importM3U() {
 
 void FormList::PlayView_ColumnClick(int column) {
     // A second click on the same header turns the order round.
-    const bool again = lastHeaderSort_ && lastHeaderSort_->list == state_.ListNo && lastHeaderSort_->column == column;
-    requestSort({state_.ListNo, column, again && !lastHeaderSort_->descending, false});
+    const bool again = view().columns()[static_cast<std::size_t>(column)].sorted > 0;
+    requestSort({state_.ListNo, column, again, false});
 }
 
 void FormList::menuSort_Click(int index) {
@@ -121,12 +124,8 @@ void FormList::finishSort() {
     Playlists::Selection selection = PlayView[sort.list].selection();
     lists_.sort(sort.list, sort.column, sort.descending, selection);
     PlayView[sort.list].setSelection(std::move(selection));
-    if (sort.setsDirty) {
-        lists_.markChanged();
-        lastHeaderSort_.reset();
-    } else {
-        lastHeaderSort_ = sort;
-    }
+    PlayView[sort.list].markSorted(sort.column, sort.descending ? -1 : 1);
+    if (sort.setsDirty) lists_.markChanged();
     trackChanged();
 }
 
@@ -153,7 +152,6 @@ void FormList::menuDelete_Click() {
     if (folderShown()) return;
     state_.Actions.note("list delete", view().selectedCount());
     lists_.removeSelected(state_.ListNo, view().selection());
-    lastHeaderSort_.reset();
     updateMenus();
     showStatus();
 }
@@ -162,6 +160,7 @@ void FormList::menuClear_Click() {
     if (folderShown()) return;
     state_.Actions.note("list clear", lists_.count(state_.ListNo));
     lists_.clear(state_.ListNo);
+    view().markSorted(-1, 0);
     updateMenus();
     showStatus();
 }

@@ -95,8 +95,8 @@ std::vector<MenuItem> FormList::sortItems() {
 std::vector<MenuItem> FormList::listItems() {
     return {Command("読込", [this] { menuLoad1_Click(); }, hasRows_),
             Separator(),
-            Command("上へ", [this] { menuUpDn_Click(0); }, hasRows_),
-            Command("下へ", [this] { menuUpDn_Click(1); }, hasRows_),
+            Command("上へ\tAlt+↑", [this] { menuUpDn_Click(0); }, hasRows_),
+            Command("下へ\tAlt+↓", [this] { menuUpDn_Click(1); }, hasRows_),
             SubMenu("並替", sortItems()),
             Separator(),
             Command("削除", [this] { menuDelete_Click(); }, hasRows_),
@@ -130,11 +130,11 @@ void FormList::updateMenus() {
                                    Command("フォルダを追加(&D)...", [this] { addFolder(); }),
                                    Command("M3Uファイルを読み込む(&M)...", [this] { importM3U(); })});
     list.push_back(Separator());
-    list.push_back(Command("すべて選択(&A)", [this] { view().selectAll(true); }, hasRows_));
+    list.push_back(Command("すべて選択(&A)\tCtrl+A", [this] { view().selectAll(true); }, hasRows_));
     list.push_back(Command("閉じる(&X)", [this] { unload(); }));
     std::vector<MenuItem> browser = browserItems();
     browser.push_back(Separator());
-    browser.push_back(Command("最新の情報に更新(&R)", [this] { File1.refresh(); }));
+    browser.push_back(Command("最新の情報に更新(&R)\tF5", [this] { File1.refresh(); }));
     menuBar_.items = {SubMenu("リスト(&L)", std::move(list)), SubMenu("並替(&S)", sortItems()),
                       SubMenu("フォルダ(&B)", std::move(browser))};
     formChanged(FormProperty::Menu);

@@ -283,7 +283,12 @@ bool DialogWindow::switchTab(bool back) {
         auto* tabs = dynamic_cast<TabStrip*>(control);
         if (!tabs || tabs->tabs().empty()) continue;
         const auto count = static_cast<int>(tabs->tabs().size());
+        HWND before = GetFocus();
         tabs->setValue((tabs->value() + (back ? count - 1 : 1)) % count);
+        if (!attached() || IsWindowVisible(before)) return true;
+        // What had the keyboard stands on the page that has gone; the first of the new page has it now.
+        const NativeControl* strip = native(*tabs);
+        if (HWND next = strip ? GetNextDlgTabItem(handle(), strip->window(), FALSE) : nullptr) SetFocus(next);
         return true;
     }
     return false;

@@ -52,7 +52,8 @@ void NativeControl::changed(Property property) {
             InvalidateRect(window_, nullptr, TRUE);
             break;
         case Property::Focus:
-            if (shown()) SetFocus(window_);
+            // In a window that is not in front it would bring that to the front.
+            if (shown() && GetActiveWindow() == dialog_.handle()) SetFocus(window_);
             break;
         case Property::Tooltip:
             setTooltip();

@@ -19,6 +19,7 @@ constexpr DWORD kExtendedStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LV
 // From so many changed rows on the list is not drawn between them.
 constexpr std::size_t kManyRows = 32;
 constexpr int kLongRange = 1000;
+constexpr int kRowAir = 4;       // between the texts of two rows, pixels at 96 dots per inch
 constexpr int kTextMargin = 16;  // on both sides of a text together
 
 }  // namespace
@@ -27,7 +28,7 @@ NativeListView::NativeListView(DialogWindow& dialog, ListView& view)
     : NativeControl(dialog, view, {WC_LISTVIEWW, StyleOf(view), WS_EX_CLIENTEDGE}), view_(view) {
     send(LVM_SETEXTENDEDLISTVIEWSTYLE, kExtendedStyle, LPARAM{kExtendedStyle});
     makeBoldFont();
-    if (view.iconOf) makeIcons();
+    makeIcons();
     subclass();
     if (view.onFilesDropped) AcceptFiles(window());
     showColumns();
@@ -38,13 +39,15 @@ NativeListView::~NativeListView() {
     if (icons_) ImageList_Destroy(icons_);
 }
 
+// The pictures before the rows; without any, an empty one that gives the rows some air.
 void NativeListView::makeIcons() {
     const int side = GetSystemMetricsForDpi(SM_CXSMICON, dialog().dpi());
-    HIMAGELIST made = ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, 2, 0);
-    for (const SHSTOCKICONID id : {SIID_FOLDER, SIID_FOLDEROPEN}) {  // in the order of ListView::Icon
-        SHSTOCKICONINFO info{};
-        info.cbSize = sizeof info;
-        if (FAILED(SHGetStockIconInfo(id, SHGSI_ICON | SHGSI_SMALLICON, &info))) continue;
+    const int height = std::max(view_.iconOf ? side : 0, textSize(L"あ").height + scaled(kRowAir));
+    HIMAGELIST made = ImageList_Create(view_.iconOf ? side : 1, height, ILC_COLOR32 | ILC_MASK, 2, 0);
+    for (const UINT open : {0u, static_cast<UINT>(SHGFI_OPENICON)}) {  // in the order of ListView::Icon
+        SHFILEINFOW info{};
+        constexpr UINT kFlags = SHGFI_ICON | SHGFI_SMALLICON | SHGFI_USEFILEATTRIBUTES;
+        if (!view_.iconOf || !SHGetFileInfoW(L"folder", FILE_ATTRIBUTE_DIRECTORY, &info, sizeof info, kFlags | open)) continue;
         ImageList_AddIcon(made, info.hIcon);
         DestroyIcon(info.hIcon);
     }
@@ -75,7 +78,7 @@ Size NativeListView::wish() const { return view_.hasHeader ? Size{horizontal(180
 void NativeListView::fontChanged() {
     NativeControl::fontChanged();
     makeBoldFont();
-    if (view_.iconOf) makeIcons();
+    makeIcons();
     columns_.clear();
     showColumns();
 }
@@ -149,7 +152,7 @@ void NativeListView::fitColumn() {
     const int row = view_.longestRow ? view_.longestRow() : -1;
     int needed = 0;
     if (row >= 0 && view_.textOf) {
-        const int icon = icons_ ? GetSystemMetricsForDpi(SM_CXSMICON, dialog().dpi()) : 0;
+        const int icon = view_.iconOf ? GetSystemMetricsForDpi(SM_CXSMICON, dialog().dpi()) : 0;
         const int steps = view_.levelOf ? view_.levelOf(row) + 1 : 1;
         needed = textSize(Wide(view_.textOf(row, 0))).width + steps * icon + scaled(kTextMargin);
     }
@@ -417,6 +420,7 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
         case WM_SIZE: {
             const LRESULT result = DefSubclassProc(window(), message, w, l);
             fitColumn();
+            if (!view_.hasHeader) InvalidateRect(window(), nullptr, TRUE);  // another width moves what is on the screen
             return result;
         }
         case WM_PAINT: {

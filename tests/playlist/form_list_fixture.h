@@ -35,7 +35,7 @@ struct ListWindow : Lists {
     }
     static const MenuItem* find(const std::vector<MenuItem>& items, const std::string& caption) {
         for (const MenuItem& item : items) {
-            if (item.caption == caption) return &item;
+            if (item.caption.substr(0, item.caption.find('\t')) == caption) return &item;
             if (const MenuItem* found = find(item.items, caption)) return found;
         }
         return nullptr;

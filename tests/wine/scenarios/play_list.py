@@ -1,20 +1,25 @@
 """The play-list window: filled from folders, files and M3U files, sorted, rearranged, exported, and played from."""
 
+import time
+
 from harness import material
 from harness.scenario import real_time
 
 SIZE = (1000, 600)
 TWIPS = 15
+NO_HEADER, SINGLE = 0x4000, 0x4  # styles of list views
+GET_COUNT, GET_SELECTED, ENSURE_VISIBLE = 0x1004, 0x1032, 0x1013
 
 
 def music(s, name="music"):
     """Five short files whose titles, artists and lengths stand in different orders, an M3U file and one that is none."""
     folder = s.material / name
     folder.mkdir(exist_ok=True)
-    tracks = [("b.mp3", 500, 1.2, "Zebra", "Anna"), ("a.mp3", 700, 3.0, "apple", "Carl"), ("c.mp3", 900, 2.1, "Mango", "Bert")]
-    for file, frequency, seconds, title, artist in tracks:
+    tracks = [("b.mp3", 500, 1.2, "Zebra", "Anna", "Live"), ("a.mp3", 700, 3.0, "apple", "Carl", "Fruit"),
+              ("c.mp3", 900, 2.1, "Mango", "Bert", "Tree")]
+    for file, frequency, seconds, title, artist, album in tracks:
         if not (folder / file).exists():
-            material.write_mp3(folder / file, material.tone(frequency, seconds), "--tt", title, "--ta", artist, "--tl", "Fruit")
+            material.write_mp3(folder / file, material.tone(frequency, seconds), "--tt", title, "--ta", artist, "--tl", album)
     material.write_wave(folder / "日本の曲.wav", material.tone(300, 1.0))
     material.write_midi(folder / "scale.mid", notes=(60, 62))
     (folder / "list.m3u").write_bytes("#EXTM3U\r\n./a.mp3\r\nmusic/b.mp3\r\na much longer line.mp3\r\n".encode("cp932"))
@@ -37,7 +42,7 @@ def start(s, folder, lists=None, fresh="program"):
 
 
 def view(window):
-    return next(c for c in window.controls() if c.class_name == "SysListView32" and c.visible)
+    return next(c for c in window.controls() if c.class_name == "SysListView32" and c.visible and not c.style & NO_HEADER)
 
 
 def names(window):
@@ -55,17 +60,38 @@ def end(s, program, top):
 
 def browser(window):
     """(drives, filter, folders, files) of the browser."""
-    boxes = [c for c in window.controls() if c.class_name == "ListBox" and c.visible]
+    boxes = [c for c in window.controls() if c.class_name == "SysListView32" and c.visible and c.style & NO_HEADER]
     combos = [c for c in window.controls() if c.class_name == "ComboBox" and c.visible]
-    return combos[0], combos[1], boxes[0], boxes[1]
+    return combos[0], combos[1], next(b for b in boxes if b.style & SINGLE), next(b for b in boxes if not b.style & SINGLE)
+
+
+def lines(box):
+    return [row[0] for row in box.items()]
+
+
+class Watch:
+    """How long the window did not answer at worst while something was waited for."""
+
+    def __init__(self, s, window):
+        self._s, self._window, self.worst = s, window, 0
+
+    def until(self, condition, limit, what):
+        def answered():
+            start = time.monotonic()
+            self._window.send(0)
+            self.worst = max(self.worst, time.monotonic() - start)
+            return condition()
+        start = time.monotonic()
+        self._s.wait_until(answered, limit, what)
+        print(f"    {what}: {time.monotonic() - start:.2f} s, no answer for {self.worst:.2f} s")
 
 
 def test_all_files_of_the_browser_are_added_and_the_rows_show_their_tags(s):
     folder = music(s)
     program, top, window = start(s, folder)
     _, _, folders, files = browser(window)
-    s.wait_until(lambda: files.lines() == ["a.mp3", "b.mp3", "c.mp3", "list.m3u", "scale.mid", "日本の曲.wav"], 5, "the files")
-    s.equal(folders.selected_line(), "music", "folder")
+    s.wait_until(lambda: lines(files) == ["a.mp3", "b.mp3", "c.mp3", "list.m3u", "scale.mid", "日本の曲.wav"], 5, "the files")
+    s.equal(lines(folders)[folders.selected_items()[0]], "music", "folder")
     s.screenshot("browser", window)
 
     files.click(30, 10, button="right")
@@ -79,10 +105,14 @@ def test_all_files_of_the_browser_are_added_and_the_rows_show_their_tags(s):
     s.equal([r[3] for r in rows if r[4].endswith("longer line.mp3")], ["----"], "time of a file that is not there")
     s.screenshot("added", window)
     end(s, program, top)
-    lines = lists_on_disk(s)
-    s.equal(lines[0], "#ListA", "marker")
-    s.equal(len(lines), 10, "lines")
-    s.equal([line.rsplit("\\", 1)[-1] for line in lines[1:5]], ["a.mp3", "b.mp3", "c.mp3", "a.mp3"], "files")
+    written = lists_on_disk(s)
+    s.equal(written[0], "#ListA", "marker")
+    s.equal(len(written), 10, "lines")
+    s.equal([line.rsplit("\\", 1)[-1] for line in written[1:5]], ["a.mp3", "b.mp3", "c.mp3", "a.mp3"], "files")
+
+
+def menu_command(window, text):
+    return next(item.id for item in window.menu() if item.text.startswith(text))
 
 
 def paths(s, folder, *files):
@@ -101,7 +131,7 @@ def test_headers_sort_and_the_list_file_stays_as_it_was(s):
     content = "#ListA\r\n" + paths(s, folder, "b.mp3", "a.mp3", "c.mp3")
     program, top, window = start(s, folder, content)
     s.wait_until(lambda: [r[0] for r in view(window).items()] == ["Zebra", "apple", "Mango"], 5, "titles")
-    for column, order in ((0, "acb"), (1, "bca"), (3, "bca"), (4, "abc"), (4, "cba")):
+    for column, order in ((0, "acb"), (1, "bca"), (2, "abc"), (3, "bca"), (4, "abc"), (4, "cba")):
         s.pause(0.6)  # two clicks, not a double click
         header(window, column)
         s.wait_until(lambda: "".join(n[0] for n in names(window)) == order, 5, f"order {order} by column {column}")
@@ -148,6 +178,61 @@ def test_rows_are_moved_deleted_and_exported(s):
     s.equal(len(view(window).selected_items()), 4, "all selected")
     end(s, program, top)
     s.equal([line.rsplit("\\", 1)[-1] for line in lists_on_disk(s)[1:-1]], order, "list file")
+
+
+def test_lists_are_imported_searched_by_typing_and_cleared(s):
+    folder = music(s)
+    program, top, window = start(s, folder)
+    window.command(menu_command(window, "M3Uファイルを読み込む"))
+    s.file_dialog(folder / "list.m3u")
+    s.wait_until(lambda: names(window) == ["a.mp3", "b.mp3", "a much longer line.mp3"], 5, "the entries of the list")
+    s.drop_files(*view(window).point(), folder / "list.m3u", folder / "c.mp3")
+    s.wait_until(lambda: len(view(window).items()) == 7, 5, "the dropped ones behind them")
+    s.wait_until(lambda: view(window).items()[6][0] == "Mango", 5, "titles")
+    view(window).click_item(0)
+    s.driver.type("man")
+    s.wait_until(lambda: view(window).selected_items() == [6], 5, "the row of the typed title")
+    end(s, program, top)
+    s.equal([line.rsplit("\\", 1)[-1] for line in lists_on_disk(s)[1:4]], ["a.mp3", "b.mp3", "a much longer line.mp3"], "list file")
+
+    program, top, window = start(s, folder, (s.dir / "program/Quenlox.m3u").read_bytes().decode("cp932"))
+    s.wait_until(lambda: len(view(window).items()) == 7, 5, "the rows are there again")
+    view(window).click_item(0, button="right")
+    s.driver.choose("初期化")
+    s.wait_until(lambda: view(window).items() == [], 5, "no rows")
+    s.screenshot("empty", window)
+    end(s, program, top)
+    s.equal((s.dir / "program/Quenlox.m3u").read_bytes(), b"", "list file")
+
+
+def test_a_folder_of_fifty_thousand_files_is_shown_and_added_in_slices(s):
+    huge = s.material / "huge"
+    huge.mkdir(exist_ok=True)
+    for i in range(50000):
+        (huge / f"{i:05} 曲.mp3").touch()
+    program, top, window = start(s, s.material)
+    watch = Watch(s, window)
+    _, _, folders, files = browser(window)
+    s.wait_until(lambda: "huge" in lines(folders), 5, "the folders")
+    folders.click_item(lines(folders).index("huge"), count=2)
+    watch.until(lambda: files.send(GET_COUNT) == 50000, 60, "50 000 files in the browser")
+    s.drop_files(*view(window).point(), *[huge] * 12)
+    watch.until(lambda: 0 < view(window).send(GET_COUNT), 60, "the first ones are added")
+    s.screenshot("adding", window)
+    next(c for c in window.controls() if c.title == "中止" and c.visible).click()
+    watch.until(lambda: not any(c.title == "中止" and c.visible for c in window.controls()), 30, "cancelled")
+    added = view(window).send(GET_COUNT)
+    assert 0 < added < 600000, f"{added} rows"
+    files.click(30, 10)
+    s.driver.keys("ctrl+a")
+    watch.until(lambda: files.send(GET_SELECTED) == 50000, 10, "all files are selected")
+    files.click(30, 10, button="right")
+    s.driver.choose("全追加")
+    s.driver.choose("リストC")
+    s.driver.keys("ctrl+3")
+    watch.until(lambda: view(window).send(GET_COUNT) == 50000, 60, "all of them are in list C")
+    end(s, program, top)
+    s.equal(len(lists_on_disk(s)), added + 50000 + 3, "lines of the list file")
 
 
 def test_files_folders_and_lists_are_dropped_on_a_list(s):
@@ -218,22 +303,22 @@ def test_the_window_keeps_its_columns_and_closing_hides_it(s):
 
 
 def test_a_hundred_thousand_rows_are_selected_sorted_and_deleted(s):
-    count, get_count, get_selected, ensure_visible = 100000, 0x1004, 0x1032, 0x1013
+    count = 100000
     content = "#ListA\r\n" + "".join(f"Z:\\none\\{i:06}\\{count - i:06}.mp3\r\n" for i in range(count))
     program, top, window = start(s, music(s), content)
     list_view = view(window)
-    s.equal(list_view.send(get_count), count, "rows")
-    list_view.send(ensure_visible, count - 1, 0)
+    s.equal(list_view.send(GET_COUNT), count, "rows")
+    list_view.send(ENSURE_VISIBLE, count - 1, 0)
     list_view.click_item(count - 3)
     s.driver.keys("ctrl+a")
-    s.wait_until(lambda: list_view.send(get_selected) == count, 5, "all are selected")
-    list_view.send(ensure_visible, count // 2, 0)
+    s.wait_until(lambda: list_view.send(GET_SELECTED) == count, 5, "all are selected")
+    list_view.send(ENSURE_VISIBLE, count // 2, 0)
     list_view.click_item(count // 2)
-    s.wait_until(lambda: list_view.send(get_selected) == 1, 5, "one is selected")
+    s.wait_until(lambda: list_view.send(GET_SELECTED) == 1, 5, "one is selected")
     s.driver.keys("shift+end")
-    s.wait_until(lambda: list_view.send(get_selected) == count // 2, 5, "half of them are selected")
+    s.wait_until(lambda: list_view.send(GET_SELECTED) == count // 2, 5, "half of them are selected")
     s.driver.keys("delete")
-    s.wait_until(lambda: list_view.send(get_count) == count // 2, 5, "half of them have gone")
+    s.wait_until(lambda: list_view.send(GET_COUNT) == count // 2, 5, "half of them have gone")
     header(window, 4)
     s.pause(0.6)  # two clicks, not a double click
     header(window, 4)
