@@ -1,9 +1,8 @@
 """The play-list window: filled from folders, files and M3U files, sorted, rearranged, exported, and played from."""
 
-import time
-
 from harness import material
 from harness.scenario import real_time
+from harness.watch import Watch
 
 SIZE = (1000, 600)
 TWIPS = 15
@@ -67,23 +66,6 @@ def browser(window):
 
 def lines(box):
     return [row[0] for row in box.items()]
-
-
-class Watch:
-    """How long the window did not answer at worst while something was waited for."""
-
-    def __init__(self, s, window):
-        self._s, self._window, self.worst = s, window, 0
-
-    def until(self, condition, limit, what):
-        def answered():
-            start = time.monotonic()
-            self._window.send(0)
-            self.worst = max(self.worst, time.monotonic() - start)
-            return condition()
-        start = time.monotonic()
-        self._s.wait_until(answered, limit, what)
-        print(f"    {what}: {time.monotonic() - start:.2f} s, no answer for {self.worst:.2f} s")
 
 
 def test_all_files_of_the_browser_are_added_and_the_rows_show_their_tags(s):
@@ -211,7 +193,7 @@ def test_a_folder_of_fifty_thousand_files_is_shown_and_added_in_slices(s):
     for i in range(50000):
         (huge / f"{i:05} 曲.mp3").touch()
     program, top, window = start(s, s.material)
-    watch = Watch(s, window)
+    watch = Watch(window)
     _, _, folders, files = browser(window)
     s.wait_until(lambda: "huge" in lines(folders), 5, "the folders")
     folders.click_item(lines(folders).index("huge"), count=2)
