@@ -1,9 +1,39 @@
 #include "forms/surface.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdlib>
 
 namespace quenlox {
+namespace {
+
+// The pixels of one direction that a target pixel is made of, and their weights: a triangle as wide as the target pixel is in
+// the source, and at least two pixels.
+struct Taps {
+    int first = 0;
+    std::vector<float> weights;
+};
+
+std::vector<Taps> TapsOf(int from, int length, int count) {
+    const double step = static_cast<double>(length) / count, reach = std::max(1.0, step);
+    std::vector<Taps> all(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        Taps& taps = all[static_cast<std::size_t>(i)];
+        const double centre = from + (i + 0.5) * step - 0.5;
+        const int last = std::min(static_cast<int>(std::floor(centre + reach)), from + length - 1);
+        taps.first = std::max(static_cast<int>(std::ceil(centre - reach)), from);
+        double sum = 0;
+        for (int at = taps.first; at <= last; ++at) {
+            taps.weights.push_back(static_cast<float>(reach - std::abs(at - centre)));
+            sum += taps.weights.back();
+        }
+        for (float& weight : taps.weights) weight = static_cast<float>(weight / sum);
+    }
+    return all;
+}
+
+}  // namespace
 
 Surface::Surface(int width, int height, Color fill) { resize(width, height, fill); }
 
@@ -56,6 +86,38 @@ void Surface::stretch(const Surface& source, const Rect& part, const Rect& where
         for (int x = target.left; x < target.right(); ++x) {
             const auto fromX = part.left + static_cast<int>((std::int64_t{x} - where.left) * part.width / where.width);
             if (fromX >= 0 && fromX < source.width_) pixels_[index(x, y)] = source.pixels_[source.index(fromX, fromY)];
+        }
+    }
+}
+
+void Surface::stretchSmoothly(const Surface& source, const Rect& part) {
+    const Rect inside = Intersect(part, source.rect());
+    if (empty() || inside.empty()) return;
+    const std::vector<Taps> across = TapsOf(inside.left, inside.width, width_), down = TapsOf(inside.top, inside.height, height_);
+    // First across, for the rows of the part, then down.
+    std::vector<std::array<float, 3>> rows(static_cast<std::size_t>(inside.height) * width_);
+    for (int y = 0; y < inside.height; ++y) {
+        for (int x = 0; x < width_; ++x) {
+            const Taps& taps = across[static_cast<std::size_t>(x)];
+            const Pixel* from = source.pixels_.data() + source.index(taps.first, inside.top + y);
+            auto& sum = rows[static_cast<std::size_t>(y) * width_ + x];
+            for (const float weight : taps.weights) {
+                const Color color = ToColor(*from++);
+                sum[0] += weight * color.red, sum[1] += weight * color.green, sum[2] += weight * color.blue;
+            }
+        }
+    }
+    for (int y = 0; y < height_; ++y) {
+        const Taps& taps = down[static_cast<std::size_t>(y)];
+        for (int x = 0; x < width_; ++x) {
+            std::array<float, 3> sum{0.5f, 0.5f, 0.5f};
+            std::size_t at = static_cast<std::size_t>(taps.first - inside.top) * width_ + x;
+            for (const float weight : taps.weights) {
+                for (std::size_t channel = 0; channel < 3; ++channel) sum[channel] += weight * rows[at][channel];
+                at += width_;
+            }
+            const auto byte = [](float value) { return static_cast<std::uint8_t>(std::min(value, 255.0f)); };
+            pixels_[index(x, y)] = ToPixel({byte(sum[0]), byte(sum[1]), byte(sum[2])});
         }
     }
 }

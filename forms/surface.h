@@ -36,6 +36,9 @@ class Surface {
     void copy(const Surface& source, Point to) { copy(source, source.rect(), to); }
     // Copies `part` of `source` stretched to `where`, nearest neighbour.
     void stretch(const Surface& source, const Rect& part, const Rect& where);
+    // Fills this picture with `part` of `source`, which lies within it; every pixel is the mean of what it covers, and
+    // larger pictures have soft edges. For photographs.
+    void stretchSmoothly(const Surface& source, const Rect& part);
     void line(Point from, Point to, Color color);              // both ends drawn
     void ellipse(const Rect& box, Color color);                // outline
     void fillEllipse(const Rect& box, Color color);

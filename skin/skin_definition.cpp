@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "skin/bmp.h"
+#include "forms/bmp.h"
 #include "skin/region_file.h"
 #include "text/paths.h"
 #include "text/strings.h"

@@ -51,6 +51,25 @@ TEST(Surface, StretchTakesTheNearestPixelAndStaysInside) {
     target.stretch(Numbered(2, 1), {-1000, 0, 100000, 1}, {-50, -50, 4000, 4000});
 }
 
+TEST(Surface, ASmoothStretchMakesEachPixelTheMeanOfWhatItCovers) {
+    Surface picture(8, 4, {200, 100, 0});
+    picture.fillRect({4, 0, 4, 4}, {0, 100, 200});
+    for (const Size size : {Size{1, 1}, {3, 7}, {8, 4}, {40, 40}}) {
+        Surface target(size.width, size.height);
+        target.stretchSmoothly(picture, {0, 0, 4, 4});
+        EXPECT_EQ(target, Surface(size.width, size.height, {200, 100, 0})) << size.width;  // nothing from beside the part
+    }
+    Surface same(8, 4), one(1, 1), wide(80, 1);
+    same.stretchSmoothly(picture, picture.rect());
+    EXPECT_EQ(same, picture);
+    one.stretchSmoothly(picture, picture.rect());
+    EXPECT_EQ(one, Surface(1, 1, {100, 100, 100}));
+    wide.stretchSmoothly(picture, picture.rect());
+    for (int x = 1; x < 80; ++x) EXPECT_LE(Surface::ToColor(wide.at(x, 0)).red, Surface::ToColor(wide.at(x - 1, 0)).red) << x;
+    EXPECT_NEAR(Surface::ToColor(wide.at(40, 0)).red, 95, 10);
+    wide.stretchSmoothly(picture, {20, 0, 4, 4});  // outside
+}
+
 TEST(Surface, DrawingOutsideChangesNothing) {
     Surface s(3, 3);
     s.line({-5, 1}, {9, 1}, {1, 2, 3});

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "skin/bmp.h"
+#include "forms/bmp.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto picture = quenlox::ReadBmp({reinterpret_cast<const char*>(data), size});

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <map>
 
-#include "skin/bmp.h"
+#include "forms/bmp.h"
 #include "tests/skin/skin_fixture.h"
 
 namespace quenlox {

@@ -1,4 +1,4 @@
-#include "skin/bmp.h"
+#include "forms/bmp.h"
 
 #include <gtest/gtest.h>
 
