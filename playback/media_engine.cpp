@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "app/global_state.h"
+#include "playback/cd_drives.h"
 #include "playback/main_display.h"
 #include "playback/midi_text.h"
 #include "platform/file_system.h"
@@ -125,7 +126,9 @@ void MediaEngine::OpenMedia() {
     state_.TotalSeconds = 0;
     state_.TrackStartMs = 0;
     status_.ShowTime(0);
-    if (state_.CurrentFile.empty() || !files_.fileExists(state_.CurrentFile)) {
+    path_ = state_.CurrentFile;
+    if (LastFour(path_) == ".cda") path_ = CdTrack(files_, path_, state_.DefaultCdDrive);
+    if (path_.empty() || !files_.fileExists(path_)) {
         state_.MediaKind = kUnknownKind;
         state_.PlayerStatus = kStop;
         status_.ShowStatus();
@@ -163,14 +166,13 @@ bool MediaEngine::openWithMediaControl() {
     const int opened = openCount_;
     const bool midi = state_.baseKind() == kMidi;
     const std::string open =
-        "open \"" + state_.CurrentFile + "\"" + (midi ? " type sequencer" : "") + " alias MediaFile";
+        "open \"" + path_ + "\"" + (midi ? " type sequencer" : "") + " alias MediaFile";
     const bool done = mediaControl_.sendString(open) == 0;
     windows_.pumpMessages();
     if (!done || openCount_ != opened || state_.ShuttingDown) return false;
     mediaControl_.sendString("set MediaFile time format ms");
     if (state_.baseKind() == kCdAudio) {
-        const std::string& path = state_.CurrentFile;
-        const std::string track = path.size() < 6 ? "01" : path.substr(path.size() - 6, 2);
+        const std::string track = path_.size() < 6 ? "01" : path_.substr(path_.size() - 6, 2);
         state_.TrackStartMs = askMilliseconds("status MediaFile position track " + track);
         state_.TotalSeconds = askMilliseconds("status MediaFile length track " + track) / 1000;
     } else {

@@ -85,6 +85,7 @@ class MediaEngine {
     WindowSystem& windows_;
     MainDisplay& display_;
     StatusDisplay status_;
+    std::string path_;    // of what is open: CurrentFile, or where its CD is now
     std::string title_;   // of the tag, or of the MIDI data
     std::string artist_;
     int openCount_ = 0;

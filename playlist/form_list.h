@@ -101,6 +101,7 @@ class FormList : public Form {
     void addFiles();                  // chosen in a dialog
     void addFolder();
     void importM3U();
+    void menuCd_Click();              // the tracks of the audio CD, on the tab of the folder
 
     bool menuDeleteEnabled() const { return hasRows_; }  // also those of menuUpDn and menuLoad1
 

@@ -5,6 +5,7 @@
 #include "app/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
+#include "playback/cd_drives.h"
 #include "playlist/form_list.h"
 #include "playlist/sort_key.h"
 #include "text/paths.h"
@@ -222,6 +223,18 @@ void FormList::File1_DblClick() {
         return;
     }
     open(folderPath() + name, kFolderList, folderTrack(name), kForward, true);
+}
+
+void FormList::menuCd_Click() {
+    const std::string root = CdDrive(files_, state_.DefaultCdDrive);
+    if (root.empty()) {
+        dialogs_.message("CDドライブが見つかりません", MessageIcon::Warning);
+        return;
+    }
+    Drive1.setDrive(root);
+    if (!EqualsNoCase(Drive1.drive(), root)) return;  // not ready, and the user has been told
+    TabList.setValue(kFolderTab);
+    File1.refresh();  // another disc may be in it
 }
 
 void FormList::menuLoad2_Click() {

@@ -134,6 +134,7 @@ void FormList::updateMenus() {
     list.push_back(Command("閉じる(&X)", [this] { unload(); }));
     std::vector<MenuItem> browser = browserItems();
     browser.push_back(Separator());
+    browser.push_back(Command("音楽CDの曲を表示(&C)", [this] { menuCd_Click(); }));
     browser.push_back(Command("最新の情報に更新(&R)\tF5", [this] { File1.refresh(); }));
     menuBar_.items = {SubMenu("リスト(&L)", std::move(list)), SubMenu("並替(&S)", sortItems()),
                       SubMenu("フォルダ(&B)", std::move(browser))};

@@ -123,6 +123,32 @@ TEST(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
     }
 }
 
+TEST(OpenMedia, ATrackWhoseDriveHasAnotherLetterNowIsFoundWhereTheDiscIs) {
+    struct Case {
+        const char* chosen;  // the drive of the options
+        std::vector<const char*> tracks;
+        const char* opened;  // null: nothing
+    };
+    const Case cases[] = {
+        {"", {"D:\\Track02.cda", "E:\\Track02.cda"}, "D:\\Track02.cda"},
+        {"E:", {"D:\\Track02.cda", "E:\\Track02.cda"}, "E:\\Track02.cda"},
+        {"E:", {"X:\\Track02.cda", "E:\\Track02.cda"}, "X:\\Track02.cda"},  // it is where it was
+        {"E:", {"D:\\Track02.cda"}, nullptr},
+        {"", {"C:\\Track02.cda"}, nullptr},  // no drive for discs
+    };
+    for (const Case& c : cases) {
+        Player p;
+        p.files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::CdRom}};
+        for (const char* track : c.tracks) p.files.add(track);
+        p.state.DefaultCdDrive = c.chosen;
+        p.open("X:\\Track02.cda");
+        EXPECT_EQ(p.state.CurrentFile, "X:\\Track02.cda") << "as the lists know it";
+        const std::string open = c.opened ? std::string("open \"") + c.opened + "\" alias MediaFile" : "";
+        EXPECT_EQ(p.mci.count(open), c.opened ? 1 : 0) << c.chosen << ' ' << c.tracks.front();
+        EXPECT_EQ(p.state.MediaKind, c.opened ? kCdAudio : kUnknownKind);
+    }
+}
+
 TEST(OpenMedia, ARefusedOpenLeavesTheLengthAtZero) {
     Player p;
     p.files.add("C:\\a.wma");

@@ -56,6 +56,31 @@ TEST(Browser, EachDriveRemembersItsFolderAndOneThatIsNotReadyIsRefused) {
     EXPECT_EQ(window.dialogs.messages.size(), 1u);
 }
 
+TEST(Browser, TheTracksOfTheAudioCdAreAMenuCommandAway) {
+    ListWindow window;
+    window.browse("C:\\music", {"a.mp3"});
+    const auto show = [&] { window.menu("音楽CDの曲を表示(&C)")->onClick(); };
+    show();
+    EXPECT_EQ(window.dialogs.messages.size(), 1u) << "there is no drive for it";
+    EXPECT_FALSE(window.state.UseFolderList);
+
+    window.files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::CdRom}};
+    for (const char* track : {"D:\\Track01.cda", "E:\\Track01.cda", "E:\\Track02.cda"}) window.files.add(track);
+    show();
+    EXPECT_THAT(window.form.File1.files(), ElementsAre("Track01.cda"));
+    EXPECT_TRUE(window.state.UseFolderList);
+    window.state.DefaultCdDrive = "E:";
+    show();
+    EXPECT_THAT(window.form.File1.files(), ElementsAre("Track01.cda", "Track02.cda"));
+    window.files.add("E:\\Track03.cda");  // another disc
+    show();
+    EXPECT_EQ(window.form.File1.files().size(), 3u);
+    window.state.DefaultCdDrive = "F:";
+    show();
+    EXPECT_EQ(window.dialogs.messages.size(), 2u) << "not ready";
+    EXPECT_EQ(window.form.Drive1.drive(), "E:\\");
+}
+
 TEST(Browser, TakesFoldersOfTheNetwork) {
     ListWindow window;
     window.browse("\\\\server\\share\\music", {"a.mp3"});
