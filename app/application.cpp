@@ -34,7 +34,7 @@ Application::Application(const Services& services, std::string commandLine)
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, top_, lyrics_),
-      lyricsDisplay_(state_, options_, services.vbmp3, services.painter, lyrics_,
+      lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_,
                      {top_, top_.LyricsPicture, top_.Timer6, [this] { top_.showWindow(lyrics_, false); }}),
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
       release_(state_, services.vbmp3, engine_),

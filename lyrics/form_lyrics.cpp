@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "app/global_state.h"
 #include "app/option_settings.h"
@@ -63,6 +64,7 @@ LyricsLook FormLyrics::look() const {
     look.back = Picture7.backColor();
     look.lines = lines();
     look.stamps = options_.timeTagShown();
+    if (!background_.empty()) look.behind = &background_;
     return look;
 }
 
@@ -82,7 +84,23 @@ void FormLyrics::setShowsText(bool text) {
     Picture7.setVisible(!text);
 }
 
+void FormLyrics::setPicture(Surface picture) {
+    if (picture.empty() && picture_.empty()) return;
+    picture_ = std::move(picture);
+    background_ = {};
+    draw();
+}
+
+void FormLyrics::makeBackground() {
+    const Surface& on = Picture7.surface();
+    if (picture_.empty()) return;
+    if (background_.width() == on.width() && background_.height() == on.height() && backgroundColor_ == Picture7.backColor()) return;
+    backgroundColor_ = Picture7.backColor();
+    background_ = LyricsBackground(picture_, {on.width(), on.height()}, backgroundColor_);
+}
+
 void FormLyrics::draw() {
+    makeBackground();
     drawn_ = look();
     DrawLyricsWindow(Picture7.surface(), painter_, lines_, drawn_);
     Picture7.refresh();

@@ -36,6 +36,8 @@ class FormLyrics : public Form {
     // Draws the rows when they or the options have changed.
     void showLines(const vbmp3_LyricsLines& lines);
     void setText(const std::string& text) { Text2.setText(text); }
+    // What lies behind the timed lines; an empty picture: the colour alone.
+    void setPicture(Surface picture);
     // The text box or the picture is what one sees.
     void setShowsText(bool text);
 
@@ -54,6 +56,7 @@ class FormLyrics : public Form {
     int lines() const;
     LyricsLook look() const;
     void fitType(int height);
+    void makeBackground();
     void draw();
 
     GlobalState& state_;
@@ -61,6 +64,9 @@ class FormLyrics : public Form {
     TextPainter& painter_;
     vbmp3_LyricsLines lines_ = NoLyricsLines();
     LyricsLook drawn_;
+    Surface picture_;
+    Surface background_;        // made of it for the present size and colour
+    Color backgroundColor_;
 };
 
 // Points of the type for a picture of that height in pixels.

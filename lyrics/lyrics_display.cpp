@@ -4,8 +4,10 @@
 
 #include "app/global_state.h"
 #include "app/option_settings.h"
+#include "forms/bmp.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"
+#include "platform/file_system.h"
 #include "platform/text_painter.h"
 
 namespace quenlox {
@@ -14,13 +16,14 @@ namespace {
 constexpr int kInterval = 500;        // milliseconds
 constexpr int kKaraokeInterval = 80;  // while a line shows its progress
 constexpr int kShortestInterval = 20;
+constexpr std::uint64_t kLargestPicture = 32u << 20;  // bytes
 constexpr int kShiftUnit = 100;       // milliseconds for one step of the option
 
 }  // namespace
 
-LyricsDisplay::LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, TextPainter& painter,
-                             FormLyrics& window, MainWindow main)
-    : state_(state), options_(options), vbmp3_(vbmp3), painter_(painter), window_(window), main_(std::move(main)) {
+LyricsDisplay::LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+                             TextPainter& painter, FormLyrics& window, MainWindow main)
+    : state_(state), options_(options), vbmp3_(vbmp3), files_(files), painter_(painter), window_(window), main_(std::move(main)) {
     window_.onShown = [this] { Timer6_Timer(); };
 }
 
@@ -33,9 +36,13 @@ bool LyricsDisplay::wantsWindow() const {
     return state_.SkinLacksLyricsArea || !runs();
 }
 
-void LyricsDisplay::trackOpened() {
+void LyricsDisplay::chooseWindow() {
     windowDue_ = wantsWindow();
     if (!state_.SkinLacksLyricsArea && !windowDue_) window_.hide();
+}
+
+void LyricsDisplay::trackOpened() {
+    chooseWindow();
     followWindow();
     Timer6_Timer();
 }
@@ -68,7 +75,10 @@ void LyricsDisplay::followOptions() {
     if (shift != shift_) vbmp3_.vbmp3_setLyricsShift(shift);
     shift_ = shift;
     const bool spread = options_.lyricsSelf();
-    if (spread != spread_) vbmp3_.vbmp3_setNotTagLyricsLine(spread ? 1 : 0);
+    if (spread != spread_) {
+        vbmp3_.vbmp3_setNotTagLyricsLine(spread ? 1 : 0);
+        chooseWindow();
+    }
     spread_ = spread;
 }
 
@@ -87,10 +97,27 @@ void LyricsDisplay::Timer6_Timer() {
     if ((panel || window) && runs() && !vbmp3_.vbmp3_getLyrics2(lines)) lines = NoLyricsLines();
     if (panel) drawPanel(lines);
     if (window) {
+        findPicture();
         window_.setShowsText(state_.LyricsKind == kPlainLyrics && !runs());
         window_.showLines(lines);
     }
     schedule(lines);
+}
+
+void LyricsDisplay::picturesChanged() {
+    picturedTrack_.reset();
+    Timer6_Timer();
+}
+
+// A picture is read only when it will be seen.
+void LyricsDisplay::findPicture() {
+    if (picturedTrack_ == state_.CurrentFile) return;
+    picturedTrack_ = state_.CurrentFile;
+    for (const std::string& path : LyricsPictures(state_.CurrentFile, options_.pictureFolder())) {
+        const auto bytes = files_.read(path, kLargestPicture);
+        if (auto picture = bytes ? ReadBmp(*bytes) : std::nullopt) return window_.setPicture(std::move(*picture));
+    }
+    window_.setPicture({});
 }
 
 void LyricsDisplay::drawPanel(const vbmp3_LyricsLines& lines) {

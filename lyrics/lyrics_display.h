@@ -5,11 +5,13 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "lyrics/lyrics_picture.h"
 
 namespace quenlox {
 
+class FileSystem;
 class Form;
 class FormLyrics;
 class OptionSettings;
@@ -27,8 +29,8 @@ class LyricsDisplay {
         std::function<void()> showLyricsWindow;  // without taking the keyboard
     };
 
-    LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, TextPainter& painter, FormLyrics& window,
-                  MainWindow main);
+    LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, TextPainter& painter,
+                  FormLyrics& window, MainWindow main);
 
     // One step of the lyrics timer, and whenever something has to be seen at once.
     void Timer6_Timer();
@@ -39,20 +41,25 @@ class LyricsDisplay {
     void lyricsDisplayMode(bool inWindow);
     // The user has switched the lyrics window on or off.
     void lyricsShownChanged();
+    // The picture folder is another one.
+    void picturesChanged();
 
   private:
     bool runs() const;         // line by line
     bool wantsWindow() const;  // by itself
+    void chooseWindow();
     void followOptions();
     void followWindow();
     bool panelSeen() const;
     bool windowSeen() const;
+    void findPicture();
     void drawPanel(const vbmp3_LyricsLines& lines);
     void schedule(const vbmp3_LyricsLines& lines);
 
     GlobalState& state_;
     const OptionSettings& options_;
     Vbmp3& vbmp3_;
+    FileSystem& files_;
     TextPainter& painter_;
     FormLyrics& window_;
     MainWindow main_;
@@ -61,6 +68,7 @@ class LyricsDisplay {
     int shift_ = 0;        // milliseconds, as the library knows it
     bool spread_ = false;  // the library spreads untimed lines over the track
     bool windowDue_ = false;
+    std::optional<std::string> picturedTrack_;  // whose picture the window has; none: it is to be looked for
 };
 
 }  // namespace quenlox

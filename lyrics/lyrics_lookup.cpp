@@ -30,11 +30,29 @@ std::array<std::string, 3> LyricsCandidates(const std::string& track) {
     return {WithExtension(name, "kra"), WithExtension(name, "lrc"), WithExtension(name, "txt")};
 }
 
+std::vector<std::string> LyricsPictures(const std::string& track, const std::string& pictureFolder) {
+    if (track.empty() || pictureFolder.empty()) return {};
+    std::vector<std::string> paths{JoinPath(pictureFolder, BaseNameOf(track) + ".bmp")};
+    std::string folder = FolderOf(track);
+    if (folder.ends_with('\\')) folder.pop_back();
+    if (const std::string name = FileNameOf(folder); !name.empty() && !name.ends_with(':')) {
+        paths.push_back(JoinPath(pictureFolder, name + ".bmp"));
+    }
+    return paths;
+}
+
 LyricsLookup::LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
                            MainDisplay& display, FormLyrics& form)
     : state_(state), options_(options), vbmp3_(vbmp3), files_(files), display_(display), form_(form) {}
 
+void LyricsLookup::lookAgain() {
+    unmark();
+    vbmp3_.vbmp3_clearLyrics();
+    LoadLyrics();
+}
+
 void LyricsLookup::LoadLyrics() {
+    marker_.clear();
     state_.LyricsKind = kNoLyrics;
     form_.setText("");
     if (state_.MediaKind / kLyricsFlag <= 0) return;
@@ -93,7 +111,15 @@ bool LyricsLookup::FindLyricsFile() {
 
 void LyricsLookup::mark(const char* marker) {
     const std::string information = display_.information();
-    if (!information.ends_with('+')) display_.showInformation(information + marker);
+    if (information.ends_with('+')) return;
+    display_.showInformation(information + marker);
+    marker_ = marker;
+}
+
+void LyricsLookup::unmark() {
+    std::string information = display_.information();
+    const std::size_t at = marker_.empty() ? std::string::npos : information.rfind(marker_);
+    if (at != std::string::npos) display_.showInformation(information.erase(at, marker_.size()));
 }
 
 }  // namespace quenlox

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 namespace quenlox {
 
@@ -19,6 +20,10 @@ enum LyricsKindCode : int { kNoLyrics = 0, kTimedLyrics = 1, kPlainLyrics = 2 };
 // Names of the side files of a track, the one that counts most first; without folder.
 std::array<std::string, 3> LyricsCandidates(const std::string& track);
 
+// Where the picture behind the lyrics of a track is looked for, the one that counts most first: in the picture folder, with
+// the name of the track or that of the folder it lies in. Nothing without a picture folder.
+std::vector<std::string> LyricsPictures(const std::string& track, const std::string& pictureFolder);
+
 class LyricsLookup {
   public:
     LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, MainDisplay& display,
@@ -26,6 +31,8 @@ class LyricsLookup {
 
     // Called when a track has been opened: sets LyricsKind. What cannot be read counts as no lyrics.
     void LoadLyrics();
+    // Called when the sources have changed while a track is open.
+    void lookAgain();
     // Each sets LyricsKind, marks its source behind the format ("+L", "+W") and tells whether there were lyrics.
     bool ReadLyrics3();
     bool FindLyricsFile();
@@ -33,6 +40,7 @@ class LyricsLookup {
   private:
     std::string loadSideFile();  // the path that the library has accepted, or empty
     void mark(const char* marker);
+    void unmark();
 
     GlobalState& state_;
     const OptionSettings& options_;
@@ -40,6 +48,7 @@ class LyricsLookup {
     FileSystem& files_;
     MainDisplay& display_;
     FormLyrics& form_;
+    std::string marker_;  // as put behind the format of the present track
 };
 
 }  // namespace quenlox

@@ -14,6 +14,7 @@ namespace {
 constexpr int kCurrentRow = 2, kExtraRow = 5, kNextRow = 3;
 constexpr int kMargin = 4;             // pixels left and right
 constexpr double kSmallestPoints = 6;  // of a line made to fit
+constexpr double kVeil = 0.65;         // of the background colour over a picture
 constexpr Color kSungOnLight{0, 96, 208}, kSungOnDark{255, 192, 64};
 
 std::string RowText(const vbmp3_LyricsLines& lines, int row) {
@@ -84,7 +85,11 @@ std::vector<LyricsBand> LyricsBands(int lines, Size picture) {
 }
 
 void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsLook& look) {
-    on.fill(look.back);
+    if (look.behind) {
+        on.copy(*look.behind, {0, 0});
+    } else {
+        on.fill(look.back);
+    }
     const Color pale = Mix(look.text, look.back);
     for (const LyricsBand& band : LyricsBands(look.lines, {on.width(), on.height()})) {
         const std::string text = RowText(lines, band.row);
@@ -117,6 +122,17 @@ void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines
         style.color = SungColor(look.back);
         if (where.width > 0) painter.draw(on, where, text, style);
     }
+}
+
+Surface LyricsBackground(const Surface& picture, Size size, Color back) {
+    Surface background(size.width, size.height, back);
+    if (picture.empty() || background.empty()) return background;
+    const double scale = std::max(static_cast<double>(size.width) / picture.width(), static_cast<double>(size.height) / picture.height());
+    const int width = std::clamp(RoundHalfToEven(size.width / scale), 1, picture.width());
+    const int height = std::clamp(RoundHalfToEven(size.height / scale), 1, picture.height());
+    background.stretchSmoothly(picture, {(picture.width() - width) / 2, (picture.height() - height) / 2, width, height});
+    background.blend(background.rect(), back, kVeil);
+    return background;
 }
 
 void DrawLyricsPanel(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsPanelLook& look) {

@@ -33,12 +33,17 @@ struct LyricsLook {
     Color text, back;
     int lines = 5;
     bool stamps = false;  // each line begins with its time
+    const Surface* behind = nullptr;  // a picture of the size of what is drawn on; none: the background colour
     bool operator==(const LyricsLook&) const = default;
 };
 
 // The whole picture of the lyrics window. Lines around the current one are paler; what of the current line has been sung
 // stands out when the lyrics tell; a line that is too long gets smaller type.
 void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsLook& look);
+
+// A picture made to lie behind lyrics: it fills `size`, what does not fit is cut off on both sides alike, and the colour
+// `back` lies over it so thick that the type stays easy to read.
+Surface LyricsBackground(const Surface& picture, Size size, Color back);
 
 struct LyricsPanelLook {
     Font font;

@@ -5,6 +5,7 @@
 #include "app/global_state.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"
+#include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_options.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_vbmp3.h"
@@ -52,6 +53,7 @@ class LyricsDisplayTest : public ::testing::Test {
     GlobalState state;
     FakeOptions options;
     FakeVbmp3 vbmp3;
+    FakeFileSystem files;
     FakeTextPainter painter;
     FakeWindowSystem windows;
     Form main{"FormTop", Form::Kind::Skinned};
@@ -59,7 +61,7 @@ class LyricsDisplayTest : public ::testing::Test {
     Timer timer{main, "Timer6", 500};
     FormLyrics form{state, options, painter};
     int shown = 0;
-    LyricsDisplay display{state, options, vbmp3, painter, form, {main, panel, timer, [this] {
+    LyricsDisplay display{state, options, vbmp3, files, painter, form, {main, panel, timer, [this] {
         ++shown;
         form.show(false);
         windows.hostOf(form)->client = {300, 200};
@@ -182,6 +184,47 @@ TEST_F(LyricsDisplayTest, TextWithoutTagsStandsInTheBoxOrRunsByItself) {
     tick();
     EXPECT_EQ(vbmp3.count("notTagLyricsLine 0"), 1);
     EXPECT_TRUE(form.Text2.visible());
+}
+
+// A bitmap of one pixel and 24 bits.
+std::string OnePixel(Color color) {
+    std::string bytes("BM\x3a\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
+    bytes.resize(54);
+    for (const std::uint8_t part : {color.blue, color.green, color.red}) bytes += static_cast<char>(part);
+    return bytes + '\0';
+}
+
+TEST_F(LyricsDisplayTest, APictureOfTheTrackLiesBehindTheLinesPaleEnoughToReadThem) {
+    files.add("D:\\pic\\a.bmp", OnePixel({255, 0, 0}));
+    files.add("D:\\pic\\album.bmp", OnePixel({0, 0, 255}));
+    files.add("D:\\pic\\broken.bmp", "BM");
+    setLine("");
+    const auto seen = [this](const std::string& track) {
+        state.CurrentFile = "C:\\album\\" + track + ".mp3";
+        open(kTimedLyrics);
+        const Surface& surface = form.Picture7.surface();
+        EXPECT_EQ(surface.at(0, 0), surface.at(299, 199));
+        return Surface::ToColor(surface.at(150, 100));
+    };
+    EXPECT_EQ(seen("a"), (Color{255, 255, 255})) << "no folder is chosen";
+    EXPECT_EQ(files.reads, 0);
+    options.values.pictureFolder = "D:\\pic";
+    display.picturesChanged();
+    const Color red = seen("a"), blue = seen("b"), other = seen("broken");
+    EXPECT_EQ(red.red, 255);
+    EXPECT_GT(red.green, 140);
+    EXPECT_LT(red.green, 200);
+    EXPECT_EQ(blue.blue, 255);
+    EXPECT_LT(blue.red, 200);
+    EXPECT_EQ(other, blue);
+    form.Picture7_DblClick(), form.Picture7_DblClick();  // white on black
+    EXPECT_LT(seen("b").blue, 110);
+    form.hide();
+    options.values.lyricsShown = false;
+    const int reads = files.reads;
+    state.CurrentFile = "C:\\album\\a.mp3";
+    open(kTimedLyrics);
+    EXPECT_EQ(files.reads, reads) << "nobody would see it";
 }
 
 TEST_F(LyricsDisplayTest, TheTimingOptionShiftsByTenthsOfASecond) {

@@ -81,6 +81,31 @@ TEST(LyricsLookup, AMarkIsNotPutBehindAPlus) {
     EXPECT_EQ(room.display.info, "VBR+");
 }
 
+TEST(LyricsLookup, LookingAgainMarksTheSourceOfNowOnce) {
+    Room room;
+    room.vbmp3.timeTag = 1;
+    room.addSideFile("D:\\words\\01. a.b.lrc");
+    room.lookup.LoadLyrics();
+    room.display.info += " ﾃﾞﾊﾞｲｽなし";
+    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    room.options.values.lyrics3First = true;
+    room.lookup.lookAgain();
+    EXPECT_EQ(room.display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし+L");
+    room.vbmp3.lyrics3Raw = "";
+    room.options.values.lyricsFolder = "";
+    room.lookup.lookAgain();
+    EXPECT_EQ(room.display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし");
+    EXPECT_EQ(room.state.LyricsKind, kNoLyrics);
+}
+
+TEST(LyricsLookup, ThePictureHasTheNameOfTheTrackOrOfItsFolder) {
+    using Paths = std::vector<std::string>;
+    EXPECT_EQ(LyricsPictures("C:\\music\\夜\\01. a.b.mp3", "D:\\pic"), (Paths{"D:\\pic\\01. a.b.bmp", "D:\\pic\\夜.bmp"}));
+    EXPECT_EQ(LyricsPictures("C:\\a.mp3", "D:\\"), Paths{"D:\\a.bmp"});
+    EXPECT_EQ(LyricsPictures("C:\\music\\a.mp3", ""), Paths{});
+    EXPECT_EQ(LyricsPictures("", "D:\\pic"), Paths{});
+}
+
 TEST(LyricsLookup, AKindOfFileWithoutLyricsIsNotAsked) {
     Room room;
     room.state.MediaKind = 103;
