@@ -45,6 +45,7 @@ class Vbmp3 {
     virtual void vbmp3_reload() = 0;
     virtual void vbmp3_setPitch(int percent) = 0;
     virtual void vbmp3_setStepPitch(int factor, int base) = 0;
+    virtual void vbmp3_setQuality(int quality) = 0;
     virtual bool vbmp3_getWave(std::span<std::int16_t> left, std::span<std::int16_t> right) = 0;
     virtual bool vbmp3_getSpectrum(std::span<std::int32_t> levels) = 0;
 

@@ -45,6 +45,12 @@ int32_t vbmp3_setStepPitch(int32_t factor, int32_t base)
     });
 }
 
+int32_t vbmp3_setQuality(int32_t quality)
+{
+    return withLibrary<int32_t>(
+        0, [&](Library& self) { return report(self.sound.setQuality(quality) ? VBMP3_OK : VBMP3_ERROR_ARGUMENT); });
+}
+
 int32_t vbmp3_getWave(int16_t* left, int16_t* right, int32_t count)
 {
     return withLibrary<int32_t>(0, [&](Library& self) {

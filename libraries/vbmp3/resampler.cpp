@@ -6,17 +6,17 @@
 
 namespace vbmp3 {
 
-Resampler::Resampler(int inputRate, int outputRate) : inputRate_(inputRate), outputRate_(outputRate)
+Resampler::Resampler(int inputRate, int outputRate, int taps) : inputRate_(inputRate), outputRate_(outputRate)
 {
     // Going down, the sinc is stretched so that nothing above half the output rate is left.
     const double cutoff = std::min(1.0, double(outputRate) / inputRate) * 0.95;
-    reach_ = int(std::min(1024.0, std::ceil(kTaps / 2 / std::min(1.0, double(outputRate) / inputRate))));
-    const size_t taps = size_t(2 * reach_);
-    kernel_.resize((kPhases + 1) * taps);
+    reach_ = int(std::min(1024.0, std::ceil(taps / 2 / std::min(1.0, double(outputRate) / inputRate))));
+    const size_t width = size_t(2 * reach_);
+    kernel_.resize((kPhases + 1) * width);
     for (int phase = 0; phase <= kPhases; ++phase) {
         double sum = 0;
-        float* row = kernel_.data() + size_t(phase) * taps;
-        for (size_t tap = 0; tap < taps; ++tap) {
+        float* row = kernel_.data() + size_t(phase) * width;
+        for (size_t tap = 0; tap < width; ++tap) {
             const double x = double(tap) + 1 - reach_ - double(phase) / kPhases;
             const double angle = std::numbers::pi * x * cutoff;
             const double sinc = std::abs(x) < 1e-9 ? cutoff : std::sin(angle) / (std::numbers::pi * x);
@@ -27,7 +27,7 @@ Resampler::Resampler(int inputRate, int outputRate) : inputRate_(inputRate), out
             row[tap] = float(sinc * window);
             sum += row[tap];
         }
-        for (size_t tap = 0; tap < taps; ++tap)
+        for (size_t tap = 0; tap < width; ++tap)
             row[tap] = float(row[tap] / sum);
     }
     input_.assign(2 * size_t(reach_ - 1), 0.0f);

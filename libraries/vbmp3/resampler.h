@@ -1,4 +1,4 @@
-// Converts stereo sound from one rate to another by a windowed sinc of 32 taps. For the rare stream whose rate changes
+// Converts stereo sound from one rate to another by a windowed sinc. For the rare stream whose rate changes
 // within the file, for rates that no device takes, and for pitch. One thread.
 #pragma once
 
@@ -9,7 +9,8 @@ namespace vbmp3 {
 
 class Resampler {
 public:
-    Resampler(int inputRate, int outputRate);
+    // More taps leave less of the tones that do not fit, and take more work.
+    Resampler(int inputRate, int outputRate, int taps = 32);
     int inputRate() const { return inputRate_; }
     // Appends the frames that become ready. The sound is not delayed: the first output frame is at the first input frame;
     // the last few input frames wait for those that follow.
@@ -18,7 +19,6 @@ public:
     void finish(std::vector<float>& out);
 
 private:
-    static constexpr int kTaps = 32;
     static constexpr int kPhases = 512;
 
     int inputRate_;

@@ -130,6 +130,9 @@ VBMP3_API int32_t vbmp3_setEqualizer(const int32_t* gains);
 VBMP3_API int32_t vbmp3_reload(void); // takes the equalizer setting over into the sound being played, smoothly
 VBMP3_API int32_t vbmp3_setPitch(int32_t percent);              // 100 is normal, 50 to 200; the speed is kept
 VBMP3_API int32_t vbmp3_setStepPitch(int32_t factor, int32_t base); // speed: (1, 5) is normal, see README of the folder
+// How carefully pitch and speed are changed; at normal it makes no difference. At once, also while playing.
+enum { VBMP3_QUALITY_STANDARD = 0, VBMP3_QUALITY_HIGH = 1, VBMP3_QUALITY_LIGHT = 2 };
+VBMP3_API int32_t vbmp3_setQuality(int32_t quality);
 // The sound being heard: `count` samples (up to 1024) a channel, left in `left`, right in `right`, -32768 to 32767.
 VBMP3_API int32_t vbmp3_getWave(int16_t* left, int16_t* right, int32_t count);
 // Levels of `count` (up to 256) bands, low to high, logarithmically spaced from 40 Hz to 16 kHz, 0 to 1000.

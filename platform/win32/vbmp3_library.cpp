@@ -35,6 +35,7 @@ struct Exports {
     decltype(::vbmp3_reload)* vbmp3_reload = nullptr;
     decltype(::vbmp3_setPitch)* vbmp3_setPitch = nullptr;
     decltype(::vbmp3_setStepPitch)* vbmp3_setStepPitch = nullptr;
+    decltype(::vbmp3_setQuality)* vbmp3_setQuality = nullptr;
     decltype(::vbmp3_getWave)* vbmp3_getWave = nullptr;
     decltype(::vbmp3_getSpectrum)* vbmp3_getSpectrum = nullptr;
     decltype(::vbmp3_readLyrics3Data)* vbmp3_readLyrics3Data = nullptr;
@@ -85,6 +86,7 @@ struct Exports {
         library.resolve(vbmp3_reload, "vbmp3_reload");
         library.resolve(vbmp3_setPitch, "vbmp3_setPitch");
         library.resolve(vbmp3_setStepPitch, "vbmp3_setStepPitch");
+        library.resolve(vbmp3_setQuality, "vbmp3_setQuality");
         library.resolve(vbmp3_getWave, "vbmp3_getWave");
         library.resolve(vbmp3_getSpectrum, "vbmp3_getSpectrum");
         library.resolve(vbmp3_readLyrics3Data, "vbmp3_readLyrics3Data");
@@ -216,6 +218,7 @@ class Vbmp3Library : public Vbmp3 {
     void vbmp3_reload() override { dll_.vbmp3_reload(); }
     void vbmp3_setPitch(int percent) override { dll_.vbmp3_setPitch(percent); }
     void vbmp3_setStepPitch(int factor, int base) override { dll_.vbmp3_setStepPitch(factor, base); }
+    void vbmp3_setQuality(int quality) override { dll_.vbmp3_setQuality(quality); }
     bool vbmp3_getWave(std::span<std::int16_t> left, std::span<std::int16_t> right) override {
         return dll_.vbmp3_getWave(left.data(), right.data(), static_cast<std::int32_t>(std::min(left.size(), right.size()))) != 0;
     }

@@ -155,6 +155,7 @@ class FakeVbmp3 : public Vbmp3 {
         calls.push_back("step " + std::to_string(factor) + " " + std::to_string(base));
         stepFactor = factor;
     }
+    void vbmp3_setQuality(int quality) override { calls.push_back("quality " + std::to_string(quality)); }
     bool vbmp3_getWave(std::span<std::int16_t> left, std::span<std::int16_t> right) override {
         return fill(left, waveLeft) && fill(right, waveRight);
     }

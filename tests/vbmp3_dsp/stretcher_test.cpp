@@ -36,6 +36,35 @@ TEST(Pitch, PitchChangesTheFrequencyAndStepPitchTheLength) {
     }
 }
 
+// Mean amplitude over windows of 23 ms: pieces of a stretched tone do not keep their phase for longer.
+double meanAmplitude(const Samples& samples, double hz, int rate) {
+    double sum = 0.0;
+    int windows = 0;
+    for (size_t i = rate / 2; i + 1024 < samples.size() / 2 - rate / 2; i += 512, ++windows) sum += amplitudeAt(samples, hz, rate, i, i + 1024);
+    return sum / windows;
+}
+
+TEST(Pitch, QualityDecidesWhatIsLeftOfTonesThatNoLongerFit) {
+    // 17.5 kHz become 22.75 kHz at 130 %, more than half the rate; what is left of them comes back as 21.35 kHz. 15 kHz are
+    // to stay what they are.
+    const int rate = 44100;
+    double ghost[3], kept[3];
+    for (int quality = 0; quality < 3; ++quality) {
+        SoundSettings settings;
+        ASSERT_TRUE(settings.setQuality(quality));
+        settings.setPitch(130);
+        const Samples out = through(settings, tones({{17500.0, 0.4}, {15000.0, 0.4}}, rate, 3.0), rate);
+        ghost[quality] = meanAmplitude(out, 21350.0, rate);
+        kept[quality] = meanAmplitude(out, 19500.0, rate);
+    }
+    EXPECT_LT(ghost[1], ghost[0] / 4);
+    EXPECT_GE(kept[1], kept[0] * 0.99);
+    EXPECT_GT(ghost[2], ghost[0]);
+    SoundSettings settings;
+    EXPECT_FALSE(settings.setQuality(-1));
+    EXPECT_FALSE(settings.setQuality(3));
+}
+
 TEST(Pitch, AtNormalSamplesPassBitExactAndAtOnce) {
     const Samples in = noise(5000, 1.2f);
     SoundSettings settings;
@@ -43,6 +72,7 @@ TEST(Pitch, AtNormalSamplesPassBitExactAndAtOnce) {
     settings.setStepPitch(6, 5);
     settings.setPitch(100);
     settings.setStepPitch(1, 5);
+    settings.setQuality(1);
     Chain chain(settings, nullptr, 44100);
     chain.reset(0, 0, 0);
     Samples out;

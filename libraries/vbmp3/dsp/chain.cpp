@@ -129,7 +129,7 @@ class Chain::Impl {
         version_ = version;
         equalizer_.setGains(values->equalizer ? std::optional<BandGains>(values->gains) : std::nullopt);
         const double tempo = stretcher_.tempo();
-        stretcher_.set(values->pitchPercent, values->tempo);
+        stretcher_.set(values->pitchPercent, values->tempo, values->quality);
         return tempo != stretcher_.tempo();
     }
 

@@ -36,6 +36,14 @@ bool SoundSettings::setStepPitch(int factor, int base) {
     return true;
 }
 
+bool SoundSettings::setQuality(int quality) {
+    if (quality < static_cast<int>(Quality::Standard) || quality > static_cast<int>(Quality::Light)) return false;
+    SoundValues values = current_;
+    values.quality = static_cast<Quality>(quality);
+    publish(values);
+    return true;
+}
+
 void SoundSettings::publish(const SoundValues& values) {
     if (values == current_) return;
     current_ = values;
@@ -44,6 +52,7 @@ void SoundSettings::publish(const SoundValues& values) {
     for (int i = 0; i < kBands; ++i) gains_[i].store(values.gains[i]);
     pitchPercent_.store(values.pitchPercent);
     tempo_.store(values.tempo);
+    quality_.store(values.quality);
     version_.fetch_add(1);
 }
 
@@ -55,6 +64,7 @@ std::optional<SoundValues> SoundSettings::read() const {
     for (int i = 0; i < kBands; ++i) values.gains[i] = gains_[i].load();
     values.pitchPercent = pitchPercent_.load();
     values.tempo = tempo_.load();
+    values.quality = quality_.load();
     if (version_.load() != before) return std::nullopt;
     return values;
 }

@@ -1,4 +1,4 @@
-// What the caller has asked of the sound: equalizer, pitch, tempo. Written by the caller's thread, read by the
+// What the caller has asked of the sound: equalizer, pitch, tempo and their quality. Written by the caller's thread, read by the
 // output thread without a lock; a set of values is seen whole or not at all. Outlives every Chain that reads it.
 #pragma once
 
@@ -13,11 +13,15 @@ inline constexpr int kBands = 10;
 // Gains of the ten bands in tenths of a decibel, -120 to +120.
 using BandGains = std::array<int32_t, kBands>;
 
+// How carefully pitch and tempo are changed.
+enum class Quality : int32_t { Standard, High, Light };
+
 struct SoundValues {
     bool equalizer = false;  // false: the equalizer is off and the sound passes bit-exact
     BandGains gains{};
     int pitchPercent = 100;  // 50 to 200
     double tempo = 1.0;      // 0.25 to 4, speed relative to normal
+    Quality quality = Quality::Standard;
     friend bool operator==(const SoundValues&, const SoundValues&) = default;
 };
 
@@ -31,6 +35,9 @@ class SoundSettings {
     bool setPitch(int percent);
     // Speed 1 + (factor - 1) / base; false when base is not positive or the speed is out of 0.25 to 4.
     bool setStepPitch(int factor, int base);
+
+    // A Quality; false for another number.
+    bool setQuality(int quality);
 
     // Output thread. Grows with every change that read() has to give.
     uint32_t version() const { return version_.load(std::memory_order_acquire); }
@@ -47,6 +54,7 @@ class SoundSettings {
     std::array<std::atomic<int32_t>, kBands> gains_{};
     std::atomic<int32_t> pitchPercent_{100};
     std::atomic<double> tempo_{1.0};
+    std::atomic<Quality> quality_{Quality::Standard};
 };
 
 }  // namespace vbmp3

@@ -25,6 +25,14 @@ constexpr double kLookSeconds = 0.001;
 constexpr unsigned kChannels = 3;
 constexpr float kFrameLevel = 0x1p-50f;
 
+// Of each Quality: the filter that keeps what a higher pitch moves beyond half the sample rate from coming back as another
+// tone, and whether the best continuation is looked for at every place or at some.
+struct Care {
+    int filterTaps;
+    int quickSeek;
+};
+constexpr Care kCare[] = {{32, 0}, {96, 0}, {16, 1}};
+
 }  // namespace
 
 // One stretch of sound with fixed pitch and tempo: SoundTouch makes it longer or shorter, then it is played that much
@@ -39,8 +47,10 @@ class Stretcher::Run {
         touch_.setSampleRate(static_cast<unsigned>(sampleRate));
         touch_.setChannels(kChannels);
         touch_.setSetting(SETTING_USE_AA_FILTER, 0);  // it would filter although the rate stays
+        const Care& care = kCare[static_cast<size_t>(values.quality)];
+        touch_.setSetting(SETTING_USE_QUICKSEEK, care.quickSeek);
         touch_.setTempo(tempo_ / pitch_);
-        if (values.pitchPercent != 100) resampler_.emplace(values.pitchPercent, 100);
+        if (values.pitchPercent != 100) resampler_.emplace(values.pitchPercent, 100, care.filterTaps);
     }
 
     void process(std::span<const float> stereo, std::vector<float>& out, std::vector<Place>& places) {
@@ -133,9 +143,13 @@ class Stretcher::Run {
 Stretcher::Stretcher(int sampleRate) : sampleRate_(sampleRate) {}
 Stretcher::~Stretcher() = default;
 
-void Stretcher::set(int pitchPercent, double tempo) {
-    const Values values{pitchPercent, tempo};
+void Stretcher::set(int pitchPercent, double tempo, Quality quality) {
+    const Values values{pitchPercent, tempo, quality};
     if (values == wanted_) return;
+    if (values.normal() && wanted_.normal()) {
+        wanted_ = values;
+        return;
+    }
     if (!changing_) {
         // A run that has not begun yet is simply replaced.
         start_ = {in_, outputFrameOf(in_)};

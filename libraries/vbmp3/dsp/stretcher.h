@@ -9,6 +9,8 @@
 #include <span>
 #include <vector>
 
+#include "libraries/vbmp3/dsp/sound_settings.h"
+
 namespace vbmp3 {
 
 class Stretcher {
@@ -17,7 +19,7 @@ class Stretcher {
     ~Stretcher();
 
     // Takes hold with the next frame put in. `tempo` is the speed, 0.25 to 4.
-    void set(int pitchPercent, double tempo);
+    void set(int pitchPercent, double tempo, Quality quality);
     double tempo() const { return wanted_.tempo; }
 
     void reset();
@@ -49,6 +51,7 @@ class Stretcher {
     struct Values {
         int pitchPercent = 100;
         double tempo = 1.0;
+        Quality quality = Quality::Standard;
         bool normal() const { return pitchPercent == 100 && tempo == 1.0; }
         friend bool operator==(const Values&, const Values&) = default;
     };
