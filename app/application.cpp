@@ -126,6 +126,7 @@ void Application::connectConverter() {
 
 // Options act at once; what they change is told to those whom it concerns.
 void Application::followOptions() {
+    options_.settleTexts();
     options_.onDisplayOptions = [this] { top_.optionsChanged(); };
     options_.onLyricsShown = [this] { lyricsDisplay_.lyricsShownChanged(); };
     options_.onPanelOptions = [this] {
@@ -137,6 +138,23 @@ void Application::followOptions() {
     options_.onDefaults = [this] { settings_.resetOptions(); };
     options_.onPitch = [this] { pitch_.amountChanged(); };
     options_.onListColumns = [this] { showListColumns(); };
+    options_.onLyricsLook = [this] { lyricsDisplay_.Timer6_Timer(); };
+    options_.onLyricsSources = [this] {
+        lyricsLookup_.lookAgain();
+        lyricsDisplay_.trackOpened();
+    };
+    options_.onPictureFolder = [this] { lyricsDisplay_.picturesChanged(); };
+    options_.onVolume = [this] { volume_.sourcesChosen(); };
+    // Rows show texts that were told from file names, or shall be now.
+    options_.onEstimate = [this] {
+        if (state_.ListType == 0) lists_.forgetTexts();
+    };
+    options_.onNameFormat = [this] {
+        tag_.formatChanged();
+        if (state_.ListType == 0 && options_.estimateFromFileName()) lists_.forgetTexts();
+    };
+    options_.onQuality = [this] { services_.vbmp3.vbmp3_setQuality(FormOpt::chosen(options_.QualityOption)); };
+    options_.onQuality();
     options_.onOutput = [this] {
         services_.vbmp3.vbmp3_setOutput(options_.outputDevice(), options_.HScrollBuffer.value());
     };

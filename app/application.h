@@ -66,6 +66,9 @@ class Application {
 
     GlobalState& state() { return state_; }
     FormTop& top() { return top_; }
+    FormOpt& options() { return options_; }
+    FormLyrics& lyrics() { return lyrics_; }
+    FormList& list() { return list_; }
 
   private:
     void unload();

@@ -152,6 +152,7 @@ class TextBox : public Control {
   public:
     TextBox(Form& form, std::string name, bool multiLine = false, bool readOnly = false);
     std::function<void()> onChange;
+    std::function<void()> onLeave;  // the keyboard has gone from the box
     std::function<void()> onDoubleClick;
 
     const std::string& text() const { return text_; }

@@ -5,7 +5,7 @@
 
 #include "app/global_state.h"
 #include "platform/dialogs.h"
-#include "platform/file_system.h"
+#include "playback/cd_drives.h"
 #include "platform/output_devices.h"
 #include "text/strings.h"
 
@@ -16,9 +16,7 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     QualityOption.fill(*this, "QualityOption", 0, 2);
     VolumeOption.fill(*this, "VolumeOption", 0, 1);
     LyricsOption.fill(*this, "LyricsOption", 0, 5);
-    for (int i = 0; i <= 5; ++i) LyricsOption[i].onClick = [this, i] { state_.LyricsLine = i; };
     for (const int unused : {0, 2, 4}) LyricsOption[unused].setVisible(false);
-    for (int i = 0; i <= 2; ++i) QualityOption[i].setVisible(false);
     ComboSkinScale.setItems({{"等倍", 1}, {"2倍", 2}, {"3倍", 3}, {"4倍", 4}});
     ComboSkinScale.setListIndex(0);
     ComboDevice.setItems({{"既定のデバイス", -1}});
@@ -36,10 +34,24 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     ComboSkinScale.onClick = display;
     HScrollSpeana.onChange = panel;
     for (int i = 0; i <= 2; ++i) FftOption[i].onClick = panel;
-    for (ScrollBar* bar : {&HScrollAnime, &HScrollSpeanaIntro, &HScrollIntro, &HScrollLyricsTime}) {
+    for (ScrollBar* bar : {&HScrollAnime, &HScrollSpeanaIntro, &HScrollIntro}) {
         bar->onChange = [this] { showFigures(); };
     }
+    const auto lyricsLook = tell(&FormOpt::onLyricsLook);
+    for (int i = 0; i <= 5; ++i) {
+        LyricsOption[i].onClick = [this, i, lyricsLook] {
+            state_.LyricsLine = i;
+            lyricsLook();
+        };
+    }
+    for (CheckBox* box : {&CheckTimeTag, &CheckLyricsBold, &CheckLyricsSecond, &CheckLyricsSelf}) box->onClick = lyricsLook;
+    HScrollLyricsTime.onChange = TextLyricsFont.onChange = lyricsLook;
     CheckLyrics.onClick = tell(&FormOpt::onLyricsShown);
+    CheckLyricsMain.onClick = tell(&FormOpt::onLyricsSources);
+    for (TextBox* box : {&TextLyricsDir, &TextBmpDir, &TextReName}) box->onLeave = [this] { settleTexts(); };
+    for (int i = 0; i <= 2; ++i) QualityOption[i].onClick = tell(&FormOpt::onQuality);
+    for (int i = 0; i <= 1; ++i) VolumeOption[i].onClick = tell(&FormOpt::onVolume);
+    CheckReName.onClick = tell(&FormOpt::onEstimate);
     ComboDevice.onClick = HScrollBuffer.onChange = tell(&FormOpt::onOutput);
     for (ScrollBar* bar : {&HScrollHiPitch, &HScrollLowPitch, &HScrollStepPitch}) bar->onChange = tell(&FormOpt::onPitch);
     CheckListTime.onClick = CheckListTypeS.onClick = tell(&FormOpt::onListColumns);
@@ -56,6 +68,18 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
 void FormOpt::chooseFolder(TextBox& box, const std::string& title) {
     if (!services_.dialogs) return;
     if (const auto folder = services_.dialogs->chooseFolder(title, box.text())) box.setText(*folder);
+    settleTexts();
+}
+
+void FormOpt::settleTexts() {
+    const auto settle = [](const TextBox& box, std::string& settled, const std::function<void()>& tell) {
+        if (box.text() == settled) return;
+        settled = box.text();
+        if (tell) tell();
+    };
+    settle(TextLyricsDir, lyricsFolder_, onLyricsSources);
+    settle(TextBmpDir, pictureFolder_, onPictureFolder);
+    settle(TextReName, nameFormat_, onNameFormat);
 }
 
 void FormOpt::CommandDefaults_Click() {
@@ -63,6 +87,7 @@ void FormOpt::CommandDefaults_Click() {
     if (onDefaults) onDefaults();
     CheckListType.setValue(0);
     ComboCdDrive.setListIndex(0);
+    settleTexts();
 }
 
 // Devices and drives come and go, so they are listed anew with every opening of the window.
@@ -88,9 +113,7 @@ void FormOpt::listDevices() {
 void FormOpt::listCdDrives() {
     if (!services_.files) return;
     std::vector<ComboBox::Item> items{{"自動", 0}};
-    for (const std::string& root : services_.files->drives()) {
-        if (services_.files->driveType(root) == DriveType::CdRom) items.push_back({root.substr(0, 2), 0});
-    }
+    for (const std::string& root : CdDrives(*services_.files)) items.push_back({root.substr(0, 2), 0});
     ComboCdDrive.setItems(items);
     ComboCdDrive.setListIndex(0);
     for (std::size_t i = 1; i < items.size(); ++i) {

@@ -30,7 +30,7 @@ class FormOpt : public Form, public OptionControls {
     TabStrip Tabs{*this, "Tabs", {"表示", "再生", "歌詞", "リスト・名前"}};
 
     // Panel and title.
-    Frame FrameMain{*this, "FrameMain"}, FrameSpeana{*this, "FrameSpeana"}, FrameBmp{*this, "FrameBmp"};
+    Frame FrameMain{*this, "FrameMain"}, FrameSpeana{*this, "FrameSpeana"};
     Label LabelScale{*this, "LabelScale"}, LabelAnime{*this, "LabelAnime"}, LabelSpeana{*this, "LabelSpeana"},
         LabelIntroView{*this, "LabelIntroView"}, LabelFft{*this, "LabelFft"};
     Label FigureAnime{*this, "FigureAnime"}, FigureSpeana{*this, "FigureSpeana"}, FigureIntroView{*this, "FigureIntroView"};
@@ -43,21 +43,17 @@ class FormOpt : public Form, public OptionControls {
     ComboBox ComboSkinScale{*this, "ComboSkinScale"};                           // "SkinScale": 1 to 4 screen pixels
     ControlArray<OptionButton> FftOption;                                       // "Fft", 0 to 2
     CheckBox CheckPanel{*this, "CheckPanel"};                                   // "PanelMode": the operation panel
-    TextBox TextBmpDir{*this, "TextBmpDir"};                                    // "BmpDir": the picture folder
-
-    CommandButton CommandBmpDir{*this, "CommandBmpDir"};
 
     // Playing.
     Frame FramePitch{*this, "FramePitch"}, FramePlay{*this, "FramePlay"}, FrameOutput{*this, "FrameOutput"},
         FrameVolume{*this, "FrameVolume"};
     Label LabelHiPitch{*this, "LabelHiPitch"}, LabelLowPitch{*this, "LabelLowPitch"}, LabelStepPitch{*this, "LabelStepPitch"},
-        LabelCd{*this, "LabelCd"}, LabelDevice{*this, "LabelDevice"},
+        LabelQuality{*this, "LabelQuality"}, LabelCd{*this, "LabelCd"}, LabelDevice{*this, "LabelDevice"},
         LabelBuffer{*this, "LabelBuffer"};
     Label FigureHiPitch{*this, "FigureHiPitch"}, FigureLowPitch{*this, "FigureLowPitch"}, FigureStepPitch{*this, "FigureStepPitch"},
         FigureIntro{*this, "FigureIntro"}, FigureBuffer{*this, "FigureBuffer"};
     ComboBox ComboCdDrive{*this, "ComboCdDrive"};                               // "defCdDrv", the drives with a disc tray
-    ControlArray<OptionButton> QualityOption;                                   // "Quality", 0 to 2: kept for the file,
-                                                                                // the library has one quality
+    ControlArray<OptionButton> QualityOption;                                   // "Quality": 0 standard, 1 high, 2 light
     ScrollBar HScrollHiPitch{*this, "HScrollHiPitch", kHorizontal, 101, 200};   // "HiPitch", percent
     ScrollBar HScrollLowPitch{*this, "HScrollLowPitch", kHorizontal, 50, 99};   // "LowPitch", percent
     ScrollBar HScrollStepPitch{*this, "HScrollStepPitch", kHorizontal, 2, 16};  // "StepPitch": the speed is
@@ -71,9 +67,10 @@ class FormOpt : public Form, public OptionControls {
     ScrollBar HScrollBuffer{*this, "HScrollBuffer", kHorizontal, 50, 2000};     // "OutputBuffer", milliseconds
 
     // Lyrics.
-    Frame FrameLyrics{*this, "FrameLyrics"}, FrameSources{*this, "FrameSources"};
+    Frame FrameLyrics{*this, "FrameLyrics"}, FrameSources{*this, "FrameSources"}, FrameBmp{*this, "FrameBmp"};
     Label LabelLines{*this, "LabelLines"}, LabelFont{*this, "LabelFont"}, LabelLyricsTime{*this, "LabelLyricsTime"},
-        LabelLyricsDir{*this, "LabelLyricsDir"}, FigureLyricsTime{*this, "FigureLyricsTime"};
+        LabelLyricsDir{*this, "LabelLyricsDir"}, LabelBmpDir{*this, "LabelBmpDir"}, LabelBmpNames{*this, "LabelBmpNames"},
+        FigureLyricsTime{*this, "FigureLyricsTime"};
     CheckBox CheckLyrics{*this, "CheckLyrics"};                                 // "DispLyrics": the lyrics window
     CheckBox CheckLyricsSelf{*this, "CheckLyricsSelf"};                         // "LyricsSelf"
     ScrollBar HScrollLyricsTime{*this, "HScrollLyricsTime", kHorizontal, -50, 50};  // "LyricsTime"
@@ -86,6 +83,9 @@ class FormOpt : public Form, public OptionControls {
     TextBox TextLyricsDir{*this, "TextLyricsDir"};                              // "LyricsDir"
 
     CommandButton CommandLyricsDir{*this, "CommandLyricsDir"};
+    TextBox TextBmpDir{*this, "TextBmpDir"};                                    // "BmpDir": pictures behind the lyrics
+
+    CommandButton CommandBmpDir{*this, "CommandBmpDir"};
 
     // Lists and names.
     Frame FrameList{*this, "FrameList"}, FrameReName{*this, "FrameReName"};
@@ -104,10 +104,21 @@ class FormOpt : public Form, public OptionControls {
     std::function<void()> onDisplayOptions;  // title animation, display B, operation panel, scale of the skin
     std::function<void()> onPanelOptions;    // speed of display B, analysis
     std::function<void()> onLyricsShown;
+    std::function<void()> onLyricsLook;      // lines, type, time tags, timing
+    std::function<void()> onLyricsSources;   // lyrics folder, or which source counts more
+    std::function<void()> onPictureFolder;
     std::function<void()> onOutput;          // device or buffer
     std::function<void()> onPitch;           // one of the amounts
+    std::function<void()> onQuality;
+    std::function<void()> onVolume;          // which volumes the bar changes
     std::function<void()> onListColumns;
+    std::function<void()> onEstimate;        // texts are told from file names, or not
+    std::function<void()> onNameFormat;
     std::function<void()> onDefaults;        // every option shall get the value of a fresh start
+
+    // Tells of folders and of the format as they stand now. A text that the user types counts when the keyboard leaves it:
+    // half a path would be looked for on every disk and network.
+    void settleTexts();
 
     // Chooses the button with the index; one that does not exist leaves the choice as it was.
     static void choose(ControlArray<OptionButton>& options, int index);
@@ -174,6 +185,7 @@ class FormOpt : public Form, public OptionControls {
     GlobalState& state_;
     Services services_;
     bool listing_ = false;  // a list is being filled: its choice is not the user's
+    std::string lyricsFolder_, pictureFolder_, nameFormat_;  // as last told
 };
 
 }  // namespace quenlox

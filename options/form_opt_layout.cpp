@@ -22,8 +22,9 @@ void FormOpt::setCaptions() {
         {CheckAnime, "タイトルアニメーション"}, {LabelAnime, "動く速さ"},
         {FrameSpeana, "オシロ・スペアナ"}, {CheckSpeana, "オシロ・スペアナを表示する"}, {LabelSpeana, "動く速さ"},
         {LabelIntroView, "表示の自動切替"}, {LabelFft, "スペアナの帯域"}, {FftOption[0], "21"}, {FftOption[1], "42"},
-        {FftOption[2], "85"}, {FrameBmp, "画像フォルダ"}, {CommandBmpDir, "参照..."},
+        {FftOption[2], "85"},
         {FramePitch, "ピッチ・速度"}, {LabelHiPitch, "音程を上げる"}, {LabelLowPitch, "音程を下げる"}, {LabelStepPitch, "速度変更"},
+        {LabelQuality, "音質"}, {QualityOption[0], "標準"}, {QualityOption[1], "高音質"}, {QualityOption[2], "軽い処理"},
         {FramePlay, "再生"}, {CheckIntro, "イントロ再生"}, {CheckGapless, "曲間をあけずに次の曲を再生する"},
         {LabelCd, "CDドライブ"}, {FrameOutput, "出力"}, {LabelDevice, "デバイス"}, {LabelBuffer, "バッファ"},
         {FrameVolume, "音量バーで変える音量"}, {VolumeOption[0], "マスター音量だけ"}, {VolumeOption[1], "WAVE・MIDI・CDの音量も"},
@@ -32,6 +33,8 @@ void FormOpt::setCaptions() {
         {CheckTimeTag, "タイムタグも表示する"}, {CheckLyricsBold, "太字で表示する"}, {CheckLyricsSecond, "スキンの第2歌詞色を使う"}, {CheckLyricsSelf, "タイムタグのない歌詞も曲に合わせて送る"},
         {LabelLyricsTime, "表示のタイミング"}, {FrameSources, "歌詞の取得"}, {CheckLyricsMain, "歌詞ファイルよりLyrics3を優先する"},
         {LabelLyricsDir, "歌詞フォルダ"}, {CommandLyricsDir, "参照..."},
+        {FrameBmp, "歌詞ウィンドウの背景"}, {LabelBmpDir, "画像フォルダ"}, {CommandBmpDir, "参照..."},
+        {LabelBmpNames, "「曲のファイル名.bmp」か「曲のフォルダ名.bmp」を表示します。"},
         {FrameList, "プレイリスト"}, {CheckListType, "ﾌﾟﾚｲﾘｽﾄをﾀｸﾞ情報取得ﾓｰﾄﾞにする(要再起動)"},
         {CheckListTypeS, "ファイル名表示でも項目に分ける"}, {CheckListTime, "演奏時間を表示する"},
         {CheckDelList, "再生できないファイルをリストから外す"},
@@ -42,6 +45,17 @@ void FormOpt::setCaptions() {
         {CommandDefaults, "初期設定に戻す(&R)"}, {CommandClose, "閉じる"},
     };
     for (const auto& [control, caption] : captions) control.setCaption(caption);
+    const struct {
+        Control& control;
+        const char* tooltip;
+    } tooltips[] = {
+        {ComboCdDrive, "音楽CDの曲を表示・再生するドライブ。記憶した曲が見つからないときも、このドライブの同じ番号の曲を再生します"},
+        {QualityOption[0], "ピッチや速度を変えて再生するときの音質"},
+        {QualityOption[1], "高い音まできれいに変えます"},
+        {QualityOption[2], "CPUの負担を減らします"},
+        {TextBmpDir, "歌詞ウィンドウの背景に表示するBMPファイルのフォルダ"},
+    };
+    for (const auto& [control, tooltip] : tooltips) control.setTooltip(tooltip);
 }
 
 void FormOpt::showFigures() {
@@ -68,11 +82,11 @@ Layout FormOpt::layout() {
                                   slider(LabelAnime, HScrollAnime, FigureAnime)})),
          Group(FrameSpeana, Column({Item(CheckSpeana), slider(LabelSpeana, HScrollSpeana, FigureSpeana),
                                     slider(LabelIntroView, HScrollSpeanaIntro, FigureIntroView),
-                                    Row({Item(LabelFft, kName), Item(FftOption[0], 40), Item(FftOption[1], 40), Item(FftOption[2], 40)})})),
-         Group(FrameBmp, Row({Item(TextBmpDir, 150, 0, 1), Item(CommandBmpDir, 44, kButtonHeight)}))});
+                                    Row({Item(LabelFft, kName), Item(FftOption[0], 40), Item(FftOption[1], 40), Item(FftOption[2], 40)})}))});
     const Layout play = Column(
         {Group(FramePitch, Column({slider(LabelHiPitch, HScrollHiPitch, FigureHiPitch), slider(LabelLowPitch, HScrollLowPitch, FigureLowPitch),
-                                   slider(LabelStepPitch, HScrollStepPitch, FigureStepPitch)})),
+                                   slider(LabelStepPitch, HScrollStepPitch, FigureStepPitch),
+                                   Row({Item(LabelQuality, kName), Item(QualityOption[0], 40), Item(QualityOption[1], 48), Item(QualityOption[2], 52)})})),
          Group(FramePlay, Column({slider(CheckIntro, HScrollIntro, FigureIntro), Item(CheckGapless),
                                   Row({Item(LabelCd, kName), Item(ComboCdDrive, 60)})})),
          Group(FrameOutput, Column({Row({Item(LabelDevice, kName), Item(ComboDevice, 150, 0, 1)}), slider(LabelBuffer, HScrollBuffer, FigureBuffer)})),
@@ -83,7 +97,9 @@ Layout FormOpt::layout() {
                                     Row({Item(LabelFont, kName), Item(TextLyricsFont, 130, 0, 1)}), Row({Item(CheckTimeTag), Item(CheckLyricsBold)}), Item(CheckLyricsSecond), Item(CheckLyricsSelf),
                                     slider(LabelLyricsTime, HScrollLyricsTime, FigureLyricsTime)})),
          Group(FrameSources, Column({Item(CheckLyricsMain), Row({Item(LabelLyricsDir, 56), Item(TextLyricsDir, 110, 0, 1),
-                                                                 Item(CommandLyricsDir, 44, kButtonHeight)})}))});
+                                                                 Item(CommandLyricsDir, 44, kButtonHeight)})})),
+         Group(FrameBmp, Column({Row({Item(LabelBmpDir, 56), Item(TextBmpDir, 110, 0, 1), Item(CommandBmpDir, 44, kButtonHeight)}),
+                                 Item(LabelBmpNames, 230)}))});
     const Layout lists = Column(
         {Group(FrameList, Column({Item(CheckListType), Item(CheckListTypeS), Item(CheckListTime), Item(CheckDelList)})),
          Group(FrameReName, Column({Item(TextReName, 200), Item(LabelTokens, 230, 20), Item(LabelCase, 230), Item(LabelForbidden, 230),

@@ -37,6 +37,10 @@ void VolumeControl::setFromBar(int y, int height) {
     setPercent(RoundHalfToEven((1 - static_cast<double>(y) / height) * 100));
 }
 
+void VolumeControl::sourcesChosen() {
+    if (options_.driveMixerSources()) setPercent(state_.VolumePercent);
+}
+
 void VolumeControl::setPercent(int percent) {
     state_.VolumePercent = std::clamp(percent, 0, 100);
     if (master_.id != 0 && master_.maximum > master_.minimum) {

@@ -23,6 +23,7 @@ class VolumeControl {
     // y in pixels from the top of a bar of that height; outside the bar nothing happens.
     void setFromBar(int y, int height);
     void setPercent(int percent);  // brought into 0 to 100
+    void sourcesChosen();          // the bar drives the single sources from now on, or no more: they follow at once
 
   private:
     GlobalState& state_;

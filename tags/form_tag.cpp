@@ -126,6 +126,10 @@ void FormTag::currentFileOpened() {
     }
 }
 
+void FormTag::formatChanged() {
+    if (!file_.empty()) proposeName();
+}
+
 void FormTag::offerToSave() {
     if (edited_ && dialogs_.confirm("タグの変更を保存しますか？", caption())) save();
     edited_ = false;

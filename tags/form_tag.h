@@ -74,6 +74,8 @@ class FormTag : public Form {
     void fill();
     // CurrentFile is open now: shown when the window is and nothing is unsaved.
     void currentFileOpened();
+    // The format of file names is another one: proposes by it.
+    void formatChanged();
     // Before the program ends: unsaved edits are saved when the user wants them to be.
     void offerToSave();
 

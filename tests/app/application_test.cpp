@@ -139,6 +139,139 @@ TEST_F(ApplicationTest, WhatIsDeliveredInAReadOnlyFolderIsTheBeginningOfTheUsers
     EXPECT_EQ((std::vector<std::string>{files.bytesOf("C:\\Quenlox\\Quenlox.ini"), files.bytesOf("C:\\Quenlox\\Quenlox.m3u")}), delivered);
 }
 
+// Each option with what it changes in the running program: a text that must be another one behind the change, and the first
+// one again when the option is put back.
+TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
+    const std::string song = "C:\\m\\(N) T.mp3";
+    files.add("C:\\Quenlox\\skin\\default\\default.tsk",
+              "[Main]\nVer=4\nSize=300,100\nBox=1\n[Label]\nLabelA=5,20,60,10,6,255,255,255\n[Disp]\nDispA=10,80\nDispB=100,60\n");
+    files.add("C:\\Quenlox\\Quenlox.m3u", "#ListA\r\n" + song + "\r\nC:\\m\\2.mp3\r\n");
+    files.add("D:\\words\\(N) T.lrc"), files.add("D:\\pic\\m.bmp", std::string("BM") + std::string(8, '\0') + "\x36" + std::string(3, '\0') + "\x28" +
+              std::string(3, '\0') + "\1" + std::string(3, '\0') + "\1" + std::string(3, '\0') + "\1" + std::string(1, '\0') + "\x18" + std::string(29, '\0'));
+    addSong(song), addSong("C:\\m\\2.mp3");
+    vbmp3.addFile(song, VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS, 90, "A title that is longer than its place");
+    vbmp3.timeTag = 1;
+    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    vbmp3.lyricsFiles = {"D:\\words\\(N) T.lrc"};
+    vbmp3.lines = NoLyricsLines();
+    vbmp3.lines.total = 1, vbmp3.lines.stampMs[2] = 1000;
+    FakeVbmp3::set(vbmp3.lines.rows[2], "la");
+    vbmp3.waveLeft = vbmp3.waveRight = {0, 9000};
+    vbmp3.spectrum = {900, 500};
+    start("\"" + song + "\" /pm2");
+    windows.pumpMessages();
+    state().CurrentIndex[0] = 0, state().TitleMode = 1, state().ViewType = 30;
+    FormOpt& o = application->options();
+    FormLyrics& lyrics = application->lyrics();
+    ListView& list = application->list().PlayView[0];
+    lyrics.Form_Resize({300, 200});
+
+    const auto check = [](CheckBox& box) { return [&box](bool on) { box.setValue(on); }; };
+    const auto uncheck = [](CheckBox& box) { return [&box](bool on) { box.setValue(!on); }; };
+    const auto slide = [](ScrollBar& bar, int to) { return [&bar, to, from = bar.value()](bool on) { bar.setValue(on ? to : from); }; };
+    const auto choose = [](ControlArray<OptionButton>& group, int to, int from = 0) {
+        return [&group, to, from](bool on) { group[on ? to : from].setValue(true); };
+    };
+    const auto pick = [](ComboBox& box, int to) { return [&box, to](bool on) { box.setListIndex(on ? to : 0); }; };
+    const auto type = [](TextBox& box, const char* text) {
+        return [&box, text, before = box.text()](bool on) {
+            box.setText(on ? text : before);
+            if (box.onLeave) box.onLeave();
+        };
+    };
+    const auto last = [this](const std::string& begin) {
+        return [this, begin] {
+            const auto found = std::ranges::find_if(vbmp3.calls.rbegin(), vbmp3.calls.rend(), [&](const std::string& c) { return c.starts_with(begin); });
+            return found == vbmp3.calls.rend() ? std::string() : *found;
+        };
+    };
+    const auto pitch = [this, &last](int mode, const char* call) {
+        return [this, mode, seen = last(call)] {
+            state().PitchMode = mode;
+            return seen();
+        };
+    };
+    const auto number = [](auto value) { return [value] { return std::to_string(static_cast<int>(value())); }; };
+    const auto sum = [](const Surface& surface) {
+        std::uint32_t total = 0;
+        for (const Surface::Pixel pixel : surface.pixels()) total = total * 31 + pixel;
+        return std::to_string(total);
+    };
+    const auto source = [this] { return top().information(); };
+    const auto row = [&list] { return list.textOf(0, 0) + "|" + list.textOf(0, 1); };
+    const auto columns = [this] {
+        std::string text;
+        for (const int width : application->list().columnWidths(0)) text += std::to_string(width) + " ";
+        return text;
+    };
+    const auto lyricsPicture = [&] { return sum(lyrics.Picture7.surface()); };
+
+    struct Case {
+        const char* what;
+        std::function<void(bool)> change;
+        std::function<std::string()> seen;
+    };
+    const Case cases[] = {
+        {"AnimeMode", check(o.CheckAnime), number([this] { return top().TimerTitle.enabled(); })},
+        {"SpeanaMode", check(o.CheckSpeana), number([this] { return top().DisplayB.visible(); })},
+        {"SpeanaTime", slide(o.HScrollSpeana, 10), number([this] { return top().Timer2.interval(); })},
+        {"Fft", choose(o.FftOption, 2), [this, &o, sum] {
+             o.CheckSpeana.setValue(1);
+             for (int frame = 0; frame < 60; ++frame) top().Timer2.onTimer();
+             return sum(top().DisplayB.surface());
+         }},
+        {"PanelMode", check(o.CheckPanel), number([this] { return top().DisplayA.visible(); })},
+        {"SkinScale", pick(o.ComboSkinScale, 2), number([this] { return windows.hostOf(top())->scale; })},
+        {"HiPitch", slide(o.HScrollHiPitch, 150), pitch(kHighPitch, "pitch")},
+        {"LowPitch", slide(o.HScrollLowPitch, 60), pitch(kLowPitch, "pitch")},
+        {"StepPitch", slide(o.HScrollStepPitch, 3), pitch(kStepPitch, "step")},
+        {"Quality", choose(o.QualityOption, 1), last("quality")},
+        {"OutputBuffer", slide(o.HScrollBuffer, 900), last("output")},
+        {"Gapless", uncheck(o.CheckGapless), [this] {
+             top().Timer1.onTimer();
+             return vbmp3.nextFile;
+         }},
+        {"DispLyrics", uncheck(o.CheckLyrics), number([&] { return lyrics.visible(); })},
+        {"LyricsSelf", check(o.CheckLyricsSelf), last("notTagLyricsLine")},
+        {"LyricsTime", slide(o.HScrollLyricsTime, -9), last("lyricsShift")},
+        {"LyricsLine", choose(o.LyricsOption, 1, 5), number([&] { return lyrics.Picture7.font().points; })},
+        {"Font", type(o.TextLyricsFont, "メイリオ"), [&] { return lyrics.Picture7.font().face; }},
+        {"TimeTag", check(o.CheckTimeTag), lyricsPicture},
+        {"LyricsBold", check(o.CheckLyricsBold), number([this] { return painter.drawn.back().style.font.bold; })},
+        {"LyricsDir", type(o.TextLyricsDir, "D:\\words"), source},
+        {"BmpDir", type(o.TextBmpDir, "D:\\pic"), lyricsPicture},
+        {"ReName", check(o.CheckReName), row},
+        {"ReNameS", type(o.TextReName, "(*T) *N"), [&o, row] {
+             o.CheckReName.setValue(1);
+             return row();
+         }},
+        {"ListTypeS", check(o.CheckListTypeS), columns},
+        {"ListTime", uncheck(o.CheckListTime), [&o, columns] {
+             o.CheckListTypeS.setValue(1);
+             return columns();
+         }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const std::string before = c.seen();
+        c.change(true);
+        EXPECT_NE(c.seen(), before);
+        c.change(false);
+        EXPECT_EQ(c.seen(), before);
+    }
+    // What cannot be put back: a source that has been made as loud as the master, the end of an introduction.
+    o.VolumeOption[1].setValue(true);
+    EXPECT_EQ(mixer.lines[Mixer::kWaveOut].value, mixer.lines[Mixer::kSpeakers].value);
+    o.TextLyricsDir.setText("D:\\words"), o.TextLyricsDir.onLeave();
+    EXPECT_TRUE(source().ends_with("+W"));
+    o.CheckLyricsMain.setValue(1);
+    EXPECT_TRUE(source().ends_with("+L"));
+    vbmp3.seconds = 12;
+    o.CheckIntro.setValue(1);
+    top().Timer1.onTimer();
+    EXPECT_EQ(state().CurrentFile, "C:\\m\\2.mp3");
+}
+
 TEST_F(ApplicationTest, WithoutMixerOrSkinItStillStarts) {
     mixer.opens = false;
     files.all.clear();

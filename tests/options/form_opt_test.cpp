@@ -27,24 +27,6 @@ TEST(FormOpt, ASkinWithoutPlaceForSomethingTakesItsChoicesAway) {
     EXPECT_FALSE(options.operationPanel());
 }
 
-TEST(FormOpt, TheNumberOfLyricsLinesFollowsItsChoice) {
-    GlobalState state;
-    FormOpt options(state);
-    options.LyricsOption[3].setValue(true);
-    EXPECT_EQ(state.LyricsLine, 3);
-}
-
-TEST(FormOpt, ADeviceThatIsNotListedIsKept) {
-    GlobalState state;
-    FormOpt options(state);
-    EXPECT_EQ(options.outputDevice(), -1);
-    options.setOutputDevice(4);
-    EXPECT_EQ(options.outputDevice(), 4);
-    options.setOutputDevice(-1);
-    EXPECT_EQ(options.outputDevice(), -1);
-    EXPECT_EQ(options.ComboDevice.items().size(), 2u);
-}
-
 TEST(FormOpt, TheFigureBesideASliderSaysWhatItsValueMeans) {
     GlobalState state;
     FormOpt options(state);
@@ -71,36 +53,6 @@ TEST(FormOpt, TheFigureBesideASliderSaysWhatItsValueMeans) {
         c.slider.setValue(c.slider.maximum());
         c.slider.setValue(c.value);
         EXPECT_EQ(c.figure.caption(), c.text) << c.slider.name();
-    }
-}
-
-TEST(FormOpt, WhatIsChosenIsToldToWhomItConcernsAtOnce) {
-    GlobalState state;
-    FormOpt options(state);
-    std::string told;
-    options.onDisplayOptions = [&] { told = "display"; };
-    options.onPanelOptions = [&] { told = "panel"; };
-    options.onLyricsShown = [&] { told = "lyrics"; };
-    options.onOutput = [&] { told = "output"; };
-    options.onPitch = [&] { told = "pitch"; };
-    options.onListColumns = [&] { told = "columns"; };
-    struct Case {
-        const char* whom;
-        std::function<void()> change;
-    };
-    const Case cases[] = {
-        {"display", [&] { options.CheckAnime.setValue(1); }},  {"display", [&] { options.CheckSpeana.setValue(1); }},
-        {"display", [&] { options.CheckPanel.setValue(1); }},  {"display", [&] { options.setSkinScale(3); }},
-        {"panel", [&] { options.HScrollSpeana.setValue(4); }}, {"panel", [&] { options.FftOption[2].setValue(true); }},
-        {"lyrics", [&] { options.CheckLyrics.setValue(1); }},  {"output", [&] { options.setOutputDevice(3); }},
-        {"output", [&] { options.HScrollBuffer.setValue(600); }}, {"pitch", [&] { options.HScrollHiPitch.setValue(150); }},
-        {"pitch", [&] { options.HScrollLowPitch.setValue(60); }}, {"pitch", [&] { options.HScrollStepPitch.setValue(9); }},
-        {"columns", [&] { options.CheckListTime.setValue(1); }},  {"columns", [&] { options.CheckListTypeS.setValue(1); }},
-    };
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
-        told.clear();
-        cases[i].change();
-        EXPECT_EQ(told, cases[i].whom) << i;
     }
 }
 
@@ -147,8 +99,24 @@ TEST(FormOpt, AFolderIsTakenFromItsDialogAndKeptWhenThatIsCancelled) {
     EXPECT_EQ(o.options.lyricsFolder(), "D:\\歌詞");
     o.options.CommandLyricsDir.click();
     EXPECT_EQ(o.options.lyricsFolder(), "D:\\歌詞");
+}
+
+TEST(FormOpt, WhatIsTypedCountsWhenTheKeyboardHasLeftIt) {
+    Opened o;
+    std::string told;
+    o.options.onLyricsSources = [&] { told += "lyrics "; };
+    o.options.onPictureFolder = [&] { told += "pictures "; };
+    o.options.onNameFormat = [&] { told += "format "; };
+    o.options.settleTexts();
+    o.options.TextLyricsDir.setText("\\\\serv");  // half a path must not be looked for in the network
+    EXPECT_EQ(told, "");
+    o.options.TextLyricsDir.onLeave();
+    o.options.TextLyricsDir.onLeave();
+    EXPECT_EQ(told, "lyrics ");
+    o.options.TextReName.setText("*T"), o.options.TextReName.onLeave();
     o.dialogs.folderAnswers = {"D:\\絵"};
     o.options.CommandBmpDir.click();
+    EXPECT_EQ(told, "lyrics format pictures ");
     EXPECT_EQ(o.options.pictureFolder(), "D:\\絵");
 }
 

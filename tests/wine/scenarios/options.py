@@ -1,12 +1,17 @@
 """The options window, what acts at once, the about window, and the panel while music plays."""
 
+import shutil
+
+from PIL import Image
+
 from harness import material
+from harness.scenario import ROOT
 
 LIMIT = 180
 
 OPTIONS, CLOSE = (321, 32), (456, 32)  # buttons of the default skin
 PANEL = (40, 83, 85, 30)
-TABS = ("display", "playback", "lyrics", "lists")
+TABS = {"display": 28, "playback": 82, "lyrics": 136, "lists": 200}  # and where each is clicked
 
 
 def start(s, *arguments, folder=None):
@@ -44,7 +49,7 @@ def test_every_tab_shows_its_controls(s):
     form = open_options(s, window)
     tabs = form.control(class_name="SysTabControl32")
     seen = []
-    for name, at in zip(TABS, (28, 82, 136, 200)):
+    for name, at in TABS.items():
         tabs.click(at, 10)
         s.pause(0.6)
         s.screenshot(f"options-{name}", form)
@@ -110,6 +115,55 @@ def test_an_option_acts_at_once_and_is_kept(s):
     form.wait_closed()
     end(s, program, s.driver.find(title="Quenlox  Ver 1.0.0"))
     assert "SpeanaMode=1" in (folder / "Quenlox.ini").read_bytes().decode("cp932")
+
+
+def test_what_is_chosen_for_the_lyrics_is_seen_in_their_window_at_once(s):
+    folder = s.fresh_product("lyrics")
+    (folder / "Quenlox.ini").write_bytes(b"[Option]\r\nX=9000\r\n[Lyrics]\r\nX=150\r\nY=4500\r\nW=6000\r\nH=3600\r\n")
+    tune = s.material / "夜" / "demo.mp3"
+    pictures, words = s.material / "pic", s.material / "words"
+    for each in (tune.parent, pictures, words):
+        each.mkdir(exist_ok=True)
+    shutil.copy(ROOT / "demo/quenlox-demo.mp3", tune)
+    (words / "demo.lrc").write_text("[00:00]別の歌詞\n", "utf-8")
+    gradient = Image.linear_gradient("L").resize((320, 240))
+    Image.merge("RGB", (gradient, gradient.rotate(90), gradient.rotate(180))).save(pictures / "夜.bmp")
+    program, window = start(s, tune, "/p", folder=folder)
+    lyrics = s.driver.wait_window(title="歌詞")
+    form = open_options(s, window)
+    form.control(class_name="SysTabControl32").click(TABS["lyrics"], 10)
+    s.pause(0.6)
+
+    def look():
+        x, y, width, height = lyrics.place
+        return s.screen().crop((x + 4, y + 30, x + width - 4, y + height - 4))
+
+    def changes(what, act):
+        # The line that is sung changes by itself, too, but not into the same picture twice within this time.
+        before = look().tobytes()
+        act()
+        s.wait_until(lambda: look().tobytes() != before, 1.5, f"{what} is seen")
+        s.screenshot(f"lyrics-{what}", lyrics)
+
+    for what in ("1行", "5行", "太字で表示する", "タイムタグも表示する"):
+        changes(what, lambda: press(form, what))
+    # The boxes from the top: font, lyrics folder, picture folder.
+    font, sources, behind = sorted((c for c in form.controls() if c.class_name == "Edit" and c.visible), key=lambda c: c.y)
+
+    def type_into(box, text):
+        box.click()
+        box.set_text(text)
+        s.driver.keys("tab")
+
+    changes("background", lambda: type_into(behind, s.windows_path(pictures)))
+    colors = look().resize((8, 8)).getcolors(64)
+    assert len(colors) > 40, f"the picture lies behind the lines: {len(colors)} colours"
+    changes("folder", lambda: type_into(sources, s.windows_path(words)))
+    changes("font", lambda: type_into(font, "IPAPGothic"))
+    s.screenshot("lyrics-options", form)
+    press(form, "閉じる")
+    form.wait_closed()
+    end(s, program, window)
 
 
 def test_the_about_window_names_the_versions(s):
