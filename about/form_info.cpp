@@ -17,7 +17,9 @@ FormInfo::FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell)
     setCaption("バージョン情報");
     LabelName.setCaption("Quenlox");
     LabelName.setFont({"ＭＳ Ｐゴシック", 20, true});
-    LabelLicence.setCaption("使用しているライブラリとライセンスは、licencesフォルダにあります。");
+    LabelLicence.setCaption("Copyright (c) 2026 the Quenlox project  (MIT License)");
+    LabelLibraries.setCaption("libmpg123、LAME、SoundTouch (LGPL) と KissFFT (BSD) を使用しています。\r\n"
+                              "ライセンスの全文はlicencesフォルダにあります。");
     CommandLicence.setCaption("ライセンス(&L)");
     CommandHelp.setCaption("ヘルプ(&H)");
     CommandClose.setCaption("閉じる");
@@ -58,7 +60,7 @@ void FormInfo::Form_Unload(bool& cancel) {
 Layout FormInfo::layout() {
     constexpr int kButton = 64, kHeight = 14;
     return Column({Item(LabelName, 220, 24), Item(LabelVersion, 220), Space(0, 4), Item(LabelVbmp3, 220), Item(LabelGogo, 220), Space(0, 4),
-                   Item(LabelLicence, 240), Space(0, 4),
+                   Item(LabelLicence, 240), Item(LabelLibraries, 240, 20), Space(0, 4),
                    Row({Item(CommandLicence, kButton, kHeight), Item(CommandHelp, kButton, kHeight), Space(0, 0, 1),
                         Item(CommandClose, kButton, kHeight)})});
 }

@@ -26,6 +26,7 @@ class FormInfo : public Form {
     Label LabelVbmp3{*this, "LabelVbmp3"};
     Label LabelGogo{*this, "LabelGogo"};
     Label LabelLicence{*this, "LabelLicence"};
+    Label LabelLibraries{*this, "LabelLibraries"};
     CommandButton CommandLicence{*this, "CommandLicence"};
     CommandButton CommandHelp{*this, "CommandHelp"};
     CommandButton CommandClose{*this, "CommandClose"};
