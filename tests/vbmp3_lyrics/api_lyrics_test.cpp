@@ -133,15 +133,6 @@ TEST_F(LyricsApi, ASideFileThatCannotServeLeavesTheLyricsAsTheyWere) {
     EXPECT_STREQ(lines().rows[2], "good");
 }
 
-TEST_F(LyricsApi, TheExtensionDecidesHowASideFileIsRead) {
-    const std::string text = "[00:00:00][00:00:50]あ[00:01:00]い";
-    ASSERT_EQ(vbmp3_setLyricsFile(write("a.kra", text).c_str()), 1);
-    EXPECT_EQ(lines().total, 1);
-    EXPECT_EQ(lines().progressBytes, 0);
-    ASSERT_EQ(vbmp3_setLyricsFile(write("a.lrc", text).c_str()), 1);
-    EXPECT_EQ(lines().total, 2);
-}
-
 TEST_F(LyricsApi, ARecordThatIsSmallerIsNotWrittenBeyondItsSize) {
     ASSERT_EQ(vbmp3_setLyricsFile(write("a.lrc", "[00:00]a\n[00:01]b").c_str()), 1);
     vbmp3_LyricsLines record{};

@@ -98,10 +98,9 @@ TEST(Id3v2Lyrics, SyllablesSurviveAsWordsOfTheirLine) {
 
 TEST(Id3v2Lyrics, UnsynchronisedLyricsAreReadInEveryEncoding) {
     EXPECT_EQ(readUslt(bytes("\0engdescription\0line\nline"s)), "line\nline");
-    EXPECT_EQ(readUslt(bytes("\0jpn\0\x82\xA0"s)), "あ");
-    EXPECT_EQ(readUslt(bytes("\1jpn\xFF\xFE\0\0\xFF\xFE\x42\x30"s)), "あ");
-    EXPECT_EQ(readUslt(bytes("\2jpn\0\0\x30\x42"s)), "あ");
-    EXPECT_EQ(readUslt(bytes("\3jpn\0あ"s)), "あ");
+    for (const std::string& frame : {"\0jpn\0\x82\xA0"s, "\1jpn\xFF\xFE\0\0\xFF\xFE\x42\x30"s, "\2jpn\0\0\x30\x42"s, "\3jpn\0あ"s}) {
+        EXPECT_EQ(readUslt(bytes(frame)), "あ");
+    }
     EXPECT_FALSE(readUslt(bytes("\3jpn\0 \n"s)));
     EXPECT_FALSE(readUslt(bytes("\3jp"s)));
 }
