@@ -1,5 +1,6 @@
 // The spectrum: bars with falling peaks and what else can be made of it.
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "speana/drawing.h"
@@ -129,21 +130,28 @@ void Ridges(PanelCanvas& c) {
     }
 }
 
-// The lowest row burns as the bands say; each row above takes the heat of those below it and cools.
+// The lowest row burns as the bands say; each row above takes the heat of a place near by below it and cools. How hot a
+// pixel is is told by its light, so that flames go through the colours from white to dark.
 void Fire(PanelCanvas& c) {
-    c.picture.copy(c.picture, {0, 1, kWidth, kHeight - 1}, {0, 0});
-    for (int x = 0; x < kWidth; ++x) {
-        const int heat = c.levelAt(x) * (110 + c.random(140)) / 255;
-        c.set(x, kHeight - 1, c.colors.shade(heat));
-    }
-    const Surface& still = c.still();
-    for (int y = 0; y < kHeight - 1; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
-            const Color self = Surface::ToColor(still.at(x, y));
-            const Color side = Surface::ToColor(still.at(x + (c.random(2) == 0 ? -1 : 1), y));
-            c.set(x, y, Mix(PanelColors::kBack, Mix(self, side, 100), 246 - c.random(24)));
+    const auto light = [](Surface::Pixel pixel) {
+        const Color color = Surface::ToColor(pixel);
+        return At(color.red + color.green + color.blue);
+    };
+    std::array<std::uint8_t, 3 * 255 + 1> heatOf{};
+    for (int heat = 0, from = 0; heat < 256; ++heat) {
+        for (const int to = static_cast<int>(light(Surface::ToPixel(c.colors.shade(heat)))); from <= to; ++from) {
+            heatOf[At(from)] = static_cast<std::uint8_t>(heat);
         }
     }
+    const auto pixels = c.picture.pixels();
+    for (int y = 0; y < kHeight - 1; ++y) {
+        for (int x = 0; x < kWidth; ++x) {
+            const int below = std::clamp(x + c.random(3) - 1, 0, kWidth - 1);
+            const int heat = heatOf[light(pixels[At((y + 1) * kWidth + below)])];
+            pixels[At(y * kWidth + x)] = Surface::ToPixel(c.colors.shade(heat - c.random(19)));
+        }
+    }
+    for (int x = 0; x < kWidth; ++x) c.set(x, kHeight - 1, c.colors.shade(c.levelAt(x) * (170 + c.random(130)) / 255));
 }
 
 // A very small picture of the bars, stretched to the panel.

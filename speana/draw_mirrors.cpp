@@ -40,10 +40,19 @@ void Zoom(PanelCanvas& c, int inX, int inY, Point centre = {kMiddleX, kMiddleY})
     }
 }
 
+// A frame in the middle, lit where the wave is large; one after the other runs out to the walls.
 void Tunnel(PanelCanvas& c) {
     Zoom(c, 3, 1);
-    c.fade(224);
-    Trace(c, kMiddleY, 6, c.colors.ring(Now(c) * 2));
+    c.fade(240);
+    constexpr int kAcross = 6, kDown = 2, kRound = 4 * (kAcross + kDown);
+    if (Now(c) % 2 != 0 && !c.beat) return;
+    for (int i = 0; i < kRound; ++i) {
+        const int side = i % (kRound / 2);
+        const bool flat = side < 2 * kAcross, turned = i >= kRound / 2;
+        const int x = flat ? side - kAcross : kAcross, y = flat ? -kDown : side - 2 * kAcross - kDown;
+        const int size = std::abs(c.wave[At(i * 2)]);
+        c.set(kMiddleX + (turned ? -x : x), kMiddleY + (turned ? -y : y), Mix(PanelColors::kBack, c.colors.ring(Now(c) * 3 + i * 2), 50 + size * 4 / 5));
+    }
 }
 
 void Drain(PanelCanvas& c) {
@@ -61,7 +70,7 @@ void Drain(PanelCanvas& c) {
 
 void WideStretch(PanelCanvas& c) {
     Zoom(c, 4, 0);
-    c.fade(240);
+    c.fade(218);
     Point last{kMiddleX, 0};
     for (int y = 0; y < kHeight; ++y) {
         const Point next{Row(kMiddleX, c.wave[At(y * 2)], 12), y};
@@ -72,7 +81,7 @@ void WideStretch(PanelCanvas& c) {
 
 void TallStretch(PanelCanvas& c) {
     Zoom(c, 0, 2);
-    c.fade(232);
+    c.fade(200);
     Trace(c, kMiddleY, 5, c.colors.counter(215));
 }
 
@@ -107,7 +116,9 @@ void Lake(PanelCanvas& c) {
 void Windows(PanelCanvas& c) {
     Surface small(28, 10, PanelColors::kBack);
     for (int x = 1; x < 28; ++x) {
-        small.line({x - 1, Row(5, c.wave[At(x * 3 - 3)], 5)}, {x, Row(5, c.wave[At(x * 3)], 5)}, c.colors.shade(170 + x * 3));
+        const int y = Row(5, c.wave[At(x * 3)], 5);
+        for (int below = y + 1; below < 10; ++below) small.set(x, below, c.colors.shade(72 - below * 4));
+        small.line({x - 1, Row(5, c.wave[At(x * 3 - 3)], 5)}, {x, y}, c.colors.shade(170 + x * 3));
     }
     constexpr int kColumns[] = {0, 20, 65, 85}, kRows[] = {0, 7, 23, 30};
     c.fade(110);
@@ -115,7 +126,7 @@ void Windows(PanelCanvas& c) {
         for (int column = 0; column < 3; ++column) {
             const Rect where{kColumns[column], kRows[row], kColumns[column + 1] - kColumns[column] - 1, kRows[row + 1] - kRows[row] - 1};
             c.picture.stretch(small, small.rect(), where);
-            if (row != 1 || column != 1) c.fade(where, 100 + 30 * ((row + column + Now(c) / 8) % 3));
+            if (row != 1 || column != 1) c.fade(where, 130 + 40 * ((row + column + Now(c) / 8) % 3));
         }
     }
 }
@@ -161,7 +172,7 @@ void Breath(PanelCanvas& c) {
 void Comet(PanelCanvas& c) {
     const Point centre{kMiddleX + PanelSine(Now(c) * 2) * 30 / 256, kMiddleY + PanelSine(Now(c) * 3 + 40) * 9 / 256};
     Zoom(c, 3, 1, centre);
-    c.fade(228);
+    c.fade(208);
     for (int i = 0; i < 40; ++i) {
         const int angle = i * 6 + Now(c) * 5, radius = 2 + std::abs(c.wave[At(i * 2)]) * 9 / 256;
         c.set(centre.x + PanelCosine(angle) * radius * 2 / 256, centre.y + PanelSine(angle) * radius / 256, c.colors.ring(Now(c) * 2 + i));

@@ -102,13 +102,6 @@ void PanelCanvas::fade(const Rect& where, int keep) {
     }
 }
 
-void PanelCanvas::add(int x, int y, Color color) {
-    if (!picture.rect().contains({x, y})) return;
-    const Color under = Surface::ToColor(picture.at(x, y));
-    const auto sum = [](int a, int b) { return static_cast<std::uint8_t>(std::min(255, a + b)); };
-    picture.set(x, y, {sum(under.red, color.red), sum(under.green, color.green), sum(under.blue, color.blue)});
-}
-
 void PanelCanvas::scroll(const Rect& where, int dx, int dy) {
     const Rect source = Intersect(where, {where.left - dx, where.top - dy, where.width, where.height});
     picture.copy(picture, source, {source.left + dx, source.top + dy});
@@ -121,15 +114,6 @@ void PanelCanvas::scroll(const Rect& where, int dx, int dy) {
 const Surface& PanelCanvas::still() {
     still_.copy(picture, {0, 0});
     return still_;
-}
-
-int PanelCanvas::levelAt(int x) const {
-    return bar[static_cast<std::size_t>(std::clamp(x * bands / kWidth, 0, bands - 1))];
-}
-
-int PanelCanvas::random(int below) {
-    seed_ = seed_ * 1664525u + 1013904223u;
-    return static_cast<int>((seed_ >> 16) % static_cast<std::uint32_t>(below));
 }
 
 }  // namespace quenlox

@@ -3,6 +3,7 @@
 // gives the same picture everywhere.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -45,7 +46,14 @@ class PanelCanvas {
     void fade(int keep) { fade(picture.rect(), keep); }
     void fade(const Rect& where, int keep);
     void set(int x, int y, Color color) { picture.set(x, y, color); }
-    void add(int x, int y, Color color);  // light upon light
+    // Light upon light.
+    void add(int x, int y, Color color) {
+        if (!picture.rect().contains({x, y})) return;
+        auto& pixel = picture.pixels()[static_cast<std::size_t>(y * kWidth + x)];
+        const Color under = Surface::ToColor(pixel);
+        const auto sum = [](int a, int b) { return static_cast<std::uint8_t>(std::min(255, a + b)); };
+        pixel = Surface::ToPixel({sum(under.red, color.red), sum(under.green, color.green), sum(under.blue, color.blue)});
+    }
     // The picture moves; what becomes free is background.
     void scroll(int dx, int dy) { scroll(picture.rect(), dx, dy); }
     void scroll(const Rect& where, int dx, int dy);
@@ -55,8 +63,13 @@ class PanelCanvas {
     int barWidth() const { return bands <= 21 ? 3 : 1; }
     int barPitch() const { return bands <= 21 ? 4 : bands <= 42 ? 2 : 1; }
     int barLeft(int band) const { return 1 + band * barPitch() - (bands > 42 ? 1 : 0); }
-    int levelAt(int x) const;  // the bar that column x belongs to, 0 to 255
-    int random(int below);     // the same row of numbers after every clear()
+    // The bar that column x belongs to, 0 to 255.
+    int levelAt(int x) const { return bar[static_cast<std::size_t>(std::clamp(x * bands / kWidth, 0, bands - 1))]; }
+    // The same row of numbers after every clear().
+    int random(int below) {
+        seed_ = seed_ * 1664525u + 1013904223u;
+        return static_cast<int>((seed_ >> 16) % static_cast<std::uint32_t>(below));
+    }
 
   private:
     void takeBars(const SoundFrame& sound);

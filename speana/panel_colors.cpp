@@ -53,11 +53,6 @@ std::array<Color, 256> Shades(int hue, int turn) {
 
 }  // namespace
 
-Color Mix(Color from, Color to, int weight) {
-    const auto mix = [weight](int a, int b) { return static_cast<std::uint8_t>(a + (b - a) * weight / 256); };
-    return {mix(from.red, to.red), mix(from.green, to.green), mix(from.blue, to.blue)};
-}
-
 PanelColors::PanelColors(Color accent)
     : accent_(accent), shades_(Shades(HueOf(accent), -200)), counters_(Shades(HueOf(accent) + 700, 160)) {
     const int hue = HueOf(accent);

@@ -30,6 +30,9 @@ class PanelColors {
 };
 
 // `from` at 0 to `to` at 256.
-Color Mix(Color from, Color to, int weight);
+inline Color Mix(Color from, Color to, int weight) {
+    const auto mix = [weight](int a, int b) { return static_cast<std::uint8_t>(a + (b - a) * weight / 256); };
+    return {mix(from.red, to.red), mix(from.green, to.green), mix(from.blue, to.blue)};
+}
 
 }  // namespace quenlox
