@@ -90,7 +90,8 @@ void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines
     } else {
         on.fill(look.back);
     }
-    const Color pale = Mix(look.text, look.back);
+    // On a picture pale is less pale, or it could not be read.
+    const Color pale = look.behind ? Mix(look.text, Mix(look.text, look.back)) : Mix(look.text, look.back);
     for (const LyricsBand& band : LyricsBands(look.lines, {on.width(), on.height()})) {
         const std::string text = RowText(lines, band.row);
         if (text.empty()) continue;
@@ -106,7 +107,12 @@ void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines
         if (where.empty()) continue;
         const int wide = painter.measure(stamp + text, style).width;
         if (wide > where.width) {
-            style.font.points = std::max(style.font.points * where.width / wide, std::min(kSmallestPoints, style.font.points));
+            const double least = std::min(kSmallestPoints, style.font.points);
+            style.font.points = std::max(style.font.points * where.width / wide, least);
+            // Type comes in whole pixels, so that a line may be a little wider than reckoned.
+            while (style.font.points > least && painter.measure(stamp + text, style).width > where.width) {
+                style.font.points = std::max(style.font.points - 0.5, least);
+            }
         }
         if (!stamp.empty()) {
             painter.draw(on, where, stamp, style);
