@@ -102,7 +102,7 @@ Layout FormOpt::layout() {
                                  Item(LabelBmpNames, 230)}))});
     const Layout lists = Column(
         {Group(FrameList, Column({Item(CheckListType), Item(CheckListTypeS), Item(CheckListTime), Item(CheckDelList)})),
-         Group(FrameReName, Column({Item(TextReName, 200), Item(LabelTokens, 230, 20), Item(LabelCase, 230), Item(LabelForbidden, 230),
+         Group(FrameReName, Column({Item(TextReName, 200, 0, 1), Item(LabelTokens, 230, 20), Item(LabelCase, 230), Item(LabelForbidden, 230),
                                     Item(CheckReName)}))});
     return Column({Pages(Tabs, {display, play, lyrics, lists}, 1),
                    Row({Item(CommandDefaults, kButtonWidth, kButtonHeight), Space(0, 0, 1), Item(CommandClose, kButtonWidth, kButtonHeight)})});

@@ -160,7 +160,8 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     vbmp3.spectrum = {900, 500};
     start("\"" + song + "\" /pm2");
     windows.pumpMessages();
-    state().CurrentIndex[0] = 0, state().TitleMode = 1, state().ViewType = 30;
+    state().CurrentIndex[0] = 0, state().ViewType = 30;
+    top().TitleLabel_DblClick();  // the title of the tag
     FormOpt& o = application->options();
     FormLyrics& lyrics = application->lyrics();
     ListView& list = application->list().PlayView[0];
@@ -253,6 +254,7 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
+        c.seen(), c.change(true), c.change(false);  // so that what is seen is that of the option's first value
         const std::string before = c.seen();
         c.change(true);
         EXPECT_NE(c.seen(), before);

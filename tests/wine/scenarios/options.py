@@ -159,7 +159,7 @@ def test_what_is_chosen_for_the_lyrics_is_seen_in_their_window_at_once(s):
     colors = look().resize((8, 8)).getcolors(64)
     assert len(colors) > 40, f"the picture lies behind the lines: {len(colors)} colours"
     changes("folder", lambda: type_into(sources, s.windows_path(words)))
-    changes("font", lambda: type_into(font, "IPAPGothic"))
+    changes("font", lambda: type_into(font, "IPAGothic"))
     s.screenshot("lyrics-options", form)
     press(form, "閉じる")
     form.wait_closed()
