@@ -18,6 +18,14 @@ def view(window):
     return next(c for c in window.controls() if c.class_name == "SysListView32" and c.visible)
 
 
+def ends_wine(file):
+    """A WAVE file whose damaged head names a rate that no device has: the library refuses it, the media control interface is
+    asked, and there Wine's sound driver ends the process by an assertion of its sound library. Windows refuses it."""
+    head = file.read_bytes()[:200]
+    at = head.find(b"fmt ")
+    return at >= 0 and not 1000 <= int.from_bytes(head[at + 12:at + 16], "little") <= 700000
+
+
 def in_the_product(folder, count):
     faults = []
     with product.session("folder") as s:
@@ -83,7 +91,7 @@ def run(quick):
     part = ROOT / f"build/soak/damaged {sample}"
     if not part.exists():
         part.mkdir()
-        for file in sorted(folder.iterdir())[:sample]:
+        for file in [file for file in sorted(folder.iterdir()) if not ends_wine(file)][:sample]:
             shutil.copy(file, part)
     more, other = in_the_product(part, sample)
     return numbers | more, faults + other

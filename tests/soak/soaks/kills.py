@@ -3,6 +3,7 @@
 import os
 import random
 import re
+import shutil
 import signal
 import subprocess
 import time
@@ -43,9 +44,10 @@ def kill_savers(s, count, chance):
     """Kills of a program that does nothing but write, as the real one does."""
     folder = s.dir / "saver"
     folder.mkdir()
+    saver = shutil.copy(ROOT / "build/win64/tests/soak/soak_saver.exe", folder)
     faults, left = [], 0
     for _ in range(count):
-        process = s.session.start(ROOT / "build/win64/tests/soak/soak_saver.exe", s.windows_path(folder), ROWS, stdout=subprocess.PIPE)
+        process = s.session.start(saver, ROWS, stdout=subprocess.PIPE)
         process.stdout.readline()
         time.sleep(chance.uniform(0, 0.15))
         kill(process)
