@@ -127,6 +127,35 @@ def sheen_ring(canvas, cx, cy, outer, inner, dark, light, turns, phase):
     canvas.close()
 
 
+PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
+
+
+def commands(x, step, y, width, height, mini, close, small):
+    """The places of the command buttons: five in a row, and those of the window with a width of their own."""
+    places = {n: (x + step * i, y, width, height) for i, n in enumerate(("list", "opt", "tag", "conv", "help"))}
+    places.update({n: (*at, *small) for n, at in (("mini", mini), ("close", close))})
+    return places
+
+
+def draw_level(c, place, side, middle, far, cap, ridge):
+    """Display D at full volume: a rounded column with a bright cap, which is the first line of the picture."""
+    x, y, w, h = place[:4]
+    c.path(rounded(x, y, w, h, 0), c.linear(x, 0, x + w, 0, (0, side), (ridge, middle), (1, far)))
+    c.path(rounded(x, y, w, 2, 0), cap)
+
+
+def picture(layer, size, buttons, key, **painters):
+    """One layer of a window as SVG. `key(canvas, name, pressed)` draws a button, painters[layer](canvas) another layer."""
+    c = Canvas(*size)
+    if layer in ("released", "pressed"):
+        for name in buttons:
+            c.focus = buttons[name]
+            key(c, name, layer == "pressed")
+    elif layer in painters:
+        painters[layer](c)
+    return c.svg()
+
+
 # Icons: (filled path, stroked path, stroke width), centred on 0, 0, at most 16 pixels across.
 ICON_BOX = (-12, -12, 24, 24)
 ICONS = {

@@ -24,10 +24,11 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 sys.dont_write_bytecode = True
 sys.path.insert(0, HERE)
 
+from kit import PLAYBACK  # noqa: E402
+
 SCALE = 4
 RENDERED_WITH = "2.54.7"
 NAMES = ("default", "hakuji", "obi")
-PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
 COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 
 

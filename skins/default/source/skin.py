@@ -2,7 +2,7 @@
 
 import math
 
-from kit import ICON_BOX, Canvas, arc, circle, icon, mix, num, rounded, sheen_ring
+from kit import ICON_BOX, PLAYBACK, arc, circle, commands, draw_level, icon, mix, num, picture, rounded, sheen_ring
 
 COMMENT = ("Quenlox default skin",)
 WIDTH, HEIGHT = 476, 164
@@ -37,8 +37,7 @@ SCOPE = ((6, 8, 11), (255, 178, 107))
 KEYS = {"back": (174, 34), "play": (208, 50), "pause": (258, 34), "next": (292, 34),
         "low": (332, 29), "high": (361, 29), "double": (390, 30)}
 BUTTONS = {n: (x, 116, w, 30) for n, (x, w) in KEYS.items()}
-BUTTONS.update({n: (289 + 26 * i, 22, 26, 20) for i, n in enumerate(("list", "opt", "tag", "conv", "help"))})
-BUTTONS.update({"mini": (426, 22, 20, 20), "close": (446, 22, 20, 20)})
+BUTTONS.update(commands(289, 26, 22, 26, 20, mini=(426, 22), close=(446, 22), small=(20, 20)))
 
 LENS = (82, 82)
 
@@ -219,7 +218,7 @@ def draw_panel(c):
     c.inner_shadow(d, "#000000", 0.9, 2, 0, 1.5)
     c.path(d, stroke="#ffffff", stroke_width=1, opacity=0.15, transform="translate(0 0.7)")
     step = w / 7
-    for i, name in enumerate(("play", "pause", "back", "next", "low", "high", "double")):
+    for i, name in enumerate(PLAYBACK):
         cx, cy = x + step * (i + 0.5), y + h / 2
         if i:
             c.path(f"M{num(x + step * i)} {y + 8}V{y + h - 8}", stroke="#ffffff", stroke_width=0.8, opacity=0.12)
@@ -227,24 +226,14 @@ def draw_panel(c):
         icon(c, name, cx, cy, mix(GLOW, "#ffffff", 0.45), 0.95)
 
 
+def draw_filled(c):
+    d = rounded(176, 108, 242, 3, 1.5)
+    c.path(d, GLOW, filter=c.blur(1.6), opacity=0.75)
+    c.path(d, c.linear(176, 0, 418, 0, (0, "#e98845"), (0.6, GLOW), (1, "#ffe2c2")))
+
+
 def draw(layer):
-    c = Canvas(WIDTH, HEIGHT)
-    if layer == "mask":
-        c.path(outline(), "#ffffff")
-    if layer == "back":
-        draw_back(c)
-    if layer in ("released", "pressed"):
-        for name in BUTTONS:
-            c.focus = BUTTONS[name]
-            (draw_key if name in KEYS else draw_command)(c, name, layer == "pressed")
-    if layer == "filled":
-        d = rounded(176, 108, 242, 3, 1.5)
-        c.path(d, GLOW, filter=c.blur(1.6), opacity=0.75)
-        c.path(d, c.linear(176, 0, 418, 0, (0, "#e98845"), (0.6, GLOW), (1, "#ffe2c2")))
-    if layer == "level":
-        x, y, w, h = DISPLAY_D[:4]
-        c.path(rounded(x, y, w, h, 0), c.linear(x, 0, x + w, 0, (0, "#d9773a"), (0.45, "#ffc48b"), (1, "#c96a30")))
-        c.path(rounded(x, y, w, 2, 0), "#fff0de")
-    if layer == "panel":
-        draw_panel(c)
-    return c.svg()
+    return picture(layer, (WIDTH, HEIGHT), BUTTONS,
+                   lambda c, name, pressed: (draw_key if name in KEYS else draw_command)(c, name, pressed),
+                   mask=lambda c: c.path(outline(), "#ffffff"), back=draw_back, filled=draw_filled, panel=draw_panel,
+                   level=lambda c: draw_level(c, DISPLAY_D, "#d9773a", "#ffc48b", "#c96a30", "#fff0de", 0.45))

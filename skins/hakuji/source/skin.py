@@ -2,7 +2,7 @@
 
 import math
 
-from kit import ICON_BOX, Canvas, circle, icon, mix, num, polygon, rounded
+from kit import ICON_BOX, PLAYBACK, circle, commands, draw_level, icon, mix, num, picture, polygon, rounded
 
 COMMENT = ("Quenlox skin: hakuji (white porcelain)",)
 WIDTH, HEIGHT = 300, 392
@@ -36,8 +36,7 @@ SCOPE = ((12, 20, 42), (150, 184, 246))
 ROUND = {"play": (150, 284, 27), "back": (94, 284, 20), "next": (206, 284, 20), "pause": (48, 280, 16),
          "double": (252, 280, 16), "low": (106, 321, 13), "high": (194, 321, 13)}
 BUTTONS = {n: (x - r - 1, y - r - 1, 2 * r + 2, 2 * r + 2) for n, (x, y, r) in ROUND.items()}
-BUTTONS.update({n: (87 + 25 * i, 364, 25, 20) for i, n in enumerate(("list", "opt", "tag", "conv", "help"))})
-BUTTONS.update({"mini": (128, 16, 22, 20), "close": (150, 16, 22, 20)})
+BUTTONS.update(commands(87, 25, 364, 25, 20, mini=(128, 16), close=(150, 16), small=(22, 20)))
 
 TOP, BOTTOM, MIDDLE = 3.5, 388.5, 150
 
@@ -194,7 +193,7 @@ def draw_panel(c):
     c.close()
     c.path(d, stroke="#5d6a7d", stroke_width=0.8)
     step = w / 7
-    for i, name in enumerate(("play", "pause", "back", "next", "low", "high", "double")):
+    for i, name in enumerate(PLAYBACK):
         if i:
             c.path(f"M{num(x + step * i)} {y + 30}V{y + 50}", stroke="#ffffff", stroke_width=0.8, opacity=0.3)
         cx = x + step * (i + 0.5) + (2.5 if i == 0 else -2.5 if i == 6 else 0)
@@ -202,25 +201,19 @@ def draw_panel(c):
         icon(c, name, cx, y + 40, "#ffffff", 1)
 
 
+def draw_filled(c):
+    d = rounded(26.5, 230.5, 247, 5, 2.5)
+    c.path(d, c.linear(26, 0, 274, 0, (0, "#7fa3e6"), (0.5, COBALT), (1, DEEP)))
+    c.path(rounded(28, 231.2, 244, 1.4, 0.7), "#ffffff", opacity=0.45)
+
+
+def draw_ground(c):
+    draw_back(c)
+    draw_sockets(c)
+
+
 def draw(layer):
-    c = Canvas(WIDTH, HEIGHT)
-    if layer == "mask":
-        c.path(outline(), "#ffffff")
-    if layer == "back":
-        draw_back(c)
-        draw_sockets(c)
-    if layer in ("released", "pressed"):
-        for name in BUTTONS:
-            c.focus = BUTTONS[name]
-            (draw_key if name in ROUND else draw_command)(c, name, layer == "pressed")
-    if layer == "filled":
-        d = rounded(26.5, 230.5, 247, 5, 2.5)
-        c.path(d, c.linear(26, 0, 274, 0, (0, "#7fa3e6"), (0.5, COBALT), (1, DEEP)))
-        c.path(rounded(28, 231.2, 244, 1.4, 0.7), "#ffffff", opacity=0.45)
-    if layer == "level":
-        x, y, w, h = DISPLAY_D[:4]
-        c.path(rounded(x, y, w, h, 0), c.linear(x, 0, x + w, 0, (0, DEEP), (0.4, "#6d94e2"), (1, COBALT)))
-        c.path(rounded(x, y, w, 2, 0), "#c9dbff")
-    if layer == "panel":
-        draw_panel(c)
-    return c.svg()
+    return picture(layer, (WIDTH, HEIGHT), BUTTONS,
+                   lambda c, name, pressed: (draw_key if name in ROUND else draw_command)(c, name, pressed),
+                   mask=lambda c: c.path(outline(), "#ffffff"), back=draw_ground, filled=draw_filled, panel=draw_panel,
+                   level=lambda c: draw_level(c, DISPLAY_D, DEEP, "#6d94e2", COBALT, "#c9dbff", 0.4))

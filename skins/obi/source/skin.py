@@ -2,7 +2,7 @@
 
 import math
 
-from kit import ICON_BOX, Canvas, circle, icon, mix, num, rounded
+from kit import ICON_BOX, PLAYBACK, circle, commands, draw_level, icon, mix, num, picture, rounded
 
 COMMENT = ("Quenlox skin: obi (sash)",)
 WIDTH, HEIGHT = 812, 84
@@ -37,8 +37,7 @@ KNOT = (272, 3, 178, 78)
 KEYS = {"back": (281, 10, 36, 37), "play": (317, 10, 52, 37), "pause": (369, 10, 36, 37), "next": (405, 10, 36, 37),
         "low": (298, 51, 42, 23), "high": (340, 51, 42, 23), "double": (382, 51, 42, 23)}
 BUTTONS = dict(KEYS)
-BUTTONS.update({n: (655 + 21 * i, 18, 20, 19) for i, n in enumerate(("list", "opt", "tag", "conv", "help"))})
-BUTTONS.update({"mini": (739, 44, 20, 19), "close": (760, 44, 20, 19)})
+BUTTONS.update(commands(655, 21, 18, 20, 19, mini=(739, 44), close=(760, 44), small=(20, 19)))
 
 
 def band():
@@ -186,30 +185,20 @@ def draw_panel(c):
     """Not used by the layout, but every package has the picture: the seven signs on the bare knot."""
     x, y, w, h = PANEL
     c.path(rounded(x, y, w, h, 0), NIGHT)
-    for i, name in enumerate(("play", "pause", "back", "next", "low", "high", "double")):
+    for i, name in enumerate(PLAYBACK):
         icon(c, name, x + w / 7 * (i + 0.5), y + h / 2, mix(GOLD, "#ffffff", 0.3), 1)
 
 
+def draw_mask(c):
+    c.path(band(), "#ffffff")
+    c.path(knot(), "#ffffff")
+
+
 def draw(layer):
-    c = Canvas(WIDTH, HEIGHT)
-    if layer == "mask":
-        c.path(band(), "#ffffff")
-        c.path(knot(), "#ffffff")
-    if layer == "back":
-        draw_back(c)
-    if layer in ("released", "pressed"):
-        for name in BUTTONS:
-            c.focus = BUTTONS[name]
-            (draw_key if name in KEYS else draw_command)(c, name, layer == "pressed")
-    if layer == "filled":
-        draw_cord(c)
-    if layer == "level":
-        x, y, w, h = DISPLAY_D[:4]
-        c.path(rounded(x, y, w, h, 0), c.linear(x, 0, x + w, 0, (0, "#a8452e"), (0.4, "#ff9a7b"), (1, CORAL)))
-        c.path(rounded(x, y, w, 2, 0), "#ffe9d8")
-    if layer == "panel":
-        draw_panel(c)
-    return c.svg()
+    return picture(layer, (WIDTH, HEIGHT), BUTTONS,
+                   lambda c, name, pressed: (draw_key if name in KEYS else draw_command)(c, name, pressed),
+                   mask=draw_mask, back=draw_back, filled=draw_cord, panel=draw_panel,
+                   level=lambda c: draw_level(c, DISPLAY_D, "#a8452e", "#ff9a7b", CORAL, "#ffe9d8", 0.4))
 
 
 def draw_cord(c):
