@@ -12,23 +12,9 @@
 namespace quenlox {
 namespace {
 
-constexpr std::size_t kLongestText = 127;
 constexpr std::uint64_t kLargestFile = 4u << 20;  // bytes
 
 }  // namespace
-
-std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key, std::int32_t whenMissing) {
-    return file.integer(section, key, whenMissing);
-}
-
-std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key, std::string_view whenMissing) {
-    const std::string text = file.text(section, key, whenMissing);
-    return std::string(CutUtf16Units(std::string_view(text).substr(0, text.find('\0')), kLongestText));
-}
-
-void WriteIniString(IniDocument& file, std::string_view section, std::string_view key, std::string_view value) {
-    file.set(section, key, TrimBlanks(value));
-}
 
 std::string SettingsFile::path() const { return UserFileToWrite(files_, kSettingsFileName); }
 

@@ -23,12 +23,6 @@ struct GlobalState;
 
 inline constexpr std::string_view kSettingsFileName = "Quenlox.ini";
 
-std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key, std::int32_t whenMissing);
-// At most 127 characters, counted in UTF-16 units; a character of two units is left out when only half of it fits.
-std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key, std::string_view whenMissing);
-// The value loses the blanks at both ends.
-void WriteIniString(IniDocument& file, std::string_view section, std::string_view key, std::string_view value);
-
 // Everything that the settings fill and are read back from.
 struct SettingsWindows {
     GlobalState& state;

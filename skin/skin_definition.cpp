@@ -5,13 +5,10 @@
 #include "forms/bmp.h"
 #include "skin/region_file.h"
 #include "text/paths.h"
-#include "text/strings.h"
 
 namespace quenlox {
 namespace {
 
-// Longer values are cut here, as everywhere in the settings.
-constexpr std::size_t kLongestValue = 127;
 // A window larger than any monitor is a mistake of the skin; it must not cost the memory for its picture.
 constexpr int kLargestWindow = 4096;
 constexpr std::uint64_t kLargestFile = 80u << 20;
@@ -22,8 +19,7 @@ class ListReader {
 
     // Reads the list of a key; field(n) then gives its n-th number, counted from 1.
     void read(const char* section, const std::string& key, const char* whenMissing) {
-        const std::string value = file_.text(section, key, whenMissing);
-        SplitNumbers(CutUtf16Units(value, kLongestValue), values_);
+        SplitNumbers(ReadIniString(file_, section, key, whenMissing), values_);
     }
     int field(int n) const { return values_(n); }
     bool absent() const { return field(1) < 0; }

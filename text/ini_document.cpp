@@ -9,6 +9,8 @@
 namespace quenlox {
 namespace {
 
+constexpr std::size_t kLongestValue = 127;
+
 // The profile calls drop tabs and other control characters like blanks.
 std::string_view TrimSpace(std::string_view text) {
     const auto isSpace = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
@@ -145,6 +147,19 @@ std::string IniDocument::serialise() const {
         for (const Line& line : section.lines) text.append(line.raw).append("\r\n");
     }
     return EncodeText(text);
+}
+
+std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key, std::int32_t whenMissing) {
+    return file.integer(section, key, whenMissing);
+}
+
+std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key, std::string_view whenMissing) {
+    const std::string text = file.text(section, key, whenMissing);
+    return std::string(CutUtf16Units(std::string_view(text).substr(0, text.find('\0')), kLongestValue));
+}
+
+void WriteIniString(IniDocument& file, std::string_view section, std::string_view key, std::string_view value) {
+    file.set(section, key, TrimBlanks(value));
 }
 
 }  // namespace quenlox

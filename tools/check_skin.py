@@ -17,8 +17,9 @@ PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
 COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 LETTERS = "ABCDEFGHI"
 MOST_RECTANGLES = 4001
-LONGEST_VALUE = 255
+LONGEST_VALUE = 127  # UTF-16 units
 FIELDS = 12
+LARGEST_WINDOW = 4096
 
 # section -> key -> how many fields its list needs (0: one integer)
 KEYS = {
@@ -123,7 +124,7 @@ def take(found, values, where, section, key, value):
     else:
         if len(value) >= 2 and value[0] == value[-1] and value[0] in "\"'":
             value = value[1:-1]
-        if len(value.encode("cp932", "replace")) > LONGEST_VALUE:
+        if len(value.encode("utf-16-le")) // 2 > LONGEST_VALUE:
             found.error(where, f"{known} is longer than {LONGEST_VALUE} characters and is cut")
         values[section][known] = value[:LONGEST_VALUE]
 
@@ -358,7 +359,7 @@ def check(folder):
     lists = read_lists(found, name, values)
     check_colours(found, name, lists)
     width, height = lists["Size"]
-    if not (0 < width <= 8192 and 0 < height <= 8192):
+    if not (0 < width <= LARGEST_WINDOW and 0 < height <= LARGEST_WINDOW):
         found.error(name, f"a window of {width} x {height} cannot be shown")
         return found
     inside = None

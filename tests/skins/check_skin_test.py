@@ -86,7 +86,7 @@ ERRORS = (
     (line("Bar=10,80", "Bar=10.5,80"), 'field 1 is "10.5", which counts as 10'),
     (line("Bar=10,80", "Bar=,80"), "begins with a comma"),
     (line("Bar=10,80", "Bar=" + ",".join(["10"] * 20)), "has 20 fields, at most 12"),
-    (line("Bar=10,80", "Bar=10,80" + " " * 300 + "1"), "longer than 255"),
+    (line("Bar=10,80", "Bar=10,80" + " " * 130 + "1"), "longer than 127"),
     (line("RGB=1,2,3", "RGB=1,2,256"), "RGB: colour [1, 2, 256]"),
     (line("LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,14,9,255,-1,255"), "LabelB: colour"),
     (line("LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,14,0,255,255,255"), "LabelB has a font size of 0"),
