@@ -73,21 +73,16 @@ Size MeasureContent(const Layout& layout, DialogUnits units, const Wish& wish) {
             if (layout.width > 0 && layout.height > 0) return {};
             return wish(*layout.control);
         case Layout::Kind::Row:
+        case Layout::Kind::Column: {
+            const bool row = layout.kind == Layout::Kind::Row;
+            int along = std::max(count - 1, 0) * (row ? Horizontal(layout.gap, units) : Vertical(layout.gap, units)), across = 0;
             for (const Layout& item : layout.items) {
                 const Size size = Measure(item, units, wish);
-                total.width += size.width;
-                total.height = std::max(total.height, size.height);
+                along += row ? size.width : size.height;
+                across = std::max(across, row ? size.height : size.width);
             }
-            if (count > 1) total.width += Horizontal(layout.gap, units) * (count - 1);
-            return total;
-        case Layout::Kind::Column:
-            for (const Layout& item : layout.items) {
-                const Size size = Measure(item, units, wish);
-                total.height += size.height;
-                total.width = std::max(total.width, size.width);
-            }
-            if (count > 1) total.height += Vertical(layout.gap, units) * (count - 1);
-            return total;
+            return row ? Size{along, across} : Size{across, along};
+        }
         case Layout::Kind::Group:
             if (count > 0) total = Measure(layout.items.front(), units, wish);
             total.width = std::max(total.width, wish(*layout.control).width) + 2 * Horizontal(kFrameSide, units);
