@@ -14,6 +14,7 @@ Form::~Form() {
 
 void Form::realise(WindowSystem& system) {
     if (host_) return;
+    system_ = &system;
     host_ = system.realise(*this);
     if (host_) host_->realised();
 }
@@ -97,6 +98,16 @@ bool Form::unload() {
     visible_ = false;
     formChanged(FormProperty::Visible);
     return true;
+}
+
+void Form::moveToMiddleOnce() {
+    if (placed_ || !host_) return;
+    placed_ = true;
+    const TwipsPerPixel twips = host_->twipsPerPixel();
+    const Rect area = system_->workArea({TwipsToPixels(left_, twips.x), TwipsToPixels(top_, twips.y),
+                                         TwipsToPixels(width_, twips.x), TwipsToPixels(height_, twips.y)});
+    move(PixelsToTwips(area.left, twips.x) + (PixelsToTwips(area.width, twips.x) - width_) / 2,
+         PixelsToTwips(area.top, twips.y) + (PixelsToTwips(area.height, twips.y) - height_) / 2);
 }
 
 void Form::popup(const Menu& menu, Point at) {

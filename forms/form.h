@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "forms/accessible_part.h"
 #include "forms/control.h"
 #include "forms/layout.h"
 #include "forms/menu.h"
@@ -72,18 +73,24 @@ class Form {
     virtual void Form_MouseUp(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_DoubleClick(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_ContextMenu(Point at) { (void)at; }  // by the keyboard: Shift+F10 or the menu key
-    // A media key of the keyboard, as a Windows application command (11 next, 12 previous, 13 stop, 14 play or pause).
-    virtual bool Form_AppCommand(int command) { (void)command; return false; }
-    virtual void Form_TaskbarCreated() {}                  // the shell has started anew: its icons are gone
+    // A media key of the keyboard, as a Windows application command (11 next, 12 previous, 13 stop, 14 play or pause, 46
+    // play, 47 pause). True when it has been dealt with.
+    virtual bool Form_AppCommand(int command) { return onAppCommand && onAppCommand(command); }
+    std::function<bool(int command)> onAppCommand;
     virtual std::string Form_TooltipAt(Point at) { (void)at; return {}; }
 
     // What a skinned form looks like; composed when asked for after a change.
     virtual const Surface* picture() { return nullptr; }
+    // The parts of a skinned form, in the order of reading.
+    virtual std::vector<AccessiblePart> accessibleParts() { return {}; }
     // How the controls of an ordinary form are arranged.
     virtual Layout layout() { return {}; }
     virtual const Menu* menuBar() { return nullptr; }
     // Smallest size of a sizeable form in twips.
     virtual Size minimumTwips() const { return {1500, 1200}; }
+
+    // The first time to the middle of the screen, later where the user has put it: for a window whose place is not kept.
+    void moveToMiddleOnce();
 
     // For controls and hosts.
     void add(Control& control);
@@ -110,6 +117,7 @@ class Form {
     bool activates_ = true;
     bool topmost_ = false;
     bool unloaded_ = false;
+    bool placed_ = false;
 };
 
 }  // namespace quenlox

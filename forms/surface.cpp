@@ -184,4 +184,23 @@ void Surface::blend(const Rect& where, Color color, double alpha) {
     }
 }
 
+void Surface::stamp(const Surface& mask, const Rect& part, Point to, Color color) {
+    const Rect inMask = Intersect(part, mask.rect());
+    const Rect target =
+        Intersect({to.x + inMask.left - part.left, to.y + inMask.top - part.top, inMask.width, inMask.height}, rect());
+    for (int y = target.top; y < target.bottom(); ++y) {
+        const Pixel* weight = mask.pixels_.data() + mask.index(part.left + target.left - to.x, part.top + y - to.y);
+        Pixel* pixel = pixels_.data() + index(target.left, y);
+        for (int x = 0; x < target.width; ++x) {
+            const int strength = static_cast<int>(weight[x] & 0xFF);
+            if (strength == 0) continue;
+            const Color under = ToColor(pixel[x]);
+            const auto mix = [strength](int from, int over) {
+                return static_cast<std::uint8_t>(from + ((over - from) * strength) / 255);
+            };
+            pixel[x] = ToPixel({mix(under.red, color.red), mix(under.green, color.green), mix(under.blue, color.blue)});
+        }
+    }
+}
+
 }  // namespace quenlox

@@ -14,6 +14,7 @@ class Control;
 class Form;
 struct Menu;
 enum class Property;
+enum class PartChange { Name, Value, State, All };  // of an accessible part; All: there are other parts
 enum class FormProperty { Caption, Place, Visible, Topmost, Region, Picture, Menu, Layout };
 
 // The outline of a window as rectangles in pixels, in the order of a Windows region.
@@ -29,7 +30,11 @@ class FormHost {
     virtual void controlRemoved(Control& control) = 0;
     virtual void setRegion(const Region& region) = 0;      // an empty one leaves nothing of the window
     virtual void setScale(int factor) = 0;                 // skinned forms: 1 to 4 screen pixels for one of the picture
-    virtual void invalidate(const Rect& where) = 0;        // pixels of the form; repainted with the next pass
+    // Pixels of the form, repainted with the next pass. A skinned form says itself what it has drawn anew.
+    virtual void invalidate(const Rect& where) = 0;
+    // The same, at once and without a message: for a skinned form's animations, many times a second.
+    virtual void paint(const Rect& where) { invalidate(where); }
+    virtual void partChanged(int part, PartChange change) { (void)part, (void)change; }  // tells assistive programs
     virtual void beginDrag() = 0;                          // the system moves the window with the mouse
     virtual void popup(const Menu& menu, Point at) = 0;    // returns when it is closed; the chosen item has been clicked
     virtual void bringToFront() = 0;

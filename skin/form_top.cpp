@@ -17,20 +17,16 @@ constexpr int kAlt = 4;                   // shift state
 constexpr int kPressed = 10;              // from a button to its pressed picture
 constexpr int kDragThreshold = 3;         // pixels that the pointer moves before the title drags the window
 constexpr int kWheelStep = 5;             // percent of volume for one notch
-constexpr int kTrayLeftUp = 514, kTrayRightDown = 516;
 
 enum Key : int { kLeftKey = 37, kUpKey = 38, kRightKey = 39, kDownKey = 40 };
-enum AppCommand : int { kMediaNext = 11, kMediaPrevious = 12, kMediaStop = 13, kMediaPlayPause = 14 };
+enum AppCommand : int { kMediaNext = 11, kMediaPrevious = 12, kMediaStop = 13, kMediaPlayPause = 14, kMediaPlay = 46, kMediaPause = 47 };
 
 Point Within(const Control& control, Point at) { return {at.x - control.bounds().left, at.y - control.bounds().top}; }
 
 bool InsidePicture(const PictureBox& box, Point at) { return Rect{0, 0, box.bounds().width, box.bounds().height}.contains(at); }
 
-struct Hint {
-    const char* playback[kButtonCount] = {"再生／停止", "一時停止", "前の曲", "次の曲", "音程を下げる", "音程を上げる", "速度変更"};
-    const char* command[kButtonCount] = {"プレイリスト", "オプション", "タグ情報", "ファイル変換", "ヘルプ", "通知領域に入れる", "終了"};
-};
-constexpr Hint kHints;
+constexpr const char* kPlaybackHints[kButtonCount] = {"再生／停止", "一時停止", "前の曲", "次の曲", "音程を下げる", "音程を上げる", "速度変更"};
+constexpr const char* kCommandHints[kButtonCount] = {"プレイリスト", "オプション", "タグ情報", "ファイル変換", "ヘルプ", "通知領域に入れる", "終了"};
 
 }  // namespace
 
@@ -53,8 +49,8 @@ FormTop::FormTop(GlobalState& state, OptionControls& options, FileSystem& files,
     for (int n = 0; n < kButtonCount; ++n) {
         cmdPicture[n + kPressed].setVisible(false);
         taskPicture[n + kPressed].setVisible(false);
-        cmdPicture[n].setTooltip(kHints.playback[n]);
-        taskPicture[n].setTooltip(kHints.command[n]);
+        cmdPicture[n].setTooltip(kPlaybackHints[n]);
+        taskPicture[n].setTooltip(kCommandHints[n]);
     }
     mainLabel[kPlayModeLabel].setTooltip("クリックで再生モードを変更");
     mainLabel[kTimeLabel].setTooltip("クリックで経過／残り時間");
@@ -109,7 +105,7 @@ void FormTop::showTitle(const std::string& title, const std::string& artist) {
     if (mainLabel[kTitleLabel].caption() == title) return;
     mainLabel[kTitleLabel].setCaption(title);
     restartTitle();
-    if (inTray_) shell_.changeTrayIcon({this, trayTip()});
+    renewTrayTip();
 }
 
 void FormTop::showStatus(const std::string& word) {
@@ -119,9 +115,11 @@ void FormTop::showStatus(const std::string& word) {
 
 void FormTop::showBar(double fraction) {
     fraction = std::clamp(fraction, 0.0, 1.0);
-    if (fraction == barFraction_) return;
+    const int before = filledWidth();
     barFraction_ = fraction;
+    if (filledWidth() == before) return;
     repaint(SeekBar.bounds());
+    tellPart(SeekBar, PartChange::Value);
 }
 
 void FormTop::refreshDisplay() {
@@ -315,7 +313,7 @@ void FormTop::Form_MouseDown(int button, int shift, Point at) {
 }
 
 void FormTop::Form_MouseMove(int button, int shift, Point at) {
-    if (inTray_ && (at.x == kTrayLeftUp || at.x == kTrayRightDown)) return trayEvent(at.x);
+    if (inTray_) return trayEvent(at.x);
     if (button != kLeft) {
         draggingVolume_ = false;
         titleHeld_.reset();
@@ -388,7 +386,7 @@ std::string FormTop::Form_TooltipAt(Point at) {
     if (!control) return {};
     if (control == &DisplayA) {
         const int column = panelColumnAt(Within(*control, at));
-        return column < 0 ? std::string() : kHints.playback[column];
+        return column < 0 ? std::string() : cmdPicture[column].tooltip();
     }
     if (control == &VolumeBar) return "音量 " + std::to_string(state_.VolumePercent) + "%";
     return control->tooltip();
@@ -438,8 +436,14 @@ bool FormTop::Form_AppCommand(int command) {
         case kMediaStop:
             if (state_.PlayerStatus >= kPlay) performPlayback(kPlayButton);
             return true;
+        case kMediaPlay:
+            if (state_.PlayerStatus == kPlay) return true;
+            [[fallthrough]];
         case kMediaPlayPause:
             performPlayback(state_.PlayerStatus < kPlay ? kPlayButton : kPauseButton);
+            return true;
+        case kMediaPause:
+            if (state_.PlayerStatus == kPlay) performPlayback(kPauseButton);
             return true;
         default:
             return false;

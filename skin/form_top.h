@@ -139,9 +139,9 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     void Form_Wheel(int notches, Point at) override;
     void Form_ContextMenu(Point at) override;
     bool Form_AppCommand(int command) override;
-    void Form_TaskbarCreated() override;
     std::string Form_TooltipAt(Point at) override;
     const Surface* picture() override;
+    std::vector<AccessiblePart> accessibleParts() override;
 
     // Controls. Elements n + 10 of the two button arrays are hidden and hold the pressed pictures.
     ControlArray<PictureBox> cmdPicture, taskPicture;
@@ -185,14 +185,26 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
 
     // form_top_picture.cpp
     void repaint(const Rect& where);
+    void animate(const Rect& where);
+    void markStale(const Rect& where);
     void compose(Rect where);
     void drawLabel(const Label& label);
     void drawPressed();
-    void drawBars();
-    void drawDisplays();
+    int filledWidth() const { return RoundHalfToEven(barFraction_ * SeekBar.bounds().width); }
     TextStyle labelStyle(const Label& label) const;
     void showFigures();
     void renderDisplayC();
+
+    // form_top_access.cpp
+    struct Part {
+        Control* control;
+        int column = -1;  // of display A, which is a row of buttons
+    };
+    std::vector<Part> partsInOrder();
+    AccessiblePart describe(const Part& part);
+    AccessiblePart describeButton(ControlArray<PictureBox>& array, int index, const Rect& bounds);
+    AccessiblePart describeLabel(int index);
+    void tellPart(const Control& control, PartChange change);
 
     // form_top.cpp
     void press(ControlArray<PictureBox>& array, int index, bool onPanel);
@@ -209,6 +221,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     void titleTick();
     void playNewFile(const std::string& path);
     std::string trayTip() const;
+    void renewTrayTip();
     void trayEvent(int message);
     std::string FolderNameOfSkin() const;
 
@@ -229,14 +242,16 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     Surface backPicture_;
     Surface base_;                 // background colour and picture
     Surface composed_;
-    Rect stale_;                   // what of composed_ is out of date
+    std::vector<Rect> stale_;      // what of composed_ is out of date
     double barFraction_ = 0;
     std::optional<Pressed> pressed_;
     bool draggingVolume_ = false;
     std::optional<Point> titleHeld_;  // left button went down on the title here
     std::vector<std::string> skinNames_;
     TitleAnimation titleAnimation_;
+    Surface titleStrip_;              // the letters of the running title, white on black; empty until they are needed
     std::string displayCText_;
+    std::string trayTip_;            // what the icon says
     // What the skin has a place for, whether it is shown at the moment or not.
     std::array<bool, kButtonCount> hasButton_{};
     bool hasDisplayA_ = false;

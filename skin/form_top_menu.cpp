@@ -8,7 +8,7 @@
 namespace quenlox {
 namespace {
 
-constexpr int kTrayLeftUp = 514, kTrayRightDown = 516;
+constexpr int kTrayMove = 512, kTrayLeftUp = 514, kTrayRightDown = 516;
 constexpr int kLargestScale = 4;
 
 MenuItem Item(std::string caption, std::function<void()> onClick, bool checked = false, bool enabled = true) {
@@ -104,7 +104,7 @@ void FormTop::Form_ContextMenu(Point at) {
 void FormTop::setAlwaysOnTop(bool on) {
     alwaysOnTop_ = on;
     setTopmost(on);
-    for (Form* form : {windows_.list, windows_.options, windows_.lyrics, windows_.equalizer, windows_.tag}) {
+    for (Form* form : {windows_.list, windows_.options, windows_.lyrics, windows_.equalizer, windows_.tag, windows_.convert, windows_.about}) {
         if (form && form->visible()) form->setTopmost(on);
     }
 }
@@ -132,7 +132,8 @@ std::string FormTop::trayTip() const {
 }
 
 void FormTop::moveToTray() {
-    if (inTray_ || !shell_.addTrayIcon({this, trayTip()})) return;
+    trayTip_ = trayTip();
+    if (inTray_ || !shell_.addTrayIcon({this, trayTip_})) return;
     inTray_ = true;
     hide();
     Timer2.setEnabled(false);
@@ -153,7 +154,15 @@ void FormTop::restoreFromTray() {
     }
 }
 
+// The time in the tip goes on: it is told anew when the pointer comes to the icon, and not every second.
+void FormTop::renewTrayTip() {
+    if (!inTray_ || trayTip() == trayTip_) return;
+    trayTip_ = trayTip();
+    shell_.changeTrayIcon({this, trayTip_});
+}
+
 void FormTop::trayEvent(int message) {
+    if (message == kTrayMove) return renewTrayTip();
     if (message == kTrayLeftUp) return restoreFromTray();
     if (message != kTrayRightDown) return;
     if (host()) host()->bringToFront();
@@ -161,10 +170,6 @@ void FormTop::trayEvent(int message) {
     const TwipsPerPixel twips = host() ? host()->twipsPerPixel() : TwipsPerPixel{};
     const Point cursor = shell_.cursor();
     popup(menuTray(), {(cursor.x - TwipsToPixels(left(), twips.x)) / scale_, (cursor.y - TwipsToPixels(top(), twips.y)) / scale_});
-}
-
-void FormTop::Form_TaskbarCreated() {
-    if (inTray_) shell_.addTrayIcon({this, trayTip()});
 }
 
 // Options.

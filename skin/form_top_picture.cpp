@@ -1,5 +1,6 @@
 // What the main window looks like: the kept background, and over it the controls that lie in the part that has changed.
 #include <algorithm>
+#include <utility>
 
 #include "skin/form_top.h"
 
@@ -11,21 +12,40 @@ constexpr int kPressed = 10;
 }  // namespace
 
 void FormTop::controlChangedHere(Control& control, Property property) {
+    if (property == Property::Tooltip) return;
     if (property == Property::Bounds) return repaint(composed_.rect());  // the old place is not known any more
+    if (&control == &DisplayB && property == Property::Picture) return animate(control.bounds());
     repaint(control.bounds());
+    if (property == Property::Caption) tellPart(control, PartChange::Name);
 }
 
 void FormTop::repaint(const Rect& where) {
     const Rect inside = Intersect(where, composed_.rect());
     if (inside.empty()) return;
-    stale_ = Unite(stale_, inside);
+    markStale(inside);
     if (host()) host()->invalidate(inside);
 }
 
+// Many times a second: brought to the screen at once.
+void FormTop::animate(const Rect& where) {
+    const Rect inside = Intersect(where, composed_.rect());
+    if (inside.empty()) return;
+    markStale(inside);
+    if (host() && visible()) host()->paint(inside);
+}
+
 const Surface* FormTop::picture() {
-    if (!stale_.empty()) compose(stale_);
-    stale_ = {};
+    for (const Rect& where : std::exchange(stale_, {})) compose(where);
     return &composed_;
+}
+
+// Apart from each other: the time and the seek bar change together, and what lies between them does not.
+void FormTop::markStale(const Rect& where) {
+    for (const Rect& stale : stale_) {
+        if (Unite(stale, where) == stale) return;
+    }
+    std::erase_if(stale_, [&](const Rect& stale) { return Unite(stale, where) == where; });
+    stale_.push_back(where);
 }
 
 void FormTop::compose(Rect where) {
@@ -55,8 +75,7 @@ void FormTop::compose(Rect where) {
     draw(VolumeBar);
     if (touched(SeekBar)) {
         const Rect& bar = SeekBar.bounds();
-        const int filled = RoundHalfToEven(barFraction_ * bar.width);
-        composed_.copy(SeekBar.surface(), {0, 0, filled, bar.height}, {bar.left, bar.top});
+        composed_.copy(SeekBar.surface(), {0, 0, filledWidth(), bar.height}, {bar.left, bar.top});
     }
     draw(LyricsPicture);
     draw(DisplayB);
@@ -84,13 +103,16 @@ void FormTop::drawLabel(const Label& label) {
         painter_.draw(composed_, place, label.caption(), style);
         return;
     }
-    // The running title is drawn on a piece of the background, so that it is cut at the edges of its place.
-    Surface strip(place.width, place.height);
-    strip.copy(composed_, place, {0, 0});
-    for (const int left : {-titleAnimation_.offset(), titleAnimation_.period() - titleAnimation_.offset()}) {
-        if (left < place.width) painter_.draw(strip, {left, 0, titleAnimation_.period(), place.height}, label.caption(), style);
+    if (titleStrip_.empty()) {
+        // Letters are made once; a step of the animation only puts another part of them on the background.
+        titleStrip_.resize(titleAnimation_.period(), place.height);
+        TextStyle white = style;
+        white.color = {255, 255, 255};
+        painter_.draw(titleStrip_, titleStrip_.rect(), label.caption(), white);
     }
-    composed_.copy(strip, {place.left, place.top});
+    const int offset = titleAnimation_.offset(), rest = titleAnimation_.period() - offset;
+    composed_.stamp(titleStrip_, {offset, 0, std::min(rest, place.width), place.height}, {place.left, place.top}, style.color);
+    composed_.stamp(titleStrip_, {0, 0, place.width - rest, place.height}, {place.left + rest, place.top}, style.color);
 }
 
 void FormTop::drawPressed() {
@@ -112,6 +134,7 @@ void FormTop::drawPressed() {
 }
 
 void FormTop::drawVolumeLevel() {
+    tellPart(VolumeBar, PartChange::Value);
     if (!DisplayD.visible()) return;
     const int width = DisplayD.bounds().width, height = DisplayD.bounds().height;
     const double loud = state_.VolumePercent / 100.0;
@@ -141,13 +164,14 @@ void FormTop::renderDisplayC() {
 
 void FormTop::restartTitle() {
     const Label& title = mainLabel[kTitleLabel];
+    titleStrip_ = {};
     titleAnimation_.begin(painter_.measure(title.caption(), labelStyle(title)).width, title.bounds().width);
     TimerTitle.setEnabled(options_.titleAnimation() && title.visible() && titleAnimation_.moves() && !inTray_);
     repaint(title.bounds());
 }
 
 void FormTop::titleTick() {
-    if (titleAnimation_.tick(1 + options_.titleAnimationSpeed())) repaint(mainLabel[kTitleLabel].bounds());
+    if (titleAnimation_.tick(1 + options_.titleAnimationSpeed())) animate(mainLabel[kTitleLabel].bounds());
 }
 
 }  // namespace quenlox

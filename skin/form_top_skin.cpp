@@ -65,6 +65,7 @@ void FormTop::apply(SkinDefinition skin) {
     repaint(composed_.rect());
     restartTitle();
     formChanged(FormProperty::Picture);
+    if (host()) host()->partChanged(0, PartChange::All);
 }
 
 void FormTop::applyLabels(const SkinDefinition& skin) {

@@ -13,19 +13,17 @@ namespace {
 constexpr int kSnapDistance = 10;
 constexpr UINT kCopyGlobalData = 0x0049;  // carries the names of a drop between processes
 
-// A command of a media key, the key, and the command that the form is told: it knows one for play and pause.
 struct MediaCommand {
-    int command;
+    int command;  // the first of a key is what the key alone means
     WPARAM key;
-    int told;
 };
 constexpr MediaCommand kMediaCommands[] = {
-    {APPCOMMAND_MEDIA_PLAY_PAUSE, VK_MEDIA_PLAY_PAUSE, APPCOMMAND_MEDIA_PLAY_PAUSE},
-    {APPCOMMAND_MEDIA_PLAY, VK_MEDIA_PLAY_PAUSE, APPCOMMAND_MEDIA_PLAY_PAUSE},
-    {APPCOMMAND_MEDIA_PAUSE, VK_MEDIA_PLAY_PAUSE, APPCOMMAND_MEDIA_PLAY_PAUSE},
-    {APPCOMMAND_MEDIA_STOP, VK_MEDIA_STOP, APPCOMMAND_MEDIA_STOP},
-    {APPCOMMAND_MEDIA_NEXTTRACK, VK_MEDIA_NEXT_TRACK, APPCOMMAND_MEDIA_NEXTTRACK},
-    {APPCOMMAND_MEDIA_PREVIOUSTRACK, VK_MEDIA_PREV_TRACK, APPCOMMAND_MEDIA_PREVIOUSTRACK},
+    {APPCOMMAND_MEDIA_PLAY_PAUSE, VK_MEDIA_PLAY_PAUSE},
+    {APPCOMMAND_MEDIA_PLAY, VK_MEDIA_PLAY_PAUSE},
+    {APPCOMMAND_MEDIA_PAUSE, VK_MEDIA_PLAY_PAUSE},
+    {APPCOMMAND_MEDIA_STOP, VK_MEDIA_STOP},
+    {APPCOMMAND_MEDIA_NEXTTRACK, VK_MEDIA_NEXT_TRACK},
+    {APPCOMMAND_MEDIA_PREVIOUSTRACK, VK_MEDIA_PREV_TRACK},
 };
 
 }  // namespace
@@ -60,9 +58,10 @@ void FormWindow::RegisterClasses() {
     look.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     look.hIcon = LoadIconW(look.hInstance, MAKEINTRESOURCEW(1));
     if (!look.hIcon) look.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
-    look.style = CS_DBLCLKS;
+    look.style = CS_DBLCLKS | CS_OWNDC;  // it draws many times a second
     look.lpszClassName = kSkinnedClass;
     RegisterClassExW(&look);
+    look.style = CS_DBLCLKS;
     look.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
     look.lpszClassName = kDialogClass;
     RegisterClassExW(&look);
@@ -293,7 +292,7 @@ bool FormWindow::key(UINT message, WPARAM virtualKey) {
         // One that is held down comes again and again.
         if (down && std::exchange(mediaHeld_, virtualKey) != virtualKey) {
             mediaKey_ = virtualKey;
-            form_->Form_AppCommand(media.told);
+            form_->Form_AppCommand(media.command);
         }
         if (!down) mediaHeld_ = 0;
         return true;
@@ -311,7 +310,7 @@ FormWindow::Result FormWindow::appCommand(LPARAM l) {
         if (media.command != GET_APPCOMMAND_LPARAM(l)) continue;
         // The command that follows a key which this window has seen is the same press.
         const bool seen = GET_DEVICE_LPARAM(l) == FAPPCOMMAND_KEY && std::exchange(mediaKey_, 0) == media.key;
-        if (seen || form_->Form_AppCommand(media.told)) return TRUE;
+        if (seen || form_->Form_AppCommand(media.command)) return TRUE;
         return {};
     }
     return {};

@@ -36,6 +36,8 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     virtual void setRegion(const Region& region);
     virtual void setScale(int factor) { (void)factor; }
     void invalidate(const Rect& where);
+    virtual void paint(const Rect& where) { invalidate(where); }
+    virtual void partChanged(int part, PartChange change) { (void)part, (void)change; }
     virtual void beginDrag();
     void popup(const Menu& menu, Point at);
     void bringToFront();

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "forms/form.h"
+#include "platform/win32/accessible.h"
 #include "platform/win32/paint.h"
 #include "platform/win32/window_system.h"
 
@@ -72,22 +73,22 @@ void SkinnedWindow::formChanged(FormProperty property) {
     if (property == FormProperty::Place && attached()) InvalidateRect(handle(), nullptr, FALSE);
 }
 
-void SkinnedWindow::controlChanged(Control& control, Property property) {
-    FormWindow::controlChanged(control, property);
-    if (!attached() || dynamic_cast<Timer*>(&control)) return;
-    if (property == Property::Focus || property == Property::Tooltip) return;
-    // Where it was before a move is not known here.
-    if (property == Property::Bounds) {
-        InvalidateRect(handle(), nullptr, FALSE);
-    } else {
-        invalidate(control.bounds());
-    }
-}
-
 void SkinnedWindow::setRegion(const Region& region) {
     region_ = region;
     hasRegion_ = true;
     applyRegion();
+}
+
+std::vector<AccessiblePart> SkinnedWindow::parts() const {
+    return attached() ? form()->accessibleParts() : std::vector<AccessiblePart>();
+}
+
+void SkinnedWindow::later(std::function<void()> action) { system().post(std::move(action)); }
+
+Rect SkinnedWindow::onScreen(const Rect& where) const {
+    POINT corner{where.left * scale_, where.top * scale_};
+    ClientToScreen(handle(), &corner);
+    return {static_cast<int>(corner.x), static_cast<int>(corner.y), where.width * scale_, where.height * scale_};
 }
 
 void SkinnedWindow::applyRegion() {
@@ -104,6 +105,19 @@ void SkinnedWindow::setScale(int factor) {
     applyRegion();
     if (IsWindowVisible(handle())) bringOntoScreen();
     InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void SkinnedWindow::paint(const Rect& where) {
+    const Surface* picture = form()->picture();
+    HDC dc = picture ? GetDC(handle()) : nullptr;
+    if (!dc) return;
+    PaintSurface(dc, *picture, where, scale_);
+    ReleaseDC(handle(), dc);
+}
+
+void SkinnedWindow::partChanged(int part, PartChange change) {
+    constexpr DWORD kEvents[] = {EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_VALUECHANGE, EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_REORDER};
+    NotifyWinEvent(kEvents[static_cast<int>(change)], handle(), OBJID_CLIENT, change == PartChange::All ? CHILDID_SELF : part + 1);
 }
 
 void SkinnedWindow::beginDrag() {
@@ -251,6 +265,15 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
             // Alt alone would open the system menu and take the next key away from the player.
             if ((w & 0xFFF0) == SC_KEYMENU && l == 0) return 0;
             return {};
+        case WM_CONTEXTMENU:
+            // By the keyboard; the mouse has its own message. Under the left upper part of the window, as elsewhere.
+            if (l != -1) return {};
+            form()->Form_ContextMenu({clientSize().width / 4, clientSize().height / 4});
+            return 0;
+        case WM_GETOBJECT:
+            if (static_cast<LONG>(l) != OBJID_CLIENT) return {};
+            if (!accessible_) accessible_ = MakeAccessible(std::static_pointer_cast<SkinnedWindow>(shared_from_this()));
+            return AnswerWithObject(w, accessible_.get());
         case WM_DPICHANGED:
             // A skin keeps its pixels on every monitor, so its size in twips becomes another one.
             tellPlace(false);

@@ -2,6 +2,8 @@
 // pixel as a square of 1 to 4 pixels of the screen. Picture, region and pointer scale together.
 #pragma once
 
+#include "forms/accessible_part.h"
+#include "platform/win32/accessible.h"
 #include "platform/win32/form_window.h"
 
 namespace quenlox::win32 {
@@ -13,10 +15,16 @@ class SkinnedWindow : public FormWindow {
     void create() override;
     void realised() override;
     void formChanged(FormProperty property) override;
-    void controlChanged(Control& control, Property property) override;
     void setRegion(const Region& region) override;
     void setScale(int factor) override;
+    void paint(const Rect& where) override;
+    void partChanged(int part, PartChange change) override;
     void beginDrag() override;
+
+    // For assistive programs: the parts of the form, none when it has gone. An action runs after the message that asked.
+    std::vector<AccessiblePart> parts() const;
+    void later(std::function<void()> action);
+    Rect onScreen(const Rect& where) const;
 
   protected:
     Result answer(UINT message, WPARAM w, LPARAM l) override;
@@ -40,6 +48,7 @@ class SkinnedWindow : public FormWindow {
     Region region_;
     int held_ = 0;  // the button that was pressed over the window and has not been released
     HWND tooltip_ = nullptr;
+    AccessiblePointer accessible_;  // made when an assistive program asks for it
     std::wstring tip_;
 };
 

@@ -29,6 +29,8 @@ class Host : public FormHost {
     void setRegion(const Region& region) override { window_->setRegion(region); }
     void setScale(int factor) override { window_->setScale(factor); }
     void invalidate(const Rect& where) override { window_->invalidate(where); }
+    void paint(const Rect& where) override { window_->paint(where); }
+    void partChanged(int part, PartChange change) override { window_->partChanged(part, change); }
     void beginDrag() override { window_->beginDrag(); }
     void popup(const Menu& menu, Point at) override { window_->popup(menu, at); }
     void bringToFront() override { window_->bringToFront(); }

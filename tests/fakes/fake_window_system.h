@@ -18,6 +18,7 @@ class FakeFormHost : public FormHost {
     std::vector<Control*> removed;
     std::vector<Region> regions;
     std::vector<Rect> invalidated;
+    std::vector<std::pair<int, PartChange>> partChanges;
     std::vector<std::string> popups;          // names of the menus
     std::function<void(const Menu&)> onPopup; // chooses an item
     int scale = 1;
@@ -35,6 +36,7 @@ class FakeFormHost : public FormHost {
     void setRegion(const Region& region) override { regions.push_back(region); }
     void setScale(int factor) override { scale = factor; }
     void invalidate(const Rect& where) override { invalidated.push_back(where); }
+    void partChanged(int part, PartChange change) override { partChanges.emplace_back(part, change); }
     void beginDrag() override { ++drags; }
     void popup(const Menu& menu, Point) override {
         popups.push_back(menu.name);

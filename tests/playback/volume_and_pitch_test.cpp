@@ -78,7 +78,7 @@ TEST(VolumeControl, IsReadAtStartAndAFailureLeavesItAsItWas) {
 
 TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
     struct Case {
-        const char* keys;      // h high, l low, d double, u undo
+        const char* keys;      // h high, l low, d double, u undo, o the options' amounts move
         int mode;
         std::vector<std::string> calls;
         const char* word;
@@ -95,6 +95,10 @@ TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
         {"dl", kLowPitch, {"step 6 5", "step 1 5", "pitch 80"}, " PLAY↓"},
         {"u", kNormalPitch, {}, ""},
         {"hu", kNormalPitch, {"pitch 130", "pitch 100"}, " PLAY↑"},
+        {"o", kNormalPitch, {}, ""},
+        {"ho", kHighPitch, {"pitch 130", "pitch 140"}, " PLAY↑"},
+        {"lo", kLowPitch, {"pitch 80", "pitch 70"}, " PLAY↓"},
+        {"do", kStepPitch, {"step 6 5", "step 7 5"}, " PLAY⇒"},
         {"du", kNormalPitch, {"step 6 5", "step 1 5"}, " PLAY⇒"},
     };
     for (const Case& c : cases) {
@@ -111,6 +115,11 @@ TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
             if (*key == 'l') pitch.Low();
             if (*key == 'd') pitch.Double();
             if (*key == 'u') pitch.Undo();
+            if (*key != 'o') continue;
+            options.values.highPitch = 140;
+            options.values.lowPitch = 70;
+            options.values.stepPitch = 7;
+            pitch.amountChanged();
         }
         EXPECT_EQ(state.PitchMode, c.mode) << c.keys;
         EXPECT_EQ(vbmp3.calls, c.calls) << c.keys;

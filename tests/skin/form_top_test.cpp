@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tests/skin/skin_fixture.h"
 
 namespace quenlox {
@@ -132,8 +134,10 @@ TEST_F(FormTopTest, AlwaysOnTopReachesOpenWindowsAndThoseShownLater) {
     click({22, 4});
     EXPECT_TRUE(optionsWindow.topmost());
     EXPECT_TRUE(top->menuMain().items[0].checked);
+    top->menuMain().items[8].click();
+    EXPECT_TRUE(about.topmost());
     top->menuMain().items[0].click();
-    EXPECT_FALSE(top->topmost() || list.topmost() || optionsWindow.topmost());
+    EXPECT_FALSE(top->topmost() || list.topmost() || optionsWindow.topmost() || about.topmost());
 }
 
 TEST_F(FormTopTest, TheBackgroundDragsTheWindowAndTheRightButtonOpensTheMenu) {
@@ -240,6 +244,12 @@ TEST_F(FormTopTest, MediaKeysActAsTheButtonsDo) {
     top->Form_AppCommand(13);
     EXPECT_EQ(state.PlayerStatus, kStop);
     EXPECT_FALSE(top->Form_AppCommand(8));
+    const struct { int command, from, to; } cases[] = {{46, kStop, kPlay}, {46, kPlay, kPlay}, {46, kPause, kPlay}, {47, kPlay, kPause}, {47, kPause, kPause}};
+    for (const auto& c : cases) {
+        state.PlayerStatus = c.from;
+        EXPECT_TRUE(top->Form_AppCommand(c.command));
+        EXPECT_EQ(state.PlayerStatus, c.to) << c.command << " from " << c.from;
+    }
 }
 
 TEST_F(FormTopTest, TheNotificationAreaHoldsTheProgramUntilItsIconIsClicked) {
@@ -263,11 +273,21 @@ TEST_F(FormTopTest, AMouseThatIsOnlyMovedOverTheWindowIsNoTrayClick) {
     EXPECT_TRUE(host->popups.empty());
 }
 
-TEST_F(FormTopTest, TheTrayIconComesBackWhenTheShellStartsAnewAndGoesWithTheProgram) {
+TEST_F(FormTopTest, TheTrayIconTellsTheTitleAndWhilePlayingTheTimeWhenThePointerComesToIt) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kPlay;
+    top->showTime("00:10");
     top->moveToTray();
-    shell.trayIconShown = false;
-    top->Form_TaskbarCreated();
-    EXPECT_TRUE(shell.trayIconShown);
+    EXPECT_EQ(shell.trayTip, "a.mp3／00:10");
+    top->showTime("00:11");
+    EXPECT_EQ(shell.trayTip, "a.mp3／00:10") << "nobody looks";
+    top->Form_MouseMove(0, 0, {512, 0});
+    EXPECT_EQ(shell.trayTip, "a.mp3／00:11");
+    top->showTitle("b.mp3", "");
+    EXPECT_EQ(shell.trayTip, "b.mp3／00:11");
+    state.PlayerStatus = kStop;
+    top->Form_MouseMove(0, 0, {512, 0});
+    EXPECT_EQ(shell.trayTip, "b.mp3");
     top->unload();
     EXPECT_FALSE(shell.trayIconShown);
 }
@@ -348,13 +368,41 @@ TEST_F(FormTopTest, ALongTitleRunsAndComesBack) {
     top->showTitle(title, "");
     ASSERT_TRUE(top->TimerTitle.enabled());
     const Surface before = *top->picture();
+    painter.drawn.clear();
     for (int i = 0; i <= TitleAnimation::kRestTicks; ++i) top->TimerTitle.onTimer();
     EXPECT_NE(*top->picture(), before);
     const int round = 60 * 4 + TitleAnimation::kGap;
     for (int i = 1; i < round; ++i) top->TimerTitle.onTimer();
     EXPECT_EQ(*top->picture(), before);
+    EXPECT_TRUE(painter.drawn.empty()) << "letters are made once";
     top->showTitle("short", "");
     EXPECT_FALSE(top->TimerTitle.enabled());
+}
+
+// Names, places and actions are asked for from outside by the end-to-end tests.
+TEST_F(FormTopTest, AssistiveProgramsAreToldOfChangesAndRefusedWhileBusy) {
+    openFile("C:\\a.mp3");
+    state.PlayerStatus = kStop;
+    const auto numberOf = [&](const std::string& name) {
+        const auto parts = top->accessibleParts();
+        return static_cast<int>(std::ranges::find(parts, name, &AccessiblePart::name) - parts.begin());
+    };
+    host->partChanges.clear();
+    top->showTitle("b", "");
+    top->PlayModeLabel_Click(1);
+    top->Form_Wheel(1, {});
+    click(kPlayAt);
+    click({100, 51});
+    const std::vector<std::pair<int, PartChange>> expected{{numberOf("b"), PartChange::Name}, {numberOf("REPEAT"), PartChange::Name},
+                                                           {numberOf("音量"), PartChange::Value}};
+    ASSERT_GE(host->partChanges.size(), 4u);
+    EXPECT_EQ((std::vector(host->partChanges.begin(), host->partChanges.begin() + 3)), expected);
+    EXPECT_EQ(host->partChanges.back(), (std::pair{numberOf("再生位置"), PartChange::Value}));
+    const AccessiblePart play = top->accessibleParts()[static_cast<std::size_t>(numberOf("再生／停止"))];
+    state.PlayerStatus = kDecode;
+    EXPECT_FALSE(top->accessibleParts()[static_cast<std::size_t>(numberOf("再生／停止"))].enabled);
+    play.act();
+    EXPECT_EQ(state.PlayerStatus, kDecode);
 }
 
 }  // namespace

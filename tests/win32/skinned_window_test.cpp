@@ -24,6 +24,7 @@ struct SkinForm : Form {
         return true;
     }
     void Form_KeyUp(int key, int) override { log.push_back("keyup " + std::to_string(key)); }
+    void Form_ContextMenu(Point at) override { log.push_back("menu " + std::to_string(at.x) + "," + std::to_string(at.y)); }
     void Form_Wheel(int notches, Point) override { log.push_back("wheel " + std::to_string(notches)); }
     void Form_Moved() override { ++moved; }
     void Form_Unload(bool& cancel) override { cancel = stays; }
@@ -122,7 +123,7 @@ TEST_F(SkinnedWindow, DeliversTheNotificationIconsMessagesAsMovesThatCarryThem) 
     EXPECT_EQ(form.log, (std::vector<std::string>{"move 0 0 514,0"})) << "a real move with no button held";
 }
 
-TEST_F(SkinnedWindow, ReportsKeysWithAltAndMediaKeysOnce) {
+TEST_F(SkinnedWindow, ReportsKeysWithAltMediaCommandsAndTheMenuKey) {
     shown();
     SendMessageW(window, WM_SYSKEYDOWN, VK_LEFT, 1 << 29);
     SendMessageW(window, WM_KEYUP, VK_LEFT, 0);
@@ -136,7 +137,40 @@ TEST_F(SkinnedWindow, ReportsKeysWithAltAndMediaKeysOnce) {
     EXPECT_EQ(form.log, (std::vector<std::string>{"command 14"})) << "key and command are one press";
     SendMessageW(window, WM_APPCOMMAND, 0, MAKELPARAM(0, APPCOMMAND_MEDIA_NEXTTRACK));
     SendMessageW(window, WM_APPCOMMAND, 0, MAKELPARAM(0, APPCOMMAND_MEDIA_PAUSE));
-    EXPECT_EQ(form.log, (std::vector<std::string>{"command 14", "command 11", "command 14"}));
+    EXPECT_EQ(form.log, (std::vector<std::string>{"command 14", "command 11", "command 47"}));
+    form.log.clear();
+    EXPECT_FALSE(SendMessageW(window, WM_APPCOMMAND, 0, MAKELPARAM(0, APPCOMMAND_BROWSER_BACKWARD)));
+    SendMessageW(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window), -1);
+    EXPECT_EQ(form.log, (std::vector<std::string>{"menu 25,15"}));
+}
+
+struct ToldEvents {
+    std::vector<std::pair<DWORD, LONG>> told;
+    static ToldEvents*& current() {
+        static ToldEvents* events = nullptr;
+        return events;
+    }
+    ToldEvents() { current() = this; }
+    ~ToldEvents() {
+        UnhookWinEvent(hook);
+        current() = nullptr;
+    }
+    HWINEVENTHOOK hook = SetWinEventHook(
+        EVENT_OBJECT_REORDER, EVENT_OBJECT_VALUECHANGE, nullptr,
+        [](HWINEVENTHOOK, DWORD event, HWND, LONG object, LONG child, DWORD, DWORD) {
+            if (object == OBJID_CLIENT) current()->told.emplace_back(event, child);
+        },
+        GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
+};
+
+TEST_F(SkinnedWindow, TellsAssistiveProgramsWhatHasChanged) {
+    shown();
+    ToldEvents events;
+    for (const auto change : {PartChange::Name, PartChange::Value, PartChange::State, PartChange::All}) form.host()->partChanged(2, change);
+    EXPECT_TRUE(waitFor([&] { return events.told.size() >= 4; }));
+    const std::vector<std::pair<DWORD, LONG>> expected{
+        {EVENT_OBJECT_NAMECHANGE, 3}, {EVENT_OBJECT_VALUECHANGE, 3}, {EVENT_OBJECT_STATECHANGE, 3}, {EVENT_OBJECT_REORDER, CHILDID_SELF}};
+    EXPECT_EQ(events.told, expected);
 }
 
 TEST_F(SkinnedWindow, AddsUpPartsOfAWheelNotch) {

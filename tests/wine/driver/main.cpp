@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include "tests/wine/driver/accessible.h"
 #include "tests/wine/driver/controls.h"
 #include "tests/wine/driver/input.h"
 #include "tests/wine/driver/menus.h"
@@ -52,6 +53,11 @@ const Verb kVerbs[] = {
     // the process of a window
     {"resources", [](const Request& r) { return Rows{Resources(WindowOf(r, 1))}; }},
     {"fail", [](const Request& r) { return Fail(WindowOf(r, 1), r.text(2)), Done(); }},
+    {"parts", [](const Request& r) { return AccessibleParts(WindowOf(r, 1)); }},
+    {"partat", [](const Request& r) { return Rows{{std::to_string(AccessiblePartAt(WindowOf(r, 1), PointOf(r, 2)))}}; }},
+    {"partbeside", [](const Request& r) { return Rows{{std::to_string(AccessibleNeighbour(WindowOf(r, 1), Int(r, 2, 0), Int(r, 3, 5)))}}; }},
+    {"partact", [](const Request& r) { return DoAccessibleAction(WindowOf(r, 1), Int(r, 2, 0)), Done(); }},
+    {"partvalue", [](const Request& r) { return SetAccessibleValue(WindowOf(r, 1), Int(r, 2, 0), ToWide(r.text(3))), Done(); }},
     // mouse and keyboard
     {"move", [](const Request& r) { return MoveMouse(PointOf(r, 1)), Done(); }},
     {"click", [](const Request& r) { return Click(PointOf(r, 1), ButtonOf(r.text(3)), Int(r, 4, 1)), Done(); }},

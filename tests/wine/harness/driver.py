@@ -53,6 +53,35 @@ class MenuItem:
         return self.caption.split("|")[0].replace("&", "")
 
 
+@dataclasses.dataclass(frozen=True)
+class Part:
+    """What a window tells assistive programs of one thing in it. `place` is on the screen, (x, y, width, height)."""
+    window: "Window"
+    number: int
+    role: int
+    state: int
+    place: tuple
+    name: str
+    value: str
+    description: str
+    action: str
+    shortcut: str
+
+    BUTTON, SLIDER, TEXT, PICTURE = 43, 51, 41, 40
+    enabled = property(lambda self: not self.state & 1)
+    pressed = property(lambda self: bool(self.state & 8))
+
+    def act(self):
+        self.window.ask("partact", self.number)
+
+    def set_value(self, text):
+        self.window.ask("partvalue", self.number, text)
+
+    def beside(self, direction):
+        """The number of the part after (5) or before (6) it."""
+        return int(self.window.ask("partbeside", self.number, direction)[0][0])
+
+
 class Driver:
     def __init__(self, session, program):
         self._process = session.start(program, stdin=subprocess.PIPE, stdout=subprocess.PIPE, cwd=program.parent)
@@ -226,6 +255,20 @@ class Window:
         except DriverError:
             return None
         return next((Window(self._driver, r, False) for r in rows if int(r[0]) == self.handle), None)
+
+    def ask(self, verb, *more):
+        return self._driver.ask(verb, self.handle, *more)
+
+    def parts(self):
+        """What it tells assistive programs of things that are no windows of their own."""
+        return [Part(self, *map(int, row[:3]), tuple(map(int, row[3:7])), *row[7:]) for row in self.ask("parts")]
+
+    def part(self, name):
+        return next(part for part in self.parts() if part.name == name)
+
+    def part_at(self, x, y):
+        """The number of the part at a point of the screen, 0 for the window itself, -1 outside it."""
+        return int(self.ask("partat", x, y)[0][0])
 
     def text(self):
         return self._driver.ask("text", self.handle)[0][0]
