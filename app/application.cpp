@@ -62,6 +62,7 @@ Application::Application(const Services& services, std::string commandLine)
     };
     equalizer_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
+    for (Form* form : otherWindows()) form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
     tag_.connect({&release_,
                   {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
                    [this] { list_.refreshBrowser(); }},
@@ -85,20 +86,20 @@ Application::Application(const Services& services, std::string commandLine)
 
 Application::~Application() = default;
 
+std::array<Form*, 7> Application::otherWindows() {
+    return {&list_, &options_, &equalizer_, &lyrics_, &tag_, &convert_, &about_};
+}
+
 void Application::load() {
     top_.realise(services_.windows);
-    for (Form* form : {static_cast<Form*>(&list_), static_cast<Form*>(&options_), static_cast<Form*>(&equalizer_),
-                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_), static_cast<Form*>(&convert_), static_cast<Form*>(&about_)}) {
-        form->realiseWhenShown(services_.windows);
-    }
+    for (Form* form : otherWindows()) form->realiseWhenShown(services_.windows);
     services_.vbmp3.vbmp3_init();
     const bool firstStart = !settings_.exists();
     settings_.LoadSettings();
     followOptions();
     top_.LoadSkinNamed(state_.SkinName);
     top_.setScale(options_.skinScale());
-    // Nobody has placed a window yet, and this one comes up by itself: it begins below the main window and not on it.
-    if (firstStart) lyrics_.move(lyrics_.left(), top_.top() + top_.height());
+    if (firstStart) placeAroundMain();
     volume_.open();
     loadLibrary();
     top_.ListSkins();
@@ -110,6 +111,18 @@ void Application::load() {
     top_.setAlwaysOnTop(top_.alwaysOnTop());
     if (!top_.inTray()) top_.show();
     if (state_.ListShown) top_.showWindow(list_);
+}
+
+// Nobody has placed a window yet: they come up around the main window, and those that can only lie over another leave its
+// title bar free.
+void Application::placeAroundMain() {
+    constexpr int kTitleBar = 450;  // twips
+    const int right = top_.left() + top_.width() * top_.scale(), below = top_.top() + top_.height() * top_.scale();
+    list_.move(right, top_.top());
+    lyrics_.move(top_.left(), below);
+    equalizer_.move(top_.left(), below + lyrics_.height());
+    options_.move(right + kTitleBar, top_.top() + kTitleBar);
+    tag_.move(right + 2 * kTitleBar, top_.top() + 2 * kTitleBar);
 }
 
 void Application::connectConverter() {
@@ -181,9 +194,9 @@ void Application::loadLibrary() {
     library.vbmp3_setNotTagLyricsLine(kNotTagLyricsLine);
     library.vbmp3_useAtMarkTag(kAtMarkTag);
     library.vbmp3_setSeekPlay(kSeekPlay);
-    tag_.fillGenres();
     std::int32_t encoderState = 0;
     const bool encoderThere = services_.gogo.available() && services_.gogo.MPGE_getUnitStatesVB(encoderState) == 0;
+    tag_.fillGenres();
     about_.setVersions({kVersion, library.vbmp3_getVersion(), encoderThere ? services_.gogo.version() : ""});
 }
 
@@ -201,8 +214,10 @@ void Application::openFirstFile() {
 }
 
 void Application::showHelp() {
+    // The guide is what a Windows without WinHelp can show; a help file that somebody has put there goes first.
     const std::string guide = JoinPath(services_.files.programFolder(), "Quenlox.html");
-    if (services_.files.fileExists(guide) && services_.shell.openInBrowser(guide)) return;
+    FileSystem& files = services_.files;
+    if (!files.fileExists(helpFile_) && files.fileExists(guide) && services_.shell.openInBrowser(guide)) return;
     services_.shell.WinHelp(top_, helpFile_, kHelpContext, kHelpContextData);
 }
 
@@ -211,9 +226,11 @@ FormTop::Figures Application::figures() const {
     FormTop::Figures figures;
     const int list = state_.ListNo;
     if (list >= 0 && list < static_cast<int>(std::size(kListNames))) {
-        const int current = state_.CurrentIndex[static_cast<std::size_t>(list)];
-        figures.listPlace = std::string(kListNames[list]) + " " + (current < 0 ? "-" : std::to_string(current + 1)) + "/" +
-                            std::to_string(lists_.count(list));
+        const int current = state_.CurrentIndex[static_cast<std::size_t>(list)], count = lists_.count(list);
+        figures.listPlace = std::string(kListNames[list]) + " ";
+        if (current >= 0) figures.listPlace += std::to_string(current + 1) + "/";
+        figures.listPlace += std::to_string(count);
+        if (current < 0) figures.listPlace += "曲";
     }
     const std::time_t now = std::time(nullptr);
     if (const std::tm* local = std::localtime(&now)) {
@@ -235,10 +252,7 @@ void Application::unload() {
     settings_.SaveSettings();
     lists_.SaveListFile();
     volume_.close();
-    for (Form* form : {static_cast<Form*>(&list_), static_cast<Form*>(&options_), static_cast<Form*>(&equalizer_),
-                       static_cast<Form*>(&lyrics_), static_cast<Form*>(&tag_), static_cast<Form*>(&convert_)}) {
-        form->unload();
-    }
+    for (Form* form : otherWindows()) form->unload();
     services_.windows.quit();
 }
 

@@ -2,6 +2,7 @@
 // go down. On the user-interface thread; it lives as long as the main window.
 #pragma once
 
+#include <array>
 #include <string>
 
 #include "about/form_info.h"
@@ -72,7 +73,9 @@ class Application {
 
   private:
     void unload();
+    std::array<Form*, 7> otherWindows();  // all but the main window
     void loadLibrary();
+    void placeAroundMain();
     void followOptions();
     void showListColumns();
     void connectConverter();

@@ -86,17 +86,6 @@ void FormConv::Form_Load() {
     showControls();
 }
 
-// The first time in the middle of the screen, not on top of the main window; later where the user has put it.
-void FormConv::Form_Shown() {
-    if (placed_ || !host()) return;
-    placed_ = true;
-    const TwipsPerPixel twips = host()->twipsPerPixel();
-    const Rect area = windows_.workArea({TwipsToPixels(left(), twips.x), TwipsToPixels(top(), twips.y),
-                                         TwipsToPixels(width(), twips.x), TwipsToPixels(height(), twips.y)});
-    move(PixelsToTwips(area.left, twips.x) + (PixelsToTwips(area.width, twips.x) - width()) / 2,
-         PixelsToTwips(area.top, twips.y) + (PixelsToTwips(area.height, twips.y) - height()) / 2);
-}
-
 Operation FormConv::operation() const {
     if (DecOption[2].value()) return Operation::Encode;
     return DecOption[1].value() ? Operation::PlayDecode : Operation::Decode;

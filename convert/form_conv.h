@@ -59,7 +59,7 @@ class FormConv : public Form {
     CommandButton Command1{*this, "Command1"};     // closes
 
     void Form_Load() override;
-    void Form_Shown() override;
+    void Form_Shown() override { moveToMiddleOnce(); }
     void Form_Unload(bool& cancel) override;
     void Form_FilesDropped(const std::vector<std::string>& files, Point at) override;
     Layout layout() override;
@@ -112,7 +112,6 @@ class FormConv : public Form {
     WindowSystem& windows_;
     Hooks hooks_;
 
-    bool placed_ = false;
     std::vector<std::string> sources_;
     std::vector<ConversionJob> jobs_;           // as chosen; emptied as they are done
     bool replaceAgreed_ = false;                // the save dialog has asked

@@ -40,6 +40,15 @@ class ApplicationTest : public ::testing::Test {
         return static_cast<std::size_t>(std::ranges::find(vbmp3.calls, call) - vbmp3.calls.begin());
     }
 
+    // Shows the window of an item of the main menu.
+    Form& opened(std::string_view item) {
+        const auto items = top().menuMain().items;
+        const auto before = windows.hosts.size();
+        std::ranges::find_if(items, [item](const MenuItem& i) { return i.caption.starts_with(item); })->click();
+        EXPECT_EQ(windows.hosts.size(), before + 1) << item;
+        return *windows.hosts.back().first;
+    }
+
     FakeWindowSystem windows;
     FakeTextPainter painter;
     FakeDialogs dialogs;
@@ -272,6 +281,67 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     o.CheckIntro.setValue(1);
     top().Timer1.onTimer();
     EXPECT_EQ(state().CurrentFile, "C:\\m\\2.mp3");
+}
+
+TEST_F(ApplicationTest, WindowsLieAroundTheMainWindowOnAFirstStartAndWhereTheyWereLater) {
+    for (const bool first : {true, false}) {
+        if (!first) files.add("C:\\Quenlox\\Quenlox.ini", "[Option]\r\nX=30\r\n");
+        windows.hosts.clear();
+        start();
+        std::vector<std::pair<int, int>> places{{top().left(), top().top()}};
+        for (const char* item : {"プレイリスト", "オプション", "グライコ", "タグ情報"}) {
+            const Form& form = opened(item);
+            places.emplace_back(form.left(), form.top());
+        }
+        const std::vector<std::pair<int, int>> kept{{0, 0}, {0, 0}, {30, 0}, {0, 0}, {0, 0}};
+        EXPECT_EQ(places == kept, !first);
+        std::ranges::sort(places);
+        EXPECT_EQ(std::ranges::adjacent_find(places) == places.end(), first);
+        application.reset();
+    }
+}
+
+TEST_F(ApplicationTest, TheColumnsOfTheListFollowTheirOptionsAtOnce) {
+    files.add("C:\\Quenlox\\Quenlox.ini", "");
+    start();
+    auto& list = dynamic_cast<FormList&>(opened("プレイリスト"));
+    auto& options = dynamic_cast<FormOpt&>(opened("オプション"));
+    const struct { int columns, time; std::array<int, 5> widths; } steps[] = {
+        {0, 1, {9000, 0, 0, 0, 0}}, {1, 1, {162, 113, 162, 40, 300}}, {1, 0, {162, 113, 162, 0, 300}}, {0, 0, {9000, 0, 0, 0, 0}}};
+    for (const auto& step : steps) {
+        options.CheckListTypeS.setValue(step.columns);
+        options.CheckListTime.setValue(step.time);
+        for (int view = 0; view < FormList::kViews; ++view) EXPECT_EQ(list.columnWidths(view), step.widths) << step.columns << step.time;
+    }
+    list.setColumnWidths({50, 60, 70, 0, 80});
+    options.CheckListTypeS.setValue(1);
+    options.CheckListTime.setValue(1);
+    EXPECT_EQ(list.columnWidths(0), (std::array{50, 60, 70, 40, 80})) << "the user's own widths stay";
+}
+
+TEST_F(ApplicationTest, AHelpFileGoesFirstThenTheGuide) {
+    start();
+    const auto help = [&] { top().taskPicture_MouseUp(kHelpCommand, 1, 0, {0, 0}); };
+    top().taskPicture[kHelpCommand].setBounds({0, 0, 10, 10});
+    help();
+    files.add("C:\\Quenlox\\Quenlox.html");
+    help();
+    EXPECT_EQ(shell.opened, std::vector<std::string>{"C:\\Quenlox\\Quenlox.html"});
+    files.add("C:\\Quenlox\\Quenlox.hlp");
+    help();
+    EXPECT_EQ(shell.helps, (std::vector<std::string>{"C:\\Quenlox\\Quenlox.hlp 11 1", "C:\\Quenlox\\Quenlox.hlp 11 1"}));
+}
+
+TEST_F(ApplicationTest, TheListLabelTellsWhatThereIs) {
+    start();
+    const struct { int count, current; const char* text; } cases[] = {{0, -1, "A 0曲"}, {2, -1, "A 2曲"}, {2, 1, "A 2/2"}};
+    for (const auto& c : cases) {
+        files.add("C:\\Quenlox\\Quenlox.m3u", c.count ? "#ListA\r\nC:\\x.mp3\r\nC:\\y.mp3\r\n" : "");
+        start();
+        state().CurrentIndex[0] = c.current;
+        top().Timer3.onTimer();
+        EXPECT_EQ(top().mainLabel[kListLabel].caption(), c.text);
+    }
 }
 
 TEST_F(ApplicationTest, WithoutMixerOrSkinItStillStarts) {
