@@ -194,7 +194,12 @@ void Stretcher::finish(std::vector<float>& out) {
         give(work_, out);
     }
     start_ = {in_, outputFrameOf(in_)};
-    if (run_) run_ = std::make_unique<Run>(sampleRate_, present_, start_);
+    if (run_) {
+        // Whatever was heard last, here the track is over.
+        while (!places_.empty() && places_.back().out >= start_.out) places_.pop_back();
+        places_.push_back({static_cast<double>(start_.in), start_.out, present_.tempo});
+        run_ = std::make_unique<Run>(sampleRate_, present_, start_);
+    }
     fading_.clear();
     faded_ = 0;
 }
