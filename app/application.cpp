@@ -118,11 +118,11 @@ void Application::load() {
 void Application::placeAroundMain() {
     constexpr int kTitleBar = 450;  // twips
     const int right = top_.left() + top_.width() * top_.scale(), below = top_.top() + top_.height() * top_.scale();
-    list_.move(right, top_.top());
-    lyrics_.move(top_.left(), below);
-    equalizer_.move(top_.left(), below + lyrics_.height());
-    options_.move(right + kTitleBar, top_.top() + kTitleBar);
-    tag_.move(right + 2 * kTitleBar, top_.top() + 2 * kTitleBar);
+    list_.suggestPlace(right, top_.top());
+    lyrics_.suggestPlace(top_.left(), below);
+    equalizer_.suggestPlace(top_.left(), below + lyrics_.height());
+    options_.suggestPlace(right + kTitleBar, top_.top() + kTitleBar);
+    tag_.suggestPlace(right + 2 * kTitleBar, top_.top() + 2 * kTitleBar);
 }
 
 void Application::connectConverter() {

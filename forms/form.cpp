@@ -37,6 +37,7 @@ void Form::remove(Control& control) {
 
 void Form::move(int left, int top) {
     if (left == left_ && top == top_) return;
+    suggested_ = false;
     left_ = left;
     top_ = top;
     formChanged(FormProperty::Place);
@@ -52,6 +53,7 @@ void Form::setSize(int width, int height) {
 }
 
 void Form::placedByUser(int left, int top, int width, int height) {
+    suggested_ = suggested_ && left == left_ && top == top_;
     left_ = left;
     top_ = top;
     width_ = width;
@@ -108,6 +110,11 @@ void Form::moveToMiddleOnce() {
                                          TwipsToPixels(width_, twips.x), TwipsToPixels(height_, twips.y)});
     move(PixelsToTwips(area.left, twips.x) + (PixelsToTwips(area.width, twips.x) - width_) / 2,
          PixelsToTwips(area.top, twips.y) + (PixelsToTwips(area.height, twips.y) - height_) / 2);
+}
+
+void Form::suggestPlace(int left, int top) {
+    move(left, top);
+    suggested_ = true;
 }
 
 void Form::popup(const Menu& menu, Point at) {

@@ -91,6 +91,9 @@ class Form {
 
     // The first time to the middle of the screen, later where the user has put it: for a window whose place is not kept.
     void moveToMiddleOnce();
+    // Moves it to a place that nobody has chosen: shown there it lies on the screen as a whole, as far as it fits.
+    void suggestPlace(int left, int top);
+    bool placeSuggested() const { return suggested_; }
 
     // For controls and hosts.
     void add(Control& control);
@@ -118,6 +121,7 @@ class Form {
     bool topmost_ = false;
     bool unloaded_ = false;
     bool placed_ = false;
+    bool suggested_ = false;
 };
 
 }  // namespace quenlox

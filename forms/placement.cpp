@@ -16,7 +16,7 @@ int SnapAlong(int start, int length, int areaStart, int areaLength, int distance
     return toStart <= toEnd ? areaStart : areaStart + areaLength - length;
 }
 
-int PutInto(int start, int length, int areaStart, int areaLength) {
+int PutAlong(int start, int length, int areaStart, int areaLength) {
     return std::max(areaStart, std::min(start, areaStart + areaLength - length));
 }
 
@@ -33,8 +33,12 @@ Rect BringOntoScreen(const Rect& window, std::span<const Rect> workAreas, const 
         const Rect shown = Intersect(window, area);
         if (shown.width >= width && shown.height >= height) return window;
     }
-    return {PutInto(window.left, window.width, fallback.left, fallback.width),
-            PutInto(window.top, window.height, fallback.top, fallback.height), window.width, window.height};
+    return PutInto(window, fallback);
+}
+
+Rect PutInto(const Rect& window, const Rect& area) {
+    return {PutAlong(window.left, window.width, area.left, area.width),
+            PutAlong(window.top, window.height, area.top, area.height), window.width, window.height};
 }
 
 }  // namespace quenlox

@@ -14,4 +14,7 @@ Rect SnapToEdges(const Rect& window, const Rect& area, int distance);
 // `fallback`, whole when it fits there, else with its top left corner at that of the area.
 Rect BringOntoScreen(const Rect& window, std::span<const Rect> workAreas, const Rect& fallback);
 
+// `window` moved so that all of it lies on `area`, or begins at its top left corner where it is larger.
+Rect PutInto(const Rect& window, const Rect& area);
+
 }  // namespace quenlox

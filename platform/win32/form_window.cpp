@@ -248,7 +248,8 @@ void FormWindow::bringOntoScreen() {
     RECT rect{};
     GetWindowRect(window_, &rect);
     const Rect place = FromRect(rect);
-    const Rect seen = BringOntoScreen(place, WorkAreas(), system_.workArea(place));
+    const Rect area = system_.workArea(place);
+    const Rect seen = form_->placeSuggested() ? PutInto(place, area) : BringOntoScreen(place, WorkAreas(), area);
     if (seen == place) return;
     const bool before = std::exchange(placing_, true);
     SetWindowPos(window_, nullptr, seen.left, seen.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);

@@ -14,8 +14,8 @@ STEPS = (300, 500, 700, 900, 1100, 1300, 1500, 1700, 1900, 2100)
 
 def open_editor(s, player):
     window = player.open("タグ情報(I)", TITLE)
-    s.driver.drag(window.x + 60, window.y + 10, window.x + 260, window.y + 220)
-    s.wait_until(lambda: window.refreshed().y > 150, 5, "the window is moved")
+    s.driver.drag(window.x + 60, window.y + 10, 260, 220)
+    s.wait_until(lambda: window.refreshed().x == 200, 5, "the window is moved")
     return window.refreshed()
 
 
