@@ -218,7 +218,7 @@ class CrashNotesWin32 : public CrashNotes {
         HMODULE module = nullptr;
         constexpr DWORD kByAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
         if (!GetModuleHandleExW(kByAddress, reinterpret_cast<const wchar_t*>(address), &module)) return {"", address};
-        const DWORD length = GetModuleFileNameW(module, moduleFile_.text, std::size(moduleFile_.text));
+        const DWORD length = GetModuleFileNameW(module, moduleFile_.text, static_cast<DWORD>(std::size(moduleFile_.text)));
         const std::wstring_view file(moduleFile_.text, length);
         std::size_t used = 0;
         for (const wchar_t c : file.substr(file.rfind(L'\\') + 1)) {
