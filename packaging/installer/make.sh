@@ -25,9 +25,12 @@ file_lists() {
     echo '!macroend'
 }
 
-lists=$(mktemp)
-trap 'rm -f "$lists"' EXIT
-file_lists >"$lists"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+file_lists >"$work/files.nsh"
+# An installer keeps the times of its files, and a checkout gives them the time of day.
+cp "$root/packaging/installer/side.bmp" "$work/"
+touch -d "@${SOURCE_DATE_EPOCH:-1700000000}" "$work/side.bmp"
 size=$(find "$product" -type f -printf '%s\n' | awk '{ bytes += $1 } END { print int(bytes / 1024) }')
-makensis -V3 -WX -INPUTCHARSET UTF8 -DVERSION="$version" -DSIZE_KB="$size" -DFILES="$lists" -DROOT="$root" \
-    -DOUT="$target/Quenlox-$version-setup.exe" "$root/packaging/installer/quenlox.nsi"
+makensis -V3 -WX -INPUTCHARSET UTF8 -DVERSION="$version" -DSIZE_KB="$size" -DFILES="$work/files.nsh" \
+    -DSIDE="$work/side.bmp" -DROOT="$root" -DOUT="$target/Quenlox-$version-setup.exe" "$root/packaging/installer/quenlox.nsi"

@@ -1,7 +1,7 @@
 ; The installer: for one user, without administrator rights. packaging/installer/make.sh calls makensis with
 ;   VERSION   1.2.3            FILES  generated: the macros InstallFiles and RemoveFiles
 ;   SIZE_KB   of all files     ROOT   this source tree
-;   OUT       the installer
+;   OUT       the installer        SIDE   the picture of the first and the last page
 ;
 ; Switches besides those of every NSIS installer (/S silent, /D=folder last):
 ;   /ASSOC /NOASSOC   associates all kinds of files, or takes that back; without either it stays as it is
@@ -39,7 +39,7 @@ Var UpgradeOnly  ; the uninstaller was called by an installer
 
 !define MUI_ICON "${ROOT}/packaging/icon/quenlox.ico"
 !define MUI_UNICON "${ROOT}/packaging/icon/quenlox.ico"
-!define MUI_WELCOMEFINISHPAGE_BITMAP "${ROOT}/packaging/installer/side.bmp"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${SIDE}"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
 !define MUI_LANGDLL_ALLLANGUAGES
