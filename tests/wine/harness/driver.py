@@ -8,6 +8,7 @@ import threading
 from wine_session.processes import wait_until
 
 WM_CLOSE, WM_COMMAND, BM_GETCHECK = 0x10, 0x111, 0xF0
+TIP_CLASS = "tooltips_class32"
 LIMIT = 10.0  # seconds that waiting takes at most when a test names no limit
 
 
@@ -128,9 +129,11 @@ class Driver:
 
     def find(self, title=None, class_name=None, process=None, visible=True):
         """The first top-level window that fits, or None. `title` is compared whole, but a * at its begin or end stands for
-        anything."""
+        anything. The tip of a button bears the name of the window that the button opens: tips are found by class only."""
         for window in self.windows():
-            if (visible and not window.visible) or (class_name and window.class_name != class_name):
+            if (visible and not window.visible) or window.class_name != (class_name or window.class_name):
+                continue
+            if window.class_name == TIP_CLASS and not class_name:
                 continue
             if process is not None and window.process != process:
                 continue

@@ -158,8 +158,12 @@ class Scenario:
         """Waits until nothing has been heard for `seconds`."""
         size = int(seconds * 44100) * 4
         mark = self.sound_mark()
-        self.wait_until(lambda: self.sound_mark() - mark >= size and self.captured(self.sound_mark() - size).is_silent(),
-                        limit, "it is silent")
+        try:
+            self.wait_until(lambda: self.sound_mark() - mark >= size and self.captured(self.sound_mark() - size).is_silent(),
+                            limit, "it is silent")
+        except TimeoutError as error:
+            heard = self.captured(mark)
+            raise TimeoutError(f"{error}; {heard.length:.2f} s arrived, sound in {heard.bounds()}") from None
 
     def wait_tone(self, frequency, limit=8):
         """Waits until a tone is what is heard."""
