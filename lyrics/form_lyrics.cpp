@@ -103,6 +103,7 @@ void FormLyrics::draw() {
     makeBackground();
     drawn_ = look();
     DrawLyricsWindow(Picture7.surface(), painter_, lines_, drawn_);
+    Picture7.setCaption(CurrentLyricsLine(lines_));
     Picture7.refresh();
 }
 

@@ -137,6 +137,7 @@ void LyricsDisplay::drawPanel(const vbmp3_LyricsLines& lines) {
     panelLines_ = lines;
     panelLook_ = look;
     DrawLyricsPanel(main_.panel.surface(), painter_, lines, look);
+    main_.panel.setCaption(CurrentLyricsLine(lines));
     main_.panel.refresh();
 }
 

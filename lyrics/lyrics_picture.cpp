@@ -54,6 +54,8 @@ int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& l
 
 }  // namespace
 
+std::string CurrentLyricsLine(const vbmp3_LyricsLines& lines) { return RowText(lines, kCurrentRow); }
+
 vbmp3_LyricsLines NoLyricsLines() {
     vbmp3_LyricsLines lines{};
     lines.size = sizeof lines;

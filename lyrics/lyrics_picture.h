@@ -17,6 +17,8 @@ class TextPainter;
 vbmp3_LyricsLines NoLyricsLines();
 // True when both show the same.
 bool SameLyricsLines(const vbmp3_LyricsLines& a, const vbmp3_LyricsLines& b);
+// The line that is sung now, empty before the first; what a picture of lyrics tells a screen reader.
+std::string CurrentLyricsLine(const vbmp3_LyricsLines& lines);
 
 struct LyricsBand {
     int row = 0;  // of the record

@@ -37,6 +37,7 @@ std::vector<FormTop::Part> FormTop::partsInOrder() {
     for (int n = 0; DisplayA.visible() && n < kButtonCount; ++n) parts.push_back({&DisplayA, n});
     add(SeekBar);
     add(VolumeBar);
+    add(LyricsPicture);
     add(DisplayC);
     add(DisplayB);
     for (int n = 0; n < kButtonCount; ++n) add(taskPicture[n]);
@@ -81,6 +82,9 @@ AccessiblePart FormTop::describe(const Part& part) {
         told.setPercent = [this](int percent) { playback_.volume->setPercent(percent); };
     } else if (&control == &DisplayC) {
         told.name = displayCText_;
+    } else if (&control == &LyricsPicture) {
+        told.name = LyricsPicture.caption();
+        told.description = "歌詞";
     } else {
         told.role = AccessiblePart::Role::Picture;
         told.action = "表示を切り替える";

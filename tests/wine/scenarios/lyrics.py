@@ -56,6 +56,7 @@ def test_the_window_shows_the_line_that_is_sung_after_seeking_too(s):
     # 16.0 has become 17.2: the line changes at 19.2 by itself.
     before = inside(s, words).tobytes()
     s.wait_until(lambda: inside(s, words).tobytes() != before, 6, "the next line comes")
+    s.wait_until(lambda: any("小さな歌を" in control.title for control in words.controls()), 3, "its words are the picture's name")
 
 
 @real_time
@@ -87,6 +88,8 @@ def test_a_skin_with_a_lyrics_area_shows_them_there_and_no_window(s):
     player = Product(s, demo(s), "/p", skin="hakuji", ini="[Main]\nSkinName=hakuji\n")
     s.wait_until(lambda: ink(player.look(player.skin.lyrics)) > 150, 12, "the first line is on the panel")
     player.shot("hakuji")
+    s.wait_until(lambda: ("歌詞", "窓をあければ 朝のひかり") in ((part.description, part.name) for part in player.window.parts()),
+                 5, "a screen reader is told the line")
     assert s.driver.find(title="歌詞") is None, "no lyrics window"
 
 
