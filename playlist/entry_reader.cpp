@@ -19,6 +19,9 @@ namespace {
 // Larger than any real MIDI file; what claims to be one beyond this is not read for its title.
 constexpr std::uint64_t kLargestMidi = 16u << 20;
 
+// A disk that has to start turning takes as long, but then it is there.
+constexpr std::chrono::seconds kLongWait{1}, kDeadTime{60};
+
 bool IsMidi(const std::string& path) { return std::string_view(".mid.rmi").find(LastFour(path)) != std::string_view::npos; }
 
 template <std::size_t size>
@@ -35,23 +38,35 @@ std::string PlayTimeText(std::int32_t seconds) {
 
 bool EntryReader::estimates() const { return state_.ListType == 0 && options_.estimateFromFileName(); }
 
-EntryReader::Texts EntryReader::read(const std::string& path) {
-    Texts texts;
-    // What the library does not know of shows the name of its file.
-    texts.title = BaseNameOf(path);
-    texts.name = kUnknownName;
-    texts.album = kUnknownText;
+// False when nothing could be learnt of the file.
+bool EntryReader::readTags(const std::string& path, Texts& texts) {
     if (IsMidi(path)) {
         const std::optional<std::string> bytes = files_.read(path, kLargestMidi);
         texts.title = bytes ? TrimAtNull(MidiTitle(*bytes)) : std::string{};
-    } else {
-        vbmp3_FileInfo info{};
-        info.size = sizeof info;
-        if (vbmp3_.vbmp3_getFileInfo(path, info)) {
-            texts.title = TrimAtNull(Field(info.title));
-            texts.name = TrimAtNull(Field(info.artist));
-            texts.album = TrimAtNull(Field(info.album));
-            texts.seconds = std::max(info.seconds, 0);
+        return bytes.has_value();
+    }
+    vbmp3_FileInfo info{};
+    info.size = sizeof info;
+    if (!vbmp3_.vbmp3_getFileInfo(path, info)) return false;
+    texts.title = TrimAtNull(Field(info.title));
+    texts.name = TrimAtNull(Field(info.artist));
+    texts.album = TrimAtNull(Field(info.album));
+    texts.seconds = std::max(info.seconds, 0);
+    return true;
+}
+
+EntryReader::Texts EntryReader::read(const std::string& path) {
+    Texts texts;
+    // What the library does not know of shows the name of its file.
+    texts.title = IsMidi(path) ? std::string{} : BaseNameOf(path);
+    texts.name = kUnknownName;
+    texts.album = kUnknownText;
+    const std::string root = FoldCase(RootOf(path));
+    const Clock::time_point begin = now_();
+    const auto dead = deadUntil_.find(root);
+    if (dead == deadUntil_.end() || dead->second <= begin) {
+        if (!readTags(path, texts) && now_() - begin >= kLongWait && !files_.folderExists(root + "\\")) {
+            deadUntil_[root] = now_() + kDeadTime;
         }
     }
     if (estimates()) {

@@ -1,10 +1,17 @@
 // Finds out what a row shows of its media file: from its tags, from the text of a MIDI file, or from the file's name.
 // Reads the file; called when a row's texts are first needed. Failures give placeholders.
+//
+// Asking a server that is switched off, or a drive that has gone, can take Windows half a minute, and a list may hold
+// hundreds of its files. So after one such wait the files of that place count as missing for a while.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace quenlox {
 
@@ -23,8 +30,11 @@ std::string PlayTimeText(std::int32_t seconds);
 
 class EntryReader {
   public:
-    EntryReader(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3)
-        : state_(state), options_(options), files_(files), vbmp3_(vbmp3) {}
+    using Clock = std::chrono::steady_clock;
+
+    EntryReader(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3,
+                std::function<Clock::time_point()> now = Clock::now)
+        : state_(state), options_(options), files_(files), vbmp3_(vbmp3), now_(std::move(now)) {}
 
     struct Texts {
         std::string title;
@@ -35,12 +45,15 @@ class EntryReader {
     Texts read(const std::string& path);
 
   private:
+    bool readTags(const std::string& path, Texts& texts);
     bool estimates() const;
 
     GlobalState& state_;
     const OptionSettings& options_;
     FileSystem& files_;
     Vbmp3& vbmp3_;
+    std::function<Clock::time_point()> now_;
+    std::map<std::string, Clock::time_point> deadUntil_;  // by drive or share
 };
 
 }  // namespace quenlox

@@ -28,6 +28,13 @@ std::string JoinPath(std::string_view folder, std::string_view name) {
     return path.append(name);
 }
 
+std::string_view RootOf(std::string_view path) {
+    if (path.size() >= 2 && path[1] == ':') return path.substr(0, 2);
+    if (!path.starts_with("\\\\")) return {};
+    const std::size_t share = path.find('\\', 2);
+    return path.substr(0, share == path.npos ? share : path.find('\\', share + 1));
+}
+
 std::string LastFour(std::string_view path) { return FoldCase(LastCharacters(path, 4)); }
 
 std::string BaseNameOf(std::string_view path) {

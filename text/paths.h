@@ -21,6 +21,8 @@ std::string ExtensionOf(std::string_view path);
 // The path up to and including the last "." of its file name, then `extension`; a name without "." gets one.
 std::string WithExtension(std::string_view path, std::string_view extension);
 
+// The drive "C:" or the network share "\\server\share" that holds the file; empty for a relative path.
+std::string_view RootOf(std::string_view path);
 // True for "C:\...", "\\server\..." and "\...".
 bool IsAbsolutePath(std::string_view path);
 

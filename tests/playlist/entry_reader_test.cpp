@@ -122,5 +122,30 @@ TEST(EntryTexts, GiveTheSumOfTheLengthsThatAreKnown) {
     EXPECT_EQ(lists.lists.knownSeconds(2), 3601);
 }
 
+// A switched-off server is waited for once a minute and not once a file; a disk that wakes up is no such place.
+TEST(EntryTexts, OfAPlaceThatDoesNotAnswerAreAskedForOnceInAWhile) {
+    struct SlowLibrary : FakeVbmp3 {
+        EntryReader::Clock::time_point now{};
+        int asked = 0;
+        bool vbmp3_getFileInfo(const std::string& path, vbmp3_FileInfo& info) override {
+            ++asked;
+            now += path.starts_with("D:") ? std::chrono::milliseconds(1) : std::chrono::seconds(20);
+            return FakeVbmp3::vbmp3_getFileInfo(path, info);
+        }
+    } library;
+    Lists lists;
+    lists.files.driveList.emplace_back("E:\\", DriveType::Fixed);
+    EntryReader reader(lists.state, lists.options, lists.files, library, [&] { return library.now; });
+    const auto askedFor = [&](std::initializer_list<const char*> paths) {
+        const int before = library.asked;
+        for (const char* path : paths) EXPECT_EQ(reader.read(path).name, "-----------") << path;
+        return library.asked - before;
+    };
+    EXPECT_EQ(askedFor({"\\\\nas\\music\\a.mp3", "\\\\NAS\\Music\\b.mp3", "\\\\nas\\music\\sub\\c.mp3"}), 1);
+    EXPECT_EQ(askedFor({"\\\\nas\\other\\a.mp3", "D:\\a.mp3", "D:\\b.mp3", "E:\\a.mp3", "E:\\b.mp3"}), 5);
+    library.now += std::chrono::minutes(1);
+    EXPECT_EQ(askedFor({"\\\\nas\\music\\a.mp3", "\\\\nas\\music\\b.mp3"}), 1);
+}
+
 }  // namespace
 }  // namespace quenlox
