@@ -176,15 +176,14 @@ void Application::followOptions() {
 
 // The single column of the file-name mode, or all of them; without widths of their own those of a fresh start.
 void Application::showListColumns() {
-    constexpr std::array<int, FormList::kColumns> kOne{FormList::kWideColumn, 0, 0, 0, 0}, kAll{162, 113, 162, 40, 300};
-    const bool one = state_.ListType == 0 && !options_.listColumns();
-    std::array<int, FormList::kColumns> widths = list_.columnWidths(0);
-    if (one) {
-        widths = kOne;
-    } else if (widths == kOne) {
-        widths = kAll;
+    constexpr int kTime = FormList::kTimeColumn;
+    FormList::ColumnWidths widths = list_.columnWidths(0);
+    if (state_.ListType == 0 && !options_.listColumns()) {
+        widths = FormList::kSingleColumn;
+    } else {
+        if (widths == FormList::kSingleColumn) widths = FormList::kStartWidths;
+        widths[kTime] = options_.listTimeColumn() ? std::max(widths[kTime], FormList::kStartWidths[kTime]) : 0;
     }
-    if (!one) widths[FormList::kTimeColumn] = options_.listTimeColumn() ? std::max(widths[FormList::kTimeColumn], kAll[FormList::kTimeColumn]) : 0;
     list_.setColumnWidths(widths);
 }
 

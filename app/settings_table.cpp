@@ -103,11 +103,11 @@ constexpr SettingsKey Box(const char* key, const char* whenMissing = "", const c
 bool Collapsed(const Windows& w) { return w.state.ListType == 0 && !w.opt.listColumns(); }
 
 template <int column>
-constexpr SettingsKey ColumnWidth(const char* key, std::int32_t whenMissing) {
+constexpr SettingsKey ColumnWidth(const char* key) {
     return NumberKey(
-        LoadStep::Columns, "Option", key, whenMissing,
+        LoadStep::Columns, "Option", key, FormList::kStartWidths[column],
         [](const Windows& w, std::int32_t n) {
-            if (Collapsed(w)) n = column == 0 ? FormList::kWideColumn : 0;
+            if (Collapsed(w)) n = FormList::kSingleColumn[column];
             if (column == FormList::kTimeColumn && !w.opt.listTimeColumn()) n = 0;
             for (int view = 0; view < FormList::kViews; ++view) w.list.PlayView[view].setColumnWidth(column, n);
         },
@@ -115,7 +115,7 @@ constexpr SettingsKey ColumnWidth(const char* key, std::int32_t whenMissing) {
             if (Collapsed(w) || (column == FormList::kTimeColumn && !w.opt.listTimeColumn())) return std::nullopt;
             const auto widths = w.list.columnWidths(std::clamp(w.state.ListNo, 0, FormList::kViews - 1));
             // The columns were chosen in this run, and the lists still show the single one.
-            if (widths == std::array{FormList::kWideColumn, 0, 0, 0, 0}) return std::nullopt;
+            if (widths == FormList::kSingleColumn) return std::nullopt;
             return Number(widths[column]);
         });
 }
@@ -186,11 +186,11 @@ constexpr SettingsKey kKeys[] = {
               [](const Windows& w, std::int32_t n) { w.state.ListShown = n == 1; },
               [](const Windows& w) -> Text { return Number(w.state.ListShown); }),
 
-    ColumnWidth<0>("ColumnTitle", 162),
-    ColumnWidth<1>("ColumnName", 113),
-    ColumnWidth<2>("ColumnAlbum", 162),
-    ColumnWidth<3>("ColumnTime", 40),
-    ColumnWidth<4>("ColumnFile", 300),
+    ColumnWidth<0>("ColumnTitle"),
+    ColumnWidth<1>("ColumnName"),
+    ColumnWidth<2>("ColumnAlbum"),
+    ColumnWidth<3>("ColumnTime"),
+    ColumnWidth<4>("ColumnFile"),
     NumberKey(LoadStep::Lists, "Option", "ListNo", 0,
               [](const Windows& w, std::int32_t n) { w.state.ListNo = n >= 0 && n < FormList::kViews ? n : 0; },
               [](const Windows& w) -> Text { return Number(w.state.ListNo); }),

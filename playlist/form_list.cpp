@@ -193,7 +193,7 @@ void FormList::trackChanged() {
     }
 }
 
-void FormList::setColumnWidths(const std::array<int, kColumns>& widths) {
+void FormList::setColumnWidths(const ColumnWidths& widths) {
     for (int list = 0; list < kViews; ++list) {
         for (int column = 0; column < kColumns; ++column) {
             PlayView[list].setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
@@ -201,8 +201,8 @@ void FormList::setColumnWidths(const std::array<int, kColumns>& widths) {
     }
 }
 
-std::array<int, FormList::kColumns> FormList::columnWidths(int view) const {
-    std::array<int, kColumns> widths{};
+FormList::ColumnWidths FormList::columnWidths(int view) const {
+    ColumnWidths widths{};
     for (std::size_t column = 0; column < kColumns; ++column) widths[column] = PlayView[view].columns()[column].width;
     return widths;
 }

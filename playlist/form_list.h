@@ -29,7 +29,9 @@ class FormList : public Form {
     static constexpr int kViews = Playlists::kPersistedLists;
     static constexpr int kColumns = kEntryColumns;
     static constexpr int kTimeColumn = EntryColumn::kTimeColumn;
-    static constexpr int kWideColumn = 9000;          // the one column of the plain file-name mode
+    using ColumnWidths = std::array<int, kColumns>;                             // pixels at 96 dots per inch
+    static constexpr ColumnWidths kStartWidths{162, 113, 162, 40, 300};
+    static constexpr ColumnWidths kSingleColumn{9000, 0, 0, 0, 0};              // of the plain file-name mode
     static constexpr int kSortItems = 6;
     static constexpr int kFolderTab = kViews;         // the tab behind those of the lists: the folder is the current list
 
@@ -56,8 +58,8 @@ class FormList : public Form {
     Menu menuSort{"menuSort", {}};                    // title, artist, time, folder, file name, random
 
     // Widths of the five columns of every view.
-    void setColumnWidths(const std::array<int, kColumns>& widths);
-    std::array<int, kColumns> columnWidths(int view) const;
+    void setColumnWidths(const ColumnWidths& widths);
+    ColumnWidths columnWidths(int view) const;
     // Which of the sorts make sense: without tag information a row is its file name, with it the folder is no column.
     void showSortItems(bool tagInformation);
     // Points the browser at a folder that exists.
