@@ -54,7 +54,10 @@ void PlayStateMonitor::Timer5_Timer() {
 
 void PlayStateMonitor::pollMediaControl() {
     const int code = mediaControl_.sendString("status MediaFile mode", &state_.MciReturn);
-    if (code != 0 || FoldCase(TrimAtNull(state_.MciReturn)) == "stopped") {
+    const bool stopped = FoldCase(TrimAtNull(state_.MciReturn)) == "stopped";
+    // The drivers for discs and MIDI stop for a pause and say so. Only kind 40 goes on sounding, and can end meanwhile.
+    if (code == 0 && stopped && state_.PlayerStatus == kPause && state_.baseKind() <= kWma) return;
+    if (code != 0 || stopped) {
         endOfTrack();
         return;
     }

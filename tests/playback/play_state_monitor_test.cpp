@@ -104,6 +104,10 @@ TEST(Poll, FollowsTheMediaControl) {
     EXPECT_EQ(p.state.PositionSeconds, 12);
     EXPECT_EQ(p.display.time, "00:12");
     p.mci.answers["status MediaFile mode"] = {0, std::string("Stopped\0junk", 12)};
+    p.engine.PauseMedia();
+    p.monitor.Timer1_Timer();
+    EXPECT_EQ(p.state.PlayerStatus, kPause) << "some drivers stop for a pause";
+    p.engine.PauseMedia();
     p.monitor.Timer1_Timer();
     EXPECT_EQ(p.state.PlayerStatus, kStop);
 }
