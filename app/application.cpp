@@ -4,6 +4,7 @@
 #include <array>
 #include <ctime>
 #include <iterator>
+#include <utility>
 
 #include "app/command_line.h"
 #include "text/numbers.h"
@@ -49,6 +50,8 @@ Application::Application(const Services& services, std::string commandLine)
         lyricsDisplay_.trackOpened();
         tag_.currentFileOpened();
     };
+    // A file that could not be opened is the current one too.
+    monitor_.onTrackChanged = [this] { list_.trackChanged(); };
     lyrics_.onClosedByUser = [this] { options_.setLyricsShown(false); };
     lyrics_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     lyrics_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
@@ -200,11 +203,21 @@ void Application::loadLibrary() {
 }
 
 void Application::openFirstFile() {
+    const std::string remembered = std::exchange(state_.CurrentFile, {});
     const int flags = ParseCommandLine(commandLine_, state_, engine_.status());
+    const bool named = !state_.CurrentFile.empty();
+    if (!named) {
+        state_.CurrentFile = remembered;
+    } else if (!IsAbsolutePath(state_.CurrentFile)) {
+        // Typed in a console: counts from the folder there, and is remembered with it.
+        const std::string full = JoinPath(services_.files.currentFolder(), state_.CurrentFile);
+        if (services_.files.fileExists(full)) state_.CurrentFile = full;
+    }
     engine_.OpenMedia();
     if (flags % 10 == 1) {
         state_.PlayIntent = kForward;
         engine_.PlayMedia();
+        if (named) monitor_.playsFromNoList();
     } else {
         // The file is open and stands: said at once, or the play button would stop what is not playing.
         monitor_.Timer1_Timer();

@@ -93,7 +93,7 @@ void PlayStateMonitor::endOfTrack() {
     const bool throughList = state_.PlayMode == kProgram || state_.PlayMode == kRandom;
     if (goesOn && throughList && tracks_.trackCount(state_.ListNo) > 0) {
         NextTrack();
-    } else if (goesOn && state_.PlayMode == kRepeat) {
+    } else if (goesOn && state_.PlayMode == kRepeat && engine_.playCount() != playFromNoList_) {
         engine_.PlayMedia();
     } else if (state_.PlayerStatus == kDecode) {
         engine_.StopMedia();

@@ -33,6 +33,9 @@ class PlayStateMonitor {
     // set the next one is tried.
     void OpenAndPlay();
 
+    // The track that has just begun was named on the command line and comes from no list: REPEAT does not play it again.
+    void playsFromNoList() { playFromNoList_ = engine_.playCount(); }
+
     void StepPlayMode();  // a click on the play-mode label
     void StepTimeMode();  // a click on the time label
 
@@ -69,6 +72,7 @@ class PlayStateMonitor {
     TrackSource& tracks_;
     const OptionSettings& options_;
 
+    int playFromNoList_ = -1;                  // MediaEngine::playCount() of that track
     std::optional<Step> handed_;               // what the library holds as its next file
     std::optional<Step> withdrawn_;            // what it held before, in case it had just gone on to it
     int handedAtOpen_ = 0;

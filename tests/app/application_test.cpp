@@ -101,6 +101,21 @@ TEST_F(ApplicationTest, AFileOnTheCommandLinePlays) {
     EXPECT_LT(placeOf("open C:\\my music\\b.mp3"), placeOf("play"));
 }
 
+TEST_F(ApplicationTest, RepeatPlaysAFileOfTheCommandLineOnce) {
+    addSong("C:\\Users\\b.mp3");
+    files.current = "C:\\Users";
+    const struct { const char* commandLine; int plays; } cases[] = {{"b.mp3 /pm1", 1}, {"/pm1", 2}};
+    for (const auto& c : cases) {
+        start(c.commandLine);
+        EXPECT_EQ(state().CurrentFile, "C:\\Users\\b.mp3");
+        vbmp3.state = 0;
+        top().Timer1.onTimer();
+        EXPECT_EQ(vbmp3.count("play"), c.plays) << c.commandLine;
+        top().unload();  // remembers the file
+        vbmp3.calls.clear();
+    }
+}
+
 TEST_F(ApplicationTest, TheTraySwitchStartsInTheNotificationArea) {
     start("/t");
     EXPECT_TRUE(shell.trayIconShown);
