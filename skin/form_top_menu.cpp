@@ -39,7 +39,7 @@ Menu FormTop::menuMain() {
         skins.items.push_back(std::move(item));
     };
     addSkin(0, "default", "Default");
-    for (std::size_t i = 0; i < skinNames_.size(); ++i) addSkin(static_cast<int>(i) + 1, skinNames_[i], skinNames_[i]);
+    for (std::size_t i = 0; i < skinNames_.size(); ++i) addSkin(static_cast<int>(i) + 1, skinNames_[i], ReplaceAll(skinNames_[i], "&", "&&"));
     items.push_back(std::move(skins));
     items.push_back(Item("タイトルアニメーション(&A)", [this] { options_.setTitleAnimation(!options_.titleAnimation()); },
                          options_.titleAnimation()));
