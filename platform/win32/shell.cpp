@@ -40,8 +40,8 @@ class ShellWin32 : public Shell {
 
     bool addTrayIcon(const TrayIconData& icon) override {
         if (!fill(icon)) return false;
-        shown_ = true;  // also when the shell is not there yet: it tells when it is
-        return Shell_NotifyIconW(NIM_ADD, &data_) != FALSE;
+        // Without a shell the window stays, and no icon may come up beside it when the shell does.
+        return shown_ = Shell_NotifyIconW(NIM_ADD, &data_) != FALSE;
     }
     bool changeTrayIcon(const TrayIconData& icon) override {
         if (!shown_ || !fill(icon)) return false;
