@@ -379,6 +379,7 @@ FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
             return 0;
         case WM_ACTIVATE:
         case WM_SETFOCUS:
+            FormWindow::answer(message, w, l);
             return focusChanged(message, w);
         case WM_DPICHANGED:
             dpiChanged(*reinterpret_cast<const RECT*>(l));

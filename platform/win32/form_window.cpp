@@ -335,6 +335,10 @@ FormWindow::Result FormWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_ENDSESSION:
             if (w) form_->unload();
             return 0;
+        case WM_ACTIVATE:
+            // Keys that are let go elsewhere are not told of.
+            if (LOWORD(w) == WA_INACTIVE) form_->Form_KeyUp(0, 0);
+            return {};
         case WM_MOVE:
             if (ready_ && !placing_) tellPlace(true);
             return {};
