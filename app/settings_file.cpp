@@ -64,7 +64,7 @@ void SettingsFile::loadEqualizer(const IniDocument& file) {
             if (entry < FormGra::kPresets) {
                 windows_.state.EqPresetTable[static_cast<std::size_t>(entry)][static_cast<std::size_t>(band)] = gain;
             } else {
-                windows_.gra.VScroll[band].setValue(-(gain / 10));
+                windows_.gra.VScroll[band].setValue(FormGra::sliderOf(gain));
             }
         }
     }

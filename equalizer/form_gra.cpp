@@ -193,7 +193,7 @@ void FormGra::setSliders(const std::function<int(int band)>& position) {
 
 void FormGra::geOption_Click(int index) {
     setSliders([&](int band) {
-        return -(state_.EqPresetTable[static_cast<std::size_t>(index)][static_cast<std::size_t>(band)] / 10);
+        return sliderOf(state_.EqPresetTable[static_cast<std::size_t>(index)][static_cast<std::size_t>(band)]);
     });
 }
 
