@@ -135,6 +135,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     void Form_MouseMove(int button, int shift, Point at) override;
     void Form_MouseUp(int button, int shift, Point at) override;
     void Form_DoubleClick(int button, int shift, Point at) override;
+    void Form_Resize(Size client) override;
     void Form_FilesDropped(const std::vector<std::string>& files, Point at) override;
     void Form_Wheel(int notches, Point at) override;
     void Form_ContextMenu(Point at) override;
@@ -259,6 +260,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     bool alwaysOnTop_ = false;
     bool inTray_ = false;
     int scale_ = 1;
+    double fontTwips_ = 15;           // twips of a pixel that the type of the labels is made for
 };
 
 }  // namespace quenlox

@@ -70,6 +70,7 @@ void FormTop::apply(SkinDefinition skin) {
 
 void FormTop::applyLabels(const SkinDefinition& skin) {
     const TwipsPerPixel twips = host() ? host()->twipsPerPixel() : TwipsPerPixel{};
+    fontTwips_ = twips.x;
     for (int n = 0; n < kLabelCount; ++n) {
         Label& label = mainLabel[n];
         const auto& place = skin.labels[static_cast<std::size_t>(n)];
@@ -91,6 +92,21 @@ void FormTop::applyLabels(const SkinDefinition& skin) {
         state_.LyricsColors[kSkinLyricsSecond] = static_cast<int>(Surface::ToPixel(skin.lyrics->second));
     }
     if (hooks_.lyricsDisplayMode) hooks_.lyricsDisplayMode(state_.SkinLacksLyricsArea);
+}
+
+// On a monitor of another resolution type stays as many pixels high as the skin wants it.
+void FormTop::Form_Resize(Size) {
+    const double twips = host() ? host()->twipsPerPixel().x : fontTwips_;
+    if (twips == fontTwips_) return;
+    const auto adapt = [&](Control& control) {
+        Font font = control.font();
+        font.points *= twips / fontTwips_;
+        control.setFont(font);
+    };
+    for (int n = 0; n < kLabelCount; ++n) adapt(mainLabel[n]);
+    adapt(LyricsPicture);
+    fontTwips_ = twips;
+    restartTitle();
 }
 
 void FormTop::applyButtons(const SkinDefinition& skin) {

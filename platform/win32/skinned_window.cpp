@@ -277,6 +277,7 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_DPICHANGED:
             // A skin keeps its pixels on every monitor, so its size in twips becomes another one.
             tellPlace(false);
+            sized();
             return 0;
         default:
             return FormWindow::answer(message, w, l);

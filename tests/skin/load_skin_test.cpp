@@ -90,6 +90,8 @@ TEST_F(LoadSkin, FontSizesFollowTheResolution) {
     load();
     EXPECT_DOUBLE_EQ(top->mainLabel[0].font().points, 6);
     host->twips = {12, 12};
+    top->Form_Resize({});
+    EXPECT_DOUBLE_EQ(top->mainLabel[0].font().points, 4.8);
     load();
     EXPECT_DOUBLE_EQ(top->mainLabel[0].font().points, 4.8);
     EXPECT_EQ(top->width(), 2400);
@@ -97,13 +99,14 @@ TEST_F(LoadSkin, FontSizesFollowTheResolution) {
 
 TEST_F(LoadSkin, TheMenuListsEveryFolderButTheDefaultAndLoadsWhatIsChosen) {
     files.add("C:\\Quenlox\\skin\\Default2\\a.tsk", "[Main]\nVer=4\nBox=1\nSize=70,70\n");
-    files.add("C:\\Quenlox\\skin\\empty\\readme.txt");
+    files.add("C:\\Quenlox\\skin\\R&B\\readme.txt");
     top->ListSkins();
     Menu menu = top->menuMain();
     auto& skins = menu.items[2];
     EXPECT_EQ(skins.caption, "スキンの変更(&S)");
     ASSERT_EQ(skins.items.size(), 3u);
     EXPECT_EQ(skins.items[1].caption, "Default2");
+    EXPECT_EQ(skins.items[2].caption, "R&&B") << "no letter to press";
     skins.items[1].click();
     EXPECT_EQ(state.SkinName, "Default2");
     EXPECT_EQ(top->picture()->width(), 70);
