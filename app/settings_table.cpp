@@ -263,6 +263,8 @@ constexpr SettingsKey kKeys[] = {
     Left<kTag>(LoadStep::Tag, "Tag"),
     Top<kTag>(LoadStep::Tag, "Tag"),
 
+    NumberKey(LoadStep::Modes, "Main", "TopMost", 0, [](const Windows& w, std::int32_t n) { w.top.setAlwaysOnTop(n != 0); },
+              [](const Windows& w) -> Text { return Number(w.top.alwaysOnTop()); }),
     Check<&FormOpt::CheckListTime>("ListTime", 1, LoadStep::ListType),
     Slider<&FormOpt::HScrollStepPitch>("StepPitch", 6),
     Check<&FormOpt::CheckGapless>("Gapless", 1),

@@ -115,8 +115,8 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     // Menus and the notification area.
     Menu menuMain();
     Menu menuTray();
-    bool alwaysOnTop() const { return alwaysOnTop_; }
-    void setAlwaysOnTop(bool on);
+    bool alwaysOnTop() const override { return alwaysOnTop_; }
+    void setAlwaysOnTop(bool on) override;
     void showWindow(Form& form, bool activate = true);  // shows it, topmost when the main window is
     void toggleWindow(Form* form);
     void moveToTray();

@@ -33,6 +33,8 @@ class TopHandlers : public MainWindowHandlers {
     void TimeLabel_Click(int index, int button) override {
         if (index == 2 && button == 1) state_.TimeMode = state_.TimeMode == 0;
     }
+    bool alwaysOnTop() const override { return onTop_; }
+    void setAlwaysOnTop(bool on) override { onTop_ = on; }
     void moveTo(int left, int top) override { left_ = left, top_ = top; }
     int leftTwips() const override { return left_; }
     int topTwips() const override { return top_; }
@@ -42,6 +44,7 @@ class TopHandlers : public MainWindowHandlers {
     GlobalState& state_;
     int left_ = -1;
     int top_ = -1;
+    bool onTop_ = false;
 };
 
 // One run of the program, as far as its settings go.
@@ -69,7 +72,7 @@ constexpr const char* kPath = "C:\\Quenlox\\Quenlox.ini";
 
 // What a fresh run writes.
 constexpr const char* kFreshFile =
-    "[Main]\r\nX=0\r\nY=0\r\nPlayMode=0\r\nViewType=0\r\nFileName=\r\nSkinName=\r\nTitleMode=0\r\nTimeMode=0\r\n"
+    "[Main]\r\nX=0\r\nY=0\r\nPlayMode=0\r\nViewType=0\r\nFileName=\r\nSkinName=\r\nTitleMode=0\r\nTimeMode=0\r\nTopMost=0\r\n"
     "[List]\r\nX=0\r\nY=0\r\nSX=5175\r\nSY=6015\r\nShow=0\r\n"
     "[Option]\r\nListNo=0\r\nCurDir=C:\\Quenlox\r\ndefCdDrv=\r\nX=0\r\nY=0\r\nAnimeMode=0\r\nAnimeTime=0\r\n"
     "SpeanaMode=0\r\nSpeanaTime=0\r\nSpeanaIntro=0\r\nFft=0\r\nQuality=0\r\nHiPitch=130\r\nLowPitch=80\r\n"
@@ -181,7 +184,7 @@ TEST(SettingsFile, StoredValuesAreTakenAsTheRulesOfEachKeySay) {
         {"Option", "CurDir", "D:\\gone", "D:\\gone"},
         {"Option", "OutputDevice", "3", "3"},
         {"Equalizer", "2Eq", " Mine ,1,2", "Mine,1,2,0,-20,30,10,-20,50,30,10"},  // short: the numbers of the preset before
-        {"Equalizer", "5Eq", "x,15,-15,999,-999,0,0,0,0,0,0", "Custom,10,-10,120,-120,0,0,0,0,0,0"},
+        {"Equalizer", "5Eq", "x,15,-28,999,-999,25,0,0,0,0,0", "Custom,20,-30,120,-120,20,0,0,0,0,0"},
         {"Equalizer", "EqMode", "1", "1"},
         {"Lyrics", "Color", "0", "1"},                     // nothing chosen yet: the first scheme
         {"Lyrics", "Color", "8", "8"},
