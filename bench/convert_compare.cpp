@@ -83,7 +83,7 @@ int main(int argc, char** argv)
         test::Samples all;
         for (int i = 0; i < minutes; ++i)
             all.insert(all.end(), minute.begin(), minute.end());
-        vbmp3::test::writeBytes(wav, test::wave(all, 44100, 2));
+        dir.write(wav, test::wave(all, 44100, 2));
     }
     std::printf("%d minutes, best of %d, %u cores%24s%30s\n", minutes, rounds, std::thread::hardware_concurrency(), "theirs", "ours");
 

@@ -1,36 +1,33 @@
-#include <cstring>
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
 #include "libraries/gogo/gogo.h"
 #include "tests/gogo/support.h"
 
-using gogo::test::decode;
-using gogo::test::music;
-using gogo::test::wave;
-using vbmp3::test::TempDir;
+using namespace gogo::test;
 
 namespace {
 
 class Api : public testing::Test {
 protected:
     ~Api() override { MPGE_endCoderVB(); }
+    // A work area for a file of music, not opened yet.
+    void begin(int rate, int64_t frames)
+    {
+        const std::string source = dir.write("音.wav", wave(music(rate, 2, frames), rate, 2));
+        ASSERT_EQ(MPGE_initializeWorkVB(), GOGO_OK);
+        EXPECT_EQ(MPGE_setConfigureVB(1, 0, source.c_str()), GOGO_OK);
+        EXPECT_EQ(MPGE_setConfigureVB(2, 0, result.c_str()), GOGO_OK);
+    }
     TempDir dir;
+    const std::string result = dir.path("結果.mp3");
 };
 
 TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame)
 {
-    const std::string source = dir.path("音.wav"), destination = dir.path("結果.mp3");
-    vbmp3::test::writeBytes(source, wave(music(48000, 2, 50000), 48000, 2));
     for (int run = 0; run < 2; ++run) {
-        ASSERT_EQ(MPGE_initializeWorkVB(), GOGO_OK);
-        EXPECT_EQ(MPGE_setConfigureVB(1, 0, source.c_str()), GOGO_OK);
-        EXPECT_EQ(MPGE_setConfigureVB(2, 0, destination.c_str()), GOGO_OK);
-        EXPECT_EQ(MPGE_setConfigureVB(6, 44100, nullptr), GOGO_OK);
-        EXPECT_EQ(MPGE_setConfigureVB(3, 2, nullptr), GOGO_OK);
-        EXPECT_EQ(MPGE_setConfigureVB(18, 4, nullptr), GOGO_OK);
-        EXPECT_EQ(MPGE_setConfigureVB(4, 32, nullptr), GOGO_OK);
+        begin(48000, 50000);
+        for (const auto& [item, value] : {std::pair{6, 44100}, {3, 2}, {18, 4}, {4, 32}})
+            EXPECT_EQ(MPGE_setConfigureVB(item, value, nullptr), GOGO_OK) << item;
         ASSERT_EQ(MPGE_detectConfigureVB(), GOGO_OK);
         int32_t frames = 0;
         ASSERT_EQ(MPGE_getConfigureVB(15, &frames), GOGO_OK);
@@ -39,7 +36,7 @@ TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame)
             ASSERT_EQ(MPGE_processFrameVB(), GOGO_OK) << i;
         EXPECT_EQ(MPGE_processFrameVB(), GOGO_FINISHED);
         EXPECT_EQ(MPGE_processFrameVB(), GOGO_ERROR_STATE);
-        EXPECT_EQ(decode(destination).frames(), 45938);
+        EXPECT_EQ(decodeByMpg123(result).frames(), 45938);
         EXPECT_EQ(MPGE_closeCoderVB(), GOGO_OK);
         EXPECT_EQ(MPGE_endCoderVB(), GOGO_OK);
     }
@@ -75,17 +72,13 @@ TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors)
 
 TEST_F(Api, ClosingHalfWayLeavesNothing)
 {
-    const std::string source = dir.path("a.wav"), destination = dir.path("a.mp3");
-    vbmp3::test::writeBytes(source, wave(music(44100, 2, 200000), 44100, 2));
-    ASSERT_EQ(MPGE_initializeWorkVB(), GOGO_OK);
-    MPGE_setConfigureVB(1, 0, source.c_str());
-    MPGE_setConfigureVB(2, 0, destination.c_str());
+    begin(44100, 200000);
     ASSERT_EQ(MPGE_detectConfigureVB(), GOGO_OK);
     EXPECT_EQ(MPGE_setConfigureVB(4, 96, nullptr), GOGO_ERROR_STATE);
     for (int i = 0; i < 20; ++i)
         ASSERT_EQ(MPGE_processFrameVB(), GOGO_OK);
     EXPECT_EQ(MPGE_closeCoderVB(), GOGO_OK);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path("")), {}), 1);
+    EXPECT_EQ(dir.names().size(), 1u);
 }
 
 } // namespace

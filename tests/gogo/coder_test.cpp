@@ -15,9 +15,6 @@
 
 using namespace gogo;
 using namespace gogo::test;
-using vbmp3::test::readBytes;
-using vbmp3::test::TempDir;
-using vbmp3::test::writeBytes;
 
 namespace {
 
@@ -26,106 +23,82 @@ protected:
     Settings settings(int bitRate = 128, int frequency = 44100)
     {
         Settings s;
-        s.source = dir.path("source.wav");
-        s.destination = dir.path("result.mp3");
+        s.source = source;
+        s.destination = result;
         s.bitRate = bitRate;
         s.frequency = frequency;
         return s;
     }
-    void source(const Samples& samples, int rate = 44100, int channels = 2, const WaveForm& form = {})
-    {
-        writeBytes(dir.path("source.wav"), wave(samples, rate, channels, form));
-    }
-    std::set<std::string> names() const
-    {
-        std::set<std::string> all;
-        for (const auto& entry : std::filesystem::directory_iterator(dir.path("")))
-            all.insert(entry.path().filename().string());
-        return all;
-    }
+    void write(const Samples& samples, int rate = 44100, int channels = 2) { dir.write(source, wave(samples, rate, channels)); }
 
     TempDir dir;
+    const std::string source = dir.path("source.wav"), result = dir.path("result.mp3");
 };
 
-TEST_F(Encoding, EveryFormOfWaveKeepsItsSoundAndItsExactLength)
+// The forms that a WAVE file may have are the concern of the library that reads them.
+TEST_F(Encoding, SoundChannelsAndExactLengthAreKept)
 {
-    using Size = WaveForm::Size;
-    const WaveForm forms[] = {{8},         {16},
-                              {24},        {32},
-                              {32, true},  {64, true},
-                              {24, false, true}, {32, true, true},
-                              {16, false, false, Size::Zero}, {16, false, false, Size::Open},
-                              {24, false, false, Size::Rf64}};
     for (const int channels : {1, 2}) {
         const Samples sound = music(44100, channels, 30011);
-        for (const WaveForm& form : forms) {
-            SCOPED_TRACE(testing::Message() << form.bits << " bits, float " << form.isFloat << ", extensible "
-                                            << form.extensible << ", size " << int(form.size) << ", channels " << channels);
-            source(sound, 44100, channels, form);
-            ASSERT_EQ(encode(settings(192)), 28);
-            const Decoded heard = decode(dir.path("result.mp3"));
-            ASSERT_EQ(heard.channels, channels);
-            ASSERT_EQ(heard.frames(), 30011);
-            EXPECT_LT(differenceDb(sound, heard.samples, channels, 0, 30011), -15);
-        }
+        write(sound, 44100, channels);
+        ASSERT_EQ(encode(settings(192)), 28);
+        const Decoded heard = decodeByMpg123(result);
+        ASSERT_EQ(heard.channels, channels);
+        ASSERT_EQ(heard.frames(), 30011);
+        EXPECT_LT(differenceDb(sound, heard.samples, channels, 0, 30011), -15) << channels;
     }
 }
 
 TEST_F(Encoding, MoreThanTwoChannelsAreMixedDown)
 {
-    Samples six(6 * 20000);
-    for (size_t i = 0; i < 20000; ++i)
+    Samples six(6 * 20000), wanted(2 * 20000);
+    for (size_t i = 0; i < 20000; ++i) {
         six[6 * i + 2] = float(0.5 * std::sin(double(i) * 0.06)); // centre
-    source(six, 44100, 6, {16, false, true});
+        wanted[2 * i] = wanted[2 * i + 1] = six[6 * i + 2] * 0.293f;
+    }
+    write(six, 44100, 6);
     ASSERT_GT(encode(settings()), 0);
-    const Decoded heard = decode(dir.path("result.mp3"));
+    const Decoded heard = decodeByMpg123(result);
     ASSERT_EQ(heard.channels, 2);
     ASSERT_EQ(heard.frames(), 20000);
-    float left = 0, right = 0;
-    for (size_t i = 5000; i < 15000; ++i) {
-        left = std::max(left, heard.samples[2 * i]);
-        right = std::max(right, heard.samples[2 * i + 1]);
-    }
-    EXPECT_GT(left, 0.1f);
-    EXPECT_NEAR(left, right, 0.01f);
+    EXPECT_LT(differenceDb(wanted, heard.samples, 2, 5000, 15000), -25);
 }
 
 TEST_F(Encoding, EveryFrequencyIsReachedFromEveryOtherWithoutAShift)
 {
-    const double tone = 440;
-    for (const int from : {8000, 22050, 44100, 48000, 96000}) {
-        Samples sound(size_t(from) * 2);
+    const auto twoSeconds = [](int rate) {
+        Samples sound(size_t(rate) * 2);
         for (size_t i = 0; i < sound.size(); ++i)
-            sound[i] = float(0.4 * std::sin(2 * M_PI * tone * double(i) / from));
-        source(sound, from, 1);
+            sound[i] = float(0.4 * std::sin(2 * M_PI * 440 * double(i) / rate));
+        return sound;
+    };
+    for (const int from : {8000, 22050, 44100, 48000, 96000}) {
+        write(twoSeconds(from), from, 1);
         for (const int to : {48000, 44100, 32000, 24000, 22050, 16000, 12000, 11025, 8000}) {
             SCOPED_TRACE(testing::Message() << from << " Hz to " << to << " Hz");
             ASSERT_GT(encode(settings(64, to)), 0);
-            const Decoded heard = decode(dir.path("result.mp3"));
+            const Decoded heard = decodeByMpg123(result);
             ASSERT_EQ(heard.sampleRate, to);
             ASSERT_EQ(heard.frames(), to * 2);
-            Samples wanted(size_t(to) * 2);
-            for (size_t i = 0; i < wanted.size(); ++i)
-                wanted[i] = float(0.4 * std::sin(2 * M_PI * tone * double(i) / to));
-            EXPECT_LT(differenceDb(wanted, heard.samples, 1, to / 4, to * 7 / 4), -25);
+            EXPECT_LT(differenceDb(twoSeconds(to), heard.samples, 1, to / 4, to * 7 / 4), -25);
         }
     }
 }
 
 TEST_F(Encoding, BitRatesAreTheNearestThatTheFrequencyAllows)
 {
-    source(music(44100, 2, 20000));
+    write(music(44100, 2, 20000));
     struct { int asked, frequency, got; } const cases[] = {{320, 44100, 320}, {32, 48000, 32}, {320, 22050, 160}, {96, 32000, 96}};
     for (const auto& c : cases) {
         ASSERT_GT(encode(settings(c.asked, c.frequency)), 0);
-        const Bytes file = readBytes(dir.path("result.mp3"));
+        const Bytes file = readBytes(result);
         const auto first = vbmp3::parseFrameHeader(file);
         ASSERT_TRUE(first);
         const auto sound = vbmp3::parseFrameHeader(std::span(file).subspan(size_t(first->frameBytes)));
         ASSERT_TRUE(sound) << c.asked;
         EXPECT_EQ(sound->bitRate, c.got * 1000);
         // Even where the file's own frames have no room for the information about it.
-        EXPECT_EQ(decode(dir.path("result.mp3")).frames(), (20000LL * c.frequency + 44099) / 44100);
+        EXPECT_EQ(decodeByMpg123(result).frames(), (20000LL * c.frequency + 44099) / 44100);
     }
 }
 
@@ -133,7 +106,7 @@ TEST_F(Encoding, VariableBitRateKeepsToItsLeast)
 {
     Samples sound = music(44100, 2, 60000);
     std::fill(sound.begin(), sound.begin() + 2 * 20000, 0.0f);
-    source(sound);
+    write(sound);
     size_t before = SIZE_MAX;
     for (const int quality : {0, 5, 9}) {
         Settings s = settings(64);
@@ -142,7 +115,7 @@ TEST_F(Encoding, VariableBitRateKeepsToItsLeast)
         const Bytes file = readBytes(s.destination);
         EXPECT_LT(file.size(), before) << quality;
         before = file.size();
-        EXPECT_EQ(decode(s.destination).frames(), 60000);
+        EXPECT_EQ(decodeByMpg123(s.destination).frames(), 60000);
         FrameRun run;
         ASSERT_TRUE(run.assign(file, 0));
         std::set<int> rates;
@@ -156,9 +129,9 @@ TEST_F(Encoding, VariableBitRateKeepsToItsLeast)
 
 TEST_F(Encoding, TheInformationFrameIsTrue)
 {
-    source(music(44100, 2, 100000));
+    write(music(44100, 2, 100000));
     const int64_t frames = encode(settings());
-    const Bytes file = readBytes(dir.path("result.mp3"));
+    const Bytes file = readBytes(result);
     const auto header = vbmp3::parseFrameHeader(file);
     ASSERT_TRUE(header);
     const auto info = vbmp3::parseInfoFrame(*header, std::span(file).first(size_t(header->frameBytes)));
@@ -177,69 +150,71 @@ TEST_F(Encoding, TheInformationFrameIsTrue)
 
 TEST_F(Encoding, ACancelledOrFailedRunLeavesTheOldFile)
 {
-    source(music(44100, 2, 44100 * 40));
+    write(music(44100, 2, 44100 * 40));
     const Bytes old{1, 2, 3};
-    for (const int frames : {0, 1, 100, 1200}) {
-        writeBytes(dir.path("result.mp3"), old);
+    dir.write(result, old);
+    const auto opened = [&](int threads) {
         Error error = Error::None;
-        auto coder = Coder::open(settings(), 2, error);
+        return Coder::open(settings(), threads, error);
+    };
+    const auto isAsBefore = [&] {
+        return readBytes(result) == old && dir.names() == std::set<std::string>{"source.wav", "result.mp3"};
+    };
+    for (const int frames : {0, 1, 100, 1200}) {
+        auto coder = opened(2);
         ASSERT_TRUE(coder);
         EXPECT_EQ(coder->frames(), 1533);
         for (int i = 0; i < frames; ++i)
             ASSERT_EQ(coder->processFrame(), Error::None);
-        EXPECT_EQ(readBytes(dir.path("result.mp3")), old);
+        EXPECT_EQ(readBytes(result), old);
         coder.reset();
-        EXPECT_EQ(readBytes(dir.path("result.mp3")), old);
-        EXPECT_EQ(names(), (std::set<std::string>{"source.wav", "result.mp3"}));
+        EXPECT_TRUE(isAsBefore()) << frames;
     }
     // The source loses its end while it is read.
-    Error error = Error::None;
-    const auto coder = Coder::open(settings(), 1, error);
+    const auto coder = opened(1);
     ASSERT_TRUE(coder);
-    std::filesystem::resize_file(dir.path("source.wav"), 1000);
+    std::filesystem::resize_file(source, 1000);
     Error failed = Error::None;
     for (int i = 0; i < 1533 && failed == Error::None; ++i)
         failed = coder->processFrame();
     EXPECT_EQ(failed, Error::Source);
     EXPECT_EQ(coder->processFrame(), Error::State);
-    EXPECT_EQ(readBytes(dir.path("result.mp3")), old);
-    EXPECT_EQ(names(), (std::set<std::string>{"source.wav", "result.mp3"}));
+    EXPECT_TRUE(isAsBefore());
 }
 
 TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile)
 {
-    const Samples sound = music(44100, 2, 3000);
-    const auto fails = [&](const Settings& s) { return Error(-std::min<int64_t>(0, encode(s))); };
-    Settings s = settings();
-    EXPECT_EQ(fails(s), Error::Source);
-    for (const Bytes& bytes : {Bytes{}, Bytes(3000, 'x'), vbmp3::test::mp3File(44100, 2, std::vector<int16_t>(20000)),
-                               wave({}, 44100, 2), wave(sound, 500, 2), vbmp3::test::waveFile(vbmp3::test::pcmFmt(0x161, 2, 44100, 16), Bytes(2000))}) {
-        writeBytes(s.source, bytes);
-        EXPECT_EQ(fails(s), Error::Format) << bytes.size();
+    using namespace vbmp3::test;
+    const auto failure = [&](const std::string& destination) {
+        Settings s = settings();
+        s.destination = destination;
+        return Error(-std::min<int64_t>(0, encode(s)));
+    };
+    EXPECT_EQ(failure(result), Error::Source);
+    const Bytes sound = wave(music(44100, 2, 3000), 44100, 2);
+    for (const Bytes& bytes : {Bytes{}, Bytes(3000, 'x'), mp3File(44100, 2, std::vector<int16_t>(20000)),
+                               wave({}, 44100, 2), waveFile(500, 2, std::vector<int16_t>(6000)),
+                               waveFile(pcmFmt(0x161, 2, 44100, 16), Bytes(2000))}) {
+        dir.write(source, bytes);
+        EXPECT_EQ(failure(result), Error::Format) << bytes.size();
     }
-    source(sound);
-    s.destination = dir.path("none/result.mp3");
-    EXPECT_EQ(fails(s), Error::Destination);
-    s.destination = s.source;
-    EXPECT_EQ(fails(s), Error::SameFile);
-    std::filesystem::create_hard_link(s.source, dir.path("link.mp3"));
-    s.destination = dir.path("link.mp3");
-    EXPECT_EQ(fails(s), Error::SameFile);
-    std::filesystem::create_symlink(s.source, dir.path("soft.mp3"));
-    s.destination = dir.path("soft.mp3");
-    EXPECT_EQ(fails(s), Error::SameFile);
-    EXPECT_EQ(readBytes(s.source), wave(sound, 44100, 2));
-    s.destination = dir.path("locked.mp3");
-    writeBytes(s.destination, {1});
-    std::filesystem::permissions(s.destination, std::filesystem::perms::owner_read);
-    EXPECT_EQ(fails(s), Error::Destination);
-    EXPECT_EQ(readBytes(s.destination), Bytes{1});
+    dir.write(source, sound);
+    EXPECT_EQ(failure(dir.path("none/result.mp3")), Error::Destination);
+    std::filesystem::create_hard_link(source, dir.path("link.mp3"));
+    std::filesystem::create_symlink(source, dir.path("soft.mp3"));
+    for (const std::string& same : {source, dir.path("link.mp3"), dir.path("soft.mp3")})
+        EXPECT_EQ(failure(same), Error::SameFile) << same;
+    EXPECT_EQ(readBytes(source), sound);
+    const std::string locked = dir.write("locked.mp3", Bytes{1});
+    std::filesystem::permissions(locked, std::filesystem::perms::owner_read);
+    EXPECT_EQ(failure(locked), Error::Destination);
+    EXPECT_EQ(readBytes(locked), Bytes{1});
 }
 
 TEST_F(Encoding, AFullDiskIsAnErrorAndLeavesNothing)
 {
     // A file size limit of the process stands in for the disk's.
-    source(music(44100, 2, 44100 * 30));
+    write(music(44100, 2, 44100 * 30));
     const pid_t child = fork();
     if (child == 0) {
         signal(SIGXFSZ, SIG_IGN);
@@ -250,7 +225,7 @@ TEST_F(Encoding, AFullDiskIsAnErrorAndLeavesNothing)
     int status = -1;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(names(), (std::set<std::string>{"source.wav"}));
+    EXPECT_EQ(dir.names(), (std::set<std::string>{"source.wav"}));
 }
 
 } // namespace

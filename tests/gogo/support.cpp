@@ -2,40 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 #include <random>
 
-#include <mpg123.h>
-
 namespace gogo::test {
-namespace {
-
-void put(Bytes& bytes, uint64_t value, int count)
-{
-    for (int i = 0; i < count; ++i)
-        bytes.push_back(uint8_t(value >> 8 * i));
-}
-
-void put(Bytes& bytes, const char* text) { bytes.insert(bytes.end(), text, text + 4); }
-
-void putSample(Bytes& bytes, float sample, const WaveForm& form)
-{
-    uint64_t raw = 0;
-    if (form.isFloat && form.bits == 64) {
-        const double value = double(sample);
-        std::memcpy(&raw, &value, 8);
-    } else if (form.isFloat) {
-        std::memcpy(&raw, &sample, 4);
-    } else {
-        const double full = std::ldexp(1.0, form.bits - 1);
-        const auto value = int64_t(std::clamp(std::round(double(sample) * full), -full, full - 1));
-        raw = uint64_t(form.bits == 8 ? value + 128 : value);
-    }
-    put(bytes, raw, form.bits / 8);
-}
-
-} // namespace
 
 Samples music(int sampleRate, int channels, int64_t frames)
 {
@@ -63,74 +33,9 @@ Samples music(int sampleRate, int channels, int64_t frames)
     return samples;
 }
 
-Bytes wave(const Samples& samples, int sampleRate, int channels, const WaveForm& form)
+Bytes wave(const Samples& samples, int sampleRate, int channels)
 {
-    const int block = channels * form.bits / 8;
-    Bytes fmt;
-    put(fmt, form.extensible ? 0xFFFE : form.isFloat ? 3 : 1, 2);
-    put(fmt, uint64_t(channels), 2);
-    put(fmt, uint64_t(sampleRate), 4);
-    put(fmt, uint64_t(sampleRate) * uint64_t(block), 4);
-    put(fmt, uint64_t(block), 2);
-    put(fmt, uint64_t(form.bits), 2);
-    if (form.extensible) {
-        put(fmt, 22, 2);
-        put(fmt, uint64_t(form.bits), 2);
-        put(fmt, channels == 6 ? 0x3F : channels == 2 ? 3 : 4, 4);
-        put(fmt, form.isFloat ? 3 : 1, 2);
-        const uint8_t guid[] = {0, 0, 0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
-        fmt.insert(fmt.end(), std::begin(guid), std::end(guid));
-    }
-    Bytes data;
-    for (const float sample : samples)
-        putSample(data, sample, form);
-
-    using Size = WaveForm::Size;
-    const bool rf64 = form.size == Size::Rf64;
-    Bytes file;
-    put(file, rf64 ? "RF64" : "RIFF");
-    put(file, form.size == Size::Told ? 28 + fmt.size() + data.size() : form.size == Size::Zero ? 0 : 0xFFFFFFFF, 4);
-    put(file, "WAVE");
-    if (rf64) {
-        put(file, "ds64");
-        put(file, 28, 4);
-        put(file, 64 + fmt.size() + data.size(), 8);
-        put(file, data.size(), 8);
-        put(file, samples.size() / size_t(channels), 8);
-        put(file, 0, 4);
-    }
-    put(file, "fmt ");
-    put(file, fmt.size(), 4);
-    file.insert(file.end(), fmt.begin(), fmt.end());
-    put(file, "data");
-    put(file, form.size == Size::Told ? data.size() : form.size == Size::Zero ? 0 : 0xFFFFFFFF, 4);
-    file.insert(file.end(), data.begin(), data.end());
-    return file;
-}
-
-Decoded decode(const std::string& path)
-{
-    Decoded result;
-    mpg123_init();
-    mpg123_handle* handle = mpg123_new(nullptr, nullptr);
-    mpg123_param(handle, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_QUIET | MPG123_GAPLESS, 0);
-    long rate = 0;
-    int channels = 0, encoding = 0;
-    if (mpg123_open(handle, path.c_str()) == MPG123_OK && mpg123_getformat(handle, &rate, &channels, &encoding) == MPG123_OK) {
-        result.sampleRate = int(rate);
-        result.channels = channels;
-        std::vector<unsigned char> block(65536);
-        size_t got = 0;
-        int state = MPG123_OK;
-        while (state == MPG123_OK) {
-            state = mpg123_read(handle, block.data(), block.size(), &got);
-            const size_t at = result.samples.size();
-            result.samples.resize(at + got / sizeof(float));
-            std::memcpy(result.samples.data() + at, block.data(), got);
-        }
-    }
-    mpg123_delete(handle);
-    return result;
+    return vbmp3::test::waveFile(sampleRate, channels, vbmp3::test::toInt16(samples));
 }
 
 double differenceDb(const Samples& a, const Samples& b, int channels, int64_t begin, int64_t end)

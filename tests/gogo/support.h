@@ -1,4 +1,4 @@
-// What the tests of the encoder share: WAVE files of every form, a decoder to listen with, and whole runs.
+// What the tests of the encoder share: something to encode, a measure of what became of it, and whole runs.
 #pragma once
 
 #include <cstdint>
@@ -10,28 +10,15 @@
 
 namespace gogo::test {
 
-using vbmp3::test::Bytes;
+using vbmp3::test::Bytes, vbmp3::test::Decoded, vbmp3::test::TempDir;
+using vbmp3::test::decodeByMpg123, vbmp3::test::readBytes;
 using Samples = std::vector<float>; // interleaved, -1 to 1
 
 // Something like music: notes that decay, with the noise of a drum on every beat. The same in every run.
 Samples music(int sampleRate, int channels, int64_t frames);
 
-struct WaveForm {
-    int bits = 16;              // of the container
-    bool isFloat = false;
-    bool extensible = false;
-    enum class Size { Told, Zero, Open, Rf64 } size = Size::Told;
-};
-Bytes wave(const Samples& samples, int sampleRate, int channels, const WaveForm& form = {});
-
-struct Decoded {
-    int sampleRate = 0;
-    int channels = 0;
-    Samples samples;
-    int64_t frames() const { return channels > 0 ? int64_t(samples.size()) / channels : 0; }
-};
-// By libmpg123, with delay and padding cut off as the information frame says.
-Decoded decode(const std::string& path);
+// As 16-bit samples.
+Bytes wave(const Samples& samples, int sampleRate, int channels);
 
 // Loudness of the difference of two sounds against that of the first one, in decibels, over frames [begin, end).
 double differenceDb(const Samples& a, const Samples& b, int channels, int64_t begin, int64_t end);

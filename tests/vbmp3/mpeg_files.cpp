@@ -26,38 +26,6 @@ private:
     size_t used_ = 0;
 };
 
-void append(Bytes& to, const Bytes& from) { to.insert(to.end(), from.begin(), from.end()); }
-
-void put32(Bytes& to, uint32_t value)
-{
-    for (int i = 0; i < 4; ++i)
-        to.push_back(uint8_t(value >> 8 * i));
-}
-
-void putText(Bytes& to, const char* text) { to.insert(to.end(), text, text + 4); }
-
-Bytes riff(const char* form, const Bytes& fmt, const Bytes& data, const Bytes& after)
-{
-    Bytes body;
-    putText(body, form);
-    if (!fmt.empty()) {
-        putText(body, "fmt ");
-        put32(body, uint32_t(fmt.size()));
-        append(body, fmt);
-    }
-    putText(body, "data");
-    put32(body, uint32_t(data.size()));
-    append(body, data);
-    if (data.size() % 2 != 0)
-        body.push_back(0);
-    append(body, after);
-    Bytes file;
-    putText(file, "RIFF");
-    put32(file, uint32_t(body.size()));
-    append(file, body);
-    return file;
-}
-
 } // namespace
 
 Bytes layer1File(int frames)
@@ -80,7 +48,7 @@ Bytes layer1File(int frames)
             bits.put(uint32_t(std::lround(value * 16383) + 16383) & 0x7FFF, kBits);
         }
         bits.bytes.resize(kFrameBytes);
-        append(file, bits.bytes);
+        file = std::move(file) + bits.bytes;
     }
     return file;
 }
@@ -111,11 +79,10 @@ Bytes withVbri(const Bytes& stream, uint32_t frames)
         head[size_t(46 + i)] = uint8_t(stream.size() >> 8 * (3 - i));
         head[size_t(50 + i)] = uint8_t(frames >> 8 * (3 - i));
     }
-    append(head, stream);
-    return head;
+    return head + stream;
 }
 
-Bytes rmpFile(const Bytes& stream, const Bytes& after) { return riff("RMP3", {}, stream, after); }
+Bytes rmpFile(const Bytes& stream, const Bytes& after) { return riff("RMP3", chunk("data", stream) + after); }
 
 Bytes mp3InWave(const Bytes& stream)
 {
@@ -123,7 +90,7 @@ Bytes mp3InWave(const Bytes& stream)
     fmt[12] = 1; // block align of a stream
     fmt[13] = 0;
     fmt.resize(30);
-    return riff("WAVE", fmt, stream, {});
+    return waveFile(fmt, stream);
 }
 
 } // namespace vbmp3::test

@@ -4,65 +4,69 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <numbers>
 #include <thread>
 
 #include <lame/lame.h>
+#include <mpg123.h>
 
 namespace vbmp3::test {
 namespace {
 
-void put(Bytes& bytes, uint32_t value, int count)
-{
-    for (int i = 0; i < count; ++i)
-        bytes.push_back(uint8_t(value >> 8 * i));
-}
-
-class OwnedBytes final : public ByteSource {
-public:
-    explicit OwnedBytes(Bytes bytes) : bytes_(std::move(bytes)) {}
-    int64_t size() const override { return int64_t(bytes_.size()); }
-    size_t readAt(int64_t offset, void* to, size_t length) const override
-    {
-        return MemorySource(bytes_).readAt(offset, to, length);
-    }
-
-private:
-    Bytes bytes_;
+struct OwnedBytes {
+    explicit OwnedBytes(Bytes copy) : bytes(std::move(copy)) {}
+    const Bytes bytes;
+    const MemorySource source{bytes};
 };
 
-void put(Bytes& bytes, const char* text) { bytes.insert(bytes.end(), text, text + 4); }
+class MemoryOutput final : public Output {
+public:
+    explicit MemoryOutput(std::shared_ptr<Heard> heard) : heard_(std::move(heard)) {}
+    OutputError open(int sampleRate, const OutputSettings&, Waker&) override
+    {
+        const std::lock_guard lock(heard_->mutex);
+        heard_->opens.push_back(sampleRate);
+        return OutputError::None;
+    }
+    size_t room() override { return 512; }
+    void write(std::span<const float> stereo) override
+    {
+        const std::lock_guard lock(heard_->mutex);
+        heard_->samples.insert(heard_->samples.end(), stereo.begin(), stereo.end());
+        written_ += int64_t(stereo.size() / 2);
+    }
+    void start() override {}
+    void pause() override {}
+    void drain() override {}
+    void flush() override { written_ = 0; }
+    int64_t played() override { return written_; }
+    bool lost() override { return false; }
+
+private:
+    std::shared_ptr<Heard> heard_;
+    int64_t written_ = 0;
+};
 
 } // namespace
 
-TempDir::TempDir()
+Bytes readBytes(const std::string& path) { return text(readFile(path)); }
+
+Bytes text(const std::string& words) { return Bytes(words.begin(), words.end()); }
+
+Bytes little(uint64_t value, int count)
 {
-    static std::atomic<int> counter = 0;
-    const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-    path_ = std::filesystem::temp_directory_path()
-            / ("vbmp3-test-" + std::to_string(stamp) + "-" + std::to_string(++counter));
-    std::filesystem::create_directories(path_);
+    Bytes bytes;
+    for (int i = 0; i < count; ++i)
+        bytes.push_back(uint8_t(value >> 8 * i));
+    return bytes;
 }
 
-TempDir::~TempDir()
+Bytes chunk(const std::string& id, const Bytes& body)
 {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    return text(id) + little(body.size(), 4) + body + Bytes(body.size() % 2);
 }
 
-Bytes readBytes(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(file), {});
-}
-
-void writeBytes(const std::string& path, const Bytes& bytes)
-{
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-}
+Bytes riff(const std::string& form, const Bytes& chunks) { return chunk("RIFF", text(form) + chunks); }
 
 std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz, double amplitude)
 {
@@ -76,38 +80,20 @@ std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz
 
 Bytes pcmFmt(int tag, int channels, int sampleRate, int bits)
 {
-    Bytes fmt;
-    put(fmt, uint32_t(tag), 2);
-    put(fmt, uint32_t(channels), 2);
-    put(fmt, uint32_t(sampleRate), 4);
-    put(fmt, uint32_t(sampleRate * channels * bits / 8), 4);
-    put(fmt, uint32_t(channels * bits / 8), 2);
-    put(fmt, uint32_t(bits), 2);
-    return fmt;
+    const int block = channels * bits / 8;
+    return little(uint64_t(tag), 2) + little(uint64_t(channels), 2) + little(uint64_t(sampleRate), 4)
+           + little(uint64_t(sampleRate * block), 4) + little(uint64_t(block), 2) + little(uint64_t(bits), 2);
 }
 
-Bytes waveFile(const Bytes& fmt, const Bytes& data)
-{
-    Bytes file;
-    put(file, "RIFF");
-    put(file, uint32_t(4 + 8 + fmt.size() + 8 + data.size() + data.size() % 2), 4);
-    put(file, "WAVE");
-    put(file, "fmt ");
-    put(file, uint32_t(fmt.size()), 4);
-    file.insert(file.end(), fmt.begin(), fmt.end());
-    put(file, "data");
-    put(file, uint32_t(data.size()), 4);
-    file.insert(file.end(), data.begin(), data.end());
-    if (data.size() % 2 != 0)
-        file.push_back(0);
-    return file;
-}
+Bytes waveFile(const Bytes& fmt, const Bytes& data) { return riff("WAVE", chunk("fmt ", fmt) + chunk("data", data)); }
 
 Bytes waveFile(int sampleRate, int channels, const std::vector<int16_t>& samples)
 {
-    Bytes data;
-    for (const int16_t sample : samples)
-        put(data, uint16_t(sample), 2);
+    Bytes data(2 * samples.size());
+    for (size_t i = 0; i < samples.size(); ++i) {
+        data[2 * i] = uint8_t(samples[i]);
+        data[2 * i + 1] = uint8_t(samples[i] >> 8);
+    }
     return waveFile(pcmFmt(1, channels, sampleRate, 16), data);
 }
 
@@ -146,9 +132,9 @@ Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples,
     return out;
 }
 
-std::vector<float> readAll(Source& source, size_t block)
+std::vector<float> readAll(Source& source)
 {
-    std::vector<float> samples, buffer(2 * block);
+    std::vector<float> samples, buffer(2000);
     while (const size_t frames = source.read(buffer))
         samples.insert(samples.end(), buffer.begin(), buffer.begin() + std::ptrdiff_t(2 * frames));
     return samples;
@@ -156,7 +142,8 @@ std::vector<float> readAll(Source& source, size_t block)
 
 std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info)
 {
-    auto file = std::make_shared<OwnedBytes>(bytes);
+    const auto owned = std::make_shared<OwnedBytes>(bytes);
+    const std::shared_ptr<const ByteSource> file(owned, &owned->source);
     auto found = probe(*file, scanFileLayout(*file));
     if (!found)
         return nullptr;
@@ -175,27 +162,28 @@ std::vector<int16_t> toInt16(const std::vector<float>& samples)
     return out;
 }
 
-OutputError MemoryOutput::open(int sampleRate, const OutputSettings&, Waker&)
+Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gapless)
 {
-    const std::lock_guard lock(heard_->mutex);
-    heard_->opens.push_back(sampleRate);
-    return OutputError::None;
+    Decoded result;
+    mpg123_handle* handle = mpg123_new(decoder, nullptr);
+    mpg123_param(handle, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_QUIET, 0);
+    mpg123_param(handle, gapless ? MPG123_ADD_FLAGS : MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0);
+    long rate = 0;
+    int encoding = 0;
+    if (mpg123_open(handle, path.c_str()) == MPG123_OK
+        && mpg123_getformat(handle, &rate, &result.channels, &encoding) == MPG123_OK) {
+        result.sampleRate = int(rate);
+        std::vector<float> block(16384);
+        size_t got = 0;
+        int state = MPG123_OK;
+        while (state == MPG123_OK) {
+            state = mpg123_read(handle, reinterpret_cast<unsigned char*>(block.data()), block.size() * sizeof(float), &got);
+            result.samples.insert(result.samples.end(), block.begin(), block.begin() + std::ptrdiff_t(got / sizeof(float)));
+        }
+    }
+    mpg123_delete(handle);
+    return result;
 }
-
-void MemoryOutput::write(std::span<const float> stereo)
-{
-    const std::lock_guard lock(heard_->mutex);
-    heard_->samples.insert(heard_->samples.end(), stereo.begin(), stereo.end());
-    written_ += int64_t(stereo.size() / 2);
-}
-
-void MemoryOutput::flush()
-{
-    written_ = 0;
-    running_ = false;
-}
-
-int64_t MemoryOutput::played() { return written_; }
 
 OutputSystem memorySystem(std::shared_ptr<Heard> heard)
 {
@@ -207,15 +195,11 @@ OutputSystem clockSystem(double speed)
     return {[speed] { return makeClockOutput(speed); }, [] { return 0; }};
 }
 
-namespace {
-
-int fromEnvironment(const char* name, int otherwise)
+static int fromEnvironment(const char* name, int otherwise)
 {
     const char* text = std::getenv(name);
     return text != nullptr ? std::atoi(text) : otherwise;
 }
-
-} // namespace
 
 int randomSeconds() { return fromEnvironment("VBMP3_RANDOM_SECONDS", 2); }
 unsigned randomSeed() { return unsigned(fromEnvironment("VBMP3_RANDOM_SEED", 5)); }

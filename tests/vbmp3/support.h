@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -12,23 +11,25 @@
 
 #include "libraries/vbmp3/output_thread.h"
 #include "libraries/vbmp3/source.h"
+#include "tests/vbmp3/temp_dir.h"
 
 namespace vbmp3::test {
 
-// A folder of its own for one test, removed with everything in it.
-class TempDir {
-public:
-    TempDir();
-    ~TempDir();
-    std::string path(const std::string& name) const { return (path_ / name).string(); }
-
-private:
-    std::filesystem::path path_;
-};
+template <class T>
+std::vector<T> operator+(std::vector<T> a, const std::vector<T>& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
 
 using Bytes = std::vector<uint8_t>;
 Bytes readBytes(const std::string& path);
-void writeBytes(const std::string& path, const Bytes& bytes);
+Bytes text(const std::string& words);
+Bytes little(uint64_t value, int count); // the lowest `count` bytes, lowest first
+
+// Of RIFF files; a chunk's body is padded to even length.
+Bytes chunk(const std::string& id, const Bytes& body);
+Bytes riff(const std::string& form, const Bytes& chunks);
 
 // Interleaved samples of a sine; right is at twice the frequency.
 std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz = 440, double amplitude = 8000);
@@ -48,10 +49,19 @@ struct Mp3Options {
 Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples, const Mp3Options& options = {});
 
 // Reads a whole source.
-std::vector<float> readAll(Source& source, size_t block = 1000);
+std::vector<float> readAll(Source& source);
 // Opens bytes the way a file is opened; null when refused. Keeps a copy of them.
 std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info = nullptr);
 std::vector<int16_t> toInt16(const std::vector<float>& samples);
+
+// A file as libmpg123 alone hears it, by its best decoder or by the one named. Gapless: without the delay and the
+// padding that the information frame tells of.
+struct Decoded {
+    int sampleRate = 0, channels = 0;
+    std::vector<float> samples; // interleaved
+    int64_t frames() const { return channels > 0 ? int64_t(samples.size()) / channels : 0; }
+};
+Decoded decodeByMpg123(const std::string& path, const char* decoder = nullptr, bool gapless = true);
 
 // Hears everything at once and keeps it.
 struct Heard {
@@ -64,25 +74,6 @@ struct Heard {
         return samples;
     }
 };
-class MemoryOutput final : public Output {
-public:
-    explicit MemoryOutput(std::shared_ptr<Heard> heard) : heard_(std::move(heard)) {}
-    OutputError open(int sampleRate, const OutputSettings&, Waker& waker) override;
-    size_t room() override { return 512; }
-    void write(std::span<const float> stereo) override;
-    void start() override { running_ = true; }
-    void pause() override { running_ = false; }
-    void drain() override {}
-    void flush() override;
-    int64_t played() override;
-    bool lost() override { return false; }
-
-private:
-    std::shared_ptr<Heard> heard_;
-    int64_t written_ = 0;
-    bool running_ = false;
-};
-
 OutputSystem memorySystem(std::shared_ptr<Heard> heard);
 OutputSystem clockSystem(double speed);
 
