@@ -20,8 +20,8 @@ class SoundApi : public testing::Test {
     void TearDown() override { vbmp3_free(); }
 
     void play(const std::vector<int16_t>& samples) {
-        writeBytes(dir_.path("a.wav"), waveFile(kRate, 2, samples));
-        ASSERT_TRUE(vbmp3_open(dir_.path("a.wav").c_str(), nullptr));
+        const std::string path = dir_.write("a.wav", waveFile(kRate, 2, samples));
+        ASSERT_TRUE(vbmp3_open(path.c_str(), nullptr));
         ASSERT_TRUE(vbmp3_play());
     }
 
@@ -89,16 +89,14 @@ TEST(SoundOfAPlayer, PitchAndSpeedReachTheOutputAndThePositionStaysThatOfTheTrac
     } cases[] = {{130, 1, 572.0, 1.0}, {80, 1, 352.0, 1.0}, {100, 6, 440.0, 0.5}, {100, 1, 440.0, 1.0}};
     TempDir dir;
     const int frames = 4 * kRate;
-    writeBytes(dir.path("a.wav"), waveFile(kRate, 2, tone(kRate, 2, frames)));
+    const std::string path = dir.write("a.wav", waveFile(kRate, 2, tone(kRate, 2, frames)));
     for (const auto& c : cases) {
-        SoundSettings sound;
-        ASSERT_TRUE(sound.setPitch(c.pitch));
-        ASSERT_TRUE(sound.setStepPitch(c.factor, 5));
+        Wanted sound(c.pitch, c.factor);
         const auto heard = std::make_shared<Heard>();
         Player player(sound, memorySystem(heard));
         std::atomic<int> ends = 0;
         player.setListener([&](int event) { ends += event == VBMP3_EVENT_END_OF_TRACK; });
-        ASSERT_EQ(player.open(dir.path("a.wav")), VBMP3_OK);
+        ASSERT_EQ(player.open(path), VBMP3_OK);
         ASSERT_EQ(player.play(), VBMP3_OK);
         ASSERT_TRUE(eventually([&] { return ends == 1; }));
         const std::vector<float> samples = heard->all();

@@ -14,22 +14,22 @@ constexpr int kRate = 44100;
 
 TEST(Chain, PositionsFollowTheTempoAcrossChangesSeeksAndTracks) {
     SoundSettings settings;
-    Chain chain(settings, nullptr, kRate);
+    Playing playing(settings, kRate);
+    Chain& chain = playing.chain;
     chain.reset(7, 1000, 0);
     const Samples in(2 * kRate, 0.1f);
-    Samples out;
-    feed(chain, in, 0, kRate, out);
+    playing.feed(in, 0, kRate);
     settings.setStepPitch(6, 5);  // double speed from source frame 45100 on
-    feed(chain, in, 0, kRate, out);
-    feed(chain, in, 0, kRate, out);
+    playing.feed(in, 0, kRate);
+    playing.feed(in, 0, kRate);
     settings.setStepPitch(1, 5);
-    feed(chain, in, 0, kRate, out);
+    playing.feed(in, 0, kRate);
     const int64_t border = chain.beginTrack(8);
-    feed(chain, in, 0, kRate, out);
-    chain.finish(out);
+    playing.feed(in, 0, kRate);
+    chain.finish(playing.out);
     EXPECT_EQ(border, 3 * kRate);
     EXPECT_EQ(chain.outputFrames(), 4 * kRate);
-    EXPECT_EQ(static_cast<int64_t>(out.size() / 2), 4 * kRate);
+    EXPECT_EQ(playing.out.size() / 2, 4u * kRate);
 
     const struct {
         int64_t output, track;
@@ -60,48 +60,32 @@ TEST(Chain, PositionsFollowTheTempoAcrossChangesSeeksAndTracks) {
 TEST(Chain, ATrackThatFollowsGoesOnThroughEqualizerAndPitchWithoutASeam) {
     // One tone cut into two tracks must sound as if it had not been cut.
     const Samples in = tones({{500.0, 0.3}}, kRate, 2.0);
-    SoundSettings settings;
-    settings.setEqualizer(BandGains{0, 0, 60, 60, 0, -60});
-    settings.applyEqualizer();
-    settings.setPitch(110);
-    Chain whole(settings, nullptr, kRate), cut(settings, nullptr, kRate);
-    whole.reset(0, 0, 0);
-    cut.reset(0, 0, 0);
-    Samples expected, out;
-    feed(whole, in, 0, 2 * kRate, expected);
-    whole.finish(expected);
-    feed(cut, in, 0, kRate, out);
-    EXPECT_EQ(cut.beginTrack(1), kRate);
+    const Wanted settings(BandGains{0, 0, 60, 60, 0, -60}, 110);
+    Playing cut(settings, kRate);
+    cut.feed(in, 0, kRate);
+    EXPECT_EQ(cut.chain.beginTrack(1), kRate);
     // The blocks of the second track begin at another place of the first one's grid, which must not matter.
-    feed(cut, in, kRate, 2 * kRate, out);
-    cut.finish(out);
-    ASSERT_EQ(out.size(), expected.size());
-    EXPECT_LT(roughness(out, kRate - 2000, kRate + 2000), 0.005);
+    cut.feed(in, kRate, 2 * kRate);
+    cut.chain.finish(cut.out);
+    ASSERT_EQ(cut.out.size(), through(settings, in, kRate).size());
+    EXPECT_LT(roughness(cut.out, kRate - 2000, kRate + 2000), 0.005);
 }
 
 TEST(Chain, AfterASeekNothingOfTheSoundBeforeIsLeft) {
-    SoundSettings settings;
-    settings.setEqualizer(BandGains{60, -60, 60, -60, 60, -60, 60, -60, 60, -60});
-    settings.applyEqualizer();
-    settings.setPitch(120);
-    Chain chain(settings, nullptr, kRate);
-    chain.reset(0, 0, 0);
-    Samples out;
-    chain.process(noise(20000, 0.9f), out);
-    chain.reset(0, 0, 0);
-    out.clear();
-    chain.process(Samples(2 * 20000, 0.0f), out);
-    chain.finish(out);
-    ASSERT_EQ(out.size(), 2u * 20000u);
-    EXPECT_EQ(peakOf(out), 0.0);
+    const Wanted settings(BandGains{60, -60, 60, -60, 60, -60, 60, -60, 60, -60}, 120);
+    Playing playing(settings, kRate);
+    playing.chain.process(noise(20000, 0.9f), playing.out);
+    playing.chain.reset(0, 0, 0);
+    playing.out.clear();
+    playing.chain.process(Samples(2 * 20000, 0.0f), playing.out);
+    playing.chain.finish(playing.out);
+    ASSERT_EQ(playing.out.size(), 2u * 20000u);
+    EXPECT_EQ(peakOf(playing.out), 0.0);
 }
 
 TEST(Chain, FullScaleSoundWithEveryBoostStaysWithinFullScale) {
-    SoundSettings settings;
-    settings.setEqualizer(BandGains{120, 120, 120, 120, 120, 120, 120, 120, 120, 120});
-    settings.applyEqualizer();
     for (const int pitch : {100, 130}) {
-        settings.setPitch(pitch);
+        const Wanted settings(BandGains{120, 120, 120, 120, 120, 120, 120, 120, 120, 120}, pitch);
         const Samples out = through(settings, noise(2 * kRate, 1.0f), kRate);
         EXPECT_LT(peakOf(out), 1.0);
         EXPECT_GT(peakOf(out), 0.9);
@@ -109,24 +93,20 @@ TEST(Chain, FullScaleSoundWithEveryBoostStaysWithinFullScale) {
 }
 
 TEST(Chain, SamplesThatAreNoNumbersDoNotSilenceWhatFollows) {
-    SoundSettings settings;
-    settings.setEqualizer(BandGains{60, 60, 60});
-    settings.applyEqualizer();
-    settings.setPitch(110);
     Samples in = tones({{440.0, 0.3}}, kRate, 1.0);
     in[2000] = NAN;
     in[3001] = INFINITY;
     in[4000] = -1e38f;
-    const Samples out = through(settings, in, kRate);
+    const Samples out = through(Wanted(BandGains{60, 60, 60}, 110), in, kRate);
     for (const float sample : out) ASSERT_TRUE(std::isfinite(sample));
     EXPECT_GT(peakOf(std::span(out).last(kRate / 5)), 0.2);
 }
 
 TEST(Chain, SettingsPositionAndWaveMayBeTouchedFromAnotherThreadMeanwhile) {
-    SoundSettings settings;
+    Wanted settings;
     Tap tap;
-    Chain chain(settings, &tap, kRate);
-    chain.reset(0, 0, 0);
+    Playing playing(settings, kRate, &tap);
+    Chain& chain = playing.chain;
     std::atomic<bool> done{false};
     std::thread caller([&] {
         std::mt19937 random(3);
@@ -134,8 +114,7 @@ TEST(Chain, SettingsPositionAndWaveMayBeTouchedFromAnotherThreadMeanwhile) {
         while (!done.load()) {
             BandGains gains{};
             for (int32_t& gain : gains) gain = static_cast<int32_t>(random() % 241) - 120;
-            settings.setEqualizer(gains);
-            settings.applyEqualizer();
+            settings.equalize(gains);
             settings.setPitch(50 + static_cast<int>(random() % 151));
             settings.setStepPitch(static_cast<int>(random() % 6), 5);
             chain.position(static_cast<int64_t>(random() % 100000));
@@ -143,15 +122,14 @@ TEST(Chain, SettingsPositionAndWaveMayBeTouchedFromAnotherThreadMeanwhile) {
         }
     });
     const Samples in = noise(1152, 0.5f);
-    Samples out;
     for (int i = 0; i < 200; ++i) {
-        chain.process(in, out);
+        chain.process(in, playing.out);
         if (i % 50 == 49) chain.reset(i, 0, chain.outputFrames() / 2);
     }
-    chain.finish(out);
+    chain.finish(playing.out);
     done.store(true);
     caller.join();
-    EXPECT_LT(peakOf(out), 1.0);
+    EXPECT_LT(peakOf(playing.out), 1.0);
 }
 
 }  // namespace

@@ -92,21 +92,42 @@ inline double roughness(const Samples& samples, size_t from, size_t to) {
     return worst;
 }
 
-// Puts frames [from, to) through the chain in blocks of a decoder's frame.
-inline void feed(Chain& chain, const Samples& in, size_t from, size_t to, Samples& out, size_t block = 1152) {
-    for (size_t i = from; i < to; i += block) {
-        const size_t frames = std::min(block, to - i);
-        chain.process(std::span(in).subspan(2 * i, 2 * frames), out);
+// Settings as they are wanted from the beginning.
+struct Wanted : SoundSettings {
+    explicit Wanted(const BandGains& gains, int pitch = 100) {
+        equalize(gains);
+        setPitch(pitch);
     }
-}
+    explicit Wanted(int pitch = 100, int factor = 1) {
+        setPitch(pitch);
+        setStepPitch(factor, 5);
+    }
+    void equalize(const std::optional<BandGains>& gains) {
+        setEqualizer(gains);
+        applyEqualizer();
+    }
+};
+
+// A chain and all that has come out of it.
+struct Playing {
+    Playing(const SoundSettings& settings, int rate, Tap* tap = nullptr) : chain(settings, tap, rate) {
+        chain.reset(0, 0, 0);
+    }
+    // Puts in frames [from, to) in blocks of a decoder's frame.
+    void feed(const Samples& in, size_t from, size_t to, size_t block = 1152) {
+        for (size_t i = from; i < to; i += block)
+            chain.process(std::span(in).subspan(2 * i, 2 * std::min(block, to - i)), out);
+    }
+
+    Chain chain;
+    Samples out;
+};
 
 inline Samples through(const SoundSettings& settings, const Samples& in, int rate, size_t block = 1152) {
-    Chain chain(settings, nullptr, rate);
-    chain.reset(0, 0, 0);
-    Samples out;
-    feed(chain, in, 0, in.size() / 2, out, block);
-    chain.finish(out);
-    return out;
+    Playing playing(settings, rate);
+    playing.feed(in, 0, in.size() / 2, block);
+    playing.chain.finish(playing.out);
+    return playing.out;
 }
 
 }  // namespace vbmp3::test

@@ -10,25 +10,18 @@ namespace {
 struct Case {
     int pitch;
     int factor;
-    int rate;
+    int rate = 44100;
+    double tempo() const { return 1.0 + (factor - 1) / 5.0; }
 };
 
 TEST(Pitch, PitchChangesTheFrequencyAndStepPitchTheLength) {
-    const Case cases[] = {{130, 1, 44100}, {80, 1, 44100},  {50, 1, 44100},  {200, 1, 44100},  {130, 1, 48000},
-                          {130, 1, 22050}, {100, 6, 44100}, {100, 3, 44100}, {100, -1, 44100}, {100, 16, 44100},
-                          {100, 6, 8000},  {120, 4, 48000}, {100, 6, 192000}};
-    for (const Case& c : cases) {
+    for (const Case& c : {Case{130, 1}, {80, 1}, {50, 1}, {200, 1}, {130, 1, 48000}, {130, 1, 22050}, {100, 6}, {100, 3},
+                          {100, -1}, {100, 16}, {100, 6, 8000}, {120, 4, 48000}, {100, 6, 192000}}) {
         SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor << " at " << c.rate);
-        SoundSettings settings;
-        ASSERT_TRUE(settings.setPitch(c.pitch));
-        ASSERT_TRUE(settings.setStepPitch(c.factor, 5));
-        const double tempo = 1.0 + (c.factor - 1) / 5.0;
-        const double seconds = 4.0;
-        const Samples in = tones({{440.0, 0.5}}, c.rate, seconds);
-        const Samples out = through(settings, in, c.rate);
-        const auto frames = static_cast<int64_t>(in.size() / 2);
-        EXPECT_EQ(static_cast<int64_t>(out.size() / 2), std::llround(static_cast<double>(frames) / tempo));
+        const Samples in = tones({{440.0, 0.5}}, c.rate, 4.0);
+        const Samples out = through(Wanted(c.pitch, c.factor), in, c.rate);
         const size_t length = out.size() / 2;
+        EXPECT_EQ(static_cast<int64_t>(length), std::llround(4.0 * c.rate / c.tempo()));
         EXPECT_NEAR(frequencyOf(out, c.rate, length / 5, length * 4 / 5), 440.0 * c.pitch / 100.0, 440.0 * 0.004);
         // Sound from the first frames to the last, not silence that was put in for length.
         EXPECT_GT(peakOf(std::span(out).subspan(length / 200 * 2, length / 50 * 2)), 0.3);
@@ -40,7 +33,8 @@ TEST(Pitch, PitchChangesTheFrequencyAndStepPitchTheLength) {
 double meanAmplitude(const Samples& samples, double hz, int rate) {
     double sum = 0.0;
     int windows = 0;
-    for (size_t i = rate / 2; i + 1024 < samples.size() / 2 - rate / 2; i += 512, ++windows) sum += amplitudeAt(samples, hz, rate, i, i + 1024);
+    for (size_t i = rate / 2; i + 1024 < samples.size() / 2 - rate / 2; i += 512, ++windows)
+        sum += amplitudeAt(samples, hz, rate, i, i + 1024);
     return sum / windows;
 }
 
@@ -50,9 +44,8 @@ TEST(Pitch, QualityDecidesWhatIsLeftOfTonesThatNoLongerFit) {
     const int rate = 44100;
     double ghost[3], kept[3];
     for (int quality = 0; quality < 3; ++quality) {
-        SoundSettings settings;
+        Wanted settings(130);
         ASSERT_TRUE(settings.setQuality(quality));
-        settings.setPitch(130);
         const Samples out = through(settings, tones({{17500.0, 0.4}, {15000.0, 0.4}}, rate, 3.0), rate);
         ghost[quality] = meanAmplitude(out, 21350.0, rate);
         kept[quality] = meanAmplitude(out, 19500.0, rate);
@@ -60,52 +53,38 @@ TEST(Pitch, QualityDecidesWhatIsLeftOfTonesThatNoLongerFit) {
     EXPECT_LT(ghost[1], ghost[0] / 4);
     EXPECT_GE(kept[1], kept[0] * 0.99);
     EXPECT_GT(ghost[2], ghost[0]);
-    SoundSettings settings;
-    EXPECT_FALSE(settings.setQuality(-1));
-    EXPECT_FALSE(settings.setQuality(3));
 }
 
 TEST(Pitch, AtNormalSamplesPassBitExactAndAtOnce) {
     const Samples in = noise(5000, 1.2f);
-    SoundSettings settings;
-    settings.setPitch(130);
-    settings.setStepPitch(6, 5);
+    Wanted settings(130, 6);
     settings.setPitch(100);
     settings.setStepPitch(1, 5);
     settings.setQuality(1);
-    Chain chain(settings, nullptr, 44100);
-    chain.reset(0, 0, 0);
-    Samples out;
-    chain.process(in, out);
-    EXPECT_EQ(out, in);
+    Playing playing(settings, 44100);
+    playing.chain.process(in, playing.out);
+    EXPECT_EQ(playing.out, in);
 }
 
 TEST(Pitch, ValuesOutOfRangeAreRefusedAndChangeNothing) {
     SoundSettings settings;
-    EXPECT_FALSE(settings.setPitch(49));
-    EXPECT_FALSE(settings.setPitch(201));
-    EXPECT_FALSE(settings.setStepPitch(1, 0));
-    EXPECT_FALSE(settings.setStepPitch(1, -5));
-    EXPECT_FALSE(settings.setStepPitch(-3, 5));
-    EXPECT_FALSE(settings.setStepPitch(17, 5));
-    EXPECT_FALSE(settings.setStepPitch(INT32_MIN, 1));
-    EXPECT_FALSE(settings.setStepPitch(INT32_MAX, 1));
+    for (const int percent : {49, 201}) EXPECT_FALSE(settings.setPitch(percent)) << percent;
+    for (const int quality : {-1, 3}) EXPECT_FALSE(settings.setQuality(quality)) << quality;
+    for (const auto& [factor, base] : {std::pair{1, 0}, {1, -5}, {-3, 5}, {17, 5}, {INT32_MIN, 1}, {INT32_MAX, 1}})
+        EXPECT_FALSE(settings.setStepPitch(factor, base)) << factor << " of " << base;
     EXPECT_EQ(settings.version(), 0u);
 }
 
 TEST(Pitch, AMomentOfTheSourceIsHeardWhereTheLengthPutsIt) {
     // Bursts of a tone in silence; the middle of each must come out at its time divided by the tempo.
     const int rate = 44100;
-    for (const Case& c : {Case{130, 1, rate}, Case{70, 1, rate}, Case{100, 6, rate}, Case{100, -1, rate}}) {
-        SoundSettings settings;
-        settings.setPitch(c.pitch);
-        settings.setStepPitch(c.factor, 5);
-        const double tempo = 1.0 + (c.factor - 1) / 5.0;
+    for (const Case& c : {Case{130, 1}, {70, 1}, {100, 6}, {100, -1}}) {
+        const double tempo = c.tempo();
         Samples in(2 * 5 * rate, 0.0f);
         const Samples burst = tones({{800.0, 0.5}}, rate, 0.2);
         for (const double at : {0.9, 2.4, 4.1})
             std::copy(burst.begin(), burst.end(), in.begin() + 2 * static_cast<int>(at * rate));
-        const Samples out = through(settings, in, rate);
+        const Samples out = through(Wanted(c.pitch, c.factor), in, rate);
         for (const double at : {0.9, 2.4, 4.1}) {
             double weight = 0.0, sum = 0.0;
             const auto from = static_cast<size_t>((at - 0.4) / tempo * rate);
@@ -123,12 +102,8 @@ TEST(Pitch, AMomentOfTheSourceIsHeardWhereTheLengthPutsIt) {
 TEST(Pitch, ThePositionIsThatOfTheClickBeingHeard) {
     // Clicks at uneven distances, so that none is taken for another, in a little noise.
     const int rate = 44100;
-    for (const Case& c : {Case{130, 1, rate}, Case{80, 1, rate}, Case{200, 1, rate}, Case{50, 1, rate}, Case{100, 2, rate},
-                          Case{100, 0, rate}, Case{100, 6, rate}, Case{130, 2, rate}}) {
+    for (const Case& c : {Case{130, 1}, {80, 1}, {200, 1}, {50, 1}, {100, 2}, {100, 0}, {100, 6}, {130, 2}}) {
         SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor);
-        SoundSettings settings;
-        settings.setPitch(c.pitch);
-        settings.setStepPitch(c.factor, 5);
         Samples in = noise(4 * rate, 0.01f);
         std::vector<double> clicks;
         for (double at = 0.1; at < 3.9; at += 0.15 + 0.05 * std::sin(7 * at)) {
@@ -136,16 +111,16 @@ TEST(Pitch, ThePositionIsThatOfTheClickBeingHeard) {
             for (size_t i = frame; i < frame + 30; ++i) in[2 * i] = in[2 * i + 1] = 0.9f;
             clicks.push_back(static_cast<double>(frame));
         }
-        Chain chain(settings, nullptr, rate);
-        chain.reset(1, 0, 0);
-        Samples out;
-        feed(chain, in, 0, in.size() / 2, out, 1152);
-        chain.finish(out);
+        const Wanted settings(c.pitch, c.factor);
+        Playing playing(settings, rate);
+        Samples& out = playing.out;
+        playing.feed(in, 0, in.size() / 2);
+        playing.chain.finish(out);
         int heard = 0;
         double worst = 0;
         for (size_t i = 0; i < out.size() / 2; ++i) {
             if (std::abs(out[2 * i]) < 0.6f) continue;  // one that fades out under the next piece
-            const double position = chain.position(static_cast<int64_t>(i)).frame;
+            const double position = playing.chain.position(static_cast<int64_t>(i)).frame;
             double off = rate;
             for (const double click : clicks) off = std::min(off, std::abs(position - click));
             worst = std::max(worst, off / rate * 1000);
@@ -161,15 +136,14 @@ TEST(Pitch, ChangesWhilePlayingMakeNoClickAndKeepTheLength) {
     const int rate = 44100;
     const Samples in = tones({{300.0, 0.3}}, rate, 6.0);
     SoundSettings settings;
-    Chain chain(settings, nullptr, rate);
-    chain.reset(0, 0, 0);
-    Samples out;
+    Playing playing(settings, rate);
+    Samples& out = playing.out;
     const int pitches[] = {100, 130, 100, 80, 120, 100};
     for (size_t step = 0; step < 6; ++step) {
         settings.setPitch(pitches[step]);
-        feed(chain, in, step * rate, (step + 1) * rate, out, 1000);
+        playing.feed(in, step * rate, (step + 1) * rate, 1000);
     }
-    chain.finish(out);
+    playing.chain.finish(out);
     EXPECT_EQ(out.size(), in.size());
     EXPECT_LT(roughness(out, 100, out.size() / 2), 0.01);
     EXPECT_NEAR(frequencyOf(out, rate, rate + rate / 4, 2 * rate - rate / 4), 390.0, 1.5);
