@@ -3,15 +3,13 @@
 #include "libraries/vbmp3/lyrics/id3v2_lyrics.h"
 #include "libraries/vbmp3/lyrics/lyrics3.h"
 #include "libraries/vbmp3/lyrics/lyrics_text.h"
+#include "tests/vbmp3_tags/tag_bytes.h"
 
 namespace vbmp3 {
 namespace {
 
 using namespace std::string_literals;
-
-std::span<const uint8_t> bytes(const std::string& text) {
-    return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
-}
+using tagbytes::bytes, tagbytes::lyrics3v1, tagbytes::lyrics3v2;
 
 std::string field(const std::string& id, const std::string& data) {
     std::string length = std::to_string(data.size());
@@ -19,16 +17,16 @@ std::string field(const std::string& id, const std::string& data) {
 }
 
 TEST(Lyrics3, VersionOneIsTheTextBetweenItsMarks) {
-    const auto block = parseLyrics3(bytes("LYRICSBEGIN[00:01]\x82\xA0\r\n[00:02]b\r\nLYRICSEND"));
+    const auto block = parseLyrics3(bytes(lyrics3v1("[00:01]\x82\xA0\r\n[00:02]b\r\n")));
     ASSERT_TRUE(block);
     EXPECT_EQ(block->version, 1);
     EXPECT_EQ(block->lyrics, "[00:01]あ\r\n[00:02]b");
 }
 
 TEST(Lyrics3, VersionTwoHasFields) {
-    const auto block = parseLyrics3(bytes("LYRICSBEGIN" + field("IND", "110") + field("ETT", "\x8B\xC8") +
-                                          field("EAR", "Singer") + field("EAL", "Album") + field("AUT", "Poet") +
-                                          field("IMG", "x.jpg") + field("LYR", "[00:01]a") + "000123LYRICS200"));
+    const auto block = parseLyrics3(bytes(lyrics3v2(field("IND", "110") + field("ETT", "\x8B\xC8") +
+                                                    field("EAR", "Singer") + field("EAL", "Album") + field("AUT", "Poet") +
+                                                    field("IMG", "x.jpg") + field("LYR", "[00:01]a"))));
     ASSERT_TRUE(block);
     EXPECT_EQ(block->version, 2);
     EXPECT_EQ(block->title, "曲");
@@ -39,14 +37,12 @@ TEST(Lyrics3, VersionTwoHasFields) {
 }
 
 TEST(Lyrics3, BrokenBlocksGiveWhatCanBeRead) {
-    EXPECT_FALSE(parseLyrics3(bytes("")));
-    EXPECT_FALSE(parseLyrics3(bytes("LYRICSBEGIN")));
-    EXPECT_FALSE(parseLyrics3(bytes("LYRICSBEGINLYRICS200")));
-    EXPECT_FALSE(parseLyrics3(bytes("something elseLYRICSEND")));
-    const auto tooLong = parseLyrics3(bytes("LYRICSBEGIN" + "LYR99999ab"s + "000123LYRICS200"));
+    for (const char* none : {"", "LYRICSBEGIN", "LYRICSBEGINLYRICS200", "something elseLYRICSEND"})
+        EXPECT_FALSE(parseLyrics3(bytes(none))) << none;
+    const auto tooLong = parseLyrics3(bytes(lyrics3v2("LYR99999ab")));
     ASSERT_TRUE(tooLong);
     EXPECT_EQ(tooLong->lyrics, "ab");
-    const auto noNumber = parseLyrics3(bytes("LYRICSBEGIN" + field("ETT", "T") + "LYR1x345ab000123LYRICS200"));
+    const auto noNumber = parseLyrics3(bytes(lyrics3v2(field("ETT", "T") + "LYR1x345ab")));
     ASSERT_TRUE(noNumber);
     EXPECT_EQ(noNumber->title, "T");
     EXPECT_EQ(noNumber->lyrics, "");
