@@ -36,7 +36,8 @@ quenlox_dependency(kissfft kissfft-float kissfft/kiss_fft.h kissfft)
 if(WIN32)
   set_property(TARGET deps::mpg123 PROPERTY INTERFACE_LINK_LIBRARIES shlwapi)
 endif()
-if(QUENLOX_BENCH)  # no part of the product: the reader of tags that ours is measured against
+# No part of the product: a reader of tags, which reads in the tests what ours writes, and which ours is measured against.
+if(QUENLOX_BENCH OR (QUENLOX_TESTS AND NOT WIN32))
   quenlox_dependency(taglib tag taglib/tag.h taglib)
 endif()
 

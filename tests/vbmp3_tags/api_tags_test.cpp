@@ -4,18 +4,20 @@
 #include <cstring>
 
 #include "libraries/vbmp3/vbmp3.h"
+#include "tests/vbmp3/temp_dir.h"
 #include "tests/vbmp3_tags/tag_bytes.h"
-#include "tests/vbmp3_tags/temp_folder.h"
 
 using namespace tagbytes;
 using namespace std::string_literals;
 
 namespace {
 
-class TagCalls : public TempFolder {
+class TagCalls : public testing::Test {
   protected:
     TagCalls() { vbmp3_init(); }
     ~TagCalls() override { vbmp3_free(); }
+
+    const vbmp3::test::TempDir folder_;
 };
 
 // A Xing frame that tells of `frames` frames.
@@ -46,39 +48,42 @@ TEST_F(TagCalls, InformationHasLengthFormatAndTags) {
          riff("RMP3", chunk("data", mpegFrames(100)) + chunk("LIST", "INFO" + chunk("INAM", "si") + chunk("IID3", v1))),
          1 | 2 | 4 | 32, 2612, nullptr, "si", ""},
         {"e.wav", wave, 64, 1500, "WAVE_FORMAT_PCM", "w", ""},
+        {"f.wav", riff("WAVE", chunk("fmt ", waveFormat(0x55)) + chunk("data", mpegFrames(100))), 1 | 32, 2612,
+         "MPEG1 Layer3 44100Hz 128kbit/s Joint Stereo", "", ""},
     };
     for (const auto& c : cases) {
-        const std::string path = file(c.name, c.bytes);
-        vbmp3_FileInfo info{};
-        info.size = sizeof info;
-        ASSERT_EQ(vbmp3_getFileInfo(path.c_str(), &info), 1) << c.name;
-        EXPECT_EQ(info.fileType, c.type) << c.name;
-        EXPECT_EQ(vbmp3_getFileType(path.c_str()), c.type) << c.name;
-        EXPECT_EQ(info.seconds * 1000 + info.milliseconds, c.ms) << c.name;
+        SCOPED_TRACE(c.name);
+        const std::string path = folder_.write(c.name, c.bytes);
+        EXPECT_EQ(vbmp3_getFileType(path.c_str()), c.type);
+        vbmp3_FileInfo info{}, opened{};
+        info.size = opened.size = sizeof info;
+        ASSERT_EQ(vbmp3_getFileInfo(path.c_str(), &info), 1);
+        EXPECT_EQ(info.fileType, c.type);
+        EXPECT_EQ(info.seconds * 1000 + info.milliseconds, c.ms);
         if (c.format != nullptr) {
-            EXPECT_STREQ(info.format, c.format) << c.name;
+            EXPECT_STREQ(info.format, c.format);
         }
-        EXPECT_STREQ(info.title, c.title) << c.name;
-        EXPECT_STREQ(info.artist, c.artist) << c.name;
+        EXPECT_STREQ(info.title, c.title);
+        EXPECT_STREQ(info.artist, c.artist);
         // Opening tells the same of the tags.
-        vbmp3_FileInfo opened{};
-        opened.size = sizeof opened;
-        ASSERT_EQ(vbmp3_open(path.c_str(), &opened), 1) << c.name;
-        EXPECT_STREQ(opened.title, c.title) << c.name;
-        EXPECT_EQ(opened.genreNumber, info.genreNumber) << c.name;
+        ASSERT_EQ(vbmp3_open(path.c_str(), &opened), 1);
+        EXPECT_STREQ(opened.title, c.title);
+        EXPECT_EQ(opened.genreNumber, info.genreNumber);
         vbmp3_close();
     }
 }
 
 TEST_F(TagCalls, NothingIsWrittenBeyondTheSizeTheCallerKnows) {
-    const std::string path = file("a.mp3", mpegFrames(10) + id3v1("title"));
+    const std::string path = folder_.write("a.mp3", mpegFrames(10) + id3v1("title"));
     vbmp3_FileInfo info;
-    std::memset(&info, 0x5A, sizeof info);
-    info.size = offsetof(vbmp3_FileInfo, format);
-    ASSERT_EQ(vbmp3_getFileInfo(path.c_str(), &info), 1);
-    EXPECT_EQ(info.size, offsetof(vbmp3_FileInfo, format));
-    EXPECT_EQ(info.sampleRate, 44100);
-    EXPECT_EQ(info.format[0], 0x5A);
+    for (const auto call : {vbmp3_getFileInfo, vbmp3_open}) {
+        std::memset(&info, 0x5A, sizeof info);
+        info.size = offsetof(vbmp3_FileInfo, format);
+        ASSERT_EQ(call(path.c_str(), &info), 1);
+        EXPECT_EQ(info.size, offsetof(vbmp3_FileInfo, format));
+        EXPECT_EQ(info.sampleRate, 44100);
+        EXPECT_EQ(info.format[0], 0x5A);
+    }
     info.size = 0;
     EXPECT_EQ(vbmp3_getFileInfo(path.c_str(), &info), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_ARGUMENT);
@@ -98,7 +103,7 @@ TEST_F(TagCalls, NothingIsWrittenBeyondTheSizeTheCallerKnows) {
 }
 
 TEST_F(TagCalls, FailuresHaveTheirNumbers) {
-    const std::string text = file("a.txt", "text"), mp3 = file("a.mp3", mpegFrames(10));
+    const std::string text = folder_.write("a.txt", "text"s), mp3 = folder_.write("a.mp3", mpegFrames(10));
     vbmp3_FileInfo info{};
     info.size = sizeof info;
     EXPECT_EQ(vbmp3_getFileInfo("/no/such/file", &info), 0);
@@ -115,7 +120,7 @@ TEST_F(TagCalls, FailuresHaveTheirNumbers) {
     EXPECT_EQ(vbmp3_writeTag(mp3.c_str(), VBMP3_TAG_SI, &tag), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_FORMAT);
     EXPECT_EQ(vbmp3_removeTag(mp3.c_str(), VBMP3_TAG_ID3V2), 1);
-    EXPECT_EQ(vbmp3_convertToRmp(mp3.c_str(), (folder_ / "none/a.rmp").string().c_str()), 0);
+    EXPECT_EQ(vbmp3_convertToRmp(mp3.c_str(), folder_.path("none/a.rmp").c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_WRITE);
     char name[64];
     EXPECT_EQ(vbmp3_getGenre(192, name, sizeof name), 0);
