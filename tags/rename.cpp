@@ -31,12 +31,11 @@ RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs,
         return RenameResult::Failed;
     }
     if (followers.lists) followers.lists(file, to);
+    // The browser finds the place of the current file in its folder by name.
+    if (open) state.CurrentFile = to;
     if (followers.browser) followers.browser();
     newPath = to;
-    if (open) {
-        state.CurrentFile = to;
-        release.reopen();
-    }
+    if (open) release.reopen();
     return RenameResult::Done;
 }
 
