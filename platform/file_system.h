@@ -10,7 +10,8 @@
 
 namespace quenlox {
 
-// The names in a folder, in the order in which the file system returns them, "." and ".." left out.
+// The names in a folder, in the order in which the file system returns them. Hidden files and folders are left out, as in
+// the windows of the system, and so are "." and "..".
 class FolderReader {
   public:
     virtual ~FolderReader() = default;

@@ -102,7 +102,7 @@ class FolderReaderWin32 : public FolderReader {
     bool next(std::string& name, bool& isFolder) override {
         while (find_) {
             const std::wstring_view found = data_.cFileName;
-            const bool counts = found != L"." && found != L"..";
+            const bool counts = found != L"." && found != L".." && !(data_.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN);
             if (counts) {
                 name = Narrow(found);
                 isFolder = data_.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;

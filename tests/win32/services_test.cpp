@@ -49,6 +49,8 @@ TEST_F(Files, AFailedWriteLeavesTheOldFileAsItWas) {
         EXPECT_FALSE(files->write(at("Quenlox.m3u"), "new"));
     }
     EXPECT_EQ(files->read(at("Quenlox.m3u")), "old");
+    SetFileAttributesW(win32::Wide(at("Quenlox.m3u")).c_str(), FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_TRUE(files->files(folder).empty()) << "hidden";
     SetFileAttributesW(win32::Wide(at("Quenlox.m3u")).c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_TRUE(files->isReadOnly(at("Quenlox.m3u")));
     EXPECT_FALSE(files->write(at("Quenlox.m3u"), "new"));
