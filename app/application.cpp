@@ -132,7 +132,7 @@ void Application::connectConverter() {
     FormConv::Hooks hooks;
     hooks.stopPlayback = [this] { engine_.StopMedia(); };
     hooks.showStatus = [this] { engine_.status().ShowStatus(); };
-    hooks.refreshBrowserFiles = [this] { list_.Dir1_Change(); };
+    hooks.refreshBrowserFiles = [this] { list_.refreshBrowser(); };
     hooks.openFile = [this] { engine_.OpenMedia(); };
     hooks.setPolling = [this](bool on) { top_.Timer7.setEnabled(on); };
     convert_.connect(hooks);
