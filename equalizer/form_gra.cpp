@@ -116,7 +116,8 @@ Layout FormGra::layout() {
 
 void FormGra::apply(const std::array<std::int32_t, kBands>* gains) {
     vbmp3_.vbmp3_setEqualizer(gains);
-    const bool sounding = state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause;
+    const int status = state_.PlayerStatus;
+    const bool sounding = status == kPlay || status == kPause || status == kDecode;  // a decode may be heard
     if (sounding && (state_.baseKind() == kMp3 || state_.baseKind() == kRmp)) vbmp3_.vbmp3_reload();
 }
 

@@ -78,7 +78,7 @@ TEST(FormGra, TheLibraryIsToldWhatCountsForTheTrackThatSounds) {
         int kind, status;
         bool reload;
     };
-    for (const Case& c : {Case{3, kPlay, true}, {1104, kPause, true}, {3, kStop, false}, {1, kPlay, false},
+    for (const Case& c : {Case{3, kPlay, true}, {1104, kPause, true}, {3, kDecode, true}, {3, kStop, false}, {1, kPlay, false},
                           {10, kPlay, false}, {0, kPlay, false}, {3, kLoad, false}}) {
         Equalizer e;
         e.state.MediaKind = c.kind;
