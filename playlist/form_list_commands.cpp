@@ -175,6 +175,9 @@ void FormList::menuSave_Click() {
     dialog.folder = state_.CurrentFolder;
     const auto path = dialogs_.saveFile(dialog);
     if (!path || path->empty()) return;
+    // The dialog has asked about the name as it was typed.
+    const std::string name = Playlists::ExportName(*path);
+    if (name != *path && files_.fileExists(name) && !dialogs_.confirm(FileNameOf(name) + " は既にあります。\n上書きしますか？")) return;
     const int list = folderShown() ? kFolderList : state_.ListNo;
     if (!lists_.ExportM3U(list, *path)) dialogs_.message("M3Uファイルを保存できません", MessageIcon::Stop);
 }

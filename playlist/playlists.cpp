@@ -195,8 +195,10 @@ bool Playlists::ExportM3U(int list, const std::string& path) {
     if (path.empty()) return false;
     ListText text;
     for (int row = 0; row < count(list); ++row) text.append(this->path(list, row));
-    return files_.write(LastFour(path) == ".m3u" ? path : path + ".m3u", text.bytes());
+    return files_.write(ExportName(path), text.bytes());
 }
+
+std::string Playlists::ExportName(const std::string& path) { return LastFour(path) == ".m3u" ? path : path + ".m3u"; }
 
 void Playlists::LoadListFile() {
     const std::optional<std::string> bytes = files_.read(UserFileToRead(files_, kListFileName));

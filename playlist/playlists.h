@@ -87,7 +87,8 @@ class Playlists : public TrackSource {
     // The media files among the names of a folder, not those of the folders in it. `keepGoing` is asked now and then
     // and may interrupt it; true while there are more names.
     bool AddFolder(const std::string& folder, FolderReader& names, int list, const std::function<bool()>& keepGoing = {});
-    bool ExportM3U(int list, const std::string& path);               // ".m3u" is appended when it is missing
+    bool ExportM3U(int list, const std::string& path);               // to the file of that ExportName
+    static std::string ExportName(const std::string& path);          // with ".m3u" behind it when that is missing
 
     void BuildShuffleOrder(int list) override;
     bool RemoveCurrentFileFromLists() override;                      // from lists A and B, never from C

@@ -150,6 +150,10 @@ TEST(FormListCommands, SaveExportsTheCurrentListUnderTheChosenName) {
     EXPECT_EQ(window.dialogs.fileDialogs.back().title, "保存M3Uﾌｧｲﾙ名の指定");
     EXPECT_EQ(window.dialogs.fileDialogs.back().filterName, "M3Uﾌｧｲﾙ");
     EXPECT_EQ(window.dialogs.fileDialogs.back().filter, "*.m3u");
+    window.dialogs.fileAnswers.push_back("D:\\list");
+    window.dialogs.confirms = {false};  // to replace it
+    window.form.menuSave_Click();
+    EXPECT_EQ(window.files.writes, 1);
     window.files.writesFail = true;
     window.dialogs.fileAnswers.push_back("D:\\other");
     window.form.menuSave_Click();
