@@ -9,6 +9,7 @@
 #include "app/command_line.h"
 #include "text/numbers.h"
 #include "text/paths.h"
+#include "text/strings.h"
 
 namespace quenlox {
 namespace {
@@ -66,7 +67,7 @@ Application::Application(const Services& services, std::string commandLine)
     equalizer_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     for (Form* form : otherWindows()) form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
-    tag_.connect({&release_,
+    tag_.connect({&release_, [this](const std::string& path) { letGoOf(path); },
                   {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
                    [this] { list_.refreshBrowser(); }},
                   [this](const std::string& path) { lists_.forgetTexts(path); },
@@ -131,6 +132,7 @@ void Application::placeAroundMain() {
 void Application::connectConverter() {
     FormConv::Hooks hooks;
     hooks.stopPlayback = [this] { engine_.StopMedia(); };
+    hooks.letGo = [this](const std::string& path) { letGoOf(path); };
     hooks.showStatus = [this] { engine_.status().ShowStatus(); };
     hooks.refreshBrowserFiles = [this] { list_.refreshBrowser(); };
     hooks.openFile = [this] { engine_.OpenMedia(); };
@@ -249,6 +251,15 @@ FormTop::Figures Application::figures() const {
         figures.clock = TwoDigits(local->tm_hour) + ":" + TwoDigits(local->tm_min);
     }
     return figures;
+}
+
+// A file that is open, as the one that plays or the one that follows it, cannot be replaced on the disk.
+void Application::letGoOf(const std::string& path) {
+    if (EqualsNoCase(path, state_.CurrentFile)) {
+        engine_.CloseMedia();
+    } else {
+        monitor_.letGoOf(path);
+    }
 }
 
 void Application::unload() {

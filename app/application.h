@@ -72,6 +72,7 @@ class Application {
     FormList& list() { return list_; }
 
   private:
+    void letGoOf(const std::string& path);
     void unload();
     std::array<Form*, 7> otherWindows();  // all but the main window
     void loadLibrary();

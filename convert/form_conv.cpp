@@ -213,6 +213,9 @@ void FormConv::start() {
     done_ = 0;
     started_ = std::chrono::steady_clock::now();
     if (hooks_.stopPlayback) hooks_.stopPlayback();
+    if (hooks_.letGo) {
+        for (const ConversionJob& job : jobs_) hooks_.letGo(job.destination);
+    }
     if (Encodes(runs_) && gogo_.available()) {
         encodeAll();
     } else {

@@ -116,9 +116,8 @@ void MediaEngine::OpenMedia() {
     const int opened = ++openCount_;
     state_.Actions.noteFile("open", state_.CurrentFile);
     vbmp3_.vbmp3_clearLyrics();
-    vbmp3_.vbmp3_close();
-    command("stop");
-    command("close");
+    CloseMedia();
+    closed_ = false;
     listen();
     sought_ = false;
     state_.LyricsKind = 0;
@@ -148,6 +147,13 @@ void MediaEngine::OpenMedia() {
     if (state_.baseKind() >= kMidi) open = openWithMediaControl();
     if (openCount_ != opened || state_.ShuttingDown || !open) return;
     finishOpen();
+}
+
+void MediaEngine::CloseMedia() {
+    closed_ = true;
+    vbmp3_.vbmp3_close();
+    command("stop");
+    command("close");
 }
 
 // While messages are handled the user may open another file: the callers look at openCount_.
@@ -252,6 +258,11 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
     if (state_.CurrentFile.empty()) {
         display_.refreshDisplay();
         return PlayResult::Nothing;
+    }
+    if (closed_) {
+        const int opened = openCount_ + 1;
+        OpenMedia();
+        if (openCount_ != opened) return PlayResult::Nothing;
     }
     state_.Actions.note("play", state_.MediaKind);
     PlayResult result = PlayResult::Failed;

@@ -48,6 +48,8 @@ class MediaEngine {
 
     void DetectMediaKind();
     void OpenMedia();
+    // Lets go of the file, so that it can be replaced on the disk; what is shown stays, and the next play opens it again.
+    void CloseMedia();
     PlayResult PlayMedia();
     void StopMedia();
     void PauseMedia();
@@ -91,6 +93,7 @@ class MediaEngine {
     int openCount_ = 0;
     int playCount_ = 0;
     bool sought_ = false;
+    bool closed_ = false;  // by CloseMedia
     bool missingDeviceTold_ = false;
     std::shared_ptr<std::atomic<int>> underway_;  // the library's thread counts up
 };

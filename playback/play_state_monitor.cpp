@@ -247,6 +247,10 @@ void PlayStateMonitor::RenewNextFile() {
     }
 }
 
+void PlayStateMonitor::letGoOf(const std::string& path) {
+    if (handed_ && EqualsNoCase(handed_->path, path)) withdraw();
+}
+
 void PlayStateMonitor::withdraw() {
     if (!handed_) return;
     vbmp3_.vbmp3_setNextFile("");

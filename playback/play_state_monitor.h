@@ -41,6 +41,9 @@ class PlayStateMonitor {
 
     // To be called when a list, its order, the mode or the intent has changed; each poll does it too.
     void RenewNextFile();
+    // A file of that path is about to be replaced: the library must not hold it as its next one. The next poll hands it
+    // over anew.
+    void letGoOf(const std::string& path);
 
   private:
     struct Step {

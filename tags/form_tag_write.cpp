@@ -96,11 +96,21 @@ vbmp3_Tag FormTag::fieldsShown() const {
     return tag;
 }
 
+// A file that the player has open cannot be replaced. True when it is the current one, which is to be opened again.
+bool FormTag::letGo(const std::string& path) {
+    const bool current = EqualsNoCase(path, state_.CurrentFile) && hooks_.release;
+    if (current) {
+        hooks_.release->release();
+    } else if (hooks_.letGo) {
+        hooks_.letGo(path);
+    }
+    return current;
+}
+
 // Writes some kinds of tags and takes others away. The open file is let go of for that time.
 bool FormTag::writeFile(const std::string& path, int write, int remove, const vbmp3_Tag& tag, int& error) {
     writing_ = true;
-    const bool open = path == state_.CurrentFile && hooks_.release;
-    if (open) hooks_.release->release();
+    const bool open = letGo(path);
     error = VBMP3_OK;
     bool done = true;
     if (write != 0) done = vbmp3_.vbmp3_writeTag(path, write, tag);
@@ -176,8 +186,7 @@ void FormTag::cmdConvert_Click() {
     if (ExtensionOf(*target).empty()) *target = WithExtension(*target, toMp3 ? "mp3" : "rmp");
     // The target may be the file that plays.
     writing_ = true;
-    const bool open = *target == state_.CurrentFile && *target != file_ && hooks_.release;
-    if (open) hooks_.release->release();
+    const bool open = !EqualsNoCase(*target, file_) && letGo(*target);
     const bool done = toMp3 ? vbmp3_.vbmp3_convertToMp3(file_, *target) : vbmp3_.vbmp3_convertToRmp(file_, *target);
     const int error = done ? VBMP3_OK : vbmp3_.vbmp3_getLastErrorNo();
     if (open) hooks_.release->reopen();

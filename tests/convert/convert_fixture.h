@@ -21,6 +21,7 @@ class ConvertTest : public testing::Test {
     ConvertTest() {
         FormConv::Hooks hooks;
         hooks.stopPlayback = [this] { notes.push_back("stop"); };
+        hooks.letGo = [this](const std::string& path) { notes.push_back("let go of " + path); };
         hooks.showStatus = [this] { notes.push_back("status " + std::to_string(state.PlayerStatus)); };
         hooks.refreshBrowserFiles = [this] { notes.push_back("refresh"); };
         hooks.openFile = [this] { notes.push_back("open " + state.CurrentFile); };

@@ -89,7 +89,7 @@ TEST_F(ConvertTest, AFinishedEncodeIsTheCurrentFileAndEmptiesTheNames) {
     EXPECT_EQ(form.encoderProgress(), 3);
     EXPECT_EQ(state.CurrentFile, "C:\\a.mp3");
     EXPECT_EQ(state.PlayerStatus, kStop);
-    EXPECT_EQ(notes, (std::vector<std::string>{"stop", "status 7", "open C:\\a.mp3", "status 0", "refresh"}));
+    EXPECT_EQ(notes, (std::vector<std::string>{"stop", "let go of C:\\a.mp3", "status 7", "open C:\\a.mp3", "status 0", "refresh"}));
     EXPECT_EQ(form.Label3.caption(), "");
     EXPECT_EQ(form.Label4.caption(), "");
     EXPECT_FALSE(form.Command4.enabled());
@@ -140,7 +140,7 @@ TEST_F(ConvertTest, CancellingEndsTheEncoderAndKeepsTheChoice) {
     form.Command4.click();
     EXPECT_EQ(state.PlayerStatus, kStop);
     EXPECT_EQ(gogo.calls, (std::vector<std::string>{"initialise", "detect", "frame", "close", "end"}));
-    EXPECT_EQ(notes, (std::vector<std::string>{"stop", "status 7", "stop", "status 0"}));
+    EXPECT_EQ(notes, (std::vector<std::string>{"stop", "let go of C:\\a.mp3", "let go of C:\\c.mp3", "status 7", "stop", "status 0"}));
     EXPECT_TRUE(dialogs.messages.empty());
     EXPECT_TRUE(form.Command4.enabled());
     EXPECT_TRUE(form.Frame1.enabled());
@@ -159,7 +159,7 @@ TEST_F(ConvertTest, WhatIsPlayedMeanwhileEndsTheEncodeAndGoesOn) {
     EXPECT_EQ(count("end"), 1);
     EXPECT_EQ(state.PlayerStatus, kPlay);
     EXPECT_EQ(state.CurrentFile, "C:\\other.mp3");
-    EXPECT_EQ(notes, (std::vector<std::string>{"stop", "status 7"}));
+    EXPECT_EQ(notes, (std::vector<std::string>{"stop", "let go of C:\\a.mp3", "status 7"}));
     expectIdle();
 }
 

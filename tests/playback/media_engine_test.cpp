@@ -93,6 +93,18 @@ TEST(OpenMedia, AFileThatIsNotThereLeavesThePlayerStopped) {
     }
 }
 
+TEST(CloseMedia, LetsGoOfTheFileAndTheNextPlayOpensItAgain) {
+    Player p;
+    p.addMp3("C:\\a.mp3");
+    p.open("C:\\a.mp3");
+    p.engine.CloseMedia();
+    EXPECT_EQ(p.vbmp3.openFile, "");
+    EXPECT_EQ(p.engine.PlayMedia(), MediaEngine::PlayResult::Playing);
+    p.engine.PlayMedia();
+    EXPECT_EQ(p.vbmp3.openFile, "C:\\a.mp3");
+    EXPECT_EQ(p.vbmp3.count("clearLyrics"), 2) << "opened once more and not each time";
+}
+
 TEST(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
     struct Case {
         const char* path;

@@ -48,6 +48,11 @@ TEST(NextFile, IsSentOnceNotWithEveryTick) {
     p.playRow(0, kProgram);
     for (int i = 0; i < 3; ++i) p.monitor.Timer1_Timer();
     EXPECT_EQ(p.vbmp3.count("next C:\\1.mp3"), 1);
+    p.monitor.letGoOf("C:\\2.mp3");
+    EXPECT_EQ(p.vbmp3.nextFile, "C:\\1.mp3");
+    p.monitor.letGoOf("c:\\1.MP3");  // somebody replaces it
+    EXPECT_EQ(p.vbmp3.nextFile, "");
+    p.monitor.Timer1_Timer();
     p.goOn();
     for (int i = 0; i < 3; ++i) p.monitor.Timer1_Timer();
     EXPECT_EQ(p.vbmp3.count("next C:\\x.txt"), 1);

@@ -38,7 +38,7 @@ struct Editor {
         tag(kWrapped, VBMP3_TAG_SI, "包み", "店");
         for (int list = 0; list < 3; ++list) lists.AddEntry(kSong, list);
         engine.onOpened = [this] { form.currentFileOpened(); };
-        form.connect({&release,
+        form.connect({&release, [this](const std::string& path) { letGo.push_back(path); },
                       {[this](const std::string& from, const std::string& to) { lists.renamePath(from, to); },
                        [this] { seenByBrowser.push_back(state.CurrentFile); }},
                       [this](const std::string& path) { written.push_back(path); },
@@ -81,7 +81,7 @@ struct Editor {
     MediaEngine engine{state, vbmp3, mci, files, windows, display};
     Playlists lists{state, options, files, vbmp3, random};
     FileRelease release{state, vbmp3, engine};
-    std::vector<std::string> selected, written, seenByBrowser;
+    std::vector<std::string> selected, written, seenByBrowser, letGo;
     FormTag form{state, options, vbmp3, files, dialogs};
 };
 
@@ -250,6 +250,7 @@ TEST(FormTag, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
         EXPECT_STRNE(e.vbmp3.tags.at({path, kind}).title, "") << path;
     }
     EXPECT_EQ(e.written.size(), 3U);
+    EXPECT_THAT(e.letGo, ElementsAre(kOther, kWrapped)) << "one may be open as the next file";
     EXPECT_FALSE(e.vbmp3.tags.contains({kOther, VBMP3_TAG_ID3V2}));
     e.form.TextAlbum.setText("別の全集");
     e.dialogs.confirms = {true};
