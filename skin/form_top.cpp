@@ -366,7 +366,7 @@ void FormTop::SeekBar_MouseDown(int button, int, Point at) {
 
 void FormTop::VolumeBar_MouseDown(int button, int, Point at) {
     draggingVolume_ = button == kLeft;
-    setVolumeFrom(at);
+    if (draggingVolume_) setVolumeFrom(at);
 }
 
 void FormTop::VolumeBar_MouseMove(int button, int, Point at) {

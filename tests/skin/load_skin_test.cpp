@@ -113,6 +113,11 @@ TEST_F(LoadSkin, TheMenuListsEveryFolderButTheDefaultAndLoadsWhatIsChosen) {
     EXPECT_TRUE(top->visible());
     skins.items[2].click();
     EXPECT_EQ(state.SkinName, "Default2") << "a folder without a definition does nothing";
+    files.add("C:\\Quenlox\\skin\\R&B\\old.tsk", "[Main]\nVer=3\n");
+    skins.items[2].click();
+    EXPECT_EQ(state.SkinName, "default") << "said once, not at every start";
+    EXPECT_EQ(top->picture()->width(), 200);
+    skins.items[1].click();
     skins.items[0].click();
     EXPECT_EQ(top->picture()->width(), 200);
 }
