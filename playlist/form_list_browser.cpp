@@ -122,10 +122,10 @@ void FormList::Dir1_Change() {
 }
 
 void FormList::readFolder() {
-    // A window that nobody sees does not look at the disk.
-    browserStale_ = !visible();
+    // A window that nobody sees does not look at the disk, unless its folder is what is played.
+    browserStale_ = !visible() && !folderShown();
     reading_.reset();
-    if (!visible()) return;
+    if (browserStale_) return;
     reading_.emplace();
     if (!Dir1.path().empty()) reading_->names = files_.readFolder(Dir1.path());
     if (readNames(kAtOnce)) {

@@ -190,6 +190,11 @@ TEST(Browser, ARefreshKeepsThePlaceInAnUnchangedFolderAndFindsItInAChangedOne) {
     window.form.File1.refresh();
     EXPECT_EQ(window.form.File1.files().size(), 3u);
     EXPECT_EQ(window.state.CurrentIndex[kFolderList], 2);
+    window.form.TabList.setValue(FormList::kFolderTab);
+    window.form.unload();
+    window.files.add("C:\\m\\0.mp3");
+    window.form.refreshBrowser();
+    EXPECT_EQ(window.state.CurrentIndex[kFolderList], 3) << "the folder is played, seen or not";
     window.form.openFolder("C:\\");
     EXPECT_EQ(window.state.CurrentIndex[kFolderList], -1);
 }
