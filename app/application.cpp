@@ -182,7 +182,7 @@ void Application::followOptions() {
 // The single column of the file-name mode, or all of them; without widths of their own those of a fresh start.
 void Application::showListColumns() {
     constexpr int kTime = FormList::kTimeColumn;
-    FormList::ColumnWidths widths = list_.columnWidths(0);
+    FormList::ColumnWidths widths = list_.columnWidths(state_.ListNo);
     if (state_.ListType == 0 && !options_.listColumns()) {
         widths = FormList::kSingleColumn;
     } else {

@@ -328,7 +328,9 @@ TEST_F(ApplicationTest, TheColumnsOfTheListFollowTheirOptionsAtOnce) {
         options.CheckListTime.setValue(step.time);
         for (int view = 0; view < FormList::kViews; ++view) EXPECT_EQ(list.columnWidths(view), step.widths) << step.columns << step.time;
     }
-    list.setColumnWidths({50, 60, 70, 0, 80});
+    list.TabList.setValue(1);  // a list other than the first
+    const std::array own{50, 60, 70, 0, 80};
+    for (int column = 0; column < 5; ++column) list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
     options.CheckListTypeS.setValue(1);
     options.CheckListTime.setValue(1);
     EXPECT_EQ(list.columnWidths(0), (std::array{50, 60, 70, 40, 80})) << "the user's own widths stay";
