@@ -11,6 +11,7 @@
 #include "libraries/vbmp3/player.h"
 #include "tests/vbmp3/mpeg_files.h"
 #include "tests/vbmp3/support.h"
+#include "tests/vbmp3_dsp/signals.h"
 
 namespace vbmp3::test {
 namespace {
@@ -85,6 +86,26 @@ TEST_F(Playing, TheNextFileFollowsWithoutAGapAtItsOwnRate)
         // From then on the second file is the open one.
         playToEnd(*player);
         EXPECT_EQ(heard_->all().size(), first.size() + 2 * second.size());
+    }
+}
+
+TEST_F(Playing, PitchAndSpeedAreHeardAndThePositionStaysThatOfTheTrack)
+{
+    const struct {
+        int pitch, factor;
+        double hertz, length;
+    } cases[] = {{130, 1, 572.0, 1.0}, {80, 1, 352.0, 1.0}, {100, 6, 440.0, 0.5}, {100, 1, 440.0, 1.0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor);
+        ASSERT_TRUE(sound_.setPitch(c.pitch));
+        ASSERT_TRUE(sound_.setStepPitch(c.factor, 5));
+        heard_ = std::make_shared<Heard>();
+        const auto player = opened(memorySystem(heard_), wave("a.wav", 4 * 44100));
+        playToEnd(*player);
+        const size_t length = heard_->all().size() / 2;
+        EXPECT_EQ(length, size_t(4 * 44100 * c.length));
+        EXPECT_NEAR(frequencyOf(heard_->all(), 44100, length / 5, length * 4 / 5), c.hertz, 2.0);
+        EXPECT_NEAR(player->snapshot().seconds, 4.0, 0.01);
     }
 }
 

@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 
-#include "libraries/vbmp3/player.h"
 #include "libraries/vbmp3/vbmp3.h"
 #include "tests/vbmp3/support.h"
-#include "tests/vbmp3_dsp/signals.h"
 
 namespace vbmp3::test {
 namespace {
@@ -80,31 +77,6 @@ TEST_F(SoundApi, WrongArgumentsAreRefused) {
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_ARGUMENT);
     EXPECT_TRUE(vbmp3_setEqualizer(nullptr));
     EXPECT_TRUE(vbmp3_reload());
-}
-
-TEST(SoundOfAPlayer, PitchAndSpeedReachTheOutputAndThePositionStaysThatOfTheTrack) {
-    const struct {
-        int pitch, factor;
-        double hertz, length;
-    } cases[] = {{130, 1, 572.0, 1.0}, {80, 1, 352.0, 1.0}, {100, 6, 440.0, 0.5}, {100, 1, 440.0, 1.0}};
-    TempDir dir;
-    const int frames = 4 * kRate;
-    const std::string path = dir.write("a.wav", waveFile(kRate, 2, tone(kRate, 2, frames)));
-    for (const auto& c : cases) {
-        Wanted sound(c.pitch, c.factor);
-        const auto heard = std::make_shared<Heard>();
-        Player player(sound, memorySystem(heard));
-        std::atomic<int> ends = 0;
-        player.setListener([&](int event) { ends += event == VBMP3_EVENT_END_OF_TRACK; });
-        ASSERT_EQ(player.open(path), VBMP3_OK);
-        ASSERT_EQ(player.play(), VBMP3_OK);
-        ASSERT_TRUE(eventually([&] { return ends == 1; }));
-        const std::vector<float> samples = heard->all();
-        EXPECT_EQ(samples.size(), 2 * static_cast<size_t>(frames * c.length));
-        const size_t length = samples.size() / 2;
-        EXPECT_NEAR(frequencyOf(samples, kRate, length / 5, length * 4 / 5), c.hertz, 2.0);
-        EXPECT_NEAR(player.snapshot().seconds, 4.0, 0.01);
-    }
 }
 
 }  // namespace

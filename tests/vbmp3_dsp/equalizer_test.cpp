@@ -2,64 +2,51 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "libraries/vbmp3/dsp/equalizer_curve.h"
 #include "tests/vbmp3_dsp/signals.h"
 
 namespace vbmp3::test {
 namespace {
 
-struct Curve {
-    std::string name;
-    BandGains gains;
-};
-
-std::vector<Curve> curves() {
-    std::vector<Curve> all = {
-        {"rock", {20, 50, 0, -20, 30, 10, -20, 50, 30, 10}},
-        {"pops", {-30, 0, 40, 0, 0, -30, 60, 40, 0, -30}},
-        {"light", {-20, -40, 0, 0, -20, 40, 50, 10, 40, 20}},
-        {"bgm", {-70, -20, -30, 40, -20, 30, -30, 0, -50, -70}},
-        {"all up", {120, 120, 120, 120, 120, 120, 120, 120, 120, 120}},
-        {"all down", {-120, -120, -120, -120, -120, -120, -120, -120, -120, -120}},
-        {"saw", {120, -120, 120, -120, 120, -120, 120, -120, 120, -120}},
-        {"saw, other way", {-120, 120, -120, 120, -120, 120, -120, 120, -120, 120}},
-        {"only the lowest", {120, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
-        {"only the highest", {0, 0, 0, 0, 0, 0, 0, 0, 0, 120}},
+std::vector<BandGains> curves() {
+    std::vector<BandGains> all = {
+        {20, 50, 0, -20, 30, 10, -20, 50, 30, 10},
+        {-30, 0, 40, 0, 0, -30, 60, 40, 0, -30},
+        {-20, -40, 0, 0, -20, 40, 50, 10, 40, 20},
+        {-70, -20, -30, 40, -20, 30, -30, 0, -50, -70},
+        {120, 120, 120, 120, 120, 120, 120, 120, 120, 120},
+        {-120, -120, -120, -120, -120, -120, -120, -120, -120, -120},
+        {120, -120, 120, -120, 120, -120, 120, -120, 120, -120},
+        {-120, 120, -120, 120, -120, 120, -120, 120, -120, 120},
+        {120, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+        {0, 0, 0, 0, 0, 0, 0, 0, 0, 120},
     };
     std::mt19937 random(42);
-    for (int i = 0; i < 12; ++i) {
-        Curve curve{"random " + std::to_string(i), {}};
-        for (int32_t& gain : curve.gains) gain = static_cast<int32_t>(random() % 241) - 120;
-        all.push_back(curve);
-    }
+    for (int i = 0; i < 12; ++i)
+        for (int32_t& gain : all.emplace_back()) gain = static_cast<int32_t>(random() % 241) - 120;
     return all;
 }
 
 TEST(Equalizer, EveryBandHasItsGainWithinATenthOfADecibelWhateverTheOthersAre) {
-    double worst = 0.0;
     for (const int rate : {44100, 48000, 22050, 96000}) {
         const int bands = usableBands(rate);
         std::vector<Tone> parts;
         for (int i = 0; i < bands; ++i) parts.push_back({kBandHz[i], 0.01});
         const Samples in = tones(parts, rate, 1.0);
-        for (const Curve& curve : curves()) {
-            const Samples out = through(Wanted(curve.gains), in, rate);
+        for (const BandGains& gains : curves()) {
+            const Samples out = through(Wanted(gains), in, rate);
             ASSERT_EQ(out.size(), in.size());
             for (int i = 0; i < bands; ++i) {
                 for (const size_t channel : {0u, 1u}) {
                     const size_t from = rate / 4, to = rate;
                     const double gain = 20.0 * std::log10(amplitudeAt(out, kBandHz[i], rate, from, to, channel) /
                                                           amplitudeAt(in, kBandHz[i], rate, from, to, channel));
-                    worst = std::max(worst, std::fabs(gain - curve.gains[i] / 10.0));
-                    EXPECT_NEAR(gain, curve.gains[i] / 10.0, 0.1)
-                        << curve.name << ", " << kBandHz[i] << " Hz at " << rate;
+                    EXPECT_NEAR(gain, gains[i] / 10.0, 0.1)
+                        << testing::PrintToString(gains) << ", " << kBandHz[i] << " Hz at " << rate;
                 }
             }
         }
     }
-    RecordProperty("worst_centidecibel", static_cast<int>(worst * 100.0));
 }
 
 TEST(Equalizer, BetweenTheBandsTheResponseStaysBetweenTheirGains) {
@@ -113,16 +100,16 @@ TEST(Equalizer, ChangesWhilePlayingMakeNoClickAndLoseNoSample) {
     const int rate = 44100;
     const Samples in = tones({{300.0, 0.2}}, rate, 4.0);
     Wanted settings;
-    Playing playing(settings, rate);
+    ChainRun run(settings, rate);
     const std::vector<std::optional<BandGains>> steps = {
         std::nullopt, BandGains{120, 120, 120, 120, 120, 120, 120, 120, 120, 120},
         BandGains{-120, -120, -120, -120, -120, -120, -120, -120, -120, -120}, BandGains{0, 0, 120}, std::nullopt};
     for (size_t step = 0; step < 40; ++step) {
         settings.equalize(steps[step % steps.size()]);
-        playing.feed(in, step * 4410, (step + 1) * 4410, 441);
+        run.feed(in, step * 4410, (step + 1) * 4410, 441);
     }
-    Samples& out = playing.out;
-    playing.chain.finish(out);
+    Samples& out = run.out;
+    run.chain.finish(out);
     ASSERT_EQ(out.size(), in.size());
     // A tone of 300 Hz at the greatest amplitude heard has this fourth difference itself; a jump of one per cent of
     // full scale would have ten times that of the fade.

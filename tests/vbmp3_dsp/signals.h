@@ -109,10 +109,8 @@ struct Wanted : SoundSettings {
 };
 
 // A chain and all that has come out of it.
-struct Playing {
-    Playing(const SoundSettings& settings, int rate, Tap* tap = nullptr) : chain(settings, tap, rate) {
-        chain.reset(0, 0, 0);
-    }
+struct ChainRun {
+    ChainRun(const SoundSettings& settings, int rate) : chain(settings, nullptr, rate) { chain.reset(0, 0, 0); }
     // Puts in frames [from, to) in blocks of a decoder's frame.
     void feed(const Samples& in, size_t from, size_t to, size_t block = 1152) {
         for (size_t i = from; i < to; i += block)
@@ -124,10 +122,10 @@ struct Playing {
 };
 
 inline Samples through(const SoundSettings& settings, const Samples& in, int rate, size_t block = 1152) {
-    Playing playing(settings, rate);
-    playing.feed(in, 0, in.size() / 2, block);
-    playing.chain.finish(playing.out);
-    return playing.out;
+    ChainRun run(settings, rate);
+    run.feed(in, 0, in.size() / 2, block);
+    run.chain.finish(run.out);
+    return run.out;
 }
 
 }  // namespace vbmp3::test

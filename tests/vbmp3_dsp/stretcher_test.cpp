@@ -61,9 +61,9 @@ TEST(Pitch, AtNormalSamplesPassBitExactAndAtOnce) {
     settings.setPitch(100);
     settings.setStepPitch(1, 5);
     settings.setQuality(1);
-    Playing playing(settings, 44100);
-    playing.chain.process(in, playing.out);
-    EXPECT_EQ(playing.out, in);
+    ChainRun run(settings, 44100);
+    run.chain.process(in, run.out);
+    EXPECT_EQ(run.out, in);
 }
 
 TEST(Pitch, ValuesOutOfRangeAreRefusedAndChangeNothing) {
@@ -112,15 +112,15 @@ TEST(Pitch, ThePositionIsThatOfTheClickBeingHeard) {
             clicks.push_back(static_cast<double>(frame));
         }
         const Wanted settings(c.pitch, c.factor);
-        Playing playing(settings, rate);
-        Samples& out = playing.out;
-        playing.feed(in, 0, in.size() / 2);
-        playing.chain.finish(out);
+        ChainRun run(settings, rate);
+        Samples& out = run.out;
+        run.feed(in, 0, in.size() / 2);
+        run.chain.finish(out);
         int heard = 0;
         double worst = 0;
         for (size_t i = 0; i < out.size() / 2; ++i) {
             if (std::abs(out[2 * i]) < 0.6f) continue;  // one that fades out under the next piece
-            const double position = playing.chain.position(static_cast<int64_t>(i)).frame;
+            const double position = run.chain.position(static_cast<int64_t>(i)).frame;
             double off = rate;
             for (const double click : clicks) off = std::min(off, std::abs(position - click));
             worst = std::max(worst, off / rate * 1000);
@@ -136,14 +136,14 @@ TEST(Pitch, ChangesWhilePlayingMakeNoClickAndKeepTheLength) {
     const int rate = 44100;
     const Samples in = tones({{300.0, 0.3}}, rate, 6.0);
     SoundSettings settings;
-    Playing playing(settings, rate);
-    Samples& out = playing.out;
+    ChainRun run(settings, rate);
+    Samples& out = run.out;
     const int pitches[] = {100, 130, 100, 80, 120, 100};
     for (size_t step = 0; step < 6; ++step) {
         settings.setPitch(pitches[step]);
-        playing.feed(in, step * rate, (step + 1) * rate, 1000);
+        run.feed(in, step * rate, (step + 1) * rate, 1000);
     }
-    playing.chain.finish(out);
+    run.chain.finish(out);
     EXPECT_EQ(out.size(), in.size());
     EXPECT_LT(roughness(out, 100, out.size() / 2), 0.01);
     EXPECT_NEAR(frequencyOf(out, rate, rate + rate / 4, 2 * rate - rate / 4), 390.0, 1.5);
