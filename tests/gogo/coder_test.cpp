@@ -29,7 +29,10 @@ protected:
         s.frequency = frequency;
         return s;
     }
-    void write(const Samples& samples, int rate = 44100, int channels = 2) { dir.write(source, wave(samples, rate, channels)); }
+    void write(const Samples& samples, int rate = 44100, int channels = 2)
+    {
+        dir.write(source, wave(samples, rate, channels));
+    }
 
     TempDir dir;
     const std::string source = dir.path("source.wav"), result = dir.path("result.mp3");

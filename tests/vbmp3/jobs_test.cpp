@@ -95,7 +95,8 @@ TEST_F(DecodingJob, KeepsSamplesOfAWaveFileAndChannelsOfAMonoOne)
 TEST_F(DecodingJob, KeepsOneRateWhenTheStreamChangesIts)
 {
     const Mp3Options plain{.infoFrame = false};
-    const Bytes file = mp3File(44100, 2, tone(44100, 2, 60000), plain) + mp3File(48000, 2, tone(48000, 2, 48000), plain);
+    const Bytes file =
+        mp3File(44100, 2, tone(44100, 2, 60000), plain) + mp3File(48000, 2, tone(48000, 2, 48000), plain);
     StreamInfo info;
     ASSERT_TRUE(openBytes(decoded(file), &info));
     EXPECT_EQ(info.sampleRate, 44100);

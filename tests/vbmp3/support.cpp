@@ -174,11 +174,12 @@ Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gaples
         && mpg123_getformat(handle, &rate, &result.channels, &encoding) == MPG123_OK) {
         result.sampleRate = int(rate);
         std::vector<float> block(16384);
-        size_t got = 0;
+        size_t bytes = 0;
         int state = MPG123_OK;
         while (state == MPG123_OK) {
-            state = mpg123_read(handle, reinterpret_cast<unsigned char*>(block.data()), block.size() * sizeof(float), &got);
-            result.samples.insert(result.samples.end(), block.begin(), block.begin() + std::ptrdiff_t(got / sizeof(float)));
+            state = mpg123_read(handle, reinterpret_cast<unsigned char*>(block.data()), block.size() * sizeof(float), &bytes);
+            const auto end = block.begin() + std::ptrdiff_t(bytes / sizeof(float));
+            result.samples.insert(result.samples.end(), block.begin(), end);
         }
     }
     mpg123_delete(handle);

@@ -15,8 +15,9 @@ struct Case {
 };
 
 TEST(Pitch, PitchChangesTheFrequencyAndStepPitchTheLength) {
-    for (const Case& c : {Case{130, 1}, {80, 1}, {50, 1}, {200, 1}, {130, 1, 48000}, {130, 1, 22050}, {100, 6}, {100, 3},
-                          {100, -1}, {100, 16}, {100, 6, 8000}, {120, 4, 48000}, {100, 6, 192000}}) {
+    const Case cases[] = {{130, 1}, {80, 1}, {50, 1}, {200, 1}, {130, 1, 48000}, {130, 1, 22050}, {100, 6}, {100, 3},
+                          {100, -1}, {100, 16}, {100, 6, 8000}, {120, 4, 48000}, {100, 6, 192000}};
+    for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor << " at " << c.rate);
         const Samples in = tones({{440.0, 0.5}}, c.rate, 4.0);
         const Samples out = through(Wanted(c.pitch, c.factor), in, c.rate);

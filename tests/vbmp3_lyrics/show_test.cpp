@@ -105,7 +105,7 @@ TEST_F(Show, UntimedLyricsShowNoLinesUnlessTheyAreSpreadOverTheTrack) {
 
 TEST_F(Show, ASeekIsFollowedAtOnceOrWithTheNextLine) {
     for (const bool follow : {true, false}) {
-            show_.set(kSong, LyricsFormat::Lrc);
+        show_.set(kSong, LyricsFormat::Lrc);
         show_.setSeekFollow(follow);
         EXPECT_EQ(at(11000).current, 0);
         show_.noteSeek();

@@ -112,8 +112,8 @@ TEST(FileLayout, WavesKeepTheirSoundWhateverTheirHeadSays) {
     for (const char* form : {"RF64", "BW64"}) {
         SCOPED_TRACE(form);
         const std::string ds64 = chunk("ds64", padded(le32(0) + le32(0) + le32(5000), 28));
-        const std::string file = form + le32(0xFFFFFFFF) + "WAVE" + ds64 + format + "data" + le32(0xFFFFFFFF) + samples +
-                                 chunk("LIST", "INFO" + chunk("INAM", "long"));
+        const std::string file = form + le32(0xFFFFFFFF) + "WAVE" + ds64 + format + "data" + le32(0xFFFFFFFF) +
+                                 samples + chunk("LIST", "INFO" + chunk("INAM", "long"));
         const FileLayout layout = scan(file);
         EXPECT_EQ(layout.container, Container::Wave);
         EXPECT_EQ(part(file, layout.data), samples);

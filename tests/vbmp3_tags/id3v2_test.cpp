@@ -141,7 +141,8 @@ TEST(Id3v2, GenresAreNumbersNamesOrBoth) {
     }
     const std::string several = frame4("TCON", "\3"s + "17\0Enka\0(20)"s);
     EXPECT_EQ(read(id3v2(4, several)).genre, "Rock / Enka / Alternative");
-    for (const auto& [number, name] : {std::pair{0, "Blues"}, {79, "Hard Rock"}, {80, "Folk"}, {146, "JPop"}, {192, ""}, {-1, ""}})
+    for (const auto& [number, name] :
+         {std::pair{0, "Blues"}, {79, "Hard Rock"}, {80, "Folk"}, {146, "JPop"}, {192, ""}, {-1, ""}})
         EXPECT_EQ(genreName(number), name) << number;
 }
 

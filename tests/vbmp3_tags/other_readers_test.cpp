@@ -47,12 +47,7 @@ Fields readByTagLib(const TagLib::ID3v2::Tag& tag) {
         const auto& list = tag.frameList(id);
         return list.isEmpty() ? "" : list.front()->toString().to8Bit(true);
     };
-    return {frame("TIT2"),
-            frame("TPE1"),
-            frame("TALB"),
-            frame("COMM"),
-            frame("TDRC"),
-            tag.genre().to8Bit(true),
+    return {frame("TIT2"), frame("TPE1"), frame("TALB"), frame("COMM"), frame("TDRC"), tag.genre().to8Bit(true),
             frame("TRCK")};
 }
 
