@@ -65,13 +65,13 @@ TEST(Wave, SamplesOfEveryCodingComeOutAsTheirValue)
 
 TEST(Wave, LogarithmicCodingsFollowTheirTables)
 {
-    // ITU-T G.711: the loudest, the softest and a middle code of each law, as 16-bit values.
+    // ITU-T G.711: the loudest and the softest codes and some of the middle of each law, as 16-bit values.
     const struct {
         int tag;
         const char* format;
         Bytes codes;
         std::vector<int16_t> values;
-    } cases[] = {{6, "WAVE_FORMAT_ALAW", {0x2A, 0xAA, 0xD5, 0x55, 0x85}, {-32256, 32256, 8, -8, 4224}},
+    } cases[] = {{6, "WAVE_FORMAT_ALAW", {0x2A, 0xAA, 0xD5, 0x55, 0xC5, 0xF5, 0x85}, {-32256, 32256, 8, -8, 264, 528, 4224}},
                  {7, "WAVE_FORMAT_MULAW", {0x00, 0x80, 0xFF, 0x7F, 0xAF}, {-32124, 32124, 0, 0, 4092}}};
     for (const auto& c : cases) {
         StreamInfo info;
