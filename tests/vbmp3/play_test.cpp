@@ -208,15 +208,21 @@ TEST_F(Playing, ASeekWhileStoppedShowsButPlayBeginsAtTheBeginning)
     EXPECT_EQ(heard_->all().size(), 2 * 88200u);
 }
 
-TEST_F(Playing, TheEndIsToldTheMomentTheLastSampleIsHeardWithoutADeviceToo)
+TEST_F(Playing, NextFileAndEndAreToldTheMomentTheyAreHeardWithoutADeviceToo)
 {
     for (const OutputSystem& system : {clockSystem(1), OutputSystem{[] { return nullptr; }, [] { return 0; }}}) {
-        const auto player = opened(system, wave("a.wav", 44100 / 2));
+        const auto player = opened(system, wave("1.wav", 44100 / 4));
+        ASSERT_EQ(player->setNext(wave("2.wav", 44100 / 4)), VBMP3_OK);
         const auto begin = std::chrono::steady_clock::now();
-        playToEnd(*player);
-        const auto passed = std::chrono::steady_clock::now() - begin;
-        EXPECT_GE(passed, milliseconds(500));
-        EXPECT_LT(passed, milliseconds(650));
+        ASSERT_EQ(player->play(), VBMP3_OK);
+        milliseconds due(0);
+        for (const std::atomic<int>* told : {&nexts_, &ends_}) {
+            ASSERT_TRUE(eventually([&] { return *told == 1; }));
+            due += milliseconds(250);
+            const auto passed = std::chrono::steady_clock::now() - begin;
+            EXPECT_GE(passed, due);
+            EXPECT_LT(passed, due + milliseconds(150));
+        }
         EXPECT_FALSE(player->hasDevice());
     }
 }

@@ -143,8 +143,8 @@ TEST_F(TagFiles, ConversionKeepsEveryByteOfTheSound) {
     const std::string mp3 = folder_.write("a.mp3", id3v2(3, frame3("TIT2", "\1\xFF\xFE\x1C\x59\xF2\x66"s)) + kSound +
                                                        lyrics3v1("[00:01]a") + id3v1("\x96\xE9\x8B\xC8"));
     const std::string rmp = folder_.path("a.rmp"), back = folder_.write("back.mp3", "an older file that is replaced"s);
-    ASSERT_EQ(convertFile(mp3, rmp, WrapAs::Rmp), VBMP3_OK);
-    ASSERT_EQ(convertFile(rmp, back, WrapAs::Mp3), VBMP3_OK);
+    ASSERT_EQ(vbmp3_convertToRmp(mp3.c_str(), rmp.c_str()), 1);
+    ASSERT_EQ(vbmp3_convertToMp3(rmp.c_str(), back.c_str()), 1);
     EXPECT_EQ(readFile(back), readFile(mp3));
     vbmp3_Tag tag{};
     EXPECT_EQ(readTagFile(rmp, VBMP3_TAG_SI, tag), VBMP3_OK);
