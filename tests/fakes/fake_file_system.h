@@ -36,7 +36,6 @@ class FakeFileSystem : public FileSystem {
         bool readOnly = false;
     };
     std::vector<File> all;                // in the order of their making, which is the order of enumeration
-    std::vector<std::string> emptyFolders;
     std::vector<std::pair<std::string, DriveType>> driveList{{"C:\\", DriveType::Fixed}};
     std::string program = "C:\\Quenlox";
     std::string current = "C:\\Quenlox";
@@ -69,9 +68,6 @@ class FakeFileSystem : public FileSystem {
         const std::string folder = FoldCase(JoinPath(path, ""));
         for (const auto& [root, type] : driveList) {
             if (FoldCase(root) == folder) return true;
-        }
-        for (const std::string& empty : emptyFolders) {
-            if (FoldCase(JoinPath(empty, "")).starts_with(folder)) return true;
         }
         return std::any_of(all.begin(), all.end(), [&](const File& f) { return FoldCase(f.path).starts_with(folder); });
     }
@@ -115,7 +111,6 @@ class FakeFileSystem : public FileSystem {
             if (!isFolder || std::none_of(names.begin(), names.end(), same)) names.emplace_back(std::move(name), isFolder);
         };
         for (const File& file : all) see(file.path);
-        for (const std::string& empty : emptyFolders) see(JoinPath(empty, ""));
         return std::make_unique<Reader>(std::move(names), perName);
     }
     std::vector<std::string> drives() override {

@@ -41,7 +41,6 @@ class FakeOptions : public OptionControls {
         int skinScale = 1;
     } values;
     bool operationPanelAllowed = true;
-    bool spectrumAllowed = true;
     bool lyricsWindowChoicesAllowed = true;
 
     bool titleAnimation() const override { return values.titleAnimation; }
@@ -80,7 +79,7 @@ class FakeOptions : public OptionControls {
     void setLyricsShown(bool on) override { values.lyricsShown = on; }
     void setSkinScale(int factor) override { values.skinScale = factor; }
     void allowOperationPanel(bool allowed) override { operationPanelAllowed = allowed; }
-    void allowSpectrum(bool allowed) override { spectrumAllowed = allowed; }
+    void allowSpectrum(bool) override {}
     void allowLyricsWindowChoices(bool allowed) override { lyricsWindowChoicesAllowed = allowed; }
 };
 

@@ -14,8 +14,6 @@ class FakeShell : public Shell {
     std::string trayTip;
     std::vector<std::string> helps;    // "C:\\Quenlox\\Quenlox.hlp 11 1"
     std::vector<std::string> opened;
-    Point cursorAt;
-    bool otherInstance = false;
     bool works = true;
 
     bool addTrayIcon(const TrayIconData& icon) override {
@@ -38,8 +36,8 @@ class FakeShell : public Shell {
         opened.push_back(target);
         return works;
     }
-    Point cursor() override { return cursorAt; }
-    bool anotherInstanceRuns() override { return otherInstance; }
+    Point cursor() override { return {}; }
+    bool anotherInstanceRuns() override { return false; }
 };
 
 }  // namespace quenlox

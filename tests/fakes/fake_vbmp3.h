@@ -29,7 +29,6 @@ class FakeVbmp3 : public Vbmp3 {
     std::function<void(int)> listener;
     std::optional<std::array<std::int32_t, 10>> equalizer;
     int pitch = 100;
-    int stepFactor = 1;
     std::vector<std::int16_t> waveLeft, waveRight;   // what vbmp3_getWave gives, repeated; empty: it fails
     std::vector<std::int32_t> spectrum;
     std::string lyrics3Raw, lyrics3Text;             // raw empty: none
@@ -153,7 +152,6 @@ class FakeVbmp3 : public Vbmp3 {
     }
     void vbmp3_setStepPitch(int factor, int base) override {
         calls.push_back("step " + std::to_string(factor) + " " + std::to_string(base));
-        stepFactor = factor;
     }
     void vbmp3_setQuality(int quality) override { calls.push_back("quality " + std::to_string(quality)); }
     bool vbmp3_getWave(std::span<std::int16_t> left, std::span<std::int16_t> right) override {

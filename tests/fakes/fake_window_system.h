@@ -15,7 +15,6 @@ class FakeFormHost : public FormHost {
   public:
     std::vector<FormProperty> formChanges;
     std::vector<std::pair<std::string, Property>> controlChanges;
-    std::vector<Control*> removed;
     std::vector<Region> regions;
     std::vector<Rect> invalidated;
     std::vector<std::pair<int, PartChange>> partChanges;
@@ -23,7 +22,6 @@ class FakeFormHost : public FormHost {
     std::function<void(const Menu&)> onPopup; // chooses an item
     int scale = 1;
     int drags = 0;
-    int fronts = 0;
     bool captured = false;
     Size client{300, 200};
     TwipsPerPixel twips;
@@ -32,7 +30,7 @@ class FakeFormHost : public FormHost {
     void controlChanged(Control& control, Property property) override {
         controlChanges.emplace_back(control.name(), property);
     }
-    void controlRemoved(Control& control) override { removed.push_back(&control); }
+    void controlRemoved(Control&) override {}
     void setRegion(const Region& region) override { regions.push_back(region); }
     void setScale(int factor) override { scale = factor; }
     void invalidate(const Rect& where) override { invalidated.push_back(where); }
@@ -42,7 +40,7 @@ class FakeFormHost : public FormHost {
         popups.push_back(menu.name);
         if (onPopup) onPopup(menu);
     }
-    void bringToFront() override { ++fronts; }
+    void bringToFront() override {}
     Size clientSize() const override { return client; }
     TwipsPerPixel twipsPerPixel() const override { return twips; }
     void captureMouse(bool on) override { captured = on; }

@@ -9,11 +9,16 @@
 namespace quenlox {
 namespace {
 
-TEST(FormLyrics, ADoubleClickGoesThroughEveryColourSchemeAndAround) {
+struct LyricsWindow {
     GlobalState state;
     FakeOptions options;
     FakeTextPainter painter;
-    FormLyrics form(state, options, painter);
+    FormLyrics form{state, options, painter};
+};
+
+struct FormLyricsTest : testing::Test, LyricsWindow {};
+
+TEST_F(FormLyricsTest, ADoubleClickGoesThroughEveryColourSchemeAndAround) {
     const int schemes = static_cast<int>(LyricsSchemes().size());
     for (int i = 1; i <= schemes; ++i) {
         form.Picture7.onDoubleClick();
@@ -29,51 +34,38 @@ TEST(FormLyrics, ADoubleClickGoesThroughEveryColourSchemeAndAround) {
     EXPECT_EQ(state.LyricsColors[0], 1);
 }
 
-TEST(FormLyrics, StaysHighEnoughForItsLinesAndFitsTheType) {
-    struct Case {
-        int lines, height, heightAfter;
-        int clientHeight, clientAfter;
+TEST_F(FormLyricsTest, StaysHighEnoughForItsLinesAndFitsTheType) {
+    const struct {
+        int lines, height, heightAfter, clientHeight, clientAfter;
         double points;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {5, 3000, 3000, 173, 173, 12},  // a line is 34 pixels, half of it 17, less 5
         {5, 1000, 1905, 40, 100, 7},    // 60 more pixels; 10 - 3
         {1, 1000, 1000, 40, 40, 14},    // 20 - 6
         {3, 1305, 1305, 60, 60, 7},     // 10 - 3
         {0, 705, 705, 20, 20, 7},       // a number of lines from a broken file
     };
-    for (const Case& c : cases) {
-        GlobalState state;
-        state.LyricsLine = c.lines;
-        FakeOptions options;
-        options.values.lyricsFont = "メイリオ";
-        FakeTextPainter painter;
-    FormLyrics form(state, options, painter);
-        form.setSize(4500, c.height);
-        form.Form_Resize({290, c.clientHeight});
-        EXPECT_EQ(form.height(), c.heightAfter) << c.lines << ' ' << c.height;
-        EXPECT_EQ(form.Picture7.bounds(), (Rect{0, 0, 290, c.clientAfter}));
-        EXPECT_EQ(form.Text2.bounds(), form.Picture7.bounds());
-        EXPECT_EQ(form.Picture7.font().points, c.points) << c.lines << ' ' << c.height;
-        EXPECT_EQ(form.Picture7.font().face, "メイリオ");
+    for (const auto& c : cases) {
+        LyricsWindow w;
+        w.state.LyricsLine = c.lines;
+        w.options.values.lyricsFont = "メイリオ";
+        w.form.setSize(4500, c.height);
+        w.form.Form_Resize({290, c.clientHeight});
+        EXPECT_EQ(w.form.height(), c.heightAfter) << c.lines << ' ' << c.height;
+        EXPECT_EQ(w.form.Picture7.bounds(), (Rect{0, 0, 290, c.clientAfter}));
+        EXPECT_EQ(w.form.Text2.bounds(), w.form.Picture7.bounds());
+        EXPECT_EQ(w.form.Picture7.font().points, c.points) << c.lines << ' ' << c.height;
+        EXPECT_EQ(w.form.Picture7.font().face, "メイリオ");
     }
 }
 
-TEST(FormLyrics, MinimisedItIsLeftAlone) {
-    GlobalState state;
-    FakeOptions options;
-    FakeTextPainter painter;
-    FormLyrics form(state, options, painter);
+TEST_F(FormLyricsTest, MinimisedItIsLeftAlone) {
     form.setSize(4500, 500);
     form.Form_Resize({0, 0});
     EXPECT_EQ(form.height(), 500);
 }
 
-TEST(FormLyrics, ClosedByTheUserItIsHiddenAndItsOptionGoesOff) {
-    GlobalState state;
-    FakeOptions options;
-    FakeTextPainter painter;
-    FormLyrics form(state, options, painter);
+TEST_F(FormLyricsTest, ClosedByTheUserItIsHiddenAndItsOptionGoesOff) {
     form.onClosedByUser = [&] { options.setLyricsShown(false); };
     form.show();
     EXPECT_FALSE(form.unload());

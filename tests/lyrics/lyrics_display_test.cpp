@@ -5,6 +5,7 @@
 #include "app/global_state.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"
+#include "tests/fakes/bmp_of.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_options.h"
 #include "tests/fakes/fake_text_painter.h"
@@ -73,8 +74,7 @@ TEST_F(LyricsDisplayTest, TheWindowComesUpByItselfForTheLyricsThatOnlyItCanShow)
     const struct {
         bool option;
         int kind;
-        bool skinLacksArea, self;
-        bool comesUp;
+        bool skinLacksArea, self, comesUp;
     } cases[] = {
         {true, kTimedLyrics, true, false, true},   {true, kPlainLyrics, true, false, true},
         {true, kNoLyrics, true, false, false},     {false, kTimedLyrics, true, false, false},
@@ -186,17 +186,9 @@ TEST_F(LyricsDisplayTest, TextWithoutTagsStandsInTheBoxOrRunsByItself) {
     EXPECT_TRUE(form.Text2.visible());
 }
 
-// A bitmap of one pixel and 24 bits.
-std::string OnePixel(Color color) {
-    std::string bytes("BM\x3a\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
-    bytes.resize(54);
-    for (const std::uint8_t part : {color.blue, color.green, color.red}) bytes += static_cast<char>(part);
-    return bytes + '\0';
-}
-
 TEST_F(LyricsDisplayTest, APictureOfTheTrackLiesBehindTheLinesPaleEnoughToReadThem) {
-    files.add("D:\\pic\\a.bmp", OnePixel({255, 0, 0}));
-    files.add("D:\\pic\\album.bmp", OnePixel({0, 0, 255}));
+    files.add("D:\\pic\\a.bmp", BmpOf(Surface(1, 1, {255, 0, 0})));
+    files.add("D:\\pic\\album.bmp", BmpOf(Surface(1, 1, {0, 0, 255})));
     files.add("D:\\pic\\broken.bmp", "BM");
     setLine("");
     const auto seen = [this](const std::string& track) {
@@ -240,8 +232,7 @@ TEST_F(LyricsDisplayTest, ALineIsDrawnWhenItIsDue) {
     open(kTimedLyrics);
     const struct {
         std::int64_t position;
-        int next, progressBytes, status;
-        int interval;
+        int next, progressBytes, status, interval;
     } cases[] = {
         {1000, 5000, -1, kPlay, 500},  {4800, 5000, -1, kPlay, 200}, {4999, 5000, -1, kPlay, 20}, {5001, 5000, -1, kPlay, 500},
         {4800, 5000, -1, kPause, 500}, {1000, 5000, 3, kPlay, 80},   {1000, -1, 3, kPlay, 80},    {1000, -1, -1, kPlay, 500},

@@ -37,7 +37,9 @@ struct Room {
     }
 };
 
-TEST(LyricsLookup, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCount) {
+struct LyricsLookupTest : testing::Test, Room {};
+
+TEST_F(LyricsLookupTest, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCount) {
     const std::vector<std::string> places{"D:\\words\\01. a.b.kra", "C:\\music\\01. a.b.kra", "D:\\words\\01. a.b.lrc",
                                           "C:\\music\\01. a.b.lrc", "D:\\words\\01. a.b.txt", "C:\\music\\01. a.b.txt"};
     for (const bool embeddedFirst : {false, true}) {
@@ -60,45 +62,42 @@ TEST(LyricsLookup, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCount) {
     }
 }
 
-TEST(LyricsLookup, TheBaseNameEndsAtTheLastDot) {
+TEST_F(LyricsLookupTest, TheBaseNameEndsAtTheLastDot) {
     EXPECT_EQ(LyricsCandidates("C:\\x.y\\a.b.c.mp3"), (std::array<std::string, 3>{"a.b.c.kra", "a.b.c.lrc", "a.b.c.txt"}));
 }
 
-TEST(LyricsLookup, WithoutALyricsFolderOnlyTheFolderOfTheTrackIsSearched) {
-    Room room;
-    room.options.values.lyricsFolder = "";
-    room.addSideFile("01. a.b.kra");
-    room.addSideFile("C:\\music\\01. a.b.txt");
-    room.lookup.LoadLyrics();
-    EXPECT_EQ(room.vbmp3.lyricsFile, "C:\\music\\01. a.b.txt");
+TEST_F(LyricsLookupTest, WithoutALyricsFolderOnlyTheFolderOfTheTrackIsSearched) {
+    options.values.lyricsFolder = "";
+    addSideFile("01. a.b.kra");
+    addSideFile("C:\\music\\01. a.b.txt");
+    lookup.LoadLyrics();
+    EXPECT_EQ(vbmp3.lyricsFile, "C:\\music\\01. a.b.txt");
 }
 
-TEST(LyricsLookup, AMarkIsNotPutBehindAPlus) {
-    Room room;
-    room.display.info = "VBR+";
-    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
-    EXPECT_TRUE(room.lookup.ReadLyrics3());
-    EXPECT_EQ(room.display.info, "VBR+");
+TEST_F(LyricsLookupTest, AMarkIsNotPutBehindAPlus) {
+    display.info = "VBR+";
+    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    EXPECT_TRUE(lookup.ReadLyrics3());
+    EXPECT_EQ(display.info, "VBR+");
 }
 
-TEST(LyricsLookup, LookingAgainMarksTheSourceOfNowOnce) {
-    Room room;
-    room.vbmp3.timeTag = 1;
-    room.addSideFile("D:\\words\\01. a.b.lrc");
-    room.lookup.LoadLyrics();
-    room.display.info += " ﾃﾞﾊﾞｲｽなし";
-    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
-    room.options.values.lyrics3First = true;
-    room.lookup.lookAgain();
-    EXPECT_EQ(room.display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし+L");
-    room.vbmp3.lyrics3Raw = "";
-    room.options.values.lyricsFolder = "";
-    room.lookup.lookAgain();
-    EXPECT_EQ(room.display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし");
-    EXPECT_EQ(room.state.LyricsKind, kNoLyrics);
+TEST_F(LyricsLookupTest, LookingAgainMarksTheSourceOfNowOnce) {
+    vbmp3.timeTag = 1;
+    addSideFile("D:\\words\\01. a.b.lrc");
+    lookup.LoadLyrics();
+    display.info += " ﾃﾞﾊﾞｲｽなし";
+    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    options.values.lyrics3First = true;
+    lookup.lookAgain();
+    EXPECT_EQ(display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし+L");
+    vbmp3.lyrics3Raw = "";
+    options.values.lyricsFolder = "";
+    lookup.lookAgain();
+    EXPECT_EQ(display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし");
+    EXPECT_EQ(state.LyricsKind, kNoLyrics);
 }
 
-TEST(LyricsLookup, ThePictureHasTheNameOfTheTrackOrOfItsFolder) {
+TEST_F(LyricsLookupTest, ThePictureHasTheNameOfTheTrackOrOfItsFolder) {
     using Paths = std::vector<std::string>;
     EXPECT_EQ(LyricsPictures("C:\\music\\夜\\01. a.b.mp3", "D:\\pic"), (Paths{"D:\\pic\\01. a.b.bmp", "D:\\pic\\夜.bmp"}));
     EXPECT_EQ(LyricsPictures("C:\\a.mp3", "D:\\"), Paths{"D:\\a.bmp"});
@@ -106,22 +105,20 @@ TEST(LyricsLookup, ThePictureHasTheNameOfTheTrackOrOfItsFolder) {
     EXPECT_EQ(LyricsPictures("", "D:\\pic"), Paths{});
 }
 
-TEST(LyricsLookup, AKindOfFileWithoutLyricsIsNotAsked) {
-    Room room;
-    room.state.MediaKind = 103;
-    room.state.LyricsKind = kPlainLyrics;
-    room.form.setText("of the last track");
-    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
-    room.lookup.LoadLyrics();
-    EXPECT_EQ(room.state.LyricsKind, kNoLyrics);
-    EXPECT_EQ(room.form.Text2.text(), "");
-    EXPECT_TRUE(room.vbmp3.calls.empty());
+TEST_F(LyricsLookupTest, AKindOfFileWithoutLyricsIsNotAsked) {
+    state.MediaKind = 103;
+    state.LyricsKind = kPlainLyrics;
+    form.setText("of the last track");
+    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    lookup.LoadLyrics();
+    EXPECT_EQ(state.LyricsKind, kNoLyrics);
+    EXPECT_EQ(form.Text2.text(), "");
+    EXPECT_TRUE(vbmp3.calls.empty());
 }
 
-TEST(LyricsLookup, ASideFileWithoutTimeTagsIsShownWholeWhateverItsCodingAndLineEnds) {
+TEST_F(LyricsLookupTest, ASideFileWithoutTimeTagsIsShownWholeWhateverItsCodingAndLineEnds) {
     const struct {
-        const char* bytes;
-        const char* shown;
+        const char *bytes, *shown;
     } cases[] = {
         {"one\ntwo\n\nthree", "one\r\ntwo\r\n\r\nthree"},
         {"one\r\ntwo\rthree", "one\r\ntwo\r\nthree"},
@@ -144,25 +141,23 @@ TEST(LyricsLookup, ASideFileWithoutTimeTagsIsShownWholeWhateverItsCodingAndLineE
     EXPECT_EQ(room.form.Text2.text(), "before");
 }
 
-TEST(LyricsLookup, AFileThatCannotBeReadLeavesAnEmptyText) {
-    Room room;
-    room.addSideFile("C:\\music\\01. a.b.txt");
-    room.files.unreadable.insert("C:\\music\\01. a.b.txt");
-    EXPECT_TRUE(room.lookup.FindLyricsFile());
-    EXPECT_EQ(room.form.Text2.text(), "");
+TEST_F(LyricsLookupTest, AFileThatCannotBeReadLeavesAnEmptyText) {
+    addSideFile("C:\\music\\01. a.b.txt");
+    files.unreadable.insert("C:\\music\\01. a.b.txt");
+    EXPECT_TRUE(lookup.FindLyricsFile());
+    EXPECT_EQ(form.Text2.text(), "");
 }
 
-TEST(LyricsLookup, LyricsOfTheSoundFileWithoutTimeTagsAreShownWhole) {
-    Room room;
-    room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
-    room.vbmp3.lyrics3Text = "from the buffer";
-    room.lookup.LoadLyrics();
-    EXPECT_EQ(room.form.Text2.text(), "from the buffer") << "when the library gives no more of it";
-    room.vbmp3.lyrics3Info.version = 2;
-    FakeVbmp3::set(room.vbmp3.lyrics3Info.lyrics, " 朝の\nレコード ");
-    room.lookup.LoadLyrics();
-    EXPECT_EQ(room.form.Text2.text(), "朝の\r\nレコード");
-    EXPECT_EQ(room.state.LyricsKind, kPlainLyrics);
+TEST_F(LyricsLookupTest, LyricsOfTheSoundFileWithoutTimeTagsAreShownWhole) {
+    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    vbmp3.lyrics3Text = "from the buffer";
+    lookup.LoadLyrics();
+    EXPECT_EQ(form.Text2.text(), "from the buffer") << "when the library gives no more of it";
+    vbmp3.lyrics3Info.version = 2;
+    FakeVbmp3::set(vbmp3.lyrics3Info.lyrics, " 朝の\nレコード ");
+    lookup.LoadLyrics();
+    EXPECT_EQ(form.Text2.text(), "朝の\r\nレコード");
+    EXPECT_EQ(state.LyricsKind, kPlainLyrics);
 }
 
 }  // namespace
