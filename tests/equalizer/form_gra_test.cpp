@@ -38,30 +38,30 @@ struct Equalizer {
     FormGra form{state, vbmp3, dialogs, random};
 };
 
-TEST(FormGra, ASliderSetsTheGainOfItsBandAndDeselectsThePresets) {
-    Equalizer e;
-    e.form.Check4.setValue(1);
-    e.form.geOption[1].setValue(true);
-    e.vbmp3.calls.clear();
-    e.form.VScroll[9].setValue(-12);
-    EXPECT_EQ(e.vbmp3.equalizer, (Gains{20, 50, 0, -20, 30, 10, -20, 50, 30, 120}));
-    EXPECT_THAT(e.vbmp3.calls, ElementsAre("equalizer", "reload"));
-    EXPECT_FALSE(e.anyPreset());
+struct FormGraTest : testing::Test, Equalizer {};
+
+TEST_F(FormGraTest, ASliderSetsTheGainOfItsBandAndDeselectsThePresets) {
+    form.Check4.setValue(1);
+    form.geOption[1].setValue(true);
+    vbmp3.calls.clear();
+    form.VScroll[9].setValue(-12);
+    EXPECT_EQ(vbmp3.equalizer, (Gains{20, 50, 0, -20, 30, 10, -20, 50, 30, 120}));
+    EXPECT_THAT(vbmp3.calls, ElementsAre("equalizer", "reload"));
+    EXPECT_FALSE(anyPreset());
 }
 
-TEST(FormGra, APresetARandomPatternAndALabelSendOneCall) {
-    struct Case {
+TEST_F(FormGraTest, APresetARandomPatternAndALabelSendOneCall) {
+    const struct {
         void (*act)(FormGra&);
         Gains gains;
         bool preset;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {[](FormGra& f) { f.geOption[1].setValue(true); }, {20, 50, 0, -20, 30, 10, -20, 50, 30, 10}, true},
         {[](FormGra& f) { f.geLabel[1].onClick(); }, {20, 50, 0, -20, 30, 10, -20, 50, 30, 10}, true},
         // 0 and just under 1, both beside the ends; 0.98 gives 12.5, which rounds to 12; 0.5 gives 0.5
         {[](FormGra& f) { f.Command23.click(); }, {120, -120, -120, 0, -10, 120, -120, -120, 0, -10}, false},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Equalizer e({0.0, 0.9999, 0.98, 0.5, 0.52});
         e.form.Check4.setValue(1);
         e.vbmp3.calls.clear();
@@ -73,7 +73,7 @@ TEST(FormGra, APresetARandomPatternAndALabelSendOneCall) {
     }
 }
 
-TEST(FormGra, TheLibraryIsToldWhatCountsForTheTrackThatSounds) {
+TEST_F(FormGraTest, TheLibraryIsToldWhatCountsForTheTrackThatSounds) {
     struct Case {
         int kind, status;
         bool reload;
@@ -89,30 +89,28 @@ TEST(FormGra, TheLibraryIsToldWhatCountsForTheTrackThatSounds) {
     }
 }
 
-TEST(FormGra, SwitchedOffItKeepsTheGainsAndSendsNothing) {
-    Equalizer e;
-    e.form.VScroll[0].setValue(3);
-    e.form.Command23.click();
-    EXPECT_TRUE(e.vbmp3.calls.empty());
-    e.form.Check4.setValue(1);
-    e.form.Check4.setValue(0);
-    EXPECT_EQ(e.vbmp3.equalizer, std::nullopt);
-    EXPECT_THAT(e.vbmp3.calls, ElementsAre("equalizer", "reload", "equalizer off", "reload"));
+TEST_F(FormGraTest, SwitchedOffItKeepsTheGainsAndSendsNothing) {
+    form.VScroll[0].setValue(3);
+    form.Command23.click();
+    EXPECT_TRUE(vbmp3.calls.empty());
+    form.Check4.setValue(1);
+    form.Check4.setValue(0);
+    EXPECT_EQ(vbmp3.equalizer, std::nullopt);
+    EXPECT_THAT(vbmp3.calls, ElementsAre("equalizer", "reload", "equalizer off", "reload"));
 }
 
-TEST(FormGra, APatternOfTheMenuKeepsTheSlidersUnderItsName) {
-    struct Case {
+TEST_F(FormGraTest, APatternOfTheMenuKeepsTheSlidersUnderItsName) {
+    const struct {
         std::optional<std::string> answer;
         std::string name;
         int gain;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"夜, 静か ", "夜、 静か", 60},
         {"", "ROCK", 60},
         {std::nullopt, "ROCK", 20},
         {std::string(100, 'x'), std::string(60, 'x'), 60},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Equalizer e;
         e.form.realise(e.windows);
         e.windows.hostOf(e.form)->onPopup = [](const Menu& menu) { menu.items[1].click(); };
@@ -125,14 +123,13 @@ TEST(FormGra, APatternOfTheMenuKeepsTheSlidersUnderItsName) {
     }
 }
 
-TEST(FormGra, TheUserOnlyHidesIt) {
-    Equalizer e;
-    e.form.show();
-    e.form.Command1.click();
-    EXPECT_FALSE(e.form.visible());
-    EXPECT_FALSE(e.form.unloaded());
-    e.state.ShuttingDown = true;
-    EXPECT_TRUE(e.form.unload());
+TEST_F(FormGraTest, TheUserOnlyHidesIt) {
+    form.show();
+    form.Command1.click();
+    EXPECT_FALSE(form.visible());
+    EXPECT_FALSE(form.unloaded());
+    state.ShuttingDown = true;
+    EXPECT_TRUE(form.unload());
 }
 
 // Ten sliders 30 pixels apart under a picture whose scale has margins of 8 pixels.
@@ -141,12 +138,11 @@ void layOut(FormGra& form) {
     form.geLine.setBounds({10, 0, 300, 121});
 }
 
-TEST(FormGra, TheCurvePassesTheKnobsInTheMiddleOfTheirSliders) {
-    Equalizer e;
-    layOut(e.form);
-    e.form.VScroll[0].setValue(-12);
-    e.form.VScroll[9].setValue(12);
-    const Surface& curve = e.form.geLine.surface();
+TEST_F(FormGraTest, TheCurvePassesTheKnobsInTheMiddleOfTheirSliders) {
+    layOut(form);
+    form.VScroll[0].setValue(-12);
+    form.VScroll[9].setValue(12);
+    const Surface& curve = form.geLine.surface();
     const Surface::Pixel knob = Surface::ToPixel(kKnobColor);
     EXPECT_EQ(curve.at(11, 8), knob);
     EXPECT_EQ(curve.at(9 * 30 + 11, 112), knob);
@@ -154,34 +150,32 @@ TEST(FormGra, TheCurvePassesTheKnobsInTheMiddleOfTheirSliders) {
     EXPECT_NE(curve.at(4 * 30 + 11, 40), knob);
 }
 
-TEST(FormGra, AKnobOfThePictureIsDraggedAndADoubleClickBringsItBackToZero) {
-    Equalizer e;
-    layOut(e.form);
-    e.form.Check4.setValue(1);
-    e.form.geLine.onMouseDown(1, 0, {3 * 30 + 20, 60});
-    e.form.geLine.onMouseMove(1, 0, {3 * 30 + 60, 8});
-    EXPECT_EQ(e.form.VScroll[3].value(), -12);
-    EXPECT_EQ(e.vbmp3.equalizer->at(3), 120);
-    e.form.geLine.onMouseMove(1, 0, {3 * 30 + 20, 500});
-    EXPECT_EQ(e.form.VScroll[3].value(), 12);
-    e.form.geLine.onMouseUp(1, 0, {0, 0});
-    e.form.geLine.onMouseMove(1, 0, {0, 0});
-    EXPECT_EQ(e.form.VScroll[3].value(), 12);
-    e.form.geLine.onDoubleClick();
-    EXPECT_EQ(e.form.VScroll[3].value(), 0);
-    e.form.VScroll[5].setValue(7);
-    e.form.VScroll[5].onDoubleClick();
-    EXPECT_EQ(e.form.gains(), Gains{});
+TEST_F(FormGraTest, AKnobOfThePictureIsDraggedAndADoubleClickBringsItBackToZero) {
+    layOut(form);
+    form.Check4.setValue(1);
+    form.geLine.onMouseDown(1, 0, {3 * 30 + 20, 60});
+    form.geLine.onMouseMove(1, 0, {3 * 30 + 60, 8});
+    EXPECT_EQ(form.VScroll[3].value(), -12);
+    EXPECT_EQ(vbmp3.equalizer->at(3), 120);
+    form.geLine.onMouseMove(1, 0, {3 * 30 + 20, 500});
+    EXPECT_EQ(form.VScroll[3].value(), 12);
+    form.geLine.onMouseUp(1, 0, {0, 0});
+    form.geLine.onMouseMove(1, 0, {0, 0});
+    EXPECT_EQ(form.VScroll[3].value(), 12);
+    form.geLine.onDoubleClick();
+    EXPECT_EQ(form.VScroll[3].value(), 0);
+    form.VScroll[5].setValue(7);
+    form.VScroll[5].onDoubleClick();
+    EXPECT_EQ(form.gains(), Gains{});
 }
 
-TEST(FormGra, EverySliderShowsItsValueWhoeverMovesIt) {
-    Equalizer e;
-    e.form.geOption[1].setValue(true);
-    e.form.VScroll[3].setValue(12);
-    EXPECT_EQ(e.form.geValue[1].caption(), "+5");
-    EXPECT_EQ(e.form.geValue[2].caption(), "0");
-    EXPECT_EQ(e.form.geValue[3].caption(), "-12");
-    EXPECT_EQ(e.form.VScroll[1].tooltip(), "170Hz  +5dB");
+TEST_F(FormGraTest, EverySliderShowsItsValueWhoeverMovesIt) {
+    form.geOption[1].setValue(true);
+    form.VScroll[3].setValue(12);
+    EXPECT_EQ(form.geValue[1].caption(), "+5");
+    EXPECT_EQ(form.geValue[2].caption(), "0");
+    EXPECT_EQ(form.geValue[3].caption(), "-12");
+    EXPECT_EQ(form.VScroll[1].tooltip(), "170Hz  +5dB");
 }
 
 TEST(EqualizerCurve, BetweenTwoKnobsItStaysBetweenThem) {

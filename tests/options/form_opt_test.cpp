@@ -10,9 +10,17 @@
 namespace quenlox {
 namespace {
 
-TEST(FormOpt, ASkinWithoutPlaceForSomethingTakesItsChoicesAway) {
+struct FormOptTest : testing::Test {
     GlobalState state;
-    FormOpt options(state);
+    FakeDialogs dialogs;
+    FakeFileSystem files;
+    FakeOutputDevices devices;
+    FormOpt options{state};
+
+    FormOptTest() { options.connect({&dialogs, &files, &devices}); }
+};
+
+TEST_F(FormOptTest, ASkinWithoutPlaceForSomethingTakesItsChoicesAway) {
     options.setOperationPanel(true);
     options.allowOperationPanel(false);
     options.allowSpectrum(false);
@@ -27,16 +35,13 @@ TEST(FormOpt, ASkinWithoutPlaceForSomethingTakesItsChoicesAway) {
     EXPECT_FALSE(options.operationPanel());
 }
 
-TEST(FormOpt, TheFigureBesideASliderSaysWhatItsValueMeans) {
-    GlobalState state;
-    FormOpt options(state);
-    struct Case {
+TEST_F(FormOptTest, TheFigureBesideASliderSaysWhatItsValueMeans) {
+    const struct {
         ScrollBar& slider;
         const Label& figure;
         int value;
         const char* text;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {options.HScrollHiPitch, options.FigureHiPitch, 130, "130%"},
         {options.HScrollLowPitch, options.FigureLowPitch, 80, "80%"},
         {options.HScrollStepPitch, options.FigureStepPitch, 6, "2.0倍"},
@@ -49,92 +54,76 @@ TEST(FormOpt, TheFigureBesideASliderSaysWhatItsValueMeans) {
         {options.HScrollLyricsTime, options.FigureLyricsTime, 0, "0.0秒"},
         {options.HScrollLyricsTime, options.FigureLyricsTime, 5, "+0.5秒"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         c.slider.setValue(c.slider.maximum());
         c.slider.setValue(c.value);
         EXPECT_EQ(c.figure.caption(), c.text) << c.slider.name();
     }
 }
 
-struct Opened {
-    GlobalState state;
-    FakeDialogs dialogs;
-    FakeFileSystem files;
-    FakeOutputDevices devices;
-    FormOpt options{state};
-
-    Opened() { options.connect({&dialogs, &files, &devices}); }
-};
-
-TEST(FormOpt, DevicesAndDrivesAreListedWithEveryOpening) {
-    Opened o;
-    o.devices.list = {"Speakers", "", "USB"};
-    o.files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::Removable}, {"F:\\", DriveType::CdRom}};
-    o.state.DefaultCdDrive = "f:";
-    o.options.setOutputDevice(2);
+TEST_F(FormOptTest, DevicesAndDrivesAreListedWithEveryOpening) {
+    devices.list = {"Speakers", "", "USB"};
+    files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::Removable}, {"F:\\", DriveType::CdRom}};
+    state.DefaultCdDrive = "f:";
+    options.setOutputDevice(2);
     int told = 0;
-    o.options.onOutput = [&] { ++told; };
-    o.options.Form_Shown();
-    EXPECT_EQ(o.options.ComboDevice.text(), "USB");
-    EXPECT_EQ(o.options.ComboDevice.items()[2].text, "デバイス 1");
-    EXPECT_EQ(o.options.ComboCdDrive.items().size(), 3u);
-    EXPECT_EQ(o.options.ComboCdDrive.text(), "F:");
-    EXPECT_EQ(o.state.DefaultCdDrive, "f:");
+    options.onOutput = [&] { ++told; };
+    options.Form_Shown();
+    EXPECT_EQ(options.ComboDevice.text(), "USB");
+    EXPECT_EQ(options.ComboDevice.items()[2].text, "デバイス 1");
+    EXPECT_EQ(options.ComboCdDrive.items().size(), 3u);
+    EXPECT_EQ(options.ComboCdDrive.text(), "F:");
+    EXPECT_EQ(state.DefaultCdDrive, "f:");
     EXPECT_EQ(told, 0);  // to list is not to choose
 
-    o.options.ComboCdDrive.setListIndex(1);
-    EXPECT_EQ(o.state.DefaultCdDrive, "D:");
-    o.options.ComboCdDrive.setListIndex(0);
-    EXPECT_EQ(o.state.DefaultCdDrive, "");
+    options.ComboCdDrive.setListIndex(1);
+    EXPECT_EQ(state.DefaultCdDrive, "D:");
+    options.ComboCdDrive.setListIndex(0);
+    EXPECT_EQ(state.DefaultCdDrive, "");
 
-    o.devices.list = {"Speakers"};  // the chosen one has been pulled out, and is waited for
-    o.options.Form_Shown();
-    EXPECT_EQ(o.options.outputDevice(), 2);
+    devices.list = {"Speakers"};  // the chosen one has been pulled out, and is waited for
+    options.Form_Shown();
+    EXPECT_EQ(options.outputDevice(), 2);
 }
 
-TEST(FormOpt, AFolderIsTakenFromItsDialogAndKeptWhenThatIsCancelled) {
-    Opened o;
-    o.dialogs.folderAnswers = {"D:\\歌詞", std::nullopt};
-    o.options.CommandLyricsDir.click();
-    EXPECT_EQ(o.options.lyricsFolder(), "D:\\歌詞");
-    o.options.CommandLyricsDir.click();
-    EXPECT_EQ(o.options.lyricsFolder(), "D:\\歌詞");
+TEST_F(FormOptTest, AFolderIsTakenFromItsDialogAndKeptWhenThatIsCancelled) {
+    dialogs.folderAnswers = {"D:\\歌詞", std::nullopt};
+    options.CommandLyricsDir.click();
+    EXPECT_EQ(options.lyricsFolder(), "D:\\歌詞");
+    options.CommandLyricsDir.click();
+    EXPECT_EQ(options.lyricsFolder(), "D:\\歌詞");
 }
 
-TEST(FormOpt, WhatIsTypedCountsWhenTheKeyboardHasLeftIt) {
-    Opened o;
+TEST_F(FormOptTest, WhatIsTypedCountsWhenTheKeyboardHasLeftIt) {
     std::string told;
-    o.options.onLyricsSources = [&] { told += "lyrics "; };
-    o.options.onPictureFolder = [&] { told += "pictures "; };
-    o.options.onNameFormat = [&] { told += "format "; };
-    o.options.settleTexts();
-    o.options.TextLyricsDir.setText("\\\\serv");  // half a path must not be looked for in the network
+    options.onLyricsSources = [&] { told += "lyrics "; };
+    options.onPictureFolder = [&] { told += "pictures "; };
+    options.onNameFormat = [&] { told += "format "; };
+    options.settleTexts();
+    options.TextLyricsDir.setText("\\\\serv");  // half a path must not be looked for in the network
     EXPECT_EQ(told, "");
-    o.options.TextLyricsDir.onLeave();
-    o.options.TextLyricsDir.onLeave();
+    options.TextLyricsDir.onLeave();
+    options.TextLyricsDir.onLeave();
     EXPECT_EQ(told, "lyrics ");
-    o.options.TextReName.setText("*T"), o.options.TextReName.onLeave();
-    o.dialogs.folderAnswers = {"D:\\絵"};
-    o.options.CommandBmpDir.click();
+    options.TextReName.setText("*T"), options.TextReName.onLeave();
+    dialogs.folderAnswers = {"D:\\絵"};
+    options.CommandBmpDir.click();
     EXPECT_EQ(told, "lyrics format pictures ");
-    EXPECT_EQ(o.options.pictureFolder(), "D:\\絵");
+    EXPECT_EQ(options.pictureFolder(), "D:\\絵");
 }
 
-TEST(FormOpt, TheDefaultsComeBackOnlyAfterAYes) {
-    Opened o;
+TEST_F(FormOptTest, TheDefaultsComeBackOnlyAfterAYes) {
     int resets = 0;
-    o.options.onDefaults = [&] { ++resets; };
-    o.dialogs.confirms = {false, true};
-    o.options.CommandDefaults.click();
+    options.onDefaults = [&] { ++resets; };
+    dialogs.confirms = {false, true};
+    options.CommandDefaults.click();
     EXPECT_EQ(resets, 0);
-    o.options.CommandDefaults.click();
+    options.CommandDefaults.click();
     EXPECT_EQ(resets, 1);
-    EXPECT_EQ(o.dialogs.questions.size(), 2u);
+    EXPECT_EQ(dialogs.questions.size(), 2u);
 }
 
-TEST(FormOpt, TheUserOnlyHidesIt) {
-    GlobalState state;
-    FormOpt options(state);
+TEST_F(FormOptTest, TheUserOnlyHidesIt) {
     options.show();
     EXPECT_FALSE(options.unload());
     EXPECT_FALSE(options.visible());

@@ -44,33 +44,33 @@ struct Panel {
     }
 };
 
-TEST(PanelAnimation, ItRunsWhileSoundIsHeardAndRestsSoonAfter) {
-    Panel p;
+struct PanelAnimationTest : testing::Test, Panel {};
+
+TEST_F(PanelAnimationTest, ItRunsWhileSoundIsHeardAndRestsSoonAfter) {
     for (int n = 1; n < 10; ++n) {
-        p.hear(n);
-        EXPECT_EQ(p.refreshes(1), 1) << n;
+        hear(n);
+        EXPECT_EQ(refreshes(1), 1) << n;
     }
     for (const int view : {0, 30, 14, 44, 50}) {
-        p.state.ViewType = view;
-        p.state.PlayerStatus = kPlay;
-        p.refreshes(5);
-        p.state.PlayerStatus = kStop;
-        EXPECT_GT(p.refreshes(20), 0) << view;   // what was seen dies away
-        p.refreshes(80);
-        EXPECT_EQ(p.refreshes(50), 0) << view;
+        state.ViewType = view;
+        state.PlayerStatus = kPlay;
+        refreshes(5);
+        state.PlayerStatus = kStop;
+        EXPECT_GT(refreshes(20), 0) << view;   // what was seen dies away
+        refreshes(80);
+        EXPECT_EQ(refreshes(50), 0) << view;
     }
 }
 
-TEST(PanelAnimation, NothingIsAskedOrDrawnWithoutReason) {
-    struct Case {
+TEST_F(PanelAnimationTest, NothingIsAskedOrDrawnWithoutReason) {
+    const struct {
         const char* what;
         void (*set)(Panel&);
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"hidden", [](Panel& p) { p.display.setVisible(false); }},
         {"an unknown view", [](Panel& p) { p.state.ViewType = 77; }},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Panel p;
         p.refreshes(1);
         c.set(p);
@@ -83,61 +83,57 @@ TEST(PanelAnimation, NothingIsAskedOrDrawnWithoutReason) {
     EXPECT_EQ(midi.refreshes(20), 0);
 }
 
-TEST(PanelAnimation, ASkinThatEmptiesTheDisplayGetsThePictureBackAtRest) {
-    Panel p;
-    p.state.PlayerStatus = kStop;
-    p.refreshes(150);
-    const Surface frame = p.display.surface();
-    p.display.surface().resize(85, 30);
-    EXPECT_EQ(p.refreshes(1), 1);
-    EXPECT_EQ(p.display.surface(), frame);
+TEST_F(PanelAnimationTest, ASkinThatEmptiesTheDisplayGetsThePictureBackAtRest) {
+    state.PlayerStatus = kStop;
+    refreshes(150);
+    const Surface frame = display.surface();
+    display.surface().resize(85, 30);
+    EXPECT_EQ(refreshes(1), 1);
+    EXPECT_EQ(display.surface(), frame);
 }
 
-TEST(PanelAnimation, ClicksAreSeenAtOnceAlsoWhileNothingPlays) {
-    Panel p;
-    p.refreshes(1);
-    p.state.PlayerStatus = kStop;
-    p.refreshes(150);
-    p.state.ViewType = 7;
-    p.refreshes(1);
-    p.panel.clicked(1);
-    EXPECT_EQ(p.state.ViewType, 8);
-    const Surface rest = p.display.surface();
-    p.panel.clicked(2);
-    EXPECT_EQ(p.state.ViewType, 10);
-    EXPECT_NE(p.display.surface(), rest);
+TEST_F(PanelAnimationTest, ClicksAreSeenAtOnceAlsoWhileNothingPlays) {
+    refreshes(1);
+    state.PlayerStatus = kStop;
+    refreshes(150);
+    state.ViewType = 7;
+    refreshes(1);
+    panel.clicked(1);
+    EXPECT_EQ(state.ViewType, 8);
+    const Surface rest = display.surface();
+    panel.clicked(2);
+    EXPECT_EQ(state.ViewType, 10);
+    EXPECT_NE(display.surface(), rest);
 }
 
-TEST(PanelAnimation, TheViewChangesByItselfAfterTheChosenTimeOfSound) {
-    Panel p;
-    p.options.values.spectrumIntro = 3;  // six seconds
-    p.refreshes(6000 / 80 - 1);
-    EXPECT_EQ(p.state.ViewType, 0);
-    p.refreshes(1);
-    EXPECT_EQ(p.state.ViewType, 11);
-    p.state.PlayerStatus = kPause;
-    p.refreshes(200);
-    EXPECT_EQ(p.state.ViewType, 11);
-    p.options.values.spectrumIntro = 0;
-    p.state.PlayerStatus = kPlay;
-    p.refreshes(1000);
-    EXPECT_EQ(p.state.ViewType, 11);
+TEST_F(PanelAnimationTest, TheViewChangesByItselfAfterTheChosenTimeOfSound) {
+    options.values.spectrumIntro = 3;  // six seconds
+    refreshes(6000 / 80 - 1);
+    EXPECT_EQ(state.ViewType, 0);
+    refreshes(1);
+    EXPECT_EQ(state.ViewType, 11);
+    state.PlayerStatus = kPause;
+    refreshes(200);
+    EXPECT_EQ(state.ViewType, 11);
+    options.values.spectrumIntro = 0;
+    state.PlayerStatus = kPlay;
+    refreshes(1000);
+    EXPECT_EQ(state.ViewType, 11);
 }
 
-TEST(PanelAnimation, SpeedAndAnalysisFollowTheirOptions) {
-    Panel p;
+TEST_F(PanelAnimationTest, SpeedAndAnalysisFollowTheirOptions) {
     for (const auto& [speed, interval] : {std::pair{0, 80}, {5, 50}, {10, 20}, {99, 20}, {-1, 80}}) {
-        p.options.values.spectrumSpeed = speed;
-        p.panel.followSpeed();
-        EXPECT_EQ(p.timer.interval(), interval) << speed;
+        options.values.spectrumSpeed = speed;
+        panel.followSpeed();
+        EXPECT_EQ(timer.interval(), interval) << speed;
     }
-    p.state.ViewType = 30;
-    p.vbmp3.spectrum.assign(85, 700);
-    p.refreshes(1);
-    const Surface coarse = p.display.surface();
-    p.panel.setBands(1);
-    p.refreshes(1);
-    EXPECT_NE(p.display.surface(), coarse);
+    state.ViewType = 30;
+    vbmp3.spectrum.assign(85, 700);
+    refreshes(1);
+    const Surface coarse = display.surface();
+    panel.setBands(1);
+    refreshes(1);
+    EXPECT_NE(display.surface(), coarse);
 }
 
 }  // namespace
