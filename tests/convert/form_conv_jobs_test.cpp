@@ -79,6 +79,7 @@ TEST_F(ConvertTest, AJobThatDoesNotStartShowsWhy) {
     } cases[] = {{0, "C:\\none.mp3", VBMP3_ERROR_WRITE, "デコードファイルが不正です"},
                  {0, "C:\\w.mp3", VBMP3_OK, "デコードファイルが不正です"},
                  {1, "C:\\a.mp3", VBMP3_ERROR_FORMAT, "デコードファイルが不正です"},
+                 {1, "C:\\a.mp3", VBMP3_ERROR_NOT_FOUND, "デコードファイルが不正です"},
                  {0, "C:\\a.mp3", VBMP3_ERROR_WRITE, "変換エラー"},
                  {1, "C:\\a.mp3", VBMP3_ERROR_DEVICE_BUSY, "変換エラー"},
                  {2, "C:\\s.wav", VBMP3_ERROR_FORMAT, "エンコードファイルが不正です"},
