@@ -6,11 +6,9 @@ namespace quenlox {
 namespace {
 
 TEST(Encoding, ShiftJisGoesBothWaysForEveryKindOfCharacter) {
-    struct Case {
-        const char* utf8;
-        const char* shiftJis;
-    };
-    const Case cases[] = {
+    const struct {
+        const char *utf8, *shiftJis;
+    } cases[] = {
         {"abc ~\\", "abc ~\\"},
         {"ＭＳ Ｐゴシック", "\x82\x6C\x82\x72 \x82\x6F\x83\x53\x83\x56\x83\x62\x83\x4E"},
         {"ｲｺﾗｲｻﾞ", "\xB2\xBA\xD7\xB2\xBB\xDE"},
@@ -20,7 +18,7 @@ TEST(Encoding, ShiftJisGoesBothWaysForEveryKindOfCharacter) {
         {"髙", "\xFB\xFC"},               // extension, written in its second place
         {"∵￢", "\x81\xE6\x81\xCA"},      // characters that stand twice are written in their first place
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(Utf8ToShiftJis(c.utf8), c.shiftJis) << c.utf8;
         EXPECT_EQ(ShiftJisToUtf8(c.shiftJis), c.utf8);
     }

@@ -27,13 +27,11 @@ TEST(IniDocument, ReadsValuesAsTheProfileCallsDo) {
         "X=1\n"
         "[MAIN]\n"
         "Z=5\n");
-    struct Case {
-        const char* section;
-        const char* key;
+    const struct {
+        const char *section, *key;
         const char* value;  // null: missing
         int number;         // with 7 as the default
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"Main", "X", "12", 12},
         {"mAIN", "x", "12", 12},
         {"Main", "Y", "42A", 42},                  // the first counts, the comment is none
@@ -50,7 +48,7 @@ TEST(IniDocument, ReadsValuesAsTheProfileCallsDo) {
         {"", "stray", nullptr, 7},
         {"None", "X", nullptr, 7},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const auto found = ini.find(c.section, c.key);
         EXPECT_EQ(found, c.value ? std::optional<std::string>(c.value) : std::nullopt) << c.section << ' ' << c.key;
         EXPECT_EQ(ini.integer(c.section, c.key, 7), c.number) << c.key;

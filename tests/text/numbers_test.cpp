@@ -8,14 +8,13 @@ namespace quenlox {
 namespace {
 
 TEST(Numbers, ANumberIsReadAsFarAsItGoes) {
-    struct Case {
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    const struct {
         const char* text;
         double value;
         std::int32_t rounded;
         std::int32_t profile;
-    };
-    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
-    const Case cases[] = {
+    } cases[] = {
         {"", 0, 0, 0},          {"abc", 0, 0, 0},        {"42", 42, 42, 42},          {" 12", 12, 12, 12},
         {"42A", 42, 42, 42},    {"B4", 0, 0, 0},         {"-7", -7, -7, -7},          {"+7", 7, 7, 7},
         {"2.5", 2.5, 2, 2},     {"3.5", 3.5, 4, 3},      {"-2.5", -2.5, -2, -2},      {".5", 0.5, 0, 0},
@@ -23,7 +22,7 @@ TEST(Numbers, ANumberIsReadAsFarAsItGoes) {
         {"1e3", 1, 1, 1},       {"95500", 95500, 95500, 95500}, {"１", 0, 0, 0},
         {"4294967301", 4294967301.0, most, 5},           {"-99999999999", -99999999999.0, -most - 1, -1215752191},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(NumericValue(c.text), c.value) << c.text;
         EXPECT_EQ(NumericInteger(c.text), c.rounded) << c.text;
         EXPECT_EQ(ProfileInteger(c.text), c.profile) << c.text;
@@ -51,14 +50,13 @@ TEST(Numbers, AShortListLeavesTheLaterElementsAsTheyWereAndSurplusIsDropped) {
 }
 
 TEST(Numbers, MinutesAndSecondsHaveTwoDigitsAtLeastAndEachItsSign) {
-    struct Case {
+    const struct {
         std::int64_t seconds;
         const char* text;
-    };
-    const Case cases[] = {{0, "00:00"},     {75, "01:15"},    {6000, "100:00"}, {3599, "59:59"},
+    } cases[] = {{0, "00:00"},     {75, "01:15"},    {6000, "100:00"}, {3599, "59:59"},
                           {-5, "00:-05"},   {-65, "-01:-05"}, {-600, "-10:00"},
                           {std::numeric_limits<std::int64_t>::min(), "-153722867280912930:-08"}};
-    for (const Case& c : cases) EXPECT_EQ(MinutesAndSeconds(c.seconds), c.text) << c.seconds;
+    for (const auto& c : cases) EXPECT_EQ(MinutesAndSeconds(c.seconds), c.text) << c.seconds;
 }
 
 }  // namespace

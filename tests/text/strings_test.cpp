@@ -15,14 +15,12 @@ TEST(Strings, FieldsOfFixedLengthEndAtTheirNulAndLoseTheirBlanks) {
 }
 
 TEST(Strings, CaseIsFoldedAsInFileNamesAndIllFormedBytesStay) {
-    struct Case {
-        const char* text;
-        const char* folded;
-    };
-    const Case cases[] = {{"SONG.Mp3", "song.mp3"}, {"ＡＢＣ．ＭＰ３", "ａｂｃ．ｍｐ３"}, {"ÀÉÎ×Þ", "àéî×þ"},
+    const struct {
+        const char *text, *folded;
+    } cases[] = {{"SONG.Mp3", "song.mp3"}, {"ＡＢＣ．ＭＰ３", "ａｂｃ．ｍｐ３"}, {"ÀÉÎ×Þ", "àéî×þ"},
                           {"ŁŻŸČ", "łżÿč"},         {"ΑΩΆΈΌΏ", "αωάέόώ"},        {"ЖЁ", "жё"},
                           {"曲名ｱ😀", "曲名ｱ😀"},     {"A\xFF\xC3Z\xE3\x81", "a\xFF\xC3z\xE3\x81"}};
-    for (const Case& c : cases) EXPECT_EQ(FoldCase(c.text), c.folded) << c.text;
+    for (const auto& c : cases) EXPECT_EQ(FoldCase(c.text), c.folded) << c.text;
     EXPECT_TRUE(EqualsNoCase("Default", "DEFAULT"));
     EXPECT_LT(CompareNoCase("a", "B"), 0);
     EXPECT_TRUE(ContainsNoCase("*.MP3;*.rmp", ".mp3"));
@@ -39,15 +37,9 @@ TEST(Strings, CharactersAreCountedAndCutWhole) {
 }
 
 TEST(Paths, AreTakenApartAndPutTogether) {
-    struct Case {
-        const char* path;
-        const char* folder;
-        const char* name;
-        const char* base;
-        const char* extension;
-        const char* lastFour;
-    };
-    const Case cases[] = {
+    const struct {
+        const char *path, *folder, *name, *base, *extension, *lastFour;
+    } cases[] = {
         {"C:\\music\\a.b.MP3", "C:\\music\\", "a.b.MP3", "a.b", "MP3", ".mp3"},
         {"C:\\my.music\\song", "C:\\my.music\\", "song", "song", "", "song"},
         {"a.mid", "", "a.mid", "a", "mid", ".mid"},
@@ -55,7 +47,7 @@ TEST(Paths, AreTakenApartAndPutTogether) {
         {"mp3", "", "mp3", "mp3", "", "mp3"},
         {"", "", "", "", "", ""},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(FolderOf(c.path), c.folder);
         EXPECT_EQ(FileNameOf(c.path), c.name);
         EXPECT_EQ(BaseNameOf(c.path), c.base);
