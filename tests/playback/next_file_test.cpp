@@ -7,15 +7,18 @@
 namespace quenlox {
 namespace {
 
+using NextFile = PlayerTest;
+using EndOfTrackEvent = PlayerTest;
+using DeviceLost = PlayerTest;
+
 using testing::ElementsAre;
 
-TEST(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
-    struct Case {
+TEST_F(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
+    const struct {
         const char* what;
         void (*change)(Player&);
         const char* next;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"program", [](Player&) {}, "C:\\1.mp3"},
         {"last row", [](Player& p) { p.state.CurrentIndex[0] = 2; }, "C:\\0.mp3"},
         {"random", [](Player& p) { p.state.PlayMode = kRandom; p.tracks.BuildShuffleOrder(0); }, "C:\\2.mp3"},
@@ -30,7 +33,7 @@ TEST(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
         {"unknown to the library", [](Player& p) { p.tracks.lists[0][1] = "C:\\x.txt"; }, ""},
         {"another row there now", [](Player& p) { p.tracks.lists[0][1] = "C:\\2.mp3"; }, "C:\\2.mp3"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.fillList(3);
         p.playRow(0, kProgram);
@@ -41,26 +44,25 @@ TEST(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
     }
 }
 
-TEST(NextFile, IsSentOnceNotWithEveryTick) {
-    Player p;
-    p.fillList(2);
-    p.tracks.lists[0].push_back("C:\\x.txt");
-    p.playRow(0, kProgram);
-    for (int i = 0; i < 3; ++i) p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.vbmp3.count("next C:\\1.mp3"), 1);
-    p.monitor.letGoOf("C:\\2.mp3");
-    EXPECT_EQ(p.vbmp3.nextFile, "C:\\1.mp3");
-    p.monitor.letGoOf("c:\\1.MP3");  // somebody replaces it
-    EXPECT_EQ(p.vbmp3.nextFile, "");
-    p.monitor.Timer1_Timer();
-    p.goOn();
-    for (int i = 0; i < 3; ++i) p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.vbmp3.count("next C:\\x.txt"), 1);
-    p.endTrack();  // what the library refused is stepped to as ever
-    EXPECT_EQ(p.state.CurrentFile, "C:\\x.txt");
+TEST_F(NextFile, IsSentOnceNotWithEveryTick) {
+    fillList(2);
+    tracks.lists[0].push_back("C:\\x.txt");
+    playRow(0, kProgram);
+    for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
+    EXPECT_EQ(vbmp3.count("next C:\\1.mp3"), 1);
+    monitor.letGoOf("C:\\2.mp3");
+    EXPECT_EQ(vbmp3.nextFile, "C:\\1.mp3");
+    monitor.letGoOf("c:\\1.MP3");  // somebody replaces it
+    EXPECT_EQ(vbmp3.nextFile, "");
+    monitor.Timer1_Timer();
+    goOn();
+    for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
+    EXPECT_EQ(vbmp3.count("next C:\\x.txt"), 1);
+    endTrack();  // what the library refused is stepped to as ever
+    EXPECT_EQ(state.CurrentFile, "C:\\x.txt");
 }
 
-TEST(NextFile, GoingOnMovesEverythingAsNextTrackWouldWithoutOpening) {
+TEST_F(NextFile, GoingOnMovesEverythingAsNextTrackWouldWithoutOpening) {
     for (const int mode : {kProgram, kRandom}) {
         Player gapless, stepped;
         for (Player* p : {&gapless, &stepped}) {
@@ -84,111 +86,103 @@ TEST(NextFile, GoingOnMovesEverythingAsNextTrackWouldWithoutOpening) {
     }
 }
 
-TEST(NextFile, ANewPassIsDrawnAheadAndTakenWhenTheLibraryGetsThere) {
-    Player p;
-    p.fillList(3);
-    p.tracks.BuildShuffleOrder(0);  // 1 2 0
-    p.state.ShufflePos[0] = 2;
-    p.playRow(0, kRandom);
-    EXPECT_EQ(p.vbmp3.nextFile, "C:\\2.mp3");  // the pass to come is 2 0 1
-    EXPECT_THAT(p.state.ShuffleOrder[0], ElementsAre(1, 2, 0));
-    EXPECT_EQ(p.state.ShufflePos[0], 2);
-    for (int i = 0; i < 3; ++i) p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.tracks.ordersBuilt, 2);
+TEST_F(NextFile, ANewPassIsDrawnAheadAndTakenWhenTheLibraryGetsThere) {
+    fillList(3);
+    tracks.BuildShuffleOrder(0);  // 1 2 0
+    state.ShufflePos[0] = 2;
+    playRow(0, kRandom);
+    EXPECT_EQ(vbmp3.nextFile, "C:\\2.mp3");  // the pass to come is 2 0 1
+    EXPECT_THAT(state.ShuffleOrder[0], ElementsAre(1, 2, 0));
+    EXPECT_EQ(state.ShufflePos[0], 2);
+    for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
+    EXPECT_EQ(tracks.ordersBuilt, 2);
     std::vector<std::string> played;
     for (int i = 0; i < 3; ++i) {
-        p.goOn();
-        played.push_back(p.state.CurrentFile.substr(3, 1));
+        goOn();
+        played.push_back(state.CurrentFile.substr(3, 1));
     }
     EXPECT_THAT(played, ElementsAre("2", "0", "1"));
-    EXPECT_THAT(p.state.ShuffleOrder[0], ElementsAre(2, 0, 1));
+    EXPECT_THAT(state.ShuffleOrder[0], ElementsAre(2, 0, 1));
 }
 
-TEST(NextFile, AnEventOfAFileThatIsClosedIsDropped) {
-    Player p;
-    p.fillList(3);
-    p.addMp3("C:\\other.mp3");
-    p.playRow(0, kProgram);
-    const auto late = p.vbmp3.listener;
-    p.state.CurrentFile = "C:\\other.mp3";
-    p.monitor.OpenAndPlay();
+TEST_F(NextFile, AnEventOfAFileThatIsClosedIsDropped) {
+    fillList(3);
+    addMp3("C:\\other.mp3");
+    playRow(0, kProgram);
+    const auto late = vbmp3.listener;
+    state.CurrentFile = "C:\\other.mp3";
+    monitor.OpenAndPlay();
     late(VBMP3_EVENT_NEXT_TRACK);
-    p.windows.pumpMessages();
-    EXPECT_EQ(p.state.CurrentFile, "C:\\other.mp3");
-    EXPECT_EQ(p.state.CurrentIndex[0], 0);
+    windows.pumpMessages();
+    EXPECT_EQ(state.CurrentFile, "C:\\other.mp3");
+    EXPECT_EQ(state.CurrentIndex[0], 0);
 }
 
-TEST(NextFile, ThatWasTakenBackTooLateIsStillFollowed) {
-    Player p;
-    p.fillList(3);
-    p.playRow(0, kProgram);
-    const std::string playing = p.vbmp3.nextFile;
-    p.monitor.StepPlayMode();
-    p.state.PlayMode = kSingle;
-    p.monitor.RenewNextFile();
-    EXPECT_EQ(p.vbmp3.nextFile, "");
-    p.goOn();
-    EXPECT_EQ(p.state.CurrentFile, playing);
-    EXPECT_EQ(p.state.CurrentIndex[0], 1);
+TEST_F(NextFile, ThatWasTakenBackTooLateIsStillFollowed) {
+    fillList(3);
+    playRow(0, kProgram);
+    const std::string playing = vbmp3.nextFile;
+    monitor.StepPlayMode();
+    state.PlayMode = kSingle;
+    monitor.RenewNextFile();
+    EXPECT_EQ(vbmp3.nextFile, "");
+    goOn();
+    EXPECT_EQ(state.CurrentFile, playing);
+    EXPECT_EQ(state.CurrentIndex[0], 1);
 }
 
-TEST(NextFile, WhatChangesWhileTheEventIsUnderwayDoesNotConfuseIt) {
-    Player p;
-    p.fillList(3);
-    p.playRow(0, kProgram);
-    p.vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
-    p.state.CurrentIndex[0] = 1;  // the next file would be another now
-    p.monitor.Timer1_Timer();
-    p.windows.pumpMessages();
-    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");
-    EXPECT_EQ(p.vbmp3.nextFile, "C:\\2.mp3");
+TEST_F(NextFile, WhatChangesWhileTheEventIsUnderwayDoesNotConfuseIt) {
+    fillList(3);
+    playRow(0, kProgram);
+    vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
+    state.CurrentIndex[0] = 1;  // the next file would be another now
+    monitor.Timer1_Timer();
+    windows.pumpMessages();
+    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
+    EXPECT_EQ(vbmp3.nextFile, "C:\\2.mp3");
 }
 
-TEST(NextFile, GoingOnJustAsTheUserStopsLeavesThePlayerStopped) {
-    Player p;
-    p.fillList(3);
-    p.playRow(0, kProgram);
-    p.vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
-    p.engine.StopMedia();
-    p.windows.pumpMessages();
-    EXPECT_EQ(p.state.PlayerStatus, kStop);
-    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");  // what the library would play now
+TEST_F(NextFile, GoingOnJustAsTheUserStopsLeavesThePlayerStopped) {
+    fillList(3);
+    playRow(0, kProgram);
+    vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
+    engine.StopMedia();
+    windows.pumpMessages();
+    EXPECT_EQ(state.PlayerStatus, kStop);
+    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");  // what the library would play now
 }
 
-TEST(NextFile, AListChangedMeanwhileGivesNoWrongIndex) {
-    Player p;
-    p.fillList(3);
-    p.playRow(0, kProgram);
-    p.tracks.lists[0].erase(p.tracks.lists[0].begin() + 1);
-    p.goOn();
-    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");
-    EXPECT_EQ(p.state.CurrentIndex[0], 0);
+TEST_F(NextFile, AListChangedMeanwhileGivesNoWrongIndex) {
+    fillList(3);
+    playRow(0, kProgram);
+    tracks.lists[0].erase(tracks.lists[0].begin() + 1);
+    goOn();
+    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
+    EXPECT_EQ(state.CurrentIndex[0], 0);
 }
 
-TEST(EndOfTrackEvent, RunsTheRuleAtOnce) {
-    Player p;
-    p.options.values.gaplessNext = false;
-    p.fillList(2);
-    p.playRow(0, kProgram);
-    p.vbmp3.state = 0;
-    p.vbmp3.listener(VBMP3_EVENT_END_OF_TRACK);
-    p.windows.pumpMessages();
-    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");
+TEST_F(EndOfTrackEvent, RunsTheRuleAtOnce) {
+    options.values.gaplessNext = false;
+    fillList(2);
+    playRow(0, kProgram);
+    vbmp3.state = 0;
+    vbmp3.listener(VBMP3_EVENT_END_OF_TRACK);
+    windows.pumpMessages();
+    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
     // The same event once more, while the new track plays, is none of its own.
-    p.vbmp3.listener(VBMP3_EVENT_END_OF_TRACK);
-    p.windows.pumpMessages();
-    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");
+    vbmp3.listener(VBMP3_EVENT_END_OF_TRACK);
+    windows.pumpMessages();
+    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
 }
 
-TEST(DeviceLost, IsToldBehindTheFormatAndTheTrackGoesOn) {
-    Player p;
-    p.fillList(1);
-    p.playRow(0, kSingle);
-    p.vbmp3.deviceThere = false;
-    p.vbmp3.listener(VBMP3_EVENT_DEVICE_LOST);
-    p.windows.pumpMessages();
-    EXPECT_THAT(p.display.info, testing::EndsWith("ﾃﾞﾊﾞｲｽなし"));
-    EXPECT_EQ(p.state.PlayerStatus, kPlay);
+TEST_F(DeviceLost, IsToldBehindTheFormatAndTheTrackGoesOn) {
+    fillList(1);
+    playRow(0, kSingle);
+    vbmp3.deviceThere = false;
+    vbmp3.listener(VBMP3_EVENT_DEVICE_LOST);
+    windows.pumpMessages();
+    EXPECT_THAT(display.info, testing::EndsWith("ﾃﾞﾊﾞｲｽなし"));
+    EXPECT_EQ(state.PlayerStatus, kPlay);
 }
 
 }  // namespace

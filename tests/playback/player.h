@@ -1,6 +1,8 @@
 // The playback side of the program on the fakes.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 
 #include "app/global_state.h"
@@ -65,5 +67,7 @@ struct Player {
         windows.pumpMessages();
     }
 };
+
+struct PlayerTest : testing::Test, Player {};
 
 }  // namespace quenlox

@@ -15,18 +15,6 @@ SkinDefinition Read(const std::string& text) {
     return ReadDefinition(IniDocument::Parse(text), values);
 }
 
-TEST(SkinDefinition, AnEmptyDefinitionIsTheDefaultOfEveryKey) {
-    const SkinDefinition skin = Read("");
-    EXPECT_EQ(skin.version, 0);
-    EXPECT_EQ(skin.size, (Size{60, 30}));
-    EXPECT_EQ(skin.background, Color{});
-    EXPECT_FALSE(skin.box);
-    for (const auto& label : skin.labels) EXPECT_FALSE(label);
-    for (const auto& button : skin.buttons) EXPECT_FALSE(button);
-    for (const auto& command : skin.commands) EXPECT_FALSE(command);
-    EXPECT_FALSE(skin.lyrics || skin.displayA || skin.displayB || skin.displayC || skin.displayD);
-}
-
 TEST(SkinDefinition, FieldsThatAListLeavesOutCarryOverFromTheListBefore) {
     const SkinDefinition skin = Read("[Label]\nLabelB=1,2,3,4,9,255,0,0\nLabelC=10,20\n");
     ASSERT_TRUE(skin.labels[2]);

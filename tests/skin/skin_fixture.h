@@ -11,6 +11,7 @@
 #include "playback/play_state_monitor.h"
 #include "playback/volume_control.h"
 #include "skin/form_top.h"
+#include "tests/fakes/bmp_of.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_media_control.h"
@@ -23,26 +24,6 @@
 #include "tests/fakes/fake_window_system.h"
 
 namespace quenlox {
-
-// A 24-bit bitmap of one colour.
-inline std::string PlainBmp(int width, int height, Color color) {
-    const auto number = [](std::uint32_t value, int bytes) {
-        std::string out;
-        for (int i = 0; i < bytes; ++i) out += static_cast<char>(value >> 8 * i);
-        return out;
-    };
-    std::string row;
-    for (int x = 0; x < width; ++x) {
-        row += static_cast<char>(color.blue);
-        row += static_cast<char>(color.green);
-        row += static_cast<char>(color.red);
-    }
-    row.resize((row.size() + 3) / 4 * 4);
-    std::string out = "BM" + number(0, 4) + number(0, 4) + number(54, 4) + number(40, 4) + number(static_cast<std::uint32_t>(width), 4) +
-                      number(static_cast<std::uint32_t>(height), 4) + number(1, 2) + number(24, 2) + std::string(24, '\0');
-    for (int y = 0; y < height; ++y) out += row;
-    return out;
-}
 
 class SkinTest : public ::testing::Test {
   protected:
@@ -70,16 +51,16 @@ class SkinTest : public ::testing::Test {
 
     void addPackage(const std::string& folder, const std::string& name, const std::string& definition) {
         files.add(folder + name + ".tsk", definition);
-        files.add(folder + "main_back.bmp", PlainBmp(200, 100, kBack));
-        files.add(folder + "main_bar.bmp", PlainBmp(100, 4, kBar));
-        files.add(folder + "main_vol.bmp", PlainBmp(10, 50, kVolume));
-        files.add(folder + "main_level.bmp", PlainBmp(10, 50, kLevel));
-        files.add(folder + "main_panel.bmp", PlainBmp(70, 10, kPanel));
+        files.add(folder + "main_back.bmp", BmpOf(Surface(200, 100, kBack)));
+        files.add(folder + "main_bar.bmp", BmpOf(Surface(100, 4, kBar)));
+        files.add(folder + "main_vol.bmp", BmpOf(Surface(10, 50, kVolume)));
+        files.add(folder + "main_level.bmp", BmpOf(Surface(10, 50, kLevel)));
+        files.add(folder + "main_panel.bmp", BmpOf(Surface(70, 10, kPanel)));
         for (int n = 0; n < kButtonCount; ++n) {
             for (const bool pressed : {false, true}) {
                 const std::string tail = pressed ? "2.bmp" : "1.bmp";
-                files.add(folder + "cmd_" + kPlaybackButtonNames[n] + tail, PlainBmp(8, 8, playback(n, pressed)));
-                files.add(folder + "btn_" + kCommandButtonNames[n] + tail, PlainBmp(6, 6, command(n, pressed)));
+                files.add(folder + "cmd_" + kPlaybackButtonNames[n] + tail, BmpOf(Surface(8, 8, playback(n, pressed))));
+                files.add(folder + "btn_" + kCommandButtonNames[n] + tail, BmpOf(Surface(6, 6, command(n, pressed))));
             }
         }
     }
@@ -91,6 +72,14 @@ class SkinTest : public ::testing::Test {
         vbmp3.addFile(path, type, length, "Title");
         state.CurrentFile = path;
         engine->OpenMedia();
+    }
+    // List A of C:\\1.mp3, C:\\2.mp3 and C:\\3.mp3.
+    void fillList() {
+        for (const char* name : {"C:\\1.mp3", "C:\\2.mp3", "C:\\3.mp3"}) {
+            files.add(name);
+            vbmp3.addFile(name);
+            tracks.lists[0].push_back(name);
+        }
     }
     void click(Point p, int button = 1) {
         top->Form_MouseDown(button, 0, p);

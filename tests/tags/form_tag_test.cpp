@@ -3,18 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "playback/media_engine.h"
 #include "playlist/playlists.h"
 #include "tags/file_release.h"
 #include "tags/tag_limits.h"
 #include "tests/fakes/fake_dialogs.h"
-#include "tests/fakes/fake_display.h"
-#include "tests/fakes/fake_file_system.h"
-#include "tests/fakes/fake_media_control.h"
-#include "tests/fakes/fake_options.h"
 #include "tests/fakes/fake_random.h"
-#include "tests/fakes/fake_vbmp3.h"
-#include "tests/fakes/fake_window_system.h"
+#include "tests/playback/player.h"
 
 namespace quenlox {
 namespace {
@@ -25,7 +19,7 @@ constexpr const char* kSong = "C:\\music\\song.mp3";
 constexpr const char* kOther = "C:\\music\\other.mp3";
 constexpr const char* kWrapped = "C:\\music\\wrapped.rmp";
 
-struct Editor {
+struct Editor : Player {
     Editor() {
         for (const char* path : {kSong, kOther}) {
             files.add(path, "sound");
@@ -44,8 +38,7 @@ struct Editor {
                       [this](const std::string& path) { written.push_back(path); },
                       [this] { return selected; }});
         form.fillGenres();
-        state.CurrentFile = kSong;
-        engine.OpenMedia();
+        open(kSong);
         form.show();
         form.fill();
         vbmp3.calls.clear();
@@ -69,50 +62,41 @@ struct Editor {
         return texts;
     }
 
-    GlobalState state;
-    FakeVbmp3 vbmp3;
-    FakeMediaControl mci;
-    FakeFileSystem files;
-    FakeWindowSystem windows;
-    FakeDisplay display;
-    FakeOptions options;
     FakeDialogs dialogs;
-    FakeRandom random{{0.5}};
-    MediaEngine engine{state, vbmp3, mci, files, windows, display};
+    FakeRandom random;
     Playlists lists{state, options, files, vbmp3, random};
     FileRelease release{state, vbmp3, engine};
     std::vector<std::string> selected, written, seenByBrowser, letGo;
     FormTag form{state, options, vbmp3, files, dialogs};
 };
 
-TEST(Rename, TheFileAndListsAAndBFollowAndListCDoesNot) {
-    Editor e;
-    e.rename("  (歌手) 夜明け.mp3 ");
+struct FormTagTest : testing::Test, Editor {};
+
+TEST_F(FormTagTest, ARenamedFileIsFollowedInListsAAndBAndNotInListC) {
+    rename("  (歌手) 夜明け.mp3 ");
     const std::string renamed = "C:\\music\\(歌手) 夜明け.mp3";
-    EXPECT_TRUE(e.files.fileExists(renamed));
-    EXPECT_FALSE(e.files.fileExists(kSong));
-    EXPECT_EQ(e.lists.path(0, 0), renamed);
-    EXPECT_EQ(e.lists.path(1, 0), renamed);
-    EXPECT_EQ(e.lists.path(2, 0), kSong);
-    EXPECT_EQ(e.state.CurrentFile, renamed);
-    EXPECT_EQ(e.vbmp3.openFile, renamed);
-    EXPECT_EQ(e.form.file(), renamed);
-    EXPECT_THAT(e.seenByBrowser, ElementsAre(renamed)) << "it looks for the current file in its folder";
-    EXPECT_TRUE(e.dialogs.messages.empty());
+    EXPECT_TRUE(files.fileExists(renamed));
+    EXPECT_FALSE(files.fileExists(kSong));
+    EXPECT_EQ(lists.path(0, 0), renamed);
+    EXPECT_EQ(lists.path(1, 0), renamed);
+    EXPECT_EQ(lists.path(2, 0), kSong);
+    EXPECT_EQ(state.CurrentFile, renamed);
+    EXPECT_EQ(vbmp3.openFile, renamed);
+    EXPECT_EQ(form.file(), renamed);
+    EXPECT_THAT(seenByBrowser, ElementsAre(renamed)) << "it looks for the current file in its folder";
+    EXPECT_TRUE(dialogs.messages.empty());
 }
 
-TEST(Rename, WhatIsRefusedIsSaidAndChangesNothing) {
-    struct Case {
-        const char* name;
-        const char* message;
+TEST_F(FormTagTest, ARenameThatIsRefusedIsSaidAndChangesNothing) {
+    const struct {
+        const char *name, *message;
         bool closed;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"", "ファイル名が不正です", false},           {"   ", "ファイル名が不正です", false},
         {"() .mp3", "ファイル名が不正です", false},    {"  () a.mp3", "ファイル名が不正です", false},
         {"a?.mp3", "ファイル名変換エラー", true},      {"other.mp3", "ファイル名変換エラー", true},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Editor e;
         e.engine.PlayMedia();
         e.form.TextFileName.setText(c.name);
@@ -128,33 +112,30 @@ TEST(Rename, WhatIsRefusedIsSaidAndChangesNothing) {
     }
 }
 
-TEST(Rename, TheSameNameOnlyOpensTheFileAnew) {
-    Editor e;
-    e.files.renamesFail = true;
-    e.rename("song.mp3");
-    EXPECT_TRUE(e.dialogs.messages.empty());
-    EXPECT_EQ(e.vbmp3.openFile, kSong);
-    EXPECT_EQ(e.lists.path(0, 0), kSong);
+TEST_F(FormTagTest, ARenameToTheSameNameOnlyOpensTheFileAnew) {
+    files.renamesFail = true;
+    rename("song.mp3");
+    EXPECT_TRUE(dialogs.messages.empty());
+    EXPECT_EQ(vbmp3.openFile, kSong);
+    EXPECT_EQ(lists.path(0, 0), kSong);
 }
 
-TEST(FormTag, EveryViewProposesTheNameWithItsExtension) {
-    Editor e;
-    EXPECT_EQ(e.form.TextFileName.text(), "(歌手) 夜明け.mp3");
-    e.form.TextTitle.setText("朝");
-    EXPECT_EQ(e.form.TextFileName.text(), "(歌手) 朝.mp3");
-    e.form.cmdRevert.click();
-    EXPECT_EQ(e.form.TextTitle.text(), "夜明け");
-    e.selected = {kWrapped};
-    e.form.step(1);
-    EXPECT_EQ(e.form.TabView.value(), FormTag::kSiView);
-    EXPECT_EQ(e.form.TextFileName.text(), "(店) 包み.rmp");
-    EXPECT_FALSE(e.form.CheckV1.visible());
+TEST_F(FormTagTest, EveryViewProposesTheNameWithItsExtension) {
+    EXPECT_EQ(form.TextFileName.text(), "(歌手) 夜明け.mp3");
+    form.TextTitle.setText("朝");
+    EXPECT_EQ(form.TextFileName.text(), "(歌手) 朝.mp3");
+    form.cmdRevert.click();
+    EXPECT_EQ(form.TextTitle.text(), "夜明け");
+    selected = {kWrapped};
+    form.step(1);
+    EXPECT_EQ(form.TabView.value(), FormTag::kSiView);
+    EXPECT_EQ(form.TextFileName.text(), "(店) 包み.rmp");
+    EXPECT_FALSE(form.CheckV1.visible());
 }
 
-TEST(FormTag, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
+TEST_F(FormTagTest, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
     struct Case {
-        bool pause;
-        bool works;
+        bool pause, works;
     };
     for (const Case& c : {Case{false, true}, {true, true}, {false, false}}) {
         Editor e;
@@ -183,121 +164,111 @@ TEST(FormTag, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
     }
 }
 
-TEST(FormTag, TheTicksSayWhichTagsAreWrittenAndWhichGo) {
-    Editor e;
-    EXPECT_TRUE(e.form.CheckV2.checked());
-    EXPECT_FALSE(e.form.CheckV1.checked());
-    e.form.CheckV1.setValue(1);
-    e.form.cmdSave.click();
-    EXPECT_EQ(e.title(kSong, VBMP3_TAG_ID3V1), "夜明け");
-    e.form.CheckV2.setValue(0);
-    e.form.cmdSave.click();
-    EXPECT_FALSE(e.vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V2}));
-    e.form.CheckV1.setValue(0);
-    e.form.cmdSave.click();  // the question is answered with no
-    EXPECT_EQ(e.dialogs.questions.size(), 1U);
-    EXPECT_TRUE(e.vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V1}));
+TEST_F(FormTagTest, TheTicksSayWhichTagsAreWrittenAndWhichGo) {
+    EXPECT_TRUE(form.CheckV2.checked());
+    EXPECT_FALSE(form.CheckV1.checked());
+    form.CheckV1.setValue(1);
+    form.cmdSave.click();
+    EXPECT_EQ(title(kSong, VBMP3_TAG_ID3V1), "夜明け");
+    form.CheckV2.setValue(0);
+    form.cmdSave.click();
+    EXPECT_FALSE(vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V2}));
+    form.CheckV1.setValue(0);
+    form.cmdSave.click();  // the question is answered with no
+    EXPECT_EQ(dialogs.questions.size(), 1U);
+    EXPECT_TRUE(vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V1}));
 }
 
-TEST(FormTag, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
-    Editor e;
-    e.form.TextAlbum.setText("アルバム");
-    e.state.CurrentFile = kOther;
-    e.engine.OpenMedia();
-    EXPECT_EQ(e.form.file(), kSong);
-    EXPECT_EQ(e.form.TextAlbum.text(), "アルバム");
-    EXPECT_TRUE(e.dialogs.questions.empty());
+TEST_F(FormTagTest, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
+    form.TextAlbum.setText("アルバム");
+    open(kOther);
+    EXPECT_EQ(form.file(), kSong);
+    EXPECT_EQ(form.TextAlbum.text(), "アルバム");
+    EXPECT_TRUE(dialogs.questions.empty());
 
-    e.form.cmdClose.click();  // cancelled: it stays
-    EXPECT_TRUE(e.form.visible());
-    e.dialogs.confirmsOrCancels = {false};
-    e.form.cmdClose.click();
-    EXPECT_FALSE(e.form.visible());
-    EXPECT_FALSE(e.vbmp3.tags.at({kSong, VBMP3_TAG_ID3V2}).album[0]);
+    form.cmdClose.click();  // cancelled: it stays
+    EXPECT_TRUE(form.visible());
+    dialogs.confirmsOrCancels = {false};
+    form.cmdClose.click();
+    EXPECT_FALSE(form.visible());
+    EXPECT_FALSE(vbmp3.tags.at({kSong, VBMP3_TAG_ID3V2}).album[0]);
 
-    e.form.fill();
-    e.form.show();
-    EXPECT_EQ(e.form.file(), kOther);
-    e.form.TextTitle.setText("T");
-    e.dialogs.confirmsOrCancels = {true};
-    e.form.cmdClose.click();
-    EXPECT_EQ(e.title(kOther, VBMP3_TAG_ID3V1), "T");
+    form.fill();
+    form.show();
+    EXPECT_EQ(form.file(), kOther);
+    form.TextTitle.setText("T");
+    dialogs.confirmsOrCancels = {true};
+    form.cmdClose.click();
+    EXPECT_EQ(title(kOther, VBMP3_TAG_ID3V1), "T");
 }
 
-TEST(FormTag, ItFollowsTheTrackWhenNothingIsUnsaved) {
-    Editor e;
-    e.state.CurrentFile = kOther;
-    e.engine.OpenMedia();
-    EXPECT_EQ(e.form.TextTitle.text(), "Other");
-    EXPECT_TRUE(e.form.CheckV1.checked());
-    EXPECT_FALSE(e.form.CheckV2.checked());
+TEST_F(FormTagTest, ItFollowsTheTrackWhenNothingIsUnsaved) {
+    open(kOther);
+    EXPECT_EQ(form.TextTitle.text(), "Other");
+    EXPECT_TRUE(form.CheckV1.checked());
+    EXPECT_FALSE(form.CheckV2.checked());
 }
 
-TEST(FormTag, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
-    Editor e;
-    e.selected = {kSong, kWrapped, kOther, kSong};
-    e.files.add("C:\\a.wav");
-    e.form.TextAlbum.setText("全集");
-    e.form.TextYear.setText("1999");
-    e.dialogs.confirms = {true};
-    e.form.cmdApply_Click();
-    EXPECT_EQ(e.form.TextYear.text(), "1999");
-    EXPECT_TRUE(e.form.edited());
-    e.form.cmdRevert.click();
-    EXPECT_EQ(e.form.TextAlbum.text(), "全集");
+TEST_F(FormTagTest, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
+    selected = {kSong, kWrapped, kOther, kSong};
+    files.add("C:\\a.wav");
+    form.TextAlbum.setText("全集");
+    form.TextYear.setText("1999");
+    dialogs.confirms = {true};
+    form.cmdApply_Click();
+    EXPECT_EQ(form.TextYear.text(), "1999");
+    EXPECT_TRUE(form.edited());
+    form.cmdRevert.click();
+    EXPECT_EQ(form.TextAlbum.text(), "全集");
     for (const auto& [path, kind] : {std::pair{kSong, VBMP3_TAG_ID3V2}, {kOther, VBMP3_TAG_ID3V1}, {kWrapped, VBMP3_TAG_SI}}) {
-        EXPECT_STREQ(e.vbmp3.tags.at({path, kind}).album, "全集") << path;
-        EXPECT_STRNE(e.vbmp3.tags.at({path, kind}).title, "") << path;
+        EXPECT_STREQ(vbmp3.tags.at({path, kind}).album, "全集") << path;
+        EXPECT_STRNE(vbmp3.tags.at({path, kind}).title, "") << path;
     }
-    EXPECT_EQ(e.written.size(), 3U);
-    EXPECT_THAT(e.letGo, ElementsAre(kOther, kWrapped)) << "one may be open as the next file";
-    EXPECT_FALSE(e.vbmp3.tags.contains({kOther, VBMP3_TAG_ID3V2}));
-    e.form.TextAlbum.setText("別の全集");
-    e.dialogs.confirms = {true};
-    e.form.cmdApply_Click();
-    EXPECT_FALSE(e.form.edited());  // nothing is left to save
+    EXPECT_EQ(written.size(), 3U);
+    EXPECT_THAT(letGo, ElementsAre(kOther, kWrapped)) << "one may be open as the next file";
+    EXPECT_FALSE(vbmp3.tags.contains({kOther, VBMP3_TAG_ID3V2}));
+    form.TextAlbum.setText("別の全集");
+    dialogs.confirms = {true};
+    form.cmdApply_Click();
+    EXPECT_FALSE(form.edited());  // nothing is left to save
 
-    e.selected = {kSong, "C:\\a.wav"};
-    e.dialogs.confirms = {true};
-    e.form.cmdApply_Click();
-    EXPECT_THAT(e.said(), ElementsAre("2曲のうち1曲に書き込めませんでした\r\n対応していない形式のファイルです"));
+    selected = {kSong, "C:\\a.wav"};
+    dialogs.confirms = {true};
+    form.cmdApply_Click();
+    EXPECT_THAT(said(), ElementsAre("2曲のうち1曲に書き込めませんでした\r\n対応していない形式のファイルです"));
 }
 
-TEST(FormTag, StepsGoRoundTheSelectedRows) {
-    Editor e;
-    e.selected = {kOther, kSong, kWrapped};
-    e.form.step(1);
-    EXPECT_EQ(e.form.file(), kWrapped);
-    EXPECT_EQ(e.form.LabelPlace.caption(), "3 / 3");
-    e.form.step(1);
-    EXPECT_EQ(e.form.file(), kOther);
-    e.form.step(-1);
-    EXPECT_EQ(e.form.file(), kWrapped);
-    e.form.cmdCurrent.click();
-    EXPECT_EQ(e.form.file(), kSong);
+TEST_F(FormTagTest, StepsGoRoundTheSelectedRows) {
+    selected = {kOther, kSong, kWrapped};
+    form.step(1);
+    EXPECT_EQ(form.file(), kWrapped);
+    EXPECT_EQ(form.LabelPlace.caption(), "3 / 3");
+    form.step(1);
+    EXPECT_EQ(form.file(), kOther);
+    form.step(-1);
+    EXPECT_EQ(form.file(), kWrapped);
+    form.cmdCurrent.click();
+    EXPECT_EQ(form.file(), kSong);
 }
 
-TEST(FormTag, WrappingProposesTheOtherExtensionAndSaysWhyItFailed) {
-    Editor e;
-    e.dialogs.fileAnswers = {"C:\\music\\new.rmp", "C:\\music\\song.mp3"};
-    e.form.cmdConvert.click();
-    EXPECT_EQ(e.dialogs.fileDialogs.at(0).fileName, "song.rmp");
-    EXPECT_EQ(e.vbmp3.count("toRmp C:\\music\\song.mp3 > C:\\music\\new.rmp"), 1);
-    e.vbmp3.jobsWork = false;
-    e.vbmp3.error = VBMP3_ERROR_SAME_FILE;
-    e.form.cmdConvert.click();
-    EXPECT_THAT(e.said(), ElementsAre("変換できませんでした\r\n変換元と同じファイルです"));
+TEST_F(FormTagTest, WrappingProposesTheOtherExtensionAndSaysWhyItFailed) {
+    dialogs.fileAnswers = {"C:\\music\\new.rmp", "C:\\music\\song.mp3"};
+    form.cmdConvert.click();
+    EXPECT_EQ(dialogs.fileDialogs.at(0).fileName, "song.rmp");
+    EXPECT_EQ(vbmp3.count("toRmp C:\\music\\song.mp3 > C:\\music\\new.rmp"), 1);
+    vbmp3.jobsWork = false;
+    vbmp3.error = VBMP3_ERROR_SAME_FILE;
+    form.cmdConvert.click();
+    EXPECT_THAT(said(), ElementsAre("変換できませんでした\r\n変換元と同じファイルです"));
 }
 
 TEST(TagLimits, ShortTagsHoldThirtyBytesOfShiftJis) {
     const std::string fifteen = "あいうえおかきくけこさしすせそ";
-    struct Case {
+    const struct {
         int field;
         std::string text;
-        bool track;
-        bool fits;
-    };
-    const Case cases[] = {
+        bool track, fits;
+    } cases[] = {
         {FormTag::Title, fifteen, false, true},   {FormTag::Title, fifteen + "a", false, false},
         {FormTag::Title, "😀", false, false},     {FormTag::Comment, fifteen, false, true},
         {FormTag::Comment, fifteen, true, false}, {FormTag::Year, "2026", false, true},
@@ -305,7 +276,7 @@ TEST(TagLimits, ShortTagsHoldThirtyBytesOfShiftJis) {
         {FormTag::Track, "256", false, false},    {FormTag::Track, "A1", false, false},
         {FormTag::Track, "", false, true},
     };
-    for (const Case& c : cases) EXPECT_EQ(FitsId3v1(c.field, c.text, c.track), c.fits) << c.field << ' ' << c.text;
+    for (const auto& c : cases) EXPECT_EQ(FitsId3v1(c.field, c.text, c.track), c.fits) << c.field << ' ' << c.text;
 }
 
 }  // namespace

@@ -6,11 +6,9 @@ namespace quenlox {
 namespace {
 
 TEST(FormatFileName, GivesTheNameThatTheFormatSays) {
-    struct Case {
-        const char* format;
-        const char* name;
-    };
-    const Case cases[] = {
+    const struct {
+        const char *format, *name;
+    } cases[] = {
         {"(*N) *T", "(Artist) Title"},
         {"*t - *n [*b] *g", "Title - Artist [Album] Genre"},
         {"  *T  ", "Title"},          // blanks around the format do not count
@@ -22,7 +20,7 @@ TEST(FormatFileName, GivesTheNameThatTheFormatSays) {
         {"*", "*"},
         {"曲*T", "曲Title"},
     };
-    for (const Case& c : cases) EXPECT_EQ(FormatFileName(c.format, "Title", "Artist", "Album", "Genre"), c.name) << c.format;
+    for (const auto& c : cases) EXPECT_EQ(FormatFileName(c.format, "Title", "Artist", "Album", "Genre"), c.name) << c.format;
 }
 
 TEST(FormatFileName, InsertsFieldsAsTheyAre) {
