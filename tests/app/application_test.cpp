@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "tests/fakes/bmp_of.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_gogo.h"
@@ -139,14 +140,6 @@ TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
     EXPECT_TRUE(windows.hasQuit);
 }
 
-TEST_F(ApplicationTest, AChangedListIsSavedAtTheEnd) {
-    files.add("C:\\Quenlox\\Quenlox.m3u", "#ListB\r\nC:\\b.mp3");
-    start();
-    state().ListDirty = true;
-    top().unload();
-    EXPECT_EQ(files.bytesOf("C:\\Quenlox\\Quenlox.m3u"), "#ListB\r\nC:\\b.mp3\r\n");
-}
-
 TEST_F(ApplicationTest, WhatIsDeliveredInAReadOnlyFolderIsTheBeginningOfTheUsersOwn) {
     files.user = "C:\\Users\\A\\Quenlox";
     files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=80,50\n");
@@ -170,8 +163,8 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     files.add("C:\\Quenlox\\skin\\default\\default.tsk",
               "[Main]\nVer=4\nSize=300,100\nBox=1\n[Label]\nLabelA=5,20,60,10,6,255,255,255\n[Disp]\nDispA=10,80\nDispB=100,60\n");
     files.add("C:\\Quenlox\\Quenlox.m3u", "#ListA\r\n" + song + "\r\nC:\\m\\2.mp3\r\n");
-    files.add("D:\\words\\(N) T.lrc"), files.add("D:\\pic\\m.bmp", std::string("BM") + std::string(8, '\0') + "\x36" + std::string(3, '\0') + "\x28" +
-              std::string(3, '\0') + "\1" + std::string(3, '\0') + "\1" + std::string(3, '\0') + "\1" + std::string(1, '\0') + "\x18" + std::string(29, '\0'));
+    files.add("D:\\words\\(N) T.lrc");
+    files.add("D:\\pic\\m.bmp", BmpOf(Surface(1, 1, {})));
     addSong(song), addSong("C:\\m\\2.mp3");
     vbmp3.addFile(song, VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS, 90, "A title that is longer than its place");
     vbmp3.timeTag = 1;
@@ -231,12 +224,11 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     };
     const auto lyricsPicture = [&] { return sum(lyrics.Picture7.surface()); };
 
-    struct Case {
+    const struct {
         const char* what;
         std::function<void(bool)> change;
         std::function<std::string()> seen;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"AnimeMode", check(o.CheckAnime), number([this] { return top().TimerTitle.enabled(); })},
         {"SpeanaMode", check(o.CheckSpeana), number([this] { return top().DisplayB.visible(); })},
         {"SpeanaTime", slide(o.HScrollSpeana, 10), number([this] { return top().Timer2.interval(); })},
@@ -276,7 +268,7 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
              return columns();
          }},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         c.seen(), c.change(true), c.change(false);  // so that what is seen is that of the option's first value
         const std::string before = c.seen();
@@ -316,24 +308,23 @@ TEST_F(ApplicationTest, WindowsLieAroundTheMainWindowOnAFirstStartAndWhereTheyWe
     }
 }
 
-TEST_F(ApplicationTest, TheColumnsOfTheListFollowTheirOptionsAtOnce) {
-    files.add("C:\\Quenlox\\Quenlox.ini", "");
+TEST_F(ApplicationTest, TheTimeColumnGoesAndComesWithItsOptionAndTheUsersOwnWidthsStay) {
     start();
     auto& list = dynamic_cast<FormList&>(opened("プレイリスト"));
     auto& options = dynamic_cast<FormOpt&>(opened("オプション"));
-    const struct { int columns, time; std::array<int, 5> widths; } steps[] = {
-        {0, 1, {9000, 0, 0, 0, 0}}, {1, 1, {162, 113, 162, 40, 300}}, {1, 0, {162, 113, 162, 0, 300}}, {0, 0, {9000, 0, 0, 0, 0}}};
-    for (const auto& step : steps) {
-        options.CheckListTypeS.setValue(step.columns);
-        options.CheckListTime.setValue(step.time);
-        for (int view = 0; view < FormList::kViews; ++view) EXPECT_EQ(list.columnWidths(view), step.widths) << step.columns << step.time;
-    }
+    options.CheckListTime.setValue(0);
+    EXPECT_EQ(list.columnWidths(2), (std::array{9000, 0, 0, 0, 0}));
+    options.CheckListTypeS.setValue(1);
+    EXPECT_EQ(list.columnWidths(2), (std::array{162, 113, 162, 0, 300}));
+    options.CheckListTypeS.setValue(0);
     list.TabList.setValue(1);  // a list other than the first
     const std::array own{50, 60, 70, 0, 80};
     for (int column = 0; column < 5; ++column) list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
     options.CheckListTypeS.setValue(1);
     options.CheckListTime.setValue(1);
-    EXPECT_EQ(list.columnWidths(0), (std::array{50, 60, 70, 40, 80})) << "the user's own widths stay";
+    for (int view = 0; view < FormList::kViews; ++view) {
+        EXPECT_EQ(list.columnWidths(view), (std::array{50, 60, 70, 40, 80})) << view;
+    }
 }
 
 TEST_F(ApplicationTest, AHelpFileGoesFirstThenTheGuide) {

@@ -10,14 +10,13 @@ namespace quenlox {
 namespace {
 
 TEST(CommandLine, NamesAFileAndSwitchesBehindTheFirstSlash) {
-    struct Case {
+    const struct {
         const char* text;
         const char* file;   // with "old" as the remembered one
         int result;
         int mode;           // with 2 as the stored one
         const char* cut;    // what is left of the text
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"", "old", 0, 2, ""},
         {"\"C:\\my music\\a.mp3\" /pm3", "C:\\my music\\a.mp3", 1, 3, "/pm3"},
         {"C:\\a.mp3", "C:\\a.mp3", 1, 2, "C:\\a.mp3"},
@@ -34,7 +33,7 @@ TEST(CommandLine, NamesAFileAndSwitchesBehindTheFirstSlash) {
         {"\"\" /x", "old", 0, 2, "/x"},
         {"   ", "   ", 1, 2, "   "},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         GlobalState state;
         state.CurrentFile = "old";
         state.PlayMode = 2;
@@ -44,17 +43,11 @@ TEST(CommandLine, NamesAFileAndSwitchesBehindTheFirstSlash) {
         EXPECT_EQ(ParseCommandLine(text, state, status), c.result) << c.text;
         EXPECT_EQ(state.CurrentFile, c.file) << c.text;
         EXPECT_EQ(state.PlayMode, c.mode) << c.text;
+        if (c.mode != 2) {
+            EXPECT_EQ(display.playMode, PlayModeWord(c.mode)) << c.text;
+        }
         EXPECT_EQ(text, c.cut) << c.text;
     }
-}
-
-TEST(CommandLine, AModeIsShownByItsWord) {
-    GlobalState state;
-    FakeDisplay display;
-    StatusDisplay status(state, display);
-    std::string text = "/m3";
-    ParseCommandLine(text, state, status);
-    EXPECT_EQ(display.playMode, "RANDOM");
 }
 
 }  // namespace

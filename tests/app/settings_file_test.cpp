@@ -70,6 +70,17 @@ struct Program {
 
 constexpr const char* kPath = "C:\\Quenlox\\Quenlox.ini";
 
+// What a run leaves in its file, which held `stored` before; `act` is what the user does in between.
+IniDocument SavedBy(const std::string& stored, const std::function<void(Program&)>& act = {}) {
+    FakeFileSystem files;
+    files.add(kPath, stored);
+    Program run(files);
+    run.settings.LoadSettings();
+    if (act) act(run);
+    run.settings.SaveSettings();
+    return IniDocument::Parse(files.bytesOf(kPath));
+}
+
 // What a fresh run writes.
 constexpr const char* kFreshFile =
     "[Main]\r\nX=0\r\nY=0\r\nPlayMode=0\r\nViewType=0\r\nFileName=\r\nSkinName=\r\nTitleMode=0\r\nTimeMode=0\r\nTopMost=0\r\n"
@@ -93,14 +104,8 @@ TEST(SettingsFile, AFreshStartHasTheDefaultsAndWritesEveryKeyInOrder) {
     run.settings.LoadSettings();
     EXPECT_EQ(run.top.leftTwips(), 0);
     EXPECT_EQ(run.top.modeShown, "SINGLE");
-    EXPECT_EQ(run.state.TimeMode, 0);
-    EXPECT_EQ(run.list.width(), 5175);
-    EXPECT_EQ(run.list.height(), 6015);
-    EXPECT_FALSE(run.state.ListShown);
     EXPECT_EQ(run.gra.geLabel[1].caption(), "ROCK");
     EXPECT_EQ(run.state.EqPresetTable[1][1], 50);
-    EXPECT_EQ(run.opt.renameFormat(), "(*N) *T");
-    EXPECT_EQ(run.opt.lyricsFont(), "ＭＳ Ｐゴシック");
     EXPECT_EQ(run.vbmp3.calls, std::vector<std::string>{});
     EXPECT_TRUE(run.settings.SaveSettings());
     EXPECT_EQ(ShiftJisToUtf8(files.bytesOf(kPath)), kFreshFile);
@@ -150,14 +155,12 @@ TEST(SettingsFile, WhatIsWrittenIsReadBackAndWrittenTheSame) {
 }
 
 TEST(SettingsFile, StoredValuesAreTakenAsTheRulesOfEachKeySay) {
-    struct Case {
-        const char* section;
-        const char* key;
+    const std::string path200(200, 'a');
+    const struct {
+        const char *section, *key;
         std::string stored;
         std::string saved;
-    };
-    const std::string path200(200, 'a');
-    const Case cases[] = {
+    } cases[] = {
         {"Main", "PlayMode", "3", "3"},
         {"Main", "PlayMode", "4", "0"},
         {"Main", "PlayMode", "x", "0"},
@@ -192,13 +195,10 @@ TEST(SettingsFile, StoredValuesAreTakenAsTheRulesOfEachKeySay) {
         {"Lyrics", "Color", "-5", "1"},
         {"Lyrics", "Font", "", ""},
     };
-    for (const Case& c : cases) {
-        FakeFileSystem files;
-        files.add(kPath, EncodeText("[" + std::string(c.section) + "]\r\n" + c.key + "=" + c.stored + "\r\n"));
-        Program run(files);
-        run.settings.LoadSettings();
-        run.settings.SaveSettings();
-        EXPECT_EQ(IniDocument::Parse(files.bytesOf(kPath)).find(c.section, c.key), c.saved) << c.key << '=' << c.stored;
+    for (const auto& c : cases) {
+        const std::string text = "[" + std::string(c.section) + "]\r\n" + c.key + "=" + c.stored + "\r\n";
+        const IniDocument saved = SavedBy(EncodeText(text));
+        EXPECT_EQ(saved.find(c.section, c.key), c.saved) << c.key << '=' << c.stored;
     }
 }
 
@@ -211,13 +211,12 @@ TEST(SettingsFile, EveryControlOfTheOptionsIsWrittenUnderItsKeyAndFilledFromIt) 
         return [group, index](FormOpt& opt) { (opt.*group)[index].setValue(true); };
     };
     const auto type = [](TextBox FormOpt::*box) { return [box](FormOpt& opt) { (opt.*box).setText("D:\\曲 1"); }; };
-    struct Case {
+    const struct {
         const char* key;
         std::function<void(FormOpt&)> change;
         const char* saved;
         const char* section = "Option";
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"AnimeMode", check(&FormOpt::CheckAnime), "1"},
         {"AnimeTime", slide(&FormOpt::HScrollAnime, 7), "7"},
         {"SpeanaMode", check(&FormOpt::CheckSpeana), "1"},
@@ -252,81 +251,62 @@ TEST(SettingsFile, EveryControlOfTheOptionsIsWrittenUnderItsKeyAndFilledFromIt) 
         {"ListTime", check(&FormOpt::CheckListTime), "0"},
         {"DelList", check(&FormOpt::CheckDelList), "1"},
     };
-    for (const Case& c : cases) {
-        FakeFileSystem files;
-        std::string fresh;
-        {
-            Program run(files);
-            run.settings.LoadSettings();
-            run.settings.SaveSettings();
-            fresh = files.bytesOf(kPath);
-            c.change(run.opt);
-            run.settings.SaveSettings();
-        }
-        const auto saved = [&] { return IniDocument::Parse(files.bytesOf(kPath)).find(c.section, c.key); };
-        EXPECT_EQ(saved(), c.saved) << c.key;
-        Program next(files);
-        next.settings.LoadSettings();
-        next.settings.SaveSettings();
-        EXPECT_EQ(saved(), c.saved) << c.key << " after another run";
-        // And the way back to a fresh start.
-        next.settings.resetOptions();
-        next.opt.CheckListType.setValue(0);
-        next.settings.SaveSettings();
-        EXPECT_EQ(saved(), IniDocument::Parse(fresh).find(c.section, c.key)) << c.key << " put back";
+    const IniDocument fresh = SavedBy("");
+    for (const auto& c : cases) {
+        const auto changed = SavedBy("", [&](Program& run) { c.change(run.opt); });
+        EXPECT_EQ(changed.find(c.section, c.key), c.saved) << c.key;
+        EXPECT_EQ(SavedBy(changed.serialise()).find(c.section, c.key), c.saved) << c.key << " after another run";
+        const auto reset = SavedBy(changed.serialise(), [](Program& run) {
+            run.settings.resetOptions();
+            run.opt.CheckListType.setValue(0);
+        });
+        EXPECT_EQ(reset.find(c.section, c.key), fresh.find(c.section, c.key)) << c.key << " put back";
     }
 }
 
 TEST(SettingsFile, ColumnsFollowTheModeOfTheLists) {
-    struct Case {
+    constexpr std::array<bool, 6> byFile{false, false, false, true, true, true};
+    constexpr std::array<bool, 6> byTag{true, true, true, false, true, true};
+    const struct {
         const char* options;
         std::array<int, 5> widths;
         std::optional<std::string> titleSaved;
         std::optional<std::string> timeSaved;
         std::array<bool, 6> sortItems;
-    };
-    constexpr std::array<bool, 6> byFile{false, false, false, true, true, true};
-    constexpr std::array<bool, 6> byTag{true, true, true, false, true, true};
-    const Case cases[] = {
+    } cases[] = {
         {"ColumnTitle=7\r\nColumnTime=8\r\n", {9000, 0, 0, 0, 0}, "7", "8", byFile},
         {"ListType=1\r\n", {162, 113, 162, 40, 300}, "162", "40", byTag},
         {"ListTypeS=1\r\nColumnTitle=7\r\n", {7, 113, 162, 40, 300}, "7", "40", byFile},
         {"ListType=1\r\nListTime=0\r\n", {162, 113, 162, 0, 300}, "162", std::nullopt, byTag},
     };
-    for (const Case& c : cases) {
-        FakeFileSystem files;
-        files.add(kPath, std::string("[Option]\r\n") + c.options);
-        Program run(files);
-        run.state.CurrentIndex = {1, 2, 3, 4};
-        run.settings.LoadSettings();
-        for (int view = 0; view < FormList::kViews; ++view) EXPECT_EQ(run.list.columnWidths(view), c.widths) << c.options;
-        for (std::size_t i = 0; i < c.sortItems.size(); ++i) EXPECT_EQ(run.list.menuSort.items[i].visible, c.sortItems[i]) << i;
-        EXPECT_EQ(run.state.CurrentIndex, (std::array{-1, -1, -1, 4}));
-        run.settings.SaveSettings();
-        const IniDocument saved = IniDocument::Parse(files.bytesOf(kPath));
+    for (const auto& c : cases) {
+        const IniDocument saved = SavedBy(std::string("[Option]\r\n") + c.options, [&](Program& run) {
+            for (int view = 0; view < FormList::kViews; ++view) {
+                EXPECT_EQ(run.list.columnWidths(view), c.widths) << c.options;
+            }
+            for (std::size_t i = 0; i < c.sortItems.size(); ++i) {
+                EXPECT_EQ(run.list.menuSort.items[i].visible, c.sortItems[i]) << i;
+            }
+        });
         EXPECT_EQ(saved.find("Option", "ColumnTitle"), c.titleSaved) << c.options;
         EXPECT_EQ(saved.find("Option", "ColumnTime"), c.timeSaved) << c.options;
     }
 }
 
-TEST(SettingsFile, WidthsAreThoseOfTheCurrentListsView) {
-    FakeFileSystem files;
-    files.add(kPath, "[Option]\r\nListType=1\r\nListNo=1\r\n");
-    Program run(files);
-    run.settings.LoadSettings();
-    run.list.PlayView[1].setColumnWidth(0, 55);
-    run.settings.SaveSettings();
-    EXPECT_EQ(IniDocument::Parse(files.bytesOf(kPath)).find("Option", "ColumnTitle"), "55");
+TEST(SettingsFile, WidthsAreThoseOfTheCurrentListsViewAndNotOfTheOneWideColumn) {
+    const auto titleWidth = [](const IniDocument& saved) { return saved.find("Option", "ColumnTitle"); };
+    const auto widen = [](Program& run) { run.list.PlayView[1].setColumnWidth(0, 55); };
+    EXPECT_EQ(titleWidth(SavedBy("[Option]\r\nListType=1\r\nListNo=1\r\n", widen)), "55");
+    const auto showColumns = [](Program& run) { run.opt.CheckListTypeS.setValue(1); };
+    EXPECT_EQ(titleWidth(SavedBy("[Option]\r\nColumnTitle=77\r\n", showColumns)), "77");
 }
 
-TEST(SettingsFile, ColumnsChosenInThisRunDoNotSaveTheOneWideColumn) {
+TEST(SettingsFile, AStartForgetsWhichRowsWereCurrentButTheFolders) {
     FakeFileSystem files;
-    files.add(kPath, "[Option]\r\nColumnTitle=77\r\n");
     Program run(files);
+    run.state.CurrentIndex = {1, 2, 3, 4};
     run.settings.LoadSettings();
-    run.opt.CheckListTypeS.setValue(1);
-    run.settings.SaveSettings();
-    EXPECT_EQ(IniDocument::Parse(files.bytesOf(kPath)).find("Option", "ColumnTitle"), "77");
+    EXPECT_EQ(run.state.CurrentIndex, (std::array{-1, -1, -1, 4}));
 }
 
 TEST(SettingsFile, TheBrowserOpensTheFolderOnlyWhenItIsThere) {
@@ -350,13 +330,9 @@ TEST(SettingsFile, AProgramInTheRootOfADriveHasItsFileThere) {
 }
 
 TEST(SettingsFile, CommentsAndUnknownKeysOutliveARun) {
-    FakeFileSystem files;
-    files.add(kPath, "; my settings\r\n[Main]\r\nMine=1\r\nX=5\r\n[Other]\r\nK=v\r\n");
-    Program run(files);
-    run.settings.LoadSettings();
-    run.settings.SaveSettings();
-    EXPECT_TRUE(files.bytesOf(kPath).starts_with("; my settings\r\n[Main]\r\nMine=1\r\nX=5\r\nY=0\r\n"));
-    EXPECT_EQ(IniDocument::Parse(files.bytesOf(kPath)).find("Other", "K"), "v");
+    const IniDocument saved = SavedBy("; my settings\r\n[Main]\r\nMine=1\r\nX=5\r\n[Other]\r\nK=v\r\n");
+    EXPECT_TRUE(saved.serialise().starts_with("; my settings\r\n[Main]\r\nMine=1\r\nX=5\r\nY=0\r\n"));
+    EXPECT_EQ(saved.find("Other", "K"), "v");
 }
 
 TEST(SettingsFile, AFileThatCannotBeReadOrWrittenIsLeftAlone) {

@@ -14,8 +14,7 @@ TEST(UserFiles, StayBesideTheProgramUnlessNobodyMayWriteThere) {
     const struct {
         const char* program;
         bool writable;
-        const char* applicationData;
-        const char* expected;
+        const char *applicationData, *expected;
     } cases[] = {
         {kProgram, true, "C:\\Users\\A\\AppData\\Roaming", kProgram},
         {kProgram, true, "", kProgram},

@@ -8,16 +8,18 @@
 namespace quenlox {
 namespace {
 
+using OpenMedia = PlayerTest;
+using PlayMedia = PlayerTest;
+
 using testing::ElementsAre;
 
 TEST(MediaKind, IsToldByTheExtensionElseByTheDecodingLibrary) {
-    struct Case {
+    const struct {
         const char* path;
         int type;       // what the library says, negative: refused
         int kind;
         const char* name;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"C:\\SONG.MID", -2, 10, "MIDI"},        {"C:\\a.rmi", 1, 10, "MIDI"},
         {"D:\\Track07.CDA", -2, 20, "CD-DA"},    {"C:\\a.Wma", 1, 30, "WMA"},
         {"C:\\song.MP3", 1, 3, "MP3"},           {"C:\\a.wav", 64, 1, "WAV"},
@@ -28,7 +30,7 @@ TEST(MediaKind, IsToldByTheExtensionElseByTheDecodingLibrary) {
         {"C:\\a.mp3", 1 | 4 | 32, 1203, "MP3"},  {"C:\\a.txt", -2, 0, ""},
         {"mid", -2, 0, ""},                      {"x", 1, 3, "MP3"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         if (c.type >= 0) p.vbmp3.addFile(c.path, c.type);
         p.state.CurrentFile = c.path;
@@ -39,33 +41,29 @@ TEST(MediaKind, IsToldByTheExtensionElseByTheDecodingLibrary) {
     }
 }
 
-TEST(OpenMedia, ClosesBothBackEndsBeforeAnythingElse) {
-    Player p;
-    p.addMp3("C:\\a.mp3");
-    p.open("C:\\a.mp3");
-    EXPECT_THAT(p.vbmp3.calls, ElementsAre("clearLyrics", "close", "open C:\\a.mp3"));
-    EXPECT_THAT(p.mci.commands, ElementsAre("stop MediaFile", "close MediaFile"));
-    EXPECT_EQ(p.state.PlayerStatus, kLoad);
-    EXPECT_EQ(p.display.status, "LOAD");
-    EXPECT_EQ(p.windows.pumps, 1);
+TEST_F(OpenMedia, ClosesBothBackEndsBeforeAnythingElse) {
+    addMp3("C:\\a.mp3");
+    open("C:\\a.mp3");
+    EXPECT_THAT(vbmp3.calls, ElementsAre("clearLyrics", "close", "open C:\\a.mp3"));
+    EXPECT_THAT(mci.commands, ElementsAre("stop MediaFile", "close MediaFile"));
+    EXPECT_EQ(state.PlayerStatus, kLoad);
+    EXPECT_EQ(display.status, "LOAD");
+    EXPECT_EQ(windows.pumps, 1);
 }
 
-TEST(OpenMedia, ShowsWhatTheFileSaysOfItself) {
-    struct Case {
+TEST_F(OpenMedia, ShowsWhatTheFileSaysOfItself) {
+    const struct {
         int type;
         const char* title;
-        int vbr;
-        int titleMode;
-        const char* titleShown;
-        const char* information;
-    };
-    const Case cases[] = {
+        int vbr, titleMode;
+        const char *titleShown, *information;
+    } cases[] = {
         {VBMP3_TYPE_MPEG, "Song", 0, 1, "Song", "MPEG1 Layer3 44.1kHz 128kbps"},
         {VBMP3_TYPE_MPEG, "Song", 1, 0, "曲.mp3", "MPEG1 Layer3 44.1kHz 128kbps VBR"},
         {VBMP3_TYPE_MPEG, "", 0, 1, "no title", "MPEG1 Layer3 44.1kHz 128kbps"},
         {VBMP3_TYPE_WAVE, "", 0, 0, "曲.mp3", "WAVE PCM"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.files.add("C:\\音楽\\曲.mp3");
         p.vbmp3.addFile("C:\\音楽\\曲.mp3", c.type, 225, c.title).variableBitRate = c.vbr;
@@ -81,7 +79,7 @@ TEST(OpenMedia, ShowsWhatTheFileSaysOfItself) {
     }
 }
 
-TEST(OpenMedia, AFileThatIsNotThereLeavesThePlayerStopped) {
+TEST_F(OpenMedia, AFileThatIsNotThereLeavesThePlayerStopped) {
     for (const char* path : {"", "C:\\gone.mp3"}) {
         Player p;
         p.state.PlayerStatus = kPlay;
@@ -93,32 +91,30 @@ TEST(OpenMedia, AFileThatIsNotThereLeavesThePlayerStopped) {
     }
 }
 
-TEST(CloseMedia, LetsGoOfTheFileAndTheNextPlayOpensItAgain) {
-    Player p;
-    p.addMp3("C:\\a.mp3");
-    p.open("C:\\a.mp3");
-    p.engine.CloseMedia();
-    EXPECT_EQ(p.vbmp3.openFile, "");
-    EXPECT_EQ(p.engine.PlayMedia(), MediaEngine::PlayResult::Playing);
-    p.engine.PlayMedia();
-    EXPECT_EQ(p.vbmp3.openFile, "C:\\a.mp3");
-    EXPECT_EQ(p.vbmp3.count("clearLyrics"), 2) << "opened once more and not each time";
+TEST_F(OpenMedia, AFileThatWasLetGoOfIsOpenedAgainByTheNextPlay) {
+    addMp3("C:\\a.mp3");
+    open("C:\\a.mp3");
+    engine.CloseMedia();
+    EXPECT_EQ(vbmp3.openFile, "");
+    EXPECT_EQ(engine.PlayMedia(), MediaEngine::PlayResult::Playing);
+    engine.PlayMedia();
+    EXPECT_EQ(vbmp3.openFile, "C:\\a.mp3");
+    EXPECT_EQ(vbmp3.count("clearLyrics"), 2) << "opened once more and not each time";
 }
 
-TEST(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
-    struct Case {
+TEST_F(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
+    const struct {
         const char* path;
         std::vector<std::string> commands;  // behind the closing ones
         const char* title;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"C:\\a b.mid", {"open \"C:\\a b.mid\" type sequencer alias MediaFile", "set MediaFile time format ms", "status MediaFile length"}, "Tune"},
         {"D:\\Track12.cda", {"open \"D:\\Track12.cda\" alias MediaFile", "set MediaFile time format ms",
                              "status MediaFile position track 12", "status MediaFile length track 12"}, "Compact Disk"},
         {"C:\\a.wma", {"open \"C:\\a.wma\" alias MediaFile", "set MediaFile time format ms", "status MediaFile length"}, "a.wma"},
         {"C:\\a.wav", {"open \"C:\\a.wav\" alias MediaFile", "set MediaFile time format ms", "status MediaFile length"}, "a.wav"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.files.add(c.path, std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0C\0\xFF\3\4Tune\0\xFF\x2F\0", 34));
         p.mci.answers["status MediaFile length"] = {0, "95500"};
@@ -135,20 +131,19 @@ TEST(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
     }
 }
 
-TEST(OpenMedia, ATrackWhoseDriveHasAnotherLetterNowIsFoundWhereTheDiscIs) {
-    struct Case {
+TEST_F(OpenMedia, ATrackWhoseDriveHasAnotherLetterNowIsFoundWhereTheDiscIs) {
+    const struct {
         const char* chosen;  // the drive of the options
         std::vector<const char*> tracks;
         const char* opened;  // null: nothing
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"", {"D:\\Track02.cda", "E:\\Track02.cda"}, "D:\\Track02.cda"},
         {"E:", {"D:\\Track02.cda", "E:\\Track02.cda"}, "E:\\Track02.cda"},
         {"E:", {"X:\\Track02.cda", "E:\\Track02.cda"}, "X:\\Track02.cda"},  // it is where it was
         {"E:", {"D:\\Track02.cda"}, nullptr},
         {"", {"C:\\Track02.cda"}, nullptr},  // no drive for discs
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::CdRom}};
         for (const char* track : c.tracks) p.files.add(track);
@@ -161,44 +156,41 @@ TEST(OpenMedia, ATrackWhoseDriveHasAnotherLetterNowIsFoundWhereTheDiscIs) {
     }
 }
 
-TEST(OpenMedia, ARefusedOpenLeavesTheLengthAtZero) {
-    Player p;
-    p.files.add("C:\\a.wma");
-    p.mci.answers["open \"C:\\a.wma\" alias MediaFile"] = {275, ""};
-    p.mci.answers["status MediaFile length"] = {0, "95500"};
-    p.open("C:\\a.wma");
-    EXPECT_EQ(p.state.TotalSeconds, 0);
-    EXPECT_EQ(p.mci.count("status MediaFile length"), 0);
+TEST_F(OpenMedia, ARefusedOpenLeavesTheLengthAtZero) {
+    files.add("C:\\a.wma");
+    mci.answers["open \"C:\\a.wma\" alias MediaFile"] = {275, ""};
+    mci.answers["status MediaFile length"] = {0, "95500"};
+    open("C:\\a.wma");
+    EXPECT_EQ(state.TotalSeconds, 0);
+    EXPECT_EQ(mci.count("status MediaFile length"), 0);
 
-    p.files.add("C:\\a.txt");
-    p.open("C:\\a.txt");
-    EXPECT_EQ(p.vbmp3.count("open C:\\a.txt"), 0);
-    EXPECT_EQ(p.state.MediaKind, kUnknownKind);
+    files.add("C:\\a.txt");
+    open("C:\\a.txt");
+    EXPECT_EQ(vbmp3.count("open C:\\a.txt"), 0);
+    EXPECT_EQ(state.MediaKind, kUnknownKind);
 }
 
-TEST(OpenMedia, AnotherFileOpenedWhileMessagesAreHandledWins) {
-    Player p;
-    p.addMp3("C:\\slow.mp3", 100);
-    p.addMp3("C:\\other.mp3", 200);
-    p.windows.onPump = [&] {
-        p.windows.onPump = nullptr;
-        p.open("C:\\other.mp3");
+TEST_F(OpenMedia, AnotherFileOpenedWhileMessagesAreHandledWins) {
+    addMp3("C:\\slow.mp3", 100);
+    addMp3("C:\\other.mp3", 200);
+    windows.onPump = [&] {
+        windows.onPump = nullptr;
+        open("C:\\other.mp3");
     };
-    p.open("C:\\slow.mp3");
-    EXPECT_EQ(p.display.title, "other.mp3");
-    EXPECT_EQ(p.state.TotalSeconds, 200);
+    open("C:\\slow.mp3");
+    EXPECT_EQ(display.title, "other.mp3");
+    EXPECT_EQ(state.TotalSeconds, 200);
 }
 
-TEST(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
+TEST_F(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
     using enum MediaEngine::PlayResult;
-    struct Case {
+    const struct {
         const char* path;
         int code;         // error number of the library, or of the media control; 0: it plays
         MediaEngine::PlayResult result;
         int status;       // 4 beforehand
         const char* command;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"C:\\a.mp3", 0, Playing, kPlay, nullptr},
         {"C:\\a.mp3", 25, Waiting, kWait, nullptr},
         {"C:\\a.mp3", 3, Failed, kLoad, nullptr},
@@ -210,7 +202,7 @@ TEST(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
         {"D:\\Track02.cda", 337, Failed, kLoad, "play MediaFile from 7000"},
         {"C:\\a.txt", 0, Failed, kLoad, nullptr},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.files.add(c.path);
         p.vbmp3.addFile("C:\\a.mp3");
@@ -231,38 +223,36 @@ TEST(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
     EXPECT_EQ(p.vbmp3.count("play"), 0);
 }
 
-TEST(PlayMedia, SaysOnceThatThereIsNoSoundDevice) {
-    Player p;
-    p.vbmp3.deviceThere = false;
-    p.addMp3("C:\\a.mp3");
-    p.open("C:\\a.mp3");
-    const std::string before = p.display.info;
-    p.engine.PlayMedia();
-    EXPECT_EQ(p.display.info, before + " ﾃﾞﾊﾞｲｽなし");
-    p.vbmp3.deviceThere = true;
-    p.engine.PlayMedia();
-    EXPECT_EQ(p.display.info, before) << "it is back";
-    p.vbmp3.deviceThere = false;
-    p.open("C:\\a.mp3");
-    p.engine.PlayMedia();
-    EXPECT_EQ(p.display.info, before);
-    EXPECT_EQ(p.state.PlayerStatus, kPlay);
+TEST_F(PlayMedia, SaysOnceThatThereIsNoSoundDevice) {
+    vbmp3.deviceThere = false;
+    addMp3("C:\\a.mp3");
+    open("C:\\a.mp3");
+    const std::string before = display.info;
+    engine.PlayMedia();
+    EXPECT_EQ(display.info, before + " ﾃﾞﾊﾞｲｽなし");
+    vbmp3.deviceThere = true;
+    engine.PlayMedia();
+    EXPECT_EQ(display.info, before) << "it is back";
+    vbmp3.deviceThere = false;
+    open("C:\\a.mp3");
+    engine.PlayMedia();
+    EXPECT_EQ(display.info, before);
+    EXPECT_EQ(state.PlayerStatus, kPlay);
 }
 
 TEST(PauseMedia, GoesToTheBackEndThatPlaysAndKind40OnlyChangesItsWord) {
-    struct Case {
+    const struct {
         const char* path;
         std::vector<std::string> library;
         std::vector<std::string> commands;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"C:\\a.mp3", {"pause", "restart"}, {}},
         {"C:\\a.mid", {}, {"pause MediaFile", "play MediaFile"}},
         {"D:\\Track01.cda", {}, {"pause MediaFile", "play MediaFile"}},
         {"C:\\a.wma", {}, {"pause MediaFile", "play MediaFile"}},
         {"C:\\a.wav", {}, {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.files.add(c.path);
         p.vbmp3.addFile("C:\\a.mp3");
@@ -292,12 +282,11 @@ TEST(PauseMedia, DoesNothingUnlessPlayingOrPaused) {
 }
 
 TEST(SeekMedia, MovesInProportion) {
-    struct Case {
+    const struct {
         const char* path;
         int status;
         std::vector<std::string> calls;  // of either back end
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"C:\\a.mp3", kPlay, {"seek 47.500000"}},
         {"C:\\a.mid", kPlay, {"play MediaFile from 47500"}},
         {"C:\\a.wma", kPause, {"play MediaFile from 47500", "pause MediaFile"}},
@@ -305,7 +294,7 @@ TEST(SeekMedia, MovesInProportion) {
         {"C:\\a.wav", kPlay, {}},
         {"C:\\a.txt", kPlay, {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.files.add(c.path);
         p.vbmp3.addFile("C:\\a.mp3");
@@ -342,36 +331,27 @@ TEST(StopMedia, ResetsTimeAndStatusAndStopsTheBackEndThatPlays) {
     }
 }
 
-TEST(StatusDisplay, HasAWordForEveryCode) {
-    struct Case {
-        int status;
-        int pitch;
+// The other words are seen by the tests of what brings them about.
+TEST(StatusDisplay, APitchShowsWhilePlayingOnlyAndAnUnknownCodeIsAStop) {
+    const struct {
+        int status, pitch;
         const char* word;
-    };
-    const Case cases[] = {{0, 0, "STOP"},   {1, 0, "PLAY"},  {1, 1, " PLAY↑"}, {1, 2, " PLAY↓"}, {1, 3, " PLAY⇒"}, {2, 1, "PAUSE"},
-                          {3, 0, "ERROR"},  {4, 0, "LOAD"},  {5, 0, "WAIT"},   {6, 0, "Decode"}, {7, 0, "Encode"}, {8, 0, "STOP"},
-                          {-1, 0, "STOP"},  {1, 9, "PLAY"}};
-    for (const Case& c : cases) EXPECT_EQ(StatusWord(c.status, c.pitch), c.word) << c.status;
-    Player p;
-    p.state.PlayerStatus = kPause;
-    p.engine.status().ShowStatus();
-    EXPECT_EQ(p.display.status, "PAUSE");
-    p.engine.status().ShowStatus(kEncode);
-    EXPECT_EQ(p.display.status, "Encode");
+    } cases[] = {{kPlay, 9, "PLAY"},     {kPause, 1, "PAUSE"},   {kError, 0, "ERROR"}, {kDecode, 0, "Decode"},
+                 {kEncode, 0, "Encode"}, {8, 0, "STOP"},         {-1, 0, "STOP"}};
+    for (const auto& c : cases) EXPECT_EQ(StatusWord(c.status, c.pitch), c.word) << c.status;
 }
 
 TEST(StatusDisplay, ShowsElapsedOrRemainingTimeAndAlwaysTheElapsedFraction) {
-    struct Case {
+    const struct {
         int total, seconds, timeMode, status;
         const char* time;   // "?" beforehand
         double bar;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {100, 75, 0, kPlay, "01:15", 0.75}, {100, 75, 1, kPlay, "00:25", 0.75},  {12000, 6000, 0, kPlay, "100:00", 0.5},
         {100, 105, 1, kPlay, "00:-05", 1},  {100, 0, 0, kStop, "00:00", 0},      {0, 5, 0, kPlay, "00:05", 0},
         {100, 50, 0, kEncode, "?", 0.5},    {100, 50, 0, kDecode, "00:50", 0.5},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.state.TotalSeconds = c.total;
         p.state.TimeMode = c.timeMode;

@@ -30,12 +30,11 @@ std::string Riff(const std::string& midi) {
 }
 
 TEST(MidiTitle, IsTheNameOfTheFirstTrackElseItsTextElseALaterName) {
-    struct Case {
+    const struct {
         const char* what;
         std::string file;
         std::string title;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"name", kHead + Chunk("MTrk", Meta(3, "Song") + kEnd), "Song"},
         {"name wins over an earlier text", kHead + Chunk("MTrk", Meta(1, "by me") + Meta(3, "Song") + kEnd), "Song"},
         {"text of the first track wins over a later name",
@@ -54,7 +53,7 @@ TEST(MidiTitle, IsTheNameOfTheFirstTrackElseItsTextElseALaterName) {
         {"chunk longer than the file", kHead + "MTrk\xFF\xFF\xFF\xFF"s + Meta(3, "Song"), "Song"},
         {"endless number", kHead + Chunk("MTrk", std::string(100, '\xFF')), ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(MidiTitle(c.file), c.title) << c.what;
+    for (const auto& c : cases) EXPECT_EQ(MidiTitle(c.file), c.title) << c.what;
 }
 
 TEST(MidiTitle, NoBytesBreakIt) {

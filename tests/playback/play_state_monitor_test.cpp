@@ -9,6 +9,12 @@
 namespace quenlox {
 namespace {
 
+using Poll = PlayerTest;
+using NextTrack = PlayerTest;
+using PreviousTrack = PlayerTest;
+using DelList = PlayerTest;
+using Modes = PlayerTest;
+
 using testing::ElementsAre;
 
 TEST(TrackStep, WrapsAtBothEndsOfAList) {
@@ -35,17 +41,18 @@ TEST(TrackStep, ARandomOrderThatDoesNotFitItsListIsDrawnAnew) {
 }
 
 TEST(EndOfTrack, IsDecidedByIntentModeStatusAndList) {
-    struct Case {
+    const struct {
         int intent, mode, status, tracks;
         const char* happens;  // "next", "again", "stop"
-    };
-    const Case cases[] = {
+    } cases[] = {
         {1, kProgram, kPlay, 2, "next"},  {2, kProgram, kPlay, 2, "next"},   {1, kRandom, kPlay, 2, "next"},
         {0, kProgram, kPlay, 2, "stop"},  {1, kProgram, kPlay, 0, "stop"},   {1, kProgram, kLoad, 2, "stop"},
         {1, kRepeat, kPlay, 0, "again"},  {0, kRepeat, kPlay, 2, "stop"},    {1, kSingle, kPlay, 2, "stop"},
         {1, kProgram, kDecode, 2, "decoded"},
+        // No track of its own can end in these: they stay.
+        {1, kProgram, kError, 2, "stop"}, {1, kProgram, kWait, 2, "stop"},   {1, kProgram, kEncode, 2, "stop"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.options.values.gaplessNext = false;
         p.fillList(2);
@@ -62,96 +69,67 @@ TEST(EndOfTrack, IsDecidedByIntentModeStatusAndList) {
                                      : p.vbmp3.count("play") == 1            ? "again"
                                                                              : "stop";
         EXPECT_EQ(happened, c.happens) << c.intent << c.mode << c.status << c.tracks;
-        EXPECT_EQ(p.state.PlayerStatus, happened == "next" || happened == "again" ? kPlay : kStop);
+        const bool left = c.status == kError || c.status == kWait || c.status == kEncode;
+        EXPECT_EQ(p.state.PlayerStatus, happened == "next" || happened == "again" ? kPlay : left ? c.status : kStop);
     }
 }
 
-TEST(Poll, LeavesAlonWhatNoTrackOfItsOwnCanEnd) {
-    for (const int status : {kStop, kError, kWait, kEncode}) {
-        Player p;
-        p.addMp3("C:\\a.mp3");
-        p.open("C:\\a.mp3");
-        p.state.PlayerStatus = status;
-        p.endTrack();
-        EXPECT_EQ(p.state.PlayerStatus, status);
+TEST_F(Poll, KeepsThePositionOfTheDecodingLibrary) {
+    fillList(1);
+    playRow(0, kSingle);
+    vbmp3.seconds = 42;
+    monitor.Timer1_Timer();
+    EXPECT_EQ(state.PositionSeconds, 42);
+    EXPECT_EQ(display.time, "00:42");
+    engine.PauseMedia();
+    display.time = "?";
+    monitor.Timer1_Timer();
+    EXPECT_EQ(display.time, "?");
+    EXPECT_EQ(state.PlayerStatus, kPause);
+}
+
+TEST_F(Poll, FollowsTheMediaControl) {
+    files.add("C:\\a.mid");
+    mci.answers["status MediaFile length"] = {0, "95500"};
+    open("C:\\a.mid");
+    engine.PlayMedia();
+    mci.answers["status MediaFile mode"] = {0, "playing"};
+    mci.answers["status MediaFile position"] = {0, "12999"};
+    monitor.Timer1_Timer();
+    EXPECT_EQ(state.PositionSeconds, 12);
+    EXPECT_EQ(display.time, "00:12");
+    mci.answers["status MediaFile mode"] = {0, std::string("Stopped\0junk", 12)};
+    engine.PauseMedia();
+    monitor.Timer1_Timer();
+    EXPECT_EQ(state.PlayerStatus, kPause) << "some drivers stop for a pause";
+    const std::vector<FakeMediaControl::Answer> ends{{0, std::string("Stopped\0junk", 12)}, {263, ""}};
+    for (const FakeMediaControl::Answer& ended : ends) {
+        state.PlayerStatus = kPlay;
+        mci.answers["status MediaFile mode"] = ended;
+        monitor.Timer1_Timer();
+        EXPECT_EQ(state.PlayerStatus, kStop);
     }
 }
 
-TEST(Poll, KeepsThePositionOfTheDecodingLibrary) {
-    Player p;
-    p.fillList(1);
-    p.playRow(0, kSingle);
-    p.vbmp3.seconds = 42;
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.state.PositionSeconds, 42);
-    EXPECT_EQ(p.display.time, "00:42");
-    p.engine.PauseMedia();
-    p.display.time = "?";
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.display.time, "?");
-    EXPECT_EQ(p.state.PlayerStatus, kPause);
+TEST_F(Poll, ACdTrackCountsFromItsStartAndStopsAtItsOwnEnd) {
+    files.add("D:\\Track02.cda");
+    mci.answers["status MediaFile position track 02"] = {0, "180000"};
+    mci.answers["status MediaFile length track 02"] = {0, "60000"};
+    mci.answers["status MediaFile mode"] = {0, "playing"};
+    open("D:\\Track02.cda");
+    engine.PlayMedia();
+    mci.commands.clear();
+    mci.answers["status MediaFile position"] = {0, "239999"};
+    monitor.Timer1_Timer();
+    EXPECT_EQ(state.PositionSeconds, 59);
+    EXPECT_EQ(mci.count("stop MediaFile"), 0);
+    mci.answers["status MediaFile position"] = {0, "240000"};
+    monitor.Timer1_Timer();
+    EXPECT_EQ(display.time, "01:00");
+    EXPECT_EQ(mci.count("stop MediaFile"), 1);
 }
 
-TEST(Poll, FollowsTheMediaControl) {
-    Player p;
-    p.files.add("C:\\a.mid");
-    p.mci.answers["status MediaFile length"] = {0, "95500"};
-    p.open("C:\\a.mid");
-    p.engine.PlayMedia();
-    p.mci.answers["status MediaFile mode"] = {0, "playing"};
-    p.mci.answers["status MediaFile position"] = {0, "12999"};
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.state.PositionSeconds, 12);
-    EXPECT_EQ(p.display.time, "00:12");
-    p.mci.answers["status MediaFile mode"] = {0, std::string("Stopped\0junk", 12)};
-    p.engine.PauseMedia();
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.state.PlayerStatus, kPause) << "some drivers stop for a pause";
-    p.engine.PauseMedia();
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.state.PlayerStatus, kStop);
-}
-
-TEST(Poll, ADeviceThatDoesNotAnswerHasStopped) {
-    Player p;
-    p.files.add("C:\\a.wma");
-    p.mci.answers["status MediaFile mode"] = {263, ""};
-    p.open("C:\\a.wma");
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.state.PlayerStatus, kStop);
-}
-
-TEST(Poll, ACdTrackCountsFromItsStartAndStopsAtItsOwnEnd) {
-    Player p;
-    p.files.add("D:\\Track02.cda");
-    p.mci.answers["status MediaFile position track 02"] = {0, "180000"};
-    p.mci.answers["status MediaFile length track 02"] = {0, "60000"};
-    p.mci.answers["status MediaFile mode"] = {0, "playing"};
-    p.open("D:\\Track02.cda");
-    p.engine.PlayMedia();
-    p.mci.commands.clear();
-    p.mci.answers["status MediaFile position"] = {0, "239999"};
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.state.PositionSeconds, 59);
-    EXPECT_EQ(p.mci.count("stop MediaFile"), 0);
-    p.mci.answers["status MediaFile position"] = {0, "240000"};
-    p.monitor.Timer1_Timer();
-    EXPECT_EQ(p.display.time, "01:00");
-    EXPECT_EQ(p.mci.count("stop MediaFile"), 1);
-}
-
-TEST(NextTrack, AnEmptySourceEndsTheIntentSilently) {
-    Player p;
-    p.state.PlayIntent = kForward;
-    p.monitor.NextTrack();
-    EXPECT_EQ(p.state.PlayIntent, kNoIntent);
-    p.state.PlayIntent = kBackward;
-    p.monitor.PreviousTrack();
-    EXPECT_EQ(p.state.PlayIntent, kNoIntent);
-    EXPECT_TRUE(p.vbmp3.calls.empty());
-}
-
-TEST(NextTrack, WalksTheCurrentListOrTheFolder) {
+TEST_F(NextTrack, WalksTheCurrentListOrTheFolder) {
     for (const bool folder : {false, true}) {
         Player p;
         p.fillList(3, folder ? kFolderList : 1);
@@ -173,50 +151,47 @@ TEST(NextTrack, WalksTheCurrentListOrTheFolder) {
     }
 }
 
-TEST(NextTrack, RandomPlaysEachOnceAPassAndLeavesOutTheFirstPositionOfTheFirstOrder) {
-    Player p;
-    p.fillList(3);
-    p.tracks.BuildShuffleOrder(0);  // as at start: 1 2 0
-    p.state.PlayMode = kRandom;
+TEST_F(NextTrack, RandomPlaysEachOnceAPassAndLeavesOutTheFirstPositionOfTheFirstOrder) {
+    fillList(3);
+    tracks.BuildShuffleOrder(0);  // as at start: 1 2 0
+    state.PlayMode = kRandom;
     std::vector<std::string> played;
     for (int i = 0; i < 8; ++i) {
-        p.monitor.NextTrack();
-        played.push_back(p.state.CurrentFile.substr(3, 1));
+        monitor.NextTrack();
+        played.push_back(state.CurrentFile.substr(3, 1));
     }
     EXPECT_THAT(played, ElementsAre("2", "0", "2", "0", "1", "0", "1", "2"));
 }
 
-TEST(PreviousTrack, RandomWalksTheOrderBackAndWrapsWithoutANewOne) {
-    Player p;
-    p.fillList(3);
-    p.tracks.BuildShuffleOrder(0);  // 1 2 0
-    p.state.PlayMode = kRandom;
-    p.state.ShufflePos[0] = 1;
+TEST_F(PreviousTrack, RandomWalksTheOrderBackAndWrapsWithoutANewOne) {
+    fillList(3);
+    tracks.BuildShuffleOrder(0);  // 1 2 0
+    state.PlayMode = kRandom;
+    state.ShufflePos[0] = 1;
     std::vector<std::string> played;
     for (int i = 0; i < 3; ++i) {
-        p.monitor.PreviousTrack();
-        played.push_back(p.state.CurrentFile.substr(3, 1));
+        monitor.PreviousTrack();
+        played.push_back(state.CurrentFile.substr(3, 1));
     }
     EXPECT_THAT(played, ElementsAre("1", "0", "2"));
-    EXPECT_THAT(p.state.ShuffleOrder[0], ElementsAre(1, 2, 0));
+    EXPECT_THAT(state.ShuffleOrder[0], ElementsAre(1, 2, 0));
 }
 
-TEST(DelList, AFileThatCannotBePlayedLeavesTheListsAndTheNextOneIsTried) {
-    Player p;
-    p.options.values.deleteFromList = true;
-    p.fillList(5);
-    p.files.remove("C:\\1.mp3");
-    p.vbmp3.files.erase("C:\\2.mp3");
-    p.playRow(0, kProgram);
-    p.endTrack();
-    EXPECT_EQ(p.state.CurrentFile, "C:\\3.mp3");
-    EXPECT_EQ(p.state.PlayerStatus, kPlay);
-    EXPECT_THAT(p.tracks.lists[0], ElementsAre("C:\\0.mp3", "C:\\3.mp3", "C:\\4.mp3"));
-    EXPECT_EQ(p.state.CurrentIndex[0], 1);
-    EXPECT_TRUE(p.state.ListDirty);
+TEST_F(DelList, AFileThatCannotBePlayedLeavesTheListsAndTheNextOneIsTried) {
+    options.values.deleteFromList = true;
+    fillList(5);
+    files.remove("C:\\1.mp3");
+    vbmp3.files.erase("C:\\2.mp3");
+    playRow(0, kProgram);
+    endTrack();
+    EXPECT_EQ(state.CurrentFile, "C:\\3.mp3");
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+    EXPECT_THAT(tracks.lists[0], ElementsAre("C:\\0.mp3", "C:\\3.mp3", "C:\\4.mp3"));
+    EXPECT_EQ(state.CurrentIndex[0], 1);
+    EXPECT_TRUE(state.ListDirty);
 }
 
-TEST(DelList, ComesToAnEndWhenNothingCanBePlayed) {
+TEST_F(DelList, ComesToAnEndWhenNothingCanBePlayed) {
     for (const std::size_t list : {0U, 2U}) {  // rows of list C stay
         Player p;
         p.options.values.deleteFromList = true;
@@ -226,70 +201,44 @@ TEST(DelList, ComesToAnEndWhenNothingCanBePlayed) {
         p.monitor.NextTrack();
         EXPECT_EQ(p.tracks.lists[list].size(), list == 0 ? 0U : 4U);
         EXPECT_NE(p.state.PlayerStatus, kPlay);
+        p.monitor.PreviousTrack();
+        EXPECT_EQ(p.state.PlayIntent, list == 0 ? kNoIntent : kBackward);
     }
 }
 
-TEST(DelList, OffTheListsStayAsTheyAre) {
-    Player p;
-    p.fillList(2);
-    p.files.remove("C:\\1.mp3");
-    p.playRow(0, kProgram);
-    p.endTrack();
-    EXPECT_EQ(p.tracks.lists[0].size(), 2U);
-    EXPECT_EQ(p.state.CurrentFile, "C:\\1.mp3");
+TEST_F(DelList, OffTheListsStayAsTheyAre) {
+    fillList(2);
+    files.remove("C:\\1.mp3");
+    playRow(0, kProgram);
+    endTrack();
+    EXPECT_EQ(tracks.lists[0].size(), 2U);
+    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
 }
 
-TEST(Wait, IsTriedAgainUntilTheDeviceIsFree) {
-    Player p;
-    p.fillList(1);
-    p.vbmp3.playWorks = false;
-    p.vbmp3.error = VBMP3_ERROR_DEVICE_BUSY;
-    p.playRow(0, kSingle);
-    EXPECT_EQ(p.display.status, "WAIT");
-    p.endTrack();
-    p.monitor.Timer5_Timer();
-    EXPECT_EQ(p.display.status, "WAIT");
-    p.vbmp3.playWorks = true;
-    p.monitor.Timer5_Timer();
-    EXPECT_EQ(p.display.status, "PLAY");
-    p.vbmp3.calls.clear();
-    p.monitor.Timer5_Timer();
-    EXPECT_EQ(p.vbmp3.count("play"), 0);
-}
-
-TEST(Modes, StepOnAndWrap) {
-    Player p;
-    std::vector<std::string> words;
-    for (int i = 0; i < 4; ++i) {
-        p.monitor.StepPlayMode();
-        words.push_back(p.display.playMode);
-    }
-    EXPECT_THAT(words, ElementsAre("REPEAT", "PROGRAM", "RANDOM", "SINGLE"));
-    p.state.PlayMode = -1;
-    p.monitor.StepPlayMode();
-    EXPECT_EQ(p.display.playMode, "SINGLE");
-    p.state.TotalSeconds = 100;
-    p.state.PositionSeconds = 10;
-    p.monitor.StepTimeMode();
-    EXPECT_EQ(p.display.time, "01:30");
-    p.monitor.StepTimeMode();
-    EXPECT_EQ(p.display.time, "00:10");
+TEST_F(Modes, AModeFromABrokenFileBeginsAnewAndTheTimeModeShowsAtOnce) {
+    state.PlayMode = -1;
+    monitor.StepPlayMode();
+    EXPECT_EQ(display.playMode, "SINGLE");
+    state.TotalSeconds = 100;
+    state.PositionSeconds = 10;
+    monitor.StepTimeMode();
+    EXPECT_EQ(display.time, "01:30");
+    monitor.StepTimeMode();
+    EXPECT_EQ(display.time, "00:10");
 }
 
 TEST(Intro, GoesOnAfterTheFirstSecondsUnlessTheUserHasMoved) {
-    struct Case {
-        int mode;
-        int seconds;
+    const struct {
+        int mode, seconds;
         bool sought;
         const char* file;
         int status;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {kProgram, 9, false, "C:\\0.mp3", kPlay},  {kProgram, 10, false, "C:\\1.mp3", kPlay},
         {kProgram, 30, true, "C:\\0.mp3", kPlay},  {kSingle, 10, false, "C:\\0.mp3", kStop},
         {kRepeat, 10, false, "C:\\0.mp3", kPlay},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Player p;
         p.options.values.introPlay = true;
         p.fillList(2);

@@ -13,14 +13,22 @@
 namespace quenlox {
 namespace {
 
+struct Pitch {
+    GlobalState state;
+    FakeVbmp3 vbmp3;
+    FakeOptions options;
+    FakeDisplay display;
+    StatusDisplay status{state, display};
+    PitchControl control{state, vbmp3, options, status};
+};
+
 TEST(VolumeControl, TheBarGivesPercentAndTheMixerItsShareOfTheRange) {
-    struct Case {
+    const struct {
         int y, height, percent;
         std::uint32_t value;
-    };
-    const Case cases[] = {{0, 50, 100, 65535}, {50, 50, 0, 0},     {25, 50, 50, 32768},  // 32767.5 to the even one
+    } cases[] = {{0, 50, 100, 65535}, {50, 50, 0, 0},     {25, 50, 50, 32768},  // 32767.5 to the even one
                           {1, 8, 88, 57671},   {3, 8, 62, 40632},  {-1, 50, 10, 7},      {51, 50, 10, 7}, {0, 0, 10, 7}};
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         GlobalState state;
         state.VolumePercent = 10;
         FakeMixer mixer;
@@ -77,13 +85,12 @@ TEST(VolumeControl, IsReadAtStartAndAFailureLeavesItAsItWas) {
 }
 
 TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
-    struct Case {
+    const struct {
         const char* keys;      // h high, l low, d double, u undo, o the options' amounts move
         int mode;
         std::vector<std::string> calls;
         const char* word;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"h", kHighPitch, {"pitch 130"}, " PLAY↑"},
         {"hh", kNormalPitch, {"pitch 130", "pitch 100"}, "PLAY"},
         {"hl", kLowPitch, {"pitch 130", "pitch 80"}, " PLAY↓"},
@@ -101,46 +108,36 @@ TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
         {"do", kStepPitch, {"step 6 5", "step 7 5"}, " PLAY⇒"},
         {"du", kNormalPitch, {"step 6 5", "step 1 5"}, " PLAY⇒"},
     };
-    for (const Case& c : cases) {
-        GlobalState state;
-        state.MediaKind = 1103;
-        state.PlayerStatus = kPlay;
-        FakeVbmp3 vbmp3;
-        FakeOptions options;
-        FakeDisplay display;
-        StatusDisplay status(state, display);
-        PitchControl pitch(state, vbmp3, options, status);
+    for (const auto& c : cases) {
+        Pitch pitch;
+        pitch.state.MediaKind = 1103;
+        pitch.state.PlayerStatus = kPlay;
         for (const char* key = c.keys; *key != 0; ++key) {
-            if (*key == 'h') pitch.High();
-            if (*key == 'l') pitch.Low();
-            if (*key == 'd') pitch.Double();
-            if (*key == 'u') pitch.Undo();
+            if (*key == 'h') pitch.control.High();
+            if (*key == 'l') pitch.control.Low();
+            if (*key == 'd') pitch.control.Double();
+            if (*key == 'u') pitch.control.Undo();
             if (*key != 'o') continue;
-            options.values.highPitch = 140;
-            options.values.lowPitch = 70;
-            options.values.stepPitch = 7;
-            pitch.amountChanged();
+            pitch.options.values.highPitch = 140;
+            pitch.options.values.lowPitch = 70;
+            pitch.options.values.stepPitch = 7;
+            pitch.control.amountChanged();
         }
-        EXPECT_EQ(state.PitchMode, c.mode) << c.keys;
-        EXPECT_EQ(vbmp3.calls, c.calls) << c.keys;
-        EXPECT_EQ(display.status, c.word) << c.keys;
+        EXPECT_EQ(pitch.state.PitchMode, c.mode) << c.keys;
+        EXPECT_EQ(pitch.vbmp3.calls, c.calls) << c.keys;
+        EXPECT_EQ(pitch.display.status, c.word) << c.keys;
     }
 }
 
 TEST(PitchControl, OnlyWhatTheDecodingLibraryPlaysIsServed) {
     for (const int kind : {0, 10, 20, 30, 40}) {
-        GlobalState state;
-        state.MediaKind = kind;
-        FakeVbmp3 vbmp3;
-        FakeOptions options;
-        FakeDisplay display;
-        StatusDisplay status(state, display);
-        PitchControl pitch(state, vbmp3, options, status);
-        pitch.High();
-        pitch.Low();
-        pitch.Double();
-        EXPECT_EQ(state.PitchMode, kNormalPitch);
-        EXPECT_TRUE(vbmp3.calls.empty());
+        Pitch pitch;
+        pitch.state.MediaKind = kind;
+        pitch.control.High();
+        pitch.control.Low();
+        pitch.control.Double();
+        EXPECT_EQ(pitch.state.PitchMode, kNormalPitch);
+        EXPECT_TRUE(pitch.vbmp3.calls.empty());
     }
 }
 

@@ -7,6 +7,8 @@
 namespace quenlox {
 namespace {
 
+using EntryTexts = ListsTest;
+
 // One MIDI track with a name.
 std::string MidiFile(const std::string& name) {
     std::string track = std::string("\0\xFF\x03", 3) + static_cast<char>(name.size()) + name + std::string("\0\xFF\x2F\0", 4);
@@ -14,18 +16,16 @@ std::string MidiFile(const std::string& name) {
     return file + static_cast<char>(track.size()) + track;
 }
 
-TEST(EntryTexts, ComeFromTheTagsOfTheFile) {
-    Lists lists;
-    lists.vbmp3.addFile("C:\\m\\a.mp3", VBMP3_TYPE_MPEG, 185, " Title ", "Artist", "Album");
-    lists.vbmp3.addFile("C:\\m\\bare.wav", VBMP3_TYPE_WAVE, 4500);
-    lists.vbmp3.addFile("C:\\m\\long.mp3", VBMP3_TYPE_MPEG, 59, std::string(600, 'x'));
-    lists.files.add("C:\\m\\song.MID", MidiFile("Etude"));
-    lists.files.add("C:\\m\\empty.rmi", "no MIDI at all");
-    struct Case {
+TEST_F(EntryTexts, ComeFromTheTagsOfTheFile) {
+    vbmp3.addFile("C:\\m\\a.mp3", VBMP3_TYPE_MPEG, 185, " Title ", "Artist", "Album");
+    vbmp3.addFile("C:\\m\\bare.wav", VBMP3_TYPE_WAVE, 4500);
+    vbmp3.addFile("C:\\m\\long.mp3", VBMP3_TYPE_MPEG, 59, std::string(600, 'x'));
+    files.add("C:\\m\\song.MID", MidiFile("Etude"));
+    files.add("C:\\m\\empty.rmi", "no MIDI at all");
+    const struct {
         const char* path;
         PlaylistEntry entry;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"C:\\m\\a.mp3", {"Title", "Artist", "Album", "3:05", "C:\\m\\a.mp3"}},
         {"C:\\m\\bare.wav", {"- no title -", "- no name -", "", "75:00", "C:\\m\\bare.wav"}},
         {"C:\\m\\song.MID", {"Etude", "-----------", "----", "----", "C:\\m\\song.MID"}},
@@ -35,24 +35,23 @@ TEST(EntryTexts, ComeFromTheTagsOfTheFile) {
         {"C:\\m\\some.wma", {"some", "-----------", "----", "----", "C:\\m\\some.wma"}},
         {"C:\\m\\gone.mp3", {"gone", "-----------", "----", "----", "C:\\m\\gone.mp3"}},
     };
-    for (const Case& c : cases) {
-        lists.lists.AddEntry(c.path, 1);
-        EXPECT_EQ(lists.lists.entry(1, lists.lists.count(1) - 1), c.entry) << c.path;
+    for (const auto& c : cases) {
+        lists.AddEntry(c.path, 1);
+        EXPECT_EQ(lists.entry(1, lists.count(1) - 1), c.entry) << c.path;
     }
-    lists.lists.AddEntry("C:\\m\\long.mp3", 1);
-    EXPECT_EQ(lists.lists.entry(1, lists.lists.count(1) - 1).Title, std::string(511, 'x'));
-    EXPECT_EQ(lists.lists.entry(1, 99), PlaylistEntry{});
+    lists.AddEntry("C:\\m\\long.mp3", 1);
+    EXPECT_EQ(lists.entry(1, lists.count(1) - 1).Title, std::string(511, 'x'));
+    EXPECT_EQ(lists.entry(1, 99), PlaylistEntry{});
 }
 
-TEST(EntryTexts, AreEstimatedFromTheFileNameOnlyInFileNameModeWithTheOption) {
-    struct Case {
+TEST_F(EntryTexts, AreEstimatedFromTheFileNameOnlyInFileNameModeWithTheOption) {
+    const std::string path = "C:\\(Who) What.mp3";
+    const struct {
         int listType;
         bool estimate;
         const char* format;
         PlaylistEntry entry;
-    };
-    const std::string path = "C:\\(Who) What.mp3";
-    const Case cases[] = {
+    } cases[] = {
         {1, true, "(*N) *T", {"Tag", "Tagger", "Tags", "1:00", path}},
         {0, false, "(*N) *T", {"Tag", "Tagger", "Tags", "1:00", path}},
         {0, true, "(*N) *T", {"What", "Who", "", "1:00", path}},
@@ -60,66 +59,41 @@ TEST(EntryTexts, AreEstimatedFromTheFileNameOnlyInFileNameModeWithTheOption) {
         {0, true, "*N", {"- no title -", "(Who) What", "", "1:00", path}},
         {0, true, "-", {"Tag", "Tagger", "Tags", "1:00", path}},
     };
-    for (const Case& c : cases) {
-        Lists lists;
-        lists.vbmp3.addFile(path, VBMP3_TYPE_MPEG, 60, "Tag", "Tagger", "Tags");
-        lists.state.ListType = c.listType;
-        lists.options.values.estimateFromFileName = c.estimate;
-        lists.options.values.renameFormat = c.format;
-        lists.lists.AddEntry(path, 0);
-        EXPECT_EQ(lists.lists.entry(0, 0), c.entry) << c.listType << c.estimate << c.format;
+    for (const auto& c : cases) {
+        Lists fresh;
+        fresh.vbmp3.addFile(path, VBMP3_TYPE_MPEG, 60, "Tag", "Tagger", "Tags");
+        fresh.state.ListType = c.listType;
+        fresh.options.values.estimateFromFileName = c.estimate;
+        fresh.options.values.renameFormat = c.format;
+        fresh.lists.AddEntry(path, 0);
+        EXPECT_EQ(fresh.lists.entry(0, 0), c.entry) << c.listType << c.estimate << c.format;
     }
-    Lists lists;
-    lists.state.ListType = 0;
-    lists.options.values.estimateFromFileName = true;
-    lists.lists.AddEntry("C:\\(Who) What.mid", 0);
-    EXPECT_EQ(lists.lists.entry(0, 0), (PlaylistEntry{"What", "Who", "", "----", "C:\\(Who) What.mid"}));
+    Lists fresh;
+    fresh.state.ListType = 0;
+    fresh.options.values.estimateFromFileName = true;
+    fresh.lists.AddEntry("C:\\(Who) What.mid", 0);
+    EXPECT_EQ(fresh.lists.entry(0, 0), (PlaylistEntry{"What", "Who", "", "----", "C:\\(Who) What.mid"}));
 }
 
-TEST(EntryTexts, AreReadWhenFirstNeededAndOnce) {
-    Lists lists;
-    lists.addLetters(0, "abc");
-    EXPECT_TRUE(lists.vbmp3.infoReads.empty());
-    EXPECT_EQ(lists.lists.text(0, 1, kFileColumn), "C:\\b.mp3");
-    EXPECT_TRUE(lists.vbmp3.infoReads.empty());
-    lists.lists.text(0, 1, kNameColumn);
-    lists.lists.entry(0, 1);
-    EXPECT_EQ(lists.vbmp3.infoReads, Paths{"C:\\b.mp3"});
-}
-
-TEST(EntryTexts, AreReadInSlicesTheWantedRowsFirst) {
+TEST_F(EntryTexts, AreReadInSlicesTheWantedRowsFirst) {
     using std::chrono::microseconds;
-    Lists lists;
-    lists.addLetters(0, "ab");
-    lists.addLetters(1, "cdef");
-    lists.state.ListNo = 1;
-    lists.lists.want(1, 2);
-    lists.lists.want(1, 2);
-    lists.lists.want(1, 77);
-    EXPECT_TRUE(lists.lists.fillSome(microseconds(0)));
-    EXPECT_EQ(lists.vbmp3.infoReads, Paths{"C:\\e.mp3"});
+    addLetters(0, "ab");
+    addLetters(1, "cdef");
+    state.ListNo = 1;
+    lists.want(1, 2);
+    lists.want(1, 2);
+    lists.want(1, 77);
+    EXPECT_TRUE(lists.fillSome(microseconds(0)));
+    EXPECT_EQ(vbmp3.infoReads, Paths{"C:\\e.mp3"});
     int slices = 1;
-    while (lists.lists.fillSome(microseconds(0))) ++slices;
+    while (lists.fillSome(microseconds(0))) ++slices;
     EXPECT_EQ(slices, 5) << "a slice without time reads one row";
-    EXPECT_EQ(lists.vbmp3.infoReads, (Paths{"C:\\e.mp3", "C:\\c.mp3", "C:\\d.mp3", "C:\\f.mp3", "C:\\a.mp3", "C:\\b.mp3"}));
-    EXPECT_FALSE(lists.lists.fillSome(std::chrono::seconds(1)));
-    lists.lists.forgetTexts();
-    EXPECT_EQ(lists.lists.unknownCount(1), 4);
-    EXPECT_FALSE(lists.lists.fillSome(std::chrono::seconds(10)));
-    EXPECT_EQ(lists.vbmp3.infoReads.size(), 12u);
-}
-
-TEST(EntryTexts, GiveTheSumOfTheLengthsThatAreKnown) {
-    Lists lists;
-    lists.vbmp3.addFile("C:\\a.mp3", VBMP3_TYPE_MPEG, 3000);
-    lists.vbmp3.addFile("C:\\b.mp3", VBMP3_TYPE_MPEG, 601);
-    lists.addLetters(2, "abc");
-    EXPECT_EQ(lists.lists.knownSeconds(2), 0);
-    lists.lists.entry(2, 1);
-    lists.lists.entry(2, 2);
-    EXPECT_EQ(lists.lists.knownSeconds(2), 601);
-    lists.lists.entry(2, 0);
-    EXPECT_EQ(lists.lists.knownSeconds(2), 3601);
+    EXPECT_EQ(vbmp3.infoReads, (Paths{"C:\\e.mp3", "C:\\c.mp3", "C:\\d.mp3", "C:\\f.mp3", "C:\\a.mp3", "C:\\b.mp3"}));
+    EXPECT_FALSE(lists.fillSome(std::chrono::seconds(1)));
+    lists.forgetTexts();
+    EXPECT_EQ(lists.unknownCount(1), 4);
+    EXPECT_FALSE(lists.fillSome(std::chrono::seconds(10)));
+    EXPECT_EQ(vbmp3.infoReads.size(), 12u);
 }
 
 // A switched-off server is waited for once a minute and not once a file; a disk that wakes up is no such place.

@@ -1,6 +1,8 @@
 // The play-list window over a list model on the fakes.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -26,6 +28,10 @@ struct ListWindow : Lists {
     void finishWork() {
         for (int tick = 0; tick < 100000 && form.Timer1.enabled(); ++tick) form.Timer1_Timer();
     }
+    void addTitled(char letter, const std::string& title, int seconds = 60) {
+        vbmp3.addFile(pathOf(letter), VBMP3_TYPE_MPEG, seconds, title, "Artist", "Album");
+        lists.AddEntry(pathOf(letter), 0);
+    }
     ListView& view() { return form.PlayView[state.ListNo]; }
     void select(const std::string& marks) { view().setSelection(Marked(marks)); }
     std::string marks() { return MarksOf(view().selection()); }
@@ -42,5 +48,7 @@ struct ListWindow : Lists {
     }
     const MenuItem* menu(const std::string& caption) { return find(form.menuBar()->items, caption); }
 };
+
+struct ListWindowTest : testing::Test, ListWindow {};
 
 }  // namespace quenlox

@@ -1,6 +1,8 @@
 // A list model on the fakes, and lists written as plain vectors.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <string>
 #include <thread>
@@ -77,6 +79,8 @@ struct Lists {
     }
     static std::string pathOf(char letter) { return std::string("C:\\") + letter + ".mp3"; }
 };
+
+struct ListsTest : testing::Test, Lists {};
 
 // "..xx." marks the third and the fourth row.
 inline Playlists::Selection Marked(const std::string& marks) {

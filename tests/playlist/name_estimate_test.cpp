@@ -6,12 +6,10 @@ namespace quenlox {
 namespace {
 
 TEST(NameEstimate, TextBetweenTheLiteralPartsFallsToTheFieldsInOrder) {
-    struct Case {
-        const char* format;
-        const char* path;
+    const struct {
+        const char *format, *path;
         NameEstimate estimate;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"(*N) *T", "C:\\m\\(Artist) Title.mp3", {"Title", "Artist", ""}},
         {"(*N) *T", "(A (live)) T) U.mp3", {"T) U", "A (live)", ""}},  // the whole literal ends a field
         {"(*N) *T", "() Title.mp3", {"Title", "", ""}},
@@ -26,7 +24,7 @@ TEST(NameEstimate, TextBetweenTheLiteralPartsFallsToTheFieldsInOrder) {
         {"*T [*N]", "Song [Who] x.mp3", {"Song [Who] x", "", ""}},    // what is behind the last literal does not fit
         {"abc", "Song.mp3", {"Song", "", ""}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const auto estimate = EstimateFromFileName(c.path, c.format);
         ASSERT_TRUE(estimate) << c.format;
         EXPECT_EQ(estimate->title, c.estimate.title) << c.format << " " << c.path;

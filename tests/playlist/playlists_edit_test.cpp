@@ -8,7 +8,10 @@
 namespace quenlox {
 namespace {
 
-TEST(Sorting, OrdersTheRowsByTheTextOfTheColumn) {
+using Sorting = ListsTest;
+using Clearing = ListsTest;
+
+TEST_F(Sorting, OrdersTheRowsByTheTextOfTheColumn) {
     struct Row {
         char letter;
         const char* title;
@@ -16,66 +19,54 @@ TEST(Sorting, OrdersTheRowsByTheTextOfTheColumn) {
         const char* album;
         int seconds;
     };
-    const Row rows[] = {{'a', "b", "Y", "α", 65}, {'b', "A", "x", "漢", 600}, {'c', "a", "", "か", 3}, {'d', "C", "z", "", 65}};
-    struct Case {
+    const Row rows[] = {{'a', "b", "Y", "α", 65}, {'b', "A", "x", "漢", 600}, {'c', "a", "", "か", 3}, {'d', "C", "z", "", 120}};
+    const struct {
         int column;
         bool descending;
         const char* order;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {kTitleColumn, false, "bcad"},  // "A" and "a" are the same, and keep their order
         {kTitleColumn, true, "dabc"},
         {kNameColumn, false, "cbad"},   // "- no name -" is what c shows
         {kAlbumColumn, false, "dacb"},
-        {kTimeColumn, false, "cadb"},   // as texts: 0:03, 1:05, 1:05, 10:00
+        {kTimeColumn, false, "cabd"},   // as texts: 0:03, 1:05, 10:00, 2:00
         {kFileColumn, false, "abcd"},
         {kFileColumn, true, "dcba"},
         {-3, false, "abcd"},
         {5, false, "abcd"},
     };
-    for (const Case& c : cases) {
-        Lists lists;
+    for (const auto& c : cases) {
+        Lists fresh;
         for (const Row& row : rows) {
-            lists.vbmp3.addFile(Lists::pathOf(row.letter), VBMP3_TYPE_MPEG, row.seconds, row.title, row.name, row.album);
-            lists.lists.AddEntry(Lists::pathOf(row.letter), 0);
+            fresh.vbmp3.addFile(Lists::pathOf(row.letter), VBMP3_TYPE_MPEG, row.seconds, row.title, row.name, row.album);
+            fresh.lists.AddEntry(Lists::pathOf(row.letter), 0);
         }
-        lists.state.CurrentIndex[0] = 2;
+        fresh.state.CurrentIndex[0] = 2;
         auto selection = Marked(".xx.");
-        lists.lists.sort(0, c.column, c.descending, selection);
-        EXPECT_EQ(lists.names(0), c.order) << c.column;
-        EXPECT_EQ(lists.state.CurrentIndex[0], static_cast<int>(lists.names(0).find('c')));
+        fresh.lists.sort(0, c.column, c.descending, selection);
+        EXPECT_EQ(fresh.names(0), c.order) << c.column;
+        EXPECT_EQ(fresh.state.CurrentIndex[0], static_cast<int>(fresh.names(0).find('c')));
         for (std::size_t row = 0; row < 4; ++row)
-            EXPECT_EQ(selection[row], lists.names(0)[row] == 'b' || lists.names(0)[row] == 'c');
-        EXPECT_FALSE(lists.state.ListDirty);
+            EXPECT_EQ(selection[row], fresh.names(0)[row] == 'b' || fresh.names(0)[row] == 'c');
+        EXPECT_FALSE(fresh.state.ListDirty);
     }
 }
 
-TEST(Sorting, TimeIsTextAndTenMinutesComeBeforeTwo) {
-    Lists lists;
-    lists.vbmp3.addFile("C:\\a.mp3", VBMP3_TYPE_MPEG, 120);
-    lists.vbmp3.addFile("C:\\b.mp3", VBMP3_TYPE_MPEG, 600);
-    lists.addLetters(0, "ab");
-    auto selection = Marked("..");
-    lists.lists.sort(0, kTimeColumn, false, selection);
-    EXPECT_EQ(lists.names(0), "ba");
-}
-
-TEST(Sorting, AgreesWithAStableSortOfTheKeysForManyRows) {
-    Lists lists;
+TEST_F(Sorting, AgreesWithAStableSortOfTheKeysForManyRows) {
     SeededRandom chance(3);
     std::vector<std::pair<std::string, std::string>> expected;
     for (int i = 0; i < 2000; ++i) {
         std::string title = "long common beginning ";
         for (int n = static_cast<int>(chance.next() * 3); n > 0; --n) title += static_cast<char>('a' + static_cast<int>(chance.next() * 3));
         const std::string path = "C:\\" + std::to_string(i) + ".mp3";
-        lists.vbmp3.addFile(path, VBMP3_TYPE_MPEG, 1, title);
-        lists.lists.AddEntry(path, 0);
+        vbmp3.addFile(path, VBMP3_TYPE_MPEG, 1, title);
+        lists.AddEntry(path, 0);
         expected.emplace_back(TrimAtNull(title), path);
     }
     std::stable_sort(expected.begin(), expected.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     Playlists::Selection selection(2000);
-    lists.lists.sort(0, kTitleColumn, false, selection);
-    for (int i = 0; i < 2000; ++i) ASSERT_EQ(lists.lists.path(0, i), expected[static_cast<std::size_t>(i)].second);
+    lists.sort(0, kTitleColumn, false, selection);
+    for (int i = 0; i < 2000; ++i) ASSERT_EQ(lists.path(0, i), expected[static_cast<std::size_t>(i)].second);
 }
 
 TEST(Randomizing, ExchangesEachRowWithOneDrawnFromAll) {
@@ -91,44 +82,17 @@ TEST(Randomizing, ExchangesEachRowWithOneDrawnFromAll) {
     EXPECT_TRUE(lists.state.ListDirty);
 }
 
-TEST(Randomizing, KeepsEveryRowAndTheCurrentEntry) {
-    SeededRandom chance(11);
-    GlobalState state;
-    FakeOptions options;
-    FakeFileSystem files;
-    FakeVbmp3 vbmp3;
-    Playlists lists(state, options, files, vbmp3, chance);
-    Paths all;
-    for (int i = 0; i < 100; ++i) all.push_back("C:\\" + std::to_string(100 + i) + ".mp3");
-    for (const std::string& path : all) lists.AddEntry(path, 2);
-    state.CurrentFile = all[40];
-    state.CurrentIndex[2] = 40;
-    for (int round = 0; round < 20; ++round) {
-        Playlists::Selection selection(100);
-        lists.randomize(2, selection);
-        EXPECT_EQ(lists.path(2, state.CurrentIndex[2]), all[40]);
-        Paths sorted;
-        for (int row = 0; row < 100; ++row) sorted.push_back(lists.path(2, row));
-        EXPECT_NE(sorted, all);
-        std::sort(sorted.begin(), sorted.end());
-        EXPECT_EQ(sorted, all);
-    }
-}
-
 TEST(Moving, TakesEachBlockOnePlaceAndStopsAtTheEdge) {
-    struct Case {
+    const struct {
         bool down;
-        const char* marks;
-        const char* order;
-        const char* marksAfter;
-    };
-    const Case cases[] = {
+        const char *marks, *order, *marksAfter;
+    } cases[] = {
         {true, ".x...", "acbde", "..x.."},   {true, ".xx..", "adbce", "..xx."},  {true, "x.x..", "badce", ".x.x."},
         {true, "...xx", "abcde", "...xx"},   {true, ".x..x", "acbde", "..x.x"},  {true, "xxxxx", "abcde", "xxxxx"},
         {false, ".x...", "bacde", "x...."},  {false, "..xx.", "acdbe", ".xx.."}, {false, "x.x..", "acbde", "xx..."},
         {false, "xx..x", "abced", "xx.x."},  {false, "xx...", "abcde", "xx..."}, {false, ".....", "abcde", "....."},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Lists lists;
         lists.addLetters(1, "abcde");
         lists.state.CurrentFile = "C:\\b.mp3";
@@ -147,19 +111,17 @@ TEST(Moving, TakesEachBlockOnePlaceAndStopsAtTheEdge) {
 }
 
 TEST(Moving, DraggedRowsArriveAsOneBlockBeforeTheRow) {
-    struct Case {
+    const struct {
         const char* marks;
         int before;
-        const char* order;
-        const char* marksAfter;
+        const char *order, *marksAfter;
         bool dirty;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"x....", 3, "bcade", "..x..", true}, {".x.x.", 5, "acebd", "...xx", true}, {"...xx", 0, "deabc", "xx...", true},
         {".x.x.", 2, "abdce", ".xx..", true}, {".xx..", 1, "abcde", ".xx..", false}, {".xx..", 3, "abcde", ".xx..", false},
         {".....", 2, "abcde", ".....", false}, {"x....", 99, "bcdea", "....x", true},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Lists lists;
         lists.addLetters(0, "abcde");
         lists.state.CurrentIndex[0] = 3;
@@ -173,17 +135,16 @@ TEST(Moving, DraggedRowsArriveAsOneBlockBeforeTheRow) {
 }
 
 TEST(Removing, TakesTheSelectedRowsAndDrawsANewOrder) {
-    struct Case {
+    const struct {
         const char* marks;
         int current;
         const char* left;
         int currentAfter;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"x....", 2, "bcde", 1}, {"..x..", 2, "abde", 1}, {"xxx..", 1, "de", -1}, {"...xx", 1, "abc", 1}, {".x.x.", -1, "ace", -1},
         {"xxxxx", 4, "", -1},    {".....", 0, "abcde", 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Lists lists;
         lists.addLetters(2, "abcde");
         lists.state.CurrentIndex[2] = c.current;
@@ -195,16 +156,15 @@ TEST(Removing, TakesTheSelectedRowsAndDrawsANewOrder) {
     }
 }
 
-TEST(Clearing, EmptiesOneListAndDrawsNoOrder) {
-    Lists lists;
-    lists.addLetters(0, "ab");
-    lists.addLetters(1, "cd");
-    lists.lists.BuildShuffleOrder(1);
-    lists.lists.clear(1);
-    EXPECT_EQ(lists.names(0), "ab");
-    EXPECT_EQ(lists.lists.count(1), 0);
-    EXPECT_EQ(lists.state.ShufflePos[5], 1);
-    EXPECT_TRUE(lists.state.ListDirty);
+TEST_F(Clearing, EmptiesOneListAndDrawsNoOrder) {
+    addLetters(0, "ab");
+    addLetters(1, "cd");
+    lists.BuildShuffleOrder(1);
+    lists.clear(1);
+    EXPECT_EQ(names(0), "ab");
+    EXPECT_EQ(lists.count(1), 0);
+    EXPECT_EQ(state.ShufflePos[5], 1);
+    EXPECT_TRUE(state.ListDirty);
 }
 
 }  // namespace
