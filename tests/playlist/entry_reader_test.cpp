@@ -97,7 +97,7 @@ TEST_F(EntryTexts, AreReadInSlicesTheWantedRowsFirst) {
 }
 
 // A switched-off server is waited for once a minute and not once a file; a disk that wakes up is no such place.
-TEST(EntryTexts, OfAPlaceThatDoesNotAnswerAreAskedForOnceInAWhile) {
+TEST_F(EntryTexts, OfAPlaceThatDoesNotAnswerAreAskedForOnceInAWhile) {
     struct SlowLibrary : FakeVbmp3 {
         EntryReader::Clock::time_point now{};
         int asked = 0;
@@ -107,12 +107,11 @@ TEST(EntryTexts, OfAPlaceThatDoesNotAnswerAreAskedForOnceInAWhile) {
             return FakeVbmp3::vbmp3_getFileInfo(path, info);
         }
     } library;
-    Lists lists;
-    lists.files.driveList.emplace_back("E:\\", DriveType::Fixed);
-    EntryReader reader(lists.state, lists.options, lists.files, library, [&] { return library.now; });
-    const auto askedFor = [&](std::initializer_list<const char*> paths) {
+    files.driveList.emplace_back("E:\\", DriveType::Fixed);
+    EntryReader reader(state, options, files, library, [&] { return library.now; });
+    const auto askedFor = [&](std::initializer_list<const char*> asked) {
         const int before = library.asked;
-        for (const char* path : paths) EXPECT_EQ(reader.read(path).name, "-----------") << path;
+        for (const char* path : asked) EXPECT_EQ(reader.read(path).name, "-----------") << path;
         return library.asked - before;
     };
     EXPECT_EQ(askedFor({"\\\\nas\\music\\a.mp3", "\\\\NAS\\Music\\b.mp3", "\\\\nas\\music\\sub\\c.mp3"}), 1);
