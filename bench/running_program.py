@@ -89,7 +89,7 @@ def main():
         long = material.write_mp3(s.material / "a long name of a track that has to run through its place.mp3", material.tone(440, 600.0))
         for name, settings, switches in STATES:
             folder, _ = start(s, long, settings, switches)
-            s.wait_until(lambda: processes(folder), 10, "the process")
+            s.wait_until(lambda: processes(folder), "the process")
             time.sleep(4)  # what a start costs is another figure
             program = processes(folder)["program"]
             server = server_of(program)
@@ -126,7 +126,7 @@ def long_list(s):
     view = next(c for c in window.controls() if c.class_name == "SysListView32" and c.visible)
 
     def until(what, condition, aim=" (aim 0.3 s)"):
-        s.wait_until(condition, 30, what)
+        s.wait_until(condition, what)
         print(f"{what}: {(time.monotonic() - begin) * 1000:.0f} ms{aim}", flush=True)
 
     until(f"{ROWS} rows: window open, with the start of the program", lambda: view.send(get_count) == ROWS, "")

@@ -198,7 +198,7 @@ def menu(s, tracks):
     window = stage.main.refresh()
     stage.main.click((250, 100, 1, 1), button="right")
     s.driver.choose("スキンの変更(S)")
-    s.wait_until(lambda: any(i.text == "hakuji" and i.place[2] for i in s.driver.popup()), 5, "the skins")
+    s.wait_until(lambda: any(i.text == "hakuji" and i.place[2] for i in s.driver.popup()), "the skins")
     s.pause(0.5)
     x, y, width, height = window.place
     shown = Image.new("L", s.screen().size, 0)
@@ -219,7 +219,7 @@ def playlist(s, tracks):
     stage.main.press("list")
     window = stage.window("プレイリスト")
     view = next(c for c in window.controls() if c.class_name == "SysListView32" and c.visible)
-    s.wait_until(lambda: len(view.items()) == len(TRACKS), 5, "the rows")
+    s.wait_until(lambda: len(view.items()) == len(TRACKS), "the rows")
     s.pause(1.5)  # their texts
     save("window-list", stage.shot(window))
     tabs = window.control(class_name="SysTabControl32")
@@ -273,7 +273,7 @@ def convert(s, tracks):
     window = from_menu(stage, "ファイル変換(C)", "ファイル変換")
     window = window.refreshed()
     s.drop_files(window.x + 100, window.y + 100, s.session.prefix / "drive_c/Music/はじめの音" / tracks[2].rsplit("\\", 1)[1])
-    s.wait_until(lambda: window.control(title="変換開始").enabled, 5, "a file to convert")
+    s.wait_until(lambda: window.control(title="変換開始").enabled, "a file to convert")
     save("window-convert", stage.shot(window))
     stage.close()
 

@@ -10,15 +10,13 @@
 #include "platform/win32/platform.h"
 #include "platform/win32/win32.h"
 
-#include <shlobj.h>  // DROPFILES
-
 namespace quenlox {
 
 class Desk : public testing::Test {
   protected:
-    // Handles messages until `done` holds; false when that takes longer than ten seconds.
+    // Handles messages until `done` holds; false when that takes longer than half a minute.
     bool waitFor(const std::function<bool()>& done) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         while (!done()) {
             if (std::chrono::steady_clock::now() > end) return false;
             system->pumpMessages();

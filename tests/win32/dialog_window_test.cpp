@@ -34,13 +34,11 @@ struct AllForm : Form {
                        Row({Item(horizontal, 0, 0, 1), Item(progress, 80), Item(pictureBox, 40, 20)}),
                        Row({Space(0, 0, 1), Item(ok), Item(cancel)})});
     }
-    const Menu* menuBar() override { return &menu; }
     void Form_KeyDown(int key, int shift) override { keys.push_back({key, shift}); }
     void Form_Unload(bool& refused) override { ++closes, refused = true; }
 
-    Menu menu{"menuList", {{"編集(&E)", false, true, true, false, {}, {{"削除(&D)", false, true, true, false, [this] { ++deleted; }, {}}}}}};
     std::vector<Point> keys;
-    int closes = 0, deleted = 0;
+    int closes = 0;
     Toolbar bar{*this, "Toolbar1"};
     Label name{*this, "Label1"};
     TextBox text{*this, "Text1"};
@@ -208,13 +206,6 @@ TEST_F(DialogWindow, ItsKeysAreThoseOfADialog) {
     EXPECT_EQ(form.keys.at(1), (Point{VK_RETURN, 0})) << "the form sees keys first";
 }
 
-TEST_F(DialogWindow, AMenuItemIsClickedByItsNumberInTheTree) {
-    HMENU bar = GetMenu(WindowOf(form));
-    ASSERT_TRUE(bar);
-    SendMessageW(WindowOf(form), WM_COMMAND, GetMenuItemID(GetSubMenu(bar, 0), 0), 0);
-    EXPECT_EQ(form.deleted, 1);
-}
-
 TEST_F(DialogWindow, FilesAndFoldersAreListsAsWideAsTheirLongestRow) {
     form.show();
     const auto width = [&](const wchar_t* name) { return SendMessageW(at(name), LVM_GETCOLUMNWIDTH, 0, 0); };
@@ -235,20 +226,6 @@ TEST_F(DialogWindow, FilesAndFoldersAreListsAsWideAsTheirLongestRow) {
     SetFocus(at(L"Dir1"));
     key(VK_RETURN);
     EXPECT_EQ(opened, 1);
-}
-
-TEST_F(DialogWindow, APictureIsAsLargeAsItsWindowAndReportsTheMouse) {
-    std::vector<Point> downs;
-    form.pictureBox.onMouseDown = [&](int, int, Point at) { downs.push_back(at); };
-    form.show();
-    const Rect& bounds = form.pictureBox.bounds();
-    EXPECT_EQ(form.pictureBox.surface().width(), bounds.width);
-    form.pictureBox.surface().fill({200, 10, 10});
-    form.pictureBox.refresh();
-    EXPECT_TRUE(waitFor([&] { return PixelOf(at(L"Picture1"), 3, 3) == Color{200, 10, 10}; }));
-    SendMessageW(at(L"Picture1"), WM_LBUTTONDOWN, MK_LBUTTON, At(4, 5));
-    SendMessageW(at(L"Picture1"), WM_LBUTTONUP, 0, At(4, 5));
-    EXPECT_EQ(downs, (std::vector<Point>{{4, 5}}));
 }
 
 TEST_F(DialogWindow, AControlMayGoWhileTheWindowStays) {

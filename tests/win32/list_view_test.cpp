@@ -82,24 +82,6 @@ TEST_F(RealListView, SelectionGoesBothWaysWithoutAnEcho) {
     EXPECT_EQ(form.view.selection(), few) << "the model has kept what it was given";
 }
 
-TEST_F(RealListView, ARangeChosenWithShiftArrivesAsOneChange) {
-    SetFocus(list);
-    SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, At(20, 40));
-    SendMessageW(list, WM_LBUTTONUP, 0, At(20, 40));
-    const int first = form.view.focusedRow();
-    ASSERT_GE(first, 0);
-    EXPECT_EQ(form.view.selectedCount(), 1);
-    form.selections = 0;
-    NMLVODSTATECHANGE range{};
-    range.hdr = {list, static_cast<UINT_PTR>(GetDlgCtrlID(list)), static_cast<UINT>(LVN_ODSTATECHANGED)};
-    range.iFrom = first;
-    range.iTo = first + 4;
-    range.uNewState = LVIS_SELECTED;
-    SendMessageW(WindowOf(form), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&range));
-    EXPECT_EQ(form.selections, 1);
-    EXPECT_EQ(form.view.selectedCount(), 5);
-}
-
 TEST_F(RealListView, FewerRowsLeaveNoSelectionBehind) {
     form.view.selectAll(true);
     form.view.setRowCount(10);
@@ -109,16 +91,6 @@ TEST_F(RealListView, FewerRowsLeaveNoSelectionBehind) {
     form.view.setRowCount(20);
     EXPECT_EQ(selectedInWindow(), 0);
     EXPECT_EQ(form.view.selectedCount(), 0);
-}
-
-TEST_F(RealListView, TypedLettersAreLookedUpByTheForm) {
-    std::vector<std::string> typed;
-    form.view.find = [&](const std::string& prefix, int) { return typed.push_back(prefix), 123; };
-    LVFINDINFOW search{};
-    search.flags = LVFI_STRING | LVFI_PARTIAL;
-    search.psz = L"夜";
-    EXPECT_EQ(SendMessageW(list, LVM_FINDITEMW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&search)), 123);
-    EXPECT_EQ(typed, (std::vector<std::string>{"夜"}));
 }
 
 TEST_F(RealListView, ColumnsFollowTheFormAndTheUser) {
@@ -163,20 +135,6 @@ TEST_F(RealListView, DraggedRowsGoToTheBorderNearestToThePointer) {
     SendMessageW(list, WM_KEYDOWN, VK_ESCAPE, 0);
     SendMessageW(list, WM_LBUTTONUP, 0, At(10, row.top));
     EXPECT_EQ(before, -1) << "given up";
-}
-
-TEST_F(RealListView, AHundredThousandRowsFillAndSelectInAPassAndNotInQuadraticTime) {
-    form.view.setRowCount(100000);
-    std::vector<bool> everyOther(100000);
-    for (std::size_t i = 0; i < everyOther.size(); i += 2) everyOther[i] = true;
-    form.view.selectAll(true);
-    EXPECT_EQ(selectedInWindow(), 100000);
-    form.view.setSelection(everyOther);
-    EXPECT_EQ(selectedInWindow(), 50000);
-    form.view.ensureVisible(99999);
-    form.view.setFocusedRow(99999);
-    EXPECT_EQ(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED), 99999);
-    EXPECT_GT(SendMessageW(list, LVM_GETTOPINDEX, 0, 0), 90000);
 }
 
 TEST_F(RealListView, TheWindowKeepsItsLeastSizeAndTheListFillsIt) {

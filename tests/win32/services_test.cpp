@@ -1,5 +1,4 @@
 #include <fstream>
-#include <thread>
 
 #include "tests/win32/desk.h"
 
@@ -95,47 +94,6 @@ TEST_F(Files, TellsTheDrivesAndThePlaceOfTheProgram) {
     EXPECT_EQ(files->userFolder(), files->programFolder()) << "a folder that can be written";
 }
 
-std::string Tone() {
-    std::string data(8000, '\x80');  // one second of silence, 8 bits
-    const auto number = [](std::uint32_t value, int bytes) { return std::string(reinterpret_cast<const char*>(&value), static_cast<std::size_t>(bytes)); };
-    return "RIFF" + number(36 + 8000, 4) + "WAVEfmt " + number(16, 4) + number(1, 2) + number(1, 2) + number(8000, 4) +
-           number(8000, 4) + number(1, 2) + number(8, 2) + "data" + number(8000, 4) + data;
-}
-
-TEST_F(Files, TheMediaControlInterfaceOpensAWaveAndTellsItsLength) {
-    auto media = MakeMediaControl();
-    files->write(at("音.wav"), Tone());
-    ASSERT_EQ(media->sendString("open \"" + at("音.wav") + "\" type waveaudio alias MediaFile"), 0);
-    std::string reply;
-    EXPECT_EQ(media->sendString("set MediaFile time format milliseconds"), 0);
-    EXPECT_EQ(media->sendString("status MediaFile length", &reply), 0);
-    EXPECT_EQ(reply, "1000");
-    EXPECT_EQ(media->sendString("close MediaFile"), 0);
-    EXPECT_NE(media->sendString("play MediaFile"), 0) << "no longer open";
-    EXPECT_NE(media->sendString("nonsense", &reply), 0);
-}
-
-TEST(Libraries, WhatIsNotThereIsTold) {
-    EXPECT_EQ(LoadVbmp3("C:\\no such folder"), nullptr);
-    const auto gogo = LoadGogo("C:\\no such folder");
-    EXPECT_FALSE(gogo->available());
-    EXPECT_NE(gogo->MPGE_initializeWorkVB(), 0);
-    EXPECT_EQ(gogo->version(), "");
-}
-
-TEST(Libraries, ThoseOfTheProgramAreCompleteAndAnswer) {
-    const auto vbmp3 = LoadVbmp3(VBMP3_FOLDER);
-    ASSERT_TRUE(vbmp3) << "an operation is missing";
-    ASSERT_TRUE(vbmp3->vbmp3_init());
-    EXPECT_EQ(vbmp3->vbmp3_getGenre(17), "Rock");
-    vbmp3_FileInfo info;
-    EXPECT_FALSE(vbmp3->vbmp3_open("C:\\no such file.mp3", info));
-    EXPECT_FALSE(vbmp3->vbmp3_getVersion().empty());
-    const auto gogo = LoadGogo(GOGO_FOLDER);
-    EXPECT_TRUE(gogo->available());
-    EXPECT_FALSE(gogo->version().empty());
-}
-
 TEST(MixerOfTheSystem, WithoutAControlNothingIsTouched) {
     auto mixer = MakeMixer();
     std::uint32_t value = 77;
@@ -195,77 +153,6 @@ TEST_F(Painter, PutsTextWhereItsStyleSays) {
     Font large = style.font;
     large.bold = true;
     EXPECT_GE(painter->measure("曲名", TextStyle{.font = large, .color = {}, .dotsPerInch = 192}).width, painter->measure("曲名", style).width * 2 - 2);
-}
-
-struct Popups : Desk {
-    struct MenuForm : Form {
-        MenuForm() : Form("FormTop", Kind::Skinned) { setSize(3000, 3000); }
-    } form;
-    // Presses keys in the menu as soon as it is open.
-    void press(std::vector<WORD> keys) {
-        form.realise(*system);
-        form.show();
-        pump();
-        presser = std::thread([keys = std::move(keys)] {
-            HWND menu = nullptr;
-            for (int i = 0; i < 500 && !menu; ++i) {
-                // Only a menu of this process: another test may have one open on the same desktop.
-                while ((menu = FindWindowExW(nullptr, menu, L"#32768", nullptr)) != nullptr) {
-                    DWORD owner = 0;
-                    GetWindowThreadProcessId(menu, &owner);
-                    if (owner == GetCurrentProcessId() && IsWindowVisible(menu)) break;
-                }
-                Sleep(10);
-            }
-            for (const WORD key : keys) {
-                PostMessageW(menu, WM_KEYDOWN, key, 0);
-                Sleep(50);
-            }
-        });
-    }
-    ~Popups() override {
-        if (presser.joinable()) presser.join();
-    }
-    std::thread presser;
-};
-
-TEST_F(Popups, TheChosenItemIsClickedAfterTheMenuHasClosed) {
-    std::vector<std::string> log;
-    Menu menu{"menuMain", {}};
-    const auto item = [&](const char* caption) {
-        MenuItem made;
-        made.caption = caption;
-        made.onClick = [&log, caption] { log.push_back(caption); };
-        return made;
-    };
-    menu.items = {item("hidden"), item("first"), item("-"), item("second")};
-    menu.items[0].visible = false;
-    menu.items.push_back(item("more"));
-    menu.items.back().items = {item("inner 1"), item("inner 2")};
-    press({VK_DOWN, VK_DOWN, VK_DOWN, VK_RIGHT, VK_DOWN, VK_RETURN});
-    form.popup(menu, {10, 10});
-    EXPECT_EQ(log, (std::vector<std::string>{"inner 2"}));
-}
-
-TEST_F(Popups, EscapeClicksNothing) {
-    int clicks = 0;
-    Menu menu{"menuMain", {}};
-    menu.items.resize(1);
-    menu.items[0].caption = "a";
-    menu.items[0].onClick = [&] { ++clicks; };
-    press({VK_ESCAPE});
-    form.popup(menu, {10, 10});
-    EXPECT_EQ(clicks, 0);
-}
-
-TEST(Instance, TheSecondProgramSeesTheFirst) {
-    auto first = MakeShell();
-    EXPECT_FALSE(first->anotherInstanceRuns());
-    EXPECT_FALSE(first->anotherInstanceRuns()) << "it is this one";
-    auto second = MakeShell();
-    EXPECT_TRUE(second->anotherInstanceRuns());
-    first.reset();
-    EXPECT_FALSE(second->anotherInstanceRuns());
 }
 
 }  // namespace

@@ -28,7 +28,6 @@ struct SkinForm : Form {
     void Form_Wheel(int notches, Point) override { log.push_back("wheel " + std::to_string(notches)); }
     void Form_Moved() override { ++moved; }
     void Form_Unload(bool& cancel) override { cancel = stays; }
-    void Form_FilesDropped(const std::vector<std::string>& names, Point) override { files = names; }
     void note(const char* what, int button, int shift, Point at) {
         log.push_back(std::string(what) + " " + std::to_string(button) + " " + std::to_string(shift) + " " +
                       std::to_string(at.x) + "," + std::to_string(at.y));
@@ -36,7 +35,6 @@ struct SkinForm : Form {
 
     Surface look{100, 60};
     std::vector<std::string> log;
-    std::vector<std::string> files;
     int moved = 0;
     bool stays = false;
     Timer timer{*this, "Timer1", 0};
@@ -57,20 +55,6 @@ struct SkinnedWindow : Desk {
     SkinForm form;
     HWND window = nullptr;
 };
-
-TEST_F(SkinnedWindow, StandsWhereItsTwipsSayAndShowsItsPicture) {
-    shown();
-    RECT rect{};
-    GetWindowRect(window, &rect);
-    EXPECT_EQ(win32::FromRect(rect), (Rect{200, 100, 100, 60}));
-    EXPECT_EQ(TextOf(window), L"再生 Quenlox");
-    EXPECT_TRUE(GetPropW(window, L"Quenlox.FormTop"));
-    EXPECT_EQ(PixelOf(window, 10, 10), (Color{255, 0, 0}));
-    EXPECT_EQ(PixelOf(window, 60, 10), (Color{0, 0, 255}));
-    form.look.fillRect({0, 0, 20, 20}, {0, 255, 0});
-    form.host()->invalidate({0, 0, 20, 20});
-    EXPECT_TRUE(waitFor([this] { return PixelOf(window, 10, 10) == Color{0, 255, 0}; }));
-}
 
 TEST_F(SkinnedWindow, ScalesPictureRegionAndPointerTogether) {
     form.host()->setRegion({{10, 10, 20, 20}, {40, 0, 60, 60}});
@@ -112,15 +96,6 @@ TEST_F(SkinnedWindow, TellsTheSecondPressOnceAndTheReleaseWhenTheMouseIsTakenAwa
     SendMessageW(window, WM_RBUTTONDOWN, MK_RBUTTON, At(5, 6));
     SendMessageW(window, WM_RBUTTONUP, 0, At(5, 6));
     EXPECT_EQ(form.log, (std::vector<std::string>{"down 2 0 5,6", "up 2 0 5,6"})) << "a release comes once";
-}
-
-TEST_F(SkinnedWindow, DeliversTheNotificationIconsMessagesAsMovesThatCarryThem) {
-    SendMessageW(window, WM_MOUSEMOVE, 1, WM_LBUTTONUP);
-    SendMessageW(window, WM_MOUSEMOVE, 1, WM_RBUTTONDOWN);
-    EXPECT_EQ(form.log, (std::vector<std::string>{"move 0 0 514,0", "move 0 0 516,0"}));
-    shown();
-    SendMessageW(window, WM_MOUSEMOVE, 0, At(514, 0));
-    EXPECT_EQ(form.log, (std::vector<std::string>{"move 0 0 514,0"})) << "a real move with no button held";
 }
 
 TEST_F(SkinnedWindow, ReportsKeysWithAltMediaCommandsAndTheMenuKey) {
@@ -201,16 +176,6 @@ TEST_F(SkinnedWindow, EndingTheSessionUnloadsTheForm) {
     EXPECT_TRUE(form.unloaded());
 }
 
-TEST_F(SkinnedWindow, AWindowOffEveryScreenIsBroughtBackWhenShown) {
-    form.move(90000, 90000);
-    shown();
-    RECT rect{};
-    GetWindowRect(window, &rect);
-    EXPECT_EQ(win32::FromRect(rect).right(), system->workArea({0, 0, 1, 1}).right());
-    EXPECT_EQ(form.left(), rect.left * 15);
-    EXPECT_EQ(form.moved, 0) << "not moved by the user";
-}
-
 TEST_F(SkinnedWindow, AMoveByTheUserReachesTheFormButItsOwnDoesNot) {
     shown();
     form.move(300 * 15, 100 * 15);
@@ -251,19 +216,6 @@ TEST_F(SkinnedWindow, TasksOfOtherThreadsRunHereInTheirOrder) {
     EXPECT_TRUE(waitFor([&] { return order.size() == 100; }));
     other.join();
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
-}
-
-TEST_F(SkinnedWindow, TakesDroppedFilesWithAnyName) {
-    shown();
-    const std::wstring names = std::wstring(L"C:\\音楽\\曲 1.mp3") + L'\0' + L"D:\\Ω.wav" + L'\0' + L'\0';
-    const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() * sizeof(wchar_t));
-    auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
-    drop->pFiles = sizeof(DROPFILES);
-    drop->fWide = TRUE;
-    memcpy(drop + 1, names.data(), names.size() * sizeof(wchar_t));
-    GlobalUnlock(memory);
-    SendMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
-    EXPECT_EQ(form.files, (std::vector<std::string>{"C:\\音楽\\曲 1.mp3", "D:\\Ω.wav"}));
 }
 
 TEST_F(SkinnedWindow, AHandlerMayDestroyTheFormItself) {

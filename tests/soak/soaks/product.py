@@ -1,6 +1,8 @@
 """The real program as the soaks use it."""
 
 import contextlib
+import os
+import pathlib
 
 from harness.scenario import Scenario
 
@@ -36,6 +38,13 @@ def command(window, what):
 def setting(folder, key):
     lines = (folder / "Quenlox.ini").read_bytes().decode("cp932").splitlines()
     return next((line.split("=", 1)[1] for line in lines if line.startswith(key + "=")), None)
+
+
+def resources(program, window):
+    """What its process holds: counts, and the working set in bytes."""
+    process = pathlib.Path(f"/proc/{program.id}")
+    pages = int((process / "statm").read_text().split()[1])
+    return {**window.resources(), "threads": len(list((process / "task").iterdir())), "working_set": pages * os.sysconf("SC_PAGE_SIZE")}
 
 
 def growth(before, after):

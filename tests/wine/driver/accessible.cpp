@@ -41,11 +41,11 @@ std::string Text(IAccessible& object, GetText get, LONG child) {
 }
 
 using GetNumber = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, VARIANT*);
-std::string Number(IAccessible& object, GetNumber get, LONG child) {
+LONG Number(IAccessible& object, GetNumber get, LONG child) {
     VARIANT number;
     number.vt = VT_EMPTY;
     Check((object.*get)(Child(child), &number), "a number of a part");
-    return std::to_string(number.lVal);
+    return number.lVal;
 }
 
 }  // namespace
@@ -66,11 +66,11 @@ Rows AccessibleParts(HWND window) {
         const LONG n = children[i].lVal;
         LONG x = 0, y = 0, width = 0, height = 0;
         Check(object->accLocation(&x, &y, &width, &height, Child(n)), "accLocation");
-        rows.push_back({std::to_string(n), Number(*object, &IAccessible::get_accRole, n), Number(*object, &IAccessible::get_accState, n),
-                        std::to_string(x), std::to_string(y), std::to_string(width), std::to_string(height),
-                        Text(*object, &IAccessible::get_accName, n), Text(*object, &IAccessible::get_accValue, n),
-                        Text(*object, &IAccessible::get_accDescription, n), Text(*object, &IAccessible::get_accDefaultAction, n),
-                        Text(*object, &IAccessible::get_accKeyboardShortcut, n)});
+        Row row = RowOf(n, Number(*object, &IAccessible::get_accRole, n), Number(*object, &IAccessible::get_accState, n), x, y, width, height);
+        for (const GetText get : {&IAccessible::get_accName, &IAccessible::get_accValue, &IAccessible::get_accDescription,
+                                  &IAccessible::get_accDefaultAction, &IAccessible::get_accKeyboardShortcut})
+            row.push_back(Text(*object, get, n));
+        rows.push_back(std::move(row));
     }
     return rows;
 }

@@ -53,25 +53,14 @@ class RemoteMemory {
     void* memory_ = nullptr;
 };
 
-std::string Number(int64_t value) {
-    return std::to_string(value);
-}
-
 Row OnScreen(HWND window, RECT place) {
     MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&place), 2);
-    return {Number(place.left), Number(place.top), Number(place.right - place.left), Number(place.bottom - place.top)};
+    return RowOf(place.left, place.top, place.right - place.left, place.bottom - place.top);
 }
 
 int ColumnCount(HWND listView) {
     const auto header = reinterpret_cast<HWND>(SendWithLimit(listView, LVM_GETHEADER, 0, 0));
     return header ? static_cast<int>(SendWithLimit(header, HDM_GETITEMCOUNT, 0, 0)) : 1;
-}
-
-std::string LineOf(HWND list, UINT lengthMessage, UINT textMessage, int index) {
-    std::wstring text(static_cast<size_t>(SendWithLimit(list, lengthMessage, index, 0)) + 1, L'\0');
-    SendWithLimit(list, textMessage, index, reinterpret_cast<LPARAM>(text.data()));
-    text.pop_back();
-    return ToUtf8(text);
 }
 
 }  // namespace
@@ -85,8 +74,7 @@ Rows ListViewItems(HWND listView, int first, int count) {
     for (int item = first; item < all && item - first < count; ++item) {
         const auto state = static_cast<UINT>(
             SendWithLimit(listView, LVM_GETITEMSTATE, item, LVIS_SELECTED | LVIS_FOCUSED | LVIS_STATEIMAGEMASK));
-        Row row = {Number((state & LVIS_SELECTED) != 0), Number((state & LVIS_FOCUSED) != 0),
-                   Number((state & LVIS_STATEIMAGEMASK) >> 12)};
+        Row row = RowOf((state & LVIS_SELECTED) != 0, (state & LVIS_FOCUSED) != 0, (state & LVIS_STATEIMAGEMASK) >> 12);
         for (int column = 0; column < columns; ++column) {
             LVITEMW query = {};
             query.iSubItem = column;
@@ -113,7 +101,7 @@ Rows ListViewColumns(HWND listView) {
         query.cchTextMax = kTextRoom;
         memory.write(query);
         if (SendWithLimit(listView, LVM_GETCOLUMNW, column, memory.parameter()))
-            rows.push_back({memory.readText(kTextAt), Number(memory.read<LVCOLUMNW>().cx)});
+            rows.push_back(RowOf(memory.readText(kTextAt), memory.read<LVCOLUMNW>().cx));
     }
     return rows;
 }
@@ -128,27 +116,21 @@ Row ListViewItemPlace(HWND listView, int item) {
     return OnScreen(listView, memory.read<RECT>());
 }
 
-Rows ListBoxItems(HWND listBox) {
-    Rows rows;
-    const auto count = static_cast<int>(SendWithLimit(listBox, LB_GETCOUNT, 0, 0));
-    for (int i = 0; i < count; ++i)
-        rows.push_back(
-            {Number(SendWithLimit(listBox, LB_GETSEL, i, 0) > 0), LineOf(listBox, LB_GETTEXTLEN, LB_GETTEXT, i)});
-    return rows;
-}
-
 Rows ComboBoxItems(HWND comboBox) {
     Rows rows;
     const auto count = static_cast<int>(SendWithLimit(comboBox, CB_GETCOUNT, 0, 0));
     const auto selected = SendWithLimit(comboBox, CB_GETCURSEL, 0, 0);
-    for (int i = 0; i < count; ++i)
-        rows.push_back({Number(i == selected), LineOf(comboBox, CB_GETLBTEXTLEN, CB_GETLBTEXT, i)});
+    for (int i = 0; i < count; ++i) {
+        std::wstring text(static_cast<size_t>(SendWithLimit(comboBox, CB_GETLBTEXTLEN, i, 0)), L'\0');
+        SendWithLimit(comboBox, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text.data()));
+        rows.push_back(RowOf(i == selected, ToUtf8(text)));
+    }
     return rows;
 }
 
 Row TrackBarState(HWND trackBar) {
-    return {Number(SendWithLimit(trackBar, TBM_GETPOS, 0, 0)), Number(SendWithLimit(trackBar, TBM_GETRANGEMIN, 0, 0)),
-            Number(SendWithLimit(trackBar, TBM_GETRANGEMAX, 0, 0))};
+    return RowOf(SendWithLimit(trackBar, TBM_GETPOS, 0, 0), SendWithLimit(trackBar, TBM_GETRANGEMIN, 0, 0),
+                 SendWithLimit(trackBar, TBM_GETRANGEMAX, 0, 0));
 }
 
 }  // namespace driver

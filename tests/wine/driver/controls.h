@@ -15,8 +15,7 @@ Rows ListViewColumns(HWND listView);
 // Place on the screen of an item (x, y, width, height); scrolls it into view first.
 Row ListViewItemPlace(HWND listView, int item);
 
-// One row per line: selected, text. For list boxes and combo boxes.
-Rows ListBoxItems(HWND listBox);
+// One row per line: selected, text.
 Rows ComboBoxItems(HWND comboBox);
 
 // position, minimum, maximum

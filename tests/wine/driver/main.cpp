@@ -37,25 +37,24 @@ Rows Done(void) {
 const Verb kVerbs[] = {
     // looking
     {"windows", [](const Request&) { return TopLevelWindows(); }},
-    {"descendants", [](const Request& r) { return Descendants(WindowOf(r, 1)); }},
+    {"descendants", [](const Request& r) { return Descendants(HandleOf(r, 1)); }},
     {"text", [](const Request& r) { return Rows{{TextOf(WindowOf(r, 1))}}; }},
-    {"focus", [](const Request&) { return Rows{FocusState()}; }},
+    {"foreground", [](const Request&) { return Rows{RowOf(GetForegroundWindow())}; }},
     {"at", [](const Request& r) { return Rows{WindowAt(PointOf(r, 1))}; }},
-    {"menubar", [](const Request& r) { return MenuBar(WindowOf(r, 1)); }},
-    {"popup", [](const Request&) { return PopupMenu(); }},
+    {"popup", [](const Request&) { return Rows{{PopupMenu()}}; }},
     {"listview", [](const Request& r) { return ListViewItems(WindowOf(r, 1), Int(r, 2, 0), Int(r, 3, 1000)); }},
     {"columns", [](const Request& r) { return ListViewColumns(WindowOf(r, 1)); }},
     {"itemplace", [](const Request& r) { return Rows{ListViewItemPlace(WindowOf(r, 1), Int(r, 2, 0))}; }},
-    {"listbox", [](const Request& r) { return ListBoxItems(WindowOf(r, 1)); }},
     {"combobox", [](const Request& r) { return ComboBoxItems(WindowOf(r, 1)); }},
     {"scroll", [](const Request& r) { return Rows{TrackBarState(WindowOf(r, 1))}; }},
-    {"codepage", [](const Request&) { return Rows{{std::to_string(GetACP())}}; }},
-    // the process of a window
+    {"codepage", [](const Request&) { return Rows{RowOf(GetACP())}; }},
+    // processes
+    {"running", [](const Request& r) { return Rows{RowOf(Running(ToWide(r.text(1))))}; }},
     {"resources", [](const Request& r) { return Rows{Resources(WindowOf(r, 1))}; }},
     {"fail", [](const Request& r) { return Fail(WindowOf(r, 1), r.text(2)), Done(); }},
     {"parts", [](const Request& r) { return AccessibleParts(WindowOf(r, 1)); }},
-    {"partat", [](const Request& r) { return Rows{{std::to_string(AccessiblePartAt(WindowOf(r, 1), PointOf(r, 2)))}}; }},
-    {"partbeside", [](const Request& r) { return Rows{{std::to_string(AccessibleNeighbour(WindowOf(r, 1), Int(r, 2, 0), Int(r, 3, 5)))}}; }},
+    {"partat", [](const Request& r) { return Rows{RowOf(AccessiblePartAt(WindowOf(r, 1), PointOf(r, 2)))}; }},
+    {"partbeside", [](const Request& r) { return Rows{RowOf(AccessibleNeighbour(WindowOf(r, 1), Int(r, 2, 0), Int(r, 3, 5)))}; }},
     {"partact", [](const Request& r) { return DoAccessibleAction(WindowOf(r, 1), Int(r, 2, 0)), Done(); }},
     {"partvalue", [](const Request& r) { return SetAccessibleValue(WindowOf(r, 1), Int(r, 2, 0), ToWide(r.text(3))), Done(); }},
     // mouse and keyboard
@@ -70,7 +69,7 @@ const Verb kVerbs[] = {
     {"wheel", [](const Request& r) { return TurnWheel(PointOf(r, 1), Int(r, 3, 1)), Done(); }},
     {"keys", [](const Request& r) { return StrikeKeys(r.text(1)), Done(); }},
     {"type", [](const Request& r) { return TypeText(ToWide(r.text(1))), Done(); }},
-    {"activate", [](const Request& r) { return Rows{{std::to_string(Activate(WindowOf(r, 1)))}}; }},
+    {"activate", [](const Request& r) { return Rows{RowOf(Activate(WindowOf(r, 1)))}; }},
     // messages
     {"settext",
      [](const Request& r) {
@@ -82,7 +81,7 @@ const Verb kVerbs[] = {
      [](const Request& r) {
          const LRESULT result = SendWithLimit(WindowOf(r, 1), static_cast<UINT>(r.number(2)),
                                               static_cast<WPARAM>(r.number(3)), static_cast<LPARAM>(r.number(4)));
-         return Rows{{std::to_string(result)}};
+         return Rows{RowOf(result)};
      }},
     {"post",
      [](const Request& r) {

@@ -4,7 +4,7 @@
 
 namespace {
 
-void Describe(HWND window, HMENU menu, int depth, std::wstring& out) {
+void Describe(HMENU menu, int depth, std::wstring& out) {
     const int count = GetMenuItemCount(menu);
     for (int position = 0; position < count; ++position) {
         wchar_t caption[512] = {};
@@ -15,7 +15,7 @@ void Describe(HWND window, HMENU menu, int depth, std::wstring& out) {
         item.cch = 512;
         if (!GetMenuItemInfoW(menu, position, TRUE, &item)) continue;
         RECT place = {};
-        GetMenuItemRect(window, menu, position, &place);
+        GetMenuItemRect(nullptr, menu, position, &place);
         UINT state = item.fState & (MFS_CHECKED | MFS_DISABLED | MFS_DEFAULT);
         if (item.fType & MFT_SEPARATOR) state |= 0x800;
         if (item.hSubMenu) state |= 0x10;
@@ -24,7 +24,7 @@ void Describe(HWND window, HMENU menu, int depth, std::wstring& out) {
         for (long number : numbers) out += std::to_wstring(number) + L'\t';
         for (const wchar_t* c = caption; *c; ++c) out += *c == L'\t' ? L'|' : *c;
         out += L'\n';
-        if (item.hSubMenu) Describe(window, item.hSubMenu, depth + 1, out);
+        if (item.hSubMenu) Describe(item.hSubMenu, depth + 1, out);
     }
 }
 
@@ -48,9 +48,8 @@ extern "C" __declspec(dllexport) LRESULT CALLBACK MenuAgentHook(int code, WPARAM
     if (code == HC_ACTION) {
         const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(l);
         if (sent.message == message) {
-            const HMENU menu = sent.wParam ? reinterpret_cast<HMENU>(sent.wParam) : GetMenu(sent.hwnd);
             std::wstring text;
-            if (menu) Describe(sent.wParam ? nullptr : sent.hwnd, menu, 0, text);
+            Describe(reinterpret_cast<HMENU>(sent.wParam), 0, text);
             Publish(text);
         }
     }

@@ -7,7 +7,7 @@
 
 namespace driver {
 
-inline constexpr wchar_t kMenuMessage[] = L"QuenloxTestReadMenu";    // wParam: the menu; 0: the window's menu bar
+inline constexpr wchar_t kMenuMessage[] = L"QuenloxTestReadMenu";    // wParam: the menu
 inline constexpr wchar_t kMenuMemory[] = L"Local\\QuenloxTestMenu";  // wchar_t length, then the text
 inline constexpr size_t kMenuMemorySize = 256 * 1024;                // bytes
 

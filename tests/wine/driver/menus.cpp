@@ -14,24 +14,7 @@ struct SharedMemory {
     wchar_t* text = static_cast<wchar_t*>(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, 0));
 };
 
-Rows SplitLines(std::wstring_view text) {
-    Rows rows;
-    while (!text.empty()) {
-        const size_t end = text.find(L'\n');
-        std::wstring_view line = text.substr(0, end);
-        Row row;
-        for (size_t tab = line.find(L'\t'); tab != std::wstring_view::npos; tab = line.find(L'\t')) {
-            row.push_back(ToUtf8(line.substr(0, tab)));
-            line.remove_prefix(tab + 1);
-        }
-        row.push_back(ToUtf8(line));
-        rows.push_back(std::move(row));
-        text.remove_prefix(end + 1);
-    }
-    return rows;
-}
-
-Rows ReadMenu(HWND window, WPARAM menu) {
+std::string ReadMenu(HWND window, WPARAM menu) {
     static const SharedMemory memory;
     static const HMODULE agent = LoadLibraryW(L"menu_agent.dll");
     const auto procedure =
@@ -49,18 +32,13 @@ Rows ReadMenu(HWND window, WPARAM menu) {
     }
     UnhookWindowsHookEx(hook);
     if (memory.text[0] == kUntouched) throw Failure("the menu agent did not answer");
-    return SplitLines(memory.text);
+    return ToUtf8(memory.text);
 }
 
 }  // namespace
 
-Rows MenuBar(HWND window) {
-    return ReadMenu(window, 0);
-}
-
-Rows PopupMenu() {
+std::string PopupMenu() {
     HWND shown = nullptr;
-    Rows rows;
     // Menus that were shown before keep their window, hidden.
     while ((shown = FindWindowExW(nullptr, shown, kMenuWindowClass, nullptr)) != nullptr) {
         if (!IsWindowVisible(shown)) continue;

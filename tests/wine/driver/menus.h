@@ -7,9 +7,7 @@
 
 namespace driver {
 
-// Rows as menu_agent.h describes them. MenuBar reads the bar of a window with everything below it, PopupMenu the menu
-// that is open on the screen; both throw when there is none.
-Rows MenuBar(HWND window);
-Rows PopupMenu();
+// The menu that is open on the screen, as menu_agent.h describes it; throws when there is none.
+std::string PopupMenu();
 
 }  // namespace driver

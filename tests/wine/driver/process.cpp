@@ -1,10 +1,8 @@
 #include "tests/wine/driver/process.h"
 
-#include <psapi.h>
 #include <tlhelp32.h>
 
 #include <memory>
-#include <utility>
 
 namespace driver {
 namespace {
@@ -20,15 +18,6 @@ Handle ProcessOf(HWND window, DWORD& id) {
     Handle process(OpenProcess(PROCESS_ALL_ACCESS, FALSE, id));
     if (!process) throw Failure("the process cannot be opened, error " + std::to_string(GetLastError()));
     return process;
-}
-
-size_t ThreadsOf(DWORD id) {
-    const Handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
-    THREADENTRY32 entry{};
-    entry.dwSize = sizeof entry;
-    size_t count = 0;
-    for (BOOL more = Thread32First(snapshot.get(), &entry); more; more = Thread32Next(snapshot.get(), &entry)) count += entry.th32OwnerProcessID == id;
-    return count;
 }
 
 template <class Function>
@@ -79,39 +68,21 @@ size_t GdiObjectsOf(HANDLE process) {
     return count;
 }
 
-// Windows, the most of what GetGuiResources would count.
-size_t WindowsOf(DWORD id) {
-    struct Count {
-        DWORD id;
-        size_t windows;
-    } count{id, 0};
-    const auto add = [](HWND window, LPARAM context) -> BOOL {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(window, &owner);
-        auto* counted = reinterpret_cast<Count*>(context);
-        counted->windows += owner == counted->id;
-        return TRUE;
-    };
-    const auto addWithChildren = [](HWND window, LPARAM context) -> BOOL {
-        const auto* both = reinterpret_cast<std::pair<WNDENUMPROC, LPARAM>*>(context);
-        both->first(window, both->second);
-        EnumChildWindows(window, both->first, both->second);
-        return TRUE;
-    };
-    std::pair<WNDENUMPROC, LPARAM> both{add, reinterpret_cast<LPARAM>(&count)};
-    EnumWindows(addWithChildren, reinterpret_cast<LPARAM>(&both));
-    return count.windows;
-}
-
 }  // namespace
+
+size_t Running(const std::wstring& name) {
+    const Handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    size_t count = 0;
+    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry)) count += name == entry.szExeFile;
+    return count;
+}
 
 Row Resources(HWND window) {
     DWORD id = 0;
     const Handle process = ProcessOf(window, id);
-    PROCESS_MEMORY_COUNTERS memory{};
-    GetProcessMemoryInfo(process.get(), &memory, sizeof memory);
-    return {std::to_string(memory.WorkingSetSize), std::to_string(HandlesOf(id)), std::to_string(GdiObjectsOf(process.get())),
-            std::to_string(WindowsOf(id)), std::to_string(ThreadsOf(id))};
+    return RowOf(HandlesOf(id), GdiObjectsOf(process.get()));
 }
 
 void Fail(HWND window, const std::string& how) {

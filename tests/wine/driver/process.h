@@ -1,4 +1,4 @@
-// The process behind a window: what it holds, and how it is made to fail.
+// Processes, and the one behind a window: what it holds, and how it is made to fail.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,10 @@
 
 namespace driver {
 
-// working set in bytes, handles, GDI objects, windows, threads
+// How many processes of a program there are.
+size_t Running(const std::wstring& name);
+
+// handles, GDI objects
 Row Resources(HWND window);
 
 // Makes a thread in the process that fails: "fault" calls a bad address, "break" meets a breakpoint, "overflow" fills its

@@ -10,22 +10,12 @@ namespace {
 std::string Escaped(std::string_view field) {
     if (field == ".") return "\\.";  // alone on a line it would end the answer
     std::string out;
-    for (char c : field) {
-        switch (c) {
-            case '\\':
-                out += "\\\\";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            default:
-                out += c;
+    for (const char c : field) {
+        const size_t special = std::string_view("\\\t\r\n").find(c);
+        if (special == std::string_view::npos) {
+            out += c;
+        } else {
+            out += {'\\', "\\trn"[special]};
         }
     }
     return out;
@@ -64,8 +54,8 @@ int64_t Request::number(size_t index) const {
 std::string FormatAnswer(const Rows& rows) {
     std::string out = "ok\n";
     for (const Row& row : rows) {
-        for (size_t i = 0; i < row.size(); ++i) out += (i ? "\t" : "") + Escaped(row[i]);
-        out += '\n';
+        for (const std::string& field : row) out += Escaped(field) + '\t';
+        out.back() = '\n';
     }
     return out + ".\n";
 }

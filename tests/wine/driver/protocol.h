@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <concepts>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -14,6 +15,15 @@ namespace driver {
 
 using Row = std::vector<std::string>;
 using Rows = std::vector<Row>;
+
+// A row of numbers, handles and texts.
+inline std::string FieldOf(std::string text) { return text; }
+inline std::string FieldOf(const void* handle) { return std::to_string(reinterpret_cast<intptr_t>(handle)); }
+std::string FieldOf(std::integral auto number) { return std::to_string(number); }
+template <class... Values>
+Row RowOf(const Values&... values) {
+    return {FieldOf(values)...};
+}
 
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;

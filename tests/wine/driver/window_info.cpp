@@ -3,13 +3,6 @@
 namespace driver {
 namespace {
 
-std::string Number(int64_t value) {
-    return std::to_string(value);
-}
-std::string Handle(HWND window) {
-    return Number(reinterpret_cast<intptr_t>(window));
-}
-
 Row Described(HWND window, bool topLevel) {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
@@ -19,20 +12,9 @@ Row Described(HWND window, bool topLevel) {
     GetWindowRect(window, &place);
     const HWND above = topLevel ? GetWindow(window, GW_OWNER) : GetParent(window);
     const int id = topLevel ? 0 : GetDlgCtrlID(window);
-    return {Handle(window),
-            Handle(above),
-            Number(process),
-            ToUtf8(name),
-            Number(id),
-            Number(place.left),
-            Number(place.top),
-            Number(place.right - place.left),
-            Number(place.bottom - place.top),
-            Number(IsWindowVisible(window)),
-            Number(IsWindowEnabled(window)),
-            Number(GetWindowLongW(window, GWL_STYLE) & 0xFFFFFFFFll),
-            Number(GetWindowLongW(window, GWL_EXSTYLE) & 0xFFFFFFFFll),
-            TextOf(window)};
+    return RowOf(window, above, process, ToUtf8(name), id, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 IsWindowVisible(window), IsWindowEnabled(window), static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE)),
+                 static_cast<DWORD>(GetWindowLongW(window, GWL_EXSTYLE)), TextOf(window));
 }
 
 struct Collector {
@@ -48,8 +30,12 @@ BOOL CALLBACK Collect(HWND window, LPARAM parameter) {
 
 }  // namespace
 
+HWND HandleOf(const Request& request, size_t index) {
+    return reinterpret_cast<HWND>(static_cast<intptr_t>(request.number(index)));
+}
+
 HWND WindowOf(const Request& request, size_t index) {
-    const auto window = reinterpret_cast<HWND>(static_cast<intptr_t>(request.number(index)));
+    const HWND window = HandleOf(request, index);
     if (!IsWindow(window)) throw Failure("no such window: " + request.text(index));
     return window;
 }
@@ -57,7 +43,7 @@ HWND WindowOf(const Request& request, size_t index) {
 LRESULT SendWithLimit(HWND window, UINT message, WPARAM w, LPARAM l) {
     DWORD_PTR result = 0;
     SetLastError(0);
-    if (!SendMessageTimeoutW(window, message, w, l, SMTO_NORMAL, 5000, &result))
+    if (!SendMessageTimeoutW(window, message, w, l, SMTO_NORMAL, 20000, &result))
         throw Failure("the window does not answer message " + std::to_string(message) + ", error " +
                       std::to_string(GetLastError()));
     return static_cast<LRESULT>(result);
@@ -66,10 +52,10 @@ LRESULT SendWithLimit(HWND window, UINT message, WPARAM w, LPARAM l) {
 std::string TextOf(HWND window) {
     // A hung window must not hang the listing of all the others.
     DWORD_PTR length = 0;
-    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 1000, &length)) return {};
+    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 3000, &length)) return {};
     std::wstring text(length + 1, L'\0');
     DWORD_PTR copied = 0;
-    SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG, 1000,
+    SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG, 3000,
                         &copied);
     text.resize(copied <= length ? copied : length);
     return ToUtf8(text);
@@ -87,17 +73,9 @@ Rows Descendants(HWND parent) {
     return collector.rows;
 }
 
-Row FocusState() {
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof info;
-    const HWND foreground = GetForegroundWindow();
-    if (foreground) GetGUIThreadInfo(GetWindowThreadProcessId(foreground, nullptr), &info);
-    return {Handle(foreground), Handle(info.hwndFocus), Handle(info.hwndCapture), Handle(info.hwndMenuOwner)};
-}
-
 Row WindowAt(POINT point) {
     const HWND window = WindowFromPoint(point);
-    return {Handle(window), Handle(window ? GetAncestor(window, GA_ROOT) : nullptr)};
+    return RowOf(window, window ? GetAncestor(window, GA_ROOT) : nullptr);
 }
 
 }  // namespace driver

@@ -2,14 +2,17 @@
 
 import dataclasses
 import queue
+import re
 import subprocess
 import threading
+import time
 
 from wine_session.processes import wait_until
 
 WM_CLOSE, WM_COMMAND, BM_GETCHECK = 0x10, 0x111, 0xF0
-TIP_CLASS = "tooltips_class32"
-LIMIT = 10.0  # seconds that waiting takes at most when a test names no limit
+TIP_CLASS, MENU_CLASS, LIST_CLASS = "tooltips_class32", "#32768", "SysListView32"
+DOUBLE_CLICK = 0.6  # seconds; the system's is half a second
+LIMIT = 30.0  # seconds that waiting takes at most when a test names no limit: much, for a busy machine
 
 
 class DriverError(RuntimeError):
@@ -17,21 +20,11 @@ class DriverError(RuntimeError):
 
 
 def _escaped(value):
-    return str(value).replace("\\", "\\\\").replace("\t", "\\t").replace("\r", "\\r").replace("\n", "\\n")
+    return re.sub(r"[\\\t\r\n]", lambda found: "\\" + {"\t": "t", "\r": "r", "\n": "n"}.get(found[0], found[0]), str(value))
 
 
 def _fields(line):
-    fields, field, characters = [], "", iter(line)
-    for c in characters:
-        if c == "\t":
-            fields.append(field)
-            field = ""
-        elif c == "\\":
-            c = next(characters)
-            field += {"t": "\t", "r": "\r", "n": "\n"}.get(c, c)
-        else:
-            field += c
-    return fields + [field]
+    return [re.sub(r"\\(.)", lambda found: {"t": "\t", "r": "\r", "n": "\n"}.get(found[1], found[1]), field) for field in line.split("\t")]
 
 
 @dataclasses.dataclass(frozen=True)
@@ -87,6 +80,7 @@ class Driver:
     def __init__(self, session, program):
         self._process = session.start(program, stdin=subprocess.PIPE, stdout=subprocess.PIPE, cwd=program.parent)
         self._lines = queue.Queue()
+        self._last_click = 0.0
         threading.Thread(target=self._read, daemon=True).start()
 
     def _read(self):
@@ -101,7 +95,7 @@ class Driver:
         answer = []
         while True:
             try:
-                line = self._lines.get(timeout=30)
+                line = self._lines.get(timeout=60)
             except queue.Empty:
                 raise DriverError(f"no answer to {request}") from None
             if line is None:
@@ -142,26 +136,17 @@ class Driver:
         return None
 
     def wait_window(self, title=None, class_name=None, limit=LIMIT, **more):
-        return wait_until(lambda: self.find(title, class_name, **more), limit,
-                          f"a window {title or ''} {class_name or ''}")
+        return wait_until(lambda: self.find(title, class_name, **more), limit, f"a window {title or ''} {class_name or ''}")
 
     def tree(self):
         """All windows with their controls, as text for people."""
         out = []
         for window in self.windows():
-            out.append(str(window))
-            try:
-                out += [f"    {control}" for control in window.controls()]
-            except DriverError:
-                pass  # it closed meanwhile
+            out += [str(window), *(f"    {control}" for control in window.controls())]
         return "\n".join(out) + "\n"
 
     def foreground(self):
-        return int(self.ask("focus")[0][0])
-
-    def focused(self):
-        """Handle of the control that has the keyboard, 0 for none."""
-        return int(self.ask("focus")[0][1])
+        return int(self.ask("foreground")[0][0])
 
     def window_at(self, x, y):
         """(innermost window, its top-level window) at a point of the screen, as handles; regions are respected."""
@@ -173,7 +158,10 @@ class Driver:
         self.ask("move", x, y)
 
     def click(self, x, y, button="left", count=1):
+        """Clicks that follow one another are a double click only when `count` says so."""
+        time.sleep(max(0.0, self._last_click + DOUBLE_CLICK - time.monotonic()))
         self.ask("click", x, y, button, count)
+        self._last_click = time.monotonic()
 
     def press(self, button="left"):
         self.ask("press", button, 1)
@@ -194,25 +182,38 @@ class Driver:
     def type(self, text):
         self.ask("type", text)
 
-    def popup(self, limit=LIMIT):
+    def popup(self):
         """The items of the menu that is open, those of its sub menus behind their parent; waits until there is one."""
-        def rows():
+        def text():
             try:
-                return self.ask("popup")
+                return self.ask("popup")[0][0]
             except DriverError:
                 return None
-        return _menu_items(wait_until(rows, limit, "an open menu"))
+        return _menu_items(wait_until(text, LIMIT, "an open menu"))
 
-    def choose(self, *texts, limit=LIMIT):
-        """Chooses from the menu that is open by clicking; several texts lead through sub menus."""
+    def choose(self, *texts):
+        """Chooses from the menu that is open by clicking; several texts lead through sub menus. Returns when the menu has gone,
+        or the sub menu of the last text may open."""
         for text in texts:
-            def shown():
-                # A sub menu that is open is listed behind the menu it belongs to, as a menu of its own.
-                items = [i for i in self.popup() if i.text == text and i.place[2] > 0]
-                return items and items[-1]
-            item = wait_until(shown, limit, f"menu item {text}")
+            # A sub menu that is open is listed behind the menu it belongs to, as a menu of its own.
+            item = wait_until(lambda: [i for i in self.popup() if i.text == text and i.place[2] > 0], LIMIT, f"menu item {text}")[-1]
             x, y, width, height = item.place
             self.click(x + min(20, width // 2), y + height // 2)
+        if not item.submenu:
+            wait_until(lambda: not self.menus(), LIMIT, "the menu closes")
+
+    def menus(self):
+        return [window for window in self.windows() if window.class_name == MENU_CLASS and window.visible]
+
+    def leave_menu(self):
+        """Closes the menu that is open, with its sub menus, by the key for it."""
+        while open_before := len(self.menus()):
+            self.keys("esc")
+            wait_until(lambda: len(self.menus()) < open_before, LIMIT, "the menu closes")
+
+    def running(self, name):
+        """How many processes of a program there are, as Wine's server sees it."""
+        return int(self.ask("running", name)[0][0])
 
     def code_page(self):
         return int(self.ask("codepage")[0][0])
@@ -225,7 +226,8 @@ def _fits(title, pattern):
             and (open_begin or open_end or title == core))
 
 
-def _menu_items(rows):
+def _menu_items(text):
+    rows = [line.split("\t") for line in text.splitlines()]
     return [MenuItem(*map(int, row[:4]), tuple(map(int, row[4:8])), row[8]) for row in rows]
 
 
@@ -253,10 +255,7 @@ class Window:
         """The same window as it is now; None when it is gone."""
         if self._top_level:
             return next((w for w in self._driver.windows() if w.handle == self.handle), None)
-        try:
-            rows = self._driver.ask("descendants", self.parent)
-        except DriverError:
-            return None
+        rows = self._driver.ask("descendants", self.parent)
         return next((Window(self._driver, r, False) for r in rows if int(r[0]) == self.handle), None)
 
     def ask(self, verb, *more):
@@ -284,15 +283,24 @@ class Window:
     def controls(self):
         return [Window(self._driver, row, False) for row in self._driver.ask("descendants", self.handle)]
 
-    def control(self, id=None, class_name=None, title=None, limit=LIMIT):
+    def control(self, class_name=None, title=None, where=lambda control: True):
         """The first descendant that fits, waited for."""
         def found():
-            for c in self.controls():
-                if ((id is None or c.id == id) and (class_name is None or c.class_name.lower() == class_name.lower())
-                        and (title is None or c.title.replace("&", "") == title)):
-                    return c
-            return None
-        return wait_until(found, limit, f"control {id or ''} {class_name or ''} {title or ''} in {self.title!r}")
+            return next((c for c in self.controls() if (class_name is None or c.class_name.lower() == class_name.lower())
+                         and (title is None or c.title.replace("&", "") == title) and where(c)), None)
+        return wait_until(found, LIMIT, f"control {class_name or ''} {title or ''} in {self.title!r}")
+
+    def list_view(self):
+        """The first list view that is seen."""
+        return self.control(LIST_CLASS, where=lambda control: control.visible)
+
+    def press(self, title):
+        """Clicks a button when it can be pressed."""
+        self.control("Button", title, lambda control: control.visible and control.enabled).click()
+
+    def wait_text(self, text, limit=LIMIT):
+        """Waits until something in it shows the text."""
+        wait_until(lambda: any(text in c.title for c in self.controls() if c.visible), limit, f"{self.title!r} shows {text!r}")
 
     # Acting; dx and dy count from the left top corner of the window, the middle when not given
 
@@ -327,19 +335,16 @@ class Window:
     # The process behind it
 
     def resources(self):
-        """Counts of its process: working_set in bytes, handles, gdi, windows, threads."""
-        names = ("working_set", "handles", "gdi", "windows", "threads")
-        return dict(zip(names, map(int, self._driver.ask("resources", self.handle)[0])))
+        """Counts of its process: handles, gdi, windows."""
+        windows = sum(1 + len(window.controls()) for window in self._driver.windows() if window.process == self.process)
+        handles, gdi = map(int, self._driver.ask("resources", self.handle)[0])
+        return {"handles": handles, "gdi": gdi, "windows": windows}
 
     def fail(self, how):
         """Makes a thread of its process fail: by "fault", "break", "overflow" (of the stack) or "abort"."""
         self._driver.ask("fail", self.handle, how)
 
     # Contents
-
-    def menu(self):
-        """The items of its menu bar, those of sub menus behind their parent."""
-        return _menu_items(self._driver.ask("menubar", self.handle))
 
     def checked(self):
         return self.send(BM_GETCHECK) == 1
@@ -361,14 +366,11 @@ class Window:
         self._driver.click(x + 8, y + height // 2, button, count)
 
     def lines(self):
-        """The texts of a list box or combo box."""
-        return [text for _, text in self._driver.ask(self._list_verb(), self.handle)]
+        """The texts of a combo box."""
+        return [text for _, text in self._driver.ask("combobox", self.handle)]
 
     def selected_line(self):
-        return next((text for on, text in self._driver.ask(self._list_verb(), self.handle) if on == "1"), None)
-
-    def _list_verb(self):
-        return "combobox" if "combo" in self.class_name.lower() else "listbox"
+        return next((text for on, text in self._driver.ask("combobox", self.handle) if on == "1"), None)
 
     def scroll(self):
         """(position, minimum, maximum) of a track bar."""

@@ -9,10 +9,6 @@ from Xlib.protocol import event
 _VERSION = 5
 
 
-class DropRefused(RuntimeError):
-    pass
-
-
 class _Source:
     def __init__(self, name, files):
         self._display = display.Display(name)
@@ -49,7 +45,7 @@ class _Source:
                 elif e.type == X.ClientMessage and e.client_type == self._atom(until):
                     return list(e.data[1])
             time.sleep(0.01)
-        raise DropRefused(f"no {until} within {limit} s")
+        raise RuntimeError(f"no {until} within {limit} s")
 
     def _answer(self, request):
         place = request.property or request.target
@@ -67,13 +63,13 @@ class _Source:
     def drop(self, x, y, limit):
         target = self.target_at(x, y)
         if target is None:
-            raise DropRefused(f"nothing at {x},{y} takes drops")
+            raise RuntimeError(f"nothing at {x},{y} takes drops")
         self.send(target, "XdndEnter", [self._window.id, _VERSION << 24, self._uris, 0, 0])
         self.send(target, "XdndPosition", [self._window.id, 0, x << 16 | y, X.CurrentTime, self._atom("XdndActionCopy")])
         accepted = self.serve("XdndStatus", limit)[1] & 1
         if not accepted:
             self.send(target, "XdndLeave", [self._window.id, 0, 0, 0, 0])
-            raise DropRefused(f"the window at {x},{y} does not accept files")
+            raise RuntimeError(f"the window at {x},{y} does not accept files")
         self.send(target, "XdndDrop", [self._window.id, 0, X.CurrentTime, 0, 0])
         self.serve("XdndFinished", limit)
 
@@ -81,8 +77,8 @@ class _Source:
         self._display.close()
 
 
-def drop_files(display_name, x, y, files, limit=5.0):
-    """Drops `files` (paths of this machine) at a point of the screen; DropRefused when the window does not take them."""
+def drop_files(display_name, x, y, files, limit=30.0):
+    """Drops `files` (paths of this machine) at a point of the screen, or tells that the window does not take them."""
     source = _Source(display_name, files)
     try:
         source.drop(x, y, limit)

@@ -8,11 +8,11 @@ def _bytes(text):
 
 
 class Product(MainWindow):
-    """`arguments`: a file, switches. `name`: of the copy's folder, which keeps what the program writes; `again` is a product
-    that has ended and whose folder is used once more. `ini`, `m3u`: texts of the settings and of the list file."""
+    """`arguments`: a file, switches. `folder`: of a copy that is there already, as of a product that has ended. `ini`, `m3u`:
+    texts of the settings and of the list file."""
 
-    def __init__(self, s, *arguments, name="program", again=None, skin="default", scale=1, ini=None, m3u=None):
-        self.folder = again.folder if again else s.fresh_product(name)
+    def __init__(self, s, *arguments, folder=None, skin="default", scale=1, ini=None, m3u=None):
+        self.folder = folder or s.fresh_product()
         for extension, text in (("ini", ini), ("m3u", m3u)):
             if text is not None:
                 (self.folder / f"Quenlox.{extension}").write_bytes(_bytes(text))

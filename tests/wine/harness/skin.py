@@ -90,6 +90,7 @@ class MainWindow:
     def __init__(self, s, skin="default", scale=1):
         self._s, self.skin, self.scale = s, Skin(skin), scale
         self.window = s.driver.wait_window(title=TITLE)
+        s.wait_until(lambda: self.shows_button("close"), "the main window is drawn")
 
     def refresh(self):
         self.window = self._s.driver.wait_window(title=TITLE)
@@ -108,7 +109,7 @@ class MainWindow:
 
     def look(self, box):
         """What the window shows there, a PIL image."""
-        x, y, _, _ = self.window.place
+        x, y, _, _ = self.refresh().place
         k = self.scale
         return self._s.screen().crop((x + box[0] * k, y + box[1] * k, x + (box[0] + box[2]) * k, y + (box[1] + box[3]) * k))
 

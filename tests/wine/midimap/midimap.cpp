@@ -60,22 +60,9 @@ bool IsHousekeeping(UINT message) {
 }  // namespace
 
 extern "C" LRESULT CALLBACK DriverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, LPARAM b) {
-    switch (message) {
-        case DRV_LOAD:
-        case DRV_FREE:
-        case DRV_OPEN:
-        case DRV_CLOSE:
-        case DRV_ENABLE:
-        case DRV_DISABLE:
-            return 1;
-        case DRV_QUERYCONFIGURE:
-            return 0;
-        case DRV_INSTALL:
-        case DRV_REMOVE:
-            return DRVCNF_RESTART;
-        default:
-            return DefDriverProc(id, driver, message, a, b);
-    }
+    const bool comesOrGoes = message == DRV_LOAD || message == DRV_FREE || message == DRV_OPEN || message == DRV_CLOSE ||
+                             message == DRV_ENABLE || message == DRV_DISABLE;
+    return comesOrGoes ? 1 : DefDriverProc(id, driver, message, a, b);
 }
 
 extern "C" DWORD WINAPI modMessage(UINT, UINT message, DWORD_PTR user, DWORD_PTR a, DWORD_PTR b) {

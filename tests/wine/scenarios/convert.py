@@ -8,37 +8,24 @@ import wave
 from harness import material
 from harness.product import Product
 from harness.scenario import real_time
-from harness.skin import MainWindow
 
 LIMIT = 180
 START, CANCEL = "変換開始", "中止"
 
 
-def start(s):
-    player = Product(s)
+def start(s, folder=None):
+    player = Product(s, folder=folder)
     player.press("conv")
     return player, s.driver.wait_window(title="ファイル変換")
 
 
-def press(form, title):
-    form.control(title=title, class_name="Button").click()
-
-
 def choose(s, form, operation, source, destination=None):
-    press(form, operation)
-    press(form, "参照(S)...")
+    form.press(operation)
+    form.press("参照(S)...")
     s.file_dialog(source)
     if destination:
-        press(form, "参照(D)...")
+        form.press("参照(D)...")
         s.file_dialog(destination)
-
-
-def shows(form, text):
-    return any(text in c.title for c in form.controls() if c.visible)
-
-
-def wait_for(s, form, text, limit=60):
-    s.wait_until(lambda: shows(form, text), limit, f"the converter shows {text}")
 
 
 def frames(path):
@@ -51,10 +38,10 @@ def test_a_wave_becomes_an_mp3_of_the_same_length_and_that_a_wave_again(s):
     source = material.write_wave(s.material / "音.wav", material.tone(440, 20.0))
     player, form = start(s)
     choose(s, form, "MP3エンコード", source)
-    press(form, START)
-    wait_for(s, form, "変換が終わりました")
+    form.press(START)
+    form.wait_text("変換が終わりました", limit=60)
     s.screenshot("encoded")
-    assert not form.control(title=START).enabled, "nothing is left to be converted"
+    s.wait_until(lambda: not form.control(title=START).enabled, "nothing is left to be converted")
     subprocess.run(["mpg123", "-q", "-w", s.material / "check.wav", s.material / "音.mp3"], check=True)
     s.equal(frames(s.material / "check.wav"), 20 * 44100, "frames that another decoder finds")
     choose(s, form, "MP3エンコード", source)  # once more: the player has the first one open
@@ -62,8 +49,8 @@ def test_a_wave_becomes_an_mp3_of_the_same_length_and_that_a_wave_again(s):
     s.answer("上書きしますか", button=6)
     wait_for(s, form, "変換が終わりました")
     choose(s, form, "WAVEデコード", s.material / "音.mp3", s.material / "出力.wav")
-    press(form, START)
-    s.wait_until((s.material / "出力.wav").exists, 60, "the file is decoded")
+    form.press(START)
+    s.wait_until((s.material / "出力.wav").exists, "the file is decoded")
     s.equal(frames(s.material / "出力.wav"), 20 * 44100, "frames")
     player.end()
 
@@ -75,9 +62,9 @@ def test_while_playing_the_sound_is_heard_and_written(s):
     player, form = start(s)
     mark = s.sound_mark()
     choose(s, form, "再生しながらデコード", source)
-    press(form, START)
+    form.press(START)
     s.wait_sound(since=mark)
-    wait_for(s, form, "変換が終わりました", 20)
+    form.wait_text("変換が終わりました")
     heard = s.captured(mark).trimmed()
     s.near(heard.frequency(), 700, 2, "frequency in Hz")
     s.near(heard.length, 4.0, 0.3, "length heard")
@@ -93,17 +80,16 @@ def test_a_cancel_half_way_leaves_nothing_and_the_program_usable(s):
     os.truncate(source, 5 << 30)
     player, form = start(s)
     choose(s, form, "MP3エンコード", source)
-    press(form, START)
-    s.wait_until(lambda: any(p.suffix == ".tmp" for p in folder.iterdir()), 20, "the encode has begun")
+    form.press(START)
+    s.wait_until(lambda: any(p.suffix == ".tmp" for p in folder.iterdir()), "the encode has begun")
     s.screenshot("encoding")
-    press(form, CANCEL)
-    wait_for(s, form, "中止しました", 5)
+    form.press(CANCEL)
+    form.wait_text("中止しました")
     s.equal([p.name for p in folder.iterdir()], ["long.wav"], "files after the cancel")
-    assert form.control(title=START).enabled, "it can be started again"
-    press(form, START)
-    wait_for(s, form, "残り")
-    press(form, CANCEL)
-    wait_for(s, form, "中止しました", 5)
+    form.press(START)
+    form.wait_text("残り")
+    form.press(CANCEL)
+    form.wait_text("中止しました")
     player.end()
 
 
@@ -123,9 +109,9 @@ def test_what_cannot_be_converted_is_said_and_so_is_a_full_disk(s):
                 ("MP3エンコード", sound["wav"], "gogo.dllエンコードエラー", "保存先に書き込めません"),
                 ("WAVEデコード", sound["mp3"], "変換エラー", "保存先に書き込めません")):
             choose(s, form, operation, file, small / ("a.mp3" if operation.startswith("MP3") else "a.wav"))
-            press(form, START)
-            s.answer(message, limit=60)
-            assert shows(form, reason), f"{reason} for {file.name}"
+            form.press(START)
+            s.answer(message)
+            form.wait_text(reason)
             s.equal(list(small.iterdir()), [], "files that are left")
         player.end()
     finally:
@@ -135,10 +121,7 @@ def test_what_cannot_be_converted_is_said_and_so_is_a_full_disk(s):
 def test_without_the_encoder_library_its_settings_are_out_of_reach(s):
     folder = s.fresh_product("bare")
     (folder / "gogo.dll").unlink()
-    s.start_product(folder=folder)
-    main = MainWindow(s)
-    main.press("conv")
-    form = s.driver.wait_window(title="ファイル変換")
-    press(form, "MP3エンコード")
-    wait_for(s, form, "GOGO.DLLがないため")
+    _, form = start(s, folder)
+    form.press("MP3エンコード")
+    form.wait_text("GOGO.DLLがないため")
     assert all(not c.enabled for c in form.controls() if c.class_name.lower() == "combobox")

@@ -28,11 +28,11 @@ def gains(window):
     return [-slider.scroll()[0] for slider in sliders(window)]
 
 
-def band_levels(s, file, settings, name):
+def band_levels(s, file, settings):
     mark = s.sound_mark()
-    player = Product(s, file, "/p", name=name, ini=settings)
+    player = Product(s, file, "/p", ini=settings)
     s.wait_sound(since=mark)
-    s.wait_silence(limit=25)
+    s.wait_silence()
     heard = s.captured(mark).trimmed()
     player.end()
     s.near(heard.length, len(BANDS) * STEP, 0.2, "length in seconds")
@@ -43,8 +43,8 @@ def band_levels(s, file, settings, name):
 def test_a_preset_raises_and_lowers_its_bands_by_what_it_says(s):
     file = material.write_mp3(s.material / "bands.mp3", material.steps(BANDS, STEP, level=0.2), "-b", "320", "--lowpass", "20")
     rock = ",".join(str(int(g * 10)) for g in ROCK)
-    plain = band_levels(s, file, "[Equalizer]\nEqMode=0\n", "plain")
-    shaped = band_levels(s, file, f"[Equalizer]\n5Eq=Custom,{rock}\nEqMode=1\n", "shaped")
+    plain = band_levels(s, file, "[Equalizer]\nEqMode=0\n")
+    shaped = band_levels(s, file, f"[Equalizer]\n5Eq=Custom,{rock}\nEqMode=1\n")
     raised = [20 * numpy.log10(b / a) for a, b in zip(plain, shaped)]
     print("gains heard:", " ".join(f"{g:+.2f}" for g in raised))
     for band, heard, wanted in zip(BANDS, raised, ROCK):
@@ -59,7 +59,7 @@ def test_choosing_a_preset_and_switching_while_it_plays_is_heard_and_gives_no_cl
     s.wait_sound()
     plain = s.listen(0.6).level_at(170)
     window.control(title="ROCK").click()
-    s.wait_until(lambda: gains(window) == [int(g) for g in ROCK], 5, "the sliders stand at the preset")
+    s.wait_equal(lambda: gains(window), [int(g) for g in ROCK], "sliders")
     s.near(s.listen(0.6).level_at(170), plain, 0.01, "level while it is switched off")
     s.screenshot("preset", window)
 
@@ -67,8 +67,7 @@ def test_choosing_a_preset_and_switching_while_it_plays_is_heard_and_gives_no_cl
     switch = window.control(title=SWITCH)
     for wanted in (5.0, 0.0) * 3:
         switch.click()
-        s.wait_until(lambda: abs(20 * numpy.log10(s.listen(0.4).level_at(170) / plain) - wanted) < 1.0, 5,
-                     f"the tone is heard with {wanted} dB")
+        s.wait_until(lambda: abs(20 * numpy.log10(s.listen(0.4).level_at(170) / plain) - wanted) < 1.0, f"the tone is heard with {wanted} dB")
     heard = s.captured(mark).mono()
     # The steepest step of the louder of the two tones.
     music = 2 * numpy.pi * 170 / 44100 * plain * 10 ** (5.5 / 20)
@@ -81,63 +80,63 @@ def test_sliders_answer_to_keys_wheel_and_double_click_and_the_curve_to_the_mous
     window = open_equalizer(player)
     s.equal(window.place[:2], (200, 200), "the place that was kept")
     window.control(title="BGM").click()
-    s.wait_until(lambda: gains(window) == [-7, -2, -3, 4, -2, 3, -3, 0, -5, -7], 5, "BGM")
-    window.control(title=SWITCH).click()
-    s.pause(0.3)
+    s.wait_equal(lambda: gains(window), [-7, -2, -3, 4, -2, 3, -3, 0, -5, -7], "sliders")
+    window.press(SWITCH)
+    s.wait_until(window.control(title=SWITCH).checked, "it is switched on")
     bars = sliders(window)
     bars[0].click(bars[0].width // 2, bars[0].height - 8)
     s.driver.keys("home")
-    s.wait_until(lambda: gains(window)[0] == 12, 3, "Home is the top, +12 dB")
+    s.wait_until(lambda: gains(window)[0] == 12, "Home is the top, +12 dB")
     s.driver.keys("down")
-    s.wait_until(lambda: gains(window)[0] == 11, 3, "one step down")
+    s.wait_until(lambda: gains(window)[0] == 11, "one step down")
     x, y = bars[0].point()
     s.driver.wheel(x, y, -2)
-    s.wait_until(lambda: gains(window)[0] == 9, 3, "two notches down")
-    s.equal([c.title for c in window.controls() if c.class_name == "Static" and c.title == "+9"], ["+9"], "the value shown")
+    s.wait_until(lambda: gains(window)[0] == 9, "two notches down")
+    window.control("Static", "+9")
 
     bottom = bars[9]
-    s.driver.click(*bottom.point())
+    bottom.click()
     s.driver.keys("end")
-    s.wait_until(lambda: gains(window)[9] == -12, 3, "End is the bottom")
+    s.wait_until(lambda: gains(window)[9] == -12, "End is the bottom")
     s.driver.keys("home")
-    s.wait_until(lambda: gains(window)[9] == 12, 3, "Home")
+    s.wait_until(lambda: gains(window)[9] == 12, "Home")
     s.driver.click(bottom.x + bottom.width // 2, bottom.y + 10, count=2)
-    s.wait_until(lambda: gains(window)[9] == 0, 3, "a double click on the knob is 0 dB")
+    s.wait_until(lambda: gains(window)[9] == 0, "a double click on the knob is 0 dB")
 
-    curve = next(c for c in window.controls() if c.class_name == "Quenlox.Picture")
+    curve = window.control("Quenlox.Picture")
     x = bars[4].x + bars[4].width // 2
     s.driver.drag(x, curve.y + curve.height // 2, x, curve.y + 3)
-    s.wait_until(lambda: gains(window)[4] == 12, 3, "the knob of the curve is dragged to the top")
+    s.wait_until(lambda: gains(window)[4] == 12, "the knob of the curve is dragged to the top")
     s.screenshot("curve", window)
 
-    window.control(title="ランダム").click()
-    s.wait_until(lambda: gains(window)[4] != 12 or gains(window)[0] != 9, 3, "a random pattern")
-    window.control(title="閉じる").click()
+    window.press("ランダム")
+    s.wait_until(lambda: gains(window)[4] != 12 or gains(window)[0] != 9, "a random pattern")
+    window.press("閉じる")
     window.wait_closed()
     assert player.program.running()
     player.end()
 
 
 def test_patterns_sliders_and_switch_are_there_again_at_the_next_start(s):
-    player = Product(s, name="kept", ini=SETTINGS)
+    player = Product(s, ini=SETTINGS)
     window = open_equalizer(player)
     window.control(title="LIGHT").click()
-    s.wait_until(lambda: gains(window)[0] == -2, 3, "LIGHT")
-    window.control(title=SWITCH).click()
-    window.control(title="パターン登録").click()
+    s.wait_equal(lambda: gains(window), [-2, -4, 0, 0, -2, 4, 5, 1, 4, 2], "sliders")
+    window.press(SWITCH)
+    window.press("パターン登録")
     s.driver.choose("BGM")
     prompt = s.driver.wait_window(title=TITLE, class_name="#32770")
-    prompt.control(class_name="Edit").set_text("夜")
+    prompt.control("Edit").set_text("夜")
     prompt.command(1)
     prompt.wait_closed()
     window.control(title="夜")
     s.driver.drag(window.x + 60, window.y + 10, window.x + 160, window.y + 60)
-    s.wait_until(lambda: window.refreshed().place[:2] == (300, 250), 5, "the window is moved")
+    s.wait_equal(lambda: window.refreshed().place[:2], (300, 250), "place")
     player.end()
     text = player.kept()
     for line in ("4Eq=夜,-20,-40,0,0,-20,40,50,10,40,20", "5Eq=Custom,-20,-40,0,0,-20,40,50,10,40,20", "EqMode=1", "X=4500", "Y=3750"):
         assert line in text, f"{line} is missing in\n{text}"
-    player = Product(s, again=player)
+    player = Product(s, folder=player.folder)
     window = open_equalizer(player)
     s.equal(window.place[:2], (300, 250), "place")
     s.equal(gains(window), [-2, -4, 0, 0, -2, 4, 5, 1, 4, 2], "sliders")

@@ -1,5 +1,6 @@
 """The tag editor: editing while the file plays, renaming, wrapping as RMP and back, one field for many, and failures."""
 
+import contextlib
 import pathlib
 
 from mutagen.id3 import ID3
@@ -15,7 +16,7 @@ STEPS = (300, 500, 700, 900, 1100, 1300, 1500, 1700, 1900, 2100)
 def open_editor(s, player):
     window = player.open("タグ情報(I)", TITLE)
     s.driver.drag(window.x + 60, window.y + 10, 260, 220)
-    s.wait_until(lambda: window.refreshed().x == 200, 5, "the window is moved")
+    s.wait_equal(lambda: window.refreshed().place[:2], (200, 210), "place of the window")
     return window.refreshed()
 
 
@@ -32,11 +33,6 @@ def name_box(window):
     return next(c for c in window.controls() if c.class_name == "Edit" and c.y <= button.y + 8 <= c.y + c.height)
 
 
-def press(s, window, caption):
-    s.wait_until(lambda: window.control(title=caption).enabled, 5, f"{caption} can be pressed")
-    window.control(title=caption).click()
-
-
 def song(s, name, title="First", seconds=2.0):
     return material.write_mp3(s.material / name, material.tone(440, seconds), "--tt", title, "--ta", "Anna")
 
@@ -50,22 +46,31 @@ def audio(path):
     return data[:-128] if data[-128:-125] == b"TAG" else data
 
 
+def is_open(file):
+    """Whether any process has the file open."""
+    for link in pathlib.Path("/proc").glob("[0-9]*/fd/*"):
+        with contextlib.suppress(OSError):
+            if link.readlink() == file:
+                return True
+    return False
+
+
 @real_time
 def test_what_is_edited_while_it_plays_is_saved_and_the_sound_goes_on(s):
     file = material.write_mp3(s.material / "steps.mp3", material.steps(STEPS, 2.0), "--tt", "First", "--ta", "Anna")
     before = audio(file)
     player = Product(s, file, "/p")
     window = open_editor(s, player)
-    s.equal(field(window, "タイトル").text(), "First", "title")
+    s.wait_equal(lambda: field(window, "タイトル").text(), "First", "title")
     s.equal(name_box(window).text(), "(Anna) First.mp3", "proposed name")
     s.wait_sound()
-    s.wait_until(lambda: s.listen(0.3).frequency() > 650, 12, "the third tone")
+    s.wait_until(lambda: s.listen(0.3).frequency() > 650, "the third tone")
     field(window, "タイトル").set_text("夜明けの歌 😀")
     field(window, "コメント").set_text("とても長いコメントなのでID3v1には収まりません")
-    s.wait_until(lambda: name_box(window).text() == "(Anna) 夜明けの歌 😀.mp3", 3, "the proposal follows")
+    s.wait_equal(lambda: name_box(window).text(), "(Anna) 夜明けの歌 😀.mp3", "proposed name")
     mark = s.sound_mark()
-    press(s, window, "保存")
-    window.control(title="保存しました")
+    window.press("保存")
+    window.wait_text("保存しました")
     s.wait_sound()
     assert s.listen(0.5).frequency() > 650, "the sound goes on where it was"
     heard = s.captured(mark)
@@ -82,17 +87,17 @@ def test_renaming_takes_the_lists_along_and_what_fails_is_said(s):
     file = song(s, "before.mp3")
     taken = song(s, "taken.mp3", "Other")
     listed = s.windows_path(file)
-    player = Product(s, file, name="rename", m3u="".join(f"#List{letter}\n{listed}\n" for letter in "ABC"))
+    player = Product(s, file, m3u="".join(f"#List{letter}\n{listed}\n" for letter in "ABC"))
     window = open_editor(s, player)
     for name, message in (("  ", "ファイル名が不正です"), ("() x.mp3", "ファイル名が不正です"),
                           ("a?b.mp3", "ファイル名変換エラー"), ("taken.mp3", "ファイル名変換エラー")):
         name_box(window).set_text(name)
-        press(s, window, "名前の変更")
+        window.press("名前の変更")
         s.answer(message)
         assert file.exists() and taken.exists(), name
     name_box(window).set_text("改名した曲 é.mp3")
-    press(s, window, "名前の変更")
-    window.control(title="名前を変更しました")
+    window.press("名前の変更")
+    window.wait_text("名前を変更しました")
     renamed = file.with_name("改名した曲 é.mp3")
     assert renamed.exists() and not file.exists()
     player.end()
@@ -103,22 +108,22 @@ def test_renaming_takes_the_lists_along_and_what_fails_is_said(s):
 
 def test_mp3_to_rmp_and_back_keeps_sound_and_tag(s):
     file = song(s, "wrap.mp3", "Wrapped")
-    player = Product(s, file, name="wrap")
+    player = Product(s, file)
     window = open_editor(s, player)
     rmp, back = s.material / "wrap.rmp", s.material / "back.mp3"
-    press(s, window, "RMPに変換...")
+    window.press("RMPに変換...")
     s.file_dialog(rmp)
-    s.wait_until(rmp.exists, 5, "the RMP file")
+    s.wait_until(rmp.exists, "the RMP file")
     s.equal(rmp.read_bytes()[:4] + rmp.read_bytes()[8:12], b"RIFFRMP3", "form")
     player.end()
 
-    player = Product(s, rmp, "/p", name="wrap")
+    player = Product(s, rmp, "/p")
     window = open_editor(s, player)
-    s.equal(field(window, "タイトル").text(), "Wrapped", "title of the RMP file")
+    s.wait_equal(lambda: field(window, "タイトル").text(), "Wrapped", "title of the RMP file")
     s.equal(name_box(window).text(), "(Anna) Wrapped.rmp", "proposed name")
-    press(s, window, "MP3に変換...")
+    window.press("MP3に変換...")
     s.file_dialog(back)
-    s.wait_until(back.exists, 5, "the MP3 file")
+    s.wait_until(back.exists, "the MP3 file")
     s.equal(audio(back), audio(file), "sound")
     s.equal(str(ID3(back)["TIT2"]), "Wrapped", "title")
     player.end()
@@ -127,27 +132,26 @@ def test_mp3_to_rmp_and_back_keeps_sound_and_tag(s):
 def test_a_file_that_cannot_be_written_stays_whole_and_the_reason_is_said(s):
     file = song(s, "guarded.mp3")
     original = file.read_bytes()
-    player = Product(s, file, name="guarded")
+    player = Product(s, file)
     window = open_editor(s, player)
     file.chmod(0o444)
     field(window, "タイトル").set_text("Changed")
-    press(s, window, "保存")
+    window.press("保存")
     s.answer("読み取り専用か、ほかのプログラムが使用中です")
     s.equal(file.read_bytes(), original, "the file")
     s.equal(field(window, "タイトル").text(), "Changed", "what was typed")
     file.chmod(0o644)
 
-    holder = s.start("cmd", "/c", f"ping -n 30 127.0.0.1 < {s.windows_path(file)}")
-    s.pause(2)
-    press(s, window, "保存")
+    holder = s.start("cmd", "/c", f"ping -n 60 127.0.0.1 < {s.windows_path(file)}")
+    s.wait_until(lambda: is_open(file), "another program holds the file")
+    window.press("保存")
     s.answer("タグを書き込めませんでした")
     s.equal(file.read_bytes(), original, "the file")
     holder.kill()
 
-    window.control(title="閉じる").click()
+    window.press("閉じる")
     s.answer("タグの変更を保存しますか", button=2)  # cancel
-    assert window.refreshed().visible
-    window.control(title="閉じる").click()
+    window.press("閉じる")
     s.answer("タグの変更を保存しますか", button=7)  # no
     window.wait_closed()
     s.equal(file.read_bytes(), original, "the file")
@@ -155,27 +159,20 @@ def test_a_file_that_cannot_be_written_stays_whole_and_the_reason_is_said(s):
 
 
 def test_one_field_goes_to_every_selected_row_of_the_play_list(s):
-    # The first one plays, and the library has opened the second, which follows it.
-    files = [song(s, f"many{i}.mp3", f"Title {i}", 60.0) for i in range(3)]
-    player = Product(s, name="many", m3u="\n".join(["#ListA", *map(s.windows_path, files), ""]),
-                     ini="[Main]\nPlayMode=2\n[List]\nX=0\nY=4500\nShow=1\n")
-    playlist = s.driver.wait_window(title="プレイリスト")
-    view = next(c for c in playlist.controls() if c.class_name == "SysListView32" and c.visible)
-    s.wait_until(lambda: len(view.items()) == 3, 5, "three rows")
-    view.click_item(0, count=2)
+    files = [song(s, f"many{i}.mp3", f"Title {i}") for i in range(3)]
+    player = Product(s, files[0], m3u="\n".join(["#ListA", *map(s.windows_path, files), ""]), ini="[List]\nX=0\nY=4500\nShow=1\n")
+    view = s.driver.wait_window(title="プレイリスト").list_view()
+    s.wait_equal(lambda: len(view.items()), 3, "rows")
+    view.click_item(0)
     s.driver.keys("ctrl+a")
-    s.wait_until(lambda: len(view.selected_items()) == 3, 5, "all are selected")
+    s.wait_equal(view.selected_items, [0, 1, 2], "selected rows")
     window = open_editor(s, player)
-    press(s, window, "次 ▶")
-    s.wait_until(lambda: field(window, "タイトル").text() == "Title 1", 5, "the second row")
-    s.pause(2)  # a poll later it is handed over
-    field(window, "コメント").set_text("次の曲")
-    press(s, window, "保存")
-    window.control(title="保存しました")
+    window.press("次 ▶")
+    s.wait_equal(lambda: field(window, "タイトル").text(), "Title 1", "the second row")
     field(window, "アルバム").set_text("全集")
-    press(s, window, "すべてに適用")
+    window.press("すべてに適用")
     s.answer("3曲", button=6)  # yes
-    window.control(title="3曲に書き込みました")
+    window.wait_text("3曲に書き込みました")
     s.screenshot("many", window)
     for i, file in enumerate(files):
         s.equal((str(ID3(file)["TALB"]), str(ID3(file)["TIT2"])), ("全集", f"Title {i}"), file.name)
