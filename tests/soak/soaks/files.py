@@ -35,23 +35,16 @@ def damaged(data, chance):
         size = max(len(data), 1)
         at = chance.randrange(size)
         length = chance.choice((1, 4, 40, 400, 4000))
-        kind = chance.randrange(7)
-        if kind == 0:  # cut off
-            del data[at:]
-        elif kind == 1:  # bytes changed here and there
-            for _ in range(chance.choice((1, 10, 200))):
-                if data:
-                    data[chance.randrange(len(data))] = chance.randrange(256)
+        kind = chance.randrange(6)
+        if kind < 2:  # bytes changed, in the whole or in the head
+            for _ in range(min(len(data), chance.choice((1, 10, 200)))):
+                data[chance.randrange(len(data) if kind == 0 else min(64, len(data)))] = chance.choice((0, 0xFF, 0x80, chance.randrange(256)))
         elif kind == 2:  # a hole of zeros
             data[at:at + length] = bytes(min(length, size - at))
-        elif kind == 3:  # a piece is missing
-            del data[at:at + length]
+        elif kind == 3:  # a piece is missing, or all from there on
+            del data[at:chance.choice((at + length, size))]
         elif kind == 4:  # a piece of noise comes in
             data[at:at] = chance.randbytes(length)
-        elif kind == 5:  # the head is damaged
-            for _ in range(4):
-                if data:
-                    data[chance.randrange(min(64, len(data)))] = chance.choice((0, 0xFF, 0x80, chance.randrange(256)))
         else:  # the end once more in front
             data[0:0] = data[-length:]
     return bytes(data)

@@ -57,12 +57,6 @@ bool IsTip(HWND window) {
 
 }  // namespace
 
-Button ButtonOf(std::string_view name) {
-    if (name == "left") return Button::kLeft;
-    if (name == "right") return Button::kRight;
-    throw Failure("no such button: " + std::string(name));
-}
-
 void MoveMouse(POINT screen) {
     // Absolute coordinates count in 65536ths of the screen; the added half a pixel survives the rounding back.
     const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
@@ -72,29 +66,29 @@ void MoveMouse(POINT screen) {
     Send({input});
 }
 
-void PressButton(Button button, bool down) {
+void PressButton(bool right, bool down) {
     constexpr DWORD kFlags[][2] = {{MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN}, {MOUSEEVENTF_RIGHTUP, MOUSEEVENTF_RIGHTDOWN}};
-    Send({MouseEvent(kFlags[static_cast<int>(button)][down])});
+    Send({MouseEvent(kFlags[right][down])});
 }
 
-void Click(POINT screen, Button button, int count) {
+void Click(POINT screen, bool right, int count) {
     MoveMouse(screen);
     for (int tries = 0; tries < 100 && IsTip(WindowFromPoint(screen)); ++tries) Sleep(10);
     for (int i = 0; i < count; ++i) {
-        PressButton(button, true);
-        PressButton(button, false);
+        PressButton(right, true);
+        PressButton(right, false);
     }
 }
 
-void Drag(POINT from, POINT to, Button button, int steps) {
+void Drag(POINT from, POINT to, bool right, int steps) {
     MoveMouse(from);
-    PressButton(button, true);
+    PressButton(right, true);
     for (int i = 1; i <= steps; ++i) {
         Sleep(10);  // a hand takes its time; moves sent at once would be merged into one
         MoveMouse({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps});
     }
     Sleep(10);
-    PressButton(button, false);
+    PressButton(right, false);
 }
 
 void TurnWheel(POINT screen, int notches) {

@@ -7,17 +7,13 @@
 
 namespace driver {
 
-enum class Button { kLeft, kRight };
-
-Button ButtonOf(std::string_view name);
-
 void MoveMouse(POINT screen);
-void PressButton(Button button, bool down);
+void PressButton(bool right, bool down);
 // Presses and releases `count` times; two make a double click. The tip of a button may lie over the place: it goes when the
 // mouse comes, which is waited for.
-void Click(POINT screen, Button button, int count);
+void Click(POINT screen, bool right, int count);
 // Presses at `from`, moves in `steps` steps, releases at `to`. Each step is a move event of its own.
-void Drag(POINT from, POINT to, Button button, int steps);
+void Drag(POINT from, POINT to, bool right, int steps);
 // notches > 0 turn away from the user.
 void TurnWheel(POINT screen, int notches);
 

@@ -30,9 +30,7 @@ struct Verb {
     Rows (*answer)(const Request&);
 };
 
-Rows Done(void) {
-    return {};
-}
+Rows Done() { return {}; }
 
 const Verb kVerbs[] = {
     // looking
@@ -59,13 +57,9 @@ const Verb kVerbs[] = {
     {"partvalue", [](const Request& r) { return SetAccessibleValue(WindowOf(r, 1), Int(r, 2, 0), ToWide(r.text(3))), Done(); }},
     // mouse and keyboard
     {"move", [](const Request& r) { return MoveMouse(PointOf(r, 1)), Done(); }},
-    {"click", [](const Request& r) { return Click(PointOf(r, 1), ButtonOf(r.text(3)), Int(r, 4, 1)), Done(); }},
-    {"press", [](const Request& r) { return PressButton(ButtonOf(r.text(1)), r.number(2) != 0), Done(); }},
-    {"drag",
-     [](const Request& r) {
-         Drag(PointOf(r, 1), PointOf(r, 3), ButtonOf(r.text(5)), Int(r, 6, 8));
-         return Done();
-     }},
+    {"click", [](const Request& r) { return Click(PointOf(r, 1), r.text(3) == "right", Int(r, 4, 1)), Done(); }},
+    {"press", [](const Request& r) { return PressButton(r.text(1) == "right", r.number(2) != 0), Done(); }},
+    {"drag", [](const Request& r) { return Drag(PointOf(r, 1), PointOf(r, 3), r.text(5) == "right", Int(r, 6, 8)), Done(); }},
     {"wheel", [](const Request& r) { return TurnWheel(PointOf(r, 1), Int(r, 3, 1)), Done(); }},
     {"keys", [](const Request& r) { return StrikeKeys(r.text(1)), Done(); }},
     {"type", [](const Request& r) { return TypeText(ToWide(r.text(1))), Done(); }},
@@ -79,15 +73,12 @@ const Verb kVerbs[] = {
      }},
     {"send",
      [](const Request& r) {
-         const LRESULT result = SendWithLimit(WindowOf(r, 1), static_cast<UINT>(r.number(2)),
-                                              static_cast<WPARAM>(r.number(3)), static_cast<LPARAM>(r.number(4)));
-         return Rows{RowOf(result)};
+         return Rows{RowOf(SendWithLimit(WindowOf(r, 1), static_cast<UINT>(r.number(2)), static_cast<WPARAM>(r.number(3)),
+                                         static_cast<LPARAM>(r.number(4))))};
      }},
     {"post",
      [](const Request& r) {
-         if (!PostMessageW(WindowOf(r, 1), static_cast<UINT>(r.number(2)), static_cast<WPARAM>(r.number(3)),
-                           static_cast<LPARAM>(r.number(4))))
-             throw Failure("PostMessage failed, error " + std::to_string(GetLastError()));
+         PostMessageW(WindowOf(r, 1), static_cast<UINT>(r.number(2)), static_cast<WPARAM>(r.number(3)), static_cast<LPARAM>(r.number(4)));
          return Done();
      }},
 };

@@ -40,12 +40,7 @@ class Skin:
         return self._box("Command", "Command" + "ABCDEFG"[COMMANDS.index(name)], f"btn_{name}1.bmp")
 
     def label(self, name):
-        x, y, width, height = self._list("Label", "Label" + "ABCDEFGHI"[LABELS.index(name)])[:4]
-        return (x, y, width, height) if x >= 0 else None
-
-    @property
-    def lyrics(self):
-        x, y, width, height = self._list("Label", "Lyrics")[:4]
+        x, y, width, height = self._list("Label", "Lyrics" if name == "lyrics" else "Label" + "ABCDEFGHI"[LABELS.index(name)])[:4]
         return (x, y, width, height) if x >= 0 else None
 
     def outline(self):
@@ -60,7 +55,7 @@ class Skin:
         """A place inside the window that holds no control."""
         free = self.outline()
         boxes = [self.button(name) for name in (*PLAYBACK, *COMMANDS)] + [self.label(name) for name in LABELS]
-        boxes += [self.lyrics, self.seek_bar, self.volume_bar, self.panel, self.display_b]
+        boxes += [self.label("lyrics"), self.seek_bar, self.volume_bar, self.panel, self.display_b]
         for x, y, width, height in filter(None, boxes):
             free.paste(0, (x - 3, y - 3, x + width + 3, y + height + 3))
         return next((x, y, 2, 2) for y in range(self.size[1]) for x in range(self.size[0] // 4, self.size[0])

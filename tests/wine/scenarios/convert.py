@@ -82,7 +82,6 @@ def test_a_cancel_half_way_leaves_nothing_and_the_program_usable(s):
     choose(s, form, "MP3エンコード", source)
     form.press(START)
     s.wait_until(lambda: any(p.suffix == ".tmp" for p in folder.iterdir()), "the encode has begun")
-    s.screenshot("encoding")
     form.press(CANCEL)
     form.wait_text("中止しました")
     s.equal([p.name for p in folder.iterdir()], ["long.wav"], "files after the cancel")

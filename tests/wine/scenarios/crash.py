@@ -37,7 +37,6 @@ def test_every_kind_of_crash_leaves_a_note_and_a_dump_and_files_whole(s):
         dump, text = s.wait_until(lambda: new_notes(s, before), "the note and the dump")
         s.equal(dump.read_bytes()[:4], b"MDMP", "beginning of the dump")
         note = text.read_text("ascii")
-        print("    " + note.replace("\n", "\n    ") if how == "fault" else f"    {how}: dump of {dump.stat().st_size} bytes")
         for part in ("Quenlox 1.0.0 ended", f"0x{code}", words, "open mp3\n", "play 1", "dump    beside this file"):
             assert part in note, f"{part!r} is missing in\n{note}"
         assert re.search(r"^time    20\d\d-\d\d-\d\d \d\d:\d\d:\d\d$", note, re.M), note

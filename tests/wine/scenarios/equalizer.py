@@ -46,7 +46,6 @@ def test_a_preset_raises_and_lowers_its_bands_by_what_it_says(s):
     plain = band_levels(s, file, "[Equalizer]\nEqMode=0\n")
     shaped = band_levels(s, file, f"[Equalizer]\n5Eq=Custom,{rock}\nEqMode=1\n")
     raised = [20 * numpy.log10(b / a) for a, b in zip(plain, shaped)]
-    print("gains heard:", " ".join(f"{g:+.2f}" for g in raised))
     for band, heard, wanted in zip(BANDS, raised, ROCK):
         s.near(heard, wanted, 1.0, f"gain at {band} Hz in dB")
 

@@ -87,7 +87,7 @@ def test_sung_words_stand_out_and_colours_size_and_keys_work_in_the_window(s):
 
 def test_a_skin_with_a_lyrics_area_shows_them_there_and_no_window(s):
     player = Product(s, demo(s), "/p", skin="hakuji", ini="[Main]\nSkinName=hakuji\n")
-    s.wait_until(lambda: ink(player.look(player.skin.lyrics)) > 150, "the first line is on the panel")
+    s.wait_until(lambda: ink(player.look(player.skin.label("lyrics"))) > 150, "the first line is on the panel")
     player.shot("hakuji")
     s.wait_until(lambda: ("歌詞", "窓をあければ 朝のひかり") in ((part.description, part.name) for part in player.window.parts()),
                  5, "a screen reader is told the line")

@@ -133,7 +133,6 @@ def test_a_long_title_runs_when_it_is_told_to(s):
         return main.look(main.skin.label("title")).tobytes()
     seen = set()
     s.wait_until(lambda: seen.add(title()) or len(seen) > 8, "nine pictures of the title")
-    main.shot("title-later")
     main.menu("タイトルアニメーション(A)")
     s.wait_still(title, "the title stands")
     main.shot("title-still")

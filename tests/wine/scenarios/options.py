@@ -125,6 +125,5 @@ def test_what_is_chosen_for_the_lyrics_is_seen_in_their_window_at_once(s):
     s.wait_until(lambda: len(look().resize((8, 8)).getcolors(64)) > 40, "the picture lies behind the lines")
     changes("folder", lambda: type_into(sources, s.windows_path(words)))
     changes("font", lambda: type_into(font, "IPAGothic"))
-    s.screenshot("lyrics-options", form)
     close(form)
     player.end()

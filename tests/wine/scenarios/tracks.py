@@ -60,7 +60,6 @@ def test_program_plays_the_list_in_a_loop_without_an_audible_gap(s):
         sound = hear(s, mark, 5.5 * SECONDS)
         player.end()
         s.equal(order(sound)[:5], "abcab", "order")
-        print(f"    gap between tracks in PROGRAM: {longest_gap(sound):.1f} ms")
         return sound
     s.equal(s.lasting_gaps(heard, 0.03), [], "gaps of 30 ms and more")
 
@@ -133,7 +132,6 @@ def test_midi_between_two_mp3_takes_its_turn(s):
     s.equal(s.midi_notes(sent)[:3], [60, 64, 67], "notes")
     heard = s.captured(mark).trimmed()
     s.equal(order(heard)[:2], "ab", "tracks heard")
-    print(f"    MP3, MIDI of 0.9 s, MP3: silence of {longest_gap(heard) / 1000:.2f} s between the tones")
 
 
 @real_time
