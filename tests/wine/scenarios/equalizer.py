@@ -60,7 +60,6 @@ def test_choosing_a_preset_and_switching_while_it_plays_is_heard_and_gives_no_cl
     window.control(title="ROCK").click()
     s.wait_equal(lambda: gains(window), [int(g) for g in ROCK], "sliders")
     s.near(s.listen(0.6).level_at(170), plain, 0.01, "level while it is switched off")
-    s.screenshot("preset", window)
 
     mark = s.sound_mark()
     switch = window.control(title=SWITCH)
@@ -106,7 +105,6 @@ def test_sliders_answer_to_keys_wheel_and_double_click_and_the_curve_to_the_mous
     x = bars[4].x + bars[4].width // 2
     s.driver.drag(x, curve.y + curve.height // 2, x, curve.y + 3)
     s.wait_until(lambda: gains(window)[4] == 12, "the knob of the curve is dragged to the top")
-    s.screenshot("curve", window)
 
     window.press("ランダム")
     s.wait_until(lambda: gains(window)[4] != 12 or gains(window)[0] != 9, "a random pattern")

@@ -31,11 +31,9 @@ def test_the_volume_follows_bar_and_wheel_and_is_heard(s):
     def becomes(percent):
         s.wait_until(lambda: abs(s.listen(0.3).level_at(440) - full * percent / 100) < 0.02, f"the tone is heard at {percent} %")
 
-    main.shot("volume-full")
     for percent in (50, 100, 20, 80):
         main.click((x, y + round(height * (1 - percent / 100)), width, 1))
         becomes(percent)
-    main.shot("volume-80")
     for notches, percent in ((-6, 50), (20, 100)):
         for _ in range(abs(notches)):
             s.driver.wheel(*main.middle(main.skin.label("title")), notches // abs(notches))
@@ -82,11 +80,9 @@ def test_the_program_lives_on_in_the_notification_area_and_comes_back(s):
         main.window.wait_closed()
         s.driver.wait_window(title=TRAY)
     hide()
-    s.screenshot("tray")
     assert not s.listen(0.8).part(0.5).is_silent(), "it plays on"
     click_icon(s, "right")
     s.equal([item.text for item in s.driver.popup()], ["ﾒｲﾝ画面を表示", "Quenloxの終了"], "menu of the icon")
-    s.screenshot("tray-menu")
     s.driver.choose("ﾒｲﾝ画面を表示")
     s.wait_equal(lambda: main.refresh().place, place, "place")
     s.wait_until(lambda: not s.driver.find(title=TRAY), "the icon is gone")
@@ -119,7 +115,6 @@ def test_a_dropped_file_plays_and_others_are_ignored(s):
     s.drop_files(*main.middle(main.skin.label("title")), note)
     s.drop_files(*main.middle(main.skin.label("title")), tone(s, 660))
     s.wait_tone(660)
-    main.shot("dropped")
     s.drop_files(*main.middle(main.skin.button("high")), tone(s, 880), tone(s, 440))
     s.wait_tone(880)
     main.end()
@@ -135,7 +130,6 @@ def test_a_long_title_runs_when_it_is_told_to(s):
     s.wait_until(lambda: seen.add(title()) or len(seen) > 8, "nine pictures of the title")
     main.menu("タイトルアニメーション(A)")
     s.wait_still(title, "the title stands")
-    main.shot("title-still")
     main.end()
     assert "AnimeMode=0" in main.kept()
 

@@ -156,16 +156,21 @@ def test_a_file_that_cannot_be_written_stays_whole_and_the_reason_is_said(s):
 
 
 def test_one_field_goes_to_every_selected_row_of_the_play_list(s):
-    files = [song(s, f"many{i}.mp3", f"Title {i}") for i in range(3)]
-    player = Product(s, files[0], m3u="\n".join(["#ListA", *map(s.windows_path, files), ""]), ini="[List]\nX=0\nY=4500\nShow=1\n")
+    # The first one plays, and the library has opened the second, which follows it.
+    files = [song(s, f"many{i}.mp3", f"Title {i}", 120.0) for i in range(3)]
+    player = Product(s, m3u="\n".join(["#ListA", *map(s.windows_path, files), ""]), ini="[Main]\nPlayMode=2\n[List]\nX=0\nY=4500\nShow=1\n")
     view = s.driver.wait_window(title="プレイリスト").list_view()
     s.wait_equal(lambda: len(view.items()), 3, "rows")
-    view.click_item(0)
+    view.click_item(0, count=2)
     s.driver.keys("ctrl+a")
     s.wait_equal(view.selected_items, [0, 1, 2], "selected rows")
     window = open_editor(s, player)
     window.press("次 ▶")
     s.wait_equal(lambda: field(window, "タイトル").text(), "Title 1", "the second row")
+    s.wait_until(lambda: is_open(files[1]), "it is handed over")
+    field(window, "コメント").set_text("次の曲")
+    window.press("保存")
+    window.wait_text("保存しました")
     field(window, "アルバム").set_text("全集")
     window.press("すべてに適用")
     s.answer("3曲", button=6)  # yes

@@ -14,6 +14,5 @@ def test_japanese_names_and_texts_are_played_listed_and_kept(s):
     s.wait_tone(550)
     window = s.driver.wait_window(title="プレイリスト")
     s.wait_equal(lambda: window.list_view().items()[0][4], path, "path in the list")
-    s.screenshot("western")
     player.end()
     assert f"FileName={path}\n" in player.kept(), player.kept()
