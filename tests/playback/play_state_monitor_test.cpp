@@ -48,7 +48,7 @@ TEST(EndOfTrack, IsDecidedByIntentModeStatusAndList) {
         {1, kProgram, kPlay, 2, "next"},  {2, kProgram, kPlay, 2, "next"},   {1, kRandom, kPlay, 2, "next"},
         {0, kProgram, kPlay, 2, "stop"},  {1, kProgram, kPlay, 0, "stop"},   {1, kProgram, kLoad, 2, "stop"},
         {1, kRepeat, kPlay, 0, "again"},  {0, kRepeat, kPlay, 2, "stop"},    {1, kSingle, kPlay, 2, "stop"},
-        {1, kProgram, kDecode, 2, "decoded"},
+        {1, kProgram, kDecode, 2, "decoded"}, {1, kProgram, kPause, 2, "stop"},
         // No track of its own can end in these: they stay.
         {1, kProgram, kError, 2, "stop"}, {1, kProgram, kWait, 2, "stop"},   {1, kProgram, kEncode, 2, "stop"},
     };
