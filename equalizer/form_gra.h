@@ -45,9 +45,9 @@ class FormGra : public Form {
     std::function<void(int key, int shift)> onKeyDown;
     std::function<void(int key, int shift)> onKeyUp;
 
-    // Gains in tenths of a decibel, band 60 Hz first.
     // Position of a slider for a gain in tenths of a decibel: whole decibels, halves to the even one, upwards negative.
     static int sliderOf(int gain) { return RoundHalfToEven(gain / -10.0); }
+    // Gains in tenths of a decibel, band 60 Hz first.
     const std::array<std::int32_t, kBands>& gains() const { return gains_; }
 
     void Check4_Click();
