@@ -25,8 +25,7 @@ struct Times {
     double processor = 1e9;
 };
 
-double processorSeconds()
-{
+double processorSeconds() {
     double sum = 0;
     for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
         rusage usage{};
@@ -37,8 +36,7 @@ double processorSeconds()
     return sum;
 }
 
-void measure(Times& best, const std::function<void()>& work)
-{
+void measure(Times& best, const std::function<void()>& work) {
     const double before = processorSeconds();
     const auto start = Clock::now();
     work();
@@ -46,34 +44,28 @@ void measure(Times& best, const std::function<void()>& work)
     best.processor = std::min(best.processor, processorSeconds() - before);
 }
 
-void run(const std::string& command)
-{
+void run(const std::string& command) {
     if (std::system(command.c_str()) != 0) {
         std::fprintf(stderr, "failed: %s\n", command.c_str());
         std::exit(1);
     }
 }
 
-void decode(const std::string& source, const std::string& destination)
-{
-    if (!vbmp3_decodeWave(source.c_str(), destination.c_str()))
-        std::exit(1);
+void decode(const std::string& source, const std::string& destination) {
+    if (!vbmp3_decodeWave(source.c_str(), destination.c_str())) std::exit(1);
     int32_t permille = 0;
-    while (vbmp3_getEncodeState(&permille) == 1)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (vbmp3_getEncodeState(&permille) == 1) std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-void report(const char* what, const Times& other, const Times& ours)
-{
-    std::printf("%-28s %7.2f s (%6.2f s cpu)   %7.2f s (%6.2f s cpu)   %5.2f times as fast\n", what, other.wall, other.processor,
-                ours.wall, ours.processor, other.wall / ours.wall);
+void report(const char* what, const Times& other, const Times& ours) {
+    std::printf("%-28s %7.2f s (%6.2f s cpu)   %7.2f s (%6.2f s cpu)   %5.2f times as fast\n", what, other.wall,
+                other.processor, ours.wall, ours.processor, other.wall / ours.wall);
     std::fflush(stdout);
 }
 
-} // namespace
+}  // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     const int minutes = argc > 1 ? std::atoi(argv[1]) : 10, rounds = argc > 2 ? std::atoi(argv[2]) : 3;
     const vbmp3::test::TempDir dir;
     const std::string wav = dir.path("source.wav"), mp3 = dir.path("ours.mp3"), other = dir.path("other.mp3");
@@ -81,17 +73,18 @@ int main(int argc, char** argv)
         // One minute over and over; more is no other work for an encoder.
         const test::Samples minute = test::music(44100, 2, 44100 * 60);
         test::Samples all;
-        for (int i = 0; i < minutes; ++i)
-            all.insert(all.end(), minute.begin(), minute.end());
+        for (int i = 0; i < minutes; ++i) all.insert(all.end(), minute.begin(), minute.end());
         dir.write(wav, test::wave(all, 44100, 2));
     }
-    std::printf("%d minutes, best of %d, %u cores%24s%30s\n", minutes, rounds, std::thread::hardware_concurrency(), "theirs", "ours");
+    std::printf("%d minutes, best of %d, %u cores%24s%30s\n", minutes, rounds, std::thread::hardware_concurrency(),
+                "theirs", "ours");
 
     const struct {
         const char* name;
         const char* options;
         int bitRate, vbrQuality;
-    } settings[] = {{"lame -b 128", "-b 128", 128, -1}, {"lame -b 320", "-b 320", 320, -1}, {"lame -V 2", "-V 2 -b 32", 32, 2}};
+    } settings[] = {
+        {"lame -b 128", "-b 128", 128, -1}, {"lame -b 320", "-b 320", 320, -1}, {"lame -V 2", "-V 2 -b 32", 32, 2}};
     for (const auto& setting : settings) {
         Settings s;
         s.source = wav;
@@ -100,7 +93,9 @@ int main(int argc, char** argv)
         s.vbrQuality = setting.vbrQuality;
         Times theirs, ours;
         for (int round = 0; round < rounds; ++round) {
-            measure(theirs, [&] { run("lame --quiet --noreplaygain " + std::string(setting.options) + " '" + wav + "' '" + other + "'"); });
+            measure(theirs, [&] {
+                run("lame --quiet --noreplaygain " + std::string(setting.options) + " '" + wav + "' '" + other + "'");
+            });
             measure(ours, [&] { test::encode(s, 0); });
         }
         report(setting.name, theirs, ours);

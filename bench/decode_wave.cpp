@@ -9,25 +9,21 @@
 #include "libraries/vbmp3/jobs.h"
 #include "libraries/vbmp3/source.h"
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     using namespace vbmp3;
     const std::string mode = argc > 2 ? argv[1] : "";
     if (mode == "wave" && argc == 5) {
         JobControl control;
         return decodeToWave(argv[2], argv[3], std::atoi(argv[4]), control);
     }
-    if (mode != "memory")
-        return 2;
+    if (mode != "memory") return 2;
     const std::shared_ptr<const ByteSource> file = openFile(argv[2]);
     const auto info = file ? probe(*file, scanFileLayout(*file)) : std::nullopt;
     const auto source = info ? openSource(file, *info) : nullptr;
-    if (!source)
-        return 1;
+    if (!source) return 1;
     std::vector<float> block(2 * 4096);
     long long frames = 0;
-    while (const size_t count = source->read(block))
-        frames += static_cast<long long>(count);
+    while (const size_t count = source->read(block)) frames += static_cast<long long>(count);
     std::printf("%lld\n", frames);
     return 0;
 }

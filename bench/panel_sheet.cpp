@@ -1,5 +1,5 @@
-// Draws all sixty views of the panel from a little made-up music into one picture: panel_sheet FILE.ppm [SECONDS [RRGGBB]].
-// For the eye, after a change to a drawing procedure.
+// Draws all sixty views of the panel from a little made-up music into one picture: panel_sheet FILE.ppm [SECONDS
+// [RRGGBB]]. For the eye, after a change to a drawing procedure.
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -24,13 +24,15 @@ std::vector<float> Music(double seconds) {
         const auto tone = [t](double hertz) { return std::sin(2 * std::numbers::pi * hertz * t); };
         seed = seed * 1664525 + 1013904223;
         const double noise = static_cast<int>(seed) / 2147483648.0;
-        const double drum = std::exp(-beat * 16) * std::sin(2 * std::numbers::pi * (50 + 90 * std::exp(-beat * 40)) * beat);
+        const double drum =
+            std::exp(-beat * 16) * std::sin(2 * std::numbers::pi * (50 + 90 * std::exp(-beat * 40)) * beat);
         const double root = 110 * std::pow(2.0, static_cast<int>(t / 2) % 4 * 3 / 12.0);
         const double bass = 0.3 * (tone(root / 2) + 0.4 * tone(root));
         const double hat = 0.35 * std::exp(-off * 40) * noise + 0.04 * noise;
         const double pan = 0.5 + 0.4 * std::sin(t * 2);
         double chord = 0;
-        for (const double ratio : {1.0, 1.26, 1.5, 2.0, 3.0, 5.0, 8.0, 13.0}) chord += tone(root * 2 * ratio) / (1.5 + ratio);
+        for (const double ratio : {1.0, 1.26, 1.5, 2.0, 3.0, 5.0, 8.0, 13.0})
+            chord += tone(root * 2 * ratio) / (1.5 + ratio);
         music[2 * i] = static_cast<float>(0.6 * drum + bass + 0.3 * chord * pan + hat);
         music[2 * i + 1] = static_cast<float>(0.6 * drum + bass + 0.3 * chord * (1 - pan) + hat * 0.7);
     }
@@ -58,7 +60,8 @@ void Run(const char* path, double seconds, Color accent) {
     Surface sheet(kColumns * (85 + kGap) * kScale, kPanelGroups * (30 + kGap) * kScale, {60, 60, 60});
     for (int view = 0; view < kPanelViews; ++view) {
         const Surface& frame = panels[static_cast<std::size_t>(view)].frame();
-        sheet.stretch(frame, frame.rect(), {view % 10 * (85 + kGap) * kScale, view / 10 * (30 + kGap) * kScale, 85 * kScale, 30 * kScale});
+        sheet.stretch(frame, frame.rect(),
+                      {view % 10 * (85 + kGap) * kScale, view / 10 * (30 + kGap) * kScale, 85 * kScale, 30 * kScale});
     }
     std::FILE* file = std::fopen(path, "wb");
     if (!file) return;

@@ -45,7 +45,8 @@ struct Bench {
     explicit Bench(bool withTexts = false) {
         state.ListType = 1;
         for (int i = 0; i < kRows; ++i) lists.AddEntry(PathOf(i), 0);
-        while (withTexts && lists.fillSome(std::chrono::seconds(1))) {}
+        while (withTexts && lists.fillSome(std::chrono::seconds(1))) {
+        }
     }
 };
 
@@ -134,7 +135,8 @@ void TextsInIdleSlices(benchmark::State& run) {
     Bench bench;
     for (auto _ : run) {
         bench.lists.forgetTexts();
-        while (bench.lists.fillSome(std::chrono::milliseconds(8))) {}
+        while (bench.lists.fillSome(std::chrono::milliseconds(8))) {
+        }
     }
     run.counters["bytes_per_row"] = static_cast<double>(bench.lists.memory(0)) / kRows;
 }

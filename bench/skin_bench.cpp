@@ -39,7 +39,8 @@ struct Bench {
 
     explicit Bench(const std::string& skin) {
         files.add("C:\\Quenlox\\Quenlox.ini", "");
-        for (const auto& entry : std::filesystem::directory_iterator(QUENLOX_SOURCE_DIR "/skins/" + skin + "/package")) {
+        for (const auto& entry :
+             std::filesystem::directory_iterator(QUENLOX_SOURCE_DIR "/skins/" + skin + "/package")) {
             std::ifstream file(entry.path(), std::ios::binary);
             files.add(folder(skin) + entry.path().filename().string(), {std::istreambuf_iterator<char>(file), {}});
         }

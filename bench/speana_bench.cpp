@@ -17,7 +17,8 @@ void OneFrame(benchmark::State& run) {
         speana.draw(view, sounds[n++ % sounds.size()]);
         benchmark::DoNotOptimize(speana.frame().pixels().data());
     }
-    run.SetLabel("group " + std::to_string(view / kPanelVariants) + " variant " + std::to_string(view % kPanelVariants));
+    run.SetLabel("group " + std::to_string(view / kPanelVariants) + " variant " +
+                 std::to_string(view % kPanelVariants));
 }
 BENCHMARK(OneFrame)->DenseRange(0, kPanelViews - 1)->Unit(benchmark::kMicrosecond)->MinTime(0.05);
 

@@ -10,23 +10,19 @@ namespace {
 constexpr int kMostThreads = 64;
 
 // Keeps the last `count` samples.
-void keepEnd(Pcm& pcm, size_t count)
-{
+void keepEnd(Pcm& pcm, size_t count) {
     for (std::vector<float>* side : {&pcm.left, &pcm.right}) {
-        if (side->size() > count)
-            side->erase(side->begin(), side->end() - long(count));
+        if (side->size() > count) side->erase(side->begin(), side->end() - long(count));
     }
 }
 
-} // namespace
+}  // namespace
 
-std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error& error)
-{
+std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error& error) {
     std::unique_ptr<Coder> self(new Coder);
     self->settings_ = settings;
     self->reader_ = PcmReader::open(settings.source, settings.frequency, settings.channels == ChannelMode::Mono, error);
-    if (!self->reader_)
-        return nullptr;
+    if (!self->reader_) return nullptr;
     if (vbmp3::isSameFile(settings.source, settings.destination)) {
         error = Error::SameFile;
         return nullptr;
@@ -46,58 +42,48 @@ std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error&
     const int cores = threads > 0 ? threads : int(std::thread::hardware_concurrency());
     const auto count = std::clamp<int64_t>(cores, 1, std::min<int64_t>(kMostThreads, self->parts_));
     self->allowedPart_ = count + 2;
-    for (int64_t i = 0; i < count; ++i)
-        self->threads_.emplace_back(&Coder::work, self.get());
+    for (int64_t i = 0; i < count; ++i) self->threads_.emplace_back(&Coder::work, self.get());
     error = Error::None;
     return self;
 }
 
 Coder::~Coder() { stop(); }
 
-void Coder::stop()
-{
+void Coder::stop() {
     {
         const std::lock_guard lock(mutex_);
         stopping_ = true;
     }
     room_.notify_all();
-    for (std::thread& thread : threads_)
-        thread.join();
+    for (std::thread& thread : threads_) thread.join();
     threads_.clear();
 }
 
-void Coder::work() noexcept
-{
+void Coder::work() noexcept {
     Error error = Error::None;
     try {
         bool more = true;
-        while (more && error == Error::None)
-            error = encodeNext(more);
+        while (more && error == Error::None) error = encodeNext(more);
     } catch (...) {
         error = Error::Memory;
     }
-    if (error == Error::None)
-        return;
+    if (error == Error::None) return;
     {
         const std::lock_guard lock(mutex_);
-        if (workError_ == Error::None)
-            workError_ = error;
+        if (workError_ == Error::None) workError_ = error;
         stopping_ = true;
     }
     progress_.notify_all();
     room_.notify_all();
 }
 
-bool Coder::takePart(int64_t& index, Part& part, Pcm& pcm)
-{
+bool Coder::takePart(int64_t& index, Part& part, Pcm& pcm) {
     const std::lock_guard lock(reading_);
-    if (nextPart_ >= parts_ || readError_ != Error::None)
-        return false;
+    if (nextPart_ >= parts_ || readError_ != Error::None) return false;
     {
         std::unique_lock wait(mutex_);
         room_.wait(wait, [&] { return stopping_ || nextPart_ < allowedPart_; });
-        if (stopping_)
-            return false;
+        if (stopping_) return false;
     }
     index = nextPart_++;
     part = partAt(index, frames_);
@@ -120,16 +106,13 @@ bool Coder::takePart(int64_t& index, Part& part, Pcm& pcm)
     return true;
 }
 
-Error Coder::encodeNext(bool& more)
-{
+Error Coder::encodeNext(bool& more) {
     int64_t index = 0;
     Part part;
     Pcm pcm;
     more = takePart(index, part, pcm);
-    if (!more)
-        return Error::None;
-    if (readError_ != Error::None)
-        return readError_;
+    if (!more) return Error::None;
+    if (readError_ != Error::None) return readError_;
     const auto frameDone = [&] {
         {
             const std::lock_guard lock(mutex_);
@@ -140,8 +123,7 @@ Error Coder::encodeNext(bool& more)
     };
     FrameRun run;
     const Error error = encodePart(settings_, channels_, part, pcm, frameDone, run);
-    if (error != Error::None || stopping_)
-        return error;
+    if (error != Error::None || stopping_) return error;
     {
         const std::lock_guard lock(mutex_);
         ready_.emplace(index, std::move(run));
@@ -150,15 +132,12 @@ Error Coder::encodeNext(bool& more)
     return Error::None;
 }
 
-Error Coder::processFrame()
-{
-    if (error_ != Error::None || finished_)
-        return Error::State;
+Error Coder::processFrame() {
+    if (error_ != Error::None || finished_) return Error::State;
     try {
         ++processed_;
         error_ = awaitFrame();
-        if (error_ == Error::None && processed_ == frames_)
-            error_ = finish();
+        if (error_ == Error::None && processed_ == frames_) error_ = finish();
     } catch (...) {
         error_ = Error::Memory;
     }
@@ -171,32 +150,26 @@ Error Coder::processFrame()
 
 // Until as many frames are encoded, in whatever part; for the last one until all are collected. Meanwhile parts are
 // collected whenever they are ready: the threads may be waiting for just that.
-Error Coder::awaitFrame()
-{
+Error Coder::awaitFrame() {
     const auto reached = [&] { return processed_ < frames_ ? encoded_ >= processed_ : collected_ == parts_; };
     for (;;) {
         {
             std::unique_lock lock(mutex_);
             progress_.wait(lock, [&] { return workError_ != Error::None || ready_.contains(collected_) || reached(); });
-            if (workError_ != Error::None)
-                return workError_;
-            if (!ready_.contains(collected_))
-                return Error::None;
+            if (workError_ != Error::None) return workError_;
+            if (!ready_.contains(collected_)) return Error::None;
         }
-        if (const Error error = collect(); error != Error::None)
-            return error;
+        if (const Error error = collect(); error != Error::None) return error;
     }
 }
 
-Error Coder::collect()
-{
+Error Coder::collect() {
     for (;;) {
         FrameRun run;
         {
             const std::lock_guard lock(mutex_);
             const auto found = ready_.find(collected_);
-            if (found == ready_.end())
-                return Error::None;
+            if (found == ready_.end()) return Error::None;
             run = std::move(found->second);
             ready_.erase(found);
             ++collected_;
@@ -204,19 +177,15 @@ Error Coder::collect()
         }
         room_.notify_all();
         if (collected_ > 1) {
-            if (!held_.join(run, run.first() + kOverlap))
-                return Error::Encoder;
-            if (const Error error = write(held_); error != Error::None)
-                return error;
+            if (!held_.join(run, run.first() + kOverlap)) return Error::Encoder;
+            if (const Error error = write(held_); error != Error::None) return error;
         }
         held_ = std::move(run);
-        if (collected_ == parts_)
-            return write(held_);
+        if (collected_ == parts_) return write(held_);
     }
 }
 
-Error Coder::write(const FrameRun& run)
-{
+Error Coder::write(const FrameRun& run) {
     if (infoBytes_ == 0) {
         std::copy_n(run.bytes().begin(), 4, info_.firstHeader.begin());
         info_.variableBitRate = settings_.vbrQuality >= 0;
@@ -228,10 +197,8 @@ Error Coder::write(const FrameRun& run)
         info_.encoderPadding = int(frames_ * facts_.samplesPerFrame - facts_.delay - reader_->length());
         const auto placeholder = makeInfoFrame(info_);
         infoBytes_ = placeholder.size();
-        if (infoBytes_ == 0)
-            return Error::Encoder;
-        if (!file_->write(placeholder))
-            return Error::Destination;
+        if (infoBytes_ == 0) return Error::Encoder;
+        if (!file_->write(placeholder)) return Error::Destination;
     }
     for (int64_t frame = run.first(); frame < run.end(); ++frame)
         info_.frameSizes.push_back(uint16_t(run.frameBytes(frame)));
@@ -240,17 +207,14 @@ Error Coder::write(const FrameRun& run)
     return file_->write(run.bytes()) ? Error::None : Error::Destination;
 }
 
-Error Coder::finish()
-{
+Error Coder::finish() {
     stop();
     const auto info = makeInfoFrame(info_);
-    if (info.size() != infoBytes_ || int64_t(info_.frameSizes.size()) != frames_)
-        return Error::Encoder;
-    if (!file_->writeAt(0, info) || file_->commit() != vbmp3::FileTransaction::Error::None)
-        return Error::Destination;
+    if (info.size() != infoBytes_ || int64_t(info_.frameSizes.size()) != frames_) return Error::Encoder;
+    if (!file_->writeAt(0, info) || file_->commit() != vbmp3::FileTransaction::Error::None) return Error::Destination;
     file_.reset();
     finished_ = true;
     return Error::None;
 }
 
-} // namespace gogo
+}  // namespace gogo

@@ -19,19 +19,20 @@
 namespace gogo {
 
 class Coder {
-public:
+  public:
     // Null when source, destination or settings do not do; `error` tells which. `threads` 0: one for each core.
     static std::unique_ptr<Coder> open(const Settings& settings, int threads, Error& error);
-    ~Coder(); // before the end: removes what was written
+    ~Coder();  // before the end: removes what was written
     Coder(const Coder&) = delete;
     Coder& operator=(const Coder&) = delete;
 
     int64_t frames() const { return frames_; }
-    // One frame further. After the last one (finished()) the destination is in its place; after an error it is as it was.
+    // One frame further. After the last one (finished()) the destination is in its place; after an error it is as it
+    // was.
     Error processFrame();
     bool finished() const { return finished_; }
 
-private:
+  private:
     Coder() = default;
     void work() noexcept;
     Error encodeNext(bool& more);
@@ -53,9 +54,9 @@ private:
     std::unique_ptr<vbmp3::FileTransaction> file_;
     InfoFrameFields info_;
     size_t infoBytes_ = 0;
-    FrameRun held_;             // the part written last but one, until its seam is known
-    int64_t collected_ = 0;     // parts
-    int64_t processed_ = 0;     // frames asked for
+    FrameRun held_;          // the part written last but one, until its seam is known
+    int64_t collected_ = 0;  // parts
+    int64_t processed_ = 0;  // frames asked for
     Error error_ = Error::None;
     bool finished_ = false;
     std::vector<std::thread> threads_;
@@ -63,7 +64,7 @@ private:
     // One thread at a time reads the source, in the order of the parts.
     std::mutex reading_;
     std::unique_ptr<PcmReader> reader_;
-    Pcm carry_;                 // the end of what was read, which the next part begins with
+    Pcm carry_;  // the end of what was read, which the next part begins with
     int64_t nextPart_ = 0;
     Error readError_ = Error::None;
 
@@ -72,10 +73,10 @@ private:
     std::condition_variable progress_;  // for the caller
     std::condition_variable room_;      // for the threads
     std::map<int64_t, FrameRun> ready_;
-    int64_t encoded_ = 0;               // frames of all parts together
-    int64_t allowedPart_ = 0;           // parts from this one on wait until the caller has taken others
+    int64_t encoded_ = 0;      // frames of all parts together
+    int64_t allowedPart_ = 0;  // parts from this one on wait until the caller has taken others
     Error workError_ = Error::None;
     std::atomic<bool> stopping_ = false;
 };
 
-} // namespace gogo
+}  // namespace gogo

@@ -14,7 +14,7 @@
 namespace gogo {
 
 class FrameRun {
-public:
+  public:
     // Frames from `first` on, numbered within the whole file. False when the bytes are not whole frames of layer III.
     bool assign(std::vector<uint8_t> bytes, int64_t first);
 
@@ -22,7 +22,7 @@ public:
     int64_t end() const { return first_ + int64_t(frames_.size()); }
     const std::vector<uint8_t>& bytes() const { return bytes_; }
     int frameBytes(int64_t frame) const;
-    int mainDataBegin(int64_t frame) const; // bytes
+    int mainDataBegin(int64_t frame) const;  // bytes
 
     // Drops the frames from `frame` on.
     void cut(int64_t frame);
@@ -32,12 +32,12 @@ public:
     // before it in `next`. False when there is no such frame.
     bool join(FrameRun& next, int64_t latest);
 
-private:
+  private:
     struct Frame {
         size_t offset;
-        uint16_t head;      // bytes of header, CRC and side information
-        uint16_t begin;     // main_data_begin
-        uint16_t shapes;    // of the windows, three bits a granule and channel
+        uint16_t head;    // bytes of header, CRC and side information
+        uint16_t begin;   // main_data_begin
+        uint16_t shapes;  // of the windows, three bits a granule and channel
     };
     const Frame& at(int64_t frame) const { return frames_[size_t(frame - first_)]; }
     bool fits(const FrameRun& next, int64_t seam) const;
@@ -48,4 +48,4 @@ private:
     int64_t first_ = 0;
 };
 
-} // namespace gogo
+}  // namespace gogo

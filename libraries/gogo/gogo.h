@@ -32,18 +32,20 @@ enum {
     GOGO_ERROR_DESTINATION = 6,  // cannot be written: no such folder, disk full, read-only, in use
     GOGO_ERROR_SAME_FILE = 7,    // destination is the source, by whatever name
     GOGO_ERROR_MEMORY = 8,
-    GOGO_ERROR_ENCODER = 9       // the encoder refuses the settings
+    GOGO_ERROR_ENCODER = 9  // the encoder refuses the settings
 };
 
 // Items of MPGE_setConfigureVB and MPGE_getConfigureVB.
 enum {
-    GOGO_ITEM_SOURCE = 1,        // text: WAVE file; integer PCM of 8 to 32 bits, float, A-law, mu-law, ADPCM; any rate and channels
-    GOGO_ITEM_DESTINATION = 2,   // text: MP3 file
-    GOGO_ITEM_CHANNELS = 3,      // 0 mono, 1 stereo, 2 joint stereo (default); a mono source stays mono
-    GOGO_ITEM_BIT_RATE = 4,      // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows; with VBR the least
-    GOGO_ITEM_FREQUENCY = 6,     // Hz of the output, one of the nine of MPEG audio (default 44100)
-    GOGO_ITEM_FRAMES = 15,       // get only, after MPGE_detectConfigureVB: number of frames of the whole run
-    GOGO_ITEM_VBR_QUALITY = 18   // 0 best to 9 smallest; without it the bit rate is constant
+    GOGO_ITEM_SOURCE =
+        1,  // text: WAVE file; integer PCM of 8 to 32 bits, float, A-law, mu-law, ADPCM; any rate and channels
+    GOGO_ITEM_DESTINATION = 2,  // text: MP3 file
+    GOGO_ITEM_CHANNELS = 3,     // 0 mono, 1 stereo, 2 joint stereo (default); a mono source stays mono
+    GOGO_ITEM_BIT_RATE =
+        4,  // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows; with VBR the least
+    GOGO_ITEM_FREQUENCY = 6,    // Hz of the output, one of the nine of MPEG audio (default 44100)
+    GOGO_ITEM_FRAMES = 15,      // get only, after MPGE_detectConfigureVB: number of frames of the whole run
+    GOGO_ITEM_VBR_QUALITY = 18  // 0 best to 9 smallest; without it the bit rate is constant
 };
 
 // Number of processor cores that an encode uses.
@@ -62,7 +64,7 @@ GOGO_API int32_t MPGE_processFrameVB(void);
 GOGO_API int32_t MPGE_closeCoderVB(void);
 // Releases the work area, and closes what is open.
 GOGO_API int32_t MPGE_endCoderVB(void);
-GOGO_API int32_t MPGE_getVersionVB(char* text, uint32_t size); // "1.0.0"
+GOGO_API int32_t MPGE_getVersionVB(char* text, uint32_t size);  // "1.0.0"
 
 #ifdef __cplusplus
 }

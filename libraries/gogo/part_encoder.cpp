@@ -16,29 +16,25 @@ using Lame = std::unique_ptr<lame_global_flags, Closer>;
 
 void quiet(const char*, va_list) {}
 
-Lame makeLame(const Settings& settings, int channels)
-{
+Lame makeLame(const Settings& settings, int channels) {
     // LAME fills tables that all its encoders share each time one is made, with the same numbers: harmless to the
     // encoders that run, but two at once would be asking for trouble.
     static std::mutex making;
     const std::lock_guard lock(making);
     Lame lame(lame_init());
-    if (!lame)
-        return nullptr;
+    if (!lame) return nullptr;
     lame_set_errorf(lame.get(), quiet);
     lame_set_msgf(lame.get(), quiet);
     lame_set_debugf(lame.get(), quiet);
     lame_set_in_samplerate(lame.get(), settings.frequency);
     lame_set_out_samplerate(lame.get(), settings.frequency);
     lame_set_num_channels(lame.get(), channels);
-    lame_set_mode(lame.get(), channels == 1                                ? MONO
-                              : settings.channels == ChannelMode::Stereo ? STEREO
-                                                                           : JOINT_STEREO);
+    lame_set_mode(lame.get(), channels == 1 ? MONO : settings.channels == ChannelMode::Stereo ? STEREO : JOINT_STEREO);
     if (settings.vbrQuality >= 0) {
         lame_set_VBR(lame.get(), vbr_default);
         lame_set_VBR_q(lame.get(), settings.vbrQuality);
         lame_set_VBR_min_bitrate_kbps(lame.get(), settings.bitRate);
-        lame_set_VBR_hard_min(lame.get(), 1); // in silence too
+        lame_set_VBR_hard_min(lame.get(), 1);  // in silence too
     } else {
         lame_set_brate(lame.get(), settings.bitRate);
     }
@@ -47,16 +43,14 @@ Lame makeLame(const Settings& settings, int channels)
     return lame_init_params(lame.get()) < 0 ? nullptr : std::move(lame);
 }
 
-} // namespace
+}  // namespace
 
-int64_t partCount(int64_t frames)
-{
+int64_t partCount(int64_t frames) {
     // A short rest belongs to the part before it, which leaves room for its overlap.
     return std::max<int64_t>(1, (frames + kPartFrames / 2) / kPartFrames);
 }
 
-Part partAt(int64_t index, int64_t frames)
-{
+Part partAt(int64_t index, int64_t frames) {
     Part part;
     part.first = index * kPartFrames;
     part.last = index + 1 == partCount(frames);
@@ -64,11 +58,9 @@ Part partAt(int64_t index, int64_t frames)
     return part;
 }
 
-bool askEncoder(const Settings& settings, int channels, EncoderFacts& facts)
-{
+bool askEncoder(const Settings& settings, int channels, EncoderFacts& facts) {
     const Lame lame = makeLame(settings, channels);
-    if (!lame)
-        return false;
+    if (!lame) return false;
     facts.samplesPerFrame = lame_get_framesize(lame.get());
     facts.delay = lame_get_encoder_delay(lame.get());
     facts.lowpass = lame_get_lowpassfreq(lame.get());
@@ -76,29 +68,23 @@ bool askEncoder(const Settings& settings, int channels, EncoderFacts& facts)
     return facts.samplesPerFrame > 0;
 }
 
-int64_t frameCount(int64_t samples, const EncoderFacts& facts)
-{
+int64_t frameCount(int64_t samples, const EncoderFacts& facts) {
     // LAME fills the last frame up and adds another one when less than half an MPEG-1 frame was to fill.
     const int64_t size = facts.samplesPerFrame;
     int64_t padding = size - (samples + facts.delay) % size;
-    if (padding < 576)
-        padding += size;
+    if (padding < 576) padding += size;
     return (samples + facts.delay + padding) / size;
 }
 
 Error encodePart(const Settings& settings, int channels, const Part& part, const Pcm& pcm,
-                 const std::function<bool()>& frameDone, FrameRun& result)
-{
+                 const std::function<bool()>& frameDone, FrameRun& result) {
     const Lame lame = makeLame(settings, channels);
-    if (!lame)
-        return Error::Memory;
+    if (!lame) return Error::Memory;
     const size_t frame = size_t(lame_get_framesize(lame.get()));
     const int64_t wanted = part.lead() + part.frames + part.overlap();
     std::vector<uint8_t> bytes(part.frames * 480), piece(2 * frame + 7200 + 65536);
     bytes.clear();
-    const auto append = [&](int count) {
-        bytes.insert(bytes.end(), piece.begin(), piece.begin() + count);
-    };
+    const auto append = [&](int count) { bytes.insert(bytes.end(), piece.begin(), piece.begin() + count); };
     int done = 0;
     // One frame of samples gives one frame of sound at most.
     for (size_t at = 0; at < pcm.size() && done < wanted; at += frame) {
@@ -106,17 +92,14 @@ Error encodePart(const Settings& settings, int channels, const Part& part, const
         const float* left = pcm.left.data() + at;
         const float* right = channels == 1 ? left : pcm.right.data() + at;
         const int got = lame_encode_buffer_float(lame.get(), left, right, count, piece.data(), int(piece.size()));
-        if (got < 0)
-            return got == -2 ? Error::Memory : Error::Encoder;
+        if (got < 0) return got == -2 ? Error::Memory : Error::Encoder;
         append(got);
         const int before = done;
         done = lame_get_frameNum(lame.get());
-        if (done == before)
-            continue;
+        if (done == before) continue;
         if (done == part.lead()) {
             // Ends the lead-in's bit reservoir, so that nothing of the part stands in the frames to be dropped.
-            if (lame_encode_flush_nogap(lame.get(), piece.data(), int(piece.size())) < 0)
-                return Error::Encoder;
+            if (lame_encode_flush_nogap(lame.get(), piece.data(), int(piece.size())) < 0) return Error::Encoder;
             bytes.clear();
         } else if (done > part.lead() && done <= part.lead() + part.frames && !frameDone()) {
             result = FrameRun();
@@ -125,16 +108,14 @@ Error encodePart(const Settings& settings, int channels, const Part& part, const
     }
     const int rest = part.last ? lame_encode_flush(lame.get(), piece.data(), int(piece.size()))
                                : lame_encode_flush_nogap(lame.get(), piece.data(), int(piece.size()));
-    if (rest < 0)
-        return Error::Encoder;
+    if (rest < 0) return Error::Encoder;
     append(rest);
     if (!result.assign(std::move(bytes), part.first) || result.end() != part.first + part.frames + part.overlap())
         return Error::Encoder;
     for (; done < part.lead() + part.frames; ++done) {
-        if (!frameDone())
-            break;
+        if (!frameDone()) break;
     }
     return Error::None;
 }
 
-} // namespace gogo
+}  // namespace gogo

@@ -2,9 +2,9 @@
 // and ends depends on the file alone and never on who encodes it: the bytes are the same on every machine.
 //
 // A part that does not begin the file is led in: its encoder starts some frames before, so that what it remembers
-// of the past (masking, hearing threshold, filters) is what a single encoder would remember, and these frames are dropped.
-// A part that does not end the file runs on for some frames, so that the seam can be laid where the bit reservoirs of
-// both fit (frames.h); there the next part has had time to fill its own.
+// of the past (masking, hearing threshold, filters) is what a single encoder would remember, and these frames are
+// dropped. A part that does not end the file runs on for some frames, so that the seam can be laid where the bit
+// reservoirs of both fit (frames.h); there the next part has had time to fill its own.
 #pragma once
 
 #include <atomic>
@@ -18,9 +18,9 @@
 
 namespace gogo {
 
-constexpr int kPartFrames = 1024;   // length of a part, 27 s at 44.1 kHz
-constexpr int kLeadIn = 32;         // frames encoded and dropped before a part
-constexpr int kOverlap = 16;        // frames that a part goes on into the next
+constexpr int kPartFrames = 1024;  // length of a part, 27 s at 44.1 kHz
+constexpr int kLeadIn = 32;        // frames encoded and dropped before a part
+constexpr int kOverlap = 16;       // frames that a part goes on into the next
 
 struct Part {
     int64_t first = 0;  // frame
@@ -38,9 +38,9 @@ Part partAt(int64_t index, int64_t frames);
 // What an encoder of these settings will do.
 struct EncoderFacts {
     int samplesPerFrame = 0;
-    int delay = 0;      // samples
-    int lowpass = 0;    // Hz
-    int bitRate = 0;    // kbit/s after LAME has found the nearest
+    int delay = 0;    // samples
+    int lowpass = 0;  // Hz
+    int bitRate = 0;  // kbit/s after LAME has found the nearest
 };
 
 // False when LAME refuses the settings.
@@ -54,4 +54,4 @@ int64_t frameCount(int64_t samples, const EncoderFacts& facts);
 Error encodePart(const Settings& settings, int channels, const Part& part, const Pcm& pcm,
                  const std::function<bool()>& frameDone, FrameRun& result);
 
-} // namespace gogo
+}  // namespace gogo

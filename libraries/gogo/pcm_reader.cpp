@@ -8,13 +8,12 @@
 namespace gogo {
 namespace {
 
-constexpr size_t kBlock = 4096;         // frames read at once
+constexpr size_t kBlock = 4096;  // frames read at once
 constexpr float kFullScale = 32768.0f;
 
-} // namespace
+}  // namespace
 
-std::unique_ptr<PcmReader> PcmReader::open(const std::string& path, int outputRate, bool mono, Error& error)
-{
+std::unique_ptr<PcmReader> PcmReader::open(const std::string& path, int outputRate, bool mono, Error& error) {
     std::shared_ptr<const vbmp3::ByteSource> file = vbmp3::openFile(path);
     if (!file) {
         error = Error::Source;
@@ -22,11 +21,9 @@ std::unique_ptr<PcmReader> PcmReader::open(const std::string& path, int outputRa
     }
     error = Error::Format;
     const auto layout = vbmp3::scanFileLayout(*file);
-    if (layout.container != vbmp3::Container::Wave)
-        return nullptr;
+    if (layout.container != vbmp3::Container::Wave) return nullptr;
     const auto info = vbmp3::probe(*file, layout);
-    if (!info || !info->wave || info->mpeg || info->frames <= 0)
-        return nullptr;
+    if (!info || !info->wave || info->mpeg || info->frames <= 0) return nullptr;
     std::unique_ptr<PcmReader> self(new PcmReader);
     self->source_ = vbmp3::openWaveSource(file, *info);
     self->mono_ = mono || info->channels == 1;
@@ -43,20 +40,17 @@ std::unique_ptr<PcmReader> PcmReader::open(const std::string& path, int outputRa
     return self;
 }
 
-bool PcmReader::fill()
-{
+bool PcmReader::fill() {
     ready_.clear();
     taken_ = 0;
     block_.resize(2 * size_t(std::min<int64_t>(kBlock, sourceLeft_)));
     if (block_.empty()) {
         // The resampler's last samples, which are never more than it holds back.
-        if (resampler_)
-            resampler_->finish(ready_);
+        if (resampler_) resampler_->finish(ready_);
         return !ready_.empty();
     }
     const size_t got = source_->read(block_);
-    if (got == 0)
-        return false;
+    if (got == 0) return false;
     block_.resize(2 * got);
     sourceLeft_ -= int64_t(got);
     if (resampler_)
@@ -66,24 +60,20 @@ bool PcmReader::fill()
     return true;
 }
 
-bool PcmReader::read(int64_t count, Pcm& pcm)
-{
+bool PcmReader::read(int64_t count, Pcm& pcm) {
     count = std::min(count, length_ - position_);
     pcm.left.reserve(pcm.left.size() + size_t(count));
-    if (!mono_)
-        pcm.right.reserve(pcm.right.size() + size_t(count));
+    if (!mono_) pcm.right.reserve(pcm.right.size() + size_t(count));
     while (count > 0) {
         if (taken_ == ready_.size()) {
-            if (!fill())
-                return false;
+            if (!fill()) return false;
             continue;
         }
         const size_t frames = std::min(size_t(count), (ready_.size() - taken_) / 2);
         const float* from = ready_.data() + taken_;
         for (size_t i = 0; i < frames; ++i) {
             const float left = from[2 * i] * kFullScale, right = from[2 * i + 1] * kFullScale;
-            if (!mono_)
-                pcm.right.push_back(right);
+            if (!mono_) pcm.right.push_back(right);
             pcm.left.push_back(mixToMono_ ? (left + right) / 2 : left);
         }
         taken_ += 2 * frames;
@@ -93,4 +83,4 @@ bool PcmReader::read(int64_t count, Pcm& pcm)
     return true;
 }
 
-} // namespace gogo
+}  // namespace gogo

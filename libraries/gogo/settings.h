@@ -23,12 +23,12 @@ enum class Error : int32_t {
 enum class ChannelMode { Mono = 0, Stereo = 1, JointStereo = 2 };
 
 struct Settings {
-    std::string source;       // UTF-8 paths
+    std::string source;  // UTF-8 paths
     std::string destination;
     ChannelMode channels = ChannelMode::JointStereo;
-    int bitRate = 128;        // kbit/s; the least one with VBR
-    int frequency = 44100;    // Hz
-    int vbrQuality = -1;      // 0 to 9, -1 constant bit rate
+    int bitRate = 128;      // kbit/s; the least one with VBR
+    int frequency = 44100;  // Hz
+    int vbrQuality = -1;    // 0 to 9, -1 constant bit rate
 };
 
-} // namespace gogo
+}  // namespace gogo

@@ -33,8 +33,7 @@ struct Encoder {
     int sampleRate = 0;
 };
 
-WAVEFORMATEX pcmFormat(int sampleRate)
-{
+WAVEFORMATEX pcmFormat(int sampleRate) {
     WAVEFORMATEX format{};
     format.wFormatTag = WAVE_FORMAT_PCM;
     format.nChannels = 2;
@@ -45,8 +44,7 @@ WAVEFORMATEX pcmFormat(int sampleRate)
     return format;
 }
 
-MPEGLAYER3WAVEFORMAT mp3Format(int sampleRate, int bitRate)
-{
+MPEGLAYER3WAVEFORMAT mp3Format(int sampleRate, int bitRate) {
     MPEGLAYER3WAVEFORMAT format{};
     format.wfx.wFormatTag = WAVE_FORMAT_MPEGLAYER3;
     format.wfx.nChannels = 2;
@@ -62,8 +60,7 @@ MPEGLAYER3WAVEFORMAT mp3Format(int sampleRate, int bitRate)
     return format;
 }
 
-std::optional<Encoder> openEncoder(int sourceRate)
-{
+std::optional<Encoder> openEncoder(int sourceRate) {
     std::vector<int> rates{sourceRate};
     rates.insert(rates.end(), kSampleRates.begin(), kSampleRates.end());
     for (const int rate : rates)
@@ -79,9 +76,8 @@ std::optional<Encoder> openEncoder(int sourceRate)
 
 // Hands PCM to the codec in one piece after the other and writes what it gives.
 class Conversion {
-public:
-    Conversion(HACMSTREAM stream, FileTransaction& file) : stream_(stream), file_(file), from_(kPiece)
-    {
+  public:
+    Conversion(HACMSTREAM stream, FileTransaction& file) : stream_(stream), file_(file), from_(kPiece) {
         DWORD size = 0;
         good_ = acmStreamSize(stream_, DWORD(from_.size()), &size, ACM_STREAMSIZEF_SOURCE) == 0;
         to_.resize(std::max<DWORD>(size, 16384));
@@ -92,8 +88,7 @@ public:
         header_.cbDstLength = DWORD(to_.size());
         good_ = good_ && acmStreamPrepareHeader(stream_, &header_, 0) == 0;
     }
-    ~Conversion()
-    {
+    ~Conversion() {
         header_.cbSrcLength = DWORD(from_.size());
         header_.cbDstLength = DWORD(to_.size());
         acmStreamUnprepareHeader(stream_, &header_, 0);
@@ -101,8 +96,7 @@ public:
     Conversion(const Conversion&) = delete;
     Conversion& operator=(const Conversion&) = delete;
 
-    bool put(std::span<const int16_t> samples)
-    {
+    bool put(std::span<const int16_t> samples) {
         const auto* bytes = reinterpret_cast<const uint8_t*>(samples.data());
         size_t left = samples.size_bytes();
         while (left > 0 && good_) {
@@ -112,24 +106,23 @@ public:
             bytes += count;
             left -= count;
             if (filled_ == from_.size())
-                convert(started_ ? ACM_STREAMCONVERTF_BLOCKALIGN : ACM_STREAMCONVERTF_BLOCKALIGN | ACM_STREAMCONVERTF_START);
+                convert(started_ ? ACM_STREAMCONVERTF_BLOCKALIGN
+                                 : ACM_STREAMCONVERTF_BLOCKALIGN | ACM_STREAMCONVERTF_START);
         }
         return good_;
     }
 
-    bool finish()
-    {
+    bool finish() {
         // Once, and again while the codec leaves some of it for the next call.
         for (int i = 0; good_ && (i == 0 || filled_ > 0) && i < 64; ++i)
             convert(ACM_STREAMCONVERTF_END | (started_ ? 0 : ACM_STREAMCONVERTF_START));
         return good_ && filled_ == 0;
     }
 
-private:
+  private:
     static constexpr size_t kPiece = 65536;
 
-    void convert(DWORD flags)
-    {
+    void convert(DWORD flags) {
         started_ = true;
         header_.cbSrcLength = DWORD(filled_);
         header_.cbSrcLengthUsed = header_.cbDstLengthUsed = 0;
@@ -149,25 +142,20 @@ private:
     bool good_ = true;
 };
 
-} // namespace
+}  // namespace
 
 bool hasSystemCodec() { return openEncoder(44100).has_value(); }
 
-int encodeWithSystemCodec(const std::string& sourcePath, const std::string& destination, JobControl& control)
-{
+int encodeWithSystemCodec(const std::string& sourcePath, const std::string& destination, JobControl& control) {
     const std::shared_ptr<const ByteSource> file = openFile(sourcePath);
-    if (!file)
-        return VBMP3_ERROR_NOT_FOUND;
+    if (!file) return VBMP3_ERROR_NOT_FOUND;
     const auto info = probe(*file, scanFileLayout(*file));
     const auto source = info ? openSource(file, *info) : nullptr;
-    if (!source)
-        return VBMP3_ERROR_FORMAT;
+    if (!source) return VBMP3_ERROR_FORMAT;
     const auto encoder = openEncoder(source->sampleRate());
-    if (!encoder)
-        return VBMP3_ERROR_NO_CODEC;
+    if (!encoder) return VBMP3_ERROR_NO_CODEC;
     const auto target = FileTransaction::begin(destination);
-    if (!target)
-        return VBMP3_ERROR_WRITE;
+    if (!target) return VBMP3_ERROR_WRITE;
     {
         Conversion conversion(encoder->stream.get(), *target);
         Resampler resampler(source->sampleRate(), encoder->sampleRate);
@@ -177,8 +165,7 @@ int encodeWithSystemCodec(const std::string& sourcePath, const std::string& dest
         int64_t done = 0;
         for (;;) {
             const size_t count = source->read(block);
-            if (control.cancelled())
-                return VBMP3_ERROR_NOT_OPEN;
+            if (control.cancelled()) return VBMP3_ERROR_NOT_OPEN;
             converted.clear();
             if (!resample)
                 converted.assign(block.begin(), block.begin() + std::ptrdiff_t(2 * count));
@@ -188,15 +175,12 @@ int encodeWithSystemCodec(const std::string& sourcePath, const std::string& dest
                 resampler.finish(converted);
             samples.resize(converted.size());
             std::transform(converted.begin(), converted.end(), samples.begin(), toInt16);
-            if (!conversion.put(samples))
-                return VBMP3_ERROR_WRITE;
-            if (count == 0)
-                break;
+            if (!conversion.put(samples)) return VBMP3_ERROR_WRITE;
+            if (count == 0) break;
             done += int64_t(count);
             control.progress(info->frames > 0 ? double(done) / double(info->frames) : 0);
         }
-        if (!conversion.finish())
-            return VBMP3_ERROR_WRITE;
+        if (!conversion.finish()) return VBMP3_ERROR_WRITE;
     }
     const FileTransaction::Error error = target->commit();
     return error == FileTransaction::Error::None     ? VBMP3_OK
@@ -204,4 +188,4 @@ int encodeWithSystemCodec(const std::string& sourcePath, const std::string& dest
                                                      : VBMP3_ERROR_WRITE;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

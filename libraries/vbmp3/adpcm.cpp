@@ -11,21 +11,20 @@ constexpr int kMsAdapt[16] = {230, 230, 230, 230, 307, 409, 512, 614, 768, 614, 
 constexpr int kMsCoefficients[7][2] = {{256, 0}, {512, -256}, {0, 0}, {192, 64}, {240, 0}, {460, -208}, {392, -232}};
 
 constexpr int kImaIndex[8] = {-1, -1, -1, -1, 2, 4, 6, 8};
-constexpr int kImaStep[89] = {
-    7,    8,    9,    10,   11,   12,   13,   14,   16,    17,    19,    21,    23,    25,    28,    31,    34,   37,
-    41,   45,   50,   55,   60,   66,   73,   80,   88,    97,    107,   118,   130,   143,   157,   173,   190,  209,
-    230,  253,  279,  307,  337,  371,  408,  449,  494,   544,   598,   658,   724,   796,   876,   963,   1060, 1166,
-    1282, 1411, 1552, 1707, 1878, 2066, 2272, 2499, 2749,  3024,  3327,  3660,  4026,  4428,  4871,  5358,  5894, 6484,
-    7132, 7845, 8630, 9493, 10442, 11487, 12635, 13899, 15289, 16818, 18500, 20350, 22385, 24623, 27086, 29794, 32767};
+constexpr int kImaStep[89] = {7,     8,     9,     10,    11,    12,    13,    14,    16,    17,    19,   21,    23,
+                              25,    28,    31,    34,    37,    41,    45,    50,    55,    60,    66,   73,    80,
+                              88,    97,    107,   118,   130,   143,   157,   173,   190,   209,   230,  253,   279,
+                              307,   337,   371,   408,   449,   494,   544,   598,   658,   724,   796,  876,   963,
+                              1060,  1166,  1282,  1411,  1552,  1707,  1878,  2066,  2272,  2499,  2749, 3024,  3327,
+                              3660,  4026,  4428,  4871,  5358,  5894,  6484,  7132,  7845,  8630,  9493, 10442, 11487,
+                              12635, 13899, 15289, 16818, 18500, 20350, 22385, 24623, 27086, 29794, 32767};
 
 int16_t toInt16(int value) { return int16_t(std::clamp(value, -32768, 32767)); }
 float scaled(int value) { return float(value) / 32768.0f; }
 
-void decodeMs(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out)
-{
+void decodeMs(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
     const size_t channels = size_t(format.channels);
-    if (block.size() < 7 * channels)
-        return;
+    if (block.size() < 7 * channels) return;
     struct State {
         int first = 0, second = 0, delta = 0, newer = 0, older = 0;
     };
@@ -40,16 +39,11 @@ void decodeMs(const WaveFormat& format, std::span<const uint8_t> block, std::vec
         p += 2;
         return int(int16_t(littleEndian16(p - 2)));
     };
-    for (size_t c = 0; c < channels; ++c)
-        states[c].delta = word();
-    for (size_t c = 0; c < channels; ++c)
-        states[c].newer = word();
-    for (size_t c = 0; c < channels; ++c)
-        states[c].older = word();
-    for (size_t c = 0; c < channels; ++c)
-        out.push_back(scaled(states[c].older));
-    for (size_t c = 0; c < channels; ++c)
-        out.push_back(scaled(states[c].newer));
+    for (size_t c = 0; c < channels; ++c) states[c].delta = word();
+    for (size_t c = 0; c < channels; ++c) states[c].newer = word();
+    for (size_t c = 0; c < channels; ++c) states[c].older = word();
+    for (size_t c = 0; c < channels; ++c) out.push_back(scaled(states[c].older));
+    for (size_t c = 0; c < channels; ++c) out.push_back(scaled(states[c].newer));
     size_t channel = 0;
     for (const uint8_t byte : block.subspan(7 * channels)) {
         for (const int nibble : {byte >> 4, byte & 15}) {
@@ -65,11 +59,9 @@ void decodeMs(const WaveFormat& format, std::span<const uint8_t> block, std::vec
     }
 }
 
-void decodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out)
-{
+void decodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
     const size_t channels = size_t(format.channels);
-    if (block.size() < 4 * channels)
-        return;
+    if (block.size() < 4 * channels) return;
     int value[2] = {}, index[2] = {};
     for (size_t c = 0; c < channels; ++c) {
         value[c] = int16_t(littleEndian16(block.data() + 4 * c));
@@ -86,12 +78,9 @@ void decodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::ve
                 const int nibble = block[at + i / 2] >> (i % 2 == 0 ? 0 : 4) & 15;
                 const int step = kImaStep[index[c]];
                 int difference = step >> 3;
-                if ((nibble & 1) != 0)
-                    difference += step >> 2;
-                if ((nibble & 2) != 0)
-                    difference += step >> 1;
-                if ((nibble & 4) != 0)
-                    difference += step;
+                if ((nibble & 1) != 0) difference += step >> 2;
+                if ((nibble & 2) != 0) difference += step >> 1;
+                if ((nibble & 4) != 0) difference += step;
                 value[c] = toInt16(value[c] + ((nibble & 8) != 0 ? -difference : difference));
                 index[c] = std::clamp(index[c] + kImaIndex[nibble & 7], 0, 88);
                 out[base + i * channels + c] = scaled(value[c]);
@@ -101,14 +90,13 @@ void decodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::ve
     }
 }
 
-} // namespace
+}  // namespace
 
-void decodeAdpcmBlock(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out)
-{
+void decodeAdpcmBlock(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
     if (format.coding == WaveFormat::Coding::MsAdpcm)
         decodeMs(format, block, out);
     else
         decodeIma(format, block, out);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -12,8 +12,7 @@ namespace vbmp3 {
 namespace {
 
 template <size_t N>
-void put(char (&field)[N], std::string_view text)
-{
+void put(char (&field)[N], std::string_view text) {
     const std::string_view cut = quenlox::CutUtf8(text, N - 1);
     std::memcpy(field, cut.data(), cut.size());
     field[cut.size()] = '\0';
@@ -21,63 +20,54 @@ void put(char (&field)[N], std::string_view text)
 
 // Fills as much of the caller's record as he has.
 template <typename Record>
-void give(Record* to, Record& from)
-{
+void give(Record* to, Record& from) {
     const uint32_t size = std::min<uint32_t>(to->size, sizeof(Record));
     from.size = to->size;
     std::memcpy(to, &from, size);
 }
 
-double msPerMpegFrame(const StreamInfo& info)
-{
-    return info.mpeg && info.sampleRate > 0 ? info.mpeg->first.samplesPerFrame * 1000.0 / info.mpeg->first.sampleRate : 0;
+double msPerMpegFrame(const StreamInfo& info) {
+    return info.mpeg && info.sampleRate > 0 ? info.mpeg->first.samplesPerFrame * 1000.0 / info.mpeg->first.sampleRate
+                                            : 0;
 }
 
-std::optional<EmbeddedLyrics> readEmbedded(const char* path, int& error)
-{
+std::optional<EmbeddedLyrics> readEmbedded(const char* path, int& error) {
     const auto file = openFile(path);
     error = VBMP3_ERROR_NOT_FOUND;
-    if (!file)
-        return std::nullopt;
+    if (!file) return std::nullopt;
     error = VBMP3_OK;
     const FileLayout layout = scanFileLayout(*file);
     const auto info = probe(*file, layout);
     return readEmbeddedLyrics(*file, layout, info ? msPerMpegFrame(*info) : 0);
 }
 
-} // namespace
-} // namespace vbmp3
+}  // namespace
+}  // namespace vbmp3
 
 using namespace vbmp3;
 
-int32_t vbmp3_readLyrics3Data(char* raw, char* text)
-{
+int32_t vbmp3_readLyrics3Data(char* raw, char* text) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         const TrackPtr track = self.player.current();
-        if (!track)
-            return report(VBMP3_ERROR_NOT_OPEN);
+        if (!track) return report(VBMP3_ERROR_NOT_OPEN);
         int error = VBMP3_OK;
         auto lyrics = readEmbedded(track->path.c_str(), error);
         report(error);
-        if (!lyrics)
-            return 0;
+        if (!lyrics) return 0;
         if (raw != nullptr) {
             const size_t length = std::min<size_t>(lyrics->raw.size(), VBMP3_LYRICS_TEXT - 1);
             std::memcpy(raw, lyrics->raw.data(), length);
             raw[length] = '\0';
         }
-        if (text != nullptr)
-            put(*reinterpret_cast<char (*)[VBMP3_LYRICS_TEXT]>(text), lyrics->text);
+        if (text != nullptr) put(*reinterpret_cast<char(*)[VBMP3_LYRICS_TEXT]>(text), lyrics->text);
         self.lyrics.set(std::move(lyrics->text), LyricsFormat::Text);
         return 1;
     });
 }
 
-int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info)
-{
+int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (path == nullptr || info == nullptr || info->size < sizeof info->size)
-            return report(VBMP3_ERROR_ARGUMENT);
+        if (path == nullptr || info == nullptr || info->size < sizeof info->size) return report(VBMP3_ERROR_ARGUMENT);
         const auto record = std::make_unique<vbmp3_Lyrics3Info>();
         int error = VBMP3_OK;
         const auto found = readEmbedded(path, error);
@@ -98,36 +88,28 @@ int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info)
     });
 }
 
-int32_t vbmp3_setLyricsFile(const char* path)
-{
+int32_t vbmp3_setLyricsFile(const char* path) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (path == nullptr)
-            return report(VBMP3_ERROR_ARGUMENT);
+        if (path == nullptr) return report(VBMP3_ERROR_ARGUMENT);
         const auto file = openFile(path);
-        if (!file)
-            return report(VBMP3_ERROR_NOT_FOUND);
-        if (file->size() > kMostLyricsBytes)
-            return report(VBMP3_ERROR_FORMAT);
+        if (!file) return report(VBMP3_ERROR_NOT_FOUND);
+        if (file->size() > kMostLyricsBytes) return report(VBMP3_ERROR_FORMAT);
         std::vector<uint8_t> bytes(static_cast<size_t>(file->size()));
         bytes.resize(file->readAt(0, bytes.data(), bytes.size()));
         auto text = decodeLyrics(bytes);
-        if (!text || text->find_first_not_of(" \t\r\n") == std::string::npos)
-            return report(VBMP3_ERROR_FORMAT);
+        if (!text || text->find_first_not_of(" \t\r\n") == std::string::npos) return report(VBMP3_ERROR_FORMAT);
         self.lyrics.set(std::move(*text), lyricsFormatOf(path));
         return report(VBMP3_OK);
     });
 }
 
-int32_t vbmp3_checkTimeTag(void)
-{
+int32_t vbmp3_checkTimeTag(void) {
     return withLibrary<int32_t>(0, [](Library& self) { return self.lyrics.lyrics().timed ? 1 : 0; });
 }
 
-int32_t vbmp3_getLyrics2(vbmp3_LyricsLines* lines)
-{
+int32_t vbmp3_getLyrics2(vbmp3_LyricsLines* lines) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (lines == nullptr || lines->size < sizeof lines->size)
-            return report(VBMP3_ERROR_ARGUMENT);
+        if (lines == nullptr || lines->size < sizeof lines->size) return report(VBMP3_ERROR_ARGUMENT);
         const TrackPtr track = self.player.current();
         const auto position = static_cast<int64_t>(self.player.snapshot().seconds * 1000);
         vbmp3_LyricsLines record{};
@@ -137,48 +119,42 @@ int32_t vbmp3_getLyrics2(vbmp3_LyricsLines* lines)
     });
 }
 
-void vbmp3_clearLyrics(void)
-{
+void vbmp3_clearLyrics(void) {
     withLibrary(0, [](Library& self) {
         self.lyrics.clear();
         return 0;
     });
 }
 
-void vbmp3_setKaraokeUse(int32_t use)
-{
+void vbmp3_setKaraokeUse(int32_t use) {
     withLibrary(0, [&](Library& self) {
         self.lyrics.setKaraoke(use != 0);
         return 0;
     });
 }
 
-void vbmp3_setNotTagLyricsLine(int32_t lines)
-{
+void vbmp3_setNotTagLyricsLine(int32_t lines) {
     withLibrary(0, [&](Library& self) {
         self.lyrics.setUntimedStep(lines);
         return 0;
     });
 }
 
-void vbmp3_useAtMarkTag(int32_t use)
-{
+void vbmp3_useAtMarkTag(int32_t use) {
     withLibrary(0, [&](Library& self) {
         self.lyrics.setAtMarkTags(use != 0);
         return 0;
     });
 }
 
-void vbmp3_setSeekPlay(int32_t use)
-{
+void vbmp3_setSeekPlay(int32_t use) {
     withLibrary(0, [&](Library& self) {
         self.lyrics.setSeekFollow(use != 0);
         return 0;
     });
 }
 
-void vbmp3_setLyricsShift(int32_t milliseconds)
-{
+void vbmp3_setLyricsShift(int32_t milliseconds) {
     withLibrary(0, [&](Library& self) {
         self.lyrics.setShift(milliseconds);
         return 0;

@@ -11,8 +11,7 @@
 namespace vbmp3 {
 namespace {
 
-std::unique_ptr<Library>& slot()
-{
+std::unique_ptr<Library>& slot() {
     // Never destroyed at process exit: by then the system has ended the threads, and joining them would hang.
     static auto* const theLibrary = new std::unique_ptr<Library>;
     return *theLibrary;
@@ -20,12 +19,11 @@ std::unique_ptr<Library>& slot()
 
 std::atomic<int> lastError = VBMP3_OK;
 
-} // namespace
+}  // namespace
 
 Library* library() { return slot().get(); }
 
-int32_t report(int error)
-{
+int32_t report(int error) {
     lastError = error;
     return error == VBMP3_OK ? 1 : 0;
 }
@@ -33,31 +31,26 @@ int32_t report(int error)
 namespace {
 
 // Gives as much of the record as the caller knows of.
-void giveRecord(vbmp3_FileInfo* to, vbmp3_FileInfo from)
-{
-    if (to == nullptr || to->size < sizeof to->size)
-        return;
+void giveRecord(vbmp3_FileInfo* to, vbmp3_FileInfo from) {
+    if (to == nullptr || to->size < sizeof to->size) return;
     const uint32_t size = std::min<uint32_t>(to->size, sizeof from);
     from.size = to->size;
     std::memcpy(to, &from, size);
 }
 
-} // namespace
-} // namespace vbmp3
+}  // namespace
+}  // namespace vbmp3
 
 using namespace vbmp3;
 
-int32_t vbmp3_init(void)
-{
+int32_t vbmp3_init(void) {
     return guarded<int32_t>(0, [] {
-        if (!slot())
-            slot() = std::make_unique<Library>();
+        if (!slot()) slot() = std::make_unique<Library>();
         return report(VBMP3_OK);
     });
 }
 
-void vbmp3_free(void)
-{
+void vbmp3_free(void) {
     guarded(0, [] {
         slot().reset();
         return 0;
@@ -66,18 +59,15 @@ void vbmp3_free(void)
 
 int32_t vbmp3_getLastErrorNo(void) { return lastError; }
 
-void vbmp3_getVersion(char* text, uint32_t size)
-{
+void vbmp3_getVersion(char* text, uint32_t size) {
     constexpr std::string_view kVersion = QUENLOX_VERSION;
-    if (text == nullptr || size == 0)
-        return;
+    if (text == nullptr || size == 0) return;
     const size_t length = std::min<size_t>(kVersion.size(), size - 1);
     std::memcpy(text, kVersion.data(), length);
     text[length] = '\0';
 }
 
-int32_t vbmp3_getFileType(const char* path)
-{
+int32_t vbmp3_getFileType(const char* path) {
     return guarded<int32_t>(-VBMP3_ERROR_FORMAT, [&] {
         const auto file = openFile(path != nullptr ? path : "");
         if (!file) {
@@ -90,83 +80,70 @@ int32_t vbmp3_getFileType(const char* path)
     });
 }
 
-int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info)
-{
+int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         const int error = self.player.open(path != nullptr ? path : "");
         if (error == VBMP3_OK && info != nullptr) {
             vbmp3_FileInfo record{};
             fillFormat(self.player.current()->info, record);
-            if (const auto file = openFile(path))
-                fillTags(*file, scanFileLayout(*file), record);
+            if (const auto file = openFile(path)) fillTags(*file, scanFileLayout(*file), record);
             giveRecord(info, record);
         }
         return report(error);
     });
 }
 
-void vbmp3_close(void)
-{
+void vbmp3_close(void) {
     withLibrary(0, [](Library& self) {
         self.player.close();
         return 0;
     });
 }
 
-int32_t vbmp3_play(void)
-{
+int32_t vbmp3_play(void) {
     return withLibrary<int32_t>(0, [](Library& self) {
         self.sound.applyEqualizer();
         return report(self.player.play());
     });
 }
 
-int32_t vbmp3_stop(void)
-{
+int32_t vbmp3_stop(void) {
     return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.stop()); });
 }
 
-int32_t vbmp3_pause(void)
-{
+int32_t vbmp3_pause(void) {
     return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.pause()); });
 }
 
-int32_t vbmp3_restart(void)
-{
+int32_t vbmp3_restart(void) {
     return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.restart()); });
 }
 
-int32_t vbmp3_seek(double seconds)
-{
+int32_t vbmp3_seek(double seconds) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         self.lyrics.noteSeek();
         return report(self.player.seek(seconds));
     });
 }
 
-int32_t vbmp3_getState(int32_t* seconds)
-{
+int32_t vbmp3_getState(int32_t* seconds) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         const Player::Snapshot snapshot = self.player.snapshot();
-        if (seconds != nullptr)
-            *seconds = int32_t(std::min(snapshot.seconds, 2e9));
+        if (seconds != nullptr) *seconds = int32_t(std::min(snapshot.seconds, 2e9));
         return int32_t(snapshot.state);
     });
 }
 
-int64_t vbmp3_getPositionMs(void)
-{
+int64_t vbmp3_getPositionMs(void) {
     return withLibrary<int64_t>(0, [](Library& self) { return int64_t(self.player.snapshot().seconds * 1000); });
 }
 
-int32_t vbmp3_setNextFile(const char* path)
-{
+int32_t vbmp3_setNextFile(const char* path) {
     return withLibrary<int32_t>(
         0, [&](Library& self) { return report(self.player.setNext(path != nullptr ? path : "")); });
 }
 
-void vbmp3_setListener(vbmp3_Listener listener, void* context)
-{
+void vbmp3_setListener(vbmp3_Listener listener, void* context) {
     withLibrary(0, [&](Library& self) {
         if (listener == nullptr)
             self.player.setListener(nullptr);
@@ -176,17 +153,14 @@ void vbmp3_setListener(vbmp3_Listener listener, void* context)
     });
 }
 
-int32_t vbmp3_setOutput(int32_t device, int32_t bufferMs)
-{
+int32_t vbmp3_setOutput(int32_t device, int32_t bufferMs) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (device < -1 || bufferMs < 50 || bufferMs > 2000)
-            return report(VBMP3_ERROR_ARGUMENT);
+        if (device < -1 || bufferMs < 50 || bufferMs > 2000) return report(VBMP3_ERROR_ARGUMENT);
         self.player.setOutput({device, bufferMs});
         return report(VBMP3_OK);
     });
 }
 
-int32_t vbmp3_hasOutputDevice(void)
-{
+int32_t vbmp3_hasOutputDevice(void) {
     return withLibrary<int32_t>(0, [](Library& self) { return self.player.hasDevice() ? 1 : 0; });
 }

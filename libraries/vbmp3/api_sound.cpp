@@ -9,10 +9,9 @@ namespace {
 
 constexpr int32_t kMostSamples = 1024, kMostBands = 256;
 
-} // namespace
+}  // namespace
 
-int32_t vbmp3_setEqualizer(const int32_t* gains)
-{
+int32_t vbmp3_setEqualizer(const int32_t* gains) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         std::optional<BandGains> wanted;
         if (gains != nullptr) {
@@ -24,35 +23,30 @@ int32_t vbmp3_setEqualizer(const int32_t* gains)
     });
 }
 
-int32_t vbmp3_reload(void)
-{
+int32_t vbmp3_reload(void) {
     return withLibrary<int32_t>(0, [](Library& self) {
         self.sound.applyEqualizer();
         return report(VBMP3_OK);
     });
 }
 
-int32_t vbmp3_setPitch(int32_t percent)
-{
+int32_t vbmp3_setPitch(int32_t percent) {
     return withLibrary<int32_t>(
         0, [&](Library& self) { return report(self.sound.setPitch(percent) ? VBMP3_OK : VBMP3_ERROR_ARGUMENT); });
 }
 
-int32_t vbmp3_setStepPitch(int32_t factor, int32_t base)
-{
+int32_t vbmp3_setStepPitch(int32_t factor, int32_t base) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         return report(self.sound.setStepPitch(factor, base) ? VBMP3_OK : VBMP3_ERROR_ARGUMENT);
     });
 }
 
-int32_t vbmp3_setQuality(int32_t quality)
-{
+int32_t vbmp3_setQuality(int32_t quality) {
     return withLibrary<int32_t>(
         0, [&](Library& self) { return report(self.sound.setQuality(quality) ? VBMP3_OK : VBMP3_ERROR_ARGUMENT); });
 }
 
-int32_t vbmp3_getWave(int16_t* left, int16_t* right, int32_t count)
-{
+int32_t vbmp3_getWave(int16_t* left, int16_t* right, int32_t count) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         if (left == nullptr || right == nullptr || count < 1 || count > kMostSamples)
             return report(VBMP3_ERROR_ARGUMENT);
@@ -67,11 +61,9 @@ int32_t vbmp3_getWave(int16_t* left, int16_t* right, int32_t count)
     });
 }
 
-int32_t vbmp3_getSpectrum(int32_t* levels, int32_t count)
-{
+int32_t vbmp3_getSpectrum(int32_t* levels, int32_t count) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (levels == nullptr || count < 1 || count > kMostBands)
-            return report(VBMP3_ERROR_ARGUMENT);
+        if (levels == nullptr || count < 1 || count > kMostBands) return report(VBMP3_ERROR_ARGUMENT);
         const Player::Snapshot now = self.player.snapshot();
         if (now.state == 1)
             self.spectrum.read(self.player.tap(), now.outputFrame, {levels, size_t(count)});

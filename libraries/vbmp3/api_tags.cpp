@@ -13,9 +13,7 @@
 namespace vbmp3 {
 namespace {
 
-std::string pathOf(const char* path) {
-    return path != nullptr ? path : "";
-}
+std::string pathOf(const char* path) { return path != nullptr ? path : ""; }
 
 // Records begin with the size that the caller knows of.
 template <class Record>

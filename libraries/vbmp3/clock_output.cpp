@@ -8,11 +8,10 @@ namespace vbmp3 {
 namespace {
 
 class ClockOutput final : public Output {
-public:
+  public:
     explicit ClockOutput(double speed) : speed_(speed) {}
 
-    OutputError open(int sampleRate, const OutputSettings& settings, Waker&) override
-    {
+    OutputError open(int sampleRate, const OutputSettings& settings, Waker&) override {
         rate_ = sampleRate * speed_;
         capacity_ = std::max<int64_t>(1, int64_t(sampleRate) * settings.bufferMs / 1000);
         return OutputError::None;
@@ -20,36 +19,30 @@ public:
 
     size_t room() override { return size_t(std::max<int64_t>(0, capacity_ - (written_ - played()))); }
 
-    void write(std::span<const float> stereo) override
-    {
-        settle(); // a clock that ran dry does not make up for the time it stood
+    void write(std::span<const float> stereo) override {
+        settle();  // a clock that ran dry does not make up for the time it stood
         written_ += int64_t(stereo.size() / 2);
     }
 
-    void start() override
-    {
-        if (!running_)
-            since_ = Clock::now();
+    void start() override {
+        if (!running_) since_ = Clock::now();
         running_ = true;
     }
 
-    void pause() override
-    {
+    void pause() override {
         settle();
         running_ = false;
     }
 
     void drain() override {}
 
-    void flush() override
-    {
+    void flush() override {
         running_ = false;
         played_ = 0;
         written_ = 0;
     }
 
-    int64_t played() override
-    {
+    int64_t played() override {
         settle();
         return int64_t(played_);
     }
@@ -57,13 +50,11 @@ public:
     bool lost() override { return false; }
     bool audible() const override { return false; }
 
-private:
+  private:
     using Clock = std::chrono::steady_clock;
 
-    void settle()
-    {
-        if (!running_)
-            return;
+    void settle() {
+        if (!running_) return;
         const Clock::time_point now = Clock::now();
         played_ = std::min(double(written_), played_ + std::chrono::duration<double>(now - since_).count() * rate_);
         since_ = now;
@@ -78,12 +69,11 @@ private:
     Clock::time_point since_;
 };
 
-} // namespace
+}  // namespace
 
 std::unique_ptr<Output> makeClockOutput(double speed) { return std::make_unique<ClockOutput>(speed); }
 
-int16_t toInt16(float sample)
-{
+int16_t toInt16(float sample) {
     const float scaled = sample * 32768.0f;
     return scaled >= 32767.0f ? int16_t(32767) : !(scaled > -32768.0f) ? int16_t(-32768) : int16_t(std::lrintf(scaled));
 }
@@ -93,4 +83,4 @@ std::unique_ptr<Output> makeDeviceOutput() { return nullptr; }
 int deviceCount() { return 0; }
 #endif
 
-} // namespace vbmp3
+}  // namespace vbmp3

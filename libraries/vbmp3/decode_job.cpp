@@ -19,8 +19,7 @@ namespace {
 enum class Outcome { Done, Cancelled, WriteFailed, CannotDecode };
 
 // The part of the decoder's samples that is the sound.
-std::span<const int16_t> trimmed(std::span<const int16_t> samples, int channels, int64_t first, const MpegTrim& trim)
-{
+std::span<const int16_t> trimmed(std::span<const int16_t> samples, int channels, int64_t first, const MpegTrim& trim) {
     const int64_t frames = int64_t(samples.size()) / channels;
     const int64_t end = trim.length == INT64_MAX ? INT64_MAX : trim.skip + trim.length;
     const int64_t from = std::clamp<int64_t>(trim.skip - first, 0, frames);
@@ -30,33 +29,27 @@ std::span<const int16_t> trimmed(std::span<const int16_t> samples, int channels,
 
 // Workers decode sections in any order, at most a few ahead; the caller's thread writes them in theirs.
 class SectionDecode {
-public:
+  public:
     SectionDecode(const MpegSections& sections, int threads)
-        : sections_(sections), list_(sections.sections()), ahead_(2 * size_t(std::max(threads, 0)) + 1)
-    {
-        for (int i = 0; i < threads; ++i)
-            workers_.emplace_back([this] { work(); });
+        : sections_(sections), list_(sections.sections()), ahead_(2 * size_t(std::max(threads, 0)) + 1) {
+        for (int i = 0; i < threads; ++i) workers_.emplace_back([this] { work(); });
     }
 
-    ~SectionDecode()
-    {
+    ~SectionDecode() {
         {
             const std::lock_guard lock(mutex_);
             stop_ = true;
         }
         changed_.notify_all();
-        for (std::thread& worker : workers_)
-            worker.join();
+        for (std::thread& worker : workers_) worker.join();
     }
 
     // The next section in order; nothing when it could not be decoded.
-    std::optional<std::vector<int16_t>> take()
-    {
+    std::optional<std::vector<int16_t>> take() {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return ready_.contains(taken_) || failed_; });
         const auto found = ready_.find(taken_);
-        if (found == ready_.end())
-            return std::nullopt;
+        if (found == ready_.end()) return std::nullopt;
         std::vector<int16_t> samples = std::move(found->second);
         ready_.erase(found);
         ++taken_;
@@ -65,21 +58,18 @@ public:
         return samples;
     }
 
-    void giveBack(std::vector<int16_t> samples)
-    {
+    void giveBack(std::vector<int16_t> samples) {
         const std::lock_guard lock(mutex_);
         spare_.push_back(std::move(samples));
     }
 
-private:
-    void work()
-    {
+  private:
+    void work() {
         std::unique_lock lock(mutex_);
         std::vector<int16_t> samples;
         for (;;) {
             changed_.wait(lock, [&] { return stop_ || failed_ || next_ >= list_.size() || next_ < taken_ + ahead_; });
-            if (stop_ || failed_ || next_ >= list_.size())
-                return;
+            if (stop_ || failed_ || next_ >= list_.size()) return;
             const size_t number = next_++;
             if (!spare_.empty()) {
                 samples = std::move(spare_.back());
@@ -102,33 +92,29 @@ private:
 
     const MpegSections& sections_;
     const std::vector<MpegSection>& list_;
-    const size_t ahead_; // sections that may wait to be written
+    const size_t ahead_;  // sections that may wait to be written
     std::mutex mutex_;
     std::condition_variable changed_;
     size_t next_ = 0;
     size_t taken_ = 0;
     std::map<size_t, std::vector<int16_t>> ready_;
-    std::vector<std::vector<int16_t>> spare_; // memory of sections that have been written
+    std::vector<std::vector<int16_t>> spare_;  // memory of sections that have been written
     bool failed_ = false;
     bool stop_ = false;
     std::vector<std::thread> workers_;
 };
 
 Outcome decodeSections(const MpegSections& sections, const MpegScan& scan, int threads, WaveWriter& writer,
-                       JobControl& control)
-{
+                       JobControl& control) {
     const MpegTrim trim = trimOf(scan);
     const size_t count = sections.sections().size();
     SectionDecode decode(sections, threads);
     for (size_t i = 0; i < count; ++i) {
-        if (control.cancelled())
-            return Outcome::Cancelled;
+        if (control.cancelled()) return Outcome::Cancelled;
         auto samples = decode.take();
-        if (!samples)
-            return Outcome::CannotDecode;
+        if (!samples) return Outcome::CannotDecode;
         const int64_t first = sections.sections()[i].firstFrame * scan.first.samplesPerFrame;
-        if (!writer.write(trimmed(*samples, sections.channels(), first, trim)))
-            return Outcome::WriteFailed;
+        if (!writer.write(trimmed(*samples, sections.channels(), first, trim))) return Outcome::WriteFailed;
         decode.giveBack(std::move(*samples));
         control.progress(double(i + 1) / double(count));
     }
@@ -137,21 +123,17 @@ Outcome decodeSections(const MpegSections& sections, const MpegScan& scan, int t
 
 // From front to back; CannotDecode when the rate changes within the stream, which a WAVE file cannot.
 Outcome decodeStraight(std::shared_ptr<const ByteSource> file, const MpegScan& scan, int channels, WaveWriter& writer,
-                       JobControl& control)
-{
-    const auto decoder = MpegDecoder::open(std::move(file), {scan.soundBegin, scan.end}, MpegDecoder::Samples::Int16, channels);
-    if (!decoder)
-        return Outcome::CannotDecode;
+                       JobControl& control) {
+    const auto decoder =
+        MpegDecoder::open(std::move(file), {scan.soundBegin, scan.end}, MpegDecoder::Samples::Int16, channels);
+    if (!decoder) return Outcome::CannotDecode;
     const MpegTrim trim = trimOf(scan);
     int64_t first = 0;
     for (auto piece = decoder->next(); piece.frames > 0; piece = decoder->next()) {
-        if (control.cancelled())
-            return Outcome::Cancelled;
-        if (piece.sampleRate != scan.first.sampleRate)
-            return Outcome::CannotDecode;
+        if (control.cancelled()) return Outcome::Cancelled;
+        if (piece.sampleRate != scan.first.sampleRate) return Outcome::CannotDecode;
         const std::span samples(reinterpret_cast<const int16_t*>(piece.bytes.data()), piece.frames * size_t(channels));
-        if (!writer.write(trimmed(samples, channels, first, trim)))
-            return Outcome::WriteFailed;
+        if (!writer.write(trimmed(samples, channels, first, trim))) return Outcome::WriteFailed;
         first += int64_t(piece.frames);
         control.progress(scan.samples > 0 ? double(first) / double(scan.samples) : 0);
     }
@@ -159,38 +141,30 @@ Outcome decodeStraight(std::shared_ptr<const ByteSource> file, const MpegScan& s
 }
 
 // Any source, through floats.
-Outcome decodeSource(Source& source, int64_t frames, int channels, WaveWriter& writer, JobControl& control)
-{
+Outcome decodeSource(Source& source, int64_t frames, int channels, WaveWriter& writer, JobControl& control) {
     std::vector<float> block(2 * 8192);
     std::vector<int16_t> samples;
     int64_t done = 0;
     while (const size_t count = source.read(block)) {
-        if (control.cancelled())
-            return Outcome::Cancelled;
+        if (control.cancelled()) return Outcome::Cancelled;
         samples.clear();
-        for (size_t i = 0; i < 2 * count; i += channels == 1 ? 2 : 1)
-            samples.push_back(toInt16(block[i]));
-        if (!writer.write(samples))
-            return Outcome::WriteFailed;
+        for (size_t i = 0; i < 2 * count; i += channels == 1 ? 2 : 1) samples.push_back(toInt16(block[i]));
+        if (!writer.write(samples)) return Outcome::WriteFailed;
         done += int64_t(count);
         control.progress(frames > 0 ? double(done) / double(frames) : 0);
     }
     return Outcome::Done;
 }
 
-} // namespace
+}  // namespace
 
 int decodeToWave(const std::string& sourcePath, const std::string& destination, int threads, JobControl& control,
-                 int64_t sectionFrames)
-{
+                 int64_t sectionFrames) {
     const std::shared_ptr<const ByteSource> file = openFile(sourcePath);
-    if (!file)
-        return VBMP3_ERROR_NOT_FOUND;
+    if (!file) return VBMP3_ERROR_NOT_FOUND;
     const auto info = probe(*file, scanFileLayout(*file));
-    if (!info)
-        return VBMP3_ERROR_FORMAT;
-    if (isSameFile(sourcePath, destination))
-        return VBMP3_ERROR_SAME_FILE;
+    if (!info) return VBMP3_ERROR_FORMAT;
+    if (isSameFile(sourcePath, destination)) return VBMP3_ERROR_SAME_FILE;
 
     // Each way of decoding begins the file anew; the plainer one takes over when the faster one cannot.
     std::unique_ptr<WaveWriter> writer;
@@ -212,8 +186,7 @@ int decodeToWave(const std::string& sourcePath, const std::string& destination, 
     }
     if (outcome == Outcome::CannotDecode) {
         const auto source = openSource(file, *info);
-        if (!source)
-            return VBMP3_ERROR_FORMAT;
+        if (!source) return VBMP3_ERROR_FORMAT;
         if (begin(source->sampleRate(), channels))
             outcome = decodeSource(*source, info->frames, channels, *writer, control);
     }
@@ -226,4 +199,4 @@ int decodeToWave(const std::string& sourcePath, const std::string& destination, 
     return outcome == Outcome::WriteFailed ? VBMP3_ERROR_WRITE : VBMP3_ERROR_FORMAT;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

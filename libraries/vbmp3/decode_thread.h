@@ -9,13 +9,13 @@
 namespace vbmp3 {
 
 class DecodeThread {
-public:
+  public:
     explicit DecodeThread(PlayerState& state);
-    ~DecodeThread(); // state.quit must be set
+    ~DecodeThread();  // state.quit must be set
 
-private:
+  private:
     void run();
-    bool hasRoom() const; // mutex held
+    bool hasRoom() const;  // mutex held
     void decodeBlock(std::unique_lock<std::mutex>& lock);
 
     PlayerState& state_;
@@ -24,4 +24,4 @@ private:
     std::thread thread_;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -16,14 +16,13 @@ namespace {
 using Clock = RunningCount::Clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kClosePatience{300}; // so that the next one can open a device that only one may have
+constexpr milliseconds kClosePatience{300};  // so that the next one can open a device that only one may have
 constexpr int kLongestPieceMs = 50;
 
 std::atomic<int> leftBehindCount = 0;
 
 // The code must stay where it is as long as a thread is inside it.
-void keepLibraryLoaded()
-{
+void keepLibraryLoaded() {
 #ifdef _WIN32
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
@@ -31,24 +30,24 @@ void keepLibraryLoaded()
 #endif
 }
 
-} // namespace
+}  // namespace
 
 struct DeviceThread::Shared {
     explicit Shared(std::unique_ptr<Output> output) : device(std::move(output)) {}
 
-    std::unique_ptr<Output> device; // the thread's alone
-    Waker wake;                     // wakes the thread; the device does so too
+    std::unique_ptr<Output> device;  // the thread's alone
+    Waker wake;                      // wakes the thread; the device does so too
 
-    std::mutex mutex; // of all below; never held during a call of the device
+    std::mutex mutex;  // of all below; never held during a call of the device
     std::condition_variable ended;
 
     // The owner's orders.
-    Waker* owner = nullptr; // null once it has gone
+    Waker* owner = nullptr;  // null once it has gone
     int sampleRate = 0;
     OutputSettings settings;
     int pieceMs = kLongestPieceMs;
-    size_t capacity = 0;      // frames of the queue
-    std::vector<float> queue; // on its way to the device
+    size_t capacity = 0;       // frames of the queue
+    std::vector<float> queue;  // on its way to the device
     uint64_t flushes = 0;
     bool running = false;
     bool drain = false;
@@ -58,37 +57,29 @@ struct DeviceThread::Shared {
     // The thread's answers.
     std::optional<OutputError> opened;
     bool closed = false;
-    uint64_t flushed = 0; // the flush after which all the following was found
+    uint64_t flushed = 0;  // the flush after which all the following was found
     RunningCount heard;
-    int64_t shown = 0; // of it; never goes back
-    int64_t taken = 0; // given to the device
+    int64_t shown = 0;  // of it; never goes back
+    int64_t taken = 0;  // given to the device
     bool hungry = true;
     bool lost = false;
-    std::optional<Clock::time_point> calling; // since then the thread has been inside the device
-    Clock::time_point movedAt{};              // or there was nothing to move
+    std::optional<Clock::time_point> calling;  // since then the thread has been inside the device
+    Clock::time_point movedAt{};               // or there was nothing to move
 
-    void wakeOwner()
-    {
-        if (owner != nullptr)
-            owner->wake();
+    void wakeOwner() {
+        if (owner != nullptr) owner->wake();
     }
-    int64_t show()
-    {
-        if (flushed == flushes)
-            shown = std::max(shown, heard.now());
+    int64_t show() {
+        if (flushed == flushes) shown = std::max(shown, heard.now());
         return shown;
     }
 };
 
 DeviceThread::DeviceThread(std::unique_ptr<Output> device, milliseconds patience)
-    : shared_(std::make_shared<Shared>(std::move(device))), audible_(shared_->device->audible()), patience_(patience)
-{
-}
+    : shared_(std::make_shared<Shared>(std::move(device))), audible_(shared_->device->audible()), patience_(patience) {}
 
-DeviceThread::~DeviceThread()
-{
-    if (!thread_.joinable())
-        return;
+DeviceThread::~DeviceThread() {
+    if (!thread_.joinable()) return;
     Shared& s = *shared_;
     std::unique_lock lock(s.mutex);
     s.owner = nullptr;
@@ -106,8 +97,7 @@ DeviceThread::~DeviceThread()
     thread_.detach();
 }
 
-OutputError DeviceThread::open(int sampleRate, const OutputSettings& settings, Waker& waker)
-{
+OutputError DeviceThread::open(int sampleRate, const OutputSettings& settings, Waker& waker) {
     Shared& s = *shared_;
     s.owner = &waker;
     s.sampleRate = sampleRate;
@@ -121,37 +111,31 @@ OutputError DeviceThread::open(int sampleRate, const OutputSettings& settings, W
     return OutputError::None;
 }
 
-std::optional<OutputError> DeviceThread::opened() const
-{
+std::optional<OutputError> DeviceThread::opened() const {
     const std::lock_guard lock(shared_->mutex);
     return shared_->opened;
 }
 
-size_t DeviceThread::room()
-{
+size_t DeviceThread::room() {
     const std::lock_guard lock(shared_->mutex);
     return shared_->capacity - shared_->queue.size() / 2;
 }
 
-void DeviceThread::write(std::span<const float> stereo)
-{
+void DeviceThread::write(std::span<const float> stereo) {
     const std::lock_guard lock(shared_->mutex);
     shared_->queue.insert(shared_->queue.end(), stereo.begin(), stereo.end());
     shared_->drain = false;
-    if (std::exchange(shared_->hungry, false))
-        shared_->wake.wake();
+    if (std::exchange(shared_->hungry, false)) shared_->wake.wake();
 }
 
-void DeviceThread::start()
-{
+void DeviceThread::start() {
     const std::lock_guard lock(shared_->mutex);
     shared_->running = true;
     shared_->movedAt = Clock::now();
     shared_->wake.wake();
 }
 
-void DeviceThread::pause()
-{
+void DeviceThread::pause() {
     const std::lock_guard lock(shared_->mutex);
     shared_->heard.frames = shared_->show();
     shared_->heard.rate = 0;
@@ -159,15 +143,13 @@ void DeviceThread::pause()
     shared_->wake.wake();
 }
 
-void DeviceThread::drain()
-{
+void DeviceThread::drain() {
     const std::lock_guard lock(shared_->mutex);
     shared_->drain = true;
     shared_->wake.wake();
 }
 
-void DeviceThread::flush()
-{
+void DeviceThread::flush() {
     const std::lock_guard lock(shared_->mutex);
     shared_->queue.clear();
     ++shared_->flushes;
@@ -177,14 +159,12 @@ void DeviceThread::flush()
     shared_->wake.wake();
 }
 
-int64_t DeviceThread::played()
-{
+int64_t DeviceThread::played() {
     const std::lock_guard lock(shared_->mutex);
     return shared_->show();
 }
 
-bool DeviceThread::lost()
-{
+bool DeviceThread::lost() {
     const std::lock_guard lock(shared_->mutex);
     const Shared& s = *shared_;
     const bool due = s.running && (!s.queue.empty() || s.heard.frames < s.taken);
@@ -193,15 +173,14 @@ bool DeviceThread::lost()
 
 int DeviceThread::leftBehind() { return leftBehindCount; }
 
-void DeviceThread::run(std::shared_ptr<Shared> shared)
-{
+void DeviceThread::run(std::shared_ptr<Shared> shared) {
     Shared& s = *shared;
     const OutputError error = s.device->open(s.sampleRate, s.settings, s.wake);
     std::unique_lock lock(s.mutex);
     s.opened = error;
     s.calling.reset();
     s.wakeOwner();
-    bool running = false, drained = false; // the device
+    bool running = false, drained = false;  // the device
     size_t room = 0;
     std::vector<float> piece;
     while (error == OutputError::None && !s.close) {
@@ -223,8 +202,7 @@ void DeviceThread::run(std::shared_ptr<Shared> shared)
             s.device->write(piece);
             drained = false;
         }
-        if (toDrain && !std::exchange(drained, true))
-            s.device->drain();
+        if (toDrain && !std::exchange(drained, true)) s.device->drain();
         room = s.device->room();
         if (toRun && !running && !(more && room > 0)) {
             s.device->start();
@@ -240,8 +218,7 @@ void DeviceThread::run(std::shared_ptr<Shared> shared)
         s.calling.reset();
         const Clock::time_point now = Clock::now();
         s.taken = (afresh ? 0 : s.taken) + int64_t(count / 2);
-        if (afresh || played != s.heard.frames || !running || played >= s.taken)
-            s.movedAt = now;
+        if (afresh || played != s.heard.frames || !running || played >= s.taken) s.movedAt = now;
         s.flushed = flush;
         s.lost = lost;
         const int64_t sight = played + 2 * int64_t(s.capacity);
@@ -249,16 +226,13 @@ void DeviceThread::run(std::shared_ptr<Shared> shared)
                    std::min(sight, s.taken - 1)};
         s.hungry = room > 0 && s.queue.empty();
         const bool ended = drained && played >= s.taken;
-        if (lost || ended || s.queue.size() / 2 <= s.capacity / 2)
-            s.wakeOwner();
-        if (room > 0 && !s.queue.empty())
-            continue;
+        if (lost || ended || s.queue.size() / 2 <= s.capacity / 2) s.wakeOwner();
+        if (room > 0 && !s.queue.empty()) continue;
         int wait = -1;
         if (running && played < s.taken) {
             // The device tells when it wants more; what it does not tell is seen soon after.
             wait = 2 * s.pieceMs;
-            if (s.queue.empty())
-                wait = int(std::clamp<int64_t>((s.taken - played) * 1000 / s.sampleRate + 1, 5, wait));
+            if (s.queue.empty()) wait = int(std::clamp<int64_t>((s.taken - played) * 1000 / s.sampleRate + 1, 5, wait));
         }
         lock.unlock();
         s.wake.wait(wait);
@@ -270,9 +244,8 @@ void DeviceThread::run(std::shared_ptr<Shared> shared)
     lock.lock();
     s.calling.reset();
     s.closed = true;
-    if (s.leftBehind)
-        --leftBehindCount;
+    if (s.leftBehind) --leftBehindCount;
     s.ended.notify_all();
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -17,9 +17,9 @@
 namespace vbmp3 {
 
 class DeviceThread final : public Output {
-public:
+  public:
     DeviceThread(std::unique_ptr<Output> device, std::chrono::milliseconds patience);
-    ~DeviceThread() override; // closes the device, or leaves it behind when it hangs
+    ~DeviceThread() override;  // closes the device, or leaves it behind when it hangs
 
     // Begins to open it and returns None; `opened` tells the result, and the waker is woken when it is there.
     OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override;
@@ -39,7 +39,7 @@ public:
     // How many devices have been left behind and still hang, in the whole process.
     static int leftBehind();
 
-private:
+  private:
     struct Shared;
     static void run(std::shared_ptr<Shared> shared);
 
@@ -49,4 +49,4 @@ private:
     std::thread thread_;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -21,8 +21,7 @@ using Handle = HANDLE;
 void closeHandle(Handle handle) { CloseHandle(handle); }
 
 // Bytes read, 0 at an error.
-size_t readPiece(Handle handle, int64_t offset, void* to, size_t length)
-{
+size_t readPiece(Handle handle, int64_t offset, void* to, size_t length) {
     OVERLAPPED place{};
     place.Offset = DWORD(offset);
     place.OffsetHigh = DWORD(offset >> 32);
@@ -35,47 +34,42 @@ size_t readPiece(Handle handle, int64_t offset, void* to, size_t length)
 using Handle = int;
 void closeHandle(Handle handle) { close(handle); }
 
-size_t readPiece(Handle handle, int64_t offset, void* to, size_t length)
-{
+size_t readPiece(Handle handle, int64_t offset, void* to, size_t length) {
     return size_t(std::max<ssize_t>(0, pread(handle, to, length, off_t(offset))));
 }
 
 #endif
 
 class FileSource final : public ByteSource {
-public:
+  public:
     FileSource(Handle handle, int64_t size) : handle_(handle), size_(size) {}
     ~FileSource() override { closeHandle(handle_); }
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
     int64_t size() const override { return size_; }
-    size_t readAt(int64_t offset, void* to, size_t length) const override
-    {
-        if (offset < 0 || offset >= size_)
-            return 0;
+    size_t readAt(int64_t offset, void* to, size_t length) const override {
+        if (offset < 0 || offset >= size_) return 0;
         length = size_t(std::min<int64_t>(int64_t(std::min<size_t>(length, INT32_MAX)), size_ - offset));
         auto* out = static_cast<uint8_t*>(to);
         size_t done = 0;
         while (done < length) {
             const size_t got = readPiece(handle_, offset + int64_t(done), out + done, length - done);
-            if (got == 0)
-                break;
+            if (got == 0) break;
             done += got;
         }
         return done;
     }
 
-private:
+  private:
     Handle handle_;
     int64_t size_;
 };
 
-} // namespace
+}  // namespace
 
-std::span<const uint8_t> BlockReader::view(int64_t offset, size_t count)
-{
-    const bool inside = offset >= blockOffset_ && offset - blockOffset_ <= int64_t(block_.size())
-                        && block_.size() - size_t(offset - blockOffset_) >= count;
+std::span<const uint8_t> BlockReader::view(int64_t offset, size_t count) {
+    const bool inside = offset >= blockOffset_ && offset - blockOffset_ <= int64_t(block_.size()) &&
+                        block_.size() - size_t(offset - blockOffset_) >= count;
     if (!inside) {
         block_.resize(std::max(count, std::min(nextBlock_, blockSize_)));
         nextBlock_ = std::min(4 * nextBlock_, blockSize_);
@@ -87,13 +81,11 @@ std::span<const uint8_t> BlockReader::view(int64_t offset, size_t count)
 
 #ifdef _WIN32
 
-std::unique_ptr<ByteSource> openFile(const std::string& path)
-{
-    const HANDLE handle = CreateFileW(widePath(path).c_str(), GENERIC_READ,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle == INVALID_HANDLE_VALUE)
-        return nullptr;
+std::unique_ptr<ByteSource> openFile(const std::string& path) {
+    const HANDLE handle =
+        CreateFileW(widePath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return nullptr;
     LARGE_INTEGER size{};
     if (GetFileType(handle) != FILE_TYPE_DISK || !GetFileSizeEx(handle, &size)) {
         CloseHandle(handle);
@@ -104,13 +96,11 @@ std::unique_ptr<ByteSource> openFile(const std::string& path)
 
 #else
 
-std::unique_ptr<ByteSource> openFile(const std::string& path)
-{
+std::unique_ptr<ByteSource> openFile(const std::string& path) {
     // Without blocking, so that a pipe given by mistake does not hang.
     const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (handle < 0)
-        return nullptr;
-    struct stat about{};
+    if (handle < 0) return nullptr;
+    struct stat about {};
     if (fstat(handle, &about) != 0 || !S_ISREG(about.st_mode)) {
         close(handle);
         return nullptr;
@@ -120,4 +110,4 @@ std::unique_ptr<ByteSource> openFile(const std::string& path)
 
 #endif
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -18,12 +18,12 @@ std::unique_ptr<ByteSource> openFile(const std::string& path);
 // Keeps one block of a source. The first block is small, later ones grow up to `block` bytes: many files need no more
 // than a look at their first frames.
 class BlockReader {
-public:
+  public:
     explicit BlockReader(const ByteSource& source, size_t block = 65536) : source_(source), blockSize_(block) {}
     // The bytes at `offset`, at least `count` of them unless the file ends before. Valid until the next call.
     std::span<const uint8_t> view(int64_t offset, size_t count);
 
-private:
+  private:
     const ByteSource& source_;
     size_t blockSize_;
     size_t nextBlock_ = 4096;
@@ -31,4 +31,4 @@ private:
     int64_t blockOffset_ = 0;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -4,10 +4,8 @@
 
 namespace vbmp3 {
 
-bool Jobs::start(std::function<int(JobControl&)> work)
-{
-    if (state_ == State::Running)
-        return false;
+bool Jobs::start(std::function<int(JobControl&)> work) {
+    if (state_ == State::Running) return false;
     cancel();
     control_ = std::make_shared<JobControl>();
     error_ = VBMP3_OK;
@@ -21,21 +19,16 @@ bool Jobs::start(std::function<int(JobControl&)> work)
         } catch (...) {
         }
         error_ = error;
-        if (error == VBMP3_OK)
-            control->progress(1);
+        if (error == VBMP3_OK) control->progress(1);
         state_ = error == VBMP3_OK ? State::Done : State::Failed;
-        if (!control->cancelled())
-            finished_();
+        if (!control->cancelled()) finished_();
     });
     return true;
 }
 
-void Jobs::cancel()
-{
-    if (control_)
-        control_->cancelled_ = true;
-    if (thread_.joinable())
-        thread_.join();
+void Jobs::cancel() {
+    if (control_) control_->cancelled_ = true;
+    if (thread_.joinable()) thread_.join();
     state_ = State::None;
     control_.reset();
 }
@@ -45,4 +38,4 @@ int encodeWithSystemCodec(const std::string&, const std::string&, JobControl&) {
 bool hasSystemCodec() { return false; }
 #endif
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -13,18 +13,18 @@ namespace vbmp3 {
 
 // What a running job sees of the world.
 class JobControl {
-public:
+  public:
     bool cancelled() const { return cancelled_; }
     void progress(double part) { permille_ = int(part < 0 ? 0 : part > 1 ? 1000 : part * 1000); }
 
-private:
+  private:
     friend class Jobs;
     std::atomic<bool> cancelled_ = false;
     std::atomic<int> permille_ = 0;
 };
 
 class Jobs {
-public:
+  public:
     enum class State { None, Running, Done, Failed };
 
     explicit Jobs(std::function<void()> finished) : finished_(std::move(finished)) {}
@@ -33,12 +33,12 @@ public:
     // `work` returns a VBMP3_ERROR_* number and leaves no destination behind when it is cancelled.
     // False when a job is running.
     bool start(std::function<int(JobControl&)> work);
-    void cancel(); // waits until the job has stopped; afterwards there is none
+    void cancel();  // waits until the job has stopped; afterwards there is none
     State state() const { return state_; }
     int permille() const { return control_ ? control_->permille_.load() : 0; }
     int error() const { return error_; }
 
-private:
+  private:
     std::function<void()> finished_;
     std::shared_ptr<JobControl> control_;
     std::atomic<State> state_ = State::None;
@@ -57,4 +57,4 @@ int decodeToWave(const std::string& source, const std::string& destination, int 
 int encodeWithSystemCodec(const std::string& source, const std::string& destination, JobControl& control);
 bool hasSystemCodec();
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -33,11 +33,9 @@ int32_t report(int error);
 // Runs `body`, which returns the call's result, with the library; `otherwise` is the result when there is none or the
 // body throws. No exception gets out.
 template <typename Result, typename Body>
-Result withLibrary(Result otherwise, Body body) noexcept
-{
+Result withLibrary(Result otherwise, Body body) noexcept {
     try {
-        if (Library* self = library())
-            return body(*self);
+        if (Library* self = library()) return body(*self);
         report(VBMP3_ERROR_NOT_OPEN);
     } catch (const std::bad_alloc&) {
         report(VBMP3_ERROR_MEMORY);
@@ -49,8 +47,7 @@ Result withLibrary(Result otherwise, Body body) noexcept
 
 // The same for calls that need no library.
 template <typename Result, typename Body>
-Result guarded(Result otherwise, Body body) noexcept
-{
+Result guarded(Result otherwise, Body body) noexcept {
     try {
         return body();
     } catch (const std::bad_alloc&) {
@@ -61,4 +58,4 @@ Result guarded(Result otherwise, Body body) noexcept
     return otherwise;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

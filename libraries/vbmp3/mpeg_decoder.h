@@ -13,10 +13,10 @@
 namespace vbmp3 {
 
 class MpegDecoder {
-public:
+  public:
     enum class Samples { Float32, Int16 };
     struct Piece {
-        std::span<const uint8_t> bytes; // interleaved, valid until the next call
+        std::span<const uint8_t> bytes;  // interleaved, valid until the next call
         int sampleRate = 0;
         size_t frames = 0;
     };
@@ -29,15 +29,15 @@ public:
     MpegDecoder(const MpegDecoder&) = delete;
     MpegDecoder& operator=(const MpegDecoder&) = delete;
 
-    int sampleRate() const { return sampleRate_; } // of the first frame
+    int sampleRate() const { return sampleRate_; }  // of the first frame
     // The next frame decoded; no frames in it at the end of the stream.
     Piece next();
-    // The next piece begins with sample `frame`. False when it cannot be reached (beyond the end). The samples are those of
-    // a decode from the beginning to within the rounding of floats: the synthesis filter adds in an order that depends on
-    // what was decoded before. next must be called between two seeks.
+    // The next piece begins with sample `frame`. False when it cannot be reached (beyond the end). The samples are
+    // those of a decode from the beginning to within the rounding of floats: the synthesis filter adds in an order that
+    // depends on what was decoded before. next must be called between two seeks.
     bool seek(int64_t frame);
 
-private:
+  private:
     struct Impl;
     MpegDecoder();
     bool start(bool readAhead);
@@ -46,4 +46,4 @@ private:
     int sampleRate_ = 0;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -22,43 +22,35 @@ constexpr int kBitRates[5][15] = {
 constexpr int kSampleRates[3] = {44100, 48000, 32000};
 
 constexpr int64_t kSearchLimit = 1 << 20;
-constexpr int kChainLength = 4;     // frames in a row that make a stream
-constexpr int kMaxFreeFrame = 8192; // bytes; over twice what 640 kbit/s needs
-constexpr int kMaxFreeSearches = 100; // bounds the time that junk full of such headers can take
+constexpr int kChainLength = 4;        // frames in a row that make a stream
+constexpr int kMaxFreeFrame = 8192;    // bytes; over twice what 640 kbit/s needs
+constexpr int kMaxFreeSearches = 100;  // bounds the time that junk full of such headers can take
 
-int frameBytesFor(const FrameHeader& header, int bitRate)
-{
-    if (header.layer == 1)
-        return (12 * bitRate / header.sampleRate) * 4 + header.paddingBytes();
+int frameBytesFor(const FrameHeader& header, int bitRate) {
+    if (header.layer == 1) return (12 * bitRate / header.sampleRate) * 4 + header.paddingBytes();
     const int factor = header.layer == 3 && header.version != 10 ? 72 : 144;
     return factor * bitRate / header.sampleRate + header.paddingBytes();
 }
 
 // Follows frames through a file; knows the frame length of a free-format stream once it has been found out.
 class FrameWalk {
-public:
+  public:
     FrameWalk(BlockReader& file, int64_t end) : file_(file), end_(end) {}
 
-    std::optional<FrameHeader> at(int64_t offset)
-    {
-        if (offset >= end_ || end_ - offset < 4)
-            return std::nullopt;
+    std::optional<FrameHeader> at(int64_t offset) {
+        if (offset >= end_ || end_ - offset < 4) return std::nullopt;
         auto header = parseFrameHeader(file_.view(offset, 4));
-        if (header && header->bitRate == 0 && freeBase_ > 0)
-            header->frameBytes = freeBase_ + header->paddingBytes();
+        if (header && header->bitRate == 0 && freeBase_ > 0) header->frameBytes = freeBase_ + header->paddingBytes();
         return header;
     }
 
     // The length of free-format frames is the distance to the next header that is the same but for padding.
-    bool findFreeLength(int64_t offset, const FrameHeader& header)
-    {
-        if (freeSearches_++ >= kMaxFreeSearches)
-            return false;
+    bool findFreeLength(int64_t offset, const FrameHeader& header) {
+        if (freeSearches_++ >= kMaxFreeSearches) return false;
         const auto view = file_.view(offset, 2 * kMaxFreeFrame);
         const size_t room = size_t(std::min<int64_t>(int64_t(view.size()), end_ - offset));
         for (size_t next = 24; next + 4 <= room && next <= kMaxFreeFrame; ++next) {
-            if (!sameFree(view, next, header))
-                continue;
+            if (!sameFree(view, next, header)) continue;
             const auto second = parseFrameHeader(view.subspan(next));
             const int base = int(next) - header.paddingBytes();
             const size_t third = next + size_t(base + second->paddingBytes());
@@ -73,34 +65,28 @@ public:
     void forgetFreeLength() { freeBase_ = 0; }
 
     // How a stream that would begin at `offset` goes on: long enough, or up to the end.
-    bool isStream(int64_t offset, bool atBegin)
-    {
+    bool isStream(int64_t offset, bool atBegin) {
         forgetFreeLength();
         auto first = at(offset);
-        if (!first)
-            return false;
+        if (!first) return false;
         if (first->bitRate == 0) {
-            if (!findFreeLength(offset, *first))
-                return false;
+            if (!findFreeLength(offset, *first)) return false;
             first = at(offset);
         }
         int64_t next = offset;
         int count = 0;
         while (count < kChainLength) {
-            if (next >= end_ || end_ - next < 4)
-                return count >= (atBegin ? 1 : 2);
+            if (next >= end_ || end_ - next < 4) return count >= (atBegin ? 1 : 2);
             const auto header = at(next);
-            if (!header || !sameStream(*first, *header) || header->frameBytes <= 0)
-                return false;
+            if (!header || !sameStream(*first, *header) || header->frameBytes <= 0) return false;
             next += int64_t(header->frameBytes);
             ++count;
         }
         return true;
     }
 
-private:
-    static bool sameFree(std::span<const uint8_t> view, size_t offset, const FrameHeader& header)
-    {
+  private:
+    static bool sameFree(std::span<const uint8_t> view, size_t offset, const FrameHeader& header) {
         const auto other = parseFrameHeader(view.subspan(offset));
         return other && other->bitRate == 0 && sameStream(header, *other);
     }
@@ -111,39 +97,33 @@ private:
     int freeSearches_ = 0;
 };
 
-std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange audio)
-{
+std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange audio) {
     const int64_t limit = std::min(audio.end, audio.begin + kSearchLimit);
     int64_t offset = audio.begin;
     while (offset < limit) {
         const auto view = file.view(offset, 4);
-        const uint8_t* sync = view.empty() ? nullptr
-                                           : static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
+        const uint8_t* sync =
+            view.empty() ? nullptr : static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
         if (sync == nullptr) {
-            if (view.empty())
-                break;
+            if (view.empty()) break;
             offset += int64_t(view.size());
             continue;
         }
         offset += sync - view.data();
-        if (offset < limit && walk.isStream(offset, offset == audio.begin))
-            return offset;
+        if (offset < limit && walk.isStream(offset, offset == audio.begin)) return offset;
         ++offset;
     }
     return std::nullopt;
 }
 
 // Whether another stream stands behind the one that the information frame tells of: files that were joined.
-bool anotherFollows(BlockReader& file, FrameWalk& walk, const MpegScan& scan)
-{
-    if (!scan.info->bytes || scan.end - scan.begin < int64_t{*scan.info->bytes} + 4096)
-        return false;
+bool anotherFollows(BlockReader& file, FrameWalk& walk, const MpegScan& scan) {
+    if (!scan.info->bytes || scan.end - scan.begin < int64_t{*scan.info->bytes} + 4096) return false;
     const int64_t behind = scan.begin + *scan.info->bytes;
     return findStream(file, walk, {behind, std::min(scan.end, behind + 65536)}).has_value();
 }
 
-void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined)
-{
+void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined) {
     const InfoFrame& info = *scan.info;
     scan.frames = *info.frames;
     scan.samples = scan.frames * scan.first.samplesPerFrame;
@@ -160,28 +140,22 @@ void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined)
     }
 }
 
-void setAverageBitRate(MpegScan& scan, int64_t bytes)
-{
+void setAverageBitRate(MpegScan& scan, int64_t bytes) {
     if (scan.frames > 0)
         scan.bitRate = int(std::min<double>(
             double(bytes) * 8 * scan.first.sampleRate / (double(scan.frames) * scan.first.samplesPerFrame), 2e9));
 }
 
-} // namespace
+}  // namespace
 
-int FrameHeader::sideInfoBytes() const
-{
-    if (layer != 3)
-        return 0;
-    if (version == 10)
-        return channels == 1 ? 17 : 32;
+int FrameHeader::sideInfoBytes() const {
+    if (layer != 3) return 0;
+    if (version == 10) return channels == 1 ? 17 : 32;
     return channels == 1 ? 9 : 17;
 }
 
-std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes)
-{
-    if (bytes.size() < 4 || bytes[0] != 0xFF || (bytes[1] & 0xE0) != 0xE0)
-        return std::nullopt;
+std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes) {
+    if (bytes.size() < 4 || bytes[0] != 0xFF || (bytes[1] & 0xE0) != 0xE0) return std::nullopt;
     const int versionBits = bytes[1] >> 3 & 3;
     const int layerBits = bytes[1] >> 1 & 3;
     const int rateIndex = bytes[2] >> 4;
@@ -199,25 +173,20 @@ std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes)
     header.samplesPerFrame = header.layer == 1 ? 384 : header.layer == 3 && header.version != 10 ? 576 : 1152;
     const int row = header.version == 10 ? header.layer - 1 : header.layer == 1 ? 3 : 4;
     header.bitRate = kBitRates[row][rateIndex] * 1000;
-    if (header.bitRate > 0)
-        header.frameBytes = frameBytesFor(header, header.bitRate);
+    if (header.bitRate > 0) header.frameBytes = frameBytesFor(header, header.bitRate);
     return header;
 }
 
-bool sameStream(const FrameHeader& a, const FrameHeader& b)
-{
-    return a.version == b.version && a.layer == b.layer && a.sampleRate == b.sampleRate
-           && (a.bitRate == 0) == (b.bitRate == 0);
+bool sameStream(const FrameHeader& a, const FrameHeader& b) {
+    return a.version == b.version && a.layer == b.layer && a.sampleRate == b.sampleRate &&
+           (a.bitRate == 0) == (b.bitRate == 0);
 }
 
-std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<const uint8_t> frame)
-{
-    if (header.layer != 3)
-        return std::nullopt;
+std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<const uint8_t> frame) {
+    if (header.layer != 3) return std::nullopt;
     const auto textAt = [&](size_t offset) {
-        return frame.size() >= offset + 4
-                   ? std::string_view(reinterpret_cast<const char*>(frame.data() + offset), 4)
-                   : std::string_view();
+        return frame.size() >= offset + 4 ? std::string_view(reinterpret_cast<const char*>(frame.data() + offset), 4)
+                                          : std::string_view();
     };
     InfoFrame info;
     if (textAt(36) == "VBRI" && frame.size() >= 36 + 18) {
@@ -228,39 +197,27 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
     }
     size_t at = 4 + size_t(header.sideInfoBytes());
     // Most encoders leave out the checksum in this frame although the header announces one.
-    if (header.crc && textAt(at) != "Xing" && textAt(at) != "Info")
-        at += 2;
-    if (textAt(at) != "Xing" && textAt(at) != "Info")
-        return std::nullopt;
+    if (header.crc && textAt(at) != "Xing" && textAt(at) != "Info") at += 2;
+    if (textAt(at) != "Xing" && textAt(at) != "Info") return std::nullopt;
     info.kind = textAt(at) == "Xing" ? InfoFrame::Kind::Xing : InfoFrame::Kind::Info;
     at += 4;
-    if (frame.size() < at + 4)
-        return info;
+    if (frame.size() < at + 4) return info;
     const uint32_t flags = bigEndian32(frame.data() + at);
     at += 4;
     const auto number = [&]() -> std::optional<uint32_t> {
-        if (frame.size() < at + 4)
-            return std::nullopt;
+        if (frame.size() < at + 4) return std::nullopt;
         at += 4;
         return bigEndian32(frame.data() + at - 4);
     };
-    if ((flags & 1) != 0)
-        info.frames = number();
-    if ((flags & 2) != 0)
-        info.bytes = number();
-    if ((flags & 4) != 0)
-        at += 100;
-    if ((flags & 8) != 0)
-        at += 4;
-    if (info.frames == 0u)
-        info.frames.reset();
-    if (info.bytes == 0u)
-        info.bytes.reset();
-    if (frame.size() < at + 24)
-        return info;
+    if ((flags & 1) != 0) info.frames = number();
+    if ((flags & 2) != 0) info.bytes = number();
+    if ((flags & 4) != 0) at += 100;
+    if ((flags & 8) != 0) at += 4;
+    if (info.frames == 0u) info.frames.reset();
+    if (info.bytes == 0u) info.bytes.reset();
+    if (frame.size() < at + 24) return info;
     const uint8_t* lame = frame.data() + at;
-    if (lame[0] < 'A' || lame[0] > 'z')
-        return info;
+    if (lame[0] < 'A' || lame[0] > 'z') return info;
     std::memcpy(info.encoder, lame, 9);
     info.averageBitRate = lame[20];
     info.encoderDelay = lame[21] << 4 | lame[22] >> 4;
@@ -269,13 +226,11 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
     return info;
 }
 
-std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio)
-{
+std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio) {
     BlockReader buffered(file);
     FrameWalk walk(buffered, audio.end);
     const auto begin = findStream(buffered, walk, audio);
-    if (!begin)
-        return std::nullopt;
+    if (!begin) return std::nullopt;
     MpegScan scan;
     scan.begin = scan.soundBegin = *begin;
     scan.end = audio.end;
@@ -283,8 +238,8 @@ std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio)
     scan.freeFormat = scan.first.bitRate == 0;
 
     const auto frame = buffered.view(scan.begin, size_t(scan.first.frameBytes));
-    const size_t frameSize = size_t(std::min<int64_t>({int64_t(scan.first.frameBytes), int64_t(frame.size()),
-                                                        scan.end - scan.begin}));
+    const size_t frameSize =
+        size_t(std::min<int64_t>({int64_t(scan.first.frameBytes), int64_t(frame.size()), scan.end - scan.begin}));
     scan.info = parseInfoFrame(scan.first, frame.first(frameSize));
     if (scan.info) {
         scan.soundBegin = scan.begin + int64_t(frameSize);
@@ -296,7 +251,8 @@ std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio)
     if (scan.info && scan.info->frames) {
         takeLengthFromInfo(scan, present, anotherFollows(buffered, walk, scan));
         if (scan.variableBitRate || scan.freeFormat)
-            setAverageBitRate(scan, scan.exact ? std::min<int64_t>(present, scan.info->bytes.value_or(UINT32_MAX)) : present);
+            setAverageBitRate(scan,
+                              scan.exact ? std::min<int64_t>(present, scan.info->bytes.value_or(UINT32_MAX)) : present);
         else
             scan.bitRate = scan.first.bitRate;
         return scan;
@@ -307,35 +263,28 @@ std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio)
     int64_t frames = 0;
     while (offset - scan.soundBegin < 60000) {
         const auto header = walk.at(offset);
-        if (!header || !sameStream(*header, scan.first) || header->frameBytes <= 0)
-            break;
-        if (header->bitRate != scan.first.bitRate)
-            scan.variableBitRate = true;
+        if (!header || !sameStream(*header, scan.first) || header->frameBytes <= 0) break;
+        if (header->bitRate != scan.first.bitRate) scan.variableBitRate = true;
         offset += int64_t(header->frameBytes);
         ++frames;
     }
-    if (frames == 0)
-        return scan.info ? std::optional(scan) : std::nullopt;
-    if (offset >= scan.end || scan.end - offset < 4)
-        scan.exact = true;
-    const double bytesPerFrame = scan.variableBitRate || scan.freeFormat
-                                     ? double(offset - scan.soundBegin) / double(frames)
-                                     : double(scan.first.bitRate) / 8 * scan.first.samplesPerFrame
-                                           / scan.first.sampleRate;
+    if (frames == 0) return scan.info ? std::optional(scan) : std::nullopt;
+    if (offset >= scan.end || scan.end - offset < 4) scan.exact = true;
+    const double bytesPerFrame =
+        scan.variableBitRate || scan.freeFormat
+            ? double(offset - scan.soundBegin) / double(frames)
+            : double(scan.first.bitRate) / 8 * scan.first.samplesPerFrame / scan.first.sampleRate;
     scan.frames = scan.exact ? frames : int64_t(double(present) / bytesPerFrame + 0.5);
     scan.samples = scan.frames * scan.first.samplesPerFrame;
     scan.bitRate = scan.first.bitRate;
-    if (scan.variableBitRate || scan.freeFormat)
-        setAverageBitRate(scan, int64_t(bytesPerFrame * double(scan.frames)));
+    if (scan.variableBitRate || scan.freeFormat) setAverageBitRate(scan, int64_t(bytesPerFrame * double(scan.frames)));
     return scan;
 }
 
-void countFrames(const ByteSource& file, MpegScan& scan)
-{
+void countFrames(const ByteSource& file, MpegScan& scan) {
     BlockReader buffered(file, 1 << 18);
     FrameWalk walk(buffered, scan.end);
-    if (scan.freeFormat)
-        walk.findFreeLength(scan.soundBegin, scan.first);
+    if (scan.freeFormat) walk.findFreeLength(scan.soundBegin, scan.first);
     int64_t offset = scan.soundBegin;
     int64_t frames = 0;
     int64_t bytes = 0;
@@ -349,8 +298,7 @@ void countFrames(const ByteSource& file, MpegScan& scan)
             continue;
         }
         const auto view = buffered.view(offset + 1, 4);
-        if (view.empty())
-            break;
+        if (view.empty()) break;
         const auto* sync = static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
         offset += 1 + (sync != nullptr ? sync - view.data() : int64_t(view.size()));
     }
@@ -358,8 +306,7 @@ void countFrames(const ByteSource& file, MpegScan& scan)
     scan.samples = frames * scan.first.samplesPerFrame;
     scan.exact = true;
     scan.bitRate = scan.first.bitRate;
-    if (scan.variableBitRate || scan.freeFormat)
-        setAverageBitRate(scan, bytes);
+    if (scan.variableBitRate || scan.freeFormat) setAverageBitRate(scan, bytes);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

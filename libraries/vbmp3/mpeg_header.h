@@ -15,19 +15,19 @@ namespace vbmp3 {
 constexpr int kDecoderDelay = 529;
 
 struct FrameHeader {
-    int version = 0;         // 10 MPEG-1, 20 MPEG-2, 25 MPEG-2.5
-    int layer = 0;           // 1 to 3
-    int bitRate = 0;         // bit/s; 0: free format
-    int sampleRate = 0;      // Hz
-    int channels = 0;        // 1 or 2
-    int mode = 0;            // 0 stereo, 1 joint stereo, 2 dual channel, 3 mono
-    int samplesPerFrame = 0; // a channel
-    int frameBytes = 0;      // with the header; 0 for free format
+    int version = 0;          // 10 MPEG-1, 20 MPEG-2, 25 MPEG-2.5
+    int layer = 0;            // 1 to 3
+    int bitRate = 0;          // bit/s; 0: free format
+    int sampleRate = 0;       // Hz
+    int channels = 0;         // 1 or 2
+    int mode = 0;             // 0 stereo, 1 joint stereo, 2 dual channel, 3 mono
+    int samplesPerFrame = 0;  // a channel
+    int frameBytes = 0;       // with the header; 0 for free format
     bool padding = false;
     bool crc = false;
 
     int paddingBytes() const { return padding ? (layer == 1 ? 4 : 1) : 0; }
-    int sideInfoBytes() const; // of layer 3
+    int sideInfoBytes() const;  // of layer 3
 };
 
 // Reads the four bytes of a header; nothing when they are none or use a reserved value.
@@ -39,13 +39,13 @@ bool sameStream(const FrameHeader& a, const FrameHeader& b);
 struct InfoFrame {
     enum class Kind { Xing, Info, Vbri };
     Kind kind = Kind::Xing;
-    std::optional<uint32_t> frames; // of sound, without this frame
+    std::optional<uint32_t> frames;  // of sound, without this frame
     std::optional<uint32_t> bytes;
-    bool hasGapless = false;        // encoder delay and padding are told
-    int encoderDelay = 0;           // samples
-    int encoderPadding = 0;         // samples
-    int averageBitRate = 0;         // kbit/s as the encoder was told, 0 unknown
-    char encoder[10] = {};          // "LAME3.100"
+    bool hasGapless = false;  // encoder delay and padding are told
+    int encoderDelay = 0;     // samples
+    int encoderPadding = 0;   // samples
+    int averageBitRate = 0;   // kbit/s as the encoder was told, 0 unknown
+    char encoder[10] = {};    // "LAME3.100"
 };
 
 // `frame` holds one whole frame, from its header on.
@@ -53,23 +53,24 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
 
 // A stream of frames, as far as head and tail tell.
 struct MpegScan {
-    FrameHeader first;             // of the first frame of sound; its frameBytes is filled for free format too
-    int64_t begin = 0;            // of the first frame, the information frame included
-    int64_t soundBegin = 0;       // of the first frame of sound
+    FrameHeader first;       // of the first frame of sound; its frameBytes is filled for free format too
+    int64_t begin = 0;       // of the first frame, the information frame included
+    int64_t soundBegin = 0;  // of the first frame of sound
     int64_t end = 0;
     std::optional<InfoFrame> info;
     bool freeFormat = false;
     bool variableBitRate = false;
-    bool exact = false;            // `frames` and `samples` are told by the file or counted, not estimated
+    bool exact = false;  // `frames` and `samples` are told by the file or counted, not estimated
     int64_t frames = 0;
-    int64_t samples = 0;           // length of the sound a channel, delay and padding taken off
-    int bitRate = 0;               // bit/s; for variable bit rate the average
+    int64_t samples = 0;  // length of the sound a channel, delay and padding taken off
+    int bitRate = 0;      // bit/s; for variable bit rate the average
 };
 
 // Finds the first frame at or after audio.begin (within the first MiB) and works out the length. Looks at the head
-// only. Nothing when there are no frames: a frame counts when others of its stream follow it up to the end or for a while.
+// only. Nothing when there are no frames: a frame counts when others of its stream follow it up to the end or for a
+// while.
 std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio);
 // Walks every frame header of the stream, to make length and bit rate of a stream without an information frame exact.
 void countFrames(const ByteSource& file, MpegScan& scan);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -22,27 +22,27 @@ struct MpegSection {
 };
 
 class MpegSections {
-public:
+  public:
     // Walks the frame headers and divides the stream. No sections when it cannot be divided safely (another layer, free
     // format, junk between frames, rates that change) or is too short to be worth it. `length`:
     // frames of a section, at least.
     MpegSections(std::shared_ptr<const ByteSource> file, const MpegScan& scan, int64_t length);
 
     const std::vector<MpegSection>& sections() const { return sections_; }
-    int channels() const { return channels_; } // 2 when any frame is stereo
+    int channels() const { return channels_; }  // 2 when any frame is stereo
     // Samples of one section, 16 bits interleaved; any thread. False when the decoder did not give every frame.
     bool decode(const MpegSection& section, std::vector<int16_t>& samples) const;
 
-private:
+  private:
     bool walk(const MpegScan& scan);
     bool canBeginAt(int64_t frame) const;
     FrameHeader headerOf(int64_t frame) const;
 
     std::shared_ptr<const ByteSource> file_;
-    std::vector<int64_t> offsets_; // of every frame, and the end of the last
+    std::vector<int64_t> offsets_;  // of every frame, and the end of the last
     std::vector<MpegSection> sections_;
     int samplesPerFrame_ = 0;
     int channels_ = 1;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -11,22 +11,18 @@ namespace vbmp3 {
 namespace {
 
 class MpegSource final : public Source {
-public:
-    MpegSource(std::unique_ptr<MpegDecoder> decoder, MpegTrim trim) : decoder_(std::move(decoder)), trim_(trim)
-    {
-        if (trim_.skip > 0)
-            toSkip_ = trim_.skip;
+  public:
+    MpegSource(std::unique_ptr<MpegDecoder> decoder, MpegTrim trim) : decoder_(std::move(decoder)), trim_(trim) {
+        if (trim_.skip > 0) toSkip_ = trim_.skip;
     }
 
     int sampleRate() const override { return decoder_->sampleRate(); }
 
-    size_t read(std::span<float> stereo) override
-    {
+    size_t read(std::span<float> stereo) override {
         const size_t wanted = size_t(std::min<int64_t>(int64_t(stereo.size() / 2), trim_.length - position_));
         size_t done = 0;
         while (done < wanted) {
-            if (at_ == ready_.size() / 2 && !fill())
-                break;
+            if (at_ == ready_.size() / 2 && !fill()) break;
             const size_t count = std::min(wanted - done, ready_.size() / 2 - at_);
             std::memcpy(stereo.data() + 2 * done, ready_.data() + 2 * at_, count * 2 * sizeof(float));
             at_ += count;
@@ -36,8 +32,7 @@ public:
         return done;
     }
 
-    void seek(int64_t frame) override
-    {
+    void seek(int64_t frame) override {
         frame = std::clamp<int64_t>(frame, 0, trim_.length);
         ready_ = {};
         at_ = 0;
@@ -49,12 +44,10 @@ public:
         seekTo_ = frame + trim_.skip;
     }
 
-private:
+  private:
     // Gets the next decoded frame into ready_; false at the end.
-    bool fill()
-    {
-        if (seekTo_ >= 0)
-            ended_ = !decoder_->seek(std::exchange(seekTo_, -1));
+    bool fill() {
+        if (seekTo_ >= 0) ended_ = !decoder_->seek(std::exchange(seekTo_, -1));
         while (!ended_) {
             const MpegDecoder::Piece piece = decoder_->next();
             if (piece.frames == 0) {
@@ -72,8 +65,7 @@ private:
             }
             at_ = size_t(std::min<int64_t>(toSkip_, int64_t(ready_.size() / 2)));
             toSkip_ -= int64_t(at_);
-            if (at_ < ready_.size() / 2)
-                return true;
+            if (at_ < ready_.size() / 2) return true;
         }
         return false;
     }
@@ -83,31 +75,28 @@ private:
     std::unique_ptr<Resampler> resampler_;
     std::vector<float> converted_;
     std::span<const float> ready_;
-    size_t at_ = 0;        // frames of ready_ already given
+    size_t at_ = 0;  // frames of ready_ already given
     int64_t toSkip_ = 0;
-    int64_t position_ = 0; // of the next frame given
-    int64_t seekTo_ = -1;  // in the decoder's samples; -1: it is there
+    int64_t position_ = 0;  // of the next frame given
+    int64_t seekTo_ = -1;   // in the decoder's samples; -1: it is there
     bool ended_ = false;
 };
 
-} // namespace
+}  // namespace
 
-MpegTrim trimOf(const MpegScan& scan)
-{
+MpegTrim trimOf(const MpegScan& scan) {
     MpegTrim trim{0, INT64_MAX};
     if (scan.info && scan.info->hasGapless) {
         trim.skip = scan.info->encoderDelay + kDecoderDelay;
-        if (scan.exact)
-            trim.length = scan.samples;
+        if (scan.exact) trim.length = scan.samples;
     }
     return trim;
 }
 
-std::unique_ptr<Source> openMpegSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info)
-{
-    auto decoder = MpegDecoder::open(std::move(file), {info.mpeg->soundBegin, info.mpeg->end},
-                                     MpegDecoder::Samples::Float32, 2);
+std::unique_ptr<Source> openMpegSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
+    auto decoder =
+        MpegDecoder::open(std::move(file), {info.mpeg->soundBegin, info.mpeg->end}, MpegDecoder::Samples::Float32, 2);
     return decoder ? std::make_unique<MpegSource>(std::move(decoder), trimOf(*info.mpeg)) : nullptr;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -1,5 +1,6 @@
-// Where the sound goes: a device, a clock that swallows it in time, or the memory of a test. Every method is called on one
-// thread. For a device that is a thread of its own (device_thread.h), since its calls may take long or never return.
+// Where the sound goes: a device, a clock that swallows it in time, or the memory of a test. Every method is called on
+// one thread. For a device that is a thread of its own (device_thread.h), since its calls may take long or never
+// return.
 #pragma once
 
 #include <cstdint>
@@ -14,20 +15,21 @@ namespace vbmp3 {
 enum class OutputError { None, Busy, NoDevice };
 
 struct OutputSettings {
-    int device = -1;    // -1: the default of the system
-    int bufferMs = 250; // 50 to 2000
+    int device = -1;     // -1: the default of the system
+    int bufferMs = 250;  // 50 to 2000
 };
 
 class Output {
-public:
-    virtual ~Output() = default; // closes
-    // Opens at `sampleRate` with stereo, stopped: nothing is heard before start. `waker` is woken when there is room anew.
+  public:
+    virtual ~Output() = default;  // closes
+    // Opens at `sampleRate` with stereo, stopped: nothing is heard before start. `waker` is woken when there is room
+    // anew.
     virtual OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) = 0;
     // Frames that write takes now.
     virtual size_t room() = 0;
     // At most room() frames of interleaved floats; values beyond -1 to 1 are clipped.
     virtual void write(std::span<const float> stereo) = 0;
-    virtual void start() = 0;              // begins, and goes on after pause
+    virtual void start() = 0;  // begins, and goes on after pause
     virtual void pause() = 0;
     // Nothing follows for now: what was written is to be heard to its end.
     virtual void drain() = 0;
@@ -53,4 +55,4 @@ int deviceCount();
 // Whole number of 1/32768 nearest to the sample, within 16 bits.
 int16_t toInt16(float sample);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -1,6 +1,6 @@
 // The thread that owns the device: takes blocks from the queue through the sound chain to the output, knows which
-// frame is being heard, and tells when a track has ended. Never waits for the caller, a file or the decoder; nor for the
-// device, which has a thread of its own (device_thread.h).
+// frame is being heard, and tells when a track has ended. Never waits for the caller, a file or the decoder; nor for
+// the device, which has a thread of its own (device_thread.h).
 //
 // A device that goes, or whose clock stands still, is opened anew once. When that does not help the silent clock takes
 // its place, so that position and end go on, and the device is tried again every now and then.
@@ -21,7 +21,7 @@ namespace vbmp3 {
 
 // How the output thread gets at devices.
 struct OutputSystem {
-    OutputFactory make = makeDeviceOutput; // may give null: there is none
+    OutputFactory make = makeDeviceOutput;  // may give null: there is none
     std::function<int()> count = deviceCount;
     // Put around every output that is opened, the clock too; may be empty.
     std::function<std::unique_ptr<Output>(std::unique_ptr<Output>)> wrap = {};
@@ -30,20 +30,20 @@ struct OutputSystem {
 };
 
 class OutputThread {
-public:
+  public:
     // `notify` gets VBMP3_EVENT_* on this thread.
     OutputThread(PlayerState& state, OutputSystem system, const SoundSettings& sound, Tap& tap,
                  std::function<void(int)> notify);
-    ~OutputThread(); // state.quit must be set
+    ~OutputThread();  // state.quit must be set
 
-private:
+  private:
     struct Boundary {
-        int64_t outputFrame = 0; // the track begins with it
+        int64_t outputFrame = 0;  // the track begins with it
         TrackPtr track;
     };
     struct Order {
         uint64_t generation = 0;
-        bool awaited = false; // somebody waits for its answer
+        bool awaited = false;  // somebody waits for its answer
         bool active = false;
         bool paused = false;
         TrackPtr track;
@@ -78,31 +78,31 @@ private:
     std::function<void(int)> notify_;
 
     std::unique_ptr<Output> output_;
-    std::unique_ptr<Output> ahead_;   // opened for the track that waits for its other rate
-    std::unique_ptr<Output> retired_; // has been heard to its end, by its own account
+    std::unique_ptr<Output> ahead_;    // opened for the track that waits for its other rate
+    std::unique_ptr<Output> retired_;  // has been heard to its end, by its own account
     std::chrono::steady_clock::time_point retiredUntil_;
     std::unique_ptr<Chain> chain_;
     OutputSettings settings_;
     uint64_t generation_ = 0;
     bool active_ = false;
     bool paused_ = false;
-    bool started_ = false;  // the output runs
-    bool finished_ = false; // the chain has given everything
+    bool started_ = false;   // the output runs
+    bool finished_ = false;  // the chain has given everything
     bool drained_ = false;
-    int64_t outputBase_ = 0; // the chain's number of the output's frame 0
-    int64_t written_ = 0;    // to the output since then
-    TrackPtr track_;         // that goes into the chain
-    TrackPtr waiting_;       // has another rate: begins when everything has been heard
+    int64_t outputBase_ = 0;  // the chain's number of the output's frame 0
+    int64_t written_ = 0;     // to the output since then
+    TrackPtr track_;          // that goes into the chain
+    TrackPtr waiting_;        // has another rate: begins when everything has been heard
     std::vector<float> waitingSamples_;
     std::deque<Boundary> boundaries_;
-    std::vector<float> pending_; // processed and not yet written
+    std::vector<float> pending_;  // processed and not yet written
     size_t pendingAt_ = 0;
-    bool avoidDevice_ = false;   // the clock stands in for it
-    bool hadDevice_ = false;     // its loss has not been told
-    bool moved_ = false;         // the device has played something since it was opened
+    bool avoidDevice_ = false;  // the clock stands in for it
+    bool hadDevice_ = false;    // its loss has not been told
+    bool moved_ = false;        // the device has played something since it was opened
     std::chrono::steady_clock::time_point retryAt_;
     std::chrono::seconds retryAfter_;
     std::thread thread_;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

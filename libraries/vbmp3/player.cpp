@@ -14,10 +14,9 @@ constexpr auto kPatience = std::chrono::seconds(5);
 // As long as play waits to hear that the device is in use. One that needs longer to open is opened all the same.
 constexpr auto kDevicePatience = std::chrono::milliseconds(1500);
 
-} // namespace
+}  // namespace
 
-TrackPtr openTrack(const std::string& path, int& error)
-{
+TrackPtr openTrack(const std::string& path, int& error) {
     static std::atomic<int64_t> lastId = 0;
     std::shared_ptr<const ByteSource> file = openFile(path);
     if (!file) {
@@ -26,13 +25,11 @@ TrackPtr openTrack(const std::string& path, int& error)
     }
     auto info = probe(*file, scanFileLayout(*file));
     error = VBMP3_ERROR_FORMAT;
-    if (!info)
-        return nullptr;
+    if (!info) return nullptr;
     refineLength(*file, *info);
     auto track = std::make_shared<Track>();
     track->source = openSource(std::move(file), *info);
-    if (!track->source)
-        return nullptr;
+    if (!track->source) return nullptr;
     track->id = ++lastId;
     track->path = path;
     track->info = std::move(*info);
@@ -42,13 +39,11 @@ TrackPtr openTrack(const std::string& path, int& error)
 }
 
 Player::Player(const SoundSettings& sound, OutputSystem system)
-    : system_(withRecorder(std::move(system))), decoder_(state_),
-      output_(state_, system_, sound, tap_, [this](int event) { notify(event); })
-{
-}
+    : system_(withRecorder(std::move(system))),
+      decoder_(state_),
+      output_(state_, system_, sound, tap_, [this](int event) { notify(event); }) {}
 
-Player::~Player()
-{
+Player::~Player() {
     setListener(nullptr);
     const std::lock_guard lock(state_.mutex);
     state_.quit = true;
@@ -56,15 +51,13 @@ Player::~Player()
     state_.outputWork.wake();
 }
 
-bool Player::waitFor(std::unique_lock<std::mutex>& lock, uint64_t generation)
-{
+bool Player::waitFor(std::unique_lock<std::mutex>& lock, uint64_t generation) {
     return state_.answered.wait_for(lock, kPatience, [&] {
         return state_.decodeGeneration >= generation && state_.outputGeneration >= generation;
     });
 }
 
-OutputSystem Player::withRecorder(OutputSystem system)
-{
+OutputSystem Player::withRecorder(OutputSystem system) {
     system.wrap = [this](std::unique_ptr<Output> output) {
         const std::lock_guard lock(recorderMutex_);
         return recorder_ ? recordingOutput(std::move(output), recorder_) : std::move(output);
@@ -72,23 +65,19 @@ OutputSystem Player::withRecorder(OutputSystem system)
     return system;
 }
 
-void Player::setRecorder(std::shared_ptr<Recorder> recorder)
-{
+void Player::setRecorder(std::shared_ptr<Recorder> recorder) {
     stopRecording();
     const std::lock_guard lock(recorderMutex_);
     recorder_ = std::move(recorder);
 }
 
-void Player::stopRecording()
-{
+void Player::stopRecording() {
     const std::lock_guard lock(recorderMutex_);
-    if (recorder_)
-        recorder_->abort();
+    if (recorder_) recorder_->abort();
     recorder_.reset();
 }
 
-int Player::open(const std::string& path)
-{
+int Player::open(const std::string& path) {
     close();
     int error = VBMP3_OK;
     TrackPtr track = openTrack(path, error);
@@ -97,10 +86,9 @@ int Player::open(const std::string& path)
     return error;
 }
 
-void Player::close()
-{
+void Player::close() {
     stopRecording();
-    TrackPtr current, next; // die without the lock
+    TrackPtr current, next;  // die without the lock
     std::unique_lock lock(state_.mutex);
     current = std::move(state_.current);
     next = std::move(state_.next);
@@ -114,11 +102,9 @@ void Player::close()
     waitFor(lock, state_.generation);
 }
 
-int Player::play()
-{
+int Player::play() {
     std::unique_lock lock(state_.mutex);
-    if (!state_.current)
-        return VBMP3_ERROR_NOT_OPEN;
+    if (!state_.current) return VBMP3_ERROR_NOT_OPEN;
     state_.active = true;
     state_.paused = false;
     state_.startFrame = 0;
@@ -129,15 +115,13 @@ int Player::play()
     const bool answered =
         state_.answered.wait_for(lock, kDevicePatience, [&] { return state_.outputGeneration >= generation; });
     state_.awaited = 0;
-    if (!answered || state_.outputError == OutputError::None)
-        return VBMP3_OK;
+    if (!answered || state_.outputError == OutputError::None) return VBMP3_OK;
     state_.active = false;
     state_.newGeneration();
     return VBMP3_ERROR_DEVICE_BUSY;
 }
 
-int Player::stop()
-{
+int Player::stop() {
     stopRecording();
     std::unique_lock lock(state_.mutex);
     state_.setHeard(0);
@@ -150,37 +134,30 @@ int Player::stop()
     return state_.current ? VBMP3_OK : VBMP3_ERROR_NOT_OPEN;
 }
 
-int Player::pause()
-{
+int Player::pause() {
     const std::lock_guard lock(state_.mutex);
-    if (!state_.active)
-        return VBMP3_ERROR_NOT_OPEN;
+    if (!state_.active) return VBMP3_ERROR_NOT_OPEN;
     state_.paused = true;
     state_.stopHearing();
     state_.outputWork.wake();
     return VBMP3_OK;
 }
 
-int Player::restart()
-{
+int Player::restart() {
     const std::lock_guard lock(state_.mutex);
-    if (!state_.active)
-        return VBMP3_ERROR_NOT_OPEN;
+    if (!state_.active) return VBMP3_ERROR_NOT_OPEN;
     state_.paused = false;
     state_.outputWork.wake();
     return VBMP3_OK;
 }
 
-int Player::seek(double seconds)
-{
+int Player::seek(double seconds) {
     const std::lock_guard lock(state_.mutex);
-    if (!state_.current)
-        return VBMP3_ERROR_NOT_OPEN;
+    if (!state_.current) return VBMP3_ERROR_NOT_OPEN;
     const Track& track = *state_.current;
     const double wanted = std::isfinite(seconds) ? std::clamp(seconds, 0.0, 1e9) * track.sampleRate : 0.0;
     int64_t frame = std::llround(wanted);
-    if (track.info.exact)
-        frame = std::min(frame, track.info.frames);
+    if (track.info.exact) frame = std::min(frame, track.info.frames);
     state_.setHeard(frame);
     if (state_.active) {
         state_.startFrame = frame;
@@ -189,12 +166,10 @@ int Player::seek(double seconds)
     return VBMP3_OK;
 }
 
-int Player::setNext(const std::string& path)
-{
+int Player::setNext(const std::string& path) {
     TrackPtr track;
     int error = VBMP3_OK;
-    if (!path.empty())
-        track = openTrack(path, error);
+    if (!path.empty()) track = openTrack(path, error);
     TrackPtr old;
     const std::lock_guard lock(state_.mutex);
     old = std::exchange(state_.next, track);
@@ -210,8 +185,7 @@ int Player::setNext(const std::string& path)
     return error;
 }
 
-Player::Snapshot Player::snapshot()
-{
+Player::Snapshot Player::snapshot() {
     const std::lock_guard lock(state_.mutex);
     Snapshot snapshot;
     snapshot.state = !state_.active ? 0 : state_.paused ? 2 : 1;
@@ -220,44 +194,36 @@ Player::Snapshot Player::snapshot()
     return snapshot;
 }
 
-TrackPtr Player::current()
-{
+TrackPtr Player::current() {
     const std::lock_guard lock(state_.mutex);
     return state_.current;
 }
 
-void Player::setOutput(OutputSettings settings)
-{
+void Player::setOutput(OutputSettings settings) {
     const std::lock_guard lock(state_.mutex);
     state_.output = settings;
 }
 
-bool Player::hasDevice()
-{
+bool Player::hasDevice() {
     {
         const std::lock_guard lock(state_.mutex);
-        if (state_.deviceLost)
-            return false;
+        if (state_.deviceLost) return false;
     }
     return system_.count() > 0;
 }
 
-void Player::setListener(std::function<void(int)> listener)
-{
+void Player::setListener(std::function<void(int)> listener) {
     const std::lock_guard lock(listenerMutex_);
     listener_ = std::move(listener);
 }
 
-void Player::notify(int event)
-{
+void Player::notify(int event) {
     if (event == VBMP3_EVENT_END_OF_TRACK) {
         const std::lock_guard lock(recorderMutex_);
-        if (recorder_)
-            recorder_->end();
+        if (recorder_) recorder_->end();
     }
     const std::lock_guard lock(listenerMutex_);
-    if (listener_)
-        listener_(event);
+    if (listener_) listener_(event);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -16,7 +16,7 @@ namespace vbmp3 {
 TrackPtr openTrack(const std::string& path, int& error);
 
 class Player {
-public:
+  public:
     explicit Player(const SoundSettings& sound, OutputSystem system = {});
     ~Player();
 
@@ -28,15 +28,15 @@ public:
     int pause();
     int restart();
     int seek(double seconds);
-    int setNext(const std::string& path); // empty: none
+    int setNext(const std::string& path);  // empty: none
 
     struct Snapshot {
-        int state = 0; // 0 stopped, 1 playing, 2 paused
+        int state = 0;  // 0 stopped, 1 playing, 2 paused
         double seconds = 0;
-        int64_t outputFrame = 0; // being heard, as the tap numbers them
+        int64_t outputFrame = 0;  // being heard, as the tap numbers them
     };
     Snapshot snapshot();
-    TrackPtr current(); // null when nothing is open
+    TrackPtr current();  // null when nothing is open
     void setOutput(OutputSettings settings);
     bool hasDevice();
     const Tap& tap() const { return tap_; }
@@ -49,7 +49,7 @@ public:
     void setListener(std::function<void(int)> listener);
     void notify(int event);
 
-private:
+  private:
     // Waits until both threads have taken over `generation`; no longer than a device needs at worst.
     bool waitFor(std::unique_lock<std::mutex>& lock, uint64_t generation);
 
@@ -66,4 +66,4 @@ private:
     OutputThread output_;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -1,8 +1,8 @@
 // What the caller, the decode thread and the output thread of a player share. Every member is guarded by the mutex,
 // which nobody holds while decoding, reading a file or touching the device.
 //
-// The caller writes an order (what to play, from where, paused or not) and raises its generation; both threads drop what
-// belongs to an older one. Sound goes from decoder to output as blocks in a queue.
+// The caller writes an order (what to play, from where, paused or not) and raises its generation; both threads drop
+// what belongs to an older one. Sound goes from decoder to output as blocks in a queue.
 #pragma once
 
 #include <condition_variable>
@@ -25,66 +25,63 @@ struct Track {
     std::string path;
     StreamInfo info;
     int sampleRate = 0;
-    std::unique_ptr<Source> source; // the decode thread's once playing has been ordered
+    std::unique_ptr<Source> source;  // the decode thread's once playing has been ordered
 };
 using TrackPtr = std::shared_ptr<Track>;
 
 struct Block {
     TrackPtr track;
-    std::vector<float> samples; // interleaved stereo
+    std::vector<float> samples;  // interleaved stereo
 };
 
 struct PlayerState {
     std::mutex mutex;
-    std::condition_variable decodeWork; // wakes the decode thread
-    std::condition_variable answered;   // wakes the caller
-    Waker outputWork;                   // wakes the output thread
+    std::condition_variable decodeWork;  // wakes the decode thread
+    std::condition_variable answered;    // wakes the caller
+    Waker outputWork;                    // wakes the output thread
 
     // The order.
     uint64_t generation = 0;
     bool quit = false;
-    bool active = false;    // playing or paused
+    bool active = false;  // playing or paused
     bool paused = false;
-    TrackPtr current;       // the one being heard, or open and stopped
+    TrackPtr current;  // the one being heard, or open and stopped
     int64_t startFrame = 0;
     TrackPtr next;
-    bool nextTaken = false; // the decoder has gone on to it
+    bool nextTaken = false;  // the decoder has gone on to it
     OutputSettings output;
 
     // Decoded and not yet taken by the output.
     std::deque<Block> queue;
     int64_t queuedFrames = 0;
-    bool queueFull = false; // has been, and is not half empty yet
+    bool queueFull = false;  // has been, and is not half empty yet
     bool decodedAll = false;
 
     // Answers: the generation that each thread has taken over.
     uint64_t decodeGeneration = 0;
     uint64_t outputGeneration = 0;
     OutputError outputError = OutputError::None;
-    uint64_t awaited = 0; // the generation whose error somebody waits for
+    uint64_t awaited = 0;  // the generation whose error somebody waits for
 
     // What is heard.
-    RunningCount heard;       // frames of `current`
-    int64_t shown = 0;        // of them; goes back only by order
-    RunningCount heardOutput; // frames as the sound chain numbers them
+    RunningCount heard;        // frames of `current`
+    int64_t shown = 0;         // of them; goes back only by order
+    RunningCount heardOutput;  // frames as the sound chain numbers them
     bool deviceLost = false;
 
     int64_t heardFrame() { return shown = std::max(shown, heard.now()); }
-    void setHeard(int64_t frame)
-    {
+    void setHeard(int64_t frame) {
         heard = {frame};
         shown = frame;
     }
     // From now on nothing moves.
-    void stopHearing()
-    {
+    void stopHearing() {
         setHeard(heardFrame());
         heardOutput = {heardOutput.now()};
     }
 
     // The mutex must be held. Both threads begin anew with the order as it stands.
-    void newGeneration()
-    {
+    void newGeneration() {
         ++generation;
         queue.clear();
         queuedFrames = 0;
@@ -96,4 +93,4 @@ struct PlayerState {
     }
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

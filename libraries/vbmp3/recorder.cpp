@@ -8,35 +8,28 @@ namespace vbmp3 {
 namespace {
 
 class RecordingOutput final : public Output {
-public:
+  public:
     RecordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder)
-        : inner_(std::move(inner)), recorder_(std::move(recorder))
-    {
-    }
+        : inner_(std::move(inner)), recorder_(std::move(recorder)) {}
 
-    OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override
-    {
+    OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override {
         return inner_->open(sampleRate, settings, waker);
     }
     size_t room() override { return inner_->room(); }
-    void write(std::span<const float> stereo) override
-    {
+    void write(std::span<const float> stereo) override {
         inner_->write(stereo);
-        for (const float sample : stereo)
-            unheard_.push_back(toInt16(sample));
+        for (const float sample : stereo) unheard_.push_back(toInt16(sample));
     }
     void start() override { inner_->start(); }
     void pause() override { inner_->pause(); }
     void drain() override { inner_->drain(); }
-    void flush() override
-    {
+    void flush() override {
         played();
         inner_->flush();
         unheard_.clear();
         kept_ = 0;
     }
-    int64_t played() override
-    {
+    int64_t played() override {
         const int64_t played = inner_->played();
         const size_t count = std::min(unheard_.size(), size_t(std::max<int64_t>(0, played - kept_)) * 2);
         if (count > 0) {
@@ -50,52 +43,43 @@ public:
     bool lost() override { return inner_->lost(); }
     bool audible() const override { return inner_->audible(); }
 
-private:
+  private:
     std::unique_ptr<Output> inner_;
     std::shared_ptr<Recorder> recorder_;
     std::deque<int16_t> unheard_;
     int64_t kept_ = 0;
 };
 
-} // namespace
+}  // namespace
 
-void Recorder::add(std::span<const int16_t> stereo)
-{
+void Recorder::add(std::span<const int16_t> stereo) {
     const std::lock_guard lock(mutex_);
-    if (state_ == State::More)
-        samples_.insert(samples_.end(), stereo.begin(), stereo.end());
+    if (state_ == State::More) samples_.insert(samples_.end(), stereo.begin(), stereo.end());
     changed_.notify_one();
 }
 
-void Recorder::end()
-{
+void Recorder::end() {
     const std::lock_guard lock(mutex_);
-    if (state_ == State::More)
-        state_ = State::Ended;
+    if (state_ == State::More) state_ = State::Ended;
     changed_.notify_one();
 }
 
-void Recorder::abort()
-{
+void Recorder::abort() {
     const std::lock_guard lock(mutex_);
-    if (state_ == State::More)
-        state_ = State::Aborted;
+    if (state_ == State::More) state_ = State::Aborted;
     changed_.notify_one();
 }
 
-Recorder::State Recorder::take(std::vector<int16_t>& samples)
-{
+Recorder::State Recorder::take(std::vector<int16_t>& samples) {
     samples.clear();
     std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, std::chrono::milliseconds(100),
-                      [&] { return !samples_.empty() || state_ != State::More; });
+    changed_.wait_for(lock, std::chrono::milliseconds(100), [&] { return !samples_.empty() || state_ != State::More; });
     samples.swap(samples_);
     return state_;
 }
 
-std::unique_ptr<Output> recordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder)
-{
+std::unique_ptr<Output> recordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder) {
     return std::make_unique<RecordingOutput>(std::move(inner), std::move(recorder));
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

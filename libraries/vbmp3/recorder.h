@@ -14,16 +14,16 @@
 namespace vbmp3 {
 
 class Recorder {
-public:
-    void add(std::span<const int16_t> stereo); // output thread
-    void end();   // everything has been heard
-    void abort(); // playing was given up before the end; nothing after end
+  public:
+    void add(std::span<const int16_t> stereo);  // output thread
+    void end();                                 // everything has been heard
+    void abort();                               // playing was given up before the end; nothing after end
 
     enum class State { More, Ended, Aborted };
     // Job: waits up to 100 ms and moves what there is into `samples` (cleared before).
     State take(std::vector<int16_t>& samples);
 
-private:
+  private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<int16_t> samples_;
@@ -32,4 +32,4 @@ private:
 
 std::unique_ptr<Output> recordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -6,8 +6,7 @@
 
 namespace vbmp3 {
 
-Resampler::Resampler(int inputRate, int outputRate, int taps) : inputRate_(inputRate), outputRate_(outputRate)
-{
+Resampler::Resampler(int inputRate, int outputRate, int taps) : inputRate_(inputRate), outputRate_(outputRate) {
     // Going down, the sinc is stretched so that nothing above half the output rate is left.
     const double cutoff = std::min(1.0, double(outputRate) / inputRate) * 0.95;
     reach_ = int(std::min(1024.0, std::ceil(taps / 2 / std::min(1.0, double(outputRate) / inputRate))));
@@ -20,21 +19,19 @@ Resampler::Resampler(int inputRate, int outputRate, int taps) : inputRate_(input
             const double x = double(tap) + 1 - reach_ - double(phase) / kPhases;
             const double angle = std::numbers::pi * x * cutoff;
             const double sinc = std::abs(x) < 1e-9 ? cutoff : std::sin(angle) / (std::numbers::pi * x);
-            const double place = x / reach_; // Blackman window
+            const double place = x / reach_;  // Blackman window
             const double window = std::abs(place) >= 1 ? 0
-                                                        : 0.42 + 0.5 * std::cos(std::numbers::pi * place)
-                                                              + 0.08 * std::cos(2 * std::numbers::pi * place);
+                                                       : 0.42 + 0.5 * std::cos(std::numbers::pi * place) +
+                                                             0.08 * std::cos(2 * std::numbers::pi * place);
             row[tap] = float(sinc * window);
             sum += row[tap];
         }
-        for (size_t tap = 0; tap < width; ++tap)
-            row[tap] = float(row[tap] / sum);
+        for (size_t tap = 0; tap < width; ++tap) row[tap] = float(row[tap] / sum);
     }
     input_.assign(2 * size_t(reach_ - 1), 0.0f);
 }
 
-void Resampler::process(std::span<const float> stereo, std::vector<float>& out)
-{
+void Resampler::process(std::span<const float> stereo, std::vector<float>& out) {
     input_.insert(input_.end(), stereo.begin(), stereo.end());
     const size_t taps = size_t(2 * reach_);
     const size_t frames = input_.size() / 2;
@@ -62,10 +59,9 @@ void Resampler::process(std::span<const float> stereo, std::vector<float>& out)
     input_.erase(input_.begin(), input_.begin() + long(2 * begin));
 }
 
-void Resampler::finish(std::vector<float>& out)
-{
+void Resampler::finish(std::vector<float>& out) {
     const std::vector<float> silence(size_t(2 * reach_), 0.0f);
     process(silence, out);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -5,9 +5,8 @@
 
 namespace vbmp3 {
 
-std::unique_ptr<Source> openSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info)
-{
+std::unique_ptr<Source> openSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
     return info.mpeg ? openMpegSource(std::move(file), info) : openWaveSource(std::move(file), info);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -12,11 +12,11 @@
 namespace vbmp3 {
 
 class Source {
-public:
+  public:
     virtual ~Source() = default;
     virtual int sampleRate() const = 0;
-    // Fills `stereo` (twice the number of frames) as far as there are frames; returns their number, 0 at the end. Damage
-    // in the file is passed over.
+    // Fills `stereo` (twice the number of frames) as far as there are frames; returns their number, 0 at the end.
+    // Damage in the file is passed over.
     virtual size_t read(std::span<float> stereo) = 0;
     // The next frame read is number `frame`; beyond the end is the end. Exact to the frame.
     virtual void seek(int64_t frame) = 0;
@@ -25,4 +25,4 @@ public:
 // Null when the decoder refuses after all.
 std::unique_ptr<Source> openSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info);
 
-} // namespace vbmp3
+}  // namespace vbmp3

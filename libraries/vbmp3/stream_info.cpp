@@ -7,10 +7,9 @@
 namespace vbmp3 {
 namespace {
 
-constexpr int64_t kMostToWalk = int64_t{64} << 20; // bytes whose frames are counted on opening
+constexpr int64_t kMostToWalk = int64_t{64} << 20;  // bytes whose frames are counted on opening
 
-void takeMpeg(StreamInfo& info)
-{
+void takeMpeg(StreamInfo& info) {
     static constexpr const char* kModes[] = {"Stereo", "Joint Stereo", "Dual Channel", "Mono"};
     const MpegScan& scan = *info.mpeg;
     info.sampleRate = scan.first.sampleRate;
@@ -27,8 +26,7 @@ void takeMpeg(StreamInfo& info)
     info.format = text;
 }
 
-bool takeWave(StreamInfo& info)
-{
+bool takeWave(StreamInfo& info) {
     const WaveFormat& wave = *info.wave;
     const int64_t bytes = info.data.size();
     info.sampleRate = wave.sampleRate;
@@ -46,59 +44,49 @@ bool takeWave(StreamInfo& info)
     if (rest > head)
         info.frames += wave.coding == WaveFormat::Coding::MsAdpcm ? (rest - head) * 2 / wave.channels + 2
                                                                   : (rest - head) / (4 * wave.channels) * 8 + 1;
-    info.bitRate = int(std::min<int64_t>(
-        int64_t{wave.sampleRate} * wave.blockAlign * 8 / wave.samplesPerBlock, INT32_MAX));
+    info.bitRate =
+        int(std::min<int64_t>(int64_t{wave.sampleRate} * wave.blockAlign * 8 / wave.samplesPerBlock, INT32_MAX));
     return true;
 }
 
-} // namespace
+}  // namespace
 
-std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout)
-{
+std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout) {
     StreamInfo info;
     info.data = layout.audio;
-    if (layout.find(TagKind::Id3v2) != nullptr || layout.find(TagKind::Id3v2Appended) != nullptr
-        || layout.find(TagKind::Id3v2Chunk) != nullptr)
+    if (layout.find(TagKind::Id3v2) != nullptr || layout.find(TagKind::Id3v2Appended) != nullptr ||
+        layout.find(TagKind::Id3v2Chunk) != nullptr)
         info.fileType |= VBMP3_TYPE_ID3V2;
-    if (!layout.id3v1().empty())
-        info.fileType |= VBMP3_TYPE_ID3V1;
+    if (!layout.id3v1().empty()) info.fileType |= VBMP3_TYPE_ID3V1;
 
     if (layout.container == Container::Wave) {
         const RiffChunk* chunk = layout.findChunk("fmt ");
-        if (chunk == nullptr)
-            return std::nullopt;
+        if (chunk == nullptr) return std::nullopt;
         uint8_t fmt[64];
         const size_t size = size_t(std::clamp<int64_t>(chunk->body.size(), 0, sizeof fmt));
         info.wave = parseWaveFormat({fmt, file.readAt(chunk->body.begin, fmt, size)});
-        if (!info.wave)
-            return std::nullopt;
+        if (!info.wave) return std::nullopt;
         if (info.wave->coding != WaveFormat::Coding::Mpeg) {
             info.data = layout.data;
-            if (info.wave->plainPcm())
-                info.fileType |= VBMP3_TYPE_WAVE;
+            if (info.wave->plainPcm()) info.fileType |= VBMP3_TYPE_WAVE;
             return takeWave(info) ? std::optional(info) : std::nullopt;
         }
     }
     info.mpeg = scanMpeg(file, info.data);
-    if (!info.mpeg)
-        return std::nullopt;
+    if (!info.mpeg) return std::nullopt;
     info.fileType |= VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS;
-    if (layout.container == Container::Rmp)
-        info.fileType |= VBMP3_TYPE_RMP;
+    if (layout.container == Container::Rmp) info.fileType |= VBMP3_TYPE_RMP;
     takeMpeg(info);
     return info;
 }
 
-void refineLength(const ByteSource& file, StreamInfo& info)
-{
-    if (!info.mpeg || info.exact || !info.mpeg->variableBitRate || info.data.size() > kMostToWalk)
-        return;
+void refineLength(const ByteSource& file, StreamInfo& info) {
+    if (!info.mpeg || info.exact || !info.mpeg->variableBitRate || info.data.size() > kMostToWalk) return;
     countFrames(file, *info.mpeg);
     takeMpeg(info);
 }
 
-void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record)
-{
+void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record) {
     const int64_t milliseconds = info.milliseconds();
     record.fileType = info.fileType;
     record.seconds = int32_t(std::min<int64_t>(milliseconds / 1000, INT32_MAX));
@@ -116,4 +104,4 @@ void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record)
     record.format[length] = '\0';
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -12,16 +12,16 @@
 namespace vbmp3 {
 
 struct StreamInfo {
-    int fileType = 0;     // VBMP3_TYPE_* flags
-    std::optional<MpegScan> mpeg; // either this
-    std::optional<WaveFormat> wave; // or this, or both for MPEG audio in a WAVE file
-    ByteRange data;       // the sound
-    int sampleRate = 0;   // Hz
+    int fileType = 0;                // VBMP3_TYPE_* flags
+    std::optional<MpegScan> mpeg;    // either this
+    std::optional<WaveFormat> wave;  // or this, or both for MPEG audio in a WAVE file
+    ByteRange data;                  // the sound
+    int sampleRate = 0;              // Hz
     int channels = 0;
-    int bitRate = 0;      // bit/s
-    int64_t frames = 0;   // length at sampleRate
-    bool exact = false;   // the length is told by the file and not estimated
-    std::string format;   // as in vbmp3_FileInfo
+    int bitRate = 0;     // bit/s
+    int64_t frames = 0;  // length at sampleRate
+    bool exact = false;  // the length is told by the file and not estimated
+    std::string format;  // as in vbmp3_FileInfo
 
     int64_t milliseconds() const { return sampleRate > 0 ? frames * 1000 / sampleRate : 0; }
 };
@@ -33,4 +33,4 @@ void refineLength(const ByteSource& file, StreamInfo& info);
 // Fills the fields that are not tags.
 void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -55,9 +55,7 @@ bool exists(const std::string& path) {
     return std::filesystem::exists(std::filesystem::path(std::u8string(path.begin(), path.end())), error);
 }
 
-int errorOfMissing(const std::string& path) {
-    return exists(path) ? VBMP3_ERROR_LOCKED : VBMP3_ERROR_NOT_FOUND;
-}
+int errorOfMissing(const std::string& path) { return exists(path) ? VBMP3_ERROR_LOCKED : VBMP3_ERROR_NOT_FOUND; }
 
 // A tag is put only on files that hold sound: a text file given by mistake stays as it is.
 bool holdsSound(const ByteSource& file, const FileLayout& layout) {
@@ -77,12 +75,9 @@ int save(std::unique_ptr<ByteSource> source, const Recipe& recipe, const std::st
     if (!written || int64_t(transaction->size()) != recipe.size() || !allowed(SaveStep::Commit))
         return VBMP3_ERROR_WRITE;
     switch (transaction->commit()) {
-        case FileTransaction::Error::None:
-            return VBMP3_OK;
-        case FileTransaction::Error::Locked:
-            return VBMP3_ERROR_LOCKED;
-        default:
-            return VBMP3_ERROR_WRITE;
+        case FileTransaction::Error::None: return VBMP3_OK;
+        case FileTransaction::Error::Locked: return VBMP3_ERROR_LOCKED;
+        default: return VBMP3_ERROR_WRITE;
     }
 }
 

@@ -9,11 +9,11 @@
 
 #include "libraries/vbmp3/wide_path.h"
 #else
-#include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <cerrno>
+#include <cstdio>
 #endif
 
 namespace vbmp3 {
@@ -23,28 +23,24 @@ FileTransaction::FileTransaction() = default;
 #ifdef _WIN32
 
 constexpr int kReplaceAttempts = 6;
-constexpr DWORD kReplacePause = 50; // milliseconds
+constexpr DWORD kReplacePause = 50;  // milliseconds
 
-static std::vector<char> rightsOf(const std::wstring& path)
-{
+static std::vector<char> rightsOf(const std::wstring& path) {
     DWORD size = 0;
     GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
     std::vector<char> rights(size);
-    if (!GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size))
-        rights.clear();
+    if (!GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size)) rights.clear();
     return rights;
 }
 
-// The new file gets who may do what with the old one, when that is not what it inherits anyhow, its date of creation, and
-// whether it is hidden.
-static void keepLook(const std::wstring& from, const std::wstring& to)
-{
+// The new file gets who may do what with the old one, when that is not what it inherits anyhow, its date of creation,
+// and whether it is hidden.
+static void keepLook(const std::wstring& from, const std::wstring& to) {
     std::vector<char> rights = rightsOf(from);
     if (!rights.empty() && rights != rightsOf(to))
         SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
     WIN32_FILE_ATTRIBUTE_DATA look{};
-    if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &look))
-        return;
+    if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &look)) return;
     const HANDLE handle = CreateFileW(to.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle != INVALID_HANDLE_VALUE) {
@@ -56,13 +52,12 @@ static void keepLook(const std::wstring& from, const std::wstring& to)
 }
 
 // Asks first, so that nothing is tried at a file that another program holds.
-static bool canBeReplaced(const std::wstring& path)
-{
-    const HANDLE handle = CreateFileW(path.c_str(), GENERIC_READ | DELETE,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+static bool canBeReplaced(const std::wstring& path) {
+    const HANDLE handle =
+        CreateFileW(path.c_str(), GENERIC_READ | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
-        return GetLastError() == ERROR_FILE_NOT_FOUND; // taken away meanwhile: the way is free
+        return GetLastError() == ERROR_FILE_NOT_FOUND;  // taken away meanwhile: the way is free
     CloseHandle(handle);
     return true;
 }
@@ -71,29 +66,24 @@ struct FileTransaction::File {
     HANDLE handle = INVALID_HANDLE_VALUE;
     std::wstring path;
 
-    void close()
-    {
-        if (handle != INVALID_HANDLE_VALUE)
-            CloseHandle(handle);
+    void close() {
+        if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
         handle = INVALID_HANDLE_VALUE;
     }
-    ~File()
-    {
+    ~File() {
         close();
-        if (!path.empty())
-            DeleteFileW(path.c_str());
+        if (!path.empty()) DeleteFileW(path.c_str());
     }
 };
 
-std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target)
-{
+std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target) {
     static std::atomic<unsigned> counter = 0;
     std::unique_ptr<FileTransaction> self(new FileTransaction);
     self->target_ = target;
     self->file_ = std::make_unique<File>();
     for (int attempt = 0; attempt < 16; ++attempt) {
-        const std::wstring path = widePath(
-            target + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter) + ".tmp");
+        const std::wstring path =
+            widePath(target + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter) + ".tmp");
         const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
                                           FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle != INVALID_HANDLE_VALUE) {
@@ -101,30 +91,26 @@ std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& targe
             self->file_->path = path;
             return self;
         }
-        if (GetLastError() != ERROR_FILE_EXISTS)
-            return nullptr;
+        if (GetLastError() != ERROR_FILE_EXISTS) return nullptr;
     }
     return nullptr;
 }
 
-bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes)
-{
+bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes) {
     while (!bytes.empty() && !failed_) {
         OVERLAPPED place{};
         place.Offset = DWORD(offset);
         place.OffsetHigh = DWORD(offset >> 32);
         const DWORD wanted = DWORD(bytes.size() < (1u << 20) ? bytes.size() : 1u << 20);
         DWORD done = 0;
-        if (!WriteFile(file_->handle, bytes.data(), wanted, &done, &place) || done == 0)
-            failed_ = true;
+        if (!WriteFile(file_->handle, bytes.data(), wanted, &done, &place) || done == 0) failed_ = true;
         offset += done;
         bytes = bytes.subspan(done);
     }
     return !failed_;
 }
 
-FileTransaction::Error FileTransaction::commit()
-{
+FileTransaction::Error FileTransaction::commit() {
     const bool flushed = !failed_ && FlushFileBuffers(file_->handle);
     file_->close();
     if (!flushed) {
@@ -136,43 +122,37 @@ FileTransaction::Error FileTransaction::commit()
     const bool existed = attributes != INVALID_FILE_ATTRIBUTES;
     const bool readOnly = existed && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
     bool done = false;
-    if (existed && !readOnly)
-        keepLook(target, file_->path);
+    if (existed && !readOnly) keepLook(target, file_->path);
     // Virus scanners and indexers hold a file for a moment after it was written.
     for (int attempt = 0; attempt < kReplaceAttempts && !done && !readOnly; ++attempt) {
-        if (attempt > 0)
-            Sleep(kReplacePause);
-        if (existed && !canBeReplaced(target))
-            continue;
-        // One step of the file system. ReplaceFile takes two, and whoever is killed between them leaves the target under a
-        // name that nobody looks for.
+        if (attempt > 0) Sleep(kReplacePause);
+        if (existed && !canBeReplaced(target)) continue;
+        // One step of the file system. ReplaceFile takes two, and whoever is killed between them leaves the target
+        // under a name that nobody looks for.
         done = MoveFileExW(file_->path.c_str(), target.c_str(),
                            existed ? MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH : MOVEFILE_WRITE_THROUGH);
         const DWORD error = done ? ERROR_SUCCESS : GetLastError();
         if (!done && error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION && error != ERROR_ACCESS_DENIED)
             break;
     }
-    if (done)
-        file_->path.clear();
+    if (done) file_->path.clear();
     file_.reset();
     return done ? Error::None : Error::Locked;
 }
 
-bool isSameFile(const std::string& a, const std::string& b)
-{
+bool isSameFile(const std::string& a, const std::string& b) {
     const auto identity = [](const std::string& path, BY_HANDLE_FILE_INFORMATION& info) {
-        const HANDLE handle = CreateFileW(widePath(path).c_str(), 0,
-                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                          OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-        if (handle == INVALID_HANDLE_VALUE)
-            return false;
+        const HANDLE handle =
+            CreateFileW(widePath(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        if (handle == INVALID_HANDLE_VALUE) return false;
         const bool known = GetFileInformationByHandle(handle, &info);
         CloseHandle(handle);
         return known;
     };
     BY_HANDLE_FILE_INFORMATION first{}, second{};
-    return identity(a, first) && identity(b, second) && first.dwVolumeSerialNumber == second.dwVolumeSerialNumber
-           && first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
+    return identity(a, first) && identity(b, second) && first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
+           first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
 }
 
 #else
@@ -181,27 +161,22 @@ struct FileTransaction::File {
     int handle = -1;
     std::string path;
 
-    void close()
-    {
-        if (handle >= 0)
-            ::close(handle);
+    void close() {
+        if (handle >= 0) ::close(handle);
         handle = -1;
     }
-    ~File()
-    {
+    ~File() {
         close();
-        if (!path.empty())
-            unlink(path.c_str());
+        if (!path.empty()) unlink(path.c_str());
     }
 };
 
-std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target)
-{
+std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target) {
     static std::atomic<unsigned> counter = 0;
     std::unique_ptr<FileTransaction> self(new FileTransaction);
     self->target_ = target;
     self->file_ = std::make_unique<File>();
-    struct stat about{};
+    struct stat about {};
     const mode_t mode = stat(target.c_str(), &about) == 0 ? about.st_mode & 0777 : 0644;
     for (int attempt = 0; attempt < 16; ++attempt) {
         const std::string path = target + "." + std::to_string(getpid()) + "-" + std::to_string(++counter) + ".tmp";
@@ -211,14 +186,12 @@ std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& targe
             self->file_->path = path;
             return self;
         }
-        if (errno != EEXIST)
-            return nullptr;
+        if (errno != EEXIST) return nullptr;
     }
     return nullptr;
 }
 
-bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes)
-{
+bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes) {
     while (!bytes.empty() && !failed_) {
         const ssize_t done = pwrite(file_->handle, bytes.data(), bytes.size(), off_t(offset));
         if (done <= 0) {
@@ -231,8 +204,7 @@ bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes)
     return !failed_;
 }
 
-FileTransaction::Error FileTransaction::commit()
-{
+FileTransaction::Error FileTransaction::commit() {
     const bool flushed = !failed_ && fsync(file_->handle) == 0;
     file_->close();
     if (!flushed) {
@@ -240,32 +212,29 @@ FileTransaction::Error FileTransaction::commit()
         return Error::Write;
     }
     // Renaming would replace a read-only file too; the owner's wish counts.
-    struct stat about{};
+    struct stat about {};
     const bool readOnly = stat(target_.c_str(), &about) == 0 && (about.st_mode & 0222) == 0;
     const bool done = !readOnly && rename(file_->path.c_str(), target_.c_str()) == 0;
-    if (done)
-        file_->path.clear();
+    if (done) file_->path.clear();
     file_.reset();
     return done ? Error::None : Error::Locked;
 }
 
-bool isSameFile(const std::string& a, const std::string& b)
-{
-    struct stat first{}, second{};
-    return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 && first.st_dev == second.st_dev
-           && first.st_ino == second.st_ino;
+bool isSameFile(const std::string& a, const std::string& b) {
+    struct stat first {
+    }, second{};
+    return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 && first.st_dev == second.st_dev &&
+           first.st_ino == second.st_ino;
 }
 
 #endif
 
 FileTransaction::~FileTransaction() = default;
 
-bool FileTransaction::write(std::span<const uint8_t> bytes)
-{
-    if (failed_ || !writeAt(size_, bytes))
-        return false;
+bool FileTransaction::write(std::span<const uint8_t> bytes) {
+    if (failed_ || !writeAt(size_, bytes)) return false;
     size_ += bytes.size();
     return true;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

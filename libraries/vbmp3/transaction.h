@@ -10,12 +10,12 @@
 namespace vbmp3 {
 
 class FileTransaction {
-public:
-    enum class Error { None, Write, Locked }; // disk full or no such folder; target read-only or in use
+  public:
+    enum class Error { None, Write, Locked };  // disk full or no such folder; target read-only or in use
 
     // Null when no temporary file can be made beside the target.
     static std::unique_ptr<FileTransaction> begin(const std::string& target);
-    ~FileTransaction(); // without commit: removes the temporary file
+    ~FileTransaction();  // without commit: removes the temporary file
     FileTransaction(const FileTransaction&) = delete;
     FileTransaction& operator=(const FileTransaction&) = delete;
 
@@ -25,7 +25,7 @@ public:
     // Flushes to the disk and replaces the target. The transaction is over, whatever comes back.
     Error commit();
 
-private:
+  private:
     struct File;
     FileTransaction();
     std::unique_ptr<File> file_;
@@ -37,4 +37,4 @@ private:
 // Whether both paths name the same existing file, by whatever name.
 bool isSameFile(const std::string& a, const std::string& b);
 
-} // namespace vbmp3
+}  // namespace vbmp3

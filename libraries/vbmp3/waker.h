@@ -11,7 +11,7 @@
 namespace vbmp3 {
 
 class Waker {
-public:
+  public:
 #ifdef _WIN32
     Waker() : event_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
     ~Waker() { CloseHandle(event_); }
@@ -22,11 +22,10 @@ public:
     void wait(int milliseconds) { WaitForSingleObject(event_, milliseconds < 0 ? INFINITE : DWORD(milliseconds)); }
     HANDLE event() const { return event_; }
 
-private:
+  private:
     HANDLE event_;
 #else
-    void wake()
-    {
+    void wake() {
         {
             const std::lock_guard lock(mutex_);
             awake_ = true;
@@ -34,8 +33,7 @@ private:
         condition_.notify_one();
     }
     // Milliseconds, -1 for ever.
-    void wait(int milliseconds)
-    {
+    void wait(int milliseconds) {
         std::unique_lock lock(mutex_);
         if (milliseconds < 0)
             condition_.wait(lock, [&] { return awake_; });
@@ -44,11 +42,11 @@ private:
         awake_ = false;
     }
 
-private:
+  private:
     std::mutex mutex_;
     std::condition_variable condition_;
     bool awake_ = false;
 #endif
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -12,55 +12,49 @@ namespace vbmp3 {
 namespace {
 
 // What the sound chain works at. Files of other rates are refused, so that a player gives them to another decoder.
-constexpr uint32_t kLowestRate = 8000, kHighestRate = 192000; // Hz
+constexpr uint32_t kLowestRate = 8000, kHighestRate = 192000;  // Hz
 
 // Speaker positions of a channel mask, in the order of its bits.
 enum Side { Left, Right, Centre, Bass, LeftSurround, RightSurround, MiddleSurround };
-constexpr std::array<Side, 18> kSpeakers = {
-    Left, Right, Centre, Bass, LeftSurround, RightSurround, Left, Right, MiddleSurround,
-    LeftSurround, RightSurround, Centre, Left, Centre, Right, LeftSurround, MiddleSurround, RightSurround};
+constexpr std::array<Side, 18> kSpeakers = {Left, Right,  Centre,         Bass,         LeftSurround,   RightSurround,
+                                            Left, Right,  MiddleSurround, LeftSurround, RightSurround,  Centre,
+                                            Left, Centre, Right,          LeftSurround, MiddleSurround, RightSurround};
 
 // What the number of channels means when no mask tells: 3 L R C, 4 quadraphonic, 5 without bass, 6 5.1, 7 6.1, 8 7.1.
 constexpr std::array<uint32_t, 9> kUsualMasks = {0, 0x4, 0x3, 0x7, 0x33, 0x37, 0x3F, 0x13F, 0x63F};
 
-int16_t expandALaw(uint8_t code)
-{
+int16_t expandALaw(uint8_t code) {
     code ^= 0x55;
     int value = (code & 0x0F) << 4;
     const int segment = (code & 0x70) >> 4;
     value += segment == 0 ? 8 : 0x108;
-    if (segment > 1)
-        value <<= segment - 1;
+    if (segment > 1) value <<= segment - 1;
     return int16_t((code & 0x80) != 0 ? value : -value);
 }
 
-int16_t expandMuLaw(uint8_t code)
-{
+int16_t expandMuLaw(uint8_t code) {
     code = uint8_t(~code);
     const int value = ((((code & 0x0F) << 3) + 0x84) << ((code & 0x70) >> 4)) - 0x84;
     return int16_t((code & 0x80) != 0 ? -value : value);
 }
 
-} // namespace
+}  // namespace
 
-const char* WaveFormat::name() const
-{
+const char* WaveFormat::name() const {
     switch (coding) {
-    case Coding::Integer: return "WAVE_FORMAT_PCM";
-    case Coding::Float: return "WAVE_FORMAT_IEEE_FLOAT";
-    case Coding::ALaw: return "WAVE_FORMAT_ALAW";
-    case Coding::MuLaw: return "WAVE_FORMAT_MULAW";
-    case Coding::MsAdpcm: return "WAVE_FORMAT_ADPCM";
-    case Coding::ImaAdpcm: return "WAVE_FORMAT_DVI_ADPCM";
-    case Coding::Mpeg: return "WAVE_FORMAT_MPEGLAYER3";
+        case Coding::Integer: return "WAVE_FORMAT_PCM";
+        case Coding::Float: return "WAVE_FORMAT_IEEE_FLOAT";
+        case Coding::ALaw: return "WAVE_FORMAT_ALAW";
+        case Coding::MuLaw: return "WAVE_FORMAT_MULAW";
+        case Coding::MsAdpcm: return "WAVE_FORMAT_ADPCM";
+        case Coding::ImaAdpcm: return "WAVE_FORMAT_DVI_ADPCM";
+        case Coding::Mpeg: return "WAVE_FORMAT_MPEGLAYER3";
     }
     return "";
 }
 
-std::optional<WaveFormat> parseWaveFormat(std::span<const uint8_t> fmt)
-{
-    if (fmt.size() < 14)
-        return std::nullopt;
+std::optional<WaveFormat> parseWaveFormat(std::span<const uint8_t> fmt) {
+    if (fmt.size() < 14) return std::nullopt;
     uint32_t tag = littleEndian16(fmt.data());
     WaveFormat format;
     format.channels = int(littleEndian16(fmt.data() + 2));
@@ -68,59 +62,53 @@ std::optional<WaveFormat> parseWaveFormat(std::span<const uint8_t> fmt)
     format.blockAlign = int(littleEndian16(fmt.data() + 12));
     format.bitsPerSample = fmt.size() >= 16 ? int(littleEndian16(fmt.data() + 14)) : 0;
     if (tag == 0xFFFE) {
-        if (fmt.size() < 40)
-            return std::nullopt;
+        if (fmt.size() < 40) return std::nullopt;
         format.channelMask = littleEndian32(fmt.data() + 20);
-        tag = littleEndian16(fmt.data() + 24); // the sub-format's GUID begins with the tag it stands for
+        tag = littleEndian16(fmt.data() + 24);  // the sub-format's GUID begins with the tag it stands for
     }
     if (tag == 0x55 || tag == 0x50) {
         format.coding = WaveFormat::Coding::Mpeg;
         format.sampleRate = int(std::min<uint32_t>(rate, 1u << 30));
         return format;
     }
-    if (format.channels < 1 || format.channels > 64 || rate < kLowestRate || rate > kHighestRate || format.blockAlign < 1)
+    if (format.channels < 1 || format.channels > 64 || rate < kLowestRate || rate > kHighestRate ||
+        format.blockAlign < 1)
         return std::nullopt;
     format.sampleRate = int(rate);
     const bool wholeFrames = format.blockAlign % format.channels == 0;
     format.bytesPerSample = format.blockAlign / format.channels;
     switch (tag) {
-    case 1:
-        format.coding = WaveFormat::Coding::Integer;
-        if (!wholeFrames || format.bytesPerSample > 4 || format.bytesPerSample < 1 || format.bitsPerSample < 1
-            || format.bitsPerSample > format.bytesPerSample * 8)
-            return std::nullopt;
-        return format;
-    case 3:
-        format.coding = WaveFormat::Coding::Float;
-        if (!wholeFrames || (format.bytesPerSample != 4 && format.bytesPerSample != 8))
-            return std::nullopt;
-        return format;
-    case 6:
-    case 7:
-        format.coding = tag == 6 ? WaveFormat::Coding::ALaw : WaveFormat::Coding::MuLaw;
-        if (!wholeFrames || format.bytesPerSample != 1)
-            return std::nullopt;
-        return format;
-    case 2:
-    case 0x11: {
-        format.coding = tag == 2 ? WaveFormat::Coding::MsAdpcm : WaveFormat::Coding::ImaAdpcm;
-        if (format.channels > 2 || format.bitsPerSample != 4)
-            return std::nullopt;
-        const int head = (tag == 2 ? 7 : 4) * format.channels;
-        if (format.blockAlign <= head)
-            return std::nullopt;
-        // The number of samples of a block follows from its size; what the file tells is not needed.
-        format.samplesPerBlock = tag == 2 ? (format.blockAlign - head) * 2 / format.channels + 2
-                                          : (format.blockAlign - head) / (4 * format.channels) * 8 + 1;
-        return format;
-    }
-    default:
-        return std::nullopt;
+        case 1:
+            format.coding = WaveFormat::Coding::Integer;
+            if (!wholeFrames || format.bytesPerSample > 4 || format.bytesPerSample < 1 || format.bitsPerSample < 1 ||
+                format.bitsPerSample > format.bytesPerSample * 8)
+                return std::nullopt;
+            return format;
+        case 3:
+            format.coding = WaveFormat::Coding::Float;
+            if (!wholeFrames || (format.bytesPerSample != 4 && format.bytesPerSample != 8)) return std::nullopt;
+            return format;
+        case 6:
+        case 7:
+            format.coding = tag == 6 ? WaveFormat::Coding::ALaw : WaveFormat::Coding::MuLaw;
+            if (!wholeFrames || format.bytesPerSample != 1) return std::nullopt;
+            return format;
+        case 2:
+        case 0x11: {
+            format.coding = tag == 2 ? WaveFormat::Coding::MsAdpcm : WaveFormat::Coding::ImaAdpcm;
+            if (format.channels > 2 || format.bitsPerSample != 4) return std::nullopt;
+            const int head = (tag == 2 ? 7 : 4) * format.channels;
+            if (format.blockAlign <= head) return std::nullopt;
+            // The number of samples of a block follows from its size; what the file tells is not needed.
+            format.samplesPerBlock = tag == 2 ? (format.blockAlign - head) * 2 / format.channels + 2
+                                              : (format.blockAlign - head) / (4 * format.channels) * 8 + 1;
+            return format;
+        }
+        default: return std::nullopt;
     }
 }
 
-StereoMix::StereoMix(int channels, uint32_t mask) : channels_(std::clamp(channels, 1, 64))
-{
+StereoMix::StereoMix(int channels, uint32_t mask) : channels_(std::clamp(channels, 1, 64)) {
     if (std::popcount(mask) < channels_)
         mask = size_t(channels_) < kUsualMasks.size() ? kUsualMasks[size_t(channels_)] : 0;
     constexpr float kHalfPower = 0.70710678f;
@@ -132,17 +120,16 @@ StereoMix::StereoMix(int channels, uint32_t mask) : channels_(std::clamp(channel
         float& left = left_[channel];
         float& right = right_[channel];
         switch (side) {
-        case Left: left = 1; break;
-        case Right: right = 1; break;
-        case Centre: left = right = kHalfPower; break;
-        case Bass: break;
-        case LeftSurround: left = kHalfPower; break;
-        case RightSurround: right = kHalfPower; break;
-        case MiddleSurround: left = right = 0.5f; break;
+            case Left: left = 1; break;
+            case Right: right = 1; break;
+            case Centre: left = right = kHalfPower; break;
+            case Bass: break;
+            case LeftSurround: left = kHalfPower; break;
+            case RightSurround: right = kHalfPower; break;
+            case MiddleSurround: left = right = 0.5f; break;
         }
     }
-    if (channels_ == 1)
-        left_[0] = right_[0] = 1;
+    if (channels_ == 1) left_[0] = right_[0] = 1;
     float sumLeft = 0, sumRight = 0;
     for (int channel = 0; channel < channels_; ++channel) {
         sumLeft += left_[channel];
@@ -156,8 +143,7 @@ StereoMix::StereoMix(int channels, uint32_t mask) : channels_(std::clamp(channel
     }
 }
 
-void StereoMix::mix(std::span<const float> frames, std::span<float> stereo) const
-{
+void StereoMix::mix(std::span<const float> frames, std::span<float> stereo) const {
     const size_t count = std::min(frames.size() / size_t(channels_), stereo.size() / 2);
     if (channels_ <= 2) {
         const size_t second = size_t(channels_) - 1;
@@ -179,8 +165,7 @@ void StereoMix::mix(std::span<const float> frames, std::span<float> stereo) cons
     }
 }
 
-void samplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<float> samples)
-{
+void samplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<float> samples) {
     const auto each = [&](auto convert) {
         for (float& sample : samples) {
             sample = convert(bytes);
@@ -188,37 +173,32 @@ void samplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<fl
         }
     };
     switch (format.coding) {
-    case WaveFormat::Coding::ALaw:
-        return each([](const uint8_t* p) { return float(expandALaw(*p)) / 32768.0f; });
-    case WaveFormat::Coding::MuLaw:
-        return each([](const uint8_t* p) { return float(expandMuLaw(*p)) / 32768.0f; });
-    case WaveFormat::Coding::Float:
-        if (format.bytesPerSample == 8)
+        case WaveFormat::Coding::ALaw: return each([](const uint8_t* p) { return float(expandALaw(*p)) / 32768.0f; });
+        case WaveFormat::Coding::MuLaw: return each([](const uint8_t* p) { return float(expandMuLaw(*p)) / 32768.0f; });
+        case WaveFormat::Coding::Float:
+            if (format.bytesPerSample == 8)
+                return each([](const uint8_t* p) {
+                    double value;
+                    std::memcpy(&value, p, 8);
+                    return std::isfinite(value) ? float(std::clamp(value, -8.0, 8.0)) : 0.0f;
+                });
             return each([](const uint8_t* p) {
-                double value;
-                std::memcpy(&value, p, 8);
-                return std::isfinite(value) ? float(std::clamp(value, -8.0, 8.0)) : 0.0f;
+                float value;
+                std::memcpy(&value, p, 4);
+                return std::isfinite(value) ? std::clamp(value, -8.0f, 8.0f) : 0.0f;
             });
-        return each([](const uint8_t* p) {
-            float value;
-            std::memcpy(&value, p, 4);
-            return std::isfinite(value) ? std::clamp(value, -8.0f, 8.0f) : 0.0f;
-        });
-    default:
-        break;
+        default: break;
     }
     switch (format.bytesPerSample) {
-    case 1:
-        return each([](const uint8_t* p) { return float(int(*p) - 128) / 128.0f; });
-    case 2:
-        return each([](const uint8_t* p) { return float(int16_t(littleEndian16(p))) / 32768.0f; });
-    case 3:
-        return each([](const uint8_t* p) {
-            return float(int32_t(uint32_t(p[0]) << 8 | uint32_t(p[1]) << 16 | uint32_t(p[2]) << 24) >> 8) / 8388608.0f;
-        });
-    default:
-        return each([](const uint8_t* p) { return float(double(int32_t(littleEndian32(p))) / 2147483648.0); });
+        case 1: return each([](const uint8_t* p) { return float(int(*p) - 128) / 128.0f; });
+        case 2: return each([](const uint8_t* p) { return float(int16_t(littleEndian16(p))) / 32768.0f; });
+        case 3:
+            return each([](const uint8_t* p) {
+                return float(int32_t(uint32_t(p[0]) << 8 | uint32_t(p[1]) << 16 | uint32_t(p[2]) << 24) >> 8) /
+                       8388608.0f;
+            });
+        default: return each([](const uint8_t* p) { return float(double(int32_t(littleEndian32(p))) / 2147483648.0); });
     }
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

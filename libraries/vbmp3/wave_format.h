@@ -20,7 +20,7 @@ struct WaveFormat {
 
     bool plainPcm() const { return coding == Coding::Integer || coding == Coding::Float; }
     bool adpcm() const { return coding == Coding::MsAdpcm || coding == Coding::ImaAdpcm; }
-    const char* name() const; // "WAVE_FORMAT_PCM"
+    const char* name() const;  // "WAVE_FORMAT_PCM"
 };
 
 // Nothing for a coding that cannot be decoded or numbers that contradict each other.
@@ -29,11 +29,11 @@ std::optional<WaveFormat> parseWaveFormat(std::span<const uint8_t> fmtChunk);
 // Mixes frames of any number of channels down to stereo: mono goes to both sides; of more channels the centre and the
 // surrounds are added at -3 dB (ITU-R BS.775) and the sum is scaled so that it cannot clip. Bass channels are left out.
 class StereoMix {
-public:
+  public:
     StereoMix(int channels, uint32_t channelMask);
     void mix(std::span<const float> frames, std::span<float> stereo) const;
 
-private:
+  private:
     int channels_;
     float left_[64] = {};
     float right_[64] = {};
@@ -42,4 +42,4 @@ private:
 // Turns `samples` of bytesPerSample bytes each into floats from -1 to 1; 16-bit values come out as value / 32768.
 void samplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<float> samples);
 
-} // namespace vbmp3
+}  // namespace vbmp3

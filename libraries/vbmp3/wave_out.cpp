@@ -13,13 +13,11 @@ namespace vbmp3 {
 namespace {
 
 class WaveOutput final : public Output {
-public:
+  public:
     ~WaveOutput() override { close(); }
 
-    OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override
-    {
-        if (waveOutGetNumDevs() == 0)
-            return OutputError::NoDevice;
+    OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override {
+        if (waveOutGetNumDevs() == 0) return OutputError::NoDevice;
         const UINT device = settings.device < 0 ? WAVE_MAPPER : UINT(settings.device);
         float_ = true;
         MMRESULT result = tryOpen(device, sampleRate, waker);
@@ -27,15 +25,13 @@ public:
             float_ = false;
             result = tryOpen(device, sampleRate, waker);
         }
-        if (result == MMSYSERR_BADDEVICEID && device != WAVE_MAPPER) // the chosen one has been unplugged
+        if (result == MMSYSERR_BADDEVICEID && device != WAVE_MAPPER)  // the chosen one has been unplugged
             result = tryOpen(WAVE_MAPPER, sampleRate, waker);
-        if (result == MMSYSERR_ALLOCATED)
-            return OutputError::Busy;
-        if (result != MMSYSERR_NOERROR)
-            return OutputError::NoDevice;
+        if (result == MMSYSERR_ALLOCATED) return OutputError::Busy;
+        if (result != MMSYSERR_NOERROR) return OutputError::NoDevice;
 
         frameBytes_ = float_ ? 8 : 4;
-        const int bufferMs = std::clamp(settings.bufferMs / 4, 10, 50); // each one wakes when it has been played
+        const int bufferMs = std::clamp(settings.bufferMs / 4, 10, 50);  // each one wakes when it has been played
         bufferFrames_ = std::max<size_t>(64, size_t(sampleRate) * size_t(bufferMs) / 1000);
         const size_t count = std::max<size_t>(3, size_t(settings.bufferMs / bufferMs));
         memory_.resize(count * bufferFrames_ * frameBytes_);
@@ -45,21 +41,18 @@ public:
             header = {};
             header.lpData = reinterpret_cast<LPSTR>(memory_.data() + i * bufferFrames_ * frameBytes_);
             header.dwBufferLength = DWORD(bufferFrames_ * frameBytes_);
-            if (waveOutPrepareHeader(device_, &header, sizeof header) != MMSYSERR_NOERROR)
-                return OutputError::NoDevice;
+            if (waveOutPrepareHeader(device_, &header, sizeof header) != MMSYSERR_NOERROR) return OutputError::NoDevice;
         }
         waveOutPause(device_);
         return OutputError::None;
     }
 
-    size_t room() override
-    {
+    size_t room() override {
         reclaim();
         return (headers_.size() - queued_) * bufferFrames_ - filled_;
     }
 
-    void write(std::span<const float> stereo) override
-    {
+    void write(std::span<const float> stereo) override {
         size_t frames = stereo.size() / 2;
         const float* from = stereo.data();
         while (frames > 0 && queued_ < headers_.size()) {
@@ -67,40 +60,28 @@ public:
             char* to = headers_[next_].lpData + filled_ * frameBytes_;
             if (float_) {
                 auto* out = reinterpret_cast<float*>(to);
-                for (size_t i = 0; i < 2 * count; ++i)
-                    out[i] = std::clamp(from[i], -1.0f, 1.0f);
+                for (size_t i = 0; i < 2 * count; ++i) out[i] = std::clamp(from[i], -1.0f, 1.0f);
             } else {
                 auto* out = reinterpret_cast<int16_t*>(to);
-                for (size_t i = 0; i < 2 * count; ++i)
-                    out[i] = toInt16(from[i]);
+                for (size_t i = 0; i < 2 * count; ++i) out[i] = toInt16(from[i]);
             }
             filled_ += count;
             from += 2 * count;
             frames -= count;
             written_ += int64_t(count);
-            if (filled_ == bufferFrames_)
-                submit();
+            if (filled_ == bufferFrames_) submit();
         }
     }
 
-    void start() override
-    {
-        waveOutRestart(device_);
+    void start() override { waveOutRestart(device_); }
+
+    void pause() override { waveOutPause(device_); }
+
+    void drain() override {
+        if (filled_ > 0) submit();
     }
 
-    void pause() override
-    {
-        waveOutPause(device_);
-    }
-
-    void drain() override
-    {
-        if (filled_ > 0)
-            submit();
-    }
-
-    void flush() override
-    {
+    void flush() override {
         waveOutReset(device_);
         waveOutPause(device_);
         queued_ = filled_ = next_ = oldest_ = 0;
@@ -108,8 +89,7 @@ public:
         lastRaw_ = rawPosition();
     }
 
-    int64_t played() override
-    {
+    int64_t played() override {
         reclaim();
         // The counter has 32 bits and may be in bytes; only its differences count.
         const DWORD raw = rawPosition();
@@ -128,9 +108,8 @@ public:
 
     bool lost() override { return failed_; }
 
-private:
-    MMRESULT tryOpen(UINT device, int sampleRate, Waker& waker)
-    {
+  private:
+    MMRESULT tryOpen(UINT device, int sampleRate, Waker& waker) {
         WAVEFORMATEX format{};
         format.wFormatTag = float_ ? WAVE_FORMAT_IEEE_FLOAT : WAVE_FORMAT_PCM;
         format.nChannels = 2;
@@ -141,40 +120,33 @@ private:
         return waveOutOpen(&device_, device, &format, DWORD_PTR(waker.event()), 0, CALLBACK_EVENT);
     }
 
-    void close()
-    {
-        if (device_ == nullptr)
-            return;
+    void close() {
+        if (device_ == nullptr) return;
         waveOutReset(device_);
-        for (WAVEHDR& header : headers_)
-            waveOutUnprepareHeader(device_, &header, sizeof header);
+        for (WAVEHDR& header : headers_) waveOutUnprepareHeader(device_, &header, sizeof header);
         waveOutClose(device_);
         device_ = nullptr;
     }
 
-    void submit()
-    {
+    void submit() {
         WAVEHDR& header = headers_[next_];
         header.dwBufferLength = DWORD(filled_ * frameBytes_);
         header.dwFlags &= ~DWORD(WHDR_DONE);
-        if (waveOutWrite(device_, &header, sizeof header) != MMSYSERR_NOERROR)
-            failed_ = true;
+        if (waveOutWrite(device_, &header, sizeof header) != MMSYSERR_NOERROR) failed_ = true;
         submitted_ += int64_t(filled_);
         filled_ = 0;
         ++queued_;
         next_ = (next_ + 1) % headers_.size();
     }
 
-    void reclaim()
-    {
+    void reclaim() {
         while (queued_ > 0 && (*static_cast<volatile DWORD*>(&headers_[oldest_].dwFlags) & WHDR_DONE) != 0) {
             oldest_ = (oldest_ + 1) % headers_.size();
             --queued_;
         }
     }
 
-    DWORD rawPosition()
-    {
+    DWORD rawPosition() {
         MMTIME time{};
         time.wType = TIME_SAMPLES;
         if (waveOutGetPosition(device_, &time, sizeof time) != MMSYSERR_NOERROR) {
@@ -193,20 +165,20 @@ private:
     size_t bufferFrames_ = 0;
     std::vector<char> memory_;
     std::vector<WAVEHDR> headers_;
-    size_t next_ = 0;     // being filled
-    size_t oldest_ = 0;   // of those with the device
-    size_t queued_ = 0;   // with the device
-    size_t filled_ = 0;   // frames in the one being filled
-    int64_t written_ = 0; // frames
+    size_t next_ = 0;      // being filled
+    size_t oldest_ = 0;    // of those with the device
+    size_t queued_ = 0;    // with the device
+    size_t filled_ = 0;    // frames in the one being filled
+    int64_t written_ = 0;  // frames
     int64_t submitted_ = 0;
     int64_t played_ = 0;
     int64_t carry_ = 0;
     DWORD lastRaw_ = 0;
 };
 
-} // namespace
+}  // namespace
 
 std::unique_ptr<Output> makeDeviceOutput() { return std::make_unique<WaveOutput>(); }
 int deviceCount() { return int(waveOutGetNumDevs()); }
 
-} // namespace vbmp3
+}  // namespace vbmp3

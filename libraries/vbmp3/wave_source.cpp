@@ -10,20 +10,20 @@ namespace vbmp3 {
 namespace {
 
 class PcmSource final : public Source {
-public:
+  public:
     PcmSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info)
-        : file_(std::move(file)), reader_(*file_), format_(*info.wave), begin_(info.data.begin), frames_(info.frames),
-          mix_(format_.channels, format_.channelMask)
-    {
-    }
+        : file_(std::move(file)),
+          reader_(*file_),
+          format_(*info.wave),
+          begin_(info.data.begin),
+          frames_(info.frames),
+          mix_(format_.channels, format_.channelMask) {}
 
     int sampleRate() const override { return format_.sampleRate; }
 
-    size_t read(std::span<float> stereo) override
-    {
+    size_t read(std::span<float> stereo) override {
         const int64_t wanted = std::min<int64_t>({int64_t(stereo.size() / 2), frames_ - position_, kMostFrames});
-        if (wanted <= 0)
-            return 0;
+        if (wanted <= 0) return 0;
         const size_t align = size_t(format_.blockAlign);
         const auto bytes = reader_.view(begin_ + position_ * format_.blockAlign, size_t(wanted) * align);
         const size_t count = std::min(size_t(wanted), bytes.size() / align);
@@ -36,7 +36,7 @@ public:
 
     void seek(int64_t frame) override { position_ = std::clamp<int64_t>(frame, 0, frames_); }
 
-private:
+  private:
     static constexpr int64_t kMostFrames = 4096;
 
     std::shared_ptr<const ByteSource> file_;
@@ -50,19 +50,19 @@ private:
 };
 
 class AdpcmSource final : public Source {
-public:
+  public:
     AdpcmSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info)
-        : file_(std::move(file)), reader_(*file_), format_(*info.wave), data_(info.data), frames_(info.frames),
-          mix_(format_.channels, 0)
-    {
-    }
+        : file_(std::move(file)),
+          reader_(*file_),
+          format_(*info.wave),
+          data_(info.data),
+          frames_(info.frames),
+          mix_(format_.channels, 0) {}
 
     int sampleRate() const override { return format_.sampleRate; }
 
-    size_t read(std::span<float> stereo) override
-    {
-        if (position_ >= frames_)
-            return 0;
+    size_t read(std::span<float> stereo) override {
+        if (position_ >= frames_) return 0;
         const int64_t block = position_ / format_.samplesPerBlock;
         if (block != block_) {
             const int64_t offset = block * format_.blockAlign;
@@ -75,8 +75,7 @@ public:
         const size_t channels = size_t(format_.channels);
         const size_t at = size_t(position_ - block * format_.samplesPerBlock);
         const size_t there = samples_.size() / channels;
-        if (at >= there)
-            return 0;
+        if (at >= there) return 0;
         const size_t count = std::min(stereo.size() / 2, there - at);
         mix_.mix(std::span(samples_).subspan(at * channels, count * channels), stereo.first(count * 2));
         position_ += int64_t(count);
@@ -85,7 +84,7 @@ public:
 
     void seek(int64_t frame) override { position_ = std::clamp<int64_t>(frame, 0, frames_); }
 
-private:
+  private:
     std::shared_ptr<const ByteSource> file_;
     BlockReader reader_;
     WaveFormat format_;
@@ -97,13 +96,11 @@ private:
     int64_t position_ = 0;
 };
 
-} // namespace
+}  // namespace
 
-std::unique_ptr<Source> openWaveSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info)
-{
-    if (info.wave->adpcm())
-        return std::make_unique<AdpcmSource>(std::move(file), info);
+std::unique_ptr<Source> openWaveSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
+    if (info.wave->adpcm()) return std::make_unique<AdpcmSource>(std::move(file), info);
     return std::make_unique<PcmSource>(std::move(file), info);
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

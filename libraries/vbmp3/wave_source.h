@@ -7,4 +7,4 @@ namespace vbmp3 {
 
 std::unique_ptr<Source> openWaveSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info);
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -11,31 +11,26 @@ constexpr uint64_t kHeadBytes = 80;
 constexpr size_t kBufferSamples = 1 << 17;
 constexpr uint32_t kSeeDs64 = 0xFFFFFFFF;
 
-} // namespace
+}  // namespace
 
-std::unique_ptr<WaveWriter> WaveWriter::begin(const std::string& path, int sampleRate, int channels, uint64_t largest)
-{
+std::unique_ptr<WaveWriter> WaveWriter::begin(const std::string& path, int sampleRate, int channels, uint64_t largest) {
     std::unique_ptr<WaveWriter> self(new WaveWriter);
     self->file_ = FileTransaction::begin(path);
-    if (!self->file_)
-        return nullptr;
+    if (!self->file_) return nullptr;
     self->sampleRate_ = sampleRate;
     self->channels_ = channels;
     self->largest_ = largest;
     return self->file_->write(self->head()) ? std::move(self) : nullptr;
 }
 
-std::vector<uint8_t> WaveWriter::head() const
-{
+std::vector<uint8_t> WaveWriter::head() const {
     std::vector<uint8_t> bytes;
     bytes.reserve(kHeadBytes);
     const auto text = [&](const char* id) {
-        for (int i = 0; i < 4; ++i)
-            bytes.push_back(uint8_t(id[i]));
+        for (int i = 0; i < 4; ++i) bytes.push_back(uint8_t(id[i]));
     };
     const auto number = [&](uint64_t value, int count) {
-        for (int i = 0; i < count; ++i)
-            bytes.push_back(uint8_t(value >> 8 * i));
+        for (int i = 0; i < count; ++i) bytes.push_back(uint8_t(value >> 8 * i));
     };
     const bool large = dataBytes_ > largest_;
     const uint64_t riffBytes = kHeadBytes - 8 + dataBytes_;
@@ -62,8 +57,7 @@ std::vector<uint8_t> WaveWriter::head() const
     return bytes;
 }
 
-bool WaveWriter::write(std::span<const int16_t> samples)
-{
+bool WaveWriter::write(std::span<const int16_t> samples) {
     // Decoders give a frame at a time; the system is asked for larger pieces.
     dataBytes_ += samples.size_bytes();
     if (buffer_.size() + samples.size() <= kBufferSamples) {
@@ -73,13 +67,11 @@ bool WaveWriter::write(std::span<const int16_t> samples)
     return writeOut(buffer_) && (buffer_.clear(), writeOut(samples));
 }
 
-bool WaveWriter::writeOut(std::span<const int16_t> samples)
-{
+bool WaveWriter::writeOut(std::span<const int16_t> samples) {
     return file_->write({reinterpret_cast<const uint8_t*>(samples.data()), samples.size_bytes()});
 }
 
-FileTransaction::Error WaveWriter::commit()
-{
+FileTransaction::Error WaveWriter::commit() {
     writeOut(buffer_);
     file_->writeAt(0, head());
     const FileTransaction::Error error = file_->commit();
@@ -87,4 +79,4 @@ FileTransaction::Error WaveWriter::commit()
     return error;
 }
 
-} // namespace vbmp3
+}  // namespace vbmp3

@@ -13,14 +13,14 @@
 namespace vbmp3 {
 
 class WaveWriter {
-public:
+  public:
     // Null when nothing can be written there. `largest` is the length of the data over which the file becomes RF64.
     static std::unique_ptr<WaveWriter> begin(const std::string& path, int sampleRate, int channels,
                                              uint64_t largest = 0xFFFFFF00);
     bool write(std::span<const int16_t> samples);
-    FileTransaction::Error commit(); // completes the head and puts the file in its place
+    FileTransaction::Error commit();  // completes the head and puts the file in its place
 
-private:
+  private:
     WaveWriter() = default;
     std::vector<uint8_t> head() const;
     bool writeOut(std::span<const int16_t> samples);
@@ -33,4 +33,4 @@ private:
     std::vector<int16_t> buffer_;
 };
 
-} // namespace vbmp3
+}  // namespace vbmp3

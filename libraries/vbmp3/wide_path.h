@@ -8,4 +8,4 @@ namespace vbmp3 {
 // UTF-16 with backslashes; made absolute and prefixed when it is too long for the plain calls (260 characters).
 std::wstring widePath(const std::string& utf8);
 
-} // namespace vbmp3
+}  // namespace vbmp3

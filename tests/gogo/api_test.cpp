@@ -8,11 +8,10 @@ using namespace gogo::test;
 namespace {
 
 class Api : public testing::Test {
-protected:
+  protected:
     ~Api() override { MPGE_endCoderVB(); }
     // A work area for a file of music, not opened yet.
-    void begin(int rate, int64_t frames)
-    {
+    void begin(int rate, int64_t frames) {
         const std::string source = dir.write("音.wav", wave(music(rate, 2, frames), rate, 2));
         ASSERT_EQ(MPGE_initializeWorkVB(), GOGO_OK);
         EXPECT_EQ(MPGE_setConfigureVB(1, 0, source.c_str()), GOGO_OK);
@@ -22,8 +21,7 @@ protected:
     const std::string result = dir.path("結果.mp3");
 };
 
-TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame)
-{
+TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame) {
     for (int run = 0; run < 2; ++run) {
         begin(48000, 50000);
         for (const auto& [item, value] : {std::pair{6, 44100}, {3, 2}, {18, 4}, {4, 32}})
@@ -32,8 +30,7 @@ TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame)
         int32_t frames = 0;
         ASSERT_EQ(MPGE_getConfigureVB(15, &frames), GOGO_OK);
         EXPECT_EQ(frames, 41);
-        for (int32_t i = 1; i < frames; ++i)
-            ASSERT_EQ(MPGE_processFrameVB(), GOGO_OK) << i;
+        for (int32_t i = 1; i < frames; ++i) ASSERT_EQ(MPGE_processFrameVB(), GOGO_OK) << i;
         EXPECT_EQ(MPGE_processFrameVB(), GOGO_FINISHED);
         EXPECT_EQ(MPGE_processFrameVB(), GOGO_ERROR_STATE);
         EXPECT_EQ(decodeByMpg123(result).frames(), 45938);
@@ -42,8 +39,7 @@ TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame)
     }
 }
 
-TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors)
-{
+TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors) {
     int32_t value = 0;
     EXPECT_EQ(MPGE_setConfigureVB(4, 128, nullptr), GOGO_ERROR_STATE);
     EXPECT_EQ(MPGE_detectConfigureVB(), GOGO_ERROR_STATE);
@@ -55,9 +51,12 @@ TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors)
     EXPECT_EQ(MPGE_processFrameVB(), GOGO_ERROR_STATE);
     EXPECT_EQ(MPGE_detectConfigureVB(), GOGO_ERROR_SOURCE);
     EXPECT_EQ(MPGE_getConfigureVB(15, &value), GOGO_ERROR_STATE);
-    const struct { int32_t item, value; const char* text; } wrong[] = {
-        {1, 0, nullptr}, {2, 0, ""}, {3, 3, nullptr}, {3, -1, nullptr}, {4, 7, nullptr}, {4, 321, nullptr}, {6, 44000, nullptr},
-        {15, 1, nullptr}, {18, 10, nullptr}, {18, -1, nullptr}, {99, 0, nullptr}};
+    const struct {
+        int32_t item, value;
+        const char* text;
+    } wrong[] = {{1, 0, nullptr},   {2, 0, ""},        {3, 3, nullptr},     {3, -1, nullptr},
+                 {4, 7, nullptr},   {4, 321, nullptr}, {6, 44000, nullptr}, {15, 1, nullptr},
+                 {18, 10, nullptr}, {18, -1, nullptr}, {99, 0, nullptr}};
     for (const auto& w : wrong)
         EXPECT_EQ(MPGE_setConfigureVB(w.item, w.value, w.text), GOGO_ERROR_ARGUMENT) << w.item << " " << w.value;
     EXPECT_EQ(MPGE_getConfigureVB(4, nullptr), GOGO_ERROR_ARGUMENT);
@@ -70,8 +69,7 @@ TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors)
     EXPECT_STREQ(version, QUENLOX_VERSION);
 }
 
-TEST_F(Api, ClosingHalfWayLeavesNothing)
-{
+TEST_F(Api, ClosingHalfWayLeavesNothing) {
     begin(44100, 200000);
     ASSERT_EQ(MPGE_detectConfigureVB(), GOGO_OK);
     EXPECT_EQ(MPGE_setConfigureVB(4, 96, nullptr), GOGO_ERROR_STATE);
@@ -80,4 +78,4 @@ TEST_F(Api, ClosingHalfWayLeavesNothing)
     EXPECT_EQ(dir.names().size(), 1u);
 }
 
-} // namespace
+}  // namespace

@@ -4,10 +4,10 @@
 #include <set>
 
 #include <gtest/gtest.h>
-#include <csignal>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <csignal>
 
 #include "libraries/gogo/info_frame.h"
 #include "libraries/vbmp3/mpeg_header.h"
@@ -19,9 +19,8 @@ using namespace gogo::test;
 namespace {
 
 class Encoding : public testing::Test {
-protected:
-    Settings settings(int bitRate = 128, int frequency = 44100)
-    {
+  protected:
+    Settings settings(int bitRate = 128, int frequency = 44100) {
         Settings s;
         s.source = source;
         s.destination = result;
@@ -29,8 +28,7 @@ protected:
         s.frequency = frequency;
         return s;
     }
-    void write(const Samples& samples, int rate = 44100, int channels = 2)
-    {
+    void write(const Samples& samples, int rate = 44100, int channels = 2) {
         dir.write(source, wave(samples, rate, channels));
     }
 
@@ -39,8 +37,7 @@ protected:
 };
 
 // The forms that a WAVE file may have are the concern of the library that reads them.
-TEST_F(Encoding, SoundChannelsAndExactLengthAreKept)
-{
+TEST_F(Encoding, SoundChannelsAndExactLengthAreKept) {
     const struct {
         int channels;
         ChannelMode mode;
@@ -57,18 +54,16 @@ TEST_F(Encoding, SoundChannelsAndExactLengthAreKept)
         ASSERT_EQ(heard.channels, c.heard);
         ASSERT_EQ(heard.frames(), 30011);
         if (c.heard < c.channels) {
-            for (size_t i = 0; i < 30011; ++i)
-                sound[i] = (sound[2 * i] + sound[2 * i + 1]) / 2;
+            for (size_t i = 0; i < 30011; ++i) sound[i] = (sound[2 * i] + sound[2 * i + 1]) / 2;
         }
         EXPECT_LT(differenceDb(sound, heard.samples, c.heard, 0, 30011), -15);
     }
 }
 
-TEST_F(Encoding, MoreThanTwoChannelsAreMixedDown)
-{
+TEST_F(Encoding, MoreThanTwoChannelsAreMixedDown) {
     Samples six(6 * 20000), wanted(2 * 20000);
     for (size_t i = 0; i < 20000; ++i) {
-        six[6 * i + 2] = float(0.5 * std::sin(double(i) * 0.06)); // centre
+        six[6 * i + 2] = float(0.5 * std::sin(double(i) * 0.06));  // centre
         wanted[2 * i] = wanted[2 * i + 1] = six[6 * i + 2] * 0.293f;
     }
     write(six, 44100, 6);
@@ -79,12 +74,10 @@ TEST_F(Encoding, MoreThanTwoChannelsAreMixedDown)
     EXPECT_LT(differenceDb(wanted, heard.samples, 2, 5000, 15000), -25);
 }
 
-TEST_F(Encoding, EveryFrequencyIsReachedFromEveryOtherWithoutAShift)
-{
+TEST_F(Encoding, EveryFrequencyIsReachedFromEveryOtherWithoutAShift) {
     const auto twoSeconds = [](int rate) {
         Samples sound(size_t(rate) * 2);
-        for (size_t i = 0; i < sound.size(); ++i)
-            sound[i] = float(0.4 * std::sin(2 * M_PI * 440 * double(i) / rate));
+        for (size_t i = 0; i < sound.size(); ++i) sound[i] = float(0.4 * std::sin(2 * M_PI * 440 * double(i) / rate));
         return sound;
     };
     for (const int from : {8000, 22050, 44100, 48000, 96000}) {
@@ -100,10 +93,11 @@ TEST_F(Encoding, EveryFrequencyIsReachedFromEveryOtherWithoutAShift)
     }
 }
 
-TEST_F(Encoding, BitRatesAreTheNearestThatTheFrequencyAllows)
-{
+TEST_F(Encoding, BitRatesAreTheNearestThatTheFrequencyAllows) {
     write(music(44100, 2, 20000));
-    struct { int asked, frequency, got; } const cases[] = {{320, 44100, 320}, {32, 48000, 32}, {320, 22050, 160}, {96, 32000, 96}};
+    struct {
+        int asked, frequency, got;
+    } const cases[] = {{320, 44100, 320}, {32, 48000, 32}, {320, 22050, 160}, {96, 32000, 96}};
     for (const auto& c : cases) {
         ASSERT_GT(encode(settings(c.asked, c.frequency)), 0);
         const Bytes file = readBytes(result);
@@ -117,8 +111,7 @@ TEST_F(Encoding, BitRatesAreTheNearestThatTheFrequencyAllows)
     }
 }
 
-TEST_F(Encoding, VariableBitRateKeepsToItsLeast)
-{
+TEST_F(Encoding, VariableBitRateKeepsToItsLeast) {
     Samples sound = music(44100, 2, 60000);
     std::fill(sound.begin(), sound.begin() + 2 * 20000, 0.0f);
     write(sound);
@@ -142,8 +135,7 @@ TEST_F(Encoding, VariableBitRateKeepsToItsLeast)
     }
 }
 
-TEST_F(Encoding, TheInformationFrameIsTrue)
-{
+TEST_F(Encoding, TheInformationFrameIsTrue) {
     write(music(44100, 2, 100000));
     const int64_t frames = encode(settings());
     const Bytes file = readBytes(result);
@@ -163,8 +155,7 @@ TEST_F(Encoding, TheInformationFrameIsTrue)
     EXPECT_EQ(big16(end - 2), crc16(0, std::span(file).first(end - 2)));
 }
 
-TEST_F(Encoding, ACancelledOrFailedRunLeavesTheOldFile)
-{
+TEST_F(Encoding, ACancelledOrFailedRunLeavesTheOldFile) {
     write(music(44100, 2, 44100 * 40));
     const Bytes old{1, 2, 3};
     dir.write(result, old);
@@ -179,8 +170,7 @@ TEST_F(Encoding, ACancelledOrFailedRunLeavesTheOldFile)
         auto coder = opened(2);
         ASSERT_TRUE(coder);
         EXPECT_EQ(coder->frames(), 1533);
-        for (int i = 0; i < frames; ++i)
-            ASSERT_EQ(coder->processFrame(), Error::None);
+        for (int i = 0; i < frames; ++i) ASSERT_EQ(coder->processFrame(), Error::None);
         EXPECT_EQ(readBytes(result), old);
         coder.reset();
         EXPECT_TRUE(isAsBefore()) << frames;
@@ -190,15 +180,13 @@ TEST_F(Encoding, ACancelledOrFailedRunLeavesTheOldFile)
     ASSERT_TRUE(coder);
     std::filesystem::resize_file(source, 1000);
     Error failed = Error::None;
-    for (int i = 0; i < 1533 && failed == Error::None; ++i)
-        failed = coder->processFrame();
+    for (int i = 0; i < 1533 && failed == Error::None; ++i) failed = coder->processFrame();
     EXPECT_EQ(failed, Error::Source);
     EXPECT_EQ(coder->processFrame(), Error::State);
     EXPECT_TRUE(isAsBefore());
 }
 
-TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile)
-{
+TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile) {
     using namespace vbmp3::test;
     const auto failure = [&](const std::string& destination) {
         Settings s = settings();
@@ -207,9 +195,9 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile)
     };
     EXPECT_EQ(failure(result), Error::Source);
     const Bytes sound = wave(music(44100, 2, 3000), 44100, 2);
-    for (const Bytes& bytes : {Bytes{}, Bytes(3000, 'x'), mp3File(44100, 2, std::vector<int16_t>(20000)),
-                               wave({}, 44100, 2), waveFile(500, 2, std::vector<int16_t>(6000)),
-                               waveFile(pcmFmt(0x161, 2, 44100, 16), Bytes(2000))}) {
+    for (const Bytes& bytes :
+         {Bytes{}, Bytes(3000, 'x'), mp3File(44100, 2, std::vector<int16_t>(20000)), wave({}, 44100, 2),
+          waveFile(500, 2, std::vector<int16_t>(6000)), waveFile(pcmFmt(0x161, 2, 44100, 16), Bytes(2000))}) {
         dir.write(source, bytes);
         EXPECT_EQ(failure(result), Error::Format) << bytes.size();
     }
@@ -226,14 +214,13 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile)
     EXPECT_EQ(readBytes(locked), Bytes{1});
 }
 
-TEST_F(Encoding, AFullDiskIsAnErrorAndLeavesNothing)
-{
+TEST_F(Encoding, AFullDiskIsAnErrorAndLeavesNothing) {
     // A file size limit of the process stands in for the disk's.
     write(music(44100, 2, 44100 * 30));
     const pid_t child = fork();
     if (child == 0) {
         signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit {200000, 200000};
+        const struct rlimit limit { 200000, 200000 };
         setrlimit(RLIMIT_FSIZE, &limit);
         _exit(encode(settings()) == -int64_t(Error::Destination) ? 0 : 1);
     }
@@ -243,4 +230,4 @@ TEST_F(Encoding, AFullDiskIsAnErrorAndLeavesNothing)
     EXPECT_EQ(dir.names(), (std::set<std::string>{"source.wav"}));
 }
 
-} // namespace
+}  // namespace

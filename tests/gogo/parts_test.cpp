@@ -19,8 +19,7 @@ namespace {
 constexpr int64_t kLength = 1152 * 2600;
 
 // By one encoder from front to back.
-Samples oneEncoder(const TempDir& dir, const Samples& sound, const Settings& settings)
-{
+Samples oneEncoder(const TempDir& dir, const Samples& sound, const Settings& settings) {
     lame_global_flags* lame = lame_init();
     lame_set_in_samplerate(lame, 44100);
     lame_set_out_samplerate(lame, 44100);
@@ -36,7 +35,8 @@ Samples oneEncoder(const TempDir& dir, const Samples& sound, const Settings& set
     }
     lame_init_params(lame);
     Bytes bytes(sound.size() + 100000);
-    const int got = lame_encode_buffer_interleaved_ieee_float(lame, sound.data(), int(sound.size() / 2), bytes.data(), int(bytes.size()));
+    const int got = lame_encode_buffer_interleaved_ieee_float(lame, sound.data(), int(sound.size() / 2), bytes.data(),
+                                                              int(bytes.size()));
     const int rest = lame_encode_flush(lame, bytes.data() + got, int(bytes.size()) - got);
     lame_close(lame);
     bytes.resize(size_t(got + rest));
@@ -48,12 +48,11 @@ Samples oneEncoder(const TempDir& dir, const Samples& sound, const Settings& set
 }
 
 class Parts : public testing::TestWithParam<std::pair<int, int>> {
-protected:
+  protected:
     TempDir dir;
 };
 
-TEST_P(Parts, SoundAsOneEncoderMakesItAndAreTheSameOnAnyNumberOfCores)
-{
+TEST_P(Parts, SoundAsOneEncoderMakesItAndAreTheSameOnAnyNumberOfCores) {
     using namespace vbmp3::test;
     static const Samples sound = music(44100, 2, kLength);
     // In floats, so that the one encoder is given just the same.
@@ -80,8 +79,7 @@ TEST_P(Parts, SoundAsOneEncoderMakesItAndAreTheSameOnAnyNumberOfCores)
     const Samples otherSetting = oneEncoder(dir, sound, other);
     const auto largest = [](const Samples& a, const Samples& b, int64_t begin, int64_t end) {
         float most = 0;
-        for (int64_t i = 2 * begin; i < 2 * end; ++i)
-            most = std::max(most, std::abs(a[size_t(i)] - b[size_t(i)]));
+        for (int64_t i = 2 * begin; i < 2 * end; ++i) most = std::max(most, std::abs(a[size_t(i)] - b[size_t(i)]));
         return most;
     };
     for (int part = 1; part < 3; ++part) {
@@ -89,18 +87,22 @@ TEST_P(Parts, SoundAsOneEncoderMakesItAndAreTheSameOnAnyNumberOfCores)
         const int64_t seam = int64_t{kPartFrames} * part * 1152 - 576, begin = seam - 44100, end = seam + 44100;
         const double error = differenceDb(sound, heard.samples, 2, begin, end);
         const double oneError = differenceDb(sound, one, 2, begin, end);
-        const float step = largest(one, heard.samples, begin, end), settingStep = largest(one, otherSetting, begin, end);
+        const float step = largest(one, heard.samples, begin, end),
+                    settingStep = largest(one, otherSetting, begin, end);
         EXPECT_LT(error, oneError + 0.1);
         EXPECT_LE(step, settingStep);
         for (int64_t at = seam - 12 * 1152; at < seam + 40 * 1152; at += 4 * 1152)
-            EXPECT_LT(differenceDb(sound, heard.samples, 2, at, at + 4 * 1152), differenceDb(sound, one, 2, at, at + 4 * 1152) + 1) << (at - seam) / 1152;
+            EXPECT_LT(differenceDb(sound, heard.samples, 2, at, at + 4 * 1152),
+                      differenceDb(sound, one, 2, at, at + 4 * 1152) + 1)
+                << (at - seam) / 1152;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Settings, Parts, testing::Values(std::pair(128, -1), std::pair(320, -1), std::pair(64, -1), std::pair(32, 2), std::pair(32, 6)));
+INSTANTIATE_TEST_SUITE_P(Settings, Parts,
+                         testing::Values(std::pair(128, -1), std::pair(320, -1), std::pair(64, -1), std::pair(32, 2),
+                                         std::pair(32, 6)));
 
-TEST(ManyParts, ComeToTheirEndHoweverTheCallerAndTheThreadsAreOutOfStep)
-{
+TEST(ManyParts, ComeToTheirEndHoweverTheCallerAndTheThreadsAreOutOfStep) {
     const TempDir dir;
     Settings s;
     s.source = dir.write("long.wav", wave(Samples(576 * 1024 * 12), 8000, 1));
@@ -125,8 +127,7 @@ TEST(ManyParts, ComeToTheirEndHoweverTheCallerAndTheThreadsAreOutOfStep)
     EXPECT_EQ(decodeByMpg123(s.destination).frames(), 576 * 1024 * 12);
 }
 
-TEST(FrameRun, RefusesWhatIsNoRunOfFrames)
-{
+TEST(FrameRun, RefusesWhatIsNoRunOfFrames) {
     using namespace vbmp3::test;
     const Bytes file = mp3File(44100, 2, tone(44100, 2, 30000));
     FrameRun run;
@@ -136,8 +137,7 @@ TEST(FrameRun, RefusesWhatIsNoRunOfFrames)
     EXPECT_FALSE(run.assign(Bytes(1000, 0x55), 0));
 }
 
-TEST(FrameRun, JoinedRunsDecodeToTheFirstThenTheSecond)
-{
+TEST(FrameRun, JoinedRunsDecodeToTheFirstThenTheSecond) {
     using namespace vbmp3::test;
     const TempDir dir;
     const auto left = tone(44100, 1, 1152 * 60, 440), right = tone(44100, 1, 1152 * 60, 3000);
@@ -160,12 +160,12 @@ TEST(FrameRun, JoinedRunsDecodeToTheFirstThenTheSecond)
             return std::hypot(re, im);
         };
         for (int64_t frame = 4; frame < 58; ++frame) {
-            if (frame >= seam - 1 && frame <= seam + 1)
-                continue;
+            if (frame >= seam - 1 && frame <= seam + 1) continue;
             const bool first = frame < seam;
-            EXPECT_GT(loudness(frame, first ? 440 : 3000), 20 * loudness(frame, first ? 3000 : 440)) << bitRate << ": " << frame;
+            EXPECT_GT(loudness(frame, first ? 440 : 3000), 20 * loudness(frame, first ? 3000 : 440))
+                << bitRate << ": " << frame;
         }
     }
 }
 
-} // namespace
+}  // namespace

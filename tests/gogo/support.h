@@ -12,7 +12,7 @@ namespace gogo::test {
 
 using vbmp3::test::Bytes, vbmp3::test::Decoded, vbmp3::test::TempDir;
 using vbmp3::test::decodeByMpg123, vbmp3::test::readBytes;
-using Samples = std::vector<float>; // interleaved, -1 to 1
+using Samples = std::vector<float>;  // interleaved, -1 to 1
 
 // Something like music: notes that decay, with the noise of a drum on every beat. The same in every run.
 Samples music(int sampleRate, int channels, int64_t frames);
@@ -26,4 +26,4 @@ double differenceDb(const Samples& a, const Samples& b, int channels, int64_t be
 // Runs to the end; the number of frames asked for, or minus the error.
 int64_t encode(const Settings& settings, int threads = 2);
 
-} // namespace gogo::test
+}  // namespace gogo::test

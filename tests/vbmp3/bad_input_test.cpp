@@ -12,37 +12,30 @@
 namespace vbmp3::test {
 namespace {
 
-Bytes noise(size_t size)
-{
+Bytes noise(size_t size) {
     std::mt19937 random(9);
     Bytes bytes(size);
-    for (uint8_t& byte : bytes)
-        byte = uint8_t(random());
+    for (uint8_t& byte : bytes) byte = uint8_t(random());
     return bytes;
 }
 
 // From one share of the whole to another.
-Bytes part(const Bytes& bytes, double from, double to)
-{
+Bytes part(const Bytes& bytes, double from, double to) {
     const double size = double(bytes.size());
     return Bytes(bytes.begin() + std::ptrdiff_t(size * from), bytes.begin() + std::ptrdiff_t(size * to));
 }
 
 // Frames decoded, -1 when the file is refused.
-int64_t framesOf(const Bytes& bytes)
-{
+int64_t framesOf(const Bytes& bytes) {
     const auto source = openBytes(bytes);
     return source ? int64_t(readAll(*source).size() / 2) : -1;
 }
 
-TEST(BadInput, WhatIsNoSoundIsRefused)
-{
+TEST(BadInput, WhatIsNoSoundIsRefused) {
     std::string words;
-    for (int i = 0; i < 4000; ++i)
-        words += "The quick brown fox jumps over the lazy dog. ";
+    for (int i = 0; i < 4000; ++i) words += "The quick brown fox jumps over the lazy dog. ";
     Bytes headers;
-    for (int i = 0; i < 100000; ++i)
-        headers.insert(headers.end(), {0xFF, 0xFB, 0x00, uint8_t(i % 2)});
+    for (int i = 0; i < 100000; ++i) headers.insert(headers.end(), {0xFF, 0xFB, 0x00, uint8_t(i % 2)});
     const std::pair<const char*, Bytes> cases[] = {
         {"empty", {}},
         {"one byte", {0xFF}},
@@ -66,15 +59,13 @@ TEST(BadInput, WhatIsNoSoundIsRefused)
     }
 }
 
-TEST(BadInput, ADamagedStreamPlaysAsFarAsItGoes)
-{
+TEST(BadInput, ADamagedStreamPlaysAsFarAsItGoes) {
     const int whole = 88200;
     const Mp3Options options{.infoFrame = false};
     const Bytes mp3 = mp3File(44100, 2, tone(44100, 2, whole), options);
     const Bytes withInfo = mp3File(44100, 2, tone(44100, 2, whole));
     Bytes scratched = mp3;
-    for (size_t i = 0; i < scratched.size(); i += 997)
-        scratched[i] = uint8_t(scratched[i] ^ 0x5A);
+    for (size_t i = 0; i < scratched.size(); i += 997) scratched[i] = uint8_t(scratched[i] ^ 0x5A);
     const int frame = 1152;
     const Bytes oneFrame(mp3.begin(), mp3.begin() + std::ptrdiff_t(frameOffsets(mp3)[1]));
     struct Case {
@@ -84,16 +75,20 @@ TEST(BadInput, ADamagedStreamPlaysAsFarAsItGoes)
     };
     const Case cases[] = {
         {"the second half missing", part(mp3, 0, 0.5), whole / 2 - 3 * frame, whole / 2 + 3 * frame},
-        {"the second half missing although the head tells of it", part(withInfo, 0, 0.5), whole / 2 - 4 * frame, whole / 2 + 4 * frame},
+        {"the second half missing although the head tells of it", part(withInfo, 0, 0.5), whole / 2 - 4 * frame,
+         whole / 2 + 4 * frame},
         {"begins in the middle of a frame", part(mp3, 0.3333, 1), whole * 2 / 3 - 4 * frame, whole * 2 / 3 + 4 * frame},
         {"64 KiB of zeros in front", Bytes(65536) + mp3, whole, whole + 4 * frame},
         {"noise in front", noise(50000) + mp3, whole, whole + 8 * frame},
-        {"64 KiB of zeros in the middle", part(mp3, 0, 0.5) + Bytes(70000) + part(mp3, 0.5, 1), whole - 4 * frame, whole + 4 * frame},
-        {"noise in the middle", part(mp3, 0, 0.5) + noise(30000) + part(mp3, 0.5, 1), whole - 4 * frame, whole + 60 * frame}, // some of it looks like frames
+        {"64 KiB of zeros in the middle", part(mp3, 0, 0.5) + Bytes(70000) + part(mp3, 0.5, 1), whole - 4 * frame,
+         whole + 4 * frame},
+        {"noise in the middle", part(mp3, 0, 0.5) + noise(30000) + part(mp3, 0.5, 1), whole - 4 * frame,
+         whole + 60 * frame},  // some of it looks like frames
         {"noise behind", mp3 + noise(30000), whole, whole + 60 * frame},
         {"scratched", scratched, whole / 2, whole + 20 * frame},
         {"two files joined", withInfo + withInfo, 2 * whole - 2 * frame, 2 * whole + 6 * frame},
-        {"two files of different rates joined", mp3 + mp3File(48000, 1, tone(48000, 1, 96000), options), 2 * whole - 8 * frame, 2 * whole + 8 * frame},
+        {"two files of different rates joined", mp3 + mp3File(48000, 1, tone(48000, 1, 96000), options),
+         2 * whole - 8 * frame, 2 * whole + 8 * frame},
         {"the end of RMP cut off", part(rmpFile(mp3), 0, 0.5), whole / 2 - 3 * frame, whole / 2 + 3 * frame},
         {"a single frame", oneFrame, frame, frame},
         {"a single frame of layer 1", layer1File(1), 384, 384}};
@@ -105,8 +100,7 @@ TEST(BadInput, ADamagedStreamPlaysAsFarAsItGoes)
     }
 }
 
-TEST(BadInput, TheInterfaceRefusesNonsenseWithANumber)
-{
+TEST(BadInput, TheInterfaceRefusesNonsenseWithANumber) {
     TempDir dir;
     const std::string noSound = dir.write("text.mp3", text("no sound at all"));
     EXPECT_EQ(vbmp3_open(noSound.c_str(), nullptr), 0) << "before init";
@@ -133,5 +127,5 @@ TEST(BadInput, TheInterfaceRefusesNonsenseWithANumber)
     EXPECT_EQ(vbmp3_getState(nullptr), 0);
 }
 
-} // namespace
-} // namespace vbmp3::test
+}  // namespace
+}  // namespace vbmp3::test

@@ -20,8 +20,7 @@
 namespace vbmp3::test {
 namespace {
 
-std::vector<int16_t> noisyMusic(int rate, int channels, int frames)
-{
+std::vector<int16_t> noisyMusic(int rate, int channels, int frames) {
     std::mt19937 random(3);
     auto samples = tone(rate, channels, frames, 300, 9000);
     for (size_t i = 0; i < samples.size(); ++i)
@@ -29,21 +28,18 @@ std::vector<int16_t> noisyMusic(int rate, int channels, int frames)
     return samples;
 }
 
-std::vector<int16_t> samplesOf(const Bytes& wave)
-{
+std::vector<int16_t> samplesOf(const Bytes& wave) {
     StreamInfo info;
     const auto source = openBytes(wave, &info);
-    if (!source)
-        return {};
+    if (!source) return {};
     std::vector<int16_t> samples((wave.size() - size_t(info.data.begin)) / 2);
     std::memcpy(samples.data(), wave.data() + info.data.begin, samples.size() * 2);
     return samples;
 }
 
 class DecodingJob : public testing::Test {
-protected:
-    Bytes decoded(const Bytes& file, int threads = 2)
-    {
+  protected:
+    Bytes decoded(const Bytes& file, int threads = 2) {
         JobControl control;
         EXPECT_EQ(decodeToWave(dir_.write("in", file), out_, threads, control, 96), VBMP3_OK);
         return readBytes(out_);
@@ -53,8 +49,7 @@ protected:
     const std::string out_ = dir_.path("out.wav");
 };
 
-TEST_F(DecodingJob, WritesTheSameBytesOnAnyNumberOfProcessors)
-{
+TEST_F(DecodingJob, WritesTheSameBytesOnAnyNumberOfProcessors) {
     // The low rates are the hard ones: small frames whose bit reservoir reaches far back.
     const struct {
         const char* name;
@@ -80,8 +75,7 @@ TEST_F(DecodingJob, WritesTheSameBytesOnAnyNumberOfProcessors)
     }
 }
 
-TEST_F(DecodingJob, KeepsSamplesOfAWaveFileAndChannelsOfAMonoOne)
-{
+TEST_F(DecodingJob, KeepsSamplesOfAWaveFileAndChannelsOfAMonoOne) {
     for (const int channels : {1, 2}) {
         const auto samples = noisyMusic(44100, channels, 30000);
         StreamInfo info;
@@ -92,8 +86,7 @@ TEST_F(DecodingJob, KeepsSamplesOfAWaveFileAndChannelsOfAMonoOne)
     }
 }
 
-TEST_F(DecodingJob, KeepsOneRateWhenTheStreamChangesIts)
-{
+TEST_F(DecodingJob, KeepsOneRateWhenTheStreamChangesIts) {
     const Mp3Options plain{.infoFrame = false};
     const Bytes file =
         mp3File(44100, 2, tone(44100, 2, 60000), plain) + mp3File(48000, 2, tone(48000, 2, 48000), plain);
@@ -103,15 +96,13 @@ TEST_F(DecodingJob, KeepsOneRateWhenTheStreamChangesIts)
     EXPECT_NEAR(double(info.frames), 60000 + 44100, 6000);
 }
 
-TEST_F(DecodingJob, DamageInTheMiddleIsPassedOver)
-{
+TEST_F(DecodingJob, DamageInTheMiddleIsPassedOver) {
     Bytes file = mp3File(44100, 2, tone(44100, 2, 44100 * 20), {.infoFrame = false});
     std::fill_n(file.begin() + std::ptrdiff_t(file.size() / 2), 5000, uint8_t(0));
     EXPECT_NEAR(double(samplesOf(decoded(file)).size() / 2), 44100 * 20, 1152 * 20);
 }
 
-TEST_F(DecodingJob, LeavesNothingBehindWhenItFailsOrIsCancelled)
-{
+TEST_F(DecodingJob, LeavesNothingBehindWhenItFailsOrIsCancelled) {
     const Bytes mp3 = mp3File(44100, 2, tone(44100, 2, 44100 * 20));
     const std::string in = dir_.write("in", mp3);
     JobControl control;
@@ -132,8 +123,7 @@ TEST_F(DecodingJob, LeavesNothingBehindWhenItFailsOrIsCancelled)
     EXPECT_EQ(dir_.names(), (std::set<std::string>{"in", "junk", "out.wav"}));
 }
 
-TEST_F(DecodingJob, ALongFileBecomesRf64)
-{
+TEST_F(DecodingJob, ALongFileBecomesRf64) {
     const auto samples = tone(44100, 2, 5000);
     const auto writer = WaveWriter::begin(out_, 44100, 2, 10000);
     ASSERT_TRUE(writer);
@@ -149,13 +139,14 @@ TEST_F(DecodingJob, ALongFileBecomesRf64)
 }
 
 class JobsOfTheInterface : public testing::Test {
-protected:
-    void SetUp() override
-    {
+  protected:
+    void SetUp() override {
         ASSERT_EQ(vbmp3_init(), 1);
-        vbmp3_setListener([](int32_t event, void* self) {
-            static_cast<JobsOfTheInterface*>(self)->done_ += event == VBMP3_EVENT_JOB_DONE;
-        }, this);
+        vbmp3_setListener(
+            [](int32_t event, void* self) {
+                static_cast<JobsOfTheInterface*>(self)->done_ += event == VBMP3_EVENT_JOB_DONE;
+            },
+            this);
     }
     void TearDown() override { vbmp3_free(); }
 
@@ -165,8 +156,7 @@ protected:
     std::atomic<int> done_ = 0;
 };
 
-TEST_F(JobsOfTheInterface, DecodeTellsProgressAndItsEnd)
-{
+TEST_F(JobsOfTheInterface, DecodeTellsProgressAndItsEnd) {
     int32_t permille = -1;
     EXPECT_EQ(vbmp3_getEncodeState(&permille), 0);
     ASSERT_EQ(vbmp3_decodeWave(source_.c_str(), target_.c_str()), 1);
@@ -176,8 +166,7 @@ TEST_F(JobsOfTheInterface, DecodeTellsProgressAndItsEnd)
     EXPECT_EQ(samplesOf(readBytes(target_)).size(), 60000u);
 }
 
-TEST_F(JobsOfTheInterface, WhatIsPlayedIsWritten)
-{
+TEST_F(JobsOfTheInterface, WhatIsPlayedIsWritten) {
     // No device: the silent clock plays in time, here two thirds of a second.
     ASSERT_EQ(vbmp3_playDecodeWave(source_.c_str(), target_.c_str()), 1);
     EXPECT_EQ(vbmp3_getState(nullptr), 1);
@@ -189,8 +178,7 @@ TEST_F(JobsOfTheInterface, WhatIsPlayedIsWritten)
     EXPECT_EQ(samplesOf(readBytes(target_)), toInt16(readAll(*openBytes(readBytes(source_)))));
 }
 
-TEST_F(JobsOfTheInterface, StoppingBeforeTheEndRemovesWhatWasWritten)
-{
+TEST_F(JobsOfTheInterface, StoppingBeforeTheEndRemovesWhatWasWritten) {
     ASSERT_EQ(vbmp3_playDecodeWave(source_.c_str(), target_.c_str()), 1);
     EXPECT_EQ(vbmp3_encodeStop(), 1);
     vbmp3_stop();
@@ -198,8 +186,7 @@ TEST_F(JobsOfTheInterface, StoppingBeforeTheEndRemovesWhatWasWritten)
     EXPECT_FALSE(std::filesystem::exists(target_));
 }
 
-TEST_F(JobsOfTheInterface, EncodingSaysWhyItCannot)
-{
+TEST_F(JobsOfTheInterface, EncodingSaysWhyItCannot) {
     EXPECT_EQ(vbmp3_encodeStart(target_.c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NOT_OPEN);
     EXPECT_EQ(vbmp3_encodeOpen(source_.c_str()), 0) << "only WAVE files are encoded";
@@ -213,8 +200,7 @@ TEST_F(JobsOfTheInterface, EncodingSaysWhyItCannot)
 }
 
 #ifdef _WIN32
-TEST_F(JobsOfTheInterface, TheCodecOfTheSystemEncodesAllOfAWaveFile)
-{
+TEST_F(JobsOfTheInterface, TheCodecOfTheSystemEncodesAllOfAWaveFile) {
     const TestCodec codec;
     ASSERT_TRUE(codec.installed());
     const std::string wave = dir_.path("a.wav"), target = dir_.path("a.mp3");
@@ -252,5 +238,5 @@ TEST_F(JobsOfTheInterface, TheCodecOfTheSystemEncodesAllOfAWaveFile)
 }
 #endif
 
-} // namespace
-} // namespace vbmp3::test
+}  // namespace
+}  // namespace vbmp3::test

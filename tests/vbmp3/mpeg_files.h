@@ -18,4 +18,4 @@ Bytes withVbri(const Bytes& stream, uint32_t frames);
 Bytes rmpFile(const Bytes& stream, const Bytes& after = {});
 Bytes mp3InWave(const Bytes& stream);
 
-} // namespace vbmp3::test
+}  // namespace vbmp3::test

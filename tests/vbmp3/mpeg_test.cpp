@@ -13,30 +13,27 @@ namespace vbmp3::test {
 namespace {
 
 // Several partials and a little noise: every frame differs from every other.
-std::vector<int16_t> music(int rate, int channels, int frames)
-{
+std::vector<int16_t> music(int rate, int channels, int frames) {
     std::mt19937 random(1);
     std::vector<int16_t> samples;
     for (int i = 0; i < frames; ++i)
         for (int c = 0; c < channels; ++c) {
             const double t = double(i) / rate;
-            const double value = 5000 * std::sin(2 * M_PI * (220 + 100 * t) * t) + 3000 * std::sin(2 * M_PI * 1234 * t + c)
-                                 + 2000 * std::sin(2 * M_PI * 0.7 * t) * std::sin(2 * M_PI * 3000 * t)
-                                 + double(random() % 400) - 200;
+            const double value =
+                5000 * std::sin(2 * M_PI * (220 + 100 * t) * t) + 3000 * std::sin(2 * M_PI * 1234 * t + c) +
+                2000 * std::sin(2 * M_PI * 0.7 * t) * std::sin(2 * M_PI * 3000 * t) + double(random() % 400) - 200;
             samples.push_back(int16_t(value));
         }
     return samples;
 }
 
 // Where `sound` fits `original` best, in frames; both interleaved stereo.
-int bestLag(const std::vector<float>& sound, const std::vector<int16_t>& original, int channels)
-{
+int bestLag(const std::vector<float>& sound, const std::vector<int16_t>& original, int channels) {
     int best = 0;
     double most = -1e30;
     for (int lag = -60; lag <= 60; ++lag) {
         double sum = 0;
-        for (int i = 2000; i < 12000; ++i)
-            sum += double(sound[size_t(2 * (i + lag))]) * original[size_t(i * channels)];
+        for (int i = 2000; i < 12000; ++i) sum += double(sound[size_t(2 * (i + lag))]) * original[size_t(i * channels)];
         if (sum > most) {
             most = sum;
             best = lag;
@@ -45,14 +42,13 @@ int bestLag(const std::vector<float>& sound, const std::vector<int16_t>& origina
     return best;
 }
 
-TEST(Mpeg, AFileWithTheEncodersCountsDecodesToExactlyTheEncodersInput)
-{
+TEST(Mpeg, AFileWithTheEncodersCountsDecodesToExactlyTheEncodersInput) {
     struct Case {
         int rate, channels, bitRate;
     };
-    for (const Case& c : {Case{44100, 2, 128}, Case{48000, 2, 320}, Case{32000, 1, 0}, Case{44100, 2, 0},
-                          Case{22050, 2, 64}, Case{24000, 1, 64}, Case{16000, 1, 0}, Case{11025, 1, 64},
-                          Case{12000, 2, 64}, Case{8000, 1, 64}}) {
+    for (const Case& c :
+         {Case{44100, 2, 128}, Case{48000, 2, 320}, Case{32000, 1, 0}, Case{44100, 2, 0}, Case{22050, 2, 64},
+          Case{24000, 1, 64}, Case{16000, 1, 0}, Case{11025, 1, 64}, Case{12000, 2, 64}, Case{8000, 1, 64}}) {
         SCOPED_TRACE(testing::Message() << c.rate << " Hz, " << c.channels << " channels, " << c.bitRate << " kbit/s");
         for (const int frames : {1, 1000, 30011}) {
             const auto original = music(c.rate, c.channels, frames);
@@ -75,8 +71,7 @@ TEST(Mpeg, AFileWithTheEncodersCountsDecodesToExactlyTheEncodersInput)
     }
 }
 
-TEST(Mpeg, ASeekGivesTheSameSamplesAsReadingUpToThere)
-{
+TEST(Mpeg, ASeekGivesTheSameSamplesAsReadingUpToThere) {
     const auto sound = music(44100, 2, 120000);
     const std::pair<const char*, Bytes> cases[] = {
         {"constant", mp3File(44100, 2, sound)},
@@ -103,20 +98,17 @@ TEST(Mpeg, ASeekGivesTheSameSamplesAsReadingUpToThere)
             size_t got = 0;
             while (got < piece.size() / 2) {
                 const size_t more = source->read(std::span(piece).subspan(2 * got));
-                if (more == 0)
-                    break;
+                if (more == 0) break;
                 got += more;
             }
             const size_t expected = target >= frames ? 0 : std::min(piece.size() / 2, frames - target);
             ASSERT_EQ(got, expected) << "at " << target;
-            for (size_t k = 0; k < 2 * got; ++k)
-                ASSERT_NEAR(piece[k], whole[2 * target + k], 1e-6f) << "at " << target;
+            for (size_t k = 0; k < 2 * got; ++k) ASSERT_NEAR(piece[k], whole[2 * target + k], 1e-6f) << "at " << target;
         }
     }
 }
 
-TEST(Mpeg, TheLengthOfAStreamWithoutCountsIsThatOfItsFrames)
-{
+TEST(Mpeg, TheLengthOfAStreamWithoutCountsIsThatOfItsFrames) {
     const auto sound = music(44100, 2, 88200);
     const auto encoded = [&](Mp3Options options) {
         options.infoFrame = false;
@@ -148,15 +140,15 @@ TEST(Mpeg, TheLengthOfAStreamWithoutCountsIsThatOfItsFrames)
     }
 }
 
-TEST(Mpeg, EveryVersionAndLayerIsNamedAndIsTheToneItHolds)
-{
+TEST(Mpeg, EveryVersionAndLayerIsNamedAndIsTheToneItHolds) {
     const struct {
         Bytes file;
         const char* format;
         int version, layer;
     } cases[] = {
         {mp3File(44100, 1, tone(44100, 1, 20000)), "MPEG1 Layer3 44100Hz 128kbit/s Mono", 10, 3},
-        {mp3File(22050, 2, tone(22050, 2, 20000), {.bitRate = 64}), "MPEG2 Layer3 22050Hz 64kbit/s Joint Stereo", 20, 3},
+        {mp3File(22050, 2, tone(22050, 2, 20000), {.bitRate = 64}), "MPEG2 Layer3 22050Hz 64kbit/s Joint Stereo", 20,
+         3},
         {mp3File(11025, 1, tone(11025, 1, 20000), {.bitRate = 64}), "MPEG2.5 Layer3 11025Hz 64kbit/s Mono", 25, 3},
         {layer1File(60), "MPEG1 Layer1 48000Hz 192kbit/s Mono", 10, 1},
         {readBytes(VBMP3_TEST_DATA "/layer2_44100.mp2"), "MPEG1 Layer2 44100Hz 64kbit/s Mono", 10, 2},
@@ -174,8 +166,7 @@ TEST(Mpeg, EveryVersionAndLayerIsNamedAndIsTheToneItHolds)
     }
 }
 
-TEST(Mpeg, RiffAroundTheFramesChangesNothingOfTheSound)
-{
+TEST(Mpeg, RiffAroundTheFramesChangesNothingOfTheSound) {
     const Bytes stream = mp3File(44100, 2, music(44100, 2, 50000));
     const auto expected = readAll(*openBytes(stream));
     // What follows the data chunk must not be decoded: here it looks like frames.
@@ -190,10 +181,10 @@ TEST(Mpeg, RiffAroundTheFramesChangesNothingOfTheSound)
 
 // ISO 11172-4 calls a decoder fully accurate when it differs from the reference by less than 2^-15 / sqrt(12) rms and
 // 2^-14 at most. The reference is the decoder's plain arithmetic in floats, without any processor's extensions.
-TEST(Mpeg, SamplesAreFullyAccurate)
-{
+TEST(Mpeg, SamplesAreFullyAccurate) {
 #ifdef _WIN32
-    GTEST_SKIP() << "libmpg123 1.31 for MinGW never returns when a decoder is chosen by name: its config.h lets _stricmp call itself";
+    GTEST_SKIP() << "libmpg123 1.31 for MinGW never returns when a decoder is chosen by name: its config.h lets "
+                    "_stricmp call itself";
 #endif
     const Bytes file = mp3File(44100, 2, music(44100, 2, 100000), {.bitRate = 192, .infoFrame = false});
     const auto sound = readAll(*openBytes(file));
@@ -209,16 +200,17 @@ TEST(Mpeg, SamplesAreFullyAccurate)
         const double difference = std::abs(double(sound[i]) - expected[i]);
         square += difference * difference;
         most = std::max(most, difference);
-        const double differenceRounded = std::abs(rounded[i] / 32768.0 - std::clamp(double(expected[i]), -1.0, 32767 / 32768.0));
+        const double differenceRounded =
+            std::abs(rounded[i] / 32768.0 - std::clamp(double(expected[i]), -1.0, 32767 / 32768.0));
         squareRounded += differenceRounded * differenceRounded;
         mostRounded = std::max(mostRounded, differenceRounded);
     }
     const double limit = std::pow(2, -15) / std::sqrt(12.0);
     EXPECT_LT(std::sqrt(square / double(count)), limit / 100);
     EXPECT_LT(most, std::pow(2, -14) / 100);
-    EXPECT_LT(std::sqrt(squareRounded / double(count)), limit * 1.02); // sixteen bits round by just that much
+    EXPECT_LT(std::sqrt(squareRounded / double(count)), limit * 1.02);  // sixteen bits round by just that much
     EXPECT_LT(mostRounded, std::pow(2, -14));
 }
 
-} // namespace
-} // namespace vbmp3::test
+}  // namespace
+}  // namespace vbmp3::test

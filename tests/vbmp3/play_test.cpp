@@ -1,5 +1,5 @@
-// The player: what is heard, when it ends, and what orders do to it. Outputs that hear everything at once make the sound
-// visible; the clock makes time visible.
+// The player: what is heard, when it ends, and what orders do to it. Outputs that hear everything at once make the
+// sound visible; the clock makes time visible.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,13 +19,11 @@ namespace {
 using std::chrono::milliseconds;
 
 class Playing : public testing::Test {
-protected:
-    std::string wave(const std::string& name, int frames, double hertz = 440, int rate = 44100)
-    {
+  protected:
+    std::string wave(const std::string& name, int frames, double hertz = 440, int rate = 44100) {
         return dir_.write(name, waveFile(rate, 2, tone(rate, 2, frames, hertz)));
     }
-    std::unique_ptr<Player> opened(const OutputSystem& system, const std::string& path)
-    {
+    std::unique_ptr<Player> opened(const OutputSystem& system, const std::string& path) {
         auto player = std::make_unique<Player>(sound_, system);
         ends_ = nexts_ = losses_ = 0;
         player->setListener([this](int event) {
@@ -36,8 +34,7 @@ protected:
         EXPECT_EQ(player->open(path), VBMP3_OK);
         return player;
     }
-    void playToEnd(Player& player)
-    {
+    void playToEnd(Player& player) {
         ends_ = 0;
         ASSERT_EQ(player.play(), VBMP3_OK);
         ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
@@ -49,8 +46,7 @@ protected:
     std::atomic<int> ends_ = 0, nexts_ = 0, losses_ = 0;
 };
 
-TEST_F(Playing, WhatWentIntoAFileIsHeardAndAgainAfterItsEnd)
-{
+TEST_F(Playing, WhatWentIntoAFileIsHeardAndAgainAfterItsEnd) {
     const int frames = 3 * 44100 + 17;
     const auto samples = tone(44100, 2, frames);
     for (const bool mp3 : {false, true}) {
@@ -70,8 +66,7 @@ TEST_F(Playing, WhatWentIntoAFileIsHeardAndAgainAfterItsEnd)
     }
 }
 
-TEST_F(Playing, TheNextFileFollowsWithoutAGapAtItsOwnRate)
-{
+TEST_F(Playing, TheNextFileFollowsWithoutAGapAtItsOwnRate) {
     for (const auto& [rate, opens] : {std::pair{44100, std::vector{44100}}, {48000, {44100, 48000}}}) {
         SCOPED_TRACE(rate);
         heard_ = std::make_shared<Heard>();
@@ -89,8 +84,7 @@ TEST_F(Playing, TheNextFileFollowsWithoutAGapAtItsOwnRate)
     }
 }
 
-TEST_F(Playing, PitchAndSpeedAreHeardAndThePositionStaysThatOfTheTrack)
-{
+TEST_F(Playing, PitchAndSpeedAreHeardAndThePositionStaysThatOfTheTrack) {
     const struct {
         int pitch, factor;
         double hertz, length;
@@ -109,8 +103,7 @@ TEST_F(Playing, PitchAndSpeedAreHeardAndThePositionStaysThatOfTheTrack)
     }
 }
 
-TEST_F(Playing, ANextFileTakenBackIsNotHeard)
-{
+TEST_F(Playing, ANextFileTakenBackIsNotHeard) {
     const auto player = opened(memorySystem(heard_), wave("1.wav", 10000));
     EXPECT_EQ(player->setNext(dir_.path("missing.wav")), VBMP3_ERROR_NOT_FOUND);
     ASSERT_EQ(player->setNext(wave("2.wav", 10000)), VBMP3_OK);
@@ -120,20 +113,18 @@ TEST_F(Playing, ANextFileTakenBackIsNotHeard)
     EXPECT_EQ(heard_->all().size(), 20000u);
 }
 
-TEST_F(Playing, ANextFileTakenBackWhileItIsBeingDecodedIsNotHeardEither)
-{
+TEST_F(Playing, ANextFileTakenBackWhileItIsBeingDecodedIsNotHeardEither) {
     const auto player = opened(clockSystem(1), wave("1.wav", 22050));
     ASSERT_EQ(player->setNext(wave("2.wav", 200000)), VBMP3_OK);
     ASSERT_EQ(player->play(), VBMP3_OK);
-    std::this_thread::sleep_for(milliseconds(100)); // the decoder is far into the second file by now
+    std::this_thread::sleep_for(milliseconds(100));  // the decoder is far into the second file by now
     ASSERT_EQ(player->setNext(""), VBMP3_OK);
     ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
     EXPECT_EQ(nexts_, 0);
     EXPECT_EQ(player->current()->path, dir_.path("1.wav"));
 }
 
-TEST_F(Playing, PositionRunsWithTheClockAndStandsWhilePaused)
-{
+TEST_F(Playing, PositionRunsWithTheClockAndStandsWhilePaused) {
     const auto player = opened(clockSystem(1), wave("a.wav", 44100 * 20));
     const auto seconds = [&] { return player->snapshot().seconds; };
     EXPECT_EQ(player->snapshot().state, 0);
@@ -169,8 +160,7 @@ TEST_F(Playing, PositionRunsWithTheClockAndStandsWhilePaused)
     EXPECT_EQ(player->pause(), VBMP3_ERROR_NOT_OPEN);
 }
 
-TEST_F(Playing, ASeekIsHeardFromExactlyThatFrame)
-{
+TEST_F(Playing, ASeekIsHeardFromExactlyThatFrame) {
     const auto samples = tone(44100, 2, 44100 * 3, 300);
     const auto player = opened(memorySystem(heard_), wave("a.wav", 44100 * 3, 300));
     ASSERT_EQ(player->play(), VBMP3_OK);
@@ -187,8 +177,7 @@ TEST_F(Playing, ASeekIsHeardFromExactlyThatFrame)
     EXPECT_EQ(tail, std::vector<int16_t>(samples.begin() + 2 * 110250, samples.end()));
 }
 
-TEST_F(Playing, ASeekPastTheEndEndsTheTrack)
-{
+TEST_F(Playing, ASeekPastTheEndEndsTheTrack) {
     const std::string mp3 = dir_.write("a.mp3", mp3File(44100, 2, tone(44100, 2, 44100 * 5)));
     for (const std::string& path : {wave("a.wav", 44100 * 5), mp3}) {
         const auto player = opened(clockSystem(1), path);
@@ -199,8 +188,7 @@ TEST_F(Playing, ASeekPastTheEndEndsTheTrack)
     }
 }
 
-TEST_F(Playing, ASeekWhileStoppedShowsButPlayBeginsAtTheBeginning)
-{
+TEST_F(Playing, ASeekWhileStoppedShowsButPlayBeginsAtTheBeginning) {
     const auto player = opened(memorySystem(heard_), wave("a.wav", 88200));
     ASSERT_EQ(player->seek(1), VBMP3_OK);
     EXPECT_EQ(player->snapshot().seconds, 1);
@@ -208,8 +196,7 @@ TEST_F(Playing, ASeekWhileStoppedShowsButPlayBeginsAtTheBeginning)
     EXPECT_EQ(heard_->all().size(), 2 * 88200u);
 }
 
-TEST_F(Playing, NextFileAndEndAreToldTheMomentTheyAreHeardWithoutADeviceToo)
-{
+TEST_F(Playing, NextFileAndEndAreToldTheMomentTheyAreHeardWithoutADeviceToo) {
     for (const OutputSystem& system : {clockSystem(1), OutputSystem{[] { return nullptr; }, [] { return 0; }}}) {
         const auto player = opened(system, wave("1.wav", 44100 / 4));
         ASSERT_EQ(player->setNext(wave("2.wav", 44100 / 4)), VBMP3_OK);
@@ -227,8 +214,7 @@ TEST_F(Playing, NextFileAndEndAreToldTheMomentTheyAreHeardWithoutADeviceToo)
     }
 }
 
-TEST_F(Playing, ClosedFilesAreHeldByNobodyAndTakeNoOrders)
-{
+TEST_F(Playing, ClosedFilesAreHeldByNobodyAndTakeNoOrders) {
     const auto player = opened(clockSystem(1), wave("a.wav", 441000));
     ASSERT_EQ(player->play(), VBMP3_OK);
     const std::weak_ptr<Track> track = player->current();
@@ -247,24 +233,20 @@ struct Plug {
     std::atomic<Trouble> trouble = Trouble::None;
     std::atomic<int> opens = 0;
 
-    void call() // every one passes here
+    void call()  // every one passes here
     {
-        while (trouble == Trouble::Hangs)
-            std::this_thread::sleep_for(milliseconds(1));
+        while (trouble == Trouble::Hangs) std::this_thread::sleep_for(milliseconds(1));
     }
 };
 
 class PluggedOutput final : public Output {
-public:
+  public:
     explicit PluggedOutput(std::shared_ptr<Plug> plug) : plug_(std::move(plug)) {}
     ~PluggedOutput() override { plug_->call(); }
-    OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override
-    {
+    OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override {
         plug_->call();
-        if (plug_->trouble == Trouble::Gone)
-            return OutputError::NoDevice;
-        if (plug_->busy)
-            return OutputError::Busy;
+        if (plug_->trouble == Trouble::Gone) return OutputError::NoDevice;
+        if (plug_->busy) return OutputError::Busy;
         ++plug_->opens;
         return inner_->open(sampleRate, settings, waker);
     }
@@ -273,34 +255,30 @@ public:
     void start() override { plug_->call(), inner_->start(); }
     void pause() override { plug_->call(), inner_->pause(); }
     void drain() override { plug_->call(), inner_->drain(); }
-    void flush() override
-    {
+    void flush() override {
         plug_->call();
         inner_->flush();
         played_ = 0;
     }
-    int64_t played() override
-    {
+    int64_t played() override {
         plug_->call();
         return plug_->trouble == Trouble::StandsStill ? played_ : played_ = inner_->played();
     }
     bool lost() override { return plug_->trouble == Trouble::Gone; }
 
-private:
+  private:
     std::shared_ptr<Plug> plug_;
     std::unique_ptr<Output> inner_ = makeClockOutput();
     int64_t played_ = 0;
 };
 
-OutputSystem plugSystem(std::shared_ptr<Plug> plug)
-{
+OutputSystem plugSystem(std::shared_ptr<Plug> plug) {
     return {.make = [plug] { return std::make_unique<PluggedOutput>(plug); },
             .count = [plug] { return plug->trouble == Trouble::Gone ? 0 : 1; },
             .patience = milliseconds(300)};
 }
 
-TEST_F(Playing, ABusyDeviceIsToldAndTakenOnceItIsFree)
-{
+TEST_F(Playing, ABusyDeviceIsToldAndTakenOnceItIsFree) {
     const auto plug = std::make_shared<Plug>();
     plug->busy = true;
     const auto player = opened(plugSystem(plug), wave("a.wav", 44100));
@@ -311,8 +289,7 @@ TEST_F(Playing, ABusyDeviceIsToldAndTakenOnceItIsFree)
     EXPECT_EQ(player->snapshot().state, 1);
 }
 
-TEST_F(Playing, ADeviceInTroubleIsToldAndThePositionGoesOnUntilItIsWell)
-{
+TEST_F(Playing, ADeviceInTroubleIsToldAndThePositionGoesOnUntilItIsWell) {
     for (const Trouble trouble : {Trouble::Gone, Trouble::StandsStill, Trouble::Hangs}) {
         SCOPED_TRACE(int(trouble));
         const auto plug = std::make_shared<Plug>();
@@ -335,8 +312,7 @@ TEST_F(Playing, ADeviceInTroubleIsToldAndThePositionGoesOnUntilItIsWell)
     }
 }
 
-TEST_F(Playing, NoOrderWaitsForADeviceInTrouble)
-{
+TEST_F(Playing, NoOrderWaitsForADeviceInTrouble) {
     for (const Trouble trouble : {Trouble::StandsStill, Trouble::Hangs}) {
         SCOPED_TRACE(int(trouble));
         const auto plug = std::make_shared<Plug>();
@@ -344,12 +320,10 @@ TEST_F(Playing, NoOrderWaitsForADeviceInTrouble)
         ASSERT_EQ(player->play(), VBMP3_OK);
         ASSERT_TRUE(eventually([&] { return player->snapshot().seconds > 0.1; }));
         plug->trouble = trouble;
-        const std::pair<const char*, std::function<void()>> orders[] = {{"seek", [&] { player->seek(3); }},
-                                                                        {"pause", [&] { player->pause(); }},
-                                                                        {"restart", [&] { player->restart(); }},
-                                                                        {"stop", [&] { player->stop(); }},
-                                                                        {"play", [&] { player->play(); }},
-                                                                        {"close", [&] { player->close(); }}};
+        const std::pair<const char*, std::function<void()>> orders[] = {
+            {"seek", [&] { player->seek(3); }},      {"pause", [&] { player->pause(); }},
+            {"restart", [&] { player->restart(); }}, {"stop", [&] { player->stop(); }},
+            {"play", [&] { player->play(); }},       {"close", [&] { player->close(); }}};
         for (const auto& [name, order] : orders) {
             const auto begin = std::chrono::steady_clock::now();
             order();
@@ -361,8 +335,7 @@ TEST_F(Playing, NoOrderWaitsForADeviceInTrouble)
     }
 }
 
-TEST_F(Playing, OrdersAtRandomNeverHang)
-{
+TEST_F(Playing, OrdersAtRandomNeverHang) {
     const std::string paths[] = {wave("a.wav", 44100), wave("b.wav", 44100, 300),
                                  dir_.write("tone.mp3", mp3File(32000, 1, tone(32000, 1, 40000)))};
     const auto plug = std::make_shared<Plug>();
@@ -372,25 +345,25 @@ TEST_F(Playing, OrdersAtRandomNeverHang)
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(randomSeconds());
         while (std::chrono::steady_clock::now() < end) {
             switch (random() % 13) {
-            case 0: player->open(paths[random() % 3]); break;
-            case 1: player->close(); break;
-            case 2:
-            case 3: player->play(); break;
-            case 4: player->stop(); break;
-            case 5: player->pause(); break;
-            case 6: player->restart(); break;
-            case 7: player->seek(double(random() % 2000) / 1000); break;
-            case 8: player->setNext(paths[random() % 3]); break;
-            case 9:
-                sound_.setPitch(int(80 + random() % 50));
-                sound_.setStepPitch(int(random() % 7), 5);
-                break;
-            case 10: plug->trouble = random() % 2 == 0 ? Trouble(random() % 4) : Trouble::None; break;
-            case 11:
-                sound_.setEqualizer(random() % 2 == 0 ? std::optional(BandGains{60, -60, 30}) : std::nullopt);
-                sound_.applyEqualizer();
-                break;
-            default: std::this_thread::sleep_for(milliseconds(random() % 20)); break;
+                case 0: player->open(paths[random() % 3]); break;
+                case 1: player->close(); break;
+                case 2:
+                case 3: player->play(); break;
+                case 4: player->stop(); break;
+                case 5: player->pause(); break;
+                case 6: player->restart(); break;
+                case 7: player->seek(double(random() % 2000) / 1000); break;
+                case 8: player->setNext(paths[random() % 3]); break;
+                case 9:
+                    sound_.setPitch(int(80 + random() % 50));
+                    sound_.setStepPitch(int(random() % 7), 5);
+                    break;
+                case 10: plug->trouble = random() % 2 == 0 ? Trouble(random() % 4) : Trouble::None; break;
+                case 11:
+                    sound_.setEqualizer(random() % 2 == 0 ? std::optional(BandGains{60, -60, 30}) : std::nullopt);
+                    sound_.applyEqualizer();
+                    break;
+                default: std::this_thread::sleep_for(milliseconds(random() % 20)); break;
             }
             const auto snapshot = player->snapshot();
             ASSERT_GE(snapshot.seconds, 0);
@@ -405,5 +378,5 @@ TEST_F(Playing, OrdersAtRandomNeverHang)
     EXPECT_TRUE(eventually([] { return DeviceThread::leftBehind() == 0; }));
 }
 
-} // namespace
-} // namespace vbmp3::test
+}  // namespace
+}  // namespace vbmp3::test

@@ -13,8 +13,7 @@
 namespace vbmp3::test {
 namespace {
 
-TEST(WholeInterface, AnyOrderOfCallsIsAnswered)
-{
+TEST(WholeInterface, AnyOrderOfCallsIsAnswered) {
     TempDir dir;
     const std::vector<std::pair<std::string, Bytes>> files = {
         {"a.mp3", mp3File(44100, 2, tone(44100, 2, 60000))},
@@ -23,8 +22,7 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered)
         {"d.wav", waveFile(48000, 1, tone(48000, 1, 50000))},
         {"junk.mp3", Bytes(3000, 'x')}};
     std::vector<std::string> paths;
-    for (const auto& [name, bytes] : files)
-        paths.push_back(dir.write(name, bytes));
+    for (const auto& [name, bytes] : files) paths.push_back(dir.write(name, bytes));
     const std::string lyrics = dir.write("a.lrc", text("[00:00.10]one\n[00:00.60]two\n[00:01.20]three\n"));
     const std::string target = dir.path("out.wav"), encoded = dir.path("out.mp3");
 
@@ -50,45 +48,47 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered)
         const int what = below(34);
         const auto from = std::chrono::steady_clock::now();
         switch (what) {
-        case 0: case 1: vbmp3_open(file(), &info); break;
-        case 2: vbmp3_close(); break;
-        case 3: case 4: case 5: vbmp3_play(); break;
-        case 6: vbmp3_stop(); break;
-        case 7: vbmp3_pause(); break;
-        case 8: vbmp3_restart(); break;
-        case 9: case 10: vbmp3_seek(below(2000) / 1000.0); break;
-        case 11: vbmp3_setNextFile(below(4) == 0 ? nullptr : file()); break;
-        case 12: case 13: {
-            int32_t gains[10];
-            for (int32_t& gain : gains)
-                gain = below(241) - 120;
-            vbmp3_setEqualizer(below(3) == 0 ? nullptr : gains);
-            break;
-        }
-        case 14: vbmp3_reload(); break;
-        case 15: vbmp3_setPitch(below(2) == 0 ? 100 : 50 + below(151)); break;
-        case 16: vbmp3_setStepPitch(below(2) == 0 ? 1 : below(8) - 1, 5); break;
-        case 17: vbmp3_setOutput(-1, 50 + below(400)); break;
-        case 18: vbmp3_getFileInfo(file(), &info); break;
-        case 19: vbmp3_setLyricsFile(lyrics.c_str()); break;
-        case 20: vbmp3_clearLyrics(); break;
-        case 21: vbmp3_decodeWave(file(), target.c_str()); break;
-        case 22: vbmp3_playDecodeWave(file(), target.c_str()); break;
-        case 23: vbmp3_encodeStop(); break;
-        case 24:
-            if (vbmp3_encodeOpen(file()) != 0)
-                vbmp3_encodeStart(encoded.c_str());
-            break;
-        case 25:
-            if (below(20) == 0) { // all anew
-                vbmp3_free();
-                begin();
+            case 0:
+            case 1: vbmp3_open(file(), &info); break;
+            case 2: vbmp3_close(); break;
+            case 3:
+            case 4:
+            case 5: vbmp3_play(); break;
+            case 6: vbmp3_stop(); break;
+            case 7: vbmp3_pause(); break;
+            case 8: vbmp3_restart(); break;
+            case 9:
+            case 10: vbmp3_seek(below(2000) / 1000.0); break;
+            case 11: vbmp3_setNextFile(below(4) == 0 ? nullptr : file()); break;
+            case 12:
+            case 13: {
+                int32_t gains[10];
+                for (int32_t& gain : gains) gain = below(241) - 120;
+                vbmp3_setEqualizer(below(3) == 0 ? nullptr : gains);
+                break;
             }
-            break;
-        default: std::this_thread::sleep_for(std::chrono::milliseconds(below(30))); break;
+            case 14: vbmp3_reload(); break;
+            case 15: vbmp3_setPitch(below(2) == 0 ? 100 : 50 + below(151)); break;
+            case 16: vbmp3_setStepPitch(below(2) == 0 ? 1 : below(8) - 1, 5); break;
+            case 17: vbmp3_setOutput(-1, 50 + below(400)); break;
+            case 18: vbmp3_getFileInfo(file(), &info); break;
+            case 19: vbmp3_setLyricsFile(lyrics.c_str()); break;
+            case 20: vbmp3_clearLyrics(); break;
+            case 21: vbmp3_decodeWave(file(), target.c_str()); break;
+            case 22: vbmp3_playDecodeWave(file(), target.c_str()); break;
+            case 23: vbmp3_encodeStop(); break;
+            case 24:
+                if (vbmp3_encodeOpen(file()) != 0) vbmp3_encodeStart(encoded.c_str());
+                break;
+            case 25:
+                if (below(20) == 0) {  // all anew
+                    vbmp3_free();
+                    begin();
+                }
+                break;
+            default: std::this_thread::sleep_for(std::chrono::milliseconds(below(30))); break;
         }
-        if (what <= 25)
-            slowest = std::max(slowest, std::chrono::steady_clock::now() - from);
+        if (what <= 25) slowest = std::max(slowest, std::chrono::steady_clock::now() - from);
         int16_t left[256], right[256];
         int32_t levels[32], permille = 0, seconds = 0;
         vbmp3_getWave(left, right, 256);
@@ -106,13 +106,12 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered)
     EXPECT_GT(calls, 20);
     EXPECT_LT(slowest, std::chrono::seconds(4));
     // The sources are as they were, and of files that were begun nothing is left.
-    for (const auto& [name, bytes] : files)
-        EXPECT_TRUE(readBytes(dir.path(name)) == bytes) << name;
+    for (const auto& [name, bytes] : files) EXPECT_TRUE(readBytes(dir.path(name)) == bytes) << name;
     std::set<std::string> left = dir.names();
     for (const char* name : {"a.mp3", "b.mp3", "c.wav", "d.wav", "junk.mp3", "a.lrc", "out.wav", "out.mp3"})
         left.erase(name);
     EXPECT_TRUE(left.empty()) << testing::PrintToString(left);
 }
 
-} // namespace
-} // namespace vbmp3::test
+}  // namespace
+}  // namespace vbmp3::test

@@ -20,17 +20,15 @@ struct OwnedBytes {
 };
 
 class MemoryOutput final : public Output {
-public:
+  public:
     explicit MemoryOutput(std::shared_ptr<Heard> heard) : heard_(std::move(heard)) {}
-    OutputError open(int sampleRate, const OutputSettings&, Waker&) override
-    {
+    OutputError open(int sampleRate, const OutputSettings&, Waker&) override {
         const std::lock_guard lock(heard_->mutex);
         heard_->opens.push_back(sampleRate);
         return OutputError::None;
     }
     size_t room() override { return 512; }
-    void write(std::span<const float> stereo) override
-    {
+    void write(std::span<const float> stereo) override {
         const std::lock_guard lock(heard_->mutex);
         heard_->samples.insert(heard_->samples.end(), stereo.begin(), stereo.end());
         written_ += int64_t(stereo.size() / 2);
@@ -42,34 +40,30 @@ public:
     int64_t played() override { return written_; }
     bool lost() override { return false; }
 
-private:
+  private:
     std::shared_ptr<Heard> heard_;
     int64_t written_ = 0;
 };
 
-} // namespace
+}  // namespace
 
 Bytes readBytes(const std::string& path) { return text(readFile(path)); }
 
 Bytes text(const std::string& words) { return Bytes(words.begin(), words.end()); }
 
-Bytes little(uint64_t value, int count)
-{
+Bytes little(uint64_t value, int count) {
     Bytes bytes;
-    for (int i = 0; i < count; ++i)
-        bytes.push_back(uint8_t(value >> 8 * i));
+    for (int i = 0; i < count; ++i) bytes.push_back(uint8_t(value >> 8 * i));
     return bytes;
 }
 
-Bytes chunk(const std::string& id, const Bytes& body)
-{
+Bytes chunk(const std::string& id, const Bytes& body) {
     return text(id) + little(body.size(), 4) + body + Bytes(body.size() % 2);
 }
 
 Bytes riff(const std::string& form, const Bytes& chunks) { return chunk("RIFF", text(form) + chunks); }
 
-std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz, double amplitude)
-{
+std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz, double amplitude) {
     std::vector<int16_t> samples;
     for (int i = 0; i < frames; ++i)
         for (int c = 0; c < channels; ++c)
@@ -78,17 +72,15 @@ std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz
     return samples;
 }
 
-Bytes pcmFmt(int tag, int channels, int sampleRate, int bits)
-{
+Bytes pcmFmt(int tag, int channels, int sampleRate, int bits) {
     const int block = channels * bits / 8;
-    return little(uint64_t(tag), 2) + little(uint64_t(channels), 2) + little(uint64_t(sampleRate), 4)
-           + little(uint64_t(sampleRate * block), 4) + little(uint64_t(block), 2) + little(uint64_t(bits), 2);
+    return little(uint64_t(tag), 2) + little(uint64_t(channels), 2) + little(uint64_t(sampleRate), 4) +
+           little(uint64_t(sampleRate * block), 4) + little(uint64_t(block), 2) + little(uint64_t(bits), 2);
 }
 
 Bytes waveFile(const Bytes& fmt, const Bytes& data) { return riff("WAVE", chunk("fmt ", fmt) + chunk("data", data)); }
 
-Bytes waveFile(int sampleRate, int channels, const std::vector<int16_t>& samples)
-{
+Bytes waveFile(int sampleRate, int channels, const std::vector<int16_t>& samples) {
     Bytes data(2 * samples.size());
     for (size_t i = 0; i < samples.size(); ++i) {
         data[2 * i] = uint8_t(samples[i]);
@@ -97,8 +89,7 @@ Bytes waveFile(int sampleRate, int channels, const std::vector<int16_t>& samples
     return waveFile(pcmFmt(1, channels, sampleRate, 16), data);
 }
 
-Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples, const Mp3Options& options)
-{
+Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples, const Mp3Options& options) {
     lame_t lame = lame_init();
     lame_set_in_samplerate(lame, sampleRate);
     lame_set_out_samplerate(lame, sampleRate);
@@ -118,8 +109,8 @@ Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples,
     const int frames = int(samples.size()) / channels;
     Bytes out(size_t(frames) * 2 + 100000);
     int16_t* input = const_cast<int16_t*>(samples.data());
-    size_t size = size_t(channels == 2
-                             ? lame_encode_buffer_interleaved(lame, input, frames, out.data(), int(out.size()))
+    size_t size =
+        size_t(channels == 2 ? lame_encode_buffer_interleaved(lame, input, frames, out.data(), int(out.size()))
                              : lame_encode_buffer(lame, input, input, frames, out.data(), int(out.size())));
     size += size_t(lame_encode_flush(lame, out.data() + size, int(out.size() - size)));
     out.resize(size);
@@ -132,52 +123,46 @@ Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples,
     return out;
 }
 
-std::vector<float> readAll(Source& source)
-{
+std::vector<float> readAll(Source& source) {
     std::vector<float> samples, buffer(2000);
     while (const size_t frames = source.read(buffer))
         samples.insert(samples.end(), buffer.begin(), buffer.begin() + std::ptrdiff_t(2 * frames));
     return samples;
 }
 
-std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info)
-{
+std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info) {
     const auto owned = std::make_shared<OwnedBytes>(bytes);
     const std::shared_ptr<const ByteSource> file(owned, &owned->source);
     auto found = probe(*file, scanFileLayout(*file));
-    if (!found)
-        return nullptr;
+    if (!found) return nullptr;
     refineLength(*file, *found);
-    if (info != nullptr)
-        *info = *found;
+    if (info != nullptr) *info = *found;
     return openSource(file, *found);
 }
 
-std::vector<int16_t> toInt16(const std::vector<float>& samples)
-{
+std::vector<int16_t> toInt16(const std::vector<float>& samples) {
     std::vector<int16_t> out;
     out.reserve(samples.size());
-    for (const float sample : samples)
-        out.push_back(vbmp3::toInt16(sample));
+    for (const float sample : samples) out.push_back(vbmp3::toInt16(sample));
     return out;
 }
 
-Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gapless)
-{
+Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gapless) {
     Decoded result;
     mpg123_handle* handle = mpg123_new(decoder, nullptr);
     mpg123_param(handle, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_QUIET, 0);
     mpg123_param(handle, gapless ? MPG123_ADD_FLAGS : MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0);
     long rate = 0;
     int encoding = 0;
-    if (mpg123_open(handle, path.c_str()) == MPG123_OK
-        && mpg123_getformat(handle, &rate, &result.channels, &encoding) == MPG123_OK) {
+    if (mpg123_open(handle, path.c_str()) == MPG123_OK &&
+        mpg123_getformat(handle, &rate, &result.channels, &encoding) == MPG123_OK) {
         result.sampleRate = int(rate);
         std::vector<float> block(16384);
         size_t bytes = 0;
         int state = MPG123_OK;
         while (state == MPG123_OK) {
-            state = mpg123_read(handle, reinterpret_cast<unsigned char*>(block.data()), block.size() * sizeof(float), &bytes);
+            state = mpg123_read(handle, reinterpret_cast<unsigned char*>(block.data()), block.size() * sizeof(float),
+                                &bytes);
             const auto end = block.begin() + std::ptrdiff_t(bytes / sizeof(float));
             result.samples.insert(result.samples.end(), block.begin(), end);
         }
@@ -186,18 +171,15 @@ Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gaples
     return result;
 }
 
-OutputSystem memorySystem(std::shared_ptr<Heard> heard)
-{
+OutputSystem memorySystem(std::shared_ptr<Heard> heard) {
     return {[heard] { return std::make_unique<MemoryOutput>(heard); }, [] { return 1; }};
 }
 
-OutputSystem clockSystem(double speed)
-{
+OutputSystem clockSystem(double speed) {
     return {[speed] { return makeClockOutput(speed); }, [] { return 0; }};
 }
 
-static int fromEnvironment(const char* name, int otherwise)
-{
+static int fromEnvironment(const char* name, int otherwise) {
     const char* text = std::getenv(name);
     return text != nullptr ? std::atoi(text) : otherwise;
 }
@@ -205,15 +187,13 @@ static int fromEnvironment(const char* name, int otherwise)
 int randomSeconds() { return fromEnvironment("VBMP3_RANDOM_SECONDS", 2); }
 unsigned randomSeed() { return unsigned(fromEnvironment("VBMP3_RANDOM_SEED", 5)); }
 
-bool eventually(const std::function<bool()>& condition)
-{
+bool eventually(const std::function<bool()>& condition) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > limit)
-            return false;
+        if (std::chrono::steady_clock::now() > limit) return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     return true;
 }
 
-} // namespace vbmp3::test
+}  // namespace vbmp3::test

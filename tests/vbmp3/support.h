@@ -16,8 +16,7 @@
 namespace vbmp3::test {
 
 template <class T>
-std::vector<T> operator+(std::vector<T> a, const std::vector<T>& b)
-{
+std::vector<T> operator+(std::vector<T> a, const std::vector<T>& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;
 }
@@ -25,7 +24,7 @@ std::vector<T> operator+(std::vector<T> a, const std::vector<T>& b)
 using Bytes = std::vector<uint8_t>;
 Bytes readBytes(const std::string& path);
 Bytes text(const std::string& words);
-Bytes little(uint64_t value, int count); // the lowest `count` bytes, lowest first
+Bytes little(uint64_t value, int count);  // the lowest `count` bytes, lowest first
 
 // Of RIFF files; a chunk's body is padded to even length.
 Bytes chunk(const std::string& id, const Bytes& body);
@@ -58,7 +57,7 @@ std::vector<int16_t> toInt16(const std::vector<float>& samples);
 // padding that the information frame tells of.
 struct Decoded {
     int sampleRate = 0, channels = 0;
-    std::vector<float> samples; // interleaved
+    std::vector<float> samples;  // interleaved
     int64_t frames() const { return channels > 0 ? int64_t(samples.size()) / channels : 0; }
 };
 Decoded decodeByMpg123(const std::string& path, const char* decoder = nullptr, bool gapless = true);
@@ -66,10 +65,9 @@ Decoded decodeByMpg123(const std::string& path, const char* decoder = nullptr, b
 // Hears everything at once and keeps it.
 struct Heard {
     std::mutex mutex;
-    std::vector<float> samples; // all opens together
-    std::vector<int> opens;     // their sample rates
-    std::vector<float> all()
-    {
+    std::vector<float> samples;  // all opens together
+    std::vector<int> opens;      // their sample rates
+    std::vector<float> all() {
         const std::lock_guard lock(mutex);
         return samples;
     }
@@ -77,12 +75,12 @@ struct Heard {
 OutputSystem memorySystem(std::shared_ptr<Heard> heard);
 OutputSystem clockSystem(double speed);
 
-// How long the tests of orders at random go on, and where they begin: VBMP3_RANDOM_SECONDS (2) and VBMP3_RANDOM_SEED (5)
-// of the environment, so that a long run under ThreadSanitizer is one of the same tests.
+// How long the tests of orders at random go on, and where they begin: VBMP3_RANDOM_SECONDS (2) and VBMP3_RANDOM_SEED
+// (5) of the environment, so that a long run under ThreadSanitizer is one of the same tests.
 int randomSeconds();
 unsigned randomSeed();
 
 // Polls until `condition` holds; false after five seconds.
 bool eventually(const std::function<bool()>& condition);
 
-} // namespace vbmp3::test
+}  // namespace vbmp3::test

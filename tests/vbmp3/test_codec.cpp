@@ -8,7 +8,8 @@
 namespace vbmp3::test {
 namespace {
 
-// What the audio compression manager says to its drivers; documented with the Windows driver kit, in no header of MinGW.
+// What the audio compression manager says to its drivers; documented with the Windows driver kit, in no header of
+// MinGW.
 enum : UINT {
     kDriverDetails = 0x6000 + 10,
     kFormatTagDetails = 0x6000 + 25,
@@ -55,8 +56,7 @@ struct StreamSize {
 
 constexpr DWORD kFrameBytes = 1152 * 4;
 
-LRESULT driverDetails(ACMDRIVERDETAILSW& details)
-{
+LRESULT driverDetails(ACMDRIVERDETAILSW& details) {
     const DWORD size = details.cbStruct;
     details = {};
     details.cbStruct = size;
@@ -70,12 +70,10 @@ LRESULT driverDetails(ACMDRIVERDETAILSW& details)
     return MMSYSERR_NOERROR;
 }
 
-LRESULT formatTagDetails(ACMFORMATTAGDETAILSW& details, LPARAM query)
-{
+LRESULT formatTagDetails(ACMFORMATTAGDETAILSW& details, LPARAM query) {
     constexpr DWORD kTags[] = {WAVE_FORMAT_PCM, WAVE_FORMAT_MPEGLAYER3};
     DWORD index = details.dwFormatTagIndex;
-    if (query != ACM_FORMATTAGDETAILSF_INDEX)
-        index = details.dwFormatTag == WAVE_FORMAT_MPEGLAYER3 ? 1 : 0;
+    if (query != ACM_FORMATTAGDETAILSF_INDEX) index = details.dwFormatTag == WAVE_FORMAT_MPEGLAYER3 ? 1 : 0;
     if (index > 1 || (query == ACM_FORMATTAGDETAILSF_FORMATTAG && details.dwFormatTag != kTags[index]))
         return ACMERR_NOTPOSSIBLE;
     details.dwFormatTagIndex = index;
@@ -87,92 +85,76 @@ LRESULT formatTagDetails(ACMFORMATTAGDETAILSW& details, LPARAM query)
     return MMSYSERR_NOERROR;
 }
 
-LRESULT openStream(StreamInstance& stream)
-{
+LRESULT openStream(StreamInstance& stream) {
     const WAVEFORMATEX &from = *stream.source, &to = *stream.target;
     const int bitRate = int(to.nAvgBytesPerSec * 8 / 1000);
-    if (from.wFormatTag != WAVE_FORMAT_PCM || from.wBitsPerSample != 16 || from.nChannels != 2
-        || to.wFormatTag != WAVE_FORMAT_MPEGLAYER3 || to.nChannels != 2 || from.nSamplesPerSec != 44100
-        || to.nSamplesPerSec != 44100 || bitRate > 128)
+    if (from.wFormatTag != WAVE_FORMAT_PCM || from.wBitsPerSample != 16 || from.nChannels != 2 ||
+        to.wFormatTag != WAVE_FORMAT_MPEGLAYER3 || to.nChannels != 2 || from.nSamplesPerSec != 44100 ||
+        to.nSamplesPerSec != 44100 || bitRate > 128)
         return ACMERR_NOTPOSSIBLE;
-    if ((stream.open & ACM_STREAMOPENF_QUERY) != 0)
-        return MMSYSERR_NOERROR;
+    if ((stream.open & ACM_STREAMOPENF_QUERY) != 0) return MMSYSERR_NOERROR;
     lame_t lame = lame_init();
     lame_set_in_samplerate(lame, 44100);
     lame_set_out_samplerate(lame, 44100);
     lame_set_brate(lame, bitRate);
     lame_set_bWriteVbrTag(lame, 0);
     lame_set_quality(lame, 7);
-    if (lame_init_params(lame) < 0)
-        return MMSYSERR_NOMEM;
+    if (lame_init_params(lame) < 0) return MMSYSERR_NOMEM;
     stream.driver = DWORD_PTR(lame);
     return MMSYSERR_NOERROR;
 }
 
-LRESULT convert(StreamInstance& stream, StreamHeader& header)
-{
+LRESULT convert(StreamInstance& stream, StreamHeader& header) {
     const auto lame = reinterpret_cast<lame_t>(stream.driver);
     const bool last = (header.convert & ACM_STREAMCONVERTF_END) != 0;
     header.sourceUsed = last ? header.sourceLength : header.sourceLength / kFrameBytes * kFrameBytes;
-    int written = lame_encode_buffer_interleaved(lame, reinterpret_cast<short*>(header.source), int(header.sourceUsed / 4),
-                                                 header.target, int(header.targetLength));
+    int written = lame_encode_buffer_interleaved(lame, reinterpret_cast<short*>(header.source),
+                                                 int(header.sourceUsed / 4), header.target, int(header.targetLength));
     if (last && written >= 0)
         written += std::max(0, lame_encode_flush(lame, header.target + written, int(header.targetLength) - written));
     header.targetUsed = DWORD(std::max(0, written));
     return written >= 0 ? MMSYSERR_NOERROR : ACMERR_NOTPOSSIBLE;
 }
 
-LRESULT CALLBACK driverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, LPARAM b)
-{
+LRESULT CALLBACK driverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, LPARAM b) {
     switch (message) {
-    case DRV_LOAD:
-    case DRV_FREE:
-    case DRV_OPEN:
-    case DRV_CLOSE:
-    case DRV_ENABLE:
-    case DRV_DISABLE:
-        return 1;
-    case kDriverDetails:
-        return driverDetails(*reinterpret_cast<ACMDRIVERDETAILSW*>(a));
-    case kFormatTagDetails:
-        return formatTagDetails(*reinterpret_cast<ACMFORMATTAGDETAILSW*>(a), b & ACM_FORMATTAGDETAILSF_QUERYMASK);
-    case kStreamOpen:
-        return openStream(*reinterpret_cast<StreamInstance*>(a));
-    case kStreamClose:
-        lame_close(reinterpret_cast<lame_t>(reinterpret_cast<StreamInstance*>(a)->driver));
-        return MMSYSERR_NOERROR;
-    case kStreamSize: {
-        auto& size = *reinterpret_cast<StreamSize*>(b);
-        if (size.which != ACM_STREAMSIZEF_SOURCE)
-            return MMSYSERR_NOTSUPPORTED;
-        size.target = size.source / 4 * 5 / 4 + 16384;
-        return MMSYSERR_NOERROR;
-    }
-    case kStreamConvert:
-        return convert(*reinterpret_cast<StreamInstance*>(a), *reinterpret_cast<StreamHeader*>(b));
-    case kStreamReset:
-    case kStreamPrepare:
-    case kStreamUnprepare:
-        return MMSYSERR_NOERROR;
-    default:
-        return message >= 0x6000 ? MMSYSERR_NOTSUPPORTED : DefDriverProc(id, driver, message, a, b);
+        case DRV_LOAD:
+        case DRV_FREE:
+        case DRV_OPEN:
+        case DRV_CLOSE:
+        case DRV_ENABLE:
+        case DRV_DISABLE: return 1;
+        case kDriverDetails: return driverDetails(*reinterpret_cast<ACMDRIVERDETAILSW*>(a));
+        case kFormatTagDetails:
+            return formatTagDetails(*reinterpret_cast<ACMFORMATTAGDETAILSW*>(a), b & ACM_FORMATTAGDETAILSF_QUERYMASK);
+        case kStreamOpen: return openStream(*reinterpret_cast<StreamInstance*>(a));
+        case kStreamClose:
+            lame_close(reinterpret_cast<lame_t>(reinterpret_cast<StreamInstance*>(a)->driver));
+            return MMSYSERR_NOERROR;
+        case kStreamSize: {
+            auto& size = *reinterpret_cast<StreamSize*>(b);
+            if (size.which != ACM_STREAMSIZEF_SOURCE) return MMSYSERR_NOTSUPPORTED;
+            size.target = size.source / 4 * 5 / 4 + 16384;
+            return MMSYSERR_NOERROR;
+        }
+        case kStreamConvert: return convert(*reinterpret_cast<StreamInstance*>(a), *reinterpret_cast<StreamHeader*>(b));
+        case kStreamReset:
+        case kStreamPrepare:
+        case kStreamUnprepare: return MMSYSERR_NOERROR;
+        default: return message >= 0x6000 ? MMSYSERR_NOTSUPPORTED : DefDriverProc(id, driver, message, a, b);
     }
 }
 
-} // namespace
+}  // namespace
 
-TestCodec::TestCodec()
-{
+TestCodec::TestCodec() {
     if (acmDriverAddW(&id_, GetModuleHandleW(nullptr), reinterpret_cast<LPARAM>(&driverProc), 0,
-                      ACM_DRIVERADDF_FUNCTION | ACM_DRIVERADDF_LOCAL)
-        != MMSYSERR_NOERROR)
+                      ACM_DRIVERADDF_FUNCTION | ACM_DRIVERADDF_LOCAL) != MMSYSERR_NOERROR)
         id_ = nullptr;
 }
 
-TestCodec::~TestCodec()
-{
-    if (id_ != nullptr)
-        acmDriverRemove(id_, 0);
+TestCodec::~TestCodec() {
+    if (id_ != nullptr) acmDriverRemove(id_, 0);
 }
 
-} // namespace vbmp3::test
+}  // namespace vbmp3::test

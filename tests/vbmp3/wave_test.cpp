@@ -12,31 +12,26 @@
 namespace vbmp3::test {
 namespace {
 
-Bytes extensible(Bytes fmt, uint32_t mask)
-{
+Bytes extensible(Bytes fmt, uint32_t mask) {
     const uint8_t tag = fmt[0], bits = fmt[14];
     fmt[0] = 0xFE;
     fmt[1] = 0xFF;
-    return fmt + little(22, 2) + little(bits, 2) + little(mask, 4) + little(tag, 2)
-           + Bytes{0, 0, 0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
+    return fmt + little(22, 2) + little(bits, 2) + little(mask, 4) + little(tag, 2) +
+           Bytes{0, 0, 0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
 }
 
 // A quarter, minus a half and the most negative value, each left and right.
-Bytes threeFrames(int bytesPerSample, const std::function<uint64_t(double)>& coded)
-{
+Bytes threeFrames(int bytesPerSample, const std::function<uint64_t(double)>& coded) {
     Bytes data;
-    for (const double value : {0.25, 0.25, -0.5, -0.5, -1.0, -1.0})
-        data = data + little(coded(value), bytesPerSample);
+    for (const double value : {0.25, 0.25, -0.5, -0.5, -1.0, -1.0}) data = data + little(coded(value), bytesPerSample);
     return data;
 }
 
-Bytes integers(int bits)
-{
+Bytes integers(int bits) {
     return threeFrames(bits / 8, [&](double value) { return uint64_t(int64_t(std::ldexp(value, bits - 1))); });
 }
 
-TEST(Wave, SamplesOfEveryCodingComeOutAsTheirValue)
-{
+TEST(Wave, SamplesOfEveryCodingComeOutAsTheirValue) {
     const Bytes eight = threeFrames(1, [](double value) { return uint64_t(value * 128 + 128); });
     const Bytes real = threeFrames(4, [](double value) { return std::bit_cast<uint32_t>(float(value)); });
     const Bytes wide = threeFrames(8, [](double value) { return std::bit_cast<uint64_t>(value); });
@@ -63,16 +58,16 @@ TEST(Wave, SamplesOfEveryCodingComeOutAsTheirValue)
     }
 }
 
-TEST(Wave, LogarithmicCodingsFollowTheirTables)
-{
+TEST(Wave, LogarithmicCodingsFollowTheirTables) {
     // ITU-T G.711: the loudest and the softest codes and some of the middle of each law, as 16-bit values.
     const struct {
         int tag;
         const char* format;
         Bytes codes;
         std::vector<int16_t> values;
-    } cases[] = {{6, "WAVE_FORMAT_ALAW", {0x2A, 0xAA, 0xD5, 0x55, 0xC5, 0xF5, 0x85}, {-32256, 32256, 8, -8, 264, 528, 4224}},
-                 {7, "WAVE_FORMAT_MULAW", {0x00, 0x80, 0xFF, 0x7F, 0xAF}, {-32124, 32124, 0, 0, 4092}}};
+    } cases[] = {
+        {6, "WAVE_FORMAT_ALAW", {0x2A, 0xAA, 0xD5, 0x55, 0xC5, 0xF5, 0x85}, {-32256, 32256, 8, -8, 264, 528, 4224}},
+        {7, "WAVE_FORMAT_MULAW", {0x00, 0x80, 0xFF, 0x7F, 0xAF}, {-32124, 32124, 0, 0, 4092}}};
     for (const auto& c : cases) {
         StreamInfo info;
         const auto source = openBytes(waveFile(pcmFmt(c.tag, 1, 8000, 8), c.codes), &info);
@@ -85,8 +80,7 @@ TEST(Wave, LogarithmicCodingsFollowTheirTables)
     }
 }
 
-TEST(Wave, MoreChannelsAreMixedDownWithoutClipping)
-{
+TEST(Wave, MoreChannelsAreMixedDownWithoutClipping) {
     const auto mixed = [](int channels, uint32_t mask, std::vector<float> frame) {
         std::vector<float> stereo(2);
         StereoMix(channels, mask).mix(frame, stereo);
@@ -109,8 +103,7 @@ TEST(Wave, MoreChannelsAreMixedDownWithoutClipping)
     EXPECT_EQ(mixed(6, 0x3F, {0, 0, 0, 1, 0, 0})[0], 0.0f);
 }
 
-TEST(Wave, AdpcmBlocksDecodeToTheToneThatWentIn)
-{
+TEST(Wave, AdpcmBlocksDecodeToTheToneThatWentIn) {
     const std::string data = VBMP3_TEST_DATA;
     for (const char* name : {"/adpcm_ms.wav", "/adpcm_ima.wav"}) {
         SCOPED_TRACE(name);
@@ -137,8 +130,7 @@ TEST(Wave, AdpcmBlocksDecodeToTheToneThatWentIn)
     }
 }
 
-TEST(Wave, ContradictoryOrUnknownFormatsAreRefused)
-{
+TEST(Wave, ContradictoryOrUnknownFormatsAreRefused) {
     const Bytes data(400, 1);
     const auto refused = [&](Bytes fmt) { return openBytes(waveFile(fmt, data)) == nullptr; };
     const auto changed = [](int at, int value) {
@@ -158,5 +150,5 @@ TEST(Wave, ContradictoryOrUnknownFormatsAreRefused)
     EXPECT_TRUE(refused(Bytes(10, 1))) << "a format chunk cut short";
 }
 
-} // namespace
-} // namespace vbmp3::test
+}  // namespace
+}  // namespace vbmp3::test

@@ -15,8 +15,8 @@ struct Case {
 };
 
 TEST(Pitch, PitchChangesTheFrequencyAndStepPitchTheLength) {
-    const Case cases[] = {{130, 1}, {80, 1}, {50, 1}, {200, 1}, {130, 1, 48000}, {130, 1, 22050}, {100, 6}, {100, 3},
-                          {100, -1}, {100, 16}, {100, 6, 8000}, {120, 4, 48000}, {100, 6, 192000}};
+    const Case cases[] = {{130, 1}, {80, 1},   {50, 1},   {200, 1},       {130, 1, 48000}, {130, 1, 22050}, {100, 6},
+                          {100, 3}, {100, -1}, {100, 16}, {100, 6, 8000}, {120, 4, 48000}, {100, 6, 192000}};
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor << " at " << c.rate);
         const Samples in = tones({{440.0, 0.5}}, c.rate, 4.0);
@@ -40,8 +40,8 @@ double meanAmplitude(const Samples& samples, double hz, int rate) {
 }
 
 TEST(Pitch, QualityDecidesWhatIsLeftOfTonesThatNoLongerFit) {
-    // 17.5 kHz become 22.75 kHz at 130 %, more than half the rate; what is left of them comes back as 21.35 kHz. 15 kHz are
-    // to stay what they are.
+    // 17.5 kHz become 22.75 kHz at 130 %, more than half the rate; what is left of them comes back as 21.35 kHz. 15 kHz
+    // are to stay what they are.
     const int rate = 44100;
     double ghost[3], kept[3];
     for (int quality = 0; quality < 3; ++quality) {

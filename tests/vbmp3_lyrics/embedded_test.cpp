@@ -24,9 +24,9 @@ TEST(Lyrics3, VersionOneIsTheTextBetweenItsMarks) {
 }
 
 TEST(Lyrics3, VersionTwoHasFields) {
-    const auto block = parseLyrics3(bytes(lyrics3v2(field("IND", "110") + field("ETT", "\x8B\xC8") +
-                                                    field("EAR", "Singer") + field("EAL", "Album") + field("AUT", "Poet") +
-                                                    field("IMG", "x.jpg") + field("LYR", "[00:01]a"))));
+    const auto block = parseLyrics3(bytes(
+        lyrics3v2(field("IND", "110") + field("ETT", "\x8B\xC8") + field("EAR", "Singer") + field("EAL", "Album") +
+                  field("AUT", "Poet") + field("IMG", "x.jpg") + field("LYR", "[00:01]a"))));
     ASSERT_TRUE(block);
     EXPECT_EQ(block->version, 2);
     EXPECT_EQ(block->title, "曲");
@@ -94,7 +94,8 @@ TEST(Id3v2Lyrics, SyllablesSurviveAsWordsOfTheirLine) {
 
 TEST(Id3v2Lyrics, UnsynchronisedLyricsAreReadInEveryEncoding) {
     EXPECT_EQ(readUslt(bytes("\0engdescription\0line\nline"s)), "line\nline");
-    for (const std::string& frame : {"\0jpn\0\x82\xA0"s, "\1jpn\xFF\xFE\0\0\xFF\xFE\x42\x30"s, "\2jpn\0\0\x30\x42"s, "\3jpn\0あ"s}) {
+    for (const std::string& frame :
+         {"\0jpn\0\x82\xA0"s, "\1jpn\xFF\xFE\0\0\xFF\xFE\x42\x30"s, "\2jpn\0\0\x30\x42"s, "\3jpn\0あ"s}) {
         EXPECT_EQ(readUslt(bytes(frame)), "あ");
     }
     EXPECT_FALSE(readUslt(bytes("\3jpn\0 \n"s)));

@@ -164,9 +164,14 @@ std::optional<std::string> decode(std::string_view bytes) {
 
 TEST(Decoding, EveryEncodingOfSideFilesGivesTheSameText) {
     using namespace std::string_view_literals;
-    const std::string_view cases[] = {"[00]\x82\xA0\x82\xA2"sv, "[00]あい"sv, "\xEF\xBB\xBF[00]あい"sv, "[00]あい\x1A\x1A\0\0"sv,
-                                      "\xFF\xFE[\0\60\0\60\0]\0\x42\x30\x44\x30"sv, "\xFE\xFF\0[\0\60\0\60\0]\x30\x42\x30\x44"sv,
-                                      "[\0\60\0\60\0]\0\x42\x30\x44\x30"sv, "\0[\0\60\0\60\0]\x30\x42\x30\x44"sv};
+    const std::string_view cases[] = {"[00]\x82\xA0\x82\xA2"sv,
+                                      "[00]あい"sv,
+                                      "\xEF\xBB\xBF[00]あい"sv,
+                                      "[00]あい\x1A\x1A\0\0"sv,
+                                      "\xFF\xFE[\0\60\0\60\0]\0\x42\x30\x44\x30"sv,
+                                      "\xFE\xFF\0[\0\60\0\60\0]\x30\x42\x30\x44"sv,
+                                      "[\0\60\0\60\0]\0\x42\x30\x44\x30"sv,
+                                      "\0[\0\60\0\60\0]\x30\x42\x30\x44"sv};
     for (const std::string_view bytes : cases) EXPECT_EQ(decode(bytes), "[00]あい") << bytes;
     EXPECT_EQ(decode(""sv), "");
 }

@@ -9,9 +9,7 @@ using namespace tagbytes;
 
 namespace {
 
-FileLayout scan(const std::string& file) {
-    return scanFileLayout(MemorySource(bytes(file)));
-}
+FileLayout scan(const std::string& file) { return scanFileLayout(MemorySource(bytes(file))); }
 
 std::string part(const std::string& file, const ByteRange& range) {
     return file.substr(static_cast<size_t>(range.begin), static_cast<size_t>(range.size()));

@@ -41,13 +41,9 @@ inline std::string id3v1(const std::string& title, const std::string& artist = "
     return tag + static_cast<char>(genre);
 }
 
-inline std::string tagPlus() {
-    return padded("TAG+extended title", 227);
-}
+inline std::string tagPlus() { return padded("TAG+extended title", 227); }
 
-inline std::string lyrics3v1(const std::string& text) {
-    return "LYRICSBEGIN" + text + "LYRICSEND";
-}
+inline std::string lyrics3v1(const std::string& text) { return "LYRICSBEGIN" + text + "LYRICSEND"; }
 
 // `fields` are already coded as id, five digits, text.
 inline std::string lyrics3v2(const std::string& fields) {

@@ -33,12 +33,8 @@ std::string write(const std::string& file, int kinds, const TagFields& fields) {
 std::string strip(const std::string& file, int kinds) {
     return carriedOut(file, [&](auto& reader, const auto& layout) { return planRemove(reader, layout, kinds); });
 }
-std::string toRmp(const std::string& file) {
-    return carriedOut(file, planRmp);
-}
-std::string toMp3(const std::string& file) {
-    return carriedOut(file, planMp3);
-}
+std::string toRmp(const std::string& file) { return carriedOut(file, planRmp); }
+std::string toMp3(const std::string& file) { return carriedOut(file, planMp3); }
 
 TagFields read(const std::string& file, int kind) {
     const MemorySource source(bytes(file));
@@ -46,9 +42,7 @@ TagFields read(const std::string& file, int kind) {
     const FileLayout layout = scanFileLayout(reader);
     return kind == 0 ? readTags(reader, layout) : readTagKind(reader, layout, kind);
 }
-int present(const std::string& file) {
-    return presentTags(scanFileLayout(MemorySource(bytes(file))));
-}
+int present(const std::string& file) { return presentTags(scanFileLayout(MemorySource(bytes(file)))); }
 std::string soundOf(const std::string& file) {
     const FileLayout layout = scanFileLayout(MemorySource(bytes(file)));
     return file.substr(static_cast<size_t>(layout.audio.begin), static_cast<size_t>(layout.audio.size()));

@@ -93,8 +93,7 @@ class Chain::Impl {
         auto run = std::upper_bound(runs_.begin(), runs_.end(), outputFrame,
                                     [](int64_t frame, const RunStart& r) { return frame < r.out; });
         if (run != runs_.begin()) --run;
-        const double in = run->in +
-                          static_cast<double>(std::max<int64_t>(0, outputFrame - run->out)) * run->tempo;
+        const double in = run->in + static_cast<double>(std::max<int64_t>(0, outputFrame - run->out)) * run->tempo;
         auto track = std::upper_bound(tracks_.begin(), tracks_.end(), in, [](double frame, const TrackStart& t) {
             return frame < static_cast<double>(t.in);
         });
@@ -191,26 +190,14 @@ Chain::Chain(const SoundSettings& settings, Tap* tap, int sampleRate)
     : impl_(std::make_unique<Impl>(settings, tap, sampleRate)) {}
 Chain::~Chain() = default;
 
-int Chain::sampleRate() const {
-    return impl_->sampleRate();
-}
+int Chain::sampleRate() const { return impl_->sampleRate(); }
 void Chain::reset(int64_t track, int64_t sourceFrame, int64_t outputFrame) {
     impl_->reset(track, sourceFrame, outputFrame);
 }
-int64_t Chain::beginTrack(int64_t track) {
-    return impl_->beginTrack(track);
-}
-void Chain::process(std::span<const float> stereo, std::vector<float>& out) {
-    impl_->process(stereo, out);
-}
-void Chain::finish(std::vector<float>& out) {
-    impl_->finish(out);
-}
-int64_t Chain::outputFrames() const {
-    return impl_->outputFrames();
-}
-TrackPosition Chain::position(int64_t outputFrame) const {
-    return impl_->position(outputFrame);
-}
+int64_t Chain::beginTrack(int64_t track) { return impl_->beginTrack(track); }
+void Chain::process(std::span<const float> stereo, std::vector<float>& out) { impl_->process(stereo, out); }
+void Chain::finish(std::vector<float>& out) { impl_->finish(out); }
+int64_t Chain::outputFrames() const { return impl_->outputFrames(); }
+TrackPosition Chain::position(int64_t outputFrame) const { return impl_->position(outputFrame); }
 
 }  // namespace vbmp3

@@ -13,9 +13,7 @@ namespace {
 
 using Fft = std::unique_ptr<kiss_fftr_state, void (*)(void*)>;
 
-Fft makeFft(int size, bool inverse) {
-    return Fft(kiss_fftr_alloc(size, inverse, nullptr, nullptr), kiss_fftr_free);
-}
+Fft makeFft(int size, bool inverse) { return Fft(kiss_fftr_alloc(size, inverse, nullptr, nullptr), kiss_fftr_free); }
 
 }  // namespace
 

@@ -1,5 +1,6 @@
-// What the caller has asked of the sound: equalizer, pitch, tempo and their quality. Written by the caller's thread, read by the
-// output thread without a lock; a set of values is seen whole or not at all. Outlives every Chain that reads it.
+// What the caller has asked of the sound: equalizer, pitch, tempo and their quality. Written by the caller's thread,
+// read by the output thread without a lock; a set of values is seen whole or not at all. Outlives every Chain that
+// reads it.
 #pragma once
 
 #include <array>

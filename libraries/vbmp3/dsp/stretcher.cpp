@@ -20,13 +20,14 @@ constexpr double kFadeSeconds = 0.02;
 constexpr double kSeekSeconds = 0.05;
 // How closely it is looked at where the pieces come from that SoundTouch puts together.
 constexpr double kLookSeconds = 0.001;
-// SoundTouch takes sound through as many channels as are wanted, and does the same to all of them: a third one carries the
-// number of the source frame, so weak (2^-50 a frame) that it does not weigh when the sound is compared with itself.
+// SoundTouch takes sound through as many channels as are wanted, and does the same to all of them: a third one carries
+// the number of the source frame, so weak (2^-50 a frame) that it does not weigh when the sound is compared with
+// itself.
 constexpr unsigned kChannels = 3;
 constexpr float kFrameLevel = 0x1p-50f;
 
-// Of each Quality: the filter that keeps what a higher pitch moves beyond half the sample rate from coming back as another
-// tone, and whether the best continuation is looked for at every place or at some.
+// Of each Quality: the filter that keeps what a higher pitch moves beyond half the sample rate from coming back as
+// another tone, and whether the best continuation is looked for at every place or at some.
 struct Care {
     int filterTaps;
     int quickSeek;

@@ -1,7 +1,7 @@
 // Pitch and tempo of the chain, through SoundTouch. At normal, samples pass bit-exact and at once. A change of either
 // begins a new run at the present source frame: the old run plays on for 20 ms and fades into the new one. Every run
-// gives exactly as many frames as its source frames divided by the tempo. Inside, SoundTouch takes pieces from up to 35 ms
-// beside the place that the tempo gives; places() tells where from. Output thread.
+// gives exactly as many frames as its source frames divided by the tempo. Inside, SoundTouch takes pieces from up to 35
+// ms beside the place that the tempo gives; places() tells where from. Output thread.
 #pragma once
 
 #include <cstdint>
@@ -35,8 +35,8 @@ class Stretcher {
     };
     Start start() const { return start_; }
     int64_t inputFrames() const { return in_; }
-    // Where output frames came from: from output frame `out` on, until the next place, the input frame is `in`, and goes
-    // on by `slope` a frame. Of what has been given since the last call, counted since reset. None at normal.
+    // Where output frames came from: from output frame `out` on, until the next place, the input frame is `in`, and
+    // goes on by `slope` a frame. Of what has been given since the last call, counted since reset. None at normal.
     struct Place {
         double in = 0;
         int64_t out = 0;

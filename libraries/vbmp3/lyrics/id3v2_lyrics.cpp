@@ -91,9 +91,7 @@ struct Entry {
     std::string text;
 };
 
-bool isBreak(char c) {
-    return c == '\n' || c == '\r';
-}
+bool isBreak(char c) { return c == '\n' || c == '\r'; }
 
 std::string stamp(int64_t ms, char open, char close) {
     char text[32];

@@ -18,9 +18,7 @@ void putRow(char (&row)[VBMP3_LYRICS_ROW], std::string_view text) {
     std::memset(row + cut.size(), 0, VBMP3_LYRICS_ROW - cut.size());
 }
 
-int32_t asStamp(int64_t ms) {
-    return static_cast<int32_t>(std::clamp<int64_t>(ms, 0, INT32_MAX));
-}
+int32_t asStamp(int64_t ms) { return static_cast<int32_t>(std::clamp<int64_t>(ms, 0, INT32_MAX)); }
 
 }  // namespace
 
@@ -36,9 +34,7 @@ void LyricsShow::set(std::string utf8, LyricsFormat format) {
     heldAt_.reset();
 }
 
-void LyricsShow::clear() {
-    set({}, LyricsFormat::Text);
-}
+void LyricsShow::clear() { set({}, LyricsFormat::Text); }
 
 void LyricsShow::setAtMarkTags(bool on) {
     if (rules_.atMarkTags == on) return;
@@ -46,9 +42,7 @@ void LyricsShow::setAtMarkTags(bool on) {
     set(std::move(text_), format_);
 }
 
-void LyricsShow::noteSeek() {
-    sought_ = true;
-}
+void LyricsShow::noteSeek() { sought_ = true; }
 
 int64_t LyricsShow::startOf(int line, int64_t lengthMs) const {
     if (lyrics_.timed) return lyrics_.lines[line].ms + shift_;

@@ -100,24 +100,14 @@ class FieldCollector {
             if (field.empty()) field = std::move(text);
         };
         switch (role) {
-            case Role::Title:
-                return take(fields_.title);
-            case Role::Artist:
-                return take(fields_.artist);
-            case Role::BandArtist:
-                return take(bandArtist_);
-            case Role::Album:
-                return take(fields_.album);
-            case Role::Track:
-                return take(fields_.track);
-            case Role::Year:
-                text = yearOf(text);
-                return take(fields_.year);
-            case Role::Date:
-                text = yearOf(text);
-                return take(date_);
-            default:
-                return;
+            case Role::Title: return take(fields_.title);
+            case Role::Artist: return take(fields_.artist);
+            case Role::BandArtist: return take(bandArtist_);
+            case Role::Album: return take(fields_.album);
+            case Role::Track: return take(fields_.track);
+            case Role::Year: text = yearOf(text); return take(fields_.year);
+            case Role::Date: text = yearOf(text); return take(date_);
+            default: return;
         }
     }
 

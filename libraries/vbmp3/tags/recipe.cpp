@@ -22,9 +22,7 @@ void Recipe::add(std::span<const uint8_t> bytes) {
     pieces_.push_back({{}, {bytes.begin(), bytes.end()}});
 }
 
-void Recipe::add(std::string_view text) {
-    add({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
-}
+void Recipe::add(std::string_view text) { add({reinterpret_cast<const uint8_t*>(text.data()), text.size()}); }
 
 void Recipe::append(const Recipe& other) {
     for (const Piece& piece : other.pieces_) {

@@ -149,9 +149,7 @@ Bytes bytesOf(HeadTailReader& reader, ByteRange range) {
     return {view.begin(), view.end()};
 }
 
-Bytes toBytes(const std::array<uint8_t, kId3v1Size>& block) {
-    return {block.begin(), block.end()};
-}
+Bytes toBytes(const std::array<uint8_t, kId3v1Size>& block) { return {block.begin(), block.end()}; }
 
 bool isEmpty(const TagFields& fields) {
     return std::all_of(std::begin(kTextFields), std::end(kTextFields),

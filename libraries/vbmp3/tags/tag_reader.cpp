@@ -24,16 +24,13 @@ int presentTags(const FileLayout& layout) {
 
 TagFields readTagKind(HeadTailReader& reader, const FileLayout& layout, int kind) {
     switch (kind) {
-        case kTagId3v1:
-            return readId3v1(reader.view(layout.id3v1().begin, static_cast<size_t>(layout.id3v1().size())));
+        case kTagId3v1: return readId3v1(reader.view(layout.id3v1().begin, static_cast<size_t>(layout.id3v1().size())));
         case kTagId3v2: {
             const TagBlock* block = findId3v2(layout);
             return block != nullptr ? readId3v2(reader, block->range) : TagFields{};
         }
-        case kTagSi:
-            return readRiffInfo(reader, layout);
-        default:
-            return {};
+        case kTagSi: return readRiffInfo(reader, layout);
+        default: return {};
     }
 }
 
