@@ -59,8 +59,9 @@ void FormInfo::Form_Unload(bool& cancel) {
 
 Layout FormInfo::layout() {
     constexpr int kButton = 64, kHeight = 14;
-    return Column({Item(LabelName, 220, 24), Item(LabelVersion, 220), Space(0, 4), Item(LabelVbmp3, 220), Item(LabelGogo, 220), Space(0, 4),
-                   Item(LabelLicence, 240), Item(LabelLibraries, 240, 20), Space(0, 4),
+    return Column({Item(LabelName, 220, 24), Item(LabelVersion, 220), Space(0, 4), Item(LabelVbmp3, 220),
+                   Item(LabelGogo, 220), Space(0, 4), Item(LabelLicence, 240), Item(LabelLibraries, 240, 20),
+                   Space(0, 4),
                    Row({Item(CommandLicence, kButton, kHeight), Item(CommandHelp, kButton, kHeight), Space(0, 0, 1),
                         Item(CommandClose, kButton, kHeight)})});
 }

@@ -66,7 +66,8 @@ Application::Application(const Services& services, std::string commandLine)
     };
     equalizer_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
-    for (Form* form : otherWindows()) form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
+    for (Form* form : otherWindows())
+        form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
     tag_.connect({&release_, [this](const std::string& path) { letGoOf(path); },
                   {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
                    [this] { list_.refreshBrowser(); }},
@@ -117,8 +118,8 @@ void Application::load() {
     if (state_.ListShown) top_.showWindow(list_);
 }
 
-// Nobody has placed a window yet: they come up around the main window, and those that can only lie over another leave its
-// title bar free.
+// Nobody has placed a window yet: they come up around the main window, and those that can only lie over another leave
+// its title bar free.
 void Application::placeAroundMain() {
     constexpr int kTitleBar = 450;  // twips
     const int right = top_.left() + top_.width() * top_.scale(), below = top_.top() + top_.height() * top_.scale();

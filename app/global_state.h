@@ -19,7 +19,15 @@ enum PlayerStatusCode : int {
 enum PlayIntentCode : int { kNoIntent = 0, kForward = 1, kBackward = 2 };
 enum PitchModeCode : int { kNormalPitch = 0, kHighPitch = 1, kLowPitch = 2, kStepPitch = 3 };
 enum BaseKind : int {
-    kUnknownKind = 0, kWavePcm = 1, kWaveOther = 2, kMp3 = 3, kRmp = 4, kMidi = 10, kCdAudio = 20, kWma = 30, kWaveMci = 40
+    kUnknownKind = 0,
+    kWavePcm = 1,
+    kWaveOther = 2,
+    kMp3 = 3,
+    kRmp = 4,
+    kMidi = 10,
+    kCdAudio = 20,
+    kWma = 30,
+    kWaveMci = 40
 };
 
 enum LyricsColorEntry : int { kLyricsScheme = 0, kSkinLyricsFirst = 3, kSkinLyricsSecond = 4 };

@@ -25,8 +25,9 @@ int main() {
     const auto mixer = MakeMixer();
     const auto outputDevices = MakeOutputDevices();
     const auto gogo = LoadGogo(folder);
-    Application application({*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, *gogo, random, *outputDevices},
-                            CommandLineText());
+    Application application(
+        {*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, *gogo, random, *outputDevices},
+        CommandLineText());
     crashNotes->follow(&application.state().Actions);
     application.load();
     const int result = application.run();

@@ -41,7 +41,8 @@ void SettingsFile::LoadSettings() {
 }
 
 void SettingsFile::afterColumns() {
-    for (int list = 0; list < FormList::kViews; ++list) windows_.state.CurrentIndex[static_cast<std::size_t>(list)] = -1;
+    for (int list = 0; list < FormList::kViews; ++list)
+        windows_.state.CurrentIndex[static_cast<std::size_t>(list)] = -1;
     windows_.list.showSortItems(windows_.state.ListType != 0);
 }
 
@@ -53,9 +54,11 @@ void SettingsFile::openCurrentFolder() {
 
 void SettingsFile::loadEqualizer(const IniDocument& file) {
     for (int entry = 0; entry < kEqualizerEntries; ++entry) {
-        const std::string text = ReadIniString(file, "Equalizer", std::to_string(entry) + "Eq", DefaultEqualizerEntry(entry));
+        const std::string text =
+            ReadIniString(file, "Equalizer", std::to_string(entry) + "Eq", DefaultEqualizerEntry(entry));
         const std::size_t comma = text.find(',');
-        SplitNumbers(comma == std::string::npos ? std::string_view{} : std::string_view(text).substr(comma + 1), values_);
+        SplitNumbers(comma == std::string::npos ? std::string_view{} : std::string_view(text).substr(comma + 1),
+                     values_);
         if (entry < FormGra::kPresets) {
             windows_.gra.geLabel[entry].setCaption(std::string(TrimBlanks(std::string_view(text).substr(0, comma))));
         }

@@ -129,14 +129,16 @@ std::string ProposedDestination(const std::string& source, Operation operation) 
     return WithExtension(source, Encodes(operation) ? "mp3" : "wav");
 }
 
-std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Operation operation, const std::string& folder) {
+std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Operation operation,
+                                   const std::string& folder) {
     std::vector<ConversionJob> jobs;
     std::set<std::string> taken;
     for (const std::string& source : sources) {
         std::string proposed = ProposedDestination(source, operation);
         if (!folder.empty()) proposed = JoinPath(folder, FileNameOf(proposed));
         std::string destination = proposed;
-        for (int number = 2; !taken.insert(FoldCase(destination)).second; ++number) destination = Numbered(proposed, number);
+        for (int number = 2; !taken.insert(FoldCase(destination)).second; ++number)
+            destination = Numbered(proposed, number);
         jobs.push_back({source, destination});
     }
     return jobs;

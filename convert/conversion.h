@@ -56,7 +56,8 @@ struct ConversionJob {
 // The name cut after its last "." and followed by "wav" or "mp3".
 std::string ProposedDestination(const std::string& source, Operation operation);
 // A job for each source, in `folder` or, when that is empty, beside the source. Two sources never get one destination.
-std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Operation operation, const std::string& folder);
+std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Operation operation,
+                                   const std::string& folder);
 
 // "残り 01:23" from what has passed and the done part (0 to 1); empty as long as it would be guessing.
 std::string TimeLeft(double secondsPassed, double done);

@@ -44,8 +44,14 @@ ControlArray<OptionButton> FormConv::optionsOf(FormConv& form) {
     return options;
 }
 
-FormConv::FormConv(GlobalState& state, Vbmp3& vbmp3, Gogo& gogo, Dialogs& dialogs, FileSystem& files, WindowSystem& windows)
-    : Form("FormConv", Kind::Dialog), state_(state), vbmp3_(vbmp3), gogo_(gogo), dialogs_(dialogs), files_(files),
+FormConv::FormConv(GlobalState& state, Vbmp3& vbmp3, Gogo& gogo, Dialogs& dialogs, FileSystem& files,
+                   WindowSystem& windows)
+    : Form("FormConv", Kind::Dialog),
+      state_(state),
+      vbmp3_(vbmp3),
+      gogo_(gogo),
+      dialogs_(dialogs),
+      files_(files),
       windows_(windows) {
     setCaption("ファイル変換");
     FrameOperation.setCaption("変換の種類");
@@ -98,7 +104,9 @@ void FormConv::DecOption_Click(int) {
     showControls();
 }
 
-void FormConv::Combo5_Click() { LabelBitRate.setCaption(Combo5.listIndex() > 0 ? kLeastBitRateCaption : kBitRateCaption); }
+void FormConv::Combo5_Click() {
+    LabelBitRate.setCaption(Combo5.listIndex() > 0 ? kLeastBitRateCaption : kBitRateCaption);
+}
 
 void FormConv::Command2_Click() {
     const std::vector<std::string> chosen = dialogs_.openFiles(SourceDialog(operation()));
@@ -110,7 +118,8 @@ void FormConv::Form_FilesDropped(const std::vector<std::string>& files, Point) {
     std::vector<std::string> chosen;
     for (const std::string& file : files) {
         const std::string extension = LastFour(file);
-        const bool fits = Encodes(operation()) ? extension == ".wav" : extension.starts_with(".mp") || extension == ".rmp";
+        const bool fits =
+            Encodes(operation()) ? extension == ".wav" : extension.starts_with(".mp") || extension == ".rmp";
         if (fits) chosen.push_back(file);
     }
     if (!chosen.empty()) setSources(std::move(chosen));
@@ -137,9 +146,10 @@ void FormConv::setSources(std::vector<std::string> sources) {
     sources_ = std::move(sources);
     jobs_ = JobsFor(sources_, operation(), {});
     replaceAgreed_ = false;
-    Label3.setCaption(sources_.empty()       ? std::string()
-                      : sources_.size() == 1 ? sources_.front()
-                                             : FileNameOf(sources_.front()) + "  ほか" + std::to_string(sources_.size() - 1) + "個");
+    Label3.setCaption(sources_.empty() ? std::string()
+                      : sources_.size() == 1
+                          ? sources_.front()
+                          : FileNameOf(sources_.front()) + "  ほか" + std::to_string(sources_.size() - 1) + "個");
     std::string all;
     for (const std::string& source : sources_) all += (all.empty() ? "" : "\n") + source;
     Label3.setTooltip(all);
@@ -161,10 +171,10 @@ void FormConv::showControls() {
     Command2.setEnabled(idle);
     Command3.setEnabled(idle);
     Frame1.setEnabled(settings);
-    for (Control* control : {static_cast<Control*>(&Combo3), static_cast<Control*>(&Combo4), static_cast<Control*>(&Combo5),
-                             static_cast<Control*>(&LabelFrequency), static_cast<Control*>(&LabelBitRate),
-                             static_cast<Control*>(&LabelVbr), static_cast<Control*>(&LabelHertz),
-                             static_cast<Control*>(&LabelKbits)}) {
+    for (Control* control :
+         {static_cast<Control*>(&Combo3), static_cast<Control*>(&Combo4), static_cast<Control*>(&Combo5),
+          static_cast<Control*>(&LabelFrequency), static_cast<Control*>(&LabelBitRate),
+          static_cast<Control*>(&LabelVbr), static_cast<Control*>(&LabelHertz), static_cast<Control*>(&LabelKbits)}) {
         control->setEnabled(settings);
     }
     Command4.setCaption(idle ? kStartCaption : kCancelCaption);
@@ -199,7 +209,8 @@ void FormConv::Form_Unload(bool& refuse) {
 // What the save dialog has not asked about is asked here.
 bool FormConv::mayReplace() {
     if (replaceAgreed_) return true;
-    const auto there = std::ranges::count_if(jobs_, [&](const ConversionJob& job) { return files_.fileExists(job.destination); });
+    const auto there =
+        std::ranges::count_if(jobs_, [&](const ConversionJob& job) { return files_.fileExists(job.destination); });
     if (there == 0) return true;
     return dialogs_.confirm(jobs_.size() == 1
                                 ? FileNameOf(jobs_.front().destination) + " は既にあります。\n上書きしますか？"
@@ -242,7 +253,8 @@ void FormConv::startJob() {
     bool started = false;
     switch (runs_) {
         case Operation::Decode:
-            started = IsMpeg(vbmp3_.vbmp3_getFileType(job.source)) && vbmp3_.vbmp3_decodeWave(job.source, job.destination);
+            started =
+                IsMpeg(vbmp3_.vbmp3_getFileType(job.source)) && vbmp3_.vbmp3_decodeWave(job.source, job.destination);
             break;
         case Operation::PlayDecode:
             // Opened first, so that the main window shows what is heard.
@@ -464,7 +476,8 @@ void FormConv::endRun() {
 }
 
 void FormConv::showProgress(double doneOfFile) {
-    const double done = std::min(1.0, (static_cast<double>(done_) + doneOfFile) / static_cast<double>(std::max<std::size_t>(count_, 1)));
+    const double done = std::min(
+        1.0, (static_cast<double>(done_) + doneOfFile) / static_cast<double>(std::max<std::size_t>(count_, 1)));
     Progress.setValue(static_cast<int>(done * 1000));
     const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - started_;
     std::string text = count_ > 1 ? std::to_string(done_ + 1) + "/" + std::to_string(count_) + "  " : std::string();
@@ -475,15 +488,16 @@ void FormConv::showProgress(double doneOfFile) {
 
 Layout FormConv::layout() {
     constexpr int kCaption = 64, kChoice = 84, kPath = 220, kButton = 60;
-    return Column({Group(FrameOperation, Row({Item(DecOption[0]), Item(DecOption[1]), Item(DecOption[2])})),
-                   Row({Item(Label1, 30), Item(Label3, kPath, 0, 1), Item(Command2, kButton, 14)}),
-                   Row({Item(Label2, 30), Item(Label4, kPath, 0, 1), Item(Command3, kButton, 14)}),
-                   Group(Frame1, Column({Item(LabelGogo, 220),
-                                         Row({Item(LabelFrequency, kCaption), Item(Combo4, kChoice), Item(LabelHertz, 30)}),
-                                         Row({Item(LabelBitRate, kCaption), Item(Combo3, kChoice), Item(LabelKbits, 30)}),
-                                         Row({Item(LabelVbr, kCaption), Item(Combo5, kChoice)})})),
-                   Item(Progress, 0, 10), Item(LabelProgress, 0, 10),
-                   Row({Space(0, 0, 1), Item(Command4, kButton, 14), Item(Command1, kButton, 14)})});
+    return Column(
+        {Group(FrameOperation, Row({Item(DecOption[0]), Item(DecOption[1]), Item(DecOption[2])})),
+         Row({Item(Label1, 30), Item(Label3, kPath, 0, 1), Item(Command2, kButton, 14)}),
+         Row({Item(Label2, 30), Item(Label4, kPath, 0, 1), Item(Command3, kButton, 14)}),
+         Group(Frame1, Column({Item(LabelGogo, 220),
+                               Row({Item(LabelFrequency, kCaption), Item(Combo4, kChoice), Item(LabelHertz, 30)}),
+                               Row({Item(LabelBitRate, kCaption), Item(Combo3, kChoice), Item(LabelKbits, 30)}),
+                               Row({Item(LabelVbr, kCaption), Item(Combo5, kChoice)})})),
+         Item(Progress, 0, 10), Item(LabelProgress, 0, 10),
+         Row({Space(0, 0, 1), Item(Command4, kButton, 14), Item(Command1, kButton, 14)})});
 }
 
 }  // namespace quenlox

@@ -25,7 +25,8 @@ void ActionLog::note(std::string_view what, std::string_view detail) noexcept {
     entry.ms = Now();
     std::size_t at = 0;
     const auto put = [&](std::string_view text) {
-        for (const char c : text.substr(0, std::min(text.size(), kTextLength - at))) entry.text[at++] = c == ' ' || Plain(c) ? c : '?';
+        for (const char c : text.substr(0, std::min(text.size(), kTextLength - at)))
+            entry.text[at++] = c == ' ' || Plain(c) ? c : '?';
     };
     put(what);
     if (!detail.empty()) put(" ");
@@ -53,7 +54,9 @@ void ActionLog::noteFile(std::string_view what, std::string_view path) noexcept 
     note(what, length == 0 ? std::string_view("-") : std::string_view(extension.data(), length));
 }
 
-std::size_t ActionLog::count() const noexcept { return std::min(written_.load(std::memory_order_acquire), kEntries - 1); }
+std::size_t ActionLog::count() const noexcept {
+    return std::min(written_.load(std::memory_order_acquire), kEntries - 1);
+}
 
 const ActionLog::Entry& ActionLog::entry(std::size_t index) const noexcept {
     return entries_[(written_.load(std::memory_order_acquire) - count() + index) % kEntries];

@@ -14,10 +14,10 @@ struct CodeName {
     std::string_view name;
 };
 constexpr CodeName kCodeNames[] = {
-    {0xC0000005, "access violation"},      {0xC00000FD, "stack overflow"},        {0xC0000374, "heap corruption"},
-    {0xC000001D, "illegal instruction"},   {0xC0000094, "division by zero"},      {0xC0000096, "privileged instruction"},
-    {0xC0000006, "error reading a page"},  {0xC0000409, "stack buffer overrun"},  {0xC0000417, "invalid parameter"},
-    {0x80000003, "breakpoint"},            {0x40000015, "end requested"},         {0x20474343, "exception not caught"},
+    {0xC0000005, "access violation"},     {0xC00000FD, "stack overflow"},       {0xC0000374, "heap corruption"},
+    {0xC000001D, "illegal instruction"},  {0xC0000094, "division by zero"},     {0xC0000096, "privileged instruction"},
+    {0xC0000006, "error reading a page"}, {0xC0000409, "stack buffer overrun"}, {0xC0000417, "invalid parameter"},
+    {0x80000003, "breakpoint"},           {0x40000015, "end requested"},        {0x20474343, "exception not caught"},
 };
 
 }  // namespace

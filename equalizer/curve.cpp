@@ -17,7 +17,9 @@ constexpr Color kCurveOn{64, 196, 255};
 constexpr Color kCurveOff{140, 146, 156};
 
 Color Mix(Color a, Color b, double share) {
-    const auto mix = [&](int from, int to) { return static_cast<std::uint8_t>(std::lround(from + (to - from) * share)); };
+    const auto mix = [&](int from, int to) {
+        return static_cast<std::uint8_t>(std::lround(from + (to - from) * share));
+    };
     return {mix(a.red, b.red), mix(a.green, b.green), mix(a.blue, b.blue)};
 }
 
@@ -28,10 +30,12 @@ void Tint(Surface& picture, int x, int y, Color color, double alpha) {
 
 void DrawGround(Surface& picture, const Knobs& knobs, const CurveScale& scale) {
     for (int y = 0; y < picture.height(); ++y) {
-        picture.fillRect({0, y, picture.width(), 1}, Mix(kGroundTop, kGroundBottom, y / std::max(1.0, picture.height() - 1.0)));
+        picture.fillRect({0, y, picture.width(), 1},
+                         Mix(kGroundTop, kGroundBottom, y / std::max(1.0, picture.height() - 1.0)));
     }
     const int thick = std::max(1, static_cast<int>(scale.unit));
-    for (const double x : knobs.x) picture.blend({static_cast<int>(std::lround(x)), 0, thick, picture.height()}, kGrid, 0.45);
+    for (const double x : knobs.x)
+        picture.blend({static_cast<int>(std::lround(x)), 0, thick, picture.height()}, kGrid, 0.45);
     for (int decibels = -12; decibels <= 12; decibels += 3) {
         const Rect line{0, static_cast<int>(std::lround(scale.y(-decibels))), picture.width(), thick};
         if (decibels == 0) {

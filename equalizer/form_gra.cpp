@@ -12,7 +12,8 @@
 namespace quenlox {
 namespace {
 
-constexpr std::array<const char*, FormGra::kBands> kBandCaptions{"60", "170", "310", "600", "1k", "3k", "6k", "12k", "14k", "16k"};
+constexpr std::array<const char*, FormGra::kBands> kBandCaptions{"60", "170", "310", "600", "1k",
+                                                                 "3k", "6k",  "12k", "14k", "16k"};
 constexpr std::array<const char*, 3> kScaleCaptions{"+12dB", "0dB", "-12dB"};
 constexpr int kReach = 12;                // decibels to each side
 constexpr int kKnobFromLeft = 165;        // the curve passes a slider this far from its left edge, twips
@@ -207,7 +208,8 @@ void FormGra::Command23_Click() {
 }
 
 void FormGra::Command2_Click() {
-    for (int i = 0; i < kPresets; ++i) menuPat.items[static_cast<std::size_t>(i)].caption = ReplaceAll(geLabel[i].caption(), "&", "&&");
+    for (int i = 0; i < kPresets; ++i)
+        menuPat.items[static_cast<std::size_t>(i)].caption = ReplaceAll(geLabel[i].caption(), "&", "&&");
     const Rect button = Command2.bounds();
     popup(menuPat, {button.left, button.bottom()});
 }

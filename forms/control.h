@@ -21,7 +21,22 @@ struct Font {
     bool operator==(const Font&) const = default;
 };
 
-enum class Property { Caption, Bounds, Visible, Enabled, Value, Range, Items, Selection, Font, Color, Picture, Focus, Tooltip, Scroll };
+enum class Property {
+    Caption,
+    Bounds,
+    Visible,
+    Enabled,
+    Value,
+    Range,
+    Items,
+    Selection,
+    Font,
+    Color,
+    Picture,
+    Focus,
+    Tooltip,
+    Scroll
+};
 
 class Control {
   public:
@@ -91,7 +106,8 @@ class CommandButton : public Control {
   public:
     using Control::Control;
     std::function<void()> onClick;
-    bool isDefault = false;  // pressed by Enter while the keyboard is on another control; set before the form is realised
+    bool isDefault =
+        false;  // pressed by Enter while the keyboard is on another control; set before the form is realised
     void click() {
         if (enabled() && onClick) onClick();
     }

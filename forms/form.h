@@ -27,7 +27,9 @@ class Form {
 
     const std::string& name() const { return name_; }
     Kind kind() const { return kind_; }
-    const std::vector<Control*>& controls() const { return controls_; }  // in the order of their making, which is the tab order
+    const std::vector<Control*>& controls() const {
+        return controls_;
+    }  // in the order of their making, which is the tab order
 
     // Makes it a real window, hidden until show().
     void realise(WindowSystem& system);
@@ -46,7 +48,8 @@ class Form {
     const std::string& caption() const { return caption_; }
     void setCaption(std::string caption);
     bool visible() const { return visible_; }
-    // A window that appears by itself does not take the keyboard: `activate` false. One that is shown stays where it is.
+    // A window that appears by itself does not take the keyboard: `activate` false. One that is shown stays where it
+    // is.
     void show(bool activate = true);
     bool activates() const { return activates_; }
     void hide();
@@ -73,8 +76,8 @@ class Form {
     virtual void Form_MouseUp(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_DoubleClick(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_ContextMenu(Point at) { (void)at; }  // by the keyboard: Shift+F10 or the menu key
-    // A media key of the keyboard, as a Windows application command (11 next, 12 previous, 13 stop, 14 play or pause, 46
-    // play, 47 pause). True when it has been dealt with.
+    // A media key of the keyboard, as a Windows application command (11 next, 12 previous, 13 stop, 14 play or pause,
+    // 46 play, 47 pause). True when it has been dealt with.
     virtual bool Form_AppCommand(int command) { return onAppCommand && onAppCommand(command); }
     std::function<bool(int command)> onAppCommand;
     virtual std::string Form_TooltipAt(Point at) { (void)at; return {}; }
@@ -89,7 +92,8 @@ class Form {
     // Smallest size of a sizeable form in twips.
     virtual Size minimumTwips() const { return {1500, 1200}; }
 
-    // The first time to the middle of the screen, later where the user has put it: for a window whose place is not kept.
+    // The first time to the middle of the screen, later where the user has put it: for a window whose place is not
+    // kept.
     void moveToMiddleOnce();
     // Moves it to a place that nobody has chosen: shown there it lies on the screen as a whole, as far as it fits.
     void suggestPlace(int left, int top);

@@ -75,7 +75,8 @@ Size MeasureContent(const Layout& layout, DialogUnits units, const Wish& wish) {
         case Layout::Kind::Row:
         case Layout::Kind::Column: {
             const bool row = layout.kind == Layout::Kind::Row;
-            int along = std::max(count - 1, 0) * (row ? Horizontal(layout.gap, units) : Vertical(layout.gap, units)), across = 0;
+            int along = std::max(count - 1, 0) * (row ? Horizontal(layout.gap, units) : Vertical(layout.gap, units)),
+                across = 0;
             for (const Layout& item : layout.items) {
                 const Size size = Measure(item, units, wish);
                 along += row ? size.width : size.height;
@@ -125,7 +126,8 @@ void ArrangeLine(const Layout& layout, const Rect& area, DialogUnits units, cons
     const std::vector<int> lengths = Divide(natural, grow, (row ? area.width : area.height) - gaps);
     int at = row ? area.left : area.top;
     for (std::size_t i = 0; i < layout.items.size(); ++i) {
-        const Rect room = row ? Rect{at, area.top, lengths[i], area.height} : Rect{area.left, at, area.width, lengths[i]};
+        const Rect room =
+            row ? Rect{at, area.top, lengths[i], area.height} : Rect{area.left, at, area.width, lengths[i]};
         Arrange(layout.items[i], Fit(layout.items[i], room, row, units, wish), units, wish);
         at += lengths[i] + gap;
     }

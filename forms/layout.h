@@ -1,5 +1,6 @@
-// How the controls of an ordinary window are arranged: rows and columns, sizes in dialog units (a quarter of the average
-// character width, an eighth of the character height), so that a window follows the font and the monitor's resolution.
+// How the controls of an ordinary window are arranged: rows and columns, sizes in dialog units (a quarter of the
+// average character width, an eighth of the character height), so that a window follows the font and the monitor's
+// resolution.
 #pragma once
 
 #include <functional>
@@ -39,6 +40,7 @@ struct DialogUnits {
 // The size that a layout needs, in pixels. `wish` tells what a control wants where the layout leaves 0.
 Size Measure(const Layout& layout, DialogUnits units, const std::function<Size(const Control&)>& wish);
 // Gives every control of the layout its bounds within `area`.
-void Arrange(const Layout& layout, const Rect& area, DialogUnits units, const std::function<Size(const Control&)>& wish);
+void Arrange(const Layout& layout, const Rect& area, DialogUnits units,
+             const std::function<Size(const Control&)>& wish);
 
 }  // namespace quenlox

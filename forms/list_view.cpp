@@ -8,7 +8,8 @@ namespace {
 
 template <typename Row, typename Length>
 int LongestRow(const std::vector<Row>& rows, Length length) {
-    const auto longest = std::max_element(rows.begin(), rows.end(), [&](const Row& a, const Row& b) { return length(a) < length(b); });
+    const auto longest =
+        std::max_element(rows.begin(), rows.end(), [&](const Row& a, const Row& b) { return length(a) < length(b); });
     return longest == rows.end() ? -1 : static_cast<int>(longest - rows.begin());
 }
 
@@ -104,7 +105,8 @@ DirListBox::DirListBox(Form& form, std::string name) : ListView(form, std::move(
     };
     // A step to the right is about as wide as three letters.
     longestRow = [this] {
-        return LongestRow(entries_, [](const Entry& entry) { return entry.name.size() + static_cast<std::size_t>(3 * entry.level); });
+        return LongestRow(
+            entries_, [](const Entry& entry) { return entry.name.size() + static_cast<std::size_t>(3 * entry.level); });
     };
 }
 
@@ -119,7 +121,8 @@ void DirListBox::setEntries(std::vector<Entry> entries) {
     setRowCount(0);
     entries_ = std::move(entries);
     setRowCount(static_cast<int>(entries_.size()));
-    const auto current = std::find_if(entries_.begin(), entries_.end(), [this](const Entry& e) { return e.path == path_; });
+    const auto current =
+        std::find_if(entries_.begin(), entries_.end(), [this](const Entry& e) { return e.path == path_; });
     if (current == entries_.end()) return;
     const auto row = static_cast<int>(current - entries_.begin());
     setSelected(row, true);

@@ -8,8 +8,8 @@
 namespace quenlox {
 namespace {
 
-// The pixels of one direction that a target pixel is made of, and their weights: a triangle as wide as the target pixel is in
-// the source, and at least two pixels.
+// The pixels of one direction that a target pixel is made of, and their weights: a triangle as wide as the target pixel
+// is in the source, and at least two pixels.
 struct Taps {
     int first = 0;
     std::vector<float> weights;
@@ -93,7 +93,8 @@ void Surface::stretch(const Surface& source, const Rect& part, const Rect& where
 void Surface::stretchSmoothly(const Surface& source, const Rect& part) {
     const Rect inside = Intersect(part, source.rect());
     if (empty() || inside.empty()) return;
-    const std::vector<Taps> across = TapsOf(inside.left, inside.width, width_), down = TapsOf(inside.top, inside.height, height_);
+    const std::vector<Taps> across = TapsOf(inside.left, inside.width, width_),
+                            down = TapsOf(inside.top, inside.height, height_);
     // First across, for the rows of the part, then down.
     std::vector<std::array<float, 3>> rows(static_cast<std::size_t>(inside.height) * width_);
     for (int y = 0; y < inside.height; ++y) {
@@ -174,7 +175,9 @@ void Surface::fillEllipse(const Rect& box, Color color) {
 void Surface::blend(const Rect& where, Color color, double alpha) {
     const Rect r = Intersect(where, rect());
     const int weight = RoundHalfToEven(std::clamp(alpha, 0.0, 1.0) * 256);
-    const auto mix = [weight](int under, int over) { return static_cast<std::uint8_t>(under + ((over - under) * weight >> 8)); };
+    const auto mix = [weight](int under, int over) {
+        return static_cast<std::uint8_t>(under + ((over - under) * weight >> 8));
+    };
     for (int y = r.top; y < r.bottom(); ++y) {
         for (int x = r.left; x < r.right(); ++x) {
             Pixel& pixel = pixels_[index(x, y)];

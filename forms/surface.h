@@ -43,8 +43,8 @@ class Surface {
     void ellipse(const Rect& box, Color color);                // outline
     void fillEllipse(const Rect& box, Color color);
     void blend(const Rect& where, Color color, double alpha);  // alpha 0 (nothing) to 1 (all)
-    // Mixes `color` in at `to` as strongly as `part` of `mask` is light: black leaves a pixel alone, white replaces it. With
-    // a text drawn white on black it is that text in any colour on any ground.
+    // Mixes `color` in at `to` as strongly as `part` of `mask` is light: black leaves a pixel alone, white replaces it.
+    // With a text drawn white on black it is that text in any colour on any ground.
     void stamp(const Surface& mask, const Rect& part, Point to, Color color);
 
     static Pixel ToPixel(Color c) { return Pixel{c.red} << 16 | Pixel{c.green} << 8 | c.blue; }

@@ -94,7 +94,9 @@ void FormLyrics::setPicture(Surface picture) {
 void FormLyrics::makeBackground() {
     const Surface& on = Picture7.surface();
     if (picture_.empty()) return;
-    if (background_.width() == on.width() && background_.height() == on.height() && backgroundColor_ == Picture7.backColor()) return;
+    if (background_.width() == on.width() && background_.height() == on.height() &&
+        backgroundColor_ == Picture7.backColor())
+        return;
     backgroundColor_ = Picture7.backColor();
     background_ = LyricsBackground(picture_, {on.width(), on.height()}, backgroundColor_);
 }

@@ -23,7 +23,13 @@ constexpr int kShiftUnit = 100;       // milliseconds for one step of the option
 
 LyricsDisplay::LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
                              TextPainter& painter, FormLyrics& window, MainWindow main)
-    : state_(state), options_(options), vbmp3_(vbmp3), files_(files), painter_(painter), window_(window), main_(std::move(main)) {
+    : state_(state),
+      options_(options),
+      vbmp3_(vbmp3),
+      files_(files),
+      painter_(painter),
+      window_(window),
+      main_(std::move(main)) {
     window_.onShown = [this] { Timer6_Timer(); };
 }
 

@@ -29,15 +29,15 @@ class LyricsDisplay {
         std::function<void()> showLyricsWindow;  // without taking the keyboard
     };
 
-    LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, TextPainter& painter,
-                  FormLyrics& window, MainWindow main);
+    LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+                  TextPainter& painter, FormLyrics& window, MainWindow main);
 
     // One step of the lyrics timer, and whenever something has to be seen at once.
     void Timer6_Timer();
     // A track has been opened and its lyrics looked for: the window comes up for lyrics, and stays for tracks without.
     void trackOpened();
-    // A skin has been loaded; `inWindow` when it has no lyrics area. On the panel the window is wanted only for text that
-    // cannot run there.
+    // A skin has been loaded; `inWindow` when it has no lyrics area. On the panel the window is wanted only for text
+    // that cannot run there.
     void lyricsDisplayMode(bool inWindow);
     // The user has switched the lyrics window on or off.
     void lyricsShownChanged();

@@ -100,7 +100,8 @@ bool LyricsLookup::FindLyricsFile() {
     const std::string path = loadSideFile();
     if (path.empty()) return false;
     if (vbmp3_.vbmp3_checkTimeTag() == 0) {
-        if (const auto bytes = files_.read(path, kLargestText)) form_.setText(WithBoxLines(TrimAtNull(DecodeText(*bytes))));
+        if (const auto bytes = files_.read(path, kLargestText))
+            form_.setText(WithBoxLines(TrimAtNull(DecodeText(*bytes))));
         state_.LyricsKind = kPlainLyrics;
     } else {
         state_.LyricsKind = kTimedLyrics;

@@ -1,5 +1,5 @@
-// Finds the lyrics of the track that has been opened: inside the sound file, or a side file of the same name. The library
-// keeps lyrics with time tags; a text without them goes into the lyrics window. On the user-interface thread.
+// Finds the lyrics of the track that has been opened: inside the sound file, or a side file of the same name. The
+// library keeps lyrics with time tags; a text without them goes into the lyrics window. On the user-interface thread.
 #pragma once
 
 #include <array>
@@ -20,14 +20,14 @@ enum LyricsKindCode : int { kNoLyrics = 0, kTimedLyrics = 1, kPlainLyrics = 2 };
 // Names of the side files of a track, the one that counts most first; without folder.
 std::array<std::string, 3> LyricsCandidates(const std::string& track);
 
-// Where the picture behind the lyrics of a track is looked for, the one that counts most first: in the picture folder, with
-// the name of the track or that of the folder it lies in. Nothing without a picture folder.
+// Where the picture behind the lyrics of a track is looked for, the one that counts most first: in the picture folder,
+// with the name of the track or that of the folder it lies in. Nothing without a picture folder.
 std::vector<std::string> LyricsPictures(const std::string& track, const std::string& pictureFolder);
 
 class LyricsLookup {
   public:
-    LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, MainDisplay& display,
-                 FormLyrics& form);
+    LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+                 MainDisplay& display, FormLyrics& form);
 
     // Called when a track has been opened: sets LyricsKind. What cannot be read counts as no lyrics.
     void LoadLyrics();

@@ -135,10 +135,12 @@ void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines
 Surface LyricsBackground(const Surface& picture, Size size, Color back) {
     Surface background(size.width, size.height, back);
     if (picture.empty() || background.empty()) return background;
-    const double scale = std::max(static_cast<double>(size.width) / picture.width(), static_cast<double>(size.height) / picture.height());
+    const double scale = std::max(static_cast<double>(size.width) / picture.width(),
+                                  static_cast<double>(size.height) / picture.height());
     const int width = std::clamp(RoundHalfToEven(size.width / scale), 1, picture.width());
     const int height = std::clamp(RoundHalfToEven(size.height / scale), 1, picture.height());
-    background.stretchSmoothly(picture, {(picture.width() - width) / 2, (picture.height() - height) / 2, width, height});
+    background.stretchSmoothly(picture,
+                               {(picture.width() - width) / 2, (picture.height() - height) / 2, width, height});
     background.blend(background.rect(), back, kVeil);
     return background;
 }
@@ -163,8 +165,8 @@ void DrawLyricsPanel(Surface& on, TextPainter& painter, const vbmp3_LyricsLines&
         if (where.width > 0) painter.draw(on, where, text, single);
         return;
     }
-    // Wrapped, the sung words are written over the others; whole words, since half of one might still fit where the whole
-    // of it has been wrapped.
+    // Wrapped, the sung words are written over the others; whole words, since half of one might still fit where the
+    // whole of it has been wrapped.
     const std::size_t sung = std::min(static_cast<std::size_t>(lines.progressBytes), text.size());
     if (sung == 0) return;
     painter.draw(on, where, text.substr(0, std::min(text.find(' ', sung), text.size())), style);

@@ -26,8 +26,8 @@ struct LyricsBand {
     bool operator==(const LyricsBand&) const = default;
 };
 
-// The rows that a layout of 1, 3 or 5 lines shows in a picture of that size in pixels, from the top. The type takes half
-// a band, so the extra row 5 finds its place in the lower half of the current line's band.
+// The rows that a layout of 1, 3 or 5 lines shows in a picture of that size in pixels, from the top. The type takes
+// half a band, so the extra row 5 finds its place in the lower half of the current line's band.
 std::vector<LyricsBand> LyricsBands(int lines, Size picture);
 
 struct LyricsLook {
@@ -39,12 +39,12 @@ struct LyricsLook {
     bool operator==(const LyricsLook&) const = default;
 };
 
-// The whole picture of the lyrics window. Lines around the current one are paler; what of the current line has been sung
-// stands out when the lyrics tell; a line that is too long gets smaller type.
+// The whole picture of the lyrics window. Lines around the current one are paler; what of the current line has been
+// sung stands out when the lyrics tell; a line that is too long gets smaller type.
 void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsLook& look);
 
-// A picture made to lie behind lyrics: it fills `size`, what does not fit is cut off on both sides alike, and the colour
-// `back` lies over it so thick that the type stays easy to read.
+// A picture made to lie behind lyrics: it fills `size`, what does not fit is cut off on both sides alike, and the
+// colour `back` lies over it so thick that the type stays easy to read.
 Surface LyricsBackground(const Surface& picture, Size size, Color back);
 
 struct LyricsPanelLook {

@@ -44,7 +44,8 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
             lyricsLook();
         };
     }
-    for (CheckBox* box : {&CheckTimeTag, &CheckLyricsBold, &CheckLyricsSecond, &CheckLyricsSelf}) box->onClick = lyricsLook;
+    for (CheckBox* box : {&CheckTimeTag, &CheckLyricsBold, &CheckLyricsSecond, &CheckLyricsSelf})
+        box->onClick = lyricsLook;
     HScrollLyricsTime.onChange = TextLyricsFont.onChange = lyricsLook;
     CheckLyrics.onClick = tell(&FormOpt::onLyricsShown);
     CheckLyricsMain.onClick = tell(&FormOpt::onLyricsSources);
@@ -53,7 +54,8 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     for (int i = 0; i <= 1; ++i) VolumeOption[i].onClick = tell(&FormOpt::onVolume);
     CheckReName.onClick = tell(&FormOpt::onEstimate);
     ComboDevice.onClick = HScrollBuffer.onChange = tell(&FormOpt::onOutput);
-    for (ScrollBar* bar : {&HScrollHiPitch, &HScrollLowPitch, &HScrollStepPitch}) bar->onChange = tell(&FormOpt::onPitch);
+    for (ScrollBar* bar : {&HScrollHiPitch, &HScrollLowPitch, &HScrollStepPitch})
+        bar->onChange = tell(&FormOpt::onPitch);
     CheckListTime.onClick = CheckListTypeS.onClick = tell(&FormOpt::onListColumns);
     ComboCdDrive.onClick = [this] {
         if (!listing_) state_.DefaultCdDrive = ComboCdDrive.listIndex() <= 0 ? std::string() : ComboCdDrive.text();

@@ -10,8 +10,8 @@
 
 namespace quenlox {
 
-// The names in a folder, in the order in which the file system returns them. Hidden files and folders are left out, as in
-// the windows of the system, and so are "." and "..".
+// The names in a folder, in the order in which the file system returns them. Hidden files and folders are left out, as
+// in the windows of the system, and so are "." and "..".
 class FolderReader {
   public:
     virtual ~FolderReader() = default;
@@ -41,8 +41,8 @@ class FileSystem {
     virtual std::vector<std::string> drives() = 0;                  // "C:\\" and so on
     virtual DriveType driveType(const std::string& root) = 0;
     virtual std::string programFolder() = 0;                        // without "\" at its end, unless it is a root
-    // Where settings and lists are written (user_files.h), found out at the first call by writing: the program's folder, or
-    // one of the user's own, which is made if it has to be.
+    // Where settings and lists are written (user_files.h), found out at the first call by writing: the program's
+    // folder, or one of the user's own, which is made if it has to be.
     virtual std::string userFolder() = 0;
     virtual std::string currentFolder() = 0;
 

@@ -36,7 +36,7 @@ class FormHost {
     virtual void paint(const Rect& where) { invalidate(where); }
     virtual void partChanged(int part, PartChange change) { (void)part, (void)change; }  // tells assistive programs
     virtual void beginDrag() = 0;                          // the system moves the window with the mouse
-    virtual void popup(const Menu& menu, Point at) = 0;    // returns when it is closed; the chosen item has been clicked
+    virtual void popup(const Menu& menu, Point at) = 0;  // returns when it is closed; the chosen item has been clicked
     virtual void bringToFront() = 0;
     virtual Point fromScreen(Point screen) const { return screen; }  // pixels of the screen to pixels of the form
     virtual Size clientSize() const = 0;                   // pixels
@@ -51,7 +51,7 @@ class WindowSystem {
     virtual std::unique_ptr<FormHost> realise(Form& form) = 0;
     virtual TwipsPerPixel twipsPerPixel() const = 0;       // of the primary monitor
     virtual Rect workArea(const Rect& near) const = 0;     // of the monitor nearest to a rectangle, in pixels
-    virtual bool mouseHeld() const = 0;                    // a button of the mouse is down: something may be being dragged
+    virtual bool mouseHeld() const = 0;  // a button of the mouse is down: something may be being dragged
     virtual void pumpMessages() = 0;                       // handles what is pending and returns
     // Runs `task` on the user-interface thread as soon as it is idle; may be called from any thread.
     virtual void post(std::function<void()> task) = 0;

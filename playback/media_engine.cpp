@@ -50,7 +50,10 @@ int KindOfFile(const std::string& lastFour, const std::function<int()>& fileType
     if (lastFour == ".wma") return kWma;
     const int type = fileType();
     if (type < 0) return lastFour == ".wav" ? kWaveMci : kUnknownKind;
-    int kind = type & VBMP3_TYPE_RMP ? kRmp : type & VBMP3_TYPE_WAVE ? kWavePcm : type & VBMP3_TYPE_MPEG ? kMp3 : kWaveOther;
+    int kind = type & VBMP3_TYPE_RMP    ? kRmp
+               : type & VBMP3_TYPE_WAVE ? kWavePcm
+               : type & VBMP3_TYPE_MPEG ? kMp3
+                                        : kWaveOther;
     if (type & VBMP3_TYPE_ID3V2) {
         kind += 100;
     } else if (type & VBMP3_TYPE_ID3V1) {
@@ -274,7 +277,8 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
         }
     } else if (state_.baseKind() >= kMidi) {
         const bool disc = state_.baseKind() == kCdAudio;
-        const int code = mediaControl_.sendString("play MediaFile from " + std::to_string(disc ? state_.TrackStartMs : 0));
+        const int code =
+            mediaControl_.sendString("play MediaFile from " + std::to_string(disc ? state_.TrackStartMs : 0));
         if (code == 0) {
             result = PlayResult::Playing;
         } else if (code == kPortInUse && !disc) {

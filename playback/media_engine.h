@@ -22,9 +22,9 @@ class Vbmp3;
 class WindowSystem;
 struct GlobalState;
 
-// The kind of a file from the last four characters of its path in lower case and its vbmp3_getFileType result (negative:
-// refused): the base kind, 100 more with an ID3v2 tag, else 200 more with an ID3v1 tag, 1000 more where lyrics can be
-// shown. `fileType` is not asked for when the extension decides alone.
+// The kind of a file from the last four characters of its path in lower case and its vbmp3_getFileType result
+// (negative: refused): the base kind, 100 more with an ID3v2 tag, else 200 more with an ID3v1 tag, 1000 more where
+// lyrics can be shown. `fileType` is not asked for when the extension decides alone.
 int KindOfFile(const std::string& lastFour, const std::function<int()>& fileType);
 std::string KindName(int mediaKind);
 
@@ -48,7 +48,8 @@ class MediaEngine {
 
     void DetectMediaKind();
     void OpenMedia();
-    // Lets go of the file, so that it can be replaced on the disk; what is shown stays, and the next play opens it again.
+    // Lets go of the file, so that it can be replaced on the disk; what is shown stays, and the next play opens it
+    // again.
     void CloseMedia();
     PlayResult PlayMedia();
     void StopMedia();

@@ -131,7 +131,8 @@ void PlayStateMonitor::step(int direction) {
 }
 
 int PlayStateMonitor::shuffleStep(int list, int count, int direction) {
-    ShuffleStep step = direction > 0 ? NextInShuffle(PlaceIn(state_, list), count) : PreviousInShuffle(PlaceIn(state_, list), count);
+    ShuffleStep step =
+        direction > 0 ? NextInShuffle(PlaceIn(state_, list), count) : PreviousInShuffle(PlaceIn(state_, list), count);
     if (step.needsNewOrder) {
         beginNewOrder(list, count);
         step.position = state_.ShufflePos[At(list)];

@@ -33,7 +33,8 @@ class PlayStateMonitor {
     // set the next one is tried.
     void OpenAndPlay();
 
-    // The track that has just begun was named on the command line and comes from no list: REPEAT does not play it again.
+    // The track that has just begun was named on the command line and comes from no list: REPEAT does not play it
+    // again.
     void playsFromNoList() { playFromNoList_ = engine_.playCount(); }
 
     void StepPlayMode();  // a click on the play-mode label

@@ -22,7 +22,9 @@ constexpr std::uint64_t kLargestMidi = 16u << 20;
 // A disk that has to start turning takes as long, but then it is there.
 constexpr std::chrono::seconds kLongWait{1}, kDeadTime{60};
 
-bool IsMidi(const std::string& path) { return std::string_view(".mid.rmi").find(LastFour(path)) != std::string_view::npos; }
+bool IsMidi(const std::string& path) {
+    return std::string_view(".mid.rmi").find(LastFour(path)) != std::string_view::npos;
+}
 
 template <std::size_t size>
 std::string_view Field(const char (&field)[size]) {

@@ -17,7 +17,8 @@ using std::chrono::milliseconds;
 
 constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーチスト名", "アルバム名", "時間", "ファイル名"};
 
-// Texts of rows on the screen are read while they are painted as long as that is quick; a slow disk makes them come later.
+// Texts of rows on the screen are read while they are painted as long as that is quick; a slow disk makes them come
+// later.
 constexpr milliseconds kPaintBudget{40};
 constexpr milliseconds kIdleBudget{8};
 // A slice of work for which the user waits.
@@ -51,7 +52,12 @@ std::string HoursText(std::int64_t seconds) {
 }  // namespace
 
 FormList::FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs)
-    : Form("FormList", Kind::Sizeable), state_(state), lists_(lists), files_(files), dialogs_(dialogs), adding_(lists, files) {
+    : Form("FormList", Kind::Sizeable),
+      state_(state),
+      lists_(lists),
+      files_(files),
+      dialogs_(dialogs),
+      adding_(lists, files) {
     setCaption("プレイリスト");
     makeViews();
     makeBrowser();
@@ -348,7 +354,8 @@ void FormList::cmdCancel_Click() {
 
 void FormList::showBusy() {
     if (reading_) {
-        LabelStatus.setCaption("フォルダを読み込み中… " + WithThousands(static_cast<std::int64_t>(reading_->files.size())) + "ファイル");
+        LabelStatus.setCaption("フォルダを読み込み中… " +
+                               WithThousands(static_cast<std::int64_t>(reading_->files.size())) + "ファイル");
         Progress.setValue(ProgressBar::kEndless);
     } else if (adding_.active()) {
         LabelStatus.setCaption("追加中… " + WithThousands(lists_.count(state_.ListNo)) + "曲");

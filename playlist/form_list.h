@@ -33,7 +33,7 @@ class FormList : public Form {
     static constexpr ColumnWidths kStartWidths{162, 113, 162, 40, 300};
     static constexpr ColumnWidths kSingleColumn{9000, 0, 0, 0, 0};              // of the plain file-name mode
     static constexpr int kSortItems = 6;
-    static constexpr int kFolderTab = kViews;         // the tab behind those of the lists: the folder is the current list
+    static constexpr int kFolderTab = kViews;  // the tab behind those of the lists: the folder is the current list
 
     FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs);
 
@@ -50,7 +50,7 @@ class FormList : public Form {
     DirListBox Dir1{*this, "Dir1"};
     ComboBox Combo1{*this, "Combo1"};                 // which files File1 shows
     FileListBox File1{*this, "File1"};
-    FileListBox File2{*this, "File2"};                // never shown: the files of File1 that are played as the folder list
+    FileListBox File2{*this, "File2"};  // never shown: the files of File1 that are played as the folder list
     Label LabelStatus{*this, "LabelStatus"};
     ProgressBar Progress{*this, "Progress"};
     CommandButton cmdCancel{*this, "cmdCancel"};

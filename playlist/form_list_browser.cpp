@@ -84,13 +84,15 @@ void FormList::makeBrowser() {
     };
     for (ListView* box : {static_cast<ListView*>(&Dir1), static_cast<ListView*>(&File1)}) {
         box->find = [box](const std::string& text, int from) {
-            return FindByBeginning(box->rowCount(), [box](int row) { return box->textOf(row, 0); }, text, std::max(from, 0));
+            return FindByBeginning(
+                box->rowCount(), [box](int row) { return box->textOf(row, 0); }, text, std::max(from, 0));
         };
     }
     File1.onDoubleClick = [this](int) { File1_DblClick(); };
     File1.onRefresh = [this] { readFolder(); };
     File1.onMouseDown = [this](int button, int, Point at) {
-        if (button == 2) popup(Menu{"menuBrowser", browserItems()}, {File1.bounds().left + at.x, File1.bounds().top + at.y});
+        if (button == 2)
+            popup(Menu{"menuBrowser", browserItems()}, {File1.bounds().left + at.x, File1.bounds().top + at.y});
     };
 }
 

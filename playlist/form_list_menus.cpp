@@ -47,7 +47,8 @@ ToolbarButton Gap() {
 
 void FormList::makeMenus() {
     for (int index = 0; index < kSortItems; ++index)
-        menuSort.items.push_back(Command(kSortCaptions[static_cast<std::size_t>(index)], [this, index] { menuSort_Click(index); }));
+        menuSort.items.push_back(
+            Command(kSortCaptions[static_cast<std::size_t>(index)], [this, index] { menuSort_Click(index); }));
     Toolbar1.setButtons({Button("add", "追加", "ファイルをリストに追加します"),
                          Button("addFolder", "ﾌｫﾙﾀﾞ追加", "フォルダのファイルをリストに追加します"), Gap(),
                          Button("up", "▲", "選択した曲を上へ移動します (Alt+↑)"),
@@ -109,7 +110,8 @@ std::vector<MenuItem> FormList::browserItems() {
     const auto targets = [this](void (FormList::*command)(int)) {
         std::vector<MenuItem> items;
         for (int list = 0; list < kViews; ++list)
-            items.push_back(Command(kListCaptions[static_cast<std::size_t>(list)], [this, command, list] { (this->*command)(list); }));
+            items.push_back(Command(kListCaptions[static_cast<std::size_t>(list)],
+                                    [this, command, list] { (this->*command)(list); }));
         return items;
     };
     return {Command("読込", [this] { menuLoad2_Click(); }), SubMenu("全追加", targets(&FormList::menuAdd1_Click)),

@@ -22,8 +22,8 @@ void ParseListFile(std::string_view bytes, const std::function<void(int list, st
 // name is relative to `folder`, the folder of the M3U file, which ends in "\" and is put in front as it is.
 void ParseM3U(std::string_view bytes, std::string_view folder, const std::function<void(std::string_view path)>& add);
 
-// The text of a file that is written: of an M3U file when no list is begun, of a list file otherwise. Lists come in their
-// order, and a list without rows leaves nothing.
+// The text of a file that is written: of an M3U file when no list is begun, of a list file otherwise. Lists come in
+// their order, and a list without rows leaves nothing.
 class ListText {
   public:
     void beginList(int list) { marker_ = kListMarkers[static_cast<std::size_t>(list)]; }

@@ -178,14 +178,16 @@ bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName
     return true;
 }
 
-bool Playlists::AddFolder(const std::string& folder, FolderReader& names, int list, const std::function<bool()>& keepGoing) {
+bool Playlists::AddFolder(const std::string& folder, FolderReader& names, int list,
+                          const std::function<bool()>& keepGoing) {
     const int before = count(list);
     std::string name;
     bool isFolder = false, more = true;
     int read = 0;
     do {
         more = names.next(name, isFolder);
-        if (more && !isFolder && CharacterCount(name) > 4 && MatchesMediaFilter(name)) append(list, JoinPath(folder, name));
+        if (more && !isFolder && CharacterCount(name) > 4 && MatchesMediaFilter(name))
+            append(list, JoinPath(folder, name));
     } while (more && (++read % kNamesPerQuestion != 0 || !keepGoing || keepGoing()));
     reportAdded(list, before);
     return more;

@@ -86,7 +86,8 @@ class Playlists : public TrackSource {
     bool ImportM3U(const std::string& folder, const std::string& fileName, int list);  // false: could not be read
     // The media files among the names of a folder, not those of the folders in it. `keepGoing` is asked now and then
     // and may interrupt it; true while there are more names.
-    bool AddFolder(const std::string& folder, FolderReader& names, int list, const std::function<bool()>& keepGoing = {});
+    bool AddFolder(const std::string& folder, FolderReader& names, int list,
+                   const std::function<bool()>& keepGoing = {});
     bool ExportM3U(int list, const std::string& path);               // to the file of that ExportName
     static std::string ExportName(const std::string& path);          // with ".m3u" behind it when that is missing
 

@@ -40,8 +40,8 @@ void Playlists::BuildShuffleOrder(int list) {
     std::vector<std::int32_t>& order = state_.ShuffleOrder[static_cast<std::size_t>(list)];
     order.resize(n + 1);
     std::iota(order.begin(), order.end(), 0);
-    // Every step draws from the whole range: the simple shuffle that the players of this program know. It takes position
-    // n, which lies behind the last row, along; what that brought into the order goes back behind it.
+    // Every step draws from the whole range: the simple shuffle that the players of this program know. It takes
+    // position n, which lies behind the last row, along; what that brought into the order goes back behind it.
     for (std::size_t i = 0; i <= n; ++i) std::swap(order[i], order[randomIndex(n)]);
     std::iter_swap(std::find(order.begin(), order.end(), static_cast<std::int32_t>(n)), order.end() - 1);
     state_.ShufflePos[static_cast<std::size_t>(list)] = 0;
@@ -240,7 +240,8 @@ void Playlists::removeRows(int list, const Selection& which) {
 
 int Playlists::findTitle(int list, std::string_view beginning, int from) const {
     const auto textOf = [&](int row) {
-        return rows(list).known(row) ? std::string(rows(list).texts(row).title) : FileNameOf(std::string(rows(list).path(row)));
+        return rows(list).known(row) ? std::string(rows(list).texts(row).title)
+                                     : FileNameOf(std::string(rows(list).path(row)));
     };
     return persisted(list) ? FindByBeginning(rows(list).count(), textOf, beginning, std::max(from, 0)) : -1;
 }

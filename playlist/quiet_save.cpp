@@ -17,7 +17,8 @@ void QuietSave::tick(Clock::time_point now, bool occupied) {
     const Clock::time_point start = Clock::now();
     const bool saved = lists_.saveQuietly();
     const auto took = Clock::now() - start;
-    state_.Actions.note(saved ? "lists saved, ms" : "lists not saved, ms", std::chrono::duration_cast<std::chrono::milliseconds>(took).count());
+    state_.Actions.note(saved ? "lists saved, ms" : "lists not saved, ms",
+                        std::chrono::duration_cast<std::chrono::milliseconds>(took).count());
     wait_ = std::max<Clock::duration>(kWait, took * kShare);
     due_.reset();
 }

@@ -1,5 +1,5 @@
-// Memory for very many short texts that are kept until all of them go: they lie one behind the other in large blocks and
-// never move, so that a row needs only a pointer to each of its texts.
+// Memory for very many short texts that are kept until all of them go: they lie one behind the other in large blocks
+// and never move, so that a row needs only a pointer to each of its texts.
 #pragma once
 
 #include <cstddef>

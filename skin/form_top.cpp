@@ -19,11 +19,20 @@ constexpr int kDragThreshold = 3;         // pixels that the pointer moves befor
 constexpr int kWheelStep = 5;             // percent of volume for one notch
 
 enum Key : int { kLeftKey = 37, kUpKey = 38, kRightKey = 39, kDownKey = 40 };
-enum AppCommand : int { kMediaNext = 11, kMediaPrevious = 12, kMediaStop = 13, kMediaPlayPause = 14, kMediaPlay = 46, kMediaPause = 47 };
+enum AppCommand : int {
+    kMediaNext = 11,
+    kMediaPrevious = 12,
+    kMediaStop = 13,
+    kMediaPlayPause = 14,
+    kMediaPlay = 46,
+    kMediaPause = 47
+};
 
 Point Within(const Control& control, Point at) { return {at.x - control.bounds().left, at.y - control.bounds().top}; }
 
-bool InsidePicture(const PictureBox& box, Point at) { return Rect{0, 0, box.bounds().width, box.bounds().height}.contains(at); }
+bool InsidePicture(const PictureBox& box, Point at) {
+    return Rect{0, 0, box.bounds().width, box.bounds().height}.contains(at);
+}
 
 constexpr const char* kPlaybackHints[kButtonCount] = {"再生／停止", "一時停止", "前の曲", "次の曲", "音程を下げる", "音程を上げる", "速度変更"};
 constexpr const char* kCommandHints[kButtonCount] = {"プレイリスト", "オプション", "タグ情報", "ファイル変換", "ヘルプ", "通知領域に入れる", "終了"};

@@ -1,6 +1,6 @@
-// The main window. It has no frame; its outline, pictures and places come from a skin, and it is composed on one Surface
-// from its controls. It turns what the user does into calls of the playback and shows what the playback tells it. On
-// the user-interface thread; it never decides what is played.
+// The main window. It has no frame; its outline, pictures and places come from a skin, and it is composed on one
+// Surface from its controls. It turns what the user does into calls of the playback and shows what the playback tells
+// it. On the user-interface thread; it never decides what is played.
 #pragma once
 
 #include <functional>
@@ -32,8 +32,24 @@ enum MainLabel : int {
     kTitleLabel = 0, kInformationLabel = 1, kTimeLabel = 2, kLengthLabel = 3, kStatusLabel = 4, kPlayModeLabel = 5,
     kKindLabel = 6, kListLabel = 7, kArtistLabel = 8
 };
-enum PlaybackButton : int { kPlayButton, kPauseButton, kBackButton, kNextButton, kLowButton, kHighButton, kDoubleButton };
-enum CommandButtonIndex : int { kListCommand, kOptCommand, kTagCommand, kConvCommand, kHelpCommand, kMiniCommand, kCloseCommand };
+enum PlaybackButton : int {
+    kPlayButton,
+    kPauseButton,
+    kBackButton,
+    kNextButton,
+    kLowButton,
+    kHighButton,
+    kDoubleButton
+};
+enum CommandButtonIndex : int {
+    kListCommand,
+    kOptCommand,
+    kTagCommand,
+    kConvCommand,
+    kHelpCommand,
+    kMiniCommand,
+    kCloseCommand
+};
 
 class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
   public:

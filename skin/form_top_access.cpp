@@ -1,5 +1,5 @@
-// What the main window tells assistive programs of: it has no child windows, so it names what it draws. Buttons and labels
-// act through the handlers that a click calls.
+// What the main window tells assistive programs of: it has no child windows, so it names what it draws. Buttons and
+// labels act through the handlers that a click calls.
 #include <algorithm>
 
 #include "playback/media_engine.h"
@@ -53,7 +53,8 @@ std::vector<AccessiblePart> FormTop::accessibleParts() {
 void FormTop::tellPart(const Control& control, PartChange change) {
     if (!host() || !control.visible()) return;
     const auto parts = partsInOrder();
-    const auto found = std::find_if(parts.begin(), parts.end(), [&](const Part& part) { return part.control == &control; });
+    const auto found =
+        std::find_if(parts.begin(), parts.end(), [&](const Part& part) { return part.control == &control; });
     if (found != parts.end()) host()->partChanged(static_cast<int>(found - parts.begin()), change);
 }
 
@@ -75,7 +76,9 @@ AccessiblePart FormTop::describe(const Part& part) {
     if (&control == &SeekBar) {
         told.role = AccessiblePart::Role::Slider;
         told.value = Percent(RoundHalfToEven(barFraction_ * 100));
-        told.setPercent = [this](int percent) { SeekBar_MouseDown(kLeft, 0, {SeekBar.bounds().width * percent / 100, 0}); };
+        told.setPercent = [this](int percent) {
+            SeekBar_MouseDown(kLeft, 0, {SeekBar.bounds().width * percent / 100, 0});
+        };
     } else if (&control == &VolumeBar) {
         told.role = AccessiblePart::Role::Slider;
         told.value = Percent(state_.VolumePercent);

@@ -39,7 +39,9 @@ Menu FormTop::menuMain() {
         skins.items.push_back(std::move(item));
     };
     addSkin(0, "default", "Default");
-    for (std::size_t i = 0; i < skinNames_.size(); ++i) addSkin(static_cast<int>(i) + 1, skinNames_[i], ReplaceAll(skinNames_[i], "&", "&&"));
+    for (std::size_t i = 0; i < skinNames_.size(); ++i) {
+        addSkin(static_cast<int>(i) + 1, skinNames_[i], ReplaceAll(skinNames_[i], "&", "&&"));
+    }
     items.push_back(std::move(skins));
     items.push_back(Item("タイトルアニメーション(&A)", [this] { options_.setTitleAnimation(!options_.titleAnimation()); },
                          options_.titleAnimation()));
@@ -104,7 +106,8 @@ void FormTop::Form_ContextMenu(Point at) {
 void FormTop::setAlwaysOnTop(bool on) {
     alwaysOnTop_ = on;
     setTopmost(on);
-    for (Form* form : {windows_.list, windows_.options, windows_.lyrics, windows_.equalizer, windows_.tag, windows_.convert, windows_.about}) {
+    for (Form* form : {windows_.list, windows_.options, windows_.lyrics, windows_.equalizer, windows_.tag,
+                       windows_.convert, windows_.about}) {
         if (form && form->visible()) form->setTopmost(on);
     }
 }
@@ -169,7 +172,8 @@ void FormTop::trayEvent(int message) {
     // The menu is wanted at the pointer, wherever the hidden window lies.
     const TwipsPerPixel twips = host() ? host()->twipsPerPixel() : TwipsPerPixel{};
     const Point cursor = shell_.cursor();
-    popup(menuTray(), {(cursor.x - TwipsToPixels(left(), twips.x)) / scale_, (cursor.y - TwipsToPixels(top(), twips.y)) / scale_});
+    popup(menuTray(), {(cursor.x - TwipsToPixels(left(), twips.x)) / scale_,
+                       (cursor.y - TwipsToPixels(top(), twips.y)) / scale_});
 }
 
 // Options.

@@ -111,7 +111,8 @@ void FormTop::drawLabel(const Label& label) {
         painter_.draw(titleStrip_, titleStrip_.rect(), label.caption(), white);
     }
     const int offset = titleAnimation_.offset(), rest = titleAnimation_.period() - offset;
-    composed_.stamp(titleStrip_, {offset, 0, std::min(rest, place.width), place.height}, {place.left, place.top}, style.color);
+    composed_.stamp(titleStrip_, {offset, 0, std::min(rest, place.width), place.height}, {place.left, place.top},
+                    style.color);
     composed_.stamp(titleStrip_, {0, 0, place.width - rest, place.height}, {place.left + rest, place.top}, style.color);
 }
 
@@ -140,7 +141,8 @@ void FormTop::drawVolumeLevel() {
     const double loud = state_.VolumePercent / 100.0;
     Surface& surface = DisplayD.surface();
     surface.fill(DisplayD.backColor());
-    surface.copy(levelPicture_, {0, 0, width, RoundHalfToEven(height * loud)}, {0, RoundHalfToEven(height * (1 - loud))});
+    surface.copy(levelPicture_, {0, 0, width, RoundHalfToEven(height * loud)},
+                 {0, RoundHalfToEven(height * (1 - loud))});
     DisplayD.refresh();
 }
 

@@ -18,7 +18,8 @@ std::optional<Region> ReadRegionFile(std::string_view bytes) {
     constexpr std::size_t kHeader = 32, kRectangle = 16;
     if (bytes.size() < kHeader || Number(bytes, 0) != kHeader || Number(bytes, 4) != 1) return std::nullopt;
     const auto announced = static_cast<std::uint32_t>(Number(bytes, 8));
-    const std::size_t count = std::min({std::size_t{announced}, (bytes.size() - kHeader) / kRectangle, kMostRectangles});
+    const std::size_t count =
+        std::min({std::size_t{announced}, (bytes.size() - kHeader) / kRectangle, kMostRectangles});
     Region region;
     region.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {

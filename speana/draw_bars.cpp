@@ -83,7 +83,8 @@ void Water(PanelCanvas& c) {
         c.picture.fillRect({0, y, kWidth, 1}, PanelColors::kBack);
         c.picture.copy(land, {0, kShore - 1 - depth * 2, kWidth, 1}, {sway, y});
         c.fade({0, y, kWidth, 1}, 150 - depth * 9);
-        for (int x = 0; x < kWidth; ++x) c.add(x, y, {0, static_cast<std::uint8_t>(4 + depth), static_cast<std::uint8_t>(10 + depth * 2)});
+        for (int x = 0; x < kWidth; ++x)
+            c.add(x, y, {0, static_cast<std::uint8_t>(4 + depth), static_cast<std::uint8_t>(10 + depth * 2)});
     }
 }
 

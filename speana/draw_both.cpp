@@ -26,7 +26,8 @@ void Standing(PanelCanvas& c, int ground, int height, int light) {
     for (int i = 0; i < c.bands; ++i) {
         const int high = Rows(c.bar[At(i)], height), mark = Rows(c.peak[At(i)], height);
         for (int y = 0; y < high; ++y) {
-            c.picture.fillRect({c.barLeft(i), ground - y, c.barWidth(), 1}, c.colors.shade(light + y * (light / 2) / height));
+            c.picture.fillRect({c.barLeft(i), ground - y, c.barWidth(), 1},
+                               c.colors.shade(light + y * (light / 2) / height));
         }
         if (mark > 0) c.picture.fillRect({c.barLeft(i), ground - mark, c.barWidth(), 1}, c.colors.shade(light + 70));
     }
@@ -97,14 +98,17 @@ void RingAndBars(PanelCanvas& c) {
     Point last, first;
     for (int i = 0; i <= 48; ++i) {
         const int radius = 200 + c.wave[At(i == 48 ? 0 : i)] * 110 / 256, angle = i * 256 / 48 - 64;
-        const Point next{16 + PanelCosine(angle) * radius / 256 * 13 / 256, kMiddleY + PanelSine(angle) * radius / 256 * 13 / 256};
+        const Point next{16 + PanelCosine(angle) * radius / 256 * 13 / 256,
+                         kMiddleY + PanelSine(angle) * radius / 256 * 13 / 256};
         if (i == 0) first = next;
         if (i > 0) c.picture.line(last, i == 48 ? first : next, c.colors.counter(200));
         last = next;
     }
     for (int i = 0; i < 17; ++i) {
-        const int band = i * c.bands / 17, high = Rows(c.bar[At(band)], kHeight), mark = Rows(c.peak[At(band)], kHeight - 1);
-        for (int y = 0; y < high; ++y) c.picture.fillRect({35 + i * 3, kHeight - 1 - y, 2, 1}, c.colors.shade(80 + y * 5));
+        const int band = i * c.bands / 17, high = Rows(c.bar[At(band)], kHeight),
+                  mark = Rows(c.peak[At(band)], kHeight - 1);
+        for (int y = 0; y < high; ++y)
+            c.picture.fillRect({35 + i * 3, kHeight - 1 - y, 2, 1}, c.colors.shade(80 + y * 5));
         if (mark > 0) c.picture.fillRect({35 + i * 3, kHeight - 1 - mark, 2, 1}, c.colors.shade(250));
     }
 }
@@ -115,7 +119,8 @@ void ColoredWave(PanelCanvas& c) {
     for (int x = 1; x < kWidth; ++x) {
         const int level = c.levelAt(x);
         const int y = Row(kMiddleY, c.wave[At(x)], 13), from = Row(kMiddleY, c.wave[At(x - 1)], 13);
-        c.picture.line({x - 1, from}, {x, y}, Mix(c.colors.shade(90), c.colors.ring(x * 2 + Now(c)), 90 + level * 166 / 255));
+        c.picture.line({x - 1, from}, {x, y},
+                       Mix(c.colors.shade(90), c.colors.ring(x * 2 + Now(c)), 90 + level * 166 / 255));
         const int glow = Rows(level, 6);
         for (int d = 1; d <= glow; ++d) {
             const Color light = Mix({0, 0, 0}, c.colors.ring(x * 2 + Now(c)), (glow - d + 1) * 9);
@@ -181,8 +186,9 @@ void Surf(PanelCanvas& c) {
 }  // namespace
 
 void DrawBoth(PanelCanvas& canvas, int variant) {
-    static constexpr void (*kViews[])(PanelCanvas&) = {WaveOverBars, WaveAboveBars, WaveInTheMiddle, WaveOnSonogram,    Aurora,
-                                                       RingAndBars,  ColoredWave,   Skyline,         FigureBetweenBars, Surf};
+    static constexpr void (*kViews[])(PanelCanvas&) = {
+        WaveOverBars, WaveAboveBars, WaveInTheMiddle, WaveOnSonogram,    Aurora,
+        RingAndBars,  ColoredWave,   Skyline,         FigureBetweenBars, Surf};
     kViews[variant](canvas);
 }
 

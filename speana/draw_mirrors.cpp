@@ -23,20 +23,22 @@ void Trace(PanelCanvas& c, int middle, int reach, Color color) {
     }
 }
 
-// The picture as it was, `inX` and `inY` pixels cut off around it, fills the panel again. Each side of the centre is stretched
-// for itself and begins with the centre line, so that both run away from it alike.
+// The picture as it was, `inX` and `inY` pixels cut off around it, fills the panel again. Each side of the centre is
+// stretched for itself and begins with the centre line, so that both run away from it alike.
 void Zoom(PanelCanvas& c, int inX, int inY, Point centre = {kMiddleX, kMiddleY}) {
     const int left = inX * 2 * centre.x / kWidth, top = inY * 2 * centre.y / kHeight;
     const int toRight = kWidth - centre.x - 1, toBottom = kHeight - centre.y - 1;
     if (inX > 0) {
         const Surface& still = c.still();
         c.picture.stretch(still, {left + 1, 0, centre.x - left, kHeight}, {0, 0, centre.x, kHeight});
-        c.picture.stretch(still, {centre.x, 0, toRight - (2 * inX - left), kHeight}, {centre.x + 1, 0, toRight, kHeight});
+        c.picture.stretch(still, {centre.x, 0, toRight - (2 * inX - left), kHeight},
+                          {centre.x + 1, 0, toRight, kHeight});
     }
     if (inY > 0) {
         const Surface& still = c.still();
         c.picture.stretch(still, {0, top + 1, kWidth, centre.y - top}, {0, 0, kWidth, centre.y});
-        c.picture.stretch(still, {0, centre.y, kWidth, toBottom - (2 * inY - top)}, {0, centre.y + 1, kWidth, toBottom});
+        c.picture.stretch(still, {0, centre.y, kWidth, toBottom - (2 * inY - top)},
+                          {0, centre.y + 1, kWidth, toBottom});
     }
 }
 
@@ -51,7 +53,8 @@ void Tunnel(PanelCanvas& c) {
         const bool flat = side < 2 * kAcross, turned = i >= kRound / 2;
         const int x = flat ? side - kAcross : kAcross, y = flat ? -kDown : side - 2 * kAcross - kDown;
         const int size = std::abs(c.wave[At(i * 2)]);
-        c.set(kMiddleX + (turned ? -x : x), kMiddleY + (turned ? -y : y), Mix(PanelColors::kBack, c.colors.ring(Now(c) * 3 + i * 2), 50 + size * 4 / 5));
+        c.set(kMiddleX + (turned ? -x : x), kMiddleY + (turned ? -y : y),
+              Mix(PanelColors::kBack, c.colors.ring(Now(c) * 3 + i * 2), 50 + size * 4 / 5));
     }
 }
 
@@ -91,8 +94,8 @@ void Kaleidoscope(PanelCanvas& c) {
     for (int x = 1; x < kAcross; ++x) {
         c.picture.line({x - 1, Row(kDown / 2 + 1, c.left[At(x - 1)], 9)}, {x, Row(kDown / 2 + 1, c.left[At(x)], 9)},
                        c.colors.ring(Now(c) + x * 3));
-        c.picture.line({kAcross - x, Row(kDown / 2, c.right[At(x - 1)], 8)}, {kAcross - x - 1, Row(kDown / 2, c.right[At(x)], 8)},
-                       c.colors.ring(128 + Now(c) + x * 3));
+        c.picture.line({kAcross - x, Row(kDown / 2, c.right[At(x - 1)], 8)},
+                       {kAcross - x - 1, Row(kDown / 2, c.right[At(x)], 8)}, c.colors.ring(128 + Now(c) + x * 3));
     }
     for (int x = 0; x < kMiddleX; ++x) c.picture.copy(c.picture, {x, 0, 1, kDown}, {kWidth - 1 - x, 0});
     for (int y = 0; y < kDown; ++y) c.picture.copy(c.picture, {0, y, kWidth, 1}, {0, kHeight - 1 - y});
@@ -106,7 +109,8 @@ void Lake(PanelCanvas& c) {
     Trace(c, 11, 8, c.colors.shade(225));
     sky.copy(c.picture, {0, 0, kWidth, kShore}, {0, 0});
     Surface upset(kWidth, kShore);
-    for (int y = 0; y < kShore; ++y) upset.copy(sky, {0, kShore - 1 - y, kWidth, 1}, {PanelSine(y * 50 + Now(c) * 12) / 128, y});
+    for (int y = 0; y < kShore; ++y)
+        upset.copy(sky, {0, kShore - 1 - y, kWidth, 1}, {PanelSine(y * 50 + Now(c) * 12) / 128, y});
     c.picture.stretch(upset, upset.rect(), {0, kShore, kWidth, kHeight - kShore});
     c.fade({0, kShore, kWidth, kHeight - kShore}, 120);
     c.picture.fillRect({0, kShore, kWidth, 1}, c.colors.shade(60));
@@ -124,7 +128,8 @@ void Windows(PanelCanvas& c) {
     c.fade(110);
     for (int row = 0; row < 3; ++row) {
         for (int column = 0; column < 3; ++column) {
-            const Rect where{kColumns[column], kRows[row], kColumns[column + 1] - kColumns[column] - 1, kRows[row + 1] - kRows[row] - 1};
+            const Rect where{kColumns[column], kRows[row], kColumns[column + 1] - kColumns[column] - 1,
+                             kRows[row + 1] - kRows[row] - 1};
             c.picture.stretch(small, small.rect(), where);
             if (row != 1 || column != 1) c.fade(where, 130 + 40 * ((row + column + Now(c) / 8) % 3));
         }
@@ -139,7 +144,8 @@ void Lens(PanelCanvas& c) {
     }
     Trace(c, kMiddleY, 12, c.colors.shade(200));
     constexpr int kWide = 28, kHigh = 22;
-    const int x = kMiddleX + PanelSine(Now(c) * 2) * 28 / 256 - kWide / 2, y = kMiddleY + PanelCosine(Now(c) * 3) * 4 / 256 - kHigh / 2;
+    const int x = kMiddleX + PanelSine(Now(c) * 2) * 28 / 256 - kWide / 2,
+              y = kMiddleY + PanelCosine(Now(c) * 3) * 4 / 256 - kHigh / 2;
     Surface glass(kWide, kHigh);
     glass.stretch(c.still(), {x + kWide / 4, y + kHigh / 4, kWide / 2, kHigh / 2}, glass.rect());
     for (int row = 0; row < kHigh; ++row) {
@@ -163,7 +169,8 @@ void Breath(PanelCanvas& c) {
     Point last;
     for (int i = 0; i <= 32; ++i) {
         const int angle = i * 8, radius = 150 + c.wave[At((i % 32) * 2)] * 100 / 256;
-        const Point next{kMiddleX + PanelCosine(angle) * radius / 256 * 30 / 256, kMiddleY + PanelSine(angle) * radius / 256 * 11 / 256};
+        const Point next{kMiddleX + PanelCosine(angle) * radius / 256 * 30 / 256,
+                         kMiddleY + PanelSine(angle) * radius / 256 * 11 / 256};
         if (i > 0) c.picture.line(last, next, c.colors.ring(Now(c) * 3 + i * 4));
         last = next;
     }
@@ -175,7 +182,8 @@ void Comet(PanelCanvas& c) {
     c.fade(208);
     for (int i = 0; i < 40; ++i) {
         const int angle = i * 6 + Now(c) * 5, radius = 2 + std::abs(c.wave[At(i * 2)]) * 9 / 256;
-        c.set(centre.x + PanelCosine(angle) * radius * 2 / 256, centre.y + PanelSine(angle) * radius / 256, c.colors.ring(Now(c) * 2 + i));
+        c.set(centre.x + PanelCosine(angle) * radius * 2 / 256, centre.y + PanelSine(angle) * radius / 256,
+              c.colors.ring(Now(c) * 2 + i));
     }
     c.set(centre.x, centre.y, {255, 255, 255});
 }

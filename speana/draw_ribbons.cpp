@@ -134,7 +134,8 @@ void Flag(PanelCanvas& c) {
     Surface cloth(kWidth, kHeight + 16, PanelColors::kBack);
     for (int y = 0; y < cloth.height(); ++y) {
         const int stripe = (y / 3) % 4;
-        cloth.fillRect({0, y, kWidth, 1}, stripe % 2 == 0 ? c.colors.shade(90 + stripe * 40) : c.colors.counter(60 + stripe * 20));
+        cloth.fillRect({0, y, kWidth, 1},
+                       stripe % 2 == 0 ? c.colors.shade(90 + stripe * 40) : c.colors.counter(60 + stripe * 20));
     }
     for (int x = 0; x < kWidth; ++x) {
         const int swing = PanelSine(x * 5 - Now(c) * 8) * 3 / 256 + c.wave[At(x)] * 5 / 256;
@@ -147,7 +148,8 @@ void Flag(PanelCanvas& c) {
 
 void Mosaic(PanelCanvas& c) {
     Surface tiles(16 * 5, 5, PanelColors::kBack);
-    for (int i = 0; i < 16; ++i) tiles.fillRect({i * 5, 0, 4, 4}, i < 8 ? c.colors.counter(150 - i * 18) : c.colors.shade((i - 7) * 28));
+    for (int i = 0; i < 16; ++i)
+        tiles.fillRect({i * 5, 0, 4, 4}, i < 8 ? c.colors.counter(150 - i * 18) : c.colors.shade((i - 7) * 28));
     for (int row = 0; row < 6; ++row) {
         for (int column = 0; column < 17; ++column) {
             const int sample = c.wave[At((column * 5 + row * 11) % kWidth)];
@@ -163,7 +165,8 @@ void Cross(PanelCanvas& c) {
     c.picture.copy(still, {1, 1, kMiddleX - 1, kMiddleY - 1}, {0, 0});
     c.picture.copy(still, {kMiddleX, 1, kWidth - kMiddleX - 1, kMiddleY - 1}, {kMiddleX + 1, 0});
     c.picture.copy(still, {1, kMiddleY, kMiddleX - 1, kHeight - kMiddleY - 1}, {0, kMiddleY + 1});
-    c.picture.copy(still, {kMiddleX, kMiddleY, kWidth - kMiddleX - 1, kHeight - kMiddleY - 1}, {kMiddleX + 1, kMiddleY + 1});
+    c.picture.copy(still, {kMiddleX, kMiddleY, kWidth - kMiddleX - 1, kHeight - kMiddleY - 1},
+                   {kMiddleX + 1, kMiddleY + 1});
     c.fade(240);
     for (int x = 0; x < kWidth; ++x) {
         const int light = 30 + std::abs(c.wave[At(x)]);

@@ -85,7 +85,8 @@ void Ring(PanelCanvas& c) {
         last = next;
     }
     const int heart = 2 + c.loudness * 5 / 128;
-    c.picture.fillEllipse({kMiddleX - heart, kMiddleY - heart / 2, 2 * heart + 1, heart / 2 * 2 + 1}, c.colors.shade(90 + c.loudness));
+    c.picture.fillEllipse({kMiddleX - heart, kMiddleY - heart / 2, 2 * heart + 1, heart / 2 * 2 + 1},
+                          c.colors.shade(90 + c.loudness));
 }
 
 // Rings that a beat throws and that run outwards.
@@ -136,11 +137,13 @@ void Star(PanelCanvas& c) {
         const int size = 40 + std::abs(c.wave[At(ray * 2)]) * 5 / 4;
         const int angle = ray * 8 + static_cast<int>(c.tick) * 2;
         c.picture.line({kMiddleX, kMiddleY},
-                       {kMiddleX + PanelCosine(angle) * size / 256 * 36 / 256, kMiddleY + PanelSine(angle) * size / 256 * 14 / 256},
+                       {kMiddleX + PanelCosine(angle) * size / 256 * 36 / 256,
+                        kMiddleY + PanelSine(angle) * size / 256 * 14 / 256},
                        c.colors.shade(50 + size * 2 / 3));
     }
     const int core = 2 + c.loudness / 48;
-    c.picture.fillEllipse({kMiddleX - core * 2, kMiddleY - core, core * 4 + 1, core * 2 + 1}, c.colors.shade(180 + c.loudness / 3));
+    c.picture.fillEllipse({kMiddleX - core * 2, kMiddleY - core, core * 4 + 1, core * 2 + 1},
+                          c.colors.shade(180 + c.loudness / 3));
 }
 
 }  // namespace

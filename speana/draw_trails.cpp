@@ -1,5 +1,5 @@
-// Flowing trails: the wave as single pixels on a picture that is copied on, a little away and a little darker, with every
-// frame.
+// Flowing trails: the wave as single pixels on a picture that is copied on, a little away and a little darker, with
+// every frame.
 #include <cstdlib>
 
 #include "speana/drawing.h"
@@ -116,8 +116,8 @@ void Whirl(PanelCanvas& c) {
     for (int i = 0; i < kWidth; ++i) {
         const int angle = i * 3 + Now(c) * 3;
         const int radius = 120 + c.wave[At(i)];
-        c.set(kMiddleX + PanelCosine(angle) * radius / 256 * 30 / 256, kMiddleY + PanelSine(angle) * radius / 256 * 12 / 256,
-              c.colors.ring(Now(c) + i));
+        c.set(kMiddleX + PanelCosine(angle) * radius / 256 * 30 / 256,
+              kMiddleY + PanelSine(angle) * radius / 256 * 12 / 256, c.colors.ring(Now(c) + i));
     }
 }
 

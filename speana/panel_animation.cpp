@@ -18,8 +18,8 @@ constexpr std::array kBands{21, 42, 85};
 
 }  // namespace
 
-PanelAnimation::PanelAnimation(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, PictureBox& display, Timer& timer,
-                               const Label& accent)
+PanelAnimation::PanelAnimation(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, PictureBox& display,
+                               Timer& timer, const Label& accent)
     : state_(state), options_(options), vbmp3_(vbmp3), display_(display), timer_(timer), accent_(accent) {}
 
 int PanelAnimation::intervalOf(int speed) { return std::max(kFastest, kSlowest - kFasterBy * std::max(0, speed)); }
@@ -79,7 +79,8 @@ void PanelAnimation::show() {
     Surface& screen = display_.surface();
     // A skin gives the display a new, empty picture; then the frame is put there even at rest.
     if (screen == frame) return;
-    if (screen.width() != frame.width() || screen.height() != frame.height()) screen.resize(frame.width(), frame.height());
+    if (screen.width() != frame.width() || screen.height() != frame.height())
+        screen.resize(frame.width(), frame.height());
     if (screen == frame) return;
     screen.copy(frame, {0, 0});
     display_.refresh();

@@ -1,5 +1,5 @@
-// Display B: lets the panel's picture run while sound is heard, and rest while there is none. Called by Timer2 of the main
-// window, on the user-interface thread; it never asks the decoding library for more than one frame's worth.
+// Display B: lets the panel's picture run while sound is heard, and rest while there is none. Called by Timer2 of the
+// main window, on the user-interface thread; it never asks the decoding library for more than one frame's worth.
 #pragma once
 
 #include <functional>

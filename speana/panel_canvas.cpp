@@ -18,7 +18,9 @@ constexpr int kPeakHold = 10;      // frames
 int Deflection(int sample) { return std::clamp(sample * 3 / 2, -32767, 32767) / 128; }
 
 int BeginOfWave(const SoundFrame& sound) {
-    const auto at = [&](int i) { return sound.left[static_cast<std::size_t>(i)] + sound.right[static_cast<std::size_t>(i)]; };
+    const auto at = [&](int i) {
+        return sound.left[static_cast<std::size_t>(i)] + sound.right[static_cast<std::size_t>(i)];
+    };
     for (int i = 1; i < kSearch; ++i) {
         if (at(i - 1) < 0 && at(i) >= 0) return i;
     }

@@ -1,6 +1,6 @@
-// What the six drawing procedures share: the picture that they go on with, the sound made ready for its 85 columns, bars
-// that fall, and the few operations that they draw with. Integer arithmetic only: the same sound after the same frames
-// gives the same picture everywhere.
+// What the six drawing procedures share: the picture that they go on with, the sound made ready for its 85 columns,
+// bars that fall, and the few operations that they draw with. Integer arithmetic only: the same sound after the same
+// frames gives the same picture everywhere.
 #pragma once
 
 #include <algorithm>
@@ -52,7 +52,8 @@ class PanelCanvas {
         auto& pixel = picture.pixels()[static_cast<std::size_t>(y * kWidth + x)];
         const Color under = Surface::ToColor(pixel);
         const auto sum = [](int a, int b) { return static_cast<std::uint8_t>(std::min(255, a + b)); };
-        pixel = Surface::ToPixel({sum(under.red, color.red), sum(under.green, color.green), sum(under.blue, color.blue)});
+        pixel =
+            Surface::ToPixel({sum(under.red, color.red), sum(under.green, color.green), sum(under.blue, color.blue)});
     }
     // The picture moves; what becomes free is background.
     void scroll(int dx, int dy) { scroll(picture.rect(), dx, dy); }
@@ -80,6 +81,8 @@ class PanelCanvas {
 };
 
 // y of the row for a deflection of -256 to 256 around `middle`, at most `reach` rows away.
-inline int Row(int middle, int deflection, int reach) { return middle - (deflection * reach + (deflection < 0 ? -128 : 128)) / 256; }
+inline int Row(int middle, int deflection, int reach) {
+    return middle - (deflection * reach + (deflection < 0 ? -128 : 128)) / 256;
+}
 
 }  // namespace quenlox

@@ -1,5 +1,5 @@
-// The colours of the panel, all told from one colour of the skin. Integer arithmetic, so that a frame is the same on every
-// machine.
+// The colours of the panel, all told from one colour of the skin. Integer arithmetic, so that a frame is the same on
+// every machine.
 #pragma once
 
 #include <array>

@@ -32,7 +32,8 @@ void DrawPixelText(Surface& surface, Point at, std::string_view text, Color colo
             if (glyph.letter != letter) continue;
             for (int y = 0; y < kPixelTextHeight; ++y) {
                 for (int x = 0; x < kColumns; ++x) {
-                    if (glyph.rows[static_cast<std::size_t>(y)] >> (kColumns - 1 - x) & 1) surface.set(at.x + x, at.y + y, color);
+                    if (glyph.rows[static_cast<std::size_t>(y)] >> (kColumns - 1 - x) & 1)
+                        surface.set(at.x + x, at.y + y, color);
                 }
             }
         }

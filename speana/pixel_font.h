@@ -1,4 +1,5 @@
-// The few letters that the panel writes itself, five by seven pixels: a picture of 85 x 30 has no room for a system font.
+// The few letters that the panel writes itself, five by seven pixels: a picture of 85 x 30 has no room for a system
+// font.
 #pragma once
 
 #include <string_view>

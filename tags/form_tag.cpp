@@ -76,12 +76,14 @@ Layout FormTag::layout() {
     const auto row = [this](Field field, Control& box) {
         return Row({Item(LabelField[static_cast<std::size_t>(field)], kLabelWidth), Item(box, 0, 0, 1)});
     };
-    Layout numbers = Row({Item(LabelField[Genre], kLabelWidth), Item(ComboGenre, 0, 0, 1), Space(2, 0), Item(LabelField[Year]),
-                          Item(TextYear, 30), Space(2, 0), Item(LabelField[Track]), Item(TextTrack, 30)});
-    Layout fields = Column({row(Title, TextTitle), row(Artist, TextArtist), row(Album, TextAlbum), numbers, row(Comment, TextComment),
-                            Row({Space(kLabelWidth, 0), Item(CheckV2, 130), Item(CheckV1, 0, 0, 1)}),
-                            Item(LabelLimit, kLabelWidth + kFieldWidth, 18),
-                            Row({Item(cmdSave), Item(cmdRevert), Space(0, 0, 1), Item(cmdConvert, 64)})});
+    Layout numbers =
+        Row({Item(LabelField[Genre], kLabelWidth), Item(ComboGenre, 0, 0, 1), Space(2, 0), Item(LabelField[Year]),
+             Item(TextYear, 30), Space(2, 0), Item(LabelField[Track]), Item(TextTrack, 30)});
+    Layout fields =
+        Column({row(Title, TextTitle), row(Artist, TextArtist), row(Album, TextAlbum), numbers,
+                row(Comment, TextComment), Row({Space(kLabelWidth, 0), Item(CheckV2, 130), Item(CheckV1, 0, 0, 1)}),
+                Item(LabelLimit, kLabelWidth + kFieldWidth, 18),
+                Row({Item(cmdSave), Item(cmdRevert), Space(0, 0, 1), Item(cmdConvert, 64)})});
     Layout name = Row({Item(TextFileName, 0, 0, 1), Item(cmdRename)});
     Layout selected = Column({Row({Item(cmdPrevious), Item(cmdNext), Item(cmdCurrent), Item(LabelPlace, 0, 0, 1)}),
                               Row({Item(ComboField, 70), Item(cmdApply), Space(0, 0, 1)})});
@@ -188,8 +190,8 @@ void FormTag::showView() {
     CheckV2.setValue(ticked & VBMP3_TAG_ID3V2 ? 1 : 0);
     showing_ = false;
     edited_ = false;
-    for (Control* control : std::initializer_list<Control*>{&TextTitle, &TextArtist, &TextAlbum, &ComboGenre, &TextYear, &TextTrack,
-                                                            &TextComment, &CheckV1, &CheckV2}) {
+    for (Control* control : std::initializer_list<Control*>{&TextTitle, &TextArtist, &TextAlbum, &ComboGenre, &TextYear,
+                                                            &TextTrack, &TextComment, &CheckV1, &CheckV2}) {
         control->setEnabled(editable_);
     }
     CheckV1.setVisible(!si);
@@ -256,7 +258,8 @@ void FormTag::showButtons() {
     cmdApply.setEnabled(!selected.empty());
     cmdCurrent.setEnabled(file_ != state_.CurrentFile);
     const auto place = std::find(selected.begin(), selected.end(), file_) - selected.begin() + 1;
-    LabelPlace.setCaption((inside ? std::to_string(place) : std::string("-")) + " / " + std::to_string(selected.size()));
+    LabelPlace.setCaption((inside ? std::to_string(place) : std::string("-")) + " / " +
+                          std::to_string(selected.size()));
 }
 
 void FormTag::step(int by) {

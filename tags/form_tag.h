@@ -1,6 +1,6 @@
 // The tag editor: shows and edits the tags of one file in two views, ID3 (versions 1 and 2) and SI (the fields of RMP
-// files), proposes a file name by the standard format, renames, wraps and unwraps, and gives one field to many files. It
-// shows the current file and follows it, unless there are edits that are not saved. On the user-interface thread.
+// files), proposes a file name by the standard format, renames, wraps and unwraps, and gives one field to many files.
+// It shows the current file and follows it, unless there are edits that are not saved. On the user-interface thread.
 #pragma once
 
 #include <array>
@@ -30,7 +30,7 @@ class FormTag : public Form {
 
     struct Hooks {
         FileRelease* release = nullptr;
-        std::function<void(const std::string& path)> letGo;        // of a file that is not the current one, but may be next
+        std::function<void(const std::string& path)> letGo;  // of a file that is not the current one, but may be next
         RenameFollowers followers;
         std::function<void(const std::string& path)> tagWritten;   // what lists show of it is out of date
         std::function<std::vector<std::string>()> selectedPaths;   // rows of the play list, in their order

@@ -1,5 +1,5 @@
-// The small language in which file names are written: "*T" stands for the title, "*N" for the artist, "*B" for the album
-// and "*G" for the genre, in either case; every other character stands for itself.
+// The small language in which file names are written: "*T" stands for the title, "*N" for the artist, "*B" for the
+// album and "*G" for the genre, in either case; every other character stands for itself.
 #pragma once
 
 #include <string>

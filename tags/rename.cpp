@@ -14,8 +14,9 @@ bool IsAcceptableFileName(std::string_view name) {
     return !name.empty() && !name.starts_with("() ");
 }
 
-RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs, FileRelease& release, const std::string& file,
-                        std::string_view name, const RenameFollowers& followers, std::string& newPath) {
+RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs, FileRelease& release,
+                        const std::string& file, std::string_view name, const RenameFollowers& followers,
+                        std::string& newPath) {
     const std::string trimmed(TrimBlanks(name));
     if (!IsAcceptableFileName(trimmed)) {
         dialogs.message("ファイル名が不正です", MessageIcon::Stop);

@@ -23,10 +23,11 @@ struct RenameFollowers {
     std::function<void()> browser;
 };
 
-// Gives `file` the name `name` in its own folder; a message says what went wrong. The file that is open is closed for it;
-// after a failure it stays closed, after a success CurrentFile is the new path and the track goes on where it was.
+// Gives `file` the name `name` in its own folder; a message says what went wrong. The file that is open is closed for
+// it; after a failure it stays closed, after a success CurrentFile is the new path and the track goes on where it was.
 // Characters that no file name may have are not looked for: the file system refuses them. `newPath` is set when done.
-RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs, FileRelease& release, const std::string& file,
-                        std::string_view name, const RenameFollowers& followers, std::string& newPath);
+RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs, FileRelease& release,
+                        const std::string& file, std::string_view name, const RenameFollowers& followers,
+                        std::string& newPath);
 
 }  // namespace quenlox

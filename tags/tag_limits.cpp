@@ -33,8 +33,9 @@ bool FitsId3v1(int field, std::string_view text, bool withTrack) {
 
 bool FitsTagField(int field, std::string_view text) {
     using Tag = vbmp3_Tag;
-    constexpr std::array<std::size_t, 7> kSizes{sizeof(Tag::title), sizeof(Tag::artist), sizeof(Tag::album), sizeof(Tag::genre),
-                                                sizeof(Tag::year),  sizeof(Tag::track),  sizeof(Tag::comment)};
+    constexpr std::array<std::size_t, 7> kSizes{sizeof(Tag::title),  sizeof(Tag::artist), sizeof(Tag::album),
+                                                sizeof(Tag::genre),  sizeof(Tag::year),   sizeof(Tag::track),
+                                                sizeof(Tag::comment)};
     return text.size() < kSizes[static_cast<std::size_t>(field)];
 }
 

@@ -20,7 +20,8 @@ std::string_view TrimSpace(std::string_view text) {
 }
 
 std::string_view WithoutQuotes(std::string_view value) {
-    const bool quoted = value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.front() == value.back();
+    const bool quoted =
+        value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.front() == value.back();
     return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
@@ -120,7 +121,8 @@ void IniDocument::set(std::string_view section, std::string_view key, std::strin
         in = &sections_.back();
     }
     // Blank lines at the end part this section from the next one and stay there.
-    auto last = std::find_if(in->lines.rbegin(), in->lines.rend(), [](const Line& l) { return !TrimSpace(l.raw).empty(); });
+    auto last =
+        std::find_if(in->lines.rbegin(), in->lines.rend(), [](const Line& l) { return !TrimSpace(l.raw).empty(); });
     in->lines.insert(last.base(), std::move(fresh));
 }
 
@@ -149,11 +151,13 @@ std::string IniDocument::serialise() const {
     return EncodeText(text);
 }
 
-std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key, std::int32_t whenMissing) {
+std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key,
+                        std::int32_t whenMissing) {
     return file.integer(section, key, whenMissing);
 }
 
-std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key, std::string_view whenMissing) {
+std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key,
+                          std::string_view whenMissing) {
     const std::string text = file.text(section, key, whenMissing);
     return std::string(CutUtf16Units(std::string_view(text).substr(0, text.find('\0')), kLongestValue));
 }

@@ -56,9 +56,11 @@ class IniDocument {
 };
 
 // How settings and skins read and write their values.
-std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key, std::int32_t whenMissing);
+std::int32_t ReadIniInt(const IniDocument& file, std::string_view section, std::string_view key,
+                        std::int32_t whenMissing);
 // At most 127 characters, counted in UTF-16 units; a character of two units is left out when only half of it fits.
-std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key, std::string_view whenMissing);
+std::string ReadIniString(const IniDocument& file, std::string_view section, std::string_view key,
+                          std::string_view whenMissing);
 // The value loses the blanks at both ends.
 void WriteIniString(IniDocument& file, std::string_view section, std::string_view key, std::string_view value);
 

@@ -8,8 +8,8 @@
 
 namespace quenlox {
 
-// Leading blanks are skipped, the longest leading decimal number (sign, digits, fraction) is taken and the rest ignored;
-// text without a number gives 0.
+// Leading blanks are skipped, the longest leading decimal number (sign, digits, fraction) is taken and the rest
+// ignored; text without a number gives 0.
 double NumericValue(std::string_view text);
 
 // The same as a 32-bit integer, rounded half to even and brought into the range.

@@ -84,7 +84,9 @@ class Accessible : public IAccessible, public IEnumVARIANT {
     }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+        return E_NOTIMPL;
+    }
 
     // IAccessible
     STDMETHODIMP get_accParent(IDispatch** parent) override {
@@ -92,7 +94,8 @@ class Accessible : public IAccessible, public IEnumVARIANT {
         *parent = nullptr;
         const HWND handle = this->handle();
         if (!handle || !Service().fromWindow) return S_FALSE;
-        return Service().fromWindow(handle, static_cast<DWORD>(OBJID_WINDOW), __uuidof(IDispatch), reinterpret_cast<void**>(parent));
+        return Service().fromWindow(handle, static_cast<DWORD>(OBJID_WINDOW), __uuidof(IDispatch),
+                                    reinterpret_cast<void**>(parent));
     }
     STDMETHODIMP get_accChildCount(LONG* count) override {
         if (!count) return E_INVALIDARG;
@@ -172,7 +175,8 @@ class Accessible : public IAccessible, public IEnumVARIANT {
         const Size whole = window->clientSize();
         if (!Rect{0, 0, whole.width, whole.height}.contains(at)) return GiveNothing(found);
         const auto all = parts();
-        const auto hit = std::find_if(all.begin(), all.end(), [at](const Part& part) { return part.bounds.contains(at); });
+        const auto hit =
+            std::find_if(all.begin(), all.end(), [at](const Part& part) { return part.bounds.contains(at); });
         return Give(hit == all.end() ? CHILDID_SELF : static_cast<LONG>(hit - all.begin()) + 1, found);
     }
     STDMETHODIMP accDoDefaultAction(VARIANT child) override {
@@ -275,7 +279,9 @@ class Accessible : public IAccessible, public IEnumVARIANT {
 
 }  // namespace
 
-AccessiblePointer MakeAccessible(const std::shared_ptr<SkinnedWindow>& window) { return AccessiblePointer(new Accessible(window)); }
+AccessiblePointer MakeAccessible(const std::shared_ptr<SkinnedWindow>& window) {
+    return AccessiblePointer(new Accessible(window));
+}
 
 LRESULT AnswerWithObject(WPARAM w, IAccessible* object) {
     const auto fromObject = Accessible::Service().fromObject;

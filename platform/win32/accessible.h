@@ -1,5 +1,6 @@
-// The parts of a skinned window for assistive programs, as an MSAA object (IAccessible) whose children are simple elements:
-// number n + 1 is part n of the form. Used on the user-interface thread only; calls from elsewhere are brought there by COM.
+// The parts of a skinned window for assistive programs, as an MSAA object (IAccessible) whose children are simple
+// elements: number n + 1 is part n of the form. Used on the user-interface thread only; calls from elsewhere are
+// brought there by COM.
 #pragma once
 
 #include <memory>

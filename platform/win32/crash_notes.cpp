@@ -1,6 +1,7 @@
 // Writes the note of a crash. The thread that failed may have no stack left and hold any lock, so it only hands over
 // what it knows and waits; a thread that has waited for this since the start does the work, with memory set aside
-// then. The text comes first and is flushed, then the dump, then the calls on the stack: each may be the one that fails.
+// then. The text comes first and is flushed, then the dump, then the calls on the stack: each may be the one that
+// fails.
 #include "platform/crash_notes.h"
 
 #include <windows.h>
@@ -69,7 +70,8 @@ class CrashNotesWin32 : public CrashNotes {
         wanted_.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
         done_.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
         if (folder_.text[0] == 0 || !wanted_ || !done_) return;
-        writer_.reset(CreateThread(nullptr, kWriterStack, &CrashNotesWin32::Wait, this, STACK_SIZE_PARAM_IS_A_RESERVATION, &writerId_));
+        writer_.reset(CreateThread(nullptr, kWriterStack, &CrashNotesWin32::Wait, this,
+                                   STACK_SIZE_PARAM_IS_A_RESERVATION, &writerId_));
         if (!writer_) return;
         ULONG reserve = kStackReserve;
         SetThreadStackGuarantee(&reserve);
@@ -167,13 +169,14 @@ class CrashNotesWin32 : public CrashNotes {
         SYSTEMTIME now{};
         GetLocalTime(&now);
         wchar_t stamp[64];
-        std::swprintf(stamp, std::size(stamp), L"%04u%02u%02u-%02u%02u%02u-%lu", now.wYear, now.wMonth, now.wDay, now.wHour,
-                      now.wMinute, now.wSecond, GetCurrentProcessId());
+        std::swprintf(stamp, std::size(stamp), L"%04u%02u%02u-%02u%02u%02u-%lu", now.wYear, now.wMonth, now.wDay,
+                      now.wHour, now.wMinute, now.wSecond, GetCurrentProcessId());
         Path note;
         if (note.set({folder_.text, L"\\", kPrefix, stamp, L".txt"})) {
             CreateDirectoryW(parent_.text, nullptr);
             CreateDirectoryW(folder_.text, nullptr);
-            const HANDLE file = CreateFileW(note.text, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+            const HANDLE file = CreateFileW(note.text, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr);
             if (file != INVALID_HANDLE_VALUE) {
                 writeFacts(file, now);
                 const bool dumped = writeDump(stamp);
@@ -216,9 +219,11 @@ class CrashNotesWin32 : public CrashNotes {
     // The name of the module is valid until the next call.
     CodePlace placeOf(DWORD64 address) noexcept {
         HMODULE module = nullptr;
-        constexpr DWORD kByAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+        constexpr DWORD kByAddress =
+            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
         if (!GetModuleHandleExW(kByAddress, reinterpret_cast<const wchar_t*>(address), &module)) return {"", address};
-        const DWORD length = GetModuleFileNameW(module, moduleFile_.text, static_cast<DWORD>(std::size(moduleFile_.text)));
+        const DWORD length =
+            GetModuleFileNameW(module, moduleFile_.text, static_cast<DWORD>(std::size(moduleFile_.text)));
         const std::wstring_view file(moduleFile_.text, length);
         std::size_t used = 0;
         for (const wchar_t c : file.substr(file.rfind(L'\\') + 1)) {
@@ -231,14 +236,18 @@ class CrashNotesWin32 : public CrashNotes {
         Path path;
         const HMODULE help = LoadLibraryExW(L"dbghelp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
         if (!help || !path.set({folder_.text, L"\\", kPrefix, stamp, L".dmp"})) return false;
-        const auto writeDump = reinterpret_cast<decltype(&MiniDumpWriteDump)>(reinterpret_cast<void*>(GetProcAddress(help, "MiniDumpWriteDump")));
+        const auto writeDump = reinterpret_cast<decltype(&MiniDumpWriteDump)>(
+            reinterpret_cast<void*>(GetProcAddress(help, "MiniDumpWriteDump")));
         if (!writeDump) return false;
-        const HANDLE file = CreateFileW(path.text, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+        const HANDLE file =
+            CreateFileW(path.text, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file == INVALID_HANDLE_VALUE) return false;
         MINIDUMP_EXCEPTION_INFORMATION information{failedThread_, exception_, FALSE};
         // Of the stacks only what finding the calls needs: the rest may hold names of the user's files.
-        constexpr auto kWhat = static_cast<MINIDUMP_TYPE>(MiniDumpWithThreadInfo | MiniDumpWithUnloadedModules | MiniDumpFilterMemory);
-        const bool whole = writeDump(GetCurrentProcess(), GetCurrentProcessId(), file, kWhat, &information, nullptr, nullptr) != FALSE;
+        constexpr auto kWhat =
+            static_cast<MINIDUMP_TYPE>(MiniDumpWithThreadInfo | MiniDumpWithUnloadedModules | MiniDumpFilterMemory);
+        const bool whole =
+            writeDump(GetCurrentProcess(), GetCurrentProcessId(), file, kWhat, &information, nullptr, nullptr) != FALSE;
         CloseHandle(file);
         if (!whole) DeleteFileW(path.text);
         return whole;
@@ -262,7 +271,9 @@ class CrashNotesWin32 : public CrashNotes {
             } else {
                 SIZE_T read = 0;
                 DWORD64 caller = 0;
-                if (!ReadProcessMemory(GetCurrentProcess(), reinterpret_cast<const void*>(context.Rsp), &caller, sizeof caller, &read)) break;
+                if (!ReadProcessMemory(GetCurrentProcess(), reinterpret_cast<const void*>(context.Rsp), &caller,
+                                       sizeof caller, &read))
+                    break;
                 context.Rip = caller;
                 context.Rsp += sizeof caller;
             }
@@ -281,7 +292,8 @@ class CrashNotesWin32 : public CrashNotes {
             int count = 0;
             do {
                 ++count;
-                if (oldest[0] == 0 || std::wcscmp(found.cFileName, oldest) < 0) std::wmemcpy(oldest, found.cFileName, MAX_PATH);
+                if (oldest[0] == 0 || std::wcscmp(found.cFileName, oldest) < 0)
+                    std::wmemcpy(oldest, found.cFileName, MAX_PATH);
             } while (FindNextFileW(find, &found));
             FindClose(find);
             if (count <= kKeptNotes) return;
@@ -316,6 +328,8 @@ class CrashNotesWin32 : public CrashNotes {
 
 namespace quenlox {
 
-std::unique_ptr<CrashNotes> MakeCrashNotes(std::string_view version) { return std::make_unique<win32::CrashNotesWin32>(version); }
+std::unique_ptr<CrashNotes> MakeCrashNotes(std::string_view version) {
+    return std::make_unique<win32::CrashNotesWin32>(version);
+}
 
 }  // namespace quenlox

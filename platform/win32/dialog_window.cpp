@@ -34,8 +34,8 @@ DialogWindow::~DialogWindow() {
 void DialogWindow::create() {
     createWindow(kDialogClass, StyleOf(*form()), ExtendedStyleOf(*form()), system().hiddenOwner());
     // Without an owner: Wine does not put a window above the others that owns one which is there already.
-    tooltips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0, 0, 0, 0, nullptr, nullptr,
-                                nullptr, nullptr);
+    tooltips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0, 0, 0, 0, nullptr,
+                                nullptr, nullptr, nullptr);
     SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, 400);
     makeFonts();
     arranging_ = true;
@@ -96,9 +96,9 @@ void DialogWindow::makeFonts() {
 HFONT DialogWindow::fontFor(const Font& font) {
     OwnedFont& made = fonts_[{font.face, {font.points, font.bold}}];
     if (!made) {
-        made.reset(CreateFontW(-RoundHalfToEven(font.points * dpi() / 72), 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE,
-                               FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                               DEFAULT_PITCH | FF_DONTCARE, Wide(font.face).c_str()));
+        made.reset(CreateFontW(-RoundHalfToEven(font.points * dpi() / 72), 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL,
+                               FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                               DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, Wide(font.face).c_str()));
     }
     return made.get();
 }
@@ -317,7 +317,8 @@ FormWindow::Result DialogWindow::color(HDC dc, HWND window) const {
     // The system greys what cannot be edited; a text that is there to be read keeps its own colours.
     const auto* box = dynamic_cast<const TextBox*>(&control);
     const bool reading = box && box->multiLine() && box->readOnly();
-    const bool ownText = reading || control.foreColor() != Color{}, ownBack = reading || control.backColor() != Color{255, 255, 255};
+    const bool ownText = reading || control.foreColor() != Color{},
+               ownBack = reading || control.backColor() != Color{255, 255, 255};
     if (!ownText && !ownBack) return {};
     const bool face = found->isTransparent();
     const COLORREF back = ownBack ? ToColorRef(control.backColor()) : GetSysColor(face ? COLOR_BTNFACE : COLOR_WINDOW);

@@ -49,7 +49,8 @@ UINT IconFlag(MessageIcon icon) {
 
 int Show(const std::string& text, const std::string& title, UINT flags) {
     HWND owner = Owner();
-    return MessageBoxW(owner, Lines(text).c_str(), Wide(title).c_str(), flags | (owner ? 0u : MB_SETFOREGROUND | MB_TASKMODAL));
+    return MessageBoxW(owner, Lines(text).c_str(), Wide(title).c_str(),
+                       flags | (owner ? 0u : MB_SETFOREGROUND | MB_TASKMODAL));
 }
 
 // "Name (*.a;*.b)", "*.a;*.b", and the choice of all files, each ended by a NUL.
@@ -143,14 +144,16 @@ class DialogsWin32 : public Dialogs {
 
     std::optional<std::string> chooseFolder(const std::string& title, const std::string& folder) override {
         IFileOpenDialog* made = nullptr;
-        if (FAILED(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&made)))) return std::nullopt;
+        if (FAILED(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&made))))
+            return std::nullopt;
         const Com<IFileOpenDialog> dialog(made);
         FILEOPENDIALOGOPTIONS options = 0;
         made->GetOptions(&options);
         made->SetOptions(options | FOS_PICKFOLDERS | FOS_FORCEFILESYSTEM | FOS_NOCHANGEDIR);
         made->SetTitle(Wide(title).c_str());
         IShellItem* start = nullptr;
-        if (!folder.empty() && SUCCEEDED(SHCreateItemFromParsingName(Wide(folder).c_str(), nullptr, IID_PPV_ARGS(&start)))) {
+        if (!folder.empty() &&
+            SUCCEEDED(SHCreateItemFromParsingName(Wide(folder).c_str(), nullptr, IID_PPV_ARGS(&start)))) {
             made->SetFolder(start);
             start->Release();
         }
@@ -164,7 +167,8 @@ class DialogsWin32 : public Dialogs {
         return result;
     }
 
-    std::optional<std::string> inputText(const std::string& prompt, const std::string& text, const std::string& title) override {
+    std::optional<std::string> inputText(const std::string& prompt, const std::string& text,
+                                         const std::string& title) override {
         const auto answer = InputBox(Owner(), Wide(title), Lines(prompt), Wide(text));
         if (!answer) return std::nullopt;
         return Narrow(*answer);

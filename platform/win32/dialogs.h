@@ -9,6 +9,7 @@
 namespace quenlox::win32 {
 
 // One line of text; nothing when the user cancels.
-std::optional<std::wstring> InputBox(HWND owner, const std::wstring& title, const std::wstring& prompt, const std::wstring& text);
+std::optional<std::wstring> InputBox(HWND owner, const std::wstring& title, const std::wstring& prompt,
+                                     const std::wstring& text);
 
 }  // namespace quenlox::win32

@@ -58,7 +58,8 @@ std::vector<char> RightsOf(const std::wstring& path) {
 // neighbour and is left alone.
 void KeepLook(const std::wstring& from, DWORD attributes, const std::wstring& to) {
     std::vector<char> rights = RightsOf(from);
-    if (!rights.empty() && rights != RightsOf(to)) SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+    if (!rights.empty() && rights != RightsOf(to))
+        SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
     const DWORD kept = attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
     if (kept) SetFileAttributesW(to.c_str(), kept);
 }
@@ -68,10 +69,11 @@ bool PutInPlace(const std::wstring& temporary, const std::wstring& target) {
     if (attributes == kMissing) return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
     if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) return false;
     // A file that another program holds is left alone before anything is tried at it.
-    if (!Open(target, GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING)) return false;
+    if (!Open(target, GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING))
+        return false;
     KeepLook(target, attributes, temporary);
-    // One step of the file system. ReplaceFile takes two, and between them there is no file of that name: a program that is
-    // killed then would find nothing at its next start.
+    // One step of the file system. ReplaceFile takes two, and between them there is no file of that name: a program
+    // that is killed then would find nothing at its next start.
     return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
 }
 
@@ -86,7 +88,8 @@ void RemoveAbandoned(const std::wstring& target) {
         const std::wstring_view name = data.cFileName;
         const std::size_t begin = name.rfind(L".~") + 2;
         const std::wstring_view number = name.substr(begin, name.size() - begin - 4);
-        if (!number.empty() && number.find_first_not_of(L"0123456789") == std::wstring_view::npos) DeleteFileW((folder + data.cFileName).c_str());
+        if (!number.empty() && number.find_first_not_of(L"0123456789") == std::wstring_view::npos)
+            DeleteFileW((folder + data.cFileName).c_str());
     } while (FindNextFileW(find.get(), &data));
 }
 
@@ -137,7 +140,8 @@ class FileSystemWin32 : public FileSystem {
         const OwnedHandle file =
             Open(WidePath(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
         LARGE_INTEGER size{};
-        if (!file || GetFileType(file.get()) != FILE_TYPE_DISK || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
+        if (!file || GetFileType(file.get()) != FILE_TYPE_DISK || !GetFileSizeEx(file.get(), &size))
+            return std::nullopt;
         if (static_cast<std::uint64_t>(size.QuadPart) > limit) return std::nullopt;
         std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
         std::size_t done = 0;
@@ -233,7 +237,8 @@ class FileSystemWin32 : public FileSystem {
   private:
     // Rights and a medium's lock show only when a file is made. It goes when it is closed.
     static bool canWriteInto(const std::string& folder) {
-        const std::wstring name = WidePath(JoinPath(folder, "Quenlox.~" + std::to_string(GetCurrentProcessId()) + ".tmp"));
+        const std::wstring name =
+            WidePath(JoinPath(folder, "Quenlox.~" + std::to_string(GetCurrentProcessId()) + ".tmp"));
         HANDLE file = CreateFileW(name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
                                   FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
         if (file == INVALID_HANDLE_VALUE) return false;
@@ -248,7 +253,9 @@ class FileSystemWin32 : public FileSystem {
         return folder;
     }
 
-    static DWORD attributesOf(const std::string& path) { return path.empty() ? kMissing : GetFileAttributesW(WidePath(path).c_str()); }
+    static DWORD attributesOf(const std::string& path) {
+        return path.empty() ? kMissing : GetFileAttributesW(WidePath(path).c_str());
+    }
 
     std::string userFolder_;  // once it is known
 };

@@ -222,8 +222,8 @@ void FormWindow::placeWindow() {
     const TwipsPerPixel grid = system_.twipsPerPixel();
     const bool before = std::exchange(placing_, true);
     const Size size = windowSize();
-    SetWindowPos(window_, nullptr, TwipsToPixels(form_->left(), grid.x), TwipsToPixels(form_->top(), grid.y), size.width,
-                 size.height, SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(window_, nullptr, TwipsToPixels(form_->left(), grid.x), TwipsToPixels(form_->top(), grid.y),
+                 size.width, size.height, SWP_NOZORDER | SWP_NOACTIVATE);
     placing_ = before;
 }
 
@@ -265,8 +265,8 @@ void FormWindow::moving(RECT& rect) const {
     Rect wanted = FromRect(rect);
     wanted.left = pointer.x - grip_.x;
     wanted.top = pointer.y - grip_.y;
-    rect = ToRect(SnapToEdges(wanted, system_.workArea({static_cast<int>(pointer.x), static_cast<int>(pointer.y), 1, 1}),
-                              kSnapDistance));
+    rect = ToRect(SnapToEdges(
+        wanted, system_.workArea({static_cast<int>(pointer.x), static_cast<int>(pointer.y), 1, 1}), kSnapDistance));
 }
 
 void FormWindow::filesDropped(HDROP drop) {

@@ -21,7 +21,8 @@ class Template {
         word(9);  // points
         text(L"MS Shell Dlg");
     }
-    void item(WORD windowClass, WORD id, const std::wstring& caption, DWORD style, short x, short y, short width, short height) {
+    void item(WORD windowClass, WORD id, const std::wstring& caption, DWORD style, short x, short y, short width,
+              short height) {
         while (data_.size() % 2 != 0) data_.push_back(0);
         add(DLGITEMTEMPLATE{style | WS_CHILD | WS_VISIBLE, 0, x, y, width, height, id});
         word(0xFFFF);
@@ -73,7 +74,8 @@ INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM w, LPARAM l) noexce
 
 }  // namespace
 
-std::optional<std::wstring> InputBox(HWND owner, const std::wstring& title, const std::wstring& prompt, const std::wstring& text) {
+std::optional<std::wstring> InputBox(HWND owner, const std::wstring& title, const std::wstring& prompt,
+                                     const std::wstring& text) {
     Template dialog(title, 220, 72, 4);
     dialog.item(kStaticClass, kPromptId, prompt, SS_LEFT | SS_NOPREFIX, 7, 7, 206, 20);
     dialog.item(kEditClass, kTextId, L"", WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL, 7, 29, 206, 14);

@@ -17,7 +17,8 @@ class Library {
 
     template <typename Function>
     void resolve(Function*& function, const char* name) {
-        function = module_ ? reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_.get(), name))) : nullptr;
+        function = module_ ? reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_.get(), name)))
+                           : nullptr;
         if (!function) missing_ = true;
     }
 

@@ -18,7 +18,8 @@ void Append(HMENU menu, const MenuItem& item, UINT& id) {
     info.cbSize = sizeof info;
     info.fMask = MIIM_FTYPE | MIIM_ID | MIIM_STATE | MIIM_STRING | (sub ? MIIM_SUBMENU : 0);
     info.wID = own;
-    info.fState = static_cast<UINT>((item.enabled ? MFS_ENABLED : MFS_GRAYED) | (item.checked ? MFS_CHECKED : MFS_UNCHECKED));
+    info.fState =
+        static_cast<UINT>((item.enabled ? MFS_ENABLED : MFS_GRAYED) | (item.checked ? MFS_CHECKED : MFS_UNCHECKED));
     info.fType = item.radio ? MFT_RADIOCHECK : MFT_STRING;
     if (item.caption == "-") {
         info.fType = MFT_SEPARATOR;

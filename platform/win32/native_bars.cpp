@@ -11,9 +11,10 @@ constexpr int kFirstButton = 0x3000;  // command numbers of toolbar buttons, apa
 class NativeToolbar : public NativeControl {
   public:
     NativeToolbar(DialogWindow& dialog, Toolbar& bar)
-        : NativeControl(dialog, bar,
-                        {TOOLBARCLASSNAMEW, WS_TABSTOP | TBSTYLE_FLAT | TBSTYLE_LIST | TBSTYLE_TOOLTIPS | TBSTYLE_TRANSPARENT |
-                                                CCS_NODIVIDER | CCS_NOPARENTALIGN | CCS_NORESIZE}),
+        : NativeControl(
+              dialog, bar,
+              {TOOLBARCLASSNAMEW, WS_TABSTOP | TBSTYLE_FLAT | TBSTYLE_LIST | TBSTYLE_TOOLTIPS | TBSTYLE_TRANSPARENT |
+                                      CCS_NODIVIDER | CCS_NOPARENTALIGN | CCS_NORESIZE}),
           bar_(bar) {
         send(TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));
         send(TB_SETBITMAPSIZE, 0, LPARAM{0});
@@ -90,7 +91,8 @@ class NativeToolbar : public NativeControl {
 // Only as high as the tabs: what lies on the pages stands on the window's own background, below.
 class NativeTabStrip : public NativeControl {
   public:
-    NativeTabStrip(DialogWindow& dialog, TabStrip& tabs) : NativeControl(dialog, tabs, {WC_TABCONTROLW, WS_TABSTOP}), tabs_(tabs) {
+    NativeTabStrip(DialogWindow& dialog, TabStrip& tabs)
+        : NativeControl(dialog, tabs, {WC_TABCONTROLW, WS_TABSTOP}), tabs_(tabs) {
         int number = 0;
         for (const std::string& text : tabs.tabs()) {
             std::wstring wide = Wide(text);

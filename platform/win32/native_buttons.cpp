@@ -10,7 +10,9 @@ namespace {
 class NativeLabel : public NativeControl {
   public:
     NativeLabel(DialogWindow& dialog, Label& label)
-        : NativeControl(dialog, label, {WC_STATICW, static_cast<DWORD>((label.centred ? SS_CENTER : SS_LEFT) | (label.onClick ? SS_NOTIFY : 0))}),
+        : NativeControl(dialog, label,
+                        {WC_STATICW,
+                         static_cast<DWORD>((label.centred ? SS_CENTER : SS_LEFT) | (label.onClick ? SS_NOTIFY : 0))}),
           label_(label) {}
     Size wish() const override {
         const Size text = textSize(Wide(label_.caption()));
@@ -27,7 +29,8 @@ class NativeLabel : public NativeControl {
 
 class NativeFrame : public NativeControl {
   public:
-    NativeFrame(DialogWindow& dialog, Control& frame) : NativeControl(dialog, frame, {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT}) {}
+    NativeFrame(DialogWindow& dialog, Control& frame)
+        : NativeControl(dialog, frame, {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT}) {}
     Size wish() const override {
         return {textSize(Wide(control().caption())).width + horizontal(8), vertical(9)};
     }
@@ -37,8 +40,9 @@ class NativeFrame : public NativeControl {
 class NativeCommandButton : public NativeControl {
   public:
     NativeCommandButton(DialogWindow& dialog, CommandButton& button)
-        : NativeControl(dialog, button,
-                        {WC_BUTTONW, static_cast<DWORD>(WS_TABSTOP | (button.isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON))}),
+        : NativeControl(
+              dialog, button,
+              {WC_BUTTONW, static_cast<DWORD>(WS_TABSTOP | (button.isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON))}),
           button_(button) {}
     Size wish() const override {
         return {std::max(textSize(Wide(button_.caption())).width + horizontal(10), horizontal(50)), vertical(14)};
@@ -58,7 +62,8 @@ class NativeCommandButton : public NativeControl {
 // A tick or a dot with its text.
 class NativeMarkButton : public NativeControl {
   public:
-    NativeMarkButton(DialogWindow& dialog, Control& button, DWORD style) : NativeControl(dialog, button, {WC_BUTTONW, style}) {}
+    NativeMarkButton(DialogWindow& dialog, Control& button, DWORD style)
+        : NativeControl(dialog, button, {WC_BUTTONW, style}) {}
     Size wish() const override { return {textSize(Wide(control().caption())).width + horizontal(13), vertical(10)}; }
     void changed(Property property) override {
         NativeControl::changed(property);
@@ -102,7 +107,8 @@ bool BeginsGroup(const OptionButton& button) {
 class NativeOptionButton : public NativeMarkButton {
   public:
     NativeOptionButton(DialogWindow& dialog, OptionButton& button)
-        : NativeMarkButton(dialog, button, static_cast<DWORD>(BS_AUTORADIOBUTTON | (BeginsGroup(button) ? WS_GROUP | WS_TABSTOP : 0))),
+        : NativeMarkButton(dialog, button,
+                           static_cast<DWORD>(BS_AUTORADIOBUTTON | (BeginsGroup(button) ? WS_GROUP | WS_TABSTOP : 0))),
           button_(button) {
         showMark();
     }
@@ -124,9 +130,11 @@ class NativeOptionButton : public NativeMarkButton {
 std::unique_ptr<NativeControl> MakeNativeButton(DialogWindow& dialog, Control& control) {
     if (auto* label = dynamic_cast<Label*>(&control)) return std::make_unique<NativeLabel>(dialog, *label);
     if (dynamic_cast<Frame*>(&control)) return std::make_unique<NativeFrame>(dialog, control);
-    if (auto* button = dynamic_cast<CommandButton*>(&control)) return std::make_unique<NativeCommandButton>(dialog, *button);
+    if (auto* button = dynamic_cast<CommandButton*>(&control))
+        return std::make_unique<NativeCommandButton>(dialog, *button);
     if (auto* box = dynamic_cast<CheckBox*>(&control)) return std::make_unique<NativeCheckBox>(dialog, *box);
-    if (auto* option = dynamic_cast<OptionButton*>(&control)) return std::make_unique<NativeOptionButton>(dialog, *option);
+    if (auto* option = dynamic_cast<OptionButton*>(&control))
+        return std::make_unique<NativeOptionButton>(dialog, *option);
     return nullptr;
 }
 

@@ -78,7 +78,9 @@ void NativeControl::place(HDWP* moves) {
     }
 }
 
-HFONT NativeControl::font() const { return control_.font() == Font{} ? dialog_.font() : dialog_.fontFor(control_.font()); }
+HFONT NativeControl::font() const {
+    return control_.font() == Font{} ? dialog_.font() : dialog_.fontFor(control_.font());
+}
 
 void NativeControl::fontChanged() { send(WM_SETFONT, reinterpret_cast<WPARAM>(font()), LPARAM{TRUE}); }
 
@@ -90,7 +92,8 @@ void NativeControl::setTooltip() {
     tool.hwnd = dialog_.handle();
     tool.uId = reinterpret_cast<UINT_PTR>(window_);
     tool.lpszText = text.data();
-    SendMessageW(dialog_.tooltips(), hasTooltip_ ? TTM_UPDATETIPTEXTW : TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(dialog_.tooltips(), hasTooltip_ ? TTM_UPDATETIPTEXTW : TTM_ADDTOOLW, 0,
+                 reinterpret_cast<LPARAM>(&tool));
     hasTooltip_ = true;
 }
 
@@ -105,7 +108,8 @@ Size NativeControl::textSize(const std::wstring& text, int width) const {
     RECT rect{0, 0, width > 0 ? width : 10000, 0};
     {
         const Selected selected(dc, font());
-        DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &rect, DT_CALCRECT | (width > 0 ? DT_WORDBREAK : 0u));
+        DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &rect,
+                  DT_CALCRECT | (width > 0 ? DT_WORDBREAK : 0u));
     }
     ReleaseDC(window_, dc);
     return {static_cast<int>(rect.right), static_cast<int>(rect.bottom)};
@@ -116,7 +120,8 @@ int NativeControl::vertical(int units) const { return RoundHalfToEven(units * di
 
 void NativeControl::subclass() { SetWindowSubclass(window_, Subclass, 1, reinterpret_cast<DWORD_PTR>(this)); }
 
-LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id, DWORD_PTR data) noexcept {
+LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                         DWORD_PTR data) noexcept {
     auto* native = reinterpret_cast<NativeControl*>(data);
     if (message == WM_NCDESTROY) {
         RemoveWindowSubclass(window, Subclass, id);

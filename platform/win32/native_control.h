@@ -51,7 +51,9 @@ class NativeControl {
     // While one of these lives, messages of the window are echoes of the program's own doing.
     class Applying {
       public:
-        explicit Applying(NativeControl& native) : native_(native), before_(native.applying_) { native.applying_ = true; }
+        explicit Applying(NativeControl& native) : native_(native), before_(native.applying_) {
+            native.applying_ = true;
+        }
         ~Applying() { native_.applying_ = before_; }
         Applying(const Applying&) = delete;
         Applying& operator=(const Applying&) = delete;
@@ -71,11 +73,14 @@ class NativeControl {
     int horizontal(int units) const;                               // dialog units to pixels
     int vertical(int units) const;
     void subclass();                                               // messages of the window then come to intercept()
-    virtual std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) { return (void)message, (void)w, (void)l, std::nullopt; }
+    virtual std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) {
+        return (void)message, (void)w, (void)l, std::nullopt;
+    }
 
   private:
     friend class DialogWindow;
-    static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id, DWORD_PTR data) noexcept;
+    static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                     DWORD_PTR data) noexcept;
     void setTooltip();
 
     DialogWindow& dialog_;

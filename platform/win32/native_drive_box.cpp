@@ -11,7 +11,8 @@ namespace {
 class NativeDriveBox : public NativeControl {
   public:
     NativeDriveBox(DialogWindow& dialog, DriveListBox& box)
-        : NativeControl(dialog, box, {WC_COMBOBOXW, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS}), box_(box) {
+        : NativeControl(dialog, box, {WC_COMBOBOXW, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS}),
+          box_(box) {
         showDrives();
     }
     Size wish() const override { return {horizontal(60), vertical(14)}; }
@@ -34,7 +35,8 @@ class NativeDriveBox : public NativeControl {
     void showDrive() {
         const auto& drives = box_.drives();
         const auto found = std::find(drives.begin(), drives.end(), box_.drive());
-        send(CB_SETCURSEL, found == drives.end() ? static_cast<WPARAM>(-1) : static_cast<WPARAM>(found - drives.begin()));
+        send(CB_SETCURSEL,
+             found == drives.end() ? static_cast<WPARAM>(-1) : static_cast<WPARAM>(found - drives.begin()));
     }
 
     DriveListBox& box_;

@@ -47,7 +47,8 @@ void NativeListView::makeIcons() {
     for (const UINT open : {0u, static_cast<UINT>(SHGFI_OPENICON)}) {  // in the order of ListView::Icon
         SHFILEINFOW info{};
         constexpr UINT kFlags = SHGFI_ICON | SHGFI_SMALLICON | SHGFI_USEFILEATTRIBUTES;
-        if (!view_.iconOf || !SHGetFileInfoW(L"folder", FILE_ATTRIBUTE_DIRECTORY, &info, sizeof info, kFlags | open)) continue;
+        if (!view_.iconOf || !SHGetFileInfoW(L"folder", FILE_ATTRIBUTE_DIRECTORY, &info, sizeof info, kFlags | open))
+            continue;
         ImageList_AddIcon(made, info.hIcon);
         DestroyIcon(info.hIcon);
     }
@@ -73,7 +74,9 @@ void NativeListView::redrawRows() {
 
 int NativeListView::scaled(int pixelsAt96) const { return MulDiv(pixelsAt96, static_cast<int>(dialog().dpi()), 96); }
 
-Size NativeListView::wish() const { return view_.hasHeader ? Size{horizontal(180), vertical(100)} : Size{horizontal(90), vertical(60)}; }
+Size NativeListView::wish() const {
+    return view_.hasHeader ? Size{horizontal(180), vertical(100)} : Size{horizontal(90), vertical(60)};
+}
 
 void NativeListView::fontChanged() {
     NativeControl::fontChanged();
@@ -127,7 +130,8 @@ void NativeListView::showColumns() {
         column.cx = wanted[i].width == ListView::kAsWideAsNeeded ? 0 : scaled(wanted[i].width);
         column.fmt = wanted[i].rightAligned ? LVCFMT_RIGHT : LVCFMT_LEFT;
         column.iSubItem = static_cast<int>(i);
-        send(isNew && static_cast<int>(i) >= Header_GetItemCount(ListView_GetHeader(window())) ? LVM_INSERTCOLUMNW : LVM_SETCOLUMNW,
+        send(isNew && static_cast<int>(i) >= Header_GetItemCount(ListView_GetHeader(window())) ? LVM_INSERTCOLUMNW
+                                                                                               : LVM_SETCOLUMNW,
              i, &column);
         showSortMark(i);
     }
@@ -274,7 +278,8 @@ void NativeListView::takeColumnWidth(const NMHEADERW& change) {
 void NativeListView::giveText(NMLVDISPINFOW& info) const {
     LVITEMW& item = info.item;
     const bool there = item.iItem >= 0 && item.iItem < view_.rowCount();
-    if (item.mask & LVIF_IMAGE) item.iImage = there && view_.iconOf ? static_cast<int>(view_.iconOf(item.iItem)) : I_IMAGENONE;
+    if (item.mask & LVIF_IMAGE)
+        item.iImage = there && view_.iconOf ? static_cast<int>(view_.iconOf(item.iItem)) : I_IMAGENONE;
     if (item.mask & LVIF_INDENT) item.iIndent = there && view_.levelOf ? view_.levelOf(item.iItem) : 0;
     if (!(item.mask & LVIF_TEXT) || item.cchTextMax <= 0) return;
     if (!view_.textOf || !there) {
@@ -406,7 +411,8 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
         }
         case WM_LBUTTONDOWN: {
             // The list view chooses the row first; it returns when the button is up or a drag has begun.
-            const LRESULT result = selectsMany(message, w) ? withoutDrawing(message, w, l) : DefSubclassProc(window(), message, w, l);
+            const LRESULT result =
+                selectsMany(message, w) ? withoutDrawing(message, w, l) : DefSubclassProc(window(), message, w, l);
             if (alive() && view_.onMouseDown) view_.onMouseDown(1, ShiftState(), {GET_X_LPARAM(l), GET_Y_LPARAM(l)});
             return result;
         }
@@ -434,7 +440,8 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
             return {};
         case WM_NOTIFY: {
             const auto& header = *reinterpret_cast<const NMHDR*>(l);
-            if (header.code == static_cast<UINT>(HDN_ITEMCHANGEDW)) takeColumnWidth(*reinterpret_cast<const NMHEADERW*>(l));
+            if (header.code == static_cast<UINT>(HDN_ITEMCHANGEDW))
+                takeColumnWidth(*reinterpret_cast<const NMHEADERW*>(l));
             return {};
         }
         default:

@@ -30,7 +30,9 @@ const wchar_t* PictureClass() {
 
 class NativePicture : public NativeControl {
   public:
-    NativePicture(DialogWindow& dialog, PictureBox& box) : NativeControl(dialog, box, {PictureClass(), 0}), box_(box) { subclass(); }
+    NativePicture(DialogWindow& dialog, PictureBox& box) : NativeControl(dialog, box, {PictureClass(), 0}), box_(box) {
+        subclass();
+    }
 
     Size wish() const override {
         if (!box_.surface().empty() && !resized_) return {box_.surface().width(), box_.surface().height()};

@@ -80,7 +80,8 @@ class NativeSlider : public NativeControl {
 
 class NativeProgressBar : public NativeControl {
   public:
-    NativeProgressBar(DialogWindow& dialog, ProgressBar& bar) : NativeControl(dialog, bar, {PROGRESS_CLASSW, PBS_SMOOTH}), bar_(bar) {
+    NativeProgressBar(DialogWindow& dialog, ProgressBar& bar)
+        : NativeControl(dialog, bar, {PROGRESS_CLASSW, PBS_SMOOTH}), bar_(bar) {
         send(PBM_SETRANGE32, 0, LPARAM{1000});
         showValue();
     }

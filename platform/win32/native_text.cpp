@@ -20,7 +20,8 @@ std::wstring WithSystemLines(const std::string& text) {
 
 class NativeTextBox : public NativeControl {
   public:
-    NativeTextBox(DialogWindow& dialog, TextBox& box) : NativeControl(dialog, box, {WC_EDITW, StyleOf(box), WS_EX_CLIENTEDGE}), box_(box) {
+    NativeTextBox(DialogWindow& dialog, TextBox& box)
+        : NativeControl(dialog, box, {WC_EDITW, StyleOf(box), WS_EX_CLIENTEDGE}), box_(box) {
         send(EM_SETLIMITTEXT, 0);  // as much as there is memory for
         subclass();
         showText();
@@ -55,7 +56,8 @@ class NativeTextBox : public NativeControl {
   private:
     static DWORD StyleOf(const TextBox& box) {
         DWORD style = WS_TABSTOP;
-        style |= box.multiLine() ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL | (box.readOnly() ? 0 : ES_WANTRETURN) : ES_AUTOHSCROLL;
+        style |= box.multiLine() ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL | (box.readOnly() ? 0 : ES_WANTRETURN)
+                                 : ES_AUTOHSCROLL;
         return style | (box.readOnly() ? ES_READONLY : 0);
     }
     void showText() {

@@ -55,7 +55,8 @@ class ShellWin32 : public Shell {
 
     bool WinHelp(Form& owner, const std::string& helpFile, int command, int data) override {
         HWND window = owner.host() ? reinterpret_cast<HWND>(owner.host()->nativeHandle()) : nullptr;
-        return WinHelpW(window, Wide(helpFile).c_str(), static_cast<UINT>(command), static_cast<ULONG_PTR>(data)) != FALSE;
+        return WinHelpW(window, Wide(helpFile).c_str(), static_cast<UINT>(command), static_cast<ULONG_PTR>(data)) !=
+               FALSE;
     }
     bool openInBrowser(const std::string& target) override {
         const auto result = reinterpret_cast<INT_PTR>(
@@ -90,7 +91,8 @@ class ShellWin32 : public Shell {
     }
     static HICON smallIcon() {
         const int side = GetSystemMetrics(SM_CXSMICON);
-        auto* icon = static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON, side, side, LR_SHARED));
+        auto* icon = static_cast<HICON>(
+            LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON, side, side, LR_SHARED));
         return icon ? icon : LoadIconW(nullptr, IDI_APPLICATION);
     }
 

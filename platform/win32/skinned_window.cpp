@@ -18,7 +18,8 @@ constexpr WPARAM kTrayIconId = 1;
 HRGN UniteOneByOne(const Region& region, int k) {
     HRGN whole = CreateRectRgn(0, 0, 0, 0);
     for (const Rect& r : region) {
-        const Owned<HRGN, detail::CloseObject<HRGN>> part(CreateRectRgn(r.left * k, r.top * k, r.right() * k, r.bottom() * k));
+        const Owned<HRGN, detail::CloseObject<HRGN>> part(
+            CreateRectRgn(r.left * k, r.top * k, r.right() * k, r.bottom() * k));
         CombineRgn(whole, whole, part.get(), RGN_OR);
     }
     return whole;
@@ -116,8 +117,10 @@ void SkinnedWindow::paint(const Rect& where) {
 }
 
 void SkinnedWindow::partChanged(int part, PartChange change) {
-    constexpr DWORD kEvents[] = {EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_VALUECHANGE, EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_REORDER};
-    NotifyWinEvent(kEvents[static_cast<int>(change)], handle(), OBJID_CLIENT, change == PartChange::All ? CHILDID_SELF : part + 1);
+    constexpr DWORD kEvents[] = {EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_VALUECHANGE, EVENT_OBJECT_STATECHANGE,
+                                 EVENT_OBJECT_REORDER};
+    NotifyWinEvent(kEvents[static_cast<int>(change)], handle(), OBJID_CLIENT,
+                   change == PartChange::All ? CHILDID_SELF : part + 1);
 }
 
 void SkinnedWindow::beginDrag() {
@@ -127,8 +130,8 @@ void SkinnedWindow::beginDrag() {
 
 void SkinnedWindow::makeTooltip() {
     // Without an owner: Wine does not put a window above the others that owns one which is there already.
-    tooltip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
-                               nullptr, nullptr, nullptr, nullptr);
+    tooltip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0,
+                               0, 0, nullptr, nullptr, nullptr, nullptr);
     TTTOOLINFOW tool{};
     tool.cbSize = sizeof tool;
     tool.hwnd = handle();

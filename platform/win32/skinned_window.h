@@ -21,7 +21,8 @@ class SkinnedWindow : public FormWindow {
     void partChanged(int part, PartChange change) override;
     void beginDrag() override;
 
-    // For assistive programs: the parts of the form, none when it has gone. An action runs after the message that asked.
+    // For assistive programs: the parts of the form, none when it has gone. An action runs after the message that
+    // asked.
     std::vector<AccessiblePart> parts() const;
     void later(std::function<void()> action);
     Rect onScreen(const Rect& where) const;

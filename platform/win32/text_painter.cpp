@@ -43,7 +43,8 @@ class TextPainterWin32 : public TextPainter {
             const auto row = on.pixels().subspan(static_cast<std::size_t>(shown.top + y) * on.width() + shown.left);
             const Surface::Pixel* from = canvasRow(y);
             // The system leaves its own mark in the highest byte.
-            std::transform(from, from + shown.width, row.begin(), [](Surface::Pixel pixel) { return pixel & 0x00FFFFFF; });
+            std::transform(from, from + shown.width, row.begin(),
+                           [](Surface::Pixel pixel) { return pixel & 0x00FFFFFF; });
         }
     }
 
@@ -51,8 +52,9 @@ class TextPainterWin32 : public TextPainter {
         SelectObject(dc_.get(), font(style));
         const std::wstring text = Wide(utf8);
         RECT rect{0, 0, style.wordBreak && width > 0 ? width : 0x7FFF, 0};
-        DrawTextW(dc_.get(), text.c_str(), static_cast<int>(text.size()), &rect,
-                  (flags(style) & ~static_cast<UINT>(DT_VCENTER | DT_CENTER | DT_RIGHT | DT_END_ELLIPSIS)) | DT_CALCRECT);
+        DrawTextW(
+            dc_.get(), text.c_str(), static_cast<int>(text.size()), &rect,
+            (flags(style) & ~static_cast<UINT>(DT_VCENTER | DT_CENTER | DT_RIGHT | DT_END_ELLIPSIS)) | DT_CALCRECT);
         return {static_cast<int>(rect.right), static_cast<int>(rect.bottom)};
     }
 

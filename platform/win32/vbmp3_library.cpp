@@ -220,7 +220,8 @@ class Vbmp3Library : public Vbmp3 {
     void vbmp3_setStepPitch(int factor, int base) override { dll_.vbmp3_setStepPitch(factor, base); }
     void vbmp3_setQuality(int quality) override { dll_.vbmp3_setQuality(quality); }
     bool vbmp3_getWave(std::span<std::int16_t> left, std::span<std::int16_t> right) override {
-        return dll_.vbmp3_getWave(left.data(), right.data(), static_cast<std::int32_t>(std::min(left.size(), right.size()))) != 0;
+        return dll_.vbmp3_getWave(left.data(), right.data(),
+                                  static_cast<std::int32_t>(std::min(left.size(), right.size()))) != 0;
     }
     bool vbmp3_getSpectrum(std::span<std::int32_t> levels) override {
         return dll_.vbmp3_getSpectrum(levels.data(), static_cast<std::int32_t>(levels.size())) != 0;
@@ -264,7 +265,9 @@ class Vbmp3Library : public Vbmp3 {
         return dll_.vbmp3_playDecodeWave(source.c_str(), destination.c_str()) != 0;
     }
     bool vbmp3_encodeOpen(const std::string& source) override { return dll_.vbmp3_encodeOpen(source.c_str()) != 0; }
-    bool vbmp3_encodeStart(const std::string& destination) override { return dll_.vbmp3_encodeStart(destination.c_str()) != 0; }
+    bool vbmp3_encodeStart(const std::string& destination) override {
+        return dll_.vbmp3_encodeStart(destination.c_str()) != 0;
+    }
     void vbmp3_encodeStop() override { dll_.vbmp3_encodeStop(); }
     int vbmp3_getEncodeState(std::int32_t& permille) override { return dll_.vbmp3_getEncodeState(&permille); }
 
@@ -278,7 +281,9 @@ class Vbmp3Library : public Vbmp3 {
     bool vbmp3_writeTag(const std::string& path, int kinds, const vbmp3_Tag& tag) override {
         return dll_.vbmp3_writeTag(path.c_str(), kinds, &tag) != 0;
     }
-    bool vbmp3_removeTag(const std::string& path, int kinds) override { return dll_.vbmp3_removeTag(path.c_str(), kinds) != 0; }
+    bool vbmp3_removeTag(const std::string& path, int kinds) override {
+        return dll_.vbmp3_removeTag(path.c_str(), kinds) != 0;
+    }
     bool vbmp3_convertToRmp(const std::string& source, const std::string& destination) override {
         return dll_.vbmp3_convertToRmp(source.c_str(), destination.c_str()) != 0;
     }
