@@ -1,6 +1,5 @@
-// Writes the lists and a settings file again and again in the folder where it lies, as the program does, until it is killed:
-// soak_saver ROWS
-// The rows of every write carry its number, so that a mixture of two can be told.
+// Writes the lists and a settings file again and again in the folder where it lies, as the program does, until it is
+// killed: soak_saver ROWS The rows of every write carry its number, so that a mixture of two can be told.
 #include <cstdio>
 #include <cstdlib>
 
@@ -30,8 +29,11 @@ int Save(int rows) {
         // In turn as in the middle of a run and as at its end.
         if (!(number % 2 ? lists.saveQuietly() : lists.SaveListFile())) std::puts("lists not written");
         std::string settings;
-        for (int key = 0; key < 200; ++key) settings += "Key" + std::to_string(key) + "=" + std::to_string(number) + "\r\n";
-        if (!files->write(files->programFolder() + "\\Quenlox.ini", "[Main]\r\n" + settings + "End=" + std::to_string(number) + "\r\n")) std::puts("settings not written");
+        for (int key = 0; key < 200; ++key)
+            settings += "Key" + std::to_string(key) + "=" + std::to_string(number) + "\r\n";
+        if (!files->write(files->programFolder() + "\\Quenlox.ini",
+                          "[Main]\r\n" + settings + "End=" + std::to_string(number) + "\r\n"))
+            std::puts("settings not written");
         if (number == 1) std::puts("begun");
         std::fflush(stdout);
     }

@@ -1,4 +1,4 @@
-"""2000 track changes over good, bad and damaged files in the real program."""
+"""2000 track changes over good and bad files in the real program."""
 
 import random
 import time
@@ -11,7 +11,7 @@ BUILDS = {"win64": ("stage", "wine_test_programs")}
 WARM = 200  # changes before the first count: caches are filled then
 
 
-def make_files(s, damaged):
+def make_files(s):
     good = files.whole(s.material / "good", 1.5)
     good.append(material.write_midi(s.material / "tune.mid", quarter_ms=100))
     bad = s.material / "bad"
@@ -23,7 +23,7 @@ def make_files(s, damaged):
                        "one frame.mp3": whole[:418], "empty.mid": b""}.items():
         (bad / name).write_bytes(data)
     (bad / "folder.mp3").mkdir()
-    paths = [*good, *sorted(bad.iterdir()), *files.damaged_folder(s.material / "damaged", damaged, good[:files.WHOLE]), s.material / "missing.mp3", s.material / "missing.mid"]
+    paths = [*good, *sorted(bad.iterdir()), s.material / "missing.mp3", s.material / "missing.mid"]
     chance.shuffle(paths)
     return [s.windows_path(path) for path in paths]
 
@@ -32,7 +32,7 @@ def run(quick):
     count = 200 if quick else 2000
     faults = []
     with product.session("changes", midi=True) as s:
-        paths = make_files(s, count // 2)
+        paths = make_files(s)
         # In the mode SINGLE only the key steps, so that the row at the end tells how many steps were made.
         folder = product.with_lists(s, "program", paths, "[Main]\r\nPlayMode=0\r\n")
         program, window = product.start(s, folder)

@@ -35,39 +35,39 @@ def damaged(data, chance):
         size = max(len(data), 1)
         at = chance.randrange(size)
         length = chance.choice((1, 4, 40, 400, 4000))
-        kind = chance.randrange(6)
-        if kind < 2:  # bytes changed, in the whole or in the head
-            for _ in range(min(len(data), chance.choice((1, 10, 200)))):
-                data[chance.randrange(len(data) if kind == 0 else min(64, len(data)))] = chance.choice((0, 0xFF, 0x80, chance.randrange(256)))
+        kind = chance.randrange(7)
+        if kind == 0:  # cut off
+            del data[at:]
+        elif kind == 1:  # bytes changed here and there
+            for _ in range(chance.choice((1, 10, 200))):
+                if data:
+                    data[chance.randrange(len(data))] = chance.randrange(256)
         elif kind == 2:  # a hole of zeros
             data[at:at + length] = bytes(min(length, size - at))
-        elif kind == 3:  # a piece is missing, or all from there on
-            del data[at:chance.choice((at + length, size))]
+        elif kind == 3:  # a piece is missing
+            del data[at:at + length]
         elif kind == 4:  # a piece of noise comes in
             data[at:at] = chance.randbytes(length)
+        elif kind == 5:  # the head is damaged
+            for _ in range(4):
+                if data:
+                    data[chance.randrange(min(64, len(data)))] = chance.choice((0, 0xFF, 0x80, chance.randrange(256)))
         else:  # the end once more in front
             data[0:0] = data[-length:]
     return bytes(data)
 
 
-def ends_wine(data):
-    """A WAVE file whose damaged head names a rate that no device has: the library refuses it, the media control interface is
-    asked, and there Wine's sound driver ends the process by an assertion of its sound library. Windows refuses it."""
-    at = data[:200].find(b"fmt ")
-    return at >= 0 and not 1000 <= int.from_bytes(data[at + 12:at + 16], "little") <= 700000
-
-
-def damaged_folder(folder, count, originals):
-    """`count` damaged files made of others, some under the extension of another kind."""
-    chance = random.Random(1)
-    folder.mkdir(parents=True)
+def damaged_folder(folder, count, seed=1):
+    """`count` files, nearly all of them damaged, some empty, some under the extension of another kind."""
+    chance = random.Random(seed)
+    folder.mkdir(parents=True, exist_ok=True)
+    originals = whole(folder.parent / (folder.name + " originals"), 0.4)
     contents = [(file.suffix, file.read_bytes()) for file in originals]
     suffixes = [".mp3", ".mp2", ".mp1", ".mpg", ".rmp", ".wav"]
-    number = 0
-    while number < count:
+    for number in range(count):
         suffix, data = chance.choice(contents)
-        data = damaged(data, chance)
-        if not ends_wine(data):
-            (folder / f"{number:05} 曲{chance.choice(suffixes) if chance.random() < 0.1 else suffix}").write_bytes(data)
-            number += 1
-    return sorted(folder.iterdir())
+        if chance.random() < 0.1:
+            suffix = chance.choice(suffixes)
+        data = b"" if chance.random() < 0.01 else data if chance.random() < 0.05 else damaged(data, chance)
+        (folder / f"{number:05} 曲{suffix}").write_bytes(data)
+    return folder

@@ -2,12 +2,14 @@
 
 import os
 import random
+import re
 import shutil
 import signal
 import subprocess
 import time
 
 from harness.scenario import ROOT
+from wine_session.processes import wait_until
 
 from . import product
 
@@ -57,8 +59,57 @@ def kill_savers(s, count, chance):
     return faults, left
 
 
+def changed(s, folder, rows):
+    """The running program after the first of its rows has been deleted."""
+    program, window = product.start(s, folder)
+    lists = s.driver.wait_window(title="プレイリスト", limit=30)
+    view = next(c for c in lists.controls() if c.class_name == "SysListView32" and c.visible)
+    lists.activate()
+    view.click_item(0)
+    s.driver.keys("delete")
+    status = next(c for c in lists.controls() if "曲　" in c.title)
+    wait_until(lambda: status.text().startswith(f"{rows - 1:,}曲"), 10, f"{rows - 1} rows")
+    return program, window
+
+
+def kill_products(s, count, chance):
+    """Kills of the real program at and after the moment when its window is closed."""
+    paths = [f"C:\\music\\{row}.mp3" for row in range(20000)]
+    folder = product.with_lists(s, "program", paths, "[List]\r\nShow=1\r\nX=0\r\nY=2400\r\n")
+    program, window = changed(s, folder, len(paths))
+    begin = time.monotonic()
+    window.close()
+    program.wait_exit(20)
+    closing = time.monotonic() - begin
+    paths = paths[1:]
+    settings_keys = re.sub(rb"=.*", b"", (folder / "Quenlox.ini").read_bytes())
+    faults, old, new, left = [], 0, 0, 0
+    while old + new < count and len(faults) < 5:
+        program, window = changed(s, folder, len(paths))
+        window.close()
+        time.sleep(chance.uniform(0, 1.2 * closing))
+        kill(program._process)
+        time.sleep(0.2)  # until the server has let go of its files
+        now = (folder / "Quenlox.m3u").read_bytes().decode("cp932").split("\r\n")
+        if now == ["#ListA", *paths, ""]:
+            old += 1
+        elif now == ["#ListA", *paths[1:], ""]:
+            new += 1
+            paths = paths[1:]
+        else:
+            faults.append(f"the list file has {len(now)} lines instead of {len(paths) + 2} or one less")
+        settings = re.sub(rb"=.*", b"", (folder / "Quenlox.ini").read_bytes())
+        if settings != settings_keys:
+            faults.append(f"the settings file has {len(settings)} bytes of names instead of {len(settings_keys)}")
+        left = max(left, len(leftovers(folder)))
+    return faults, old, new, left, closing
+
+
 def run(quick):
-    count = 20 if quick else 220
+    savers, products = (20, 3) if quick else (220, 40)
+    chance = random.Random(9)
     with product.session("kills") as s:
-        faults, left = kill_savers(s, count, random.Random(9))
-    return {"savers_killed": count, "temporary_files_left": left}, faults
+        faults, left = kill_savers(s, savers, chance)
+        more, old, new, left_by_product, closing = kill_products(s, products, chance)
+    return {"savers_killed": savers, "programs_killed": products, "found_old_list": old, "found_new_list": new,
+            "closing_ms": round(closing * 1000), "temporary_files_left_by_savers": left, "temporary_files_left_by_program": left_by_product}, faults + more
