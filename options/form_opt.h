@@ -33,69 +33,70 @@ class FormOpt : public Form, public OptionControls {
     Frame FrameMain{*this, "FrameMain"}, FrameSpeana{*this, "FrameSpeana"};
     Label LabelScale{*this, "LabelScale"}, LabelAnime{*this, "LabelAnime"}, LabelSpeana{*this, "LabelSpeana"},
         LabelIntroView{*this, "LabelIntroView"}, LabelFft{*this, "LabelFft"};
-    Label FigureAnime{*this, "FigureAnime"}, FigureSpeana{*this, "FigureSpeana"}, FigureIntroView{*this, "FigureIntroView"};
-    CheckBox CheckAnime{*this, "CheckAnime"};                                   // "AnimeMode": the title text moves
-    ScrollBar HScrollAnime{*this, "HScrollAnime", kHorizontal, 0, 10};          // "AnimeTime": 0 slow to 10 fast
-    CheckBox CheckSpeana{*this, "CheckSpeana"};                                 // "SpeanaMode": display B is drawn
-    ScrollBar HScrollSpeana{*this, "HScrollSpeana", kHorizontal, 0, 10};        // "SpeanaTime": 0 slow to 10 fast
+    Label FigureAnime{*this, "FigureAnime"}, FigureSpeana{*this, "FigureSpeana"},
+        FigureIntroView{*this, "FigureIntroView"};
+    CheckBox CheckAnime{*this, "CheckAnime"};                               // "AnimeMode": the title text moves
+    ScrollBar HScrollAnime{*this, "HScrollAnime", kHorizontal, 0, 10};      // "AnimeTime": 0 slow to 10 fast
+    CheckBox CheckSpeana{*this, "CheckSpeana"};                             // "SpeanaMode": display B is drawn
+    ScrollBar HScrollSpeana{*this, "HScrollSpeana", kHorizontal, 0, 10};    // "SpeanaTime": 0 slow to 10 fast
     ScrollBar HScrollSpeanaIntro{*this, "HScrollSpeanaIntro", kHorizontal, 0, 60};  // "SpeanaIntro": the view changes
-                                                                                // every value * 2 seconds, 0 never
-    ComboBox ComboSkinScale{*this, "ComboSkinScale"};                           // "SkinScale": 1 to 4 screen pixels
-    ControlArray<OptionButton> FftOption;                                       // "Fft", 0 to 2
-    CheckBox CheckPanel{*this, "CheckPanel"};                                   // "PanelMode": the operation panel
+                                                                            // every value * 2 seconds, 0 never
+    ComboBox ComboSkinScale{*this, "ComboSkinScale"};                       // "SkinScale": 1 to 4 screen pixels
+    ControlArray<OptionButton> FftOption;                                   // "Fft", 0 to 2
+    CheckBox CheckPanel{*this, "CheckPanel"};                               // "PanelMode": the operation panel
 
     // Playing.
     Frame FramePitch{*this, "FramePitch"}, FramePlay{*this, "FramePlay"}, FrameOutput{*this, "FrameOutput"},
         FrameVolume{*this, "FrameVolume"};
-    Label LabelHiPitch{*this, "LabelHiPitch"}, LabelLowPitch{*this, "LabelLowPitch"}, LabelStepPitch{*this, "LabelStepPitch"},
-        LabelQuality{*this, "LabelQuality"}, LabelCd{*this, "LabelCd"}, LabelDevice{*this, "LabelDevice"},
-        LabelBuffer{*this, "LabelBuffer"};
-    Label FigureHiPitch{*this, "FigureHiPitch"}, FigureLowPitch{*this, "FigureLowPitch"}, FigureStepPitch{*this, "FigureStepPitch"},
-        FigureIntro{*this, "FigureIntro"}, FigureBuffer{*this, "FigureBuffer"};
-    ComboBox ComboCdDrive{*this, "ComboCdDrive"};                               // "defCdDrv", the drives with a disc tray
-    ControlArray<OptionButton> QualityOption;                                   // "Quality": 0 standard, 1 high, 2 light
+    Label LabelHiPitch{*this, "LabelHiPitch"}, LabelLowPitch{*this, "LabelLowPitch"},
+        LabelStepPitch{*this, "LabelStepPitch"}, LabelQuality{*this, "LabelQuality"}, LabelCd{*this, "LabelCd"},
+        LabelDevice{*this, "LabelDevice"}, LabelBuffer{*this, "LabelBuffer"};
+    Label FigureHiPitch{*this, "FigureHiPitch"}, FigureLowPitch{*this, "FigureLowPitch"},
+        FigureStepPitch{*this, "FigureStepPitch"}, FigureIntro{*this, "FigureIntro"}, FigureBuffer{*this, "FigureBuffer"};
+    ComboBox ComboCdDrive{*this, "ComboCdDrive"};                           // "defCdDrv", the drives with a disc tray
+    ControlArray<OptionButton> QualityOption;                               // "Quality": 0 standard, 1 high, 2 light
     ScrollBar HScrollHiPitch{*this, "HScrollHiPitch", kHorizontal, 101, 200};   // "HiPitch", percent
     ScrollBar HScrollLowPitch{*this, "HScrollLowPitch", kHorizontal, 50, 99};   // "LowPitch", percent
     ScrollBar HScrollStepPitch{*this, "HScrollStepPitch", kHorizontal, 2, 16};  // "StepPitch": the speed is
-                                                                                // 1 + (value - 1) / 5, so 6 doubles it
-    CheckBox CheckIntro{*this, "CheckIntro"};                                   // "IntroPlay"
-    ScrollBar HScrollIntro{*this, "HScrollIntro", kHorizontal, 1, 60};          // "IntroTime", seconds
-    ControlArray<OptionButton> VolumeOption;                                    // "Volume": 0 the master alone, 1 the
-                                                                                // single sources too
-    CheckBox CheckGapless{*this, "CheckGapless"};                               // "Gapless": no gap between tracks
-    ComboBox ComboDevice{*this, "ComboDevice"};                                 // "OutputDevice": -1 the system's default
-    ScrollBar HScrollBuffer{*this, "HScrollBuffer", kHorizontal, 50, 2000};     // "OutputBuffer", milliseconds
+                                                                            // 1 + (value - 1) / 5, so 6 doubles it
+    CheckBox CheckIntro{*this, "CheckIntro"};                               // "IntroPlay"
+    ScrollBar HScrollIntro{*this, "HScrollIntro", kHorizontal, 1, 60};      // "IntroTime", seconds
+    ControlArray<OptionButton> VolumeOption;                                // "Volume": 0 the master alone, 1 the
+                                                                            // single sources too
+    CheckBox CheckGapless{*this, "CheckGapless"};                           // "Gapless": no gap between tracks
+    ComboBox ComboDevice{*this, "ComboDevice"};                             // "OutputDevice": -1 the system's default
+    ScrollBar HScrollBuffer{*this, "HScrollBuffer", kHorizontal, 50, 2000}; // "OutputBuffer", milliseconds
 
     // Lyrics.
     Frame FrameLyrics{*this, "FrameLyrics"}, FrameSources{*this, "FrameSources"}, FrameBmp{*this, "FrameBmp"};
     Label LabelLines{*this, "LabelLines"}, LabelFont{*this, "LabelFont"}, LabelLyricsTime{*this, "LabelLyricsTime"},
-        LabelLyricsDir{*this, "LabelLyricsDir"}, LabelBmpDir{*this, "LabelBmpDir"}, LabelBmpNames{*this, "LabelBmpNames"},
-        FigureLyricsTime{*this, "FigureLyricsTime"};
-    CheckBox CheckLyrics{*this, "CheckLyrics"};                                 // "DispLyrics": the lyrics window
-    CheckBox CheckLyricsSelf{*this, "CheckLyricsSelf"};                         // "LyricsSelf"
+        LabelLyricsDir{*this, "LabelLyricsDir"}, LabelBmpDir{*this, "LabelBmpDir"},
+        LabelBmpNames{*this, "LabelBmpNames"}, FigureLyricsTime{*this, "FigureLyricsTime"};
+    CheckBox CheckLyrics{*this, "CheckLyrics"};                             // "DispLyrics": the lyrics window
+    CheckBox CheckLyricsSelf{*this, "CheckLyricsSelf"};                     // "LyricsSelf"
     ScrollBar HScrollLyricsTime{*this, "HScrollLyricsTime", kHorizontal, -50, 50};  // "LyricsTime"
-    ControlArray<OptionButton> LyricsOption;                                    // "LyricsLine", 0 to 5; 1, 3 and 5 are shown
-    TextBox TextLyricsFont{*this, "TextLyricsFont"};                            // section "Lyrics", "Font"
-    CheckBox CheckLyricsMain{*this, "CheckLyricsMain"};                         // "LyricsMain": Lyrics3 before side files
-    CheckBox CheckTimeTag{*this, "CheckTimeTag"};                               // "TimeTag"
-    CheckBox CheckLyricsBold{*this, "CheckLyricsBold"};                         // "LyricsBold": bold type
-    CheckBox CheckLyricsSecond{*this, "CheckLyricsSecond"};                     // "LyricsColor2": the skin's second colour
-    TextBox TextLyricsDir{*this, "TextLyricsDir"};                              // "LyricsDir"
+    ControlArray<OptionButton> LyricsOption;                                // "LyricsLine", 0 to 5; 1, 3 and 5 are shown
+    TextBox TextLyricsFont{*this, "TextLyricsFont"};                        // section "Lyrics", "Font"
+    CheckBox CheckLyricsMain{*this, "CheckLyricsMain"};                     // "LyricsMain": Lyrics3 before side files
+    CheckBox CheckTimeTag{*this, "CheckTimeTag"};                           // "TimeTag"
+    CheckBox CheckLyricsBold{*this, "CheckLyricsBold"};                     // "LyricsBold": bold type
+    CheckBox CheckLyricsSecond{*this, "CheckLyricsSecond"};                 // "LyricsColor2": the skin's second colour
+    TextBox TextLyricsDir{*this, "TextLyricsDir"};                          // "LyricsDir"
 
     CommandButton CommandLyricsDir{*this, "CommandLyricsDir"};
-    TextBox TextBmpDir{*this, "TextBmpDir"};                                    // "BmpDir": pictures behind the lyrics
+    TextBox TextBmpDir{*this, "TextBmpDir"};                                // "BmpDir": pictures behind the lyrics
 
     CommandButton CommandBmpDir{*this, "CommandBmpDir"};
 
     // Lists and names.
     Frame FrameList{*this, "FrameList"}, FrameReName{*this, "FrameReName"};
     Label LabelTokens{*this, "LabelTokens"}, LabelCase{*this, "LabelCase"}, LabelForbidden{*this, "LabelForbidden"};
-    CheckBox CheckReName{*this, "CheckReName"};                                 // "ReName": texts told from file names
-    TextBox TextReName{*this, "TextReName"};                                    // "ReNameS": the format of file names
-    CheckBox CheckListType{*this, "CheckListType"};                             // "ListType", counts at the next start
-    CheckBox CheckListTypeS{*this, "CheckListTypeS"};                           // "ListTypeS": columns in file-name mode
-    CheckBox CheckListTime{*this, "CheckListTime"};                             // "ListTime": the playing-time column
-    CheckBox CheckDelList{*this, "CheckDelList"};                               // "DelList"
+    CheckBox CheckReName{*this, "CheckReName"};                             // "ReName": texts told from file names
+    TextBox TextReName{*this, "TextReName"};                                // "ReNameS": the format of file names
+    CheckBox CheckListType{*this, "CheckListType"};                         // "ListType", counts at the next start
+    CheckBox CheckListTypeS{*this, "CheckListTypeS"};                       // "ListTypeS": columns in file-name mode
+    CheckBox CheckListTime{*this, "CheckListTime"};                         // "ListTime": the playing-time column
+    CheckBox CheckDelList{*this, "CheckDelList"};                           // "DelList"
 
     CommandButton CommandDefaults{*this, "CommandDefaults"};
     CommandButton CommandClose{*this, "CommandClose"};
@@ -116,7 +117,7 @@ class FormOpt : public Form, public OptionControls {
     std::function<void()> onNameFormat;
     std::function<void()> onDefaults;        // every option shall get the value of a fresh start
 
-    // Tells of folders and of the format as they stand now. A text that the user types counts when the keyboard leaves it:
+    // Tells of folders and of the format as they stand now. A typed text counts when the keyboard leaves it:
     // half a path would be looked for on every disk and network.
     void settleTexts();
 

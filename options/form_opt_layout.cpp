@@ -30,7 +30,8 @@ void FormOpt::setCaptions() {
         {FrameVolume, "音量バーで変える音量"}, {VolumeOption[0], "マスター音量だけ"}, {VolumeOption[1], "WAVE・MIDI・CDの音量も"},
         {FrameLyrics, "歌詞の表示"}, {CheckLyrics, "歌詞ウィンドウを表示する"}, {LabelLines, "表示する行数"},
         {LyricsOption[1], "1行"}, {LyricsOption[3], "3行"}, {LyricsOption[5], "5行"}, {LabelFont, "フォント"},
-        {CheckTimeTag, "タイムタグも表示する"}, {CheckLyricsBold, "太字で表示する"}, {CheckLyricsSecond, "スキンの第2歌詞色を使う"}, {CheckLyricsSelf, "タイムタグのない歌詞も曲に合わせて送る"},
+        {CheckTimeTag, "タイムタグも表示する"}, {CheckLyricsBold, "太字で表示する"}, {CheckLyricsSecond, "スキンの第2歌詞色を使う"},
+        {CheckLyricsSelf, "タイムタグのない歌詞も曲に合わせて送る"},
         {LabelLyricsTime, "表示のタイミング"}, {FrameSources, "歌詞の取得"}, {CheckLyricsMain, "歌詞ファイルよりLyrics3を優先する"},
         {LabelLyricsDir, "歌詞フォルダ"}, {CommandLyricsDir, "参照..."},
         {FrameBmp, "歌詞ウィンドウの背景"}, {LabelBmpDir, "画像フォルダ"}, {CommandBmpDir, "参照..."},
@@ -70,42 +71,53 @@ void FormOpt::showFigures() {
     FigureIntro.setCaption(std::to_string(HScrollIntro.value()) + "秒");
     FigureBuffer.setCaption(std::to_string(HScrollBuffer.value()) + "ms");
     const int tenths = HScrollLyricsTime.value();
-    FigureLyricsTime.setCaption((tenths > 0 ? "+" : tenths < 0 ? "-" : "") + Tenths(tenths < 0 ? -tenths : tenths) + "秒");
+    const char* const sign = tenths > 0 ? "+" : tenths < 0 ? "-" : "";
+    FigureLyricsTime.setCaption(sign + Tenths(tenths < 0 ? -tenths : tenths) + "秒");
 }
 
 Layout FormOpt::layout() {
     const auto slider = [](Control& name, Control& bar, Control& figure) {
         return Row({Item(name, kName), Item(bar, 110, 10, 1), Item(figure, kFigure)});
     };
-    const Layout display = Column(
-        {Group(FrameMain, Column({Row({Item(LabelScale, kName), Item(ComboSkinScale, 60)}), Item(CheckPanel), Item(CheckAnime),
-                                  slider(LabelAnime, HScrollAnime, FigureAnime)})),
-         Group(FrameSpeana, Column({Item(CheckSpeana), slider(LabelSpeana, HScrollSpeana, FigureSpeana),
-                                    slider(LabelIntroView, HScrollSpeanaIntro, FigureIntroView),
-                                    Row({Item(LabelFft, kName), Item(FftOption[0], 40), Item(FftOption[1], 40), Item(FftOption[2], 40)})}))});
-    const Layout play = Column(
-        {Group(FramePitch, Column({slider(LabelHiPitch, HScrollHiPitch, FigureHiPitch), slider(LabelLowPitch, HScrollLowPitch, FigureLowPitch),
-                                   slider(LabelStepPitch, HScrollStepPitch, FigureStepPitch),
-                                   Row({Item(LabelQuality, kName), Item(QualityOption[0], 40), Item(QualityOption[1], 48), Item(QualityOption[2], 52)})})),
-         Group(FramePlay, Column({slider(CheckIntro, HScrollIntro, FigureIntro), Item(CheckGapless),
-                                  Row({Item(LabelCd, kName), Item(ComboCdDrive, 60)})})),
-         Group(FrameOutput, Column({Row({Item(LabelDevice, kName), Item(ComboDevice, 150, 0, 1)}), slider(LabelBuffer, HScrollBuffer, FigureBuffer)})),
-         Group(FrameVolume, Row({Item(VolumeOption[0], 90), Item(VolumeOption[1], 120)}))});
-    const Layout lyrics = Column(
-        {Group(FrameLyrics, Column({Item(CheckLyrics),
-                                    Row({Item(LabelLines, kName), Item(LyricsOption[1], 40), Item(LyricsOption[3], 40), Item(LyricsOption[5], 40)}),
-                                    Row({Item(LabelFont, kName), Item(TextLyricsFont, 130, 0, 1)}), Row({Item(CheckTimeTag), Item(CheckLyricsBold)}), Item(CheckLyricsSecond), Item(CheckLyricsSelf),
-                                    slider(LabelLyricsTime, HScrollLyricsTime, FigureLyricsTime)})),
-         Group(FrameSources, Column({Item(CheckLyricsMain), Row({Item(LabelLyricsDir, 56), Item(TextLyricsDir, 110, 0, 1),
-                                                                 Item(CommandLyricsDir, 44, kButtonHeight)})})),
-         Group(FrameBmp, Column({Row({Item(LabelBmpDir, 56), Item(TextBmpDir, 110, 0, 1), Item(CommandBmpDir, 44, kButtonHeight)}),
-                                 Item(LabelBmpNames, 230)}))});
+    const Layout display =
+        Column({Group(FrameMain, Column({Row({Item(LabelScale, kName), Item(ComboSkinScale, 60)}), Item(CheckPanel),
+                                         Item(CheckAnime), slider(LabelAnime, HScrollAnime, FigureAnime)})),
+                Group(FrameSpeana, Column({Item(CheckSpeana), slider(LabelSpeana, HScrollSpeana, FigureSpeana),
+                                           slider(LabelIntroView, HScrollSpeanaIntro, FigureIntroView),
+                                           Row({Item(LabelFft, kName), Item(FftOption[0], 40), Item(FftOption[1], 40),
+                                                Item(FftOption[2], 40)})}))});
+    const Layout play =
+        Column({Group(FramePitch, Column({slider(LabelHiPitch, HScrollHiPitch, FigureHiPitch),
+                                          slider(LabelLowPitch, HScrollLowPitch, FigureLowPitch),
+                                          slider(LabelStepPitch, HScrollStepPitch, FigureStepPitch),
+                                          Row({Item(LabelQuality, kName), Item(QualityOption[0], 40),
+                                               Item(QualityOption[1], 48), Item(QualityOption[2], 52)})})),
+                Group(FramePlay, Column({slider(CheckIntro, HScrollIntro, FigureIntro), Item(CheckGapless),
+                                         Row({Item(LabelCd, kName), Item(ComboCdDrive, 60)})})),
+                Group(FrameOutput, Column({Row({Item(LabelDevice, kName), Item(ComboDevice, 150, 0, 1)}),
+                                           slider(LabelBuffer, HScrollBuffer, FigureBuffer)})),
+                Group(FrameVolume, Row({Item(VolumeOption[0], 90), Item(VolumeOption[1], 120)}))});
+    const Layout lyrics =
+        Column({Group(FrameLyrics,
+                      Column({Item(CheckLyrics),
+                              Row({Item(LabelLines, kName), Item(LyricsOption[1], 40), Item(LyricsOption[3], 40),
+                                   Item(LyricsOption[5], 40)}),
+                              Row({Item(LabelFont, kName), Item(TextLyricsFont, 130, 0, 1)}),
+                              Row({Item(CheckTimeTag), Item(CheckLyricsBold)}), Item(CheckLyricsSecond),
+                              Item(CheckLyricsSelf), slider(LabelLyricsTime, HScrollLyricsTime, FigureLyricsTime)})),
+                Group(FrameSources,
+                      Column({Item(CheckLyricsMain), Row({Item(LabelLyricsDir, 56), Item(TextLyricsDir, 110, 0, 1),
+                                                          Item(CommandLyricsDir, 44, kButtonHeight)})})),
+                Group(FrameBmp, Column({Row({Item(LabelBmpDir, 56), Item(TextBmpDir, 110, 0, 1),
+                                             Item(CommandBmpDir, 44, kButtonHeight)}),
+                                        Item(LabelBmpNames, 230)}))});
     const Layout lists = Column(
         {Group(FrameList, Column({Item(CheckListType), Item(CheckListTypeS), Item(CheckListTime), Item(CheckDelList)})),
-         Group(FrameReName, Column({Item(TextReName, 200, 0, 1), Item(LabelTokens, 230, 20), Item(LabelCase, 230), Item(LabelForbidden, 230),
-                                    Item(CheckReName)}))});
+         Group(FrameReName, Column({Item(TextReName, 200, 0, 1), Item(LabelTokens, 230, 20), Item(LabelCase, 230),
+                                    Item(LabelForbidden, 230), Item(CheckReName)}))});
     return Column({Pages(Tabs, {display, play, lyrics, lists}, 1),
-                   Row({Item(CommandDefaults, kButtonWidth, kButtonHeight), Space(0, 0, 1), Item(CommandClose, kButtonWidth, kButtonHeight)})});
+                   Row({Item(CommandDefaults, kButtonWidth, kButtonHeight), Space(0, 0, 1),
+                        Item(CommandClose, kButtonWidth, kButtonHeight)})});
 }
 
 }  // namespace quenlox
