@@ -70,7 +70,7 @@ def test_the_skin_is_changed_from_the_menu_while_the_sound_goes_on(s):
         player.skin = Skin(name.lower())
         s.wait_until(lambda: player.shows_button("close"), f"the window is that of {name}")
     heard = s.captured(mark).trimmed()
-    s.equal(heard.gaps(0.03), [], "gaps")
+    s.equal(heard.gaps(0.01), [], "gaps of 10 ms and more")
     s.near(heard.frequency(), 440, 1, "frequency in Hz")
     player.end()
     assert "SkinName=default" in player.kept(), "the chosen skin is kept"
