@@ -405,7 +405,8 @@ std::string FormTop::Form_TooltipAt(Point at) {
 
 void FormTop::Form_KeyDown(int key, int shift) {
     const bool handled = key == kUpKey || key == kDownKey || key == kRightKey || key == kLeftKey;
-    if (shift != kAlt || state_.KeyLatch || !handled) return;
+    const bool busy = state_.PlayerStatus >= kDecode;  // another track would end the conversion
+    if (shift != kAlt || state_.KeyLatch || !handled || busy) return;
     // Set first: opening a file handles messages, and a key that is let go meanwhile must find it.
     state_.KeyLatch = true;
     switch (key) {

@@ -46,7 +46,7 @@ TEST_F(FormTopTest, ReleasedOutsideItDoesNothing) {
     EXPECT_FALSE(state.ButtonHeld);
 }
 
-TEST_F(FormTopTest, WhileBusyButtonsSeekBarAndMenuAreRefused) {
+TEST_F(FormTopTest, WhileBusyButtonsKeysSeekBarAndMenuAreRefused) {
     openFile("C:\\a.mp3");
     state.PlayerStatus = kEncode;
     top->Form_MouseDown(1, 0, kPlayAt);
@@ -55,6 +55,8 @@ TEST_F(FormTopTest, WhileBusyButtonsSeekBarAndMenuAreRefused) {
     click({72, 4});  // close
     click({100, 51});
     top->Form_MouseDown(2, 0, {150, 90});
+    top->Form_KeyDown(39, 4);
+    EXPECT_FALSE(state.KeyLatch);
     EXPECT_EQ(state.PlayerStatus, kEncode);
     EXPECT_EQ(unloads, 0);
     EXPECT_TRUE(host->popups.empty());
