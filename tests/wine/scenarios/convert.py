@@ -83,7 +83,7 @@ def test_a_cancel_half_way_leaves_nothing_and_the_program_usable(s):
     s.wait_until(lambda: any(p.suffix == ".tmp" for p in folder.iterdir()), "the encode has begun")
     form.press(CANCEL)
     form.wait_text("中止しました")
-    s.equal([p.name for p in folder.iterdir()], ["long.wav"], "files after the cancel")
+    s.wait_equal(lambda: [p.name for p in folder.iterdir()], ["long.wav"], "files after the cancel")
     form.press(START)
     form.wait_text("残り")
     form.press(CANCEL)
