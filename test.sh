@@ -65,7 +65,7 @@ windows_tests() { repeat=until-pass:2 counted_ctest win64 tools/in_wine.py; }
 
 wine_scenarios() {
     local log=build/wine.log result
-    tests/wine/run --jobs "$jobs" 2>&1 | tee "$log"
+    tests/wine/run --jobs "$jobs" --again 2>&1 | tee "$log"
     result=$(tail -n 1 "$log")
     [[ $result =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]] || return 1
     count "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"

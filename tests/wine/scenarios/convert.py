@@ -110,7 +110,7 @@ def test_what_cannot_be_converted_is_said_and_so_is_a_full_disk(s):
             form.press(START)
             s.answer(message)
             form.wait_text(reason)
-            s.equal(list(small.iterdir()), [], "files that are left")
+            s.wait_equal(lambda: list(small.iterdir()), [], "files that are left")
         player.end()
     finally:
         subprocess.run(["umount", "-l", small], check=True)
