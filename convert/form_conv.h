@@ -26,8 +26,8 @@ class FormConv : public Form {
     // What other rooms do for it; each may be empty.
     struct Hooks {
         std::function<void()> stopPlayback;
-        std::function<void(const std::string& path)>
-            letGo;                                  // a file is about to be made there: nobody may have it open
+        // A file is about to be made there: nobody may have it open.
+        std::function<void(const std::string& path)> letGo;
         std::function<void()> showStatus;           // PlayerStatus has changed
         std::function<void()> refreshBrowserFiles;  // a file has been made
         std::function<void()> openFile;             // opens CurrentFile, without playing it

@@ -43,10 +43,7 @@ void FormTop::skinName_Click(int index) {
     const std::string file = packages_.definitionFileOf(name);
     if (file.empty()) return;
     LoadSkin(file);
-    // A package that has been refused would be refused with the same message at every start. On the first start the
-    // default skin stands in without a word, and the choice counts from the next one.
-    const bool refused = state_.CurrentSkinFile != file && !packages_.firstStart();
-    state_.SkinName = refused ? FolderNameOfSkin() : name;
+    state_.SkinName = name;
     show();
 }
 
