@@ -29,46 +29,40 @@ Application::Application(const Services& services, std::string commandLine)
       top_(state_, options_, services.files, services.dialogs, services.shell, services.painter, splitValues_),
       engine_(state_, services.vbmp3, services.mediaControl, services.files, services.windows, top_),
       lists_(state_, options_, services.files, services.vbmp3, services.random),
-      monitor_(state_, engine_, services.vbmp3, services.mediaControl, lists_, options_),
       pitch_(state_, services.vbmp3, options_, engine_.status()),
+      transport_({state_, engine_, pitch_, services.vbmp3, lists_, options_}),
+      monitor_(state_, engine_, transport_, services.vbmp3, services.mediaControl, options_),
       volume_(state_, services.mixer, options_),
       list_(state_, lists_, services.files, services.dialogs),
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_, services.painter),
-      lyricsLookup_(state_, options_, services.vbmp3, services.files, top_, lyrics_),
+      lyricsLookup_(state_, options_, services.vbmp3, services.files, engine_.status(), lyrics_),
       lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_,
                      {top_, top_.LyricsPicture, top_.Timer6, [this] { top_.showWindow(lyrics_, false); }}),
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
-      release_(state_, services.vbmp3, engine_),
       convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
       about_(services.dialogs, services.files, services.shell),
       panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
-      settings_(services.files, {state_, top_, list_, options_, equalizer_, lyrics_, tag_}),
+      settings_(services.files, {state_, [this](const std::string& file) { transport_.remember(file); }, top_, list_, options_, equalizer_, lyrics_, tag_}),
       quietSave_(state_, lists_) {
-    engine_.onOpened = [this] {
+    // A file that could not be opened is the current one too.
+    transport_.onTrackChanged = [this] {
         list_.trackChanged();
         lyricsLookup_.LoadLyrics();
         lyricsDisplay_.trackOpened();
         tag_.currentFileOpened();
     };
-    // A file that could not be opened is the current one too.
-    monitor_.onTrackChanged = [this] { list_.trackChanged(); };
     lyrics_.onClosedByUser = [this] { options_.setLyricsShown(false); };
     lyrics_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     lyrics_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
-    list_.onOpen = [this](bool play) {
-        engine_.OpenMedia();
-        if (play) {
-            engine_.PlayMedia();
-        } else {
-            monitor_.Timer1_Timer();
-        }
+    list_.onOpen = [this](const Transport::Track& track, int intent, Transport::Start start) {
+        return transport_.open(track, intent, start);
     };
     equalizer_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     for (Form* form : otherWindows())
         form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
-    tag_.connect({&release_, [this](const std::string& path) { letGoOf(path); },
+    tag_.connect({&transport_,
                   {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
                    [this] { list_.refreshBrowser(); }},
                   [this](const std::string& path) { lists_.forgetTexts(path); },
@@ -85,7 +79,7 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.figures = [this] { return figures(); };
     hooks.pollConverter = [this] { convert_.Timer7_Timer(); };
     connectConverter();
-    top_.connect({&engine_, &monitor_, &pitch_, &volume_},
+    top_.connect({&transport_, &engine_, &monitor_, &pitch_, &volume_},
                  {&list_, &options_, &tag_, &convert_, &equalizer_, &lyrics_, &about_}, hooks);
 }
 
@@ -132,14 +126,14 @@ void Application::placeAroundMain() {
 
 void Application::connectConverter() {
     FormConv::Hooks hooks;
-    hooks.stopPlayback = [this] { engine_.StopMedia(); };
-    hooks.letGo = [this](const std::string& path) { letGoOf(path); };
+    hooks.stopPlayback = [this] { transport_.stopForConversion(); };
+    hooks.letGo = [this](const std::string& path) { transport_.letGoOf(path); };
     hooks.showStatus = [this] { engine_.status().ShowStatus(); };
     hooks.refreshBrowserFiles = [this] { list_.refreshBrowser(); };
     hooks.openFile = [this] { engine_.OpenMedia(); };
     hooks.setPolling = [this](bool on) { top_.Timer7.setEnabled(on); };
     convert_.connect(hooks);
-    monitor_.onDecodeEnded = [this] { convert_.decodeEnded(); };
+    transport_.onDecodeEnded = [this] { convert_.decodeEnded(); };
     monitor_.decodesUnheard = [this] { return convert_.decodesUnheard(); };
 }
 
@@ -206,25 +200,17 @@ void Application::loadLibrary() {
 }
 
 void Application::openFirstFile() {
-    const std::string remembered = std::exchange(state_.CurrentFile, {});
-    const int flags = ParseCommandLine(commandLine_, state_, engine_.status());
-    const bool named = !state_.CurrentFile.empty();
+    std::string file;
+    const int flags = ParseCommandLine(commandLine_, file, state_, engine_.status());
+    const bool named = !file.empty();
     if (!named) {
-        state_.CurrentFile = remembered;
-    } else if (!IsAbsolutePath(state_.CurrentFile)) {
+        file = state_.CurrentFile;
+    } else if (!IsAbsolutePath(file)) {
         // Typed in a console: counts from the folder there, and is remembered with it.
-        const std::string full = JoinPath(services_.files.currentFolder(), state_.CurrentFile);
-        if (services_.files.fileExists(full)) state_.CurrentFile = full;
+        const std::string full = JoinPath(services_.files.currentFolder(), file);
+        if (services_.files.fileExists(full)) file = full;
     }
-    engine_.OpenMedia();
-    if (flags % 10 == 1) {
-        state_.PlayIntent = kForward;
-        engine_.PlayMedia();
-        if (named) monitor_.playsFromNoList();
-    } else {
-        // The file is open and stands: said at once, or the play button would stop what is not playing.
-        monitor_.Timer1_Timer();
-    }
+    transport_.openFirst(file, named, flags % 10 == 1);
     if (flags / 10 == 1) top_.moveToTray();
 }
 
@@ -252,15 +238,6 @@ FormTop::Figures Application::figures() const {
         figures.clock = TwoDigits(local->tm_hour) + ":" + TwoDigits(local->tm_min);
     }
     return figures;
-}
-
-// A file that is open, as the one that plays or the one that follows it, cannot be replaced on the disk.
-void Application::letGoOf(const std::string& path) {
-    if (EqualsNoCase(path, state_.CurrentFile)) {
-        engine_.CloseMedia();
-    } else {
-        monitor_.letGoOf(path);
-    }
 }
 
 void Application::unload() {

@@ -28,12 +28,12 @@
 #include "playback/media_engine.h"
 #include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"
+#include "playback/transport.h"
 #include "playback/volume_control.h"
 #include "playlist/form_list.h"
 #include "playlist/playlists.h"
 #include "playlist/quiet_save.h"
 #include "skin/form_top.h"
-#include "tags/file_release.h"
 #include "speana/panel_animation.h"
 #include "tags/form_tag.h"
 
@@ -72,7 +72,6 @@ class Application {
     FormList& list() { return list_; }
 
   private:
-    void letGoOf(const std::string& path);
     void unload();
     std::array<Form*, 7> otherWindows();  // all but the main window
     void loadLibrary();
@@ -94,8 +93,9 @@ class Application {
     FormTop top_;
     MediaEngine engine_;
     Playlists lists_;
-    PlayStateMonitor monitor_;
     PitchControl pitch_;
+    Transport transport_;
+    PlayStateMonitor monitor_;
     VolumeControl volume_;
     FormList list_;
     FormGra equalizer_;
@@ -103,7 +103,6 @@ class Application {
     LyricsLookup lyricsLookup_;
     LyricsDisplay lyricsDisplay_;
     FormTag tag_;
-    FileRelease release_;
     FormConv convert_;
     FormInfo about_;
     PanelAnimation panel_;

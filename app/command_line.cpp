@@ -8,7 +8,7 @@
 
 namespace quenlox {
 
-int ParseCommandLine(std::string& text, GlobalState& state, StatusDisplay& display) {
+int ParseCommandLine(std::string& text, std::string& file, GlobalState& state, StatusDisplay& display) {
     const std::size_t slash = text.find('/');
     std::string name = ReplaceAll(std::string_view(text).substr(0, slash), "\"", "");
     if (slash != std::string::npos) {
@@ -18,7 +18,7 @@ int ParseCommandLine(std::string& text, GlobalState& state, StatusDisplay& displ
     int ones = 0;
     int tens = 0;
     if (!name.empty()) {
-        state.CurrentFile = name;
+        file = name;
         ones = 1;
     }
     if (slash == std::string::npos) return ones;

@@ -1,34 +1,24 @@
 // The state that the windows and the playback share, under one name each. One owner, the application; everybody else
-// gets a reference. A leaf header: of all rooms it knows
-// only that of the crash notes.
+// gets a reference. What plays (CurrentFile, CurrentIndex, PlayIntent) is written by Transport alone.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "crash/action_log.h"
+#include "state/media_kind.h"
+#include "state/random_order.h"
 
 namespace quenlox {
 
 enum PlayModeCode : int { kSingle = 0, kRepeat = 1, kProgram = 2, kRandom = 3 };
-enum PlayerStatusCode : int {
+// The documented numbers are what the settings, the labels and the tests of ranges count on.
+enum PlayStatus : int {
     kStop = 0, kPlay = 1, kPause = 2, kError = 3, kLoad = 4, kWait = 5, kDecode = 6, kEncode = 7
 };
 enum PlayIntentCode : int { kNoIntent = 0, kForward = 1, kBackward = 2 };
 enum PitchModeCode : int { kNormalPitch = 0, kHighPitch = 1, kLowPitch = 2, kStepPitch = 3 };
-enum BaseKind : int {
-    kUnknownKind = 0,
-    kWavePcm = 1,
-    kWaveOther = 2,
-    kMp3 = 3,
-    kRmp = 4,
-    kMidi = 10,
-    kCdAudio = 20,
-    kWma = 30,
-    kWaveMci = 40
-};
 
 enum LyricsColorEntry : int { kLyricsScheme = 0, kSkinLyricsFirst = 3, kSkinLyricsSecond = 4 };
 
@@ -53,9 +43,9 @@ struct GlobalState {
     std::array<std::array<int, 10>, 5> EqPresetTable{};  // tenths of a decibel
 
     // Playback.
-    int MediaKind = 0;           // base kind = value % 100, flags above
+    quenlox::MediaKind MediaKind;
     std::string MediaKindName;
-    int PlayerStatus = kStop;
+    PlayStatus PlayerStatus = kStop;
     std::int32_t TotalSeconds = 0;
     std::int32_t PositionSeconds = 0;
     std::int32_t TrackStartMs = 0;
@@ -66,8 +56,7 @@ struct GlobalState {
     // Play lists.
     std::array<int, kListCount> CurrentIndex{-1, -1, -1, -1};
     bool ListDirty = false;
-    std::array<std::vector<std::int32_t>, kListCount> ShuffleOrder;
-    std::array<std::int32_t, 8> ShufflePos{};  // i: position in the order of list i; i + 4: the last position of it
+    std::array<RandomOrder, kListCount> ShuffleOrder;  // each with its ShufflePos and its last position
 
     // Volume and pitch.
     int PitchMode = kNormalPitch;
@@ -84,9 +73,6 @@ struct GlobalState {
 
     // What the program did last, for the note of a crash.
     ActionLog Actions;
-
-    int baseKind() const { return MediaKind % 100; }
-    bool playedByVbmp3() const { return baseKind() >= kWavePcm && baseKind() <= kRmp; }
 };
 
 }  // namespace quenlox

@@ -1,5 +1,6 @@
 // The entry of the program: one instance, the decoding library at hand, then the application.
 #include <chrono>
+#include <cstdlib>
 
 #include "app/application.h"
 #include "platform/win32/platform.h"
@@ -32,5 +33,7 @@ int main() {
     application.load();
     const int result = application.run();
     crashNotes->follow(nullptr);
+    // A thread that still waits for a server must not find the program gone around it.
+    if (windows->worksAside()) std::_Exit(result);
     return result;
 }

@@ -36,6 +36,7 @@ class OptionSettings {
     virtual bool listTimeColumn() const = 0;        // the playing-time column is enabled
     virtual bool listColumns() const = 0;           // "ListTypeS"
     virtual bool deleteFromList() const = 0;        // "DelList"
+    virtual bool passOverUnplayable() const = 0;    // "PassOver": a step goes on to a track that can be played
     virtual bool gaplessNext() const = 0;
     virtual int skinScale() const = 0;              // screen pixels for one pixel of the skin, 1 to 4
 };

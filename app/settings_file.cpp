@@ -41,8 +41,6 @@ void SettingsFile::LoadSettings() {
 }
 
 void SettingsFile::afterColumns() {
-    for (int list = 0; list < FormList::kViews; ++list)
-        windows_.state.CurrentIndex[static_cast<std::size_t>(list)] = -1;
     windows_.list.showSortItems(windows_.state.ListType != 0);
 }
 

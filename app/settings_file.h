@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,7 @@ inline constexpr std::string_view kSettingsFileName = "Quenlox.ini";
 // Everything that the settings fill and are read back from.
 struct SettingsWindows {
     GlobalState& state;
+    std::function<void(const std::string& file)> remember;  // the file of the last time
     MainWindowHandlers& top;
     FormList& list;
     FormOpt& opt;

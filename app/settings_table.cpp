@@ -163,7 +163,9 @@ constexpr SettingsKey kKeys[] = {
               },
               [](const Windows& w) -> Text { return Number(w.state.PlayMode); }),
     StateNumber<&GlobalState::ViewType>(LoadStep::CurrentFile, "Main", "ViewType"),
-    StateText<&GlobalState::CurrentFile>(LoadStep::CurrentFile, "Main", "FileName"),
+    TextKey(LoadStep::CurrentFile, "Main", "FileName", "",
+            [](const Windows& w, const std::string& file) { w.remember(file); },
+            [](const Windows& w) -> Text { return w.state.CurrentFile; }),
     StateText<&GlobalState::SkinName>(LoadStep::CurrentFile, "Main", "SkinName"),
     NumberKey(LoadStep::Modes, "Main", "TitleMode", 0,
               [](const Windows& w, std::int32_t n) {
@@ -268,6 +270,7 @@ constexpr SettingsKey kKeys[] = {
     Check<&FormOpt::CheckListTime>("ListTime", 1, LoadStep::ListType),
     Slider<&FormOpt::HScrollStepPitch>("StepPitch", 6),
     Check<&FormOpt::CheckGapless>("Gapless", 1),
+    Check<&FormOpt::CheckPassOver>("PassOver", 1),
     NumberKey(LoadStep::Options, "Option", "SkinScale", 1,
               [](const Windows& w, std::int32_t n) { w.opt.setSkinScale(n); },
               [](const Windows& w) -> Text { return Number(w.opt.skinScale()); }),

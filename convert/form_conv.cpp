@@ -235,7 +235,7 @@ void FormConv::start() {
 }
 
 void FormConv::setStatus(int status) {
-    state_.PlayerStatus = status;
+    state_.PlayerStatus = static_cast<PlayStatus>(status);
     if (hooks_.showStatus) hooks_.showStatus();
 }
 

@@ -119,7 +119,7 @@ void FormGra::apply(const std::array<std::int32_t, kBands>* gains) {
     vbmp3_.vbmp3_setEqualizer(gains);
     const int status = state_.PlayerStatus;
     const bool sounding = status == kPlay || status == kPause || status == kDecode;  // a decode may be heard
-    if (sounding && (state_.baseKind() == kMp3 || state_.baseKind() == kRmp)) vbmp3_.vbmp3_reload();
+    if (sounding && (state_.MediaKind.base == kMp3 || state_.MediaKind.base == kRmp)) vbmp3_.vbmp3_reload();
 }
 
 void FormGra::Check4_Click() {

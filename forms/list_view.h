@@ -31,6 +31,7 @@ class ListView : public Control {
 
     std::function<std::string(int row, int column)> textOf;  // set by the form; called for visible rows only
     std::function<bool(int row)> marked;                     // drawn bold: the entry being played
+    std::function<bool(int row)> dimmed;                     // drawn grey: it cannot be used at the moment
     std::function<void(int row)> onDoubleClick;
     std::function<void(int column)> onColumnClick;
     std::function<void()> onSelectionChange;

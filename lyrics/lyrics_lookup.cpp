@@ -7,7 +7,7 @@
 #include "lyrics/form_lyrics.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
-#include "playback/main_display.h"
+#include "playback/status_display.h"
 #include "text/encoding.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -15,7 +15,6 @@
 namespace quenlox {
 namespace {
 
-constexpr int kLyricsFlag = 1000;              // of MediaKind
 constexpr std::uint64_t kLargestText = 4u << 20;  // bytes; the library takes less
 
 // Lines parted by CR LF, whatever parted them in the file.
@@ -42,20 +41,19 @@ std::vector<std::string> LyricsPictures(const std::string& track, const std::str
 }
 
 LyricsLookup::LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
-                           MainDisplay& display, FormLyrics& form)
-    : state_(state), options_(options), vbmp3_(vbmp3), files_(files), display_(display), form_(form) {}
+                           StatusDisplay& status, FormLyrics& form)
+    : state_(state), options_(options), vbmp3_(vbmp3), files_(files), status_(status), form_(form) {}
 
 void LyricsLookup::lookAgain() {
-    unmark();
     vbmp3_.vbmp3_clearLyrics();
     LoadLyrics();
 }
 
 void LyricsLookup::LoadLyrics() {
-    marker_.clear();
+    status_.showLyricsMarker("");
     state_.LyricsKind = kNoLyrics;
     form_.setText("");
-    if (state_.MediaKind / kLyricsFlag <= 0) return;
+    if (!state_.MediaKind.lyrics) return;
     vbmp3_.vbmp3_clearLyrics();
     if (options_.lyrics3First()) {
         if (!ReadLyrics3()) FindLyricsFile();
@@ -77,7 +75,7 @@ bool LyricsLookup::ReadLyrics3() {
         form_.setText(WithBoxLines(TrimAtNull(text)));
         state_.LyricsKind = kPlainLyrics;
     }
-    mark("+L");
+    status_.showLyricsMarker("+L");
     return true;
 }
 
@@ -106,21 +104,8 @@ bool LyricsLookup::FindLyricsFile() {
     } else {
         state_.LyricsKind = kTimedLyrics;
     }
-    mark("+W");
+    status_.showLyricsMarker("+W");
     return true;
-}
-
-void LyricsLookup::mark(const char* marker) {
-    const std::string information = display_.information();
-    if (information.ends_with('+')) return;
-    display_.showInformation(information + marker);
-    marker_ = marker;
-}
-
-void LyricsLookup::unmark() {
-    std::string information = display_.information();
-    const std::size_t at = marker_.empty() ? std::string::npos : information.rfind(marker_);
-    if (at != std::string::npos) display_.showInformation(information.erase(at, marker_.size()));
 }
 
 }  // namespace quenlox

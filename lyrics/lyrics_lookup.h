@@ -10,8 +10,8 @@ namespace quenlox {
 
 class FileSystem;
 class FormLyrics;
-class MainDisplay;
 class OptionSettings;
+class StatusDisplay;
 class Vbmp3;
 struct GlobalState;
 
@@ -27,7 +27,7 @@ std::vector<std::string> LyricsPictures(const std::string& track, const std::str
 class LyricsLookup {
   public:
     LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
-                 MainDisplay& display, FormLyrics& form);
+                 StatusDisplay& status, FormLyrics& form);
 
     // Called when a track has been opened: sets LyricsKind. What cannot be read counts as no lyrics.
     void LoadLyrics();
@@ -39,16 +39,13 @@ class LyricsLookup {
 
   private:
     std::string loadSideFile();  // the path that the library has accepted, or empty
-    void mark(const char* marker);
-    void unmark();
 
     GlobalState& state_;
     const OptionSettings& options_;
     Vbmp3& vbmp3_;
     FileSystem& files_;
-    MainDisplay& display_;
+    StatusDisplay& status_;
     FormLyrics& form_;
-    std::string marker_;  // as put behind the format of the present track
 };
 
 }  // namespace quenlox

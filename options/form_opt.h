@@ -64,6 +64,7 @@ class FormOpt : public Form, public OptionControls {
     ControlArray<OptionButton> VolumeOption;                                // "Volume": 0 the master alone, 1 the
                                                                             // single sources too
     CheckBox CheckGapless{*this, "CheckGapless"};                           // "Gapless": no gap between tracks
+    CheckBox CheckPassOver{*this, "CheckPassOver"};                         // "PassOver": what cannot be played
     ComboBox ComboDevice{*this, "ComboDevice"};                             // "OutputDevice": -1 the system's default
     ScrollBar HScrollBuffer{*this, "HScrollBuffer", kHorizontal, 50, 2000}; // "OutputBuffer", milliseconds
 
@@ -156,6 +157,7 @@ class FormOpt : public Form, public OptionControls {
     bool listTimeColumn() const override { return CheckListTime.checked(); }
     bool listColumns() const override { return CheckListTypeS.checked(); }
     bool deleteFromList() const override { return CheckDelList.checked(); }
+    bool passOverUnplayable() const override { return CheckPassOver.checked(); }
     bool gaplessNext() const override { return CheckGapless.checked(); }
     int skinScale() const override { return ComboSkinScale.data(); }
 

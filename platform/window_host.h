@@ -53,6 +53,11 @@ class WindowSystem {
     virtual Rect workArea(const Rect& near) const = 0;     // of the monitor nearest to a rectangle, in pixels
     virtual bool mouseHeld() const = 0;  // a button of the mouse is down: something may be being dragged
     virtual void pumpMessages() = 0;                       // handles what is pending and returns
+    // Runs `work` on a thread of its own and handles messages until it is done, at least once. False when `wanted`,
+    // which is asked again and again, says before that nobody waits for it any more: `work` is left to itself then, and
+    // must own or outlive what it touches.
+    virtual bool runAside(std::function<void()> work, const std::function<bool()>& wanted) = 0;
+    virtual bool worksAside() const = 0;  // something runs there that nobody may come back for
     // Runs `task` on the user-interface thread as soon as it is idle; may be called from any thread.
     virtual void post(std::function<void()> task) = 0;
     virtual int run() = 0;                                 // until quit()

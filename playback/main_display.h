@@ -9,8 +9,7 @@ class MainDisplay {
   public:
     virtual ~MainDisplay() = default;
     virtual void showKind(const std::string& name) = 0;          // "MP3"
-    virtual void showInformation(const std::string& text) = 0;   // format, "VBR" and the lyrics markers
-    virtual std::string information() const = 0;
+    virtual void showInformation(const std::string& text) = 0;   // an Information, rendered
     virtual void showTitle(const std::string& title, const std::string& artist) = 0;
     virtual void showLength(const std::string& text) = 0;        // "03:45"
     virtual void showStatus(const std::string& word) = 0;        // " PLAY↑"

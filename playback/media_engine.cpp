@@ -1,8 +1,10 @@
 #include "playback/media_engine.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 #include "app/global_state.h"
 #include "playback/cd_drives.h"
@@ -21,7 +23,11 @@ namespace {
 
 constexpr int kPortInUse = 337;                       // media control: the sequencer's port is taken
 constexpr std::uint64_t kMidiLimit = 16u << 20;       // bytes
-constexpr const char* kNoDevice = " ﾃﾞﾊﾞｲｽなし";
+constexpr int kInvalidFile = 296;                     // media control: the file itself is at fault
+constexpr const char* kMissingText = "ファイルがありません";
+constexpr const char* kRefusedText = "再生できません";
+// A file that answers sooner is shown at once; for a slower one its name stands in the meantime.
+constexpr std::chrono::milliseconds kShowNameAfter{100};
 
 template <std::size_t N>
 std::string Field(const char (&field)[N]) {
@@ -44,38 +50,15 @@ std::string FormatText(const vbmp3_FileInfo& info) {
 
 }  // namespace
 
-int KindOfFile(const std::string& lastFour, const std::function<int()>& fileType) {
-    if (lastFour == ".rmi" || lastFour == ".mid") return kMidi;
-    if (lastFour == ".cda") return kCdAudio;
-    if (lastFour == ".wma") return kWma;
-    const int type = fileType();
-    if (type < 0) return lastFour == ".wav" ? kWaveMci : kUnknownKind;
-    int kind = type & VBMP3_TYPE_RMP    ? kRmp
-               : type & VBMP3_TYPE_WAVE ? kWavePcm
-               : type & VBMP3_TYPE_MPEG ? kMp3
-                                        : kWaveOther;
-    if (type & VBMP3_TYPE_ID3V2) {
-        kind += 100;
-    } else if (type & VBMP3_TYPE_ID3V1) {
-        kind += 200;
-    }
-    if (type & VBMP3_TYPE_LYRICS) kind += 1000;
-    return kind;
-}
-
-std::string KindName(int mediaKind) {
-    switch (mediaKind % 100) {
-        case kWavePcm:
-        case kWaveOther:
-        case kWaveMci: return "WAV";
-        case kMp3: return "MP3";
-        case kRmp: return "RMP";
-        case kMidi: return "MIDI";
-        case kCdAudio: return "CD-DA";
-        case kWma: return "WMA";
-        default: return "";
-    }
-}
+// What the disk knows of a file. Filled on another thread, which may be left to itself.
+struct MediaEngine::Found {
+    std::string path;  // CurrentFile, or where its CD is now
+    bool exists = false;
+    bool rootAnswers = true;  // its drive or share is there
+    bool open = false;        // in the decoding library
+    int error = VBMP3_OK;
+    vbmp3_FileInfo info{};
+};
 
 MediaEngine::MediaEngine(GlobalState& state, Vbmp3& vbmp3, MediaControl& mediaControl, FileSystem& files,
                          WindowSystem& windows, MainDisplay& display)
@@ -96,10 +79,11 @@ std::int32_t MediaEngine::askMilliseconds(const std::string& command) {
     return NumericInteger(TrimAtNull(state_.MciReturn));
 }
 
-void MediaEngine::DetectMediaKind() {
-    state_.MediaKind =
-        KindOfFile(LastFour(state_.CurrentFile), [this] { return vbmp3_.vbmp3_getFileType(state_.CurrentFile); });
-    state_.MediaKindName = KindName(state_.MediaKind);
+void MediaEngine::DetectMediaKind(const Found& found) {
+    const std::string lastFour = LastFour(state_.CurrentFile);
+    state_.MediaKind = found.open ? KindOfFileType(found.info.fileType) : KindOfExtension(lastFour);
+    if (!found.open && lastFour == ".wav") state_.MediaKind.base = kWaveMci;
+    state_.MediaKindName = state_.MediaKind.name();
     display_.showKind(state_.MediaKindName);
 }
 
@@ -115,122 +99,179 @@ void MediaEngine::listen() {
     });
 }
 
-void MediaEngine::OpenMedia() {
+Opening MediaEngine::OpenMedia() {
     const int opened = ++openCount_;
     state_.Actions.noteFile("open", state_.CurrentFile);
     vbmp3_.vbmp3_clearLyrics();
     CloseMedia();
-    closed_ = false;
     listen();
-    sought_ = false;
-    state_.LyricsKind = 0;
-    state_.PositionSeconds = 0;
+    beginTrack();
     state_.TotalSeconds = 0;
     state_.TrackStartMs = 0;
+    state_.MediaKind = {};
     status_.ShowTime(0);
-    path_ = state_.CurrentFile;
-    if (LastFour(path_) == ".cda") path_ = CdTrack(files_, path_, state_.DefaultCdDrive);
-    if (path_.empty() || !files_.fileExists(path_)) {
-        state_.MediaKind = kUnknownKind;
+    if (state_.CurrentFile.empty()) {
         state_.PlayerStatus = kStop;
-        status_.ShowStatus();
-        display_.refreshDisplay();
-        return;
+        showUnopened("");
+        return {OpenResult::Nothing};
     }
     state_.PlayerStatus = kLoad;
     status_.ShowStatus();
-    DetectMediaKind();
+    opening_ = true;
+    const auto found = find(opened);
+    const Opening opening = found ? openFound(*found, opened) : Opening{OpenResult::Superseded};
+    if (openCount_ == opened) opening_ = false;
+    return opening;
+}
+
+// Null when something else was asked for meanwhile.
+std::shared_ptr<const MediaEngine::Found> MediaEngine::find(int opened) {
+    const auto found = std::make_shared<Found>();
+    found->path = state_.CurrentFile;
+    const auto ask = [found, &files = files_, &vbmp3 = vbmp3_, drive = state_.DefaultCdDrive] {
+        const MediaKind kind = KindOfExtension(LastFour(found->path));
+        if (kind.base == kCdAudio) found->path = CdTrack(files, found->path, drive);
+        found->exists = files.fileExists(found->path);
+        if (!found->exists) found->rootAnswers = files.folderExists(JoinPath(RootOf(found->path), ""));
+        if (!found->exists || kind.base != kUnknownKind) return;
+        found->info.size = sizeof found->info;
+        found->open = vbmp3.vbmp3_open(found->path, found->info);
+        if (!found->open) found->error = vbmp3.vbmp3_getLastErrorNo();
+    };
+    bool named = false;
+    const auto start = std::chrono::steady_clock::now();
+    const auto wanted = [&] {
+        if (!named && std::chrono::steady_clock::now() - start > kShowNameAfter) {
+            named = true;
+            showUnopened("");
+        }
+        return openCount_ == opened && !state_.ShuttingDown;
+    };
+    return windows_.runAside(ask, wanted) ? found : nullptr;
+}
+
+Opening MediaEngine::openFound(const Found& found, int opened) {
+    if (!found.exists) {
+        state_.PlayerStatus = kStop;
+        showUnopened(kMissingText);
+        return {OpenResult::Missing, found.rootAnswers};
+    }
+    path_ = found.path;
     title_.clear();
     artist_.clear();
-    bool open = state_.playedByVbmp3() && openWithLibrary();
-    if (openCount_ != opened) return;
-    if (!open && state_.playedByVbmp3() && LastFour(state_.CurrentFile) == ".wav") {
-        state_.MediaKind = kWaveMci;
+    DetectMediaKind(found);
+    Opening opening{OpenResult::Refused, found.error == VBMP3_ERROR_FORMAT};
+    if (found.open) {
+        showOpened(found.info);
+        opening = {};
+    } else if (state_.MediaKind.playedByMediaControl()) {
+        opening = openWithMediaControl();
+        if (openCount_ != opened || state_.ShuttingDown) return {OpenResult::Superseded};
+        if (opening) showOpenedByMediaControl();
     }
-    if (state_.baseKind() >= kMidi) open = openWithMediaControl();
-    if (openCount_ != opened || state_.ShuttingDown || !open) return;
-    finishOpen();
+    open_ = static_cast<bool>(opening);
+    if (open_) {
+        showTrack();
+    } else {
+        state_.MediaKind = {};
+        showUnopened(kRefusedText);
+    }
+    return opening;
 }
 
 void MediaEngine::CloseMedia() {
-    closed_ = true;
+    open_ = false;
     vbmp3_.vbmp3_close();
     command("stop");
     command("close");
 }
 
-// While messages are handled the user may open another file: the callers look at openCount_.
-bool MediaEngine::openWithLibrary() {
-    const int opened = openCount_;
-    vbmp3_FileInfo info{};
-    info.size = sizeof info;
-    const bool open = vbmp3_.vbmp3_open(state_.CurrentFile, info);
-    windows_.pumpMessages();
-    if (!open || openCount_ != opened || state_.ShuttingDown) return false;
-    showOpened(info);
-    return true;
+void MediaEngine::abandonOpening() {
+    if (!std::exchange(opening_, false)) return;
+    ++openCount_;
+    CloseMedia();
 }
 
-bool MediaEngine::openWithMediaControl() {
+// While messages are handled the user may open another file: that one counts.
+Opening MediaEngine::openWithMediaControl() {
     const int opened = openCount_;
-    const bool midi = state_.baseKind() == kMidi;
+    const bool midi = state_.MediaKind.base == kMidi;
     const std::string open =
         "open \"" + path_ + "\"" + (midi ? " type sequencer" : "") + " alias MediaFile";
-    const bool done = mediaControl_.sendString(open) == 0;
+    const int code = mediaControl_.sendString(open);
     windows_.pumpMessages();
-    if (!done || openCount_ != opened || state_.ShuttingDown) return false;
+    if (openCount_ != opened || state_.ShuttingDown) return {OpenResult::Superseded};
+    if (code != 0) return {OpenResult::Refused, code == kInvalidFile};
     mediaControl_.sendString("set MediaFile time format ms");
-    if (state_.baseKind() == kCdAudio) {
+    if (state_.MediaKind.base == kCdAudio) {
         const std::string track = path_.size() < 6 ? "01" : path_.substr(path_.size() - 6, 2);
         state_.TrackStartMs = askMilliseconds("status MediaFile position track " + track);
         state_.TotalSeconds = askMilliseconds("status MediaFile length track " + track) / 1000;
     } else {
         state_.TotalSeconds = askMilliseconds("status MediaFile length") / 1000;
     }
-    showOpenedByMediaControl();
-    return true;
+    return {};
 }
 
 void MediaEngine::showOpened(const vbmp3_FileInfo& info) {
     state_.TotalSeconds = info.seconds;
     title_ = Field(info.title);
     artist_ = Field(info.artist);
-    display_.showInformation(FormatText(info));
+    status_.showFormat(FormatText(info));
 }
 
 void MediaEngine::showOpenedByMediaControl() {
-    display_.showInformation("");
-    if (state_.baseKind() == kMidi) {
+    status_.showFormat("");
+    if (state_.MediaKind.base == kMidi) {
         const auto bytes = files_.read(state_.CurrentFile, kMidiLimit);
         title_ = bytes ? MidiTitle(*bytes) : std::string();
     }
 }
 
-void MediaEngine::finishOpen() {
+// Its own name, no length, and in place of the format the reason.
+void MediaEngine::showUnopened(const std::string& why) {
+    state_.MediaKindName.clear();
+    display_.showKind("");
+    status_.showFormat(why);
+    status_.ShowStatus();
+    showTrack();
+}
+
+void MediaEngine::showNothing() {
+    CloseMedia();
+    state_.MediaKind = {};
+    state_.TotalSeconds = 0;
+    showUnopened("");
+}
+
+void MediaEngine::showTrack() {
     ShowTitle();
     display_.showLength(MinutesAndSeconds(state_.TotalSeconds));
     status_.ShowTime(0);
-    if (onOpened) onOpened();
     display_.refreshDisplay();
+}
+
+void MediaEngine::beginTrack() {
+    sought_ = false;
+    state_.LyricsKind = 0;
+    state_.PositionSeconds = 0;
 }
 
 void MediaEngine::TakeOverNextFile() {
     state_.Actions.noteFile("go on to", state_.CurrentFile);
     vbmp3_.vbmp3_clearLyrics();
-    sought_ = false;
-    state_.LyricsKind = 0;
-    state_.PositionSeconds = 0;
-    DetectMediaKind();
-    vbmp3_FileInfo info{};
-    info.size = sizeof info;
-    vbmp3_.vbmp3_getFileInfo(state_.CurrentFile, info);
-    showOpened(info);
-    finishOpen();
+    beginTrack();
+    Found found;
+    found.info.size = sizeof found.info;
+    found.open = vbmp3_.vbmp3_getFileInfo(state_.CurrentFile, found.info);
+    if (found.open) DetectMediaKind(found);  // else it plays all the same, and is of the same back end
+    showOpened(found.info);
+    showTrack();
 }
 
 void MediaEngine::ShowTitle() {
     const std::string fileName = FileNameOf(state_.CurrentFile);
-    switch (state_.baseKind()) {
+    switch (state_.MediaKind.base) {
         case kWavePcm:
         case kWaveOther:
         case kMp3:
@@ -252,9 +293,8 @@ void MediaEngine::ToggleTitleMode() {
     ShowTitle();
 }
 
-MediaEngine::PlayResult MediaEngine::PlayMedia() {
+PlayResult MediaEngine::PlayMedia() {
     if (state_.ShuttingDown) return PlayResult::Nothing;
-    ++playCount_;
     sought_ = false;
     vbmp3_.vbmp3_stop();
     command("stop");
@@ -262,21 +302,16 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
         display_.refreshDisplay();
         return PlayResult::Nothing;
     }
-    if (closed_) {
-        const int opened = openCount_ + 1;
-        OpenMedia();
-        if (openCount_ != opened) return PlayResult::Nothing;
-    }
-    state_.Actions.note("play", state_.MediaKind);
+    state_.Actions.note("play", state_.MediaKind.code());
     PlayResult result = PlayResult::Failed;
-    if (state_.playedByVbmp3()) {
+    if (state_.MediaKind.playedByVbmp3()) {
         if (vbmp3_.vbmp3_play()) {
             result = PlayResult::Playing;
         } else if (vbmp3_.vbmp3_getLastErrorNo() == VBMP3_ERROR_DEVICE_BUSY) {
             result = PlayResult::Waiting;
         }
-    } else if (state_.baseKind() >= kMidi) {
-        const bool disc = state_.baseKind() == kCdAudio;
+    } else if (state_.MediaKind.playedByMediaControl()) {
+        const bool disc = state_.MediaKind.base == kCdAudio;
         const int code =
             mediaControl_.sendString("play MediaFile from " + std::to_string(disc ? state_.TrackStartMs : 0));
         if (code == 0) {
@@ -288,7 +323,7 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
     if (result == PlayResult::Playing) {
         state_.PlayerStatus = kPlay;
         state_.PositionSeconds = 0;
-        if (state_.playedByVbmp3()) TellMissingDevice();
+        if (state_.MediaKind.playedByVbmp3()) TellMissingDevice();
     } else if (result == PlayResult::Waiting) {
         state_.PlayerStatus = kWait;
     }
@@ -298,15 +333,7 @@ MediaEngine::PlayResult MediaEngine::PlayMedia() {
 }
 
 void MediaEngine::TellMissingDevice() {
-    const bool there = vbmp3_.vbmp3_hasOutputDevice();
-    std::string information = display_.information();
-    if (there && information.ends_with(kNoDevice)) {  // it is back
-        information.resize(information.size() - std::string_view(kNoDevice).size());
-        display_.showInformation(information);
-    }
-    if (there || missingDeviceTold_) return;
-    missingDeviceTold_ = true;
-    display_.showInformation(information + kNoDevice);
+    status_.showDevice(!state_.MediaKind.playedByVbmp3() || vbmp3_.vbmp3_hasOutputDevice());
 }
 
 void MediaEngine::StopMedia() {
@@ -315,8 +342,9 @@ void MediaEngine::StopMedia() {
     state_.PlayerStatus = kStop;
     status_.ShowTime(0);
     status_.ShowStatus();
-    if (state_.playedByVbmp3()) vbmp3_.vbmp3_stop();
-    if (state_.baseKind() >= kMidi) command("stop");
+    status_.showDevice(true);  // what stands still misses none
+    if (state_.MediaKind.playedByVbmp3()) vbmp3_.vbmp3_stop();
+    if (state_.MediaKind.playedByMediaControl()) command("stop");
     display_.refreshDisplay();
 }
 
@@ -326,25 +354,25 @@ void MediaEngine::PauseMedia() {
     state_.Actions.note(pausing ? "pause" : "resume");
     state_.PlayerStatus = pausing ? kPause : kPlay;
     status_.ShowStatus();
-    if (state_.playedByVbmp3()) {
+    if (state_.MediaKind.playedByVbmp3()) {
         if (pausing) {
             vbmp3_.vbmp3_pause();
         } else {
             vbmp3_.vbmp3_restart();
         }
-    } else if (state_.baseKind() >= kMidi && state_.baseKind() <= kWma) {
+    } else if (state_.MediaKind.playedByMediaControl() && state_.MediaKind.base <= kWma) {
         command(pausing ? "pause" : "play");
     }
 }
 
 void MediaEngine::SeekMedia(double fraction) {
-    const int kind = state_.baseKind();
+    const BaseKind kind = state_.MediaKind.base;
     if (kind < kWavePcm || kind > kWma) return;
     const double seconds = std::clamp(std::isnan(fraction) ? 0.0 : fraction, 0.0, 1.0) * state_.TotalSeconds;
     state_.Actions.note("seek", static_cast<std::int64_t>(seconds));
     sought_ = true;
     state_.PositionSeconds = static_cast<std::int32_t>(std::nearbyint(seconds));
-    if (state_.playedByVbmp3()) {
+    if (state_.MediaKind.playedByVbmp3()) {
         vbmp3_.vbmp3_seek(seconds);
     } else {
         const std::int64_t from = (kind == kCdAudio ? state_.TrackStartMs : 0) + std::llround(seconds * 1000);

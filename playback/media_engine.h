@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "playback/opening.h"
 #include "playback/status_display.h"
 
 struct vbmp3_FileInfo;
@@ -22,35 +23,25 @@ class Vbmp3;
 class WindowSystem;
 struct GlobalState;
 
-// The kind of a file from the last four characters of its path in lower case and its vbmp3_getFileType result
-// (negative: refused): the base kind, 100 more with an ID3v2 tag, else 200 more with an ID3v1 tag, 1000 more where
-// lyrics can be shown. `fileType` is not asked for when the extension decides alone.
-int KindOfFile(const std::string& lastFour, const std::function<int()>& fileType);
-std::string KindName(int mediaKind);
-
 class MediaEngine {
   public:
-    enum class PlayResult {
-        Nothing,  // no file
-        Playing,
-        Waiting,  // the device is in use: PlayerStatus is 5 and the play is to be tried again
-        Failed
-    };
-
     MediaEngine(GlobalState& state, Vbmp3& vbmp3, MediaControl& mediaControl, FileSystem& files, WindowSystem& windows,
                 MainDisplay& display);
     ~MediaEngine();
     MediaEngine(const MediaEngine&) = delete;
     MediaEngine& operator=(const MediaEngine&) = delete;
 
-    std::function<void()> onOpened;           // a file is open and shown: its lyrics are to be looked for
-    std::function<void(int event)> onEvent;   // VBMP3_EVENT_*, never one of a file that is not open any more
+    std::function<void(int event)> onEvent;  // VBMP3_EVENT_*, never one of a file that is not open any more
 
-    void DetectMediaKind();
-    void OpenMedia();
-    // Lets go of the file, so that it can be replaced on the disk; what is shown stays, and the next play opens it
-    // again.
+    // Closes what is open, and opens and shows CurrentFile; a file that cannot be opened is shown with the reason.
+    // Messages are handled meanwhile, however long a disk or a server takes to answer.
+    Opening OpenMedia();
+    // Lets go of the file, so that it can be replaced on the disk; what is shown stays.
     void CloseMedia();
+    // Ends an OpenMedia that still waits for the file: it comes back as superseded.
+    void abandonOpening();
+    bool isOpen() const { return open_; }
+    bool opening() const { return opening_; }  // an OpenMedia is under way
     PlayResult PlayMedia();
     void StopMedia();
     void PauseMedia();
@@ -59,24 +50,30 @@ class MediaEngine {
 
     // The library has gone on by itself to CurrentFile, the file that was handed to it: shows it as OpenMedia does.
     void TakeOverNextFile();
-    // Once in a run, behind the format: the track plays without a sound device. Takes it away when there is one again.
+    // There is no file any more: nothing is shown.
+    void showNothing();
+    // Says so while it plays without a sound device, and says it no more when there is one again.
     void TellMissingDevice();
     // The title by TitleMode: from the tag, or the name of the file.
     void ShowTitle();
     void ToggleTitleMode();
 
-    int openCount() const { return openCount_; }
-    int playCount() const { return playCount_; }
     bool sought() const { return sought_; }  // the user has moved in this track since it began
     bool eventUnderway() const { return underway_ && *underway_ > 0; }  // reported by the library, not handled yet
     StatusDisplay& status() { return status_; }
 
   private:
-    bool openWithLibrary();
-    bool openWithMediaControl();
+    struct Found;  // of a file, by whoever asked the disk for it
+
+    std::shared_ptr<const Found> find(int opened);
+    void DetectMediaKind(const Found& found);
+    Opening openFound(const Found& found, int opened);
+    Opening openWithMediaControl();
     void showOpened(const vbmp3_FileInfo& info);
     void showOpenedByMediaControl();
-    void finishOpen();
+    void showUnopened(const std::string& why);
+    void showTrack();
+    void beginTrack();
     void listen();
     std::int32_t askMilliseconds(const std::string& command);
     void command(const char* what);
@@ -92,10 +89,9 @@ class MediaEngine {
     std::string title_;   // of the tag, or of the MIDI data
     std::string artist_;
     int openCount_ = 0;
-    int playCount_ = 0;
+    bool open_ = false;
+    bool opening_ = false;
     bool sought_ = false;
-    bool closed_ = false;  // by CloseMedia
-    bool missingDeviceTold_ = false;
     std::shared_ptr<std::atomic<int>> underway_;  // the library's thread counts up
 };
 

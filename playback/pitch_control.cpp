@@ -22,7 +22,7 @@ void PitchControl::High() { togglePitch(kHighPitch, options_.highPitch()); }
 void PitchControl::Low() { togglePitch(kLowPitch, options_.lowPitch()); }
 
 void PitchControl::togglePitch(int mode, int percent) {
-    if (!state_.playedByVbmp3()) return;
+    if (!state_.MediaKind.playedByVbmp3()) return;
     if (state_.PitchMode == kStepPitch) vbmp3_.vbmp3_setStepPitch(kNormalStep, kStepBase);
     const bool on = state_.PitchMode != mode;
     state_.PitchMode = on ? mode : kNormalPitch;
@@ -31,7 +31,7 @@ void PitchControl::togglePitch(int mode, int percent) {
 }
 
 void PitchControl::Double() {
-    if (!state_.playedByVbmp3()) return;
+    if (!state_.MediaKind.playedByVbmp3()) return;
     if (state_.PitchMode == kHighPitch || state_.PitchMode == kLowPitch) vbmp3_.vbmp3_setPitch(kNormalPercent);
     const bool on = state_.PitchMode != kStepPitch;
     state_.PitchMode = on ? kStepPitch : kNormalPitch;
@@ -40,7 +40,7 @@ void PitchControl::Double() {
 }
 
 void PitchControl::amountChanged() {
-    if (!state_.playedByVbmp3()) return;
+    if (!state_.MediaKind.playedByVbmp3()) return;
     if (state_.PitchMode == kHighPitch) vbmp3_.vbmp3_setPitch(options_.highPitch());
     if (state_.PitchMode == kLowPitch) vbmp3_.vbmp3_setPitch(options_.lowPitch());
     if (state_.PitchMode == kStepPitch) vbmp3_.vbmp3_setStepPitch(options_.stepPitch(), kStepBase);

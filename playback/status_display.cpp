@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "app/global_state.h"
 #include "playback/main_display.h"
@@ -10,6 +11,7 @@
 namespace quenlox {
 namespace {
 
+constexpr const char* kNoDevice = " ﾃﾞﾊﾞｲｽなし";
 constexpr std::array<const char*, 8> kStatusWords{"STOP", "PLAY", "PAUSE", "ERROR", "LOAD", "WAIT", "Decode", "Encode"};
 constexpr std::array<const char*, 4> kPlayWords{"PLAY", " PLAY↑", " PLAY↓", " PLAY⇒"};
 constexpr std::array<const char*, 4> kModeWords{"SINGLE", "REPEAT", "PROGRAM", "RANDOM"};
@@ -27,6 +29,23 @@ std::string StatusWord(int status, int pitchMode) {
 }
 
 std::string PlayModeWord(int playMode) { return WordAt(kModeWords, playMode, ""); }
+
+std::string Information::text() const {
+    return format + (format.ends_with('+') ? std::string() : lyrics) + (withoutDevice ? kNoDevice : "");
+}
+
+void StatusDisplay::showInformation(Information information) {
+    information_ = std::move(information);
+    display_.showInformation(information_.text());
+}
+
+void StatusDisplay::showLyricsMarker(const std::string& marker) {
+    showInformation({information_.format, marker, information_.withoutDevice});
+}
+
+void StatusDisplay::showDevice(bool there) {
+    if (information_.withoutDevice == there) showInformation({information_.format, information_.lyrics, !there});
+}
 
 void StatusDisplay::ShowStatus(int code) {
     display_.showStatus(StatusWord(code == 0 ? state_.PlayerStatus : code, state_.PitchMode));

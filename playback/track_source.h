@@ -2,22 +2,32 @@
 // implements it. Lists 0 to 2 are A, B and C, list 3 (kFolderList) is the folder shown in the browser.
 #pragma once
 
+#include <functional>
 #include <string>
+
+#include "state/random_order.h"
 
 namespace quenlox {
 
 class TrackSource {
   public:
     virtual ~TrackSource() = default;
+
+    // Rows have moved or gone: the current entry of a list is at this index now, -1 for none.
+    std::function<void(int list, int index)> onCurrentMoved;
+
     virtual int trackCount(int list) const = 0;
     virtual std::string trackPath(int list, int index) const = 0;  // index 0 to trackCount - 1
-    // Draws a new random order: ShuffleOrder[list] holds at its positions 0 to count - 1 every index once;
-    // ShufflePos[list] becomes 0 and ShufflePos[list + 4] the last position (-1 for an empty list).
+    // A new random order of the list's entries.
+    virtual RandomOrder drawOrder(int list) = 0;
+    // Makes a drawn order that of the list.
     virtual void BuildShuffleOrder(int list) = 0;
     // Removes every row of lists A and B that holds CurrentFile. True when one was removed. The current indexes of the
     // lists are kept on what they denoted; an index whose row went becomes the row before it, so that the next step
     // takes what stood behind it.
     virtual bool RemoveCurrentFileFromLists() = 0;
+    // The file could not be played, or could be again: its rows say so.
+    virtual void setPlayable(const std::string& path, bool playable) = 0;
 };
 
 }  // namespace quenlox

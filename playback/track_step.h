@@ -2,27 +2,34 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
+#include <functional>
+#include <optional>
+
+#include "state/random_order.h"
 
 namespace quenlox {
+
+enum class Direction { Forward, Backward };
 
 // `count` is at least 1; `current` may be -1 or beyond the end. Both wrap.
 int NextIndex(int current, int count);
 int PreviousIndex(int current, int count);
 
-// The random order of one list. `last` is the last position of the order.
-struct ShufflePlace {
-    std::span<const std::int32_t> order;
-    std::int32_t position = 0;
-    std::int32_t last = -1;
+// What a step looks at.
+struct StepFrom {
+    int count = 0;     // entries of the list
+    int current = -1;  // the current one
+    bool random = false;
+    const RandomOrder& order;
 };
 
-struct ShuffleStep {
-    bool needsNewOrder = false;  // the order is used up, or is not one of this list any more
-    std::int32_t position = 0;
-    int index = 0;               // in the list; not set with needsNewOrder
+struct TrackStep {
+    int index = 0;                        // in the list
+    std::optional<RandomOrder> newOrder;  // the pass is through: this one takes its place
+    std::optional<std::int32_t> position; // in the order; RANDOM only
 };
-ShuffleStep NextInShuffle(const ShufflePlace& place, int count);
-ShuffleStep PreviousInShuffle(const ShufflePlace& place, int count);
+
+// The step to the next or to the previous entry; nothing when there is none. `draw` gives an order for a new pass.
+std::optional<TrackStep> PlanStep(Direction direction, const StepFrom& from, const std::function<RandomOrder()>& draw);
 
 }  // namespace quenlox

@@ -35,6 +35,7 @@ constexpr int kKeyF5 = 0x74;
 constexpr int kShiftControl = 2;
 constexpr int kShiftAlt = 4;
 
+constexpr const char* kBusyText = "ファイル変換中は再生できません";
 constexpr const char* kEmptyText =
     "リストは空です\n\nファイルやフォルダをここへドロップするか、「追加」「ﾌｫﾙﾀﾞ追加」で加えてください。\n"
     "フォルダ欄のファイルは、右クリックして「全追加」「選択追加」で加えられます。";
@@ -97,6 +98,7 @@ void FormList::makeViews() {
         view.setRowCount(lists_.count(list));
         view.textOf = [this, list](int row, int column) { return textOf(list, row, column); };
         view.marked = [this, list](int row) { return isCurrent(list, row); };
+        view.dimmed = [this, list](int row) { return !lists_.playable(list, row); };
         view.find = [this, list](const std::string& text, int from) { return lists_.findTitle(list, text, from); };
         view.onDoubleClick = [this](int row) { PlayView_DblClick(row); };
         view.onColumnClick = [this](int column) { PlayView_ColumnClick(column); };
@@ -238,21 +240,19 @@ void FormList::TabList_Click() {
 
 // Playing.
 
-void FormList::open(const std::string& path, int list, int row, int intent, bool play) {
-    if (path.empty()) return;
-    state_.CurrentFile = path;
-    if (list >= 0) state_.CurrentIndex[static_cast<std::size_t>(list)] = row;
-    state_.PlayIntent = intent;
-    if (onOpen) onOpen(play);
-    trackChanged();
+void FormList::open(const Transport::Track& track, int intent, Transport::Start start) {
+    if (track.path.empty() || !onOpen) return;
+    if (onOpen(track, intent, start) == OpenResult::Busy) LabelStatus.setCaption(kBusyText);
 }
 
-void FormList::PlayView_DblClick(int row) { open(lists_.path(state_.ListNo, row), state_.ListNo, row, kForward, true); }
+void FormList::PlayView_DblClick(int row) {
+    open({lists_.path(state_.ListNo, row), state_.ListNo, row}, kForward, Transport::Start::Play);
+}
 
 void FormList::menuLoad1_Click() {
     const int row = FirstSelected(view());
     // What plays goes on with the new file; a player that stands still only opens it.
-    open(lists_.path(state_.ListNo, row), state_.ListNo, row, kNoIntent, state_.PlayerStatus == kPlay);
+    open({lists_.path(state_.ListNo, row), state_.ListNo, row}, kNoIntent, Transport::Start::PlayIfPlaying);
 }
 
 // Keys and mouse.

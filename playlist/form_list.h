@@ -14,6 +14,7 @@
 #include "forms/control_array.h"
 #include "forms/form.h"
 #include "forms/list_view.h"
+#include "playback/transport.h"
 #include "playlist/add_job.h"
 #include "playlist/playlists.h"
 
@@ -39,8 +40,8 @@ class FormList : public Form {
 
     ~FormList() override;
 
-    // Opens CurrentFile, and plays it when `play`.
-    std::function<void(bool play)> onOpen;
+    // A row of a list or a file of the browser has been chosen for playing.
+    std::function<OpenResult(const Transport::Track& track, int intent, Transport::Start start)> onOpen;
 
     Toolbar Toolbar1{*this, "Toolbar1"};
     TabStrip TabList{*this, "TabList", {"リストA", "リストB", "リストC", "フォルダ"}};
@@ -144,7 +145,7 @@ class FormList : public Form {
     static int FirstSelected(const ListView& view);
     std::string textOf(int list, int row, int column);
     bool isCurrent(int list, int row) const;
-    void open(const std::string& path, int list, int row, int intent, bool play);
+    void open(const Transport::Track& track, int intent, Transport::Start start);
     void edit(const std::function<void(int list, Playlists::Selection& selection)>& change);
     void showBusy();
     void showStatus();
@@ -171,7 +172,6 @@ class FormList : public Form {
     void finishReading();
     void showFolders(std::vector<std::string> names);
     void showFiles();
-    int folderTrack(const std::string& name) const;
     std::string folderPath() const;  // with "\" at its end
 
     GlobalState& state_;

@@ -88,6 +88,7 @@ void FormList::makeBrowser() {
                 box->rowCount(), [box](int row) { return box->textOf(row, 0); }, text, std::max(from, 0));
         };
     }
+    File2.setVisible(false);
     File1.onDoubleClick = [this](int) { File1_DblClick(); };
     File1.onRefresh = [this] { readFolder(); };
     File1.onMouseDown = [this](int button, int, Point at) {
@@ -197,22 +198,9 @@ void FormList::showFiles() {
         if (!IsM3U(name)) playable.push_back(name);
     }
     File1.setFiles(std::move(names));
-    const bool changed = folderPath() != lists_.folder() || playable != File2.files();
     File2.setFiles(playable);
     lists_.setFolderFiles(folderPath(), std::move(playable));
-    if (changed) {
-        const bool here = FolderOf(state_.CurrentFile) == folderPath();
-        state_.CurrentIndex[kFolderList] = here ? folderTrack(FileNameOf(state_.CurrentFile)) : -1;
-        lists_.BuildShuffleOrder(kFolderList);
-    }
     showStatus();
-}
-
-// The place of a file among the tracks of the folder list, -1 when it is none of them.
-int FormList::folderTrack(const std::string& name) const {
-    const auto& tracks = File2.files();
-    const auto found = std::find(tracks.begin(), tracks.end(), name);
-    return found == tracks.end() ? -1 : static_cast<int>(found - tracks.begin());
 }
 
 void FormList::File1_DblClick() {
@@ -224,7 +212,7 @@ void FormList::File1_DblClick() {
         startAdding();
         return;
     }
-    open(folderPath() + name, kFolderList, folderTrack(name), kForward, true);
+    open({folderPath() + name, kFolderList, lists_.folderTrack(name)}, kForward, Transport::Start::Play);
 }
 
 void FormList::menuCd_Click() {
@@ -244,7 +232,7 @@ void FormList::menuLoad2_Click() {
     if (row < 0) return;
     const std::string name = File1.files()[static_cast<std::size_t>(row)];
     if (IsM3U(name)) return;
-    open(folderPath() + name, kFolderList, folderTrack(name), kNoIntent, state_.PlayerStatus == kPlay);
+    open({folderPath() + name, kFolderList, lists_.folderTrack(name)}, kNoIntent, Transport::Start::PlayIfPlaying);
 }
 
 }  // namespace quenlox

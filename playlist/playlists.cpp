@@ -56,6 +56,21 @@ std::string Playlists::path(int list, int row) const {
     return hasRow(list, row) ? std::string(rows(list).path(row)) : std::string{};
 }
 
+void Playlists::setCurrentIndex(int list, int row) {
+    if (onCurrentMoved) onCurrentMoved(list, row);
+}
+
+void Playlists::setPlayable(const std::string& path, bool playable) {
+    if (playable ? unplayable_.erase(path) == 0 : !unplayable_.insert(path).second) return;
+    for (int list = 0; list < kPersistedLists; ++list) {
+        if (rows(list).count() > 0) report(list, 0, rows(list).count() - 1);
+    }
+}
+
+bool Playlists::playable(int list, int row) const {
+    return unplayable_.empty() || !hasRow(list, row) || !unplayable_.contains(rows(list).path(row));
+}
+
 bool Playlists::known(int list, int row) const { return hasRow(list, row) && rows(list).known(row); }
 
 int Playlists::unknownCount(int list) const { return persisted(list) ? rows(list).unknownCount() : 0; }
@@ -215,7 +230,7 @@ void Playlists::readListFile(std::string_view bytes) {
     std::array<int, kPersistedLists> before{};
     for (int list = 0; list < kPersistedLists; ++list) before[static_cast<std::size_t>(list)] = count(list);
     ParseListFile(bytes, [&](int list, std::string_view path) {
-        if (append(list, path) && path == state_.CurrentFile) currentIndex(list) = count(list) - 1;
+        if (append(list, path) && path == state_.CurrentFile) setCurrentIndex(list, count(list) - 1);
     });
     for (int list = 0; list < kPersistedLists; ++list) reportAdded(list, before[static_cast<std::size_t>(list)]);
 }
@@ -274,8 +289,17 @@ bool Playlists::joinUnreadListFile(const std::string& path) {
 }
 
 void Playlists::setFolderFiles(const std::string& folder, std::vector<std::string> names) {
+    if (folder == folder_ && names == folderFiles_) return;
     folder_ = folder;
     folderFiles_ = std::move(names);
+    const bool here = FolderOf(state_.CurrentFile) == folder_;
+    setCurrentIndex(kFolderList, here ? folderTrack(FileNameOf(state_.CurrentFile)) : -1);
+    BuildShuffleOrder(kFolderList);
+}
+
+int Playlists::folderTrack(const std::string& name) const {
+    const auto found = std::find(folderFiles_.begin(), folderFiles_.end(), name);
+    return found == folderFiles_.end() ? -1 : static_cast<int>(found - folderFiles_.begin());
 }
 
 }  // namespace quenlox

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -91,8 +92,12 @@ class Playlists : public TrackSource {
     bool ExportM3U(int list, const std::string& path);               // to the file of that ExportName
     static std::string ExportName(const std::string& path);          // with ".m3u" behind it when that is missing
 
+    RandomOrder drawOrder(int list) override;
     void BuildShuffleOrder(int list) override;
     bool RemoveCurrentFileFromLists() override;                      // from lists A and B, never from C
+    // A file could not be played, or could: its rows are grey until it can again.
+    void setPlayable(const std::string& path, bool playable) override;
+    bool playable(int list, int row) const;
     void renamePath(const std::string& from, const std::string& to); // in lists A and B, as the tag editor does
 
     // "Quenlox.m3u" in the program folder. A file that is there and cannot be read is never overwritten.
@@ -122,6 +127,7 @@ class Playlists : public TrackSource {
     // The list of the browser's folder: file names in the order in which the browser shows them.
     void setFolderFiles(const std::string& folder, std::vector<std::string> names);
     const std::string& folder() const { return folder_; }
+    int folderTrack(const std::string& name) const;                  // its place among them, -1 when it is none
     const std::vector<std::string>& folderFiles() const { return folderFiles_; }
 
     GlobalState& state() { return state_; }
@@ -135,7 +141,8 @@ class Playlists : public TrackSource {
     static bool persisted(int list) { return list >= 0 && list < kPersistedLists; }
     EntryRows& rows(int list) { return lists_[static_cast<std::size_t>(list)]; }
     const EntryRows& rows(int list) const { return lists_[static_cast<std::size_t>(list)]; }
-    int& currentIndex(int list) { return state_.CurrentIndex[static_cast<std::size_t>(list)]; }
+    int currentIndex(int list) const { return state_.CurrentIndex[static_cast<std::size_t>(list)]; }
+    void setCurrentIndex(int list, int row);
     bool hasRow(int list, int row) const { return persisted(list) && row >= 0 && row < rows(list).count(); }
     void know(int list, int row);
     void report(int list, int first, int last, bool countChanged = false);
@@ -146,7 +153,6 @@ class Playlists : public TrackSource {
     void exchangeSelected(int list, int row, int neighbour, Selection& selection);
     void reorder(int list, const std::vector<std::int32_t>& order, Selection& selection);
     void removeRows(int list, const Selection& which);
-    void dropFromShuffleOrder(int list, const Selection& removed);
     void readListFile(std::string_view bytes);
     bool joinUnreadListFile(const std::string& path);
     bool writeListFile(const std::string& path);
@@ -158,6 +164,7 @@ class Playlists : public TrackSource {
     std::array<EntryRows, kPersistedLists> lists_;
     std::array<int, kPersistedLists> fillFrom_{};  // every row before it is known
     std::vector<Wanted> wanted_;
+    std::set<std::string, std::less<>> unplayable_;  // paths
     std::array<Change, kPersistedLists> pending_;
     int batches_ = 0;
     std::string folder_;

@@ -1,7 +1,6 @@
 // Order, removal and renaming of rows.
 #include <algorithm>
 #include <cstring>
-#include <numeric>
 #include <utility>
 
 #include "platform/random.h"
@@ -34,18 +33,12 @@ std::size_t Playlists::randomIndex(std::size_t count) {
     return drawn > 0 && count > 0 ? std::min(static_cast<std::size_t>(drawn), count - 1) : 0;
 }
 
+RandomOrder Playlists::drawOrder(int list) {
+    return RandomOrder::Draw(count(list), [this](std::size_t entries) { return randomIndex(entries); });
+}
+
 void Playlists::BuildShuffleOrder(int list) {
-    if (list < 0 || list >= kListCount) return;
-    const auto n = static_cast<std::size_t>(count(list));
-    std::vector<std::int32_t>& order = state_.ShuffleOrder[static_cast<std::size_t>(list)];
-    order.resize(n + 1);
-    std::iota(order.begin(), order.end(), 0);
-    // Every step draws from the whole range: the simple shuffle that the players of this program know. It takes
-    // position n, which lies behind the last row, along; what that brought into the order goes back behind it.
-    for (std::size_t i = 0; i <= n; ++i) std::swap(order[i], order[randomIndex(n)]);
-    std::iter_swap(std::find(order.begin(), order.end(), static_cast<std::int32_t>(n)), order.end() - 1);
-    state_.ShufflePos[static_cast<std::size_t>(list)] = 0;
-    state_.ShufflePos[static_cast<std::size_t>(list + kListCount)] = static_cast<std::int32_t>(n) - 1;
+    if (list >= 0 && list < kListCount) state_.ShuffleOrder[static_cast<std::size_t>(list)] = drawOrder(list);
 }
 
 bool Playlists::RemoveCurrentFileFromLists() {
@@ -56,37 +49,12 @@ bool Playlists::RemoveCurrentFileFromLists() {
         for (int row = 0; row < rows(list).count(); ++row)
             any |= which[static_cast<std::size_t>(row)] = rows(list).path(row) == state_.CurrentFile;
         if (!any) continue;
-        dropFromShuffleOrder(list, which);
+        state_.ShuffleOrder[static_cast<std::size_t>(list)].remove(which);
         removeRows(list, which);
         removed = true;
         markChanged();
     }
     return removed;
-}
-
-// The pass through the random order goes on with the rows that are left.
-void Playlists::dropFromShuffleOrder(int list, const Selection& removed) {
-    std::vector<std::int32_t>& order = state_.ShuffleOrder[static_cast<std::size_t>(list)];
-    std::int32_t& position = state_.ShufflePos[static_cast<std::size_t>(list)];
-    std::vector<std::int32_t> newRow(removed.size());
-    std::int32_t kept = 0;
-    for (std::size_t row = 0; row < removed.size(); ++row) {
-        newRow[row] = kept;
-        if (!removed[row]) ++kept;
-    }
-    std::vector<std::int32_t> left;
-    std::int32_t newPosition = -1;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        const auto row = static_cast<std::size_t>(order[i]);
-        if (row >= removed.size() || removed[row]) continue;
-        left.push_back(newRow[row]);
-        if (static_cast<std::int32_t>(i) <= position) ++newPosition;
-    }
-    if (static_cast<std::int32_t>(left.size()) != kept) return;  // no order of this list as it was
-    left.push_back(kept);
-    order = std::move(left);
-    position = newPosition;
-    state_.ShufflePos[static_cast<std::size_t>(list + kListCount)] = kept - 1;
 }
 
 void Playlists::renamePath(const std::string& from, const std::string& to) {
@@ -108,7 +76,7 @@ void Playlists::reorder(int list, const std::vector<std::int32_t>& order, Select
         moved[i] = from < selection.size() && selection[from];
         if (order[i] == currentIndex(list)) current = static_cast<int>(i);
     }
-    if (current >= 0) currentIndex(list) = current;
+    if (current >= 0) setCurrentIndex(list, current);
     rows(list).permute(order);
     selection = std::move(moved);
     fillFrom_[static_cast<std::size_t>(list)] = 0;
@@ -149,7 +117,7 @@ void Playlists::sort(int list, int column, bool descending, Selection& selection
 // After rows a and b have changed places: if one of them now holds the current file, it is the current entry.
 void Playlists::followCurrentFile(int list, int a, int b) {
     for (const int row : {a, b}) {
-        if (rows(list).path(row) == state_.CurrentFile) currentIndex(list) = row;
+        if (rows(list).path(row) == state_.CurrentFile) setCurrentIndex(list, row);
     }
 }
 
@@ -226,11 +194,11 @@ void Playlists::removeSelected(int list, Selection selection) {
 void Playlists::removeRows(int list, const Selection& which) {
     const auto first = std::find(which.begin(), which.end(), true);
     if (first == which.end()) return;
-    int& current = currentIndex(list);
+    const int current = currentIndex(list);
     if (current >= 0 && current < rows(list).count()) {
         // When the current entry goes, the entry before it takes its place, so that the next step plays what followed.
         const auto end = which.begin() + current + 1;
-        current -= static_cast<int>(std::count(which.begin(), end, true));
+        setCurrentIndex(list, current - static_cast<int>(std::count(which.begin(), end, true)));
     }
     if (onRemove) onRemove(list, which);
     rows(list).remove(which);
@@ -250,7 +218,7 @@ void Playlists::clear(int list) {
     if (!persisted(list)) return;
     rows(list).clear();
     fillFrom_[static_cast<std::size_t>(list)] = 0;
-    currentIndex(list) = -1;
+    setCurrentIndex(list, -1);
     markChanged();
     report(list, 0, -1, true);
 }

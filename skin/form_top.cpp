@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "platform/dialogs.h"
 #include "playback/media_engine.h"
 #include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"
+#include "playback/transport.h"
 #include "playback/volume_control.h"
 #include "text/paths.h"
 
@@ -104,7 +106,6 @@ void FormTop::connect(const Playback& playback, const Windows& windows, const Ho
 
 void FormTop::showKind(const std::string& name) { mainLabel[kKindLabel].setCaption(name); }
 void FormTop::showInformation(const std::string& text) { mainLabel[kInformationLabel].setCaption(text); }
-std::string FormTop::information() const { return mainLabel[kInformationLabel].caption(); }
 void FormTop::showLength(const std::string& text) { mainLabel[kLengthLabel].setCaption(text); }
 void FormTop::showPlayMode(const std::string& word) { mainLabel[kPlayModeLabel].setCaption(word); }
 void FormTop::showTime(const std::string& text) { mainLabel[kTimeLabel].setCaption(text); }
@@ -139,11 +140,11 @@ void FormTop::refreshDisplay() {
 // Labels.
 
 void FormTop::PlayModeLabel_Click(int button) {
-    if (button == kLeft) playback_.monitor->StepPlayMode();
+    if (button == kLeft) playback_.transport->StepPlayMode();
 }
 
 void FormTop::TimeLabel_Click(int index, int button) {
-    if (button == kLeft && (index == kTimeLabel || index == kLengthLabel)) playback_.monitor->StepTimeMode();
+    if (button == kLeft && (index == kTimeLabel || index == kLengthLabel)) playback_.transport->StepTimeMode();
 }
 
 void FormTop::TitleLabel_DblClick() { playback_.engine->ToggleTitleMode(); }
@@ -151,7 +152,7 @@ void FormTop::TitleLabel_DblClick() { playback_.engine->ToggleTitleMode(); }
 // Buttons.
 
 void FormTop::press(ControlArray<PictureBox>& array, int index, bool onPanel) {
-    if (state_.PlayerStatus >= kDecode) return;
+    if (!playback_.transport->mayAct()) return;
     pressed_ = Pressed{&array, index, onPanel};
     repaint(onPanel ? DisplayA.bounds() : array[index].bounds());
 }
@@ -173,7 +174,7 @@ void FormTop::taskPicture_MouseDown(int index, int button, int, Point) {
 }
 
 void FormTop::cmdPicture_MouseUp(int index, int button, int, Point at) {
-    if (state_.PlayerStatus < kDecode && button == kLeft && InsidePicture(cmdPicture[index], at)) {
+    if (button == kLeft && InsidePicture(cmdPicture[index], at)) {
         state_.ButtonHeld = true;
         performPlayback(index);
     }
@@ -183,47 +184,23 @@ void FormTop::cmdPicture_MouseUp(int index, int button, int, Point at) {
 
 void FormTop::taskPicture_MouseUp(int index, int button, int, Point at) {
     // Released before the action: closing and hiding leave no window to restore.
-    const bool acts = state_.PlayerStatus < kDecode && button == kLeft && InsidePicture(taskPicture[index], at);
+    const bool acts = playback_.transport->mayAct() && button == kLeft && InsidePicture(taskPicture[index], at);
     release();
     if (acts) performCommand(index);
 }
 
-void FormTop::undoPitch() { playback_.pitch->Undo(); }
-
 void FormTop::performPlayback(int index) {
+    Transport& transport = *playback_.transport;
+    if (!transport.mayAct()) return;
     switch (index) {
-        case kPlayButton:
-            if (state_.PlayerStatus < kPlay) {
-                state_.PlayIntent = kForward;
-                playback_.engine->PlayMedia();
-            } else {
-                playback_.engine->StopMedia();
-                undoPitch();
-                state_.PlayIntent = kNoIntent;
-            }
-            break;
-        case kPauseButton:
-            if (state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause) playback_.engine->PauseMedia();
-            break;
-        case kBackButton:
-            state_.PlayIntent = kBackward;
-            playback_.monitor->PreviousTrack();
-            break;
-        case kNextButton:
-            state_.PlayIntent = kForward;
-            playback_.monitor->NextTrack();
-            break;
-        case kLowButton:
-            playback_.pitch->Low();
-            break;
-        case kHighButton:
-            playback_.pitch->High();
-            break;
-        case kDoubleButton:
-            playback_.pitch->Double();
-            break;
-        default:
-            break;
+        case kPlayButton: transport.playOrStop(); break;
+        case kPauseButton: transport.pause(); break;
+        case kBackButton: transport.PreviousTrack(); break;
+        case kNextButton: transport.NextTrack(); break;
+        case kLowButton: playback_.pitch->Low(); break;
+        case kHighButton: playback_.pitch->High(); break;
+        case kDoubleButton: playback_.pitch->Double(); break;
+        default: break;
     }
 }
 
@@ -294,7 +271,7 @@ void FormTop::Form_MouseDown(int button, int shift, Point at) {
         return;
     }
     if (button == kRight) {
-        if (state_.PlayerStatus < kDecode) popup(menuMain(), at);
+        Form_ContextMenu(at);
         return;
     }
     if (button != kLeft) return;
@@ -345,7 +322,7 @@ void FormTop::Form_MouseUp(int button, int shift, Point at) {
     if (!pressed_) return;
     const Pressed pressed = *pressed_;
     if (pressed.onPanel) {
-        const bool acts = panelColumnAt(Within(DisplayA, at)) == pressed.index && state_.PlayerStatus < kDecode;
+        const bool acts = panelColumnAt(Within(DisplayA, at)) == pressed.index;
         release();
         if (acts) performPlayback(pressed.index);
     } else if (pressed.array == &cmdPicture) {
@@ -368,9 +345,8 @@ void FormTop::Form_DoubleClick(int button, int shift, Point at) {
 
 void FormTop::SeekBar_MouseDown(int button, int, Point at) {
     const int width = SeekBar.bounds().width;
-    const bool playing = state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause;
-    if (button != kLeft || !playing || at.x < 0 || at.x > width || width == 0) return;
-    playback_.engine->SeekMedia(static_cast<double>(at.x) / width);
+    if (button != kLeft || at.x < 0 || at.x > width || width == 0) return;
+    playback_.transport->seek(static_cast<double>(at.x) / width);
 }
 
 void FormTop::VolumeBar_MouseDown(int button, int, Point at) {
@@ -405,58 +381,34 @@ std::string FormTop::Form_TooltipAt(Point at) {
 
 void FormTop::Form_KeyDown(int key, int shift) {
     const bool handled = key == kUpKey || key == kDownKey || key == kRightKey || key == kLeftKey;
-    const bool busy = state_.PlayerStatus >= kDecode;  // another track would end the conversion
-    if (shift != kAlt || state_.KeyLatch || !handled || busy) return;
+    Transport& transport = *playback_.transport;
+    if (shift != kAlt || state_.KeyLatch || !handled || !transport.mayAct()) return;
     // Set first: opening a file handles messages, and a key that is let go meanwhile must find it.
     state_.KeyLatch = true;
     switch (key) {
-        case kUpKey:
-            if (state_.PlayerStatus < kPlay) {
-                state_.PlayIntent = kForward;
-                playback_.engine->PlayMedia();
-            }
-            break;
+        case kUpKey: transport.play(); break;
         case kDownKey:
-            if (state_.PlayerStatus == kPlay) {
-                undoPitch();
-                state_.PlayIntent = kNoIntent;
-                playback_.engine->StopMedia();
-            }
+            if (state_.PlayerStatus == kPlay) transport.stop();
             break;
-        case kRightKey:
-            performPlayback(kNextButton);
-            break;
-        default:
-            performPlayback(kBackButton);
-            break;
+        case kRightKey: transport.NextTrack(); break;
+        default: transport.PreviousTrack(); break;
     }
 }
 
 void FormTop::Form_KeyUp(int, int) { state_.KeyLatch = false; }
 
 bool FormTop::Form_AppCommand(int command) {
-    if (state_.PlayerStatus >= kDecode) return false;
+    Transport& transport = *playback_.transport;
     switch (command) {
-        case kMediaNext:
-            performPlayback(kNextButton);
-            return true;
-        case kMediaPrevious:
-            performPlayback(kBackButton);
-            return true;
-        case kMediaStop:
-            if (state_.PlayerStatus >= kPlay) performPlayback(kPlayButton);
-            return true;
+        case kMediaNext: return transport.NextTrack();
+        case kMediaPrevious: return transport.PreviousTrack();
+        case kMediaStop: return transport.stop();
         case kMediaPlay:
-            if (state_.PlayerStatus == kPlay) return true;
-            [[fallthrough]];
         case kMediaPlayPause:
-            performPlayback(state_.PlayerStatus < kPlay ? kPlayButton : kPauseButton);
-            return true;
-        case kMediaPause:
-            if (state_.PlayerStatus == kPlay) performPlayback(kPauseButton);
-            return true;
-        default:
-            return false;
+            if (state_.PlayerStatus < kPlay) return transport.play();
+            return command == kMediaPlay && state_.PlayerStatus == kPlay ? transport.mayAct() : transport.pause();
+        case kMediaPause: return state_.PlayerStatus == kPlay ? transport.pause() : transport.mayAct();
+        default: return false;
     }
 }
 
@@ -464,13 +416,9 @@ bool FormTop::Form_AppCommand(int command) {
 
 void FormTop::Form_FilesDropped(const std::vector<std::string>& files, Point) {
     if (files.empty() || !MatchesMediaFilter(files.front())) return;
-    playNewFile(files.front());
-}
-
-void FormTop::playNewFile(const std::string& path) {
-    state_.CurrentFile = path;
-    state_.PlayIntent = kNoIntent;
-    playback_.monitor->OpenAndPlay();
+    if (playback_.transport->open({files.front()}, kNoIntent, Transport::Start::Play) == OpenResult::Busy) {
+        dialogs_.message("ファイル変換中は再生できません", MessageIcon::Information);
+    }
 }
 
 void FormTop::Form_Unload(bool& cancel) {

@@ -25,6 +25,7 @@ namespace quenlox {
 class MediaEngine;
 class PitchControl;
 class PlayStateMonitor;
+class Transport;
 class VolumeControl;
 
 // Indexes of the main labels.
@@ -64,6 +65,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
         Form* about = nullptr;
     };
     struct Playback {
+        Transport* transport = nullptr;
         MediaEngine* engine = nullptr;
         PlayStateMonitor* monitor = nullptr;
         PitchControl* pitch = nullptr;
@@ -102,7 +104,6 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     // MainDisplay.
     void showKind(const std::string& name) override;
     void showInformation(const std::string& text) override;
-    std::string information() const override;
     void showTitle(const std::string& title, const std::string& artist) override;
     void showLength(const std::string& text) override;
     void showStatus(const std::string& word) override;
@@ -228,7 +229,6 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     void release();
     void performPlayback(int index);
     void performCommand(int index);
-    void undoPitch();
     Rect panelColumn(int index) const;
     int panelColumnAt(Point at) const;
     Control* controlAt(Point at);
@@ -236,7 +236,6 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     void setVolumeFrom(Point at);
     void restartTitle();
     void titleTick();
-    void playNewFile(const std::string& path);
     std::string trayTip() const;
     void renewTrayTip();
     void trayEvent(int message);

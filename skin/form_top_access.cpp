@@ -2,7 +2,7 @@
 // labels act through the handlers that a click calls.
 #include <algorithm>
 
-#include "playback/media_engine.h"
+#include "playback/transport.h"
 #include "playback/volume_control.h"
 #include "skin/form_top.h"
 
@@ -109,7 +109,7 @@ AccessiblePart FormTop::describeButton(ControlArray<PictureBox>& array, int inde
     told.name = array[index].tooltip();
     told.shortcut = playback ? kShortcuts[index] : "";
     told.bounds = bounds;
-    told.enabled = state_.PlayerStatus < kDecode;
+    told.enabled = playback_.transport->mayAct();
     told.pressed = heldDown || pitchOn;
     told.action = "押す";
     told.act = [this, playback, index] {

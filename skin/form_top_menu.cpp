@@ -1,6 +1,7 @@
 // The menus of the main window, its place above other windows, and its life in the notification area.
 #include <algorithm>
 
+#include "playback/transport.h"
 #include "skin/form_top.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -98,7 +99,7 @@ std::string FormTop::FolderNameOfSkin() const {
 }
 
 void FormTop::Form_ContextMenu(Point at) {
-    if (state_.PlayerStatus < kDecode) popup(menuMain(), at);
+    if (playback_.transport->mayAct()) popup(menuMain(), at);
 }
 
 // Above other windows.

@@ -41,7 +41,7 @@ bool PanelAnimation::listen() {
     sound_.left.fill(0);
     sound_.right.fill(0);
     sound_.levels.fill(0);
-    if (state_.PlayerStatus != kPlay || !state_.playedByVbmp3()) return false;
+    if (state_.PlayerStatus != kPlay || !state_.MediaKind.playedByVbmp3()) return false;
     vbmp3_.vbmp3_getWave(sound_.left, sound_.right);
     vbmp3_.vbmp3_getSpectrum(std::span(sound_.levels).first(static_cast<std::size_t>(sound_.bands)));
     const auto isZero = [](auto value) { return value == 0; };

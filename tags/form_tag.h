@@ -29,8 +29,7 @@ class FormTag : public Form {
     FormTag(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs);
 
     struct Hooks {
-        FileRelease* release = nullptr;
-        std::function<void(const std::string& path)> letGo;  // of a file that is not the current one, but may be next
+        Transport* transport = nullptr;
         RenameFollowers followers;
         std::function<void(const std::string& path)> tagWritten;   // what lists show of it is out of date
         std::function<std::vector<std::string>()> selectedPaths;   // rows of the play list, in their order
@@ -111,7 +110,6 @@ class FormTag : public Form {
     // form_tag_write.cpp
     vbmp3_Tag fieldsShown() const;
     bool readFields(const std::string& path, int kinds, vbmp3_Tag& tag, int& present) const;
-    bool letGo(const std::string& path);
     bool writeFile(const std::string& path, int write, int remove, const vbmp3_Tag& tag, int& error);
     void showAgain(Field field);
     void tell(const std::string& what, int error);

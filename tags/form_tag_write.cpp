@@ -6,7 +6,7 @@
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
-#include "tags/file_release.h"
+#include "playback/transport.h"
 #include "tags/form_tag.h"
 #include "text/encoding.h"
 #include "text/paths.h"
@@ -96,27 +96,16 @@ vbmp3_Tag FormTag::fieldsShown() const {
     return tag;
 }
 
-// A file that the player has open cannot be replaced. True when it is the current one, which is to be opened again.
-bool FormTag::letGo(const std::string& path) {
-    const bool current = EqualsNoCase(path, state_.CurrentFile) && hooks_.release;
-    if (current) {
-        hooks_.release->release();
-    } else if (hooks_.letGo) {
-        hooks_.letGo(path);
-    }
-    return current;
-}
-
-// Writes some kinds of tags and takes others away. The open file is let go of for that time.
+// Writes some kinds of tags and takes others away. The player lets go of the file for that time.
 bool FormTag::writeFile(const std::string& path, int write, int remove, const vbmp3_Tag& tag, int& error) {
     writing_ = true;
-    const bool open = letGo(path);
-    error = VBMP3_OK;
-    bool done = true;
-    if (write != 0) done = vbmp3_.vbmp3_writeTag(path, write, tag);
+    const auto released = hooks_.transport->letGoOf(path);
+    error = released ? VBMP3_OK : VBMP3_ERROR_BUSY;
+    bool done = released.has_value();
+    if (done && write != 0) done = vbmp3_.vbmp3_writeTag(path, write, tag);
     if (done && remove != 0) done = vbmp3_.vbmp3_removeTag(path, remove);
-    if (!done) error = vbmp3_.vbmp3_getLastErrorNo();
-    if (open) hooks_.release->reopen();
+    if (!done && released) error = vbmp3_.vbmp3_getLastErrorNo();
+    if (released) hooks_.transport->takeUp(*released);
     writing_ = false;
     if (done && hooks_.tagWritten) hooks_.tagWritten(path);
     return done;
@@ -154,7 +143,7 @@ bool FormTag::save() {
 }
 
 void FormTag::cmdRename_Click() {
-    if (file_.empty() || !hooks_.release) return;
+    if (file_.empty()) return;
     state_.Actions.note("rename");
     const std::string name = TextFileName.text();
     // A name that will be refused is not worth the question about unsaved edits.
@@ -164,7 +153,7 @@ void FormTag::cmdRename_Click() {
     std::string renamed;
     writing_ = true;
     const RenameResult result =
-        RenameFile(state_, files_, dialogs_, *hooks_.release, file_, name, hooks_.followers, renamed);
+        RenameFile(files_, dialogs_, *hooks_.transport, file_, name, hooks_.followers, renamed);
     writing_ = false;
     if (result != RenameResult::Done) return showButtons();
     showFile(renamed);
@@ -186,10 +175,13 @@ void FormTag::cmdConvert_Click() {
     if (ExtensionOf(*target).empty()) *target = WithExtension(*target, toMp3 ? "mp3" : "rmp");
     // The target may be the file that plays.
     writing_ = true;
-    const bool open = !EqualsNoCase(*target, file_) && letGo(*target);
-    const bool done = toMp3 ? vbmp3_.vbmp3_convertToMp3(file_, *target) : vbmp3_.vbmp3_convertToRmp(file_, *target);
-    const int error = done ? VBMP3_OK : vbmp3_.vbmp3_getLastErrorNo();
-    if (open) hooks_.release->reopen();
+    // A file cannot become itself: the library says so, and what plays need not be closed for that.
+    const auto released =
+        EqualsNoCase(*target, file_) ? Transport::LetGo{} : hooks_.transport->letGoOf(*target);
+    bool done = released.has_value();
+    if (done) done = toMp3 ? vbmp3_.vbmp3_convertToMp3(file_, *target) : vbmp3_.vbmp3_convertToRmp(file_, *target);
+    const int error = done ? VBMP3_OK : released ? vbmp3_.vbmp3_getLastErrorNo() : int{VBMP3_ERROR_BUSY};
+    if (released) hooks_.transport->takeUp(*released);
     writing_ = false;
     if (!done) return tell("変換できませんでした", error);
     if (hooks_.tagWritten) hooks_.tagWritten(*target);

@@ -1,9 +1,8 @@
 #include "tags/rename.h"
 
-#include "app/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
-#include "tags/file_release.h"
+#include "playback/transport.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -14,7 +13,7 @@ bool IsAcceptableFileName(std::string_view name) {
     return !name.empty() && !name.starts_with("() ");
 }
 
-RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs, FileRelease& release,
+RenameResult RenameFile(FileSystem& files, Dialogs& dialogs, Transport& transport,
                         const std::string& file, std::string_view name, const RenameFollowers& followers,
                         std::string& newPath) {
     const std::string trimmed(TrimBlanks(name));
@@ -24,19 +23,18 @@ RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs,
     }
     // Joined as texts: a name with a "\" in it leads elsewhere, and the file system is asked as it stands.
     const std::string to = FolderOf(file) + trimmed;
-    const bool open = file == state.CurrentFile;
-    if (open) release.release();
-    if (to != file && !files.rename(file, to)) {
-        if (open) release.leaveClosed();
+    const auto released = transport.letGoOf(file);
+    if (!released || (to != file && !files.rename(file, to))) {
+        if (released) transport.leaveClosed(*released);
         dialogs.message("ファイル名変換エラー", MessageIcon::Stop);
         return RenameResult::Failed;
     }
     if (followers.lists) followers.lists(file, to);
     // The browser finds the place of the current file in its folder by name.
-    if (open) state.CurrentFile = to;
+    transport.renamed(file, to);
     if (followers.browser) followers.browser();
     newPath = to;
-    if (open) release.reopen();
+    transport.takeUp(*released);
     return RenameResult::Done;
 }
 

@@ -9,8 +9,7 @@ namespace quenlox {
 
 class Dialogs;
 class FileSystem;
-class FileRelease;
-struct GlobalState;
+class Transport;
 
 // What the default format gives for a file without artist begins with an empty pair of parentheses: such a name, and an
 // empty one, is taken for a slip. Blanks around the name do not count.
@@ -26,7 +25,7 @@ struct RenameFollowers {
 // Gives `file` the name `name` in its own folder; a message says what went wrong. The file that is open is closed for
 // it; after a failure it stays closed, after a success CurrentFile is the new path and the track goes on where it was.
 // Characters that no file name may have are not looked for: the file system refuses them. `newPath` is set when done.
-RenameResult RenameFile(GlobalState& state, FileSystem& files, Dialogs& dialogs, FileRelease& release,
+RenameResult RenameFile(FileSystem& files, Dialogs& dialogs, Transport& transport,
                         const std::string& file, std::string_view name, const RenameFollowers& followers,
                         std::string& newPath);
 

@@ -300,7 +300,9 @@ LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
             return CDRF_NOTIFYITEMDRAW | (drag_.active() ? CDRF_NOTIFYPOSTPAINT : 0);
         case CDDS_ITEMPREPAINT: {
             const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
-            if (!view_.marked || row >= view_.rowCount() || !view_.marked(row)) return CDRF_DODEFAULT;
+            if (row >= view_.rowCount()) return CDRF_DODEFAULT;
+            if (view_.dimmed && view_.dimmed(row)) draw.clrText = GetSysColor(COLOR_GRAYTEXT);
+            if (!view_.marked || !view_.marked(row)) return CDRF_DODEFAULT;
             SelectObject(draw.nmcd.hdc, bold_.get());
             return CDRF_NEWFONT;
         }

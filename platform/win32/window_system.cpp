@@ -2,6 +2,9 @@
 
 #include <objbase.h>
 
+#include <thread>
+#include <utility>
+
 #include "forms/form.h"
 #include "platform/win32/dialog_window.h"
 #include "platform/win32/platform.h"
@@ -127,6 +130,30 @@ void WindowSystemWin32::pumpMessages() {
         }
         dispatch(message);
     }
+}
+
+bool WindowSystemWin32::runAside(std::function<void()> work, const std::function<bool()>& wanted) {
+    constexpr DWORD kQuick = 10, kLook = 20;  // ms: what is done so soon needs no messages; how often wanted() is asked
+    const std::shared_ptr<void> done(CreateEventW(nullptr, TRUE, FALSE, nullptr), CloseHandle);
+    ++*aside_;
+    std::thread([work = std::move(work), done, aside = aside_] {
+        try {
+            work();
+        } catch (...) {
+            // Nobody is here to take it; what failed stays undone.
+        }
+        SetEvent(done.get());
+        --*aside;
+    }).detach();
+    HANDLE event = done.get();
+    if (WaitForSingleObject(event, kQuick) != WAIT_OBJECT_0) {
+        while (MsgWaitForMultipleObjectsEx(1, &event, kLook, QS_ALLINPUT, MWMO_INPUTAVAILABLE) != WAIT_OBJECT_0) {
+            pumpMessages();
+            if (!wanted()) return false;
+        }
+    }
+    pumpMessages();
+    return wanted();
 }
 
 int WindowSystemWin32::run() {

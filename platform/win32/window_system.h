@@ -2,7 +2,9 @@
 // on the user-interface thread; only post() may be called from others.
 #pragma once
 
+#include <atomic>
 #include <deque>
+#include <memory>
 #include <mutex>
 
 #include "platform/win32/win32.h"
@@ -20,6 +22,8 @@ class WindowSystemWin32 : public WindowSystem {
     Rect workArea(const Rect& place) const override;
     bool mouseHeld() const override;
     void pumpMessages() override;
+    bool runAside(std::function<void()> work, const std::function<bool()>& wanted) override;
+    bool worksAside() const override { return *aside_ > 0; }
     void post(std::function<void()> task) override;
     int run() override;
     void quit() override;
@@ -35,6 +39,7 @@ class WindowSystemWin32 : public WindowSystem {
     OwnedWindow hidden_;
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
+    std::shared_ptr<std::atomic<int>> aside_ = std::make_shared<std::atomic<int>>(0);
 };
 
 inline TwipsPerPixel TwipsFor(UINT dpi) { return {1440.0 / dpi, 1440.0 / dpi}; }

@@ -215,7 +215,7 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
         for (const Surface::Pixel pixel : surface.pixels()) total = total * 31 + pixel;
         return std::to_string(total);
     };
-    const auto source = [this] { return top().information(); };
+    const auto source = [this] { return top().mainLabel[kInformationLabel].caption(); };
     const auto row = [&list] { return list.textOf(0, 0) + "|" + list.textOf(0, 1); };
     const auto columns = [this] {
         std::string text;

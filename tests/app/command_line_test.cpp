@@ -35,13 +35,12 @@ TEST(CommandLine, NamesAFileAndSwitchesBehindTheFirstSlash) {
     };
     for (const auto& c : cases) {
         GlobalState state;
-        state.CurrentFile = "old";
         state.PlayMode = 2;
         FakeDisplay display;
         StatusDisplay status(state, display);
-        std::string text = c.text;
-        EXPECT_EQ(ParseCommandLine(text, state, status), c.result) << c.text;
-        EXPECT_EQ(state.CurrentFile, c.file) << c.text;
+        std::string text = c.text, file = "old";
+        EXPECT_EQ(ParseCommandLine(text, file, state, status), c.result) << c.text;
+        EXPECT_EQ(file, c.file) << c.text;
         EXPECT_EQ(state.PlayMode, c.mode) << c.text;
         if (c.mode != 2) {
             EXPECT_EQ(display.playMode, PlayModeWord(c.mode)) << c.text;

@@ -65,7 +65,7 @@ struct Program {
     FakeTextPainter painter;
     FormLyrics lyrics{state, opt, painter};
     FormTag tag{state, opt, vbmp3, files, dialogs};
-    SettingsFile settings{files, {state, top, list, opt, gra, lyrics, tag}};
+    SettingsFile settings{files, {state, [this](const std::string& file) { state.CurrentFile = file; }, top, list, opt, gra, lyrics, tag}};
 };
 
 constexpr const char* kPath = "C:\\Quenlox\\Quenlox.ini";
@@ -90,7 +90,7 @@ constexpr const char* kFreshFile =
     "IntroPlay=0\r\nIntroTime=10\r\nVolume=0\r\nDispLyrics=1\r\nLyricsSelf=0\r\nLyricsTime=1\r\nLyricsLine=5\r\n"
     "LyricsMain=0\r\nTimeTag=0\r\nLyricsDir=\r\nBmpDir=\r\nPanelMode=0\r\nReName=0\r\nReNameS=(*N) *T\r\n"
     "ListType=0\r\nListTypeS=0\r\nDelList=0\r\n"
-    "ListTime=1\r\nStepPitch=6\r\nGapless=1\r\nSkinScale=1\r\nOutputDevice=-1\r\nOutputBuffer=250\r\n"
+    "ListTime=1\r\nStepPitch=6\r\nGapless=1\r\nPassOver=1\r\nSkinScale=1\r\nOutputDevice=-1\r\nOutputBuffer=250\r\n"
     "LyricsBold=0\r\nLyricsColor2=0\r\n"
     "[Lyrics]\r\nFont=ＭＳ Ｐゴシック\r\nX=0\r\nY=0\r\nW=4500\r\nH=3000\r\nColor=1\r\n"
     "[Equalizer]\r\nX=0\r\nY=0\r\n0Eq=FLAT,0,0,0,0,0,0,0,0,0,0\r\n1Eq=ROCK,20,50,0,-20,30,10,-20,50,30,10\r\n"
@@ -231,6 +231,7 @@ TEST(SettingsFile, EveryControlOfTheOptionsIsWrittenUnderItsKeyAndFilledFromIt) 
         {"IntroTime", slide(&FormOpt::HScrollIntro, 25), "25"},
         {"Volume", choose(&FormOpt::VolumeOption, 1), "1"},
         {"Gapless", check(&FormOpt::CheckGapless), "0"},
+        {"PassOver", check(&FormOpt::CheckPassOver), "0"},
         {"OutputBuffer", slide(&FormOpt::HScrollBuffer, 800), "800"},
         {"OutputDevice", [](FormOpt& opt) { opt.setOutputDevice(2); }, "2"},
         {"SkinScale", [](FormOpt& opt) { opt.ComboSkinScale.setListIndex(2); }, "3"},
@@ -299,14 +300,6 @@ TEST(SettingsFile, WidthsAreThoseOfTheCurrentListsViewAndNotOfTheOneWideColumn) 
     EXPECT_EQ(titleWidth(SavedBy("[Option]\r\nListType=1\r\nListNo=1\r\n", widen)), "55");
     const auto showColumns = [](Program& run) { run.opt.CheckListTypeS.setValue(1); };
     EXPECT_EQ(titleWidth(SavedBy("[Option]\r\nColumnTitle=77\r\n", showColumns)), "77");
-}
-
-TEST(SettingsFile, AStartForgetsWhichRowsWereCurrentButTheFolders) {
-    FakeFileSystem files;
-    Program run(files);
-    run.state.CurrentIndex = {1, 2, 3, 4};
-    run.settings.LoadSettings();
-    EXPECT_EQ(run.state.CurrentIndex, (std::array{-1, -1, -1, 4}));
 }
 
 TEST(SettingsFile, TheBrowserOpensTheFolderOnlyWhenItIsThere) {

@@ -19,7 +19,7 @@ struct Equalizer {
     explicit Equalizer(std::vector<double> chances = {0.5}) : random(std::move(chances)) {
         state.EqPresetTable[1] = {20, 50, 0, -20, 30, 10, -20, 50, 30, 10};
         state.PlayerStatus = kPlay;
-        state.MediaKind = 1203;
+        state.MediaKind = {kMp3, TagKind::Id3v1, true};
         const char* names[] = {"FLAT", "ROCK", "POPS", "LIGHT", "BGM"};
         for (int i = 0; i < 5; ++i) form.geLabel[i].setCaption(names[i]);
     }
@@ -75,13 +75,15 @@ TEST_F(FormGraTest, APresetARandomPatternAndALabelSendOneCall) {
 
 TEST_F(FormGraTest, TheLibraryIsToldWhatCountsForTheTrackThatSounds) {
     struct Case {
-        int kind, status;
+        BaseKind kind;
+        PlayStatus status;
         bool reload;
     };
-    for (const Case& c : {Case{3, kPlay, true}, {1104, kPause, true}, {3, kDecode, true}, {3, kStop, false}, {1, kPlay, false},
-                          {10, kPlay, false}, {0, kPlay, false}, {3, kLoad, false}}) {
+    for (const Case& c : {Case{kMp3, kPlay, true}, {kRmp, kPause, true}, {kMp3, kDecode, true}, {kMp3, kStop, false},
+                          {kWavePcm, kPlay, false}, {kMidi, kPlay, false}, {kUnknownKind, kPlay, false},
+                          {kMp3, kLoad, false}}) {
         Equalizer e;
-        e.state.MediaKind = c.kind;
+        e.state.MediaKind = {c.kind};
         e.state.PlayerStatus = c.status;
         e.form.Check4.setValue(1);
         EXPECT_EQ(e.vbmp3.count("reload"), c.reload) << c.kind << ' ' << c.status;

@@ -15,7 +15,6 @@ class FakeDisplay : public MainDisplay {
 
     void showKind(const std::string& name) override { kind = name; }
     void showInformation(const std::string& text) override { info = text; }
-    std::string information() const override { return info; }
     void showTitle(const std::string& newTitle, const std::string& newArtist) override {
         title = newTitle;
         artist = newArtist;

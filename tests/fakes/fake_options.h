@@ -37,6 +37,7 @@ class FakeOptions : public OptionControls {
         bool listTimeColumn = true;
         bool listColumns = false;
         bool deleteFromList = false;
+        bool passOverUnplayable = true;
         bool gaplessNext = true;
         int skinScale = 1;
     } values;
@@ -70,6 +71,7 @@ class FakeOptions : public OptionControls {
     bool listTimeColumn() const override { return values.listTimeColumn; }
     bool listColumns() const override { return values.listColumns; }
     bool deleteFromList() const override { return values.deleteFromList; }
+    bool passOverUnplayable() const override { return values.passOverUnplayable; }
     bool gaplessNext() const override { return values.gaplessNext; }
     int skinScale() const override { return values.skinScale; }
 

@@ -1,7 +1,9 @@
-// Play lists as vectors of paths. The random order of a list is its order turned by one, so that tests know it.
+// Play lists as vectors of paths. The random order of a list is its order turned by one more each time, so that tests
+// know it.
 #pragma once
 
 #include <array>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,33 +17,42 @@ class FakeTracks : public TrackSource {
     explicit FakeTracks(GlobalState& state) : state_(state) {}
 
     std::array<std::vector<std::string>, kListCount> lists;
+    std::set<std::string> unplayable;
     int ordersBuilt = 0;
 
     int trackCount(int list) const override { return static_cast<int>(lists[static_cast<std::size_t>(list)].size()); }
     std::string trackPath(int list, int index) const override {
         return lists[static_cast<std::size_t>(list)].at(static_cast<std::size_t>(index));
     }
-    void BuildShuffleOrder(int list) override {
+    RandomOrder drawOrder(int list) override {
         ++ordersBuilt;
-        const int count = trackCount(list);
-        auto& order = state_.ShuffleOrder[static_cast<std::size_t>(list)];
-        order.clear();
-        for (int i = 0; i < count; ++i) order.push_back((i + ordersBuilt) % count);
-        state_.ShufflePos[static_cast<std::size_t>(list)] = 0;
-        state_.ShufflePos[static_cast<std::size_t>(list) + 4] = count - 1;
+        std::vector<std::int32_t> order;
+        for (int i = 0; i < trackCount(list); ++i) order.push_back((i + ordersBuilt) % trackCount(list));
+        return RandomOrder(std::move(order));
     }
+    void BuildShuffleOrder(int list) override { state_.ShuffleOrder[static_cast<std::size_t>(list)] = drawOrder(list); }
     bool RemoveCurrentFileFromLists() override {
         bool removed = false;
         for (std::size_t list = 0; list < 2; ++list) {
-            int& current = state_.CurrentIndex[list];
             for (int row = trackCount(static_cast<int>(list)) - 1; row >= 0; --row) {
                 if (lists[list][static_cast<std::size_t>(row)] != state_.CurrentFile) continue;
+                std::vector<bool> goes(lists[list].size());
+                goes[static_cast<std::size_t>(row)] = true;
+                state_.ShuffleOrder[list].remove(goes);
                 lists[list].erase(lists[list].begin() + row);
-                if (row <= current) --current;
+                const int current = state_.CurrentIndex[list];
+                if (row <= current) onCurrentMoved(static_cast<int>(list), current - 1);
                 removed = state_.ListDirty = true;
             }
         }
         return removed;
+    }
+    void setPlayable(const std::string& path, bool playable) override {
+        if (playable) {
+            unplayable.erase(path);
+        } else {
+            unplayable.insert(path);
+        }
     }
 
   private:

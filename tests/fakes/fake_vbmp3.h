@@ -91,7 +91,10 @@ class FakeVbmp3 : public Vbmp3 {
 
     bool vbmp3_open(const std::string& path, vbmp3_FileInfo& info) override {
         calls.push_back("open " + path);
-        if (!vbmp3_getFileInfo(path, info)) return false;
+        if (!vbmp3_getFileInfo(path, info)) {
+            if (error == VBMP3_OK) error = VBMP3_ERROR_FORMAT;
+            return false;
+        }
         openFile = path;
         state = 0;
         return true;

@@ -83,6 +83,12 @@ class FakeWindowSystem : public WindowSystem {
             task();
         }
     }
+    bool runAside(std::function<void()> work, const std::function<bool()>& wanted) override {
+        work();
+        pumpMessages();
+        return wanted();
+    }
+    bool worksAside() const override { return false; }
     void post(std::function<void()> task) override { tasks.push_back(std::move(task)); }
     int run() override {
         pumpMessages();

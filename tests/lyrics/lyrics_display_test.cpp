@@ -241,7 +241,7 @@ TEST_F(LyricsDisplayTest, ALineIsDrawnWhenItIsDue) {
         vbmp3.positionMs = c.position;
         vbmp3.lines.stampMs[3] = c.next;
         vbmp3.lines.progressBytes = c.progressBytes;
-        state.PlayerStatus = c.status;
+        state.PlayerStatus = static_cast<PlayStatus>(c.status);
         tick();
         EXPECT_EQ(timer.interval(), c.interval) << c.position << ' ' << c.next;
     }

@@ -4,6 +4,7 @@
 
 #include "app/global_state.h"
 #include "lyrics/form_lyrics.h"
+#include "playback/status_display.h"
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_options.h"
@@ -23,12 +24,13 @@ struct Room {
     FakeDisplay display;
     FakeTextPainter painter;
     FormLyrics form{state, options, painter};
-    LyricsLookup lookup{state, options, vbmp3, files, display, form};
+    StatusDisplay status{state, display};
+    LyricsLookup lookup{state, options, vbmp3, files, status, form};
 
     Room() {
         state.CurrentFile = kTrack;
-        state.MediaKind = 1103;
-        display.info = "MPEG1 Layer3";
+        state.MediaKind = {kMp3, TagKind::Id3v2, true};
+        status.showFormat("MPEG1 Layer3");
         options.values.lyricsFolder = "D:\\words\\";
     }
     void addSideFile(const std::string& path, const std::string& bytes = "la") {
@@ -74,22 +76,15 @@ TEST_F(LyricsLookupTest, WithoutALyricsFolderOnlyTheFolderOfTheTrackIsSearched) 
     EXPECT_EQ(vbmp3.lyricsFile, "C:\\music\\01. a.b.txt");
 }
 
-TEST_F(LyricsLookupTest, AMarkIsNotPutBehindAPlus) {
-    display.info = "VBR+";
-    vbmp3.lyrics3Raw = "LYRICSBEGIN";
-    EXPECT_TRUE(lookup.ReadLyrics3());
-    EXPECT_EQ(display.info, "VBR+");
-}
-
 TEST_F(LyricsLookupTest, LookingAgainMarksTheSourceOfNowOnce) {
     vbmp3.timeTag = 1;
     addSideFile("D:\\words\\01. a.b.lrc");
     lookup.LoadLyrics();
-    display.info += " ﾃﾞﾊﾞｲｽなし";
+    status.showDevice(false);
     vbmp3.lyrics3Raw = "LYRICSBEGIN";
     options.values.lyrics3First = true;
     lookup.lookAgain();
-    EXPECT_EQ(display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし+L");
+    EXPECT_EQ(display.info, "MPEG1 Layer3+L ﾃﾞﾊﾞｲｽなし");
     vbmp3.lyrics3Raw = "";
     options.values.lyricsFolder = "";
     lookup.lookAgain();
@@ -106,7 +101,7 @@ TEST_F(LyricsLookupTest, ThePictureHasTheNameOfTheTrackOrOfItsFolder) {
 }
 
 TEST_F(LyricsLookupTest, AKindOfFileWithoutLyricsIsNotAsked) {
-    state.MediaKind = 103;
+    state.MediaKind.lyrics = false;
     state.LyricsKind = kPlainLyrics;
     form.setText("of the last track");
     vbmp3.lyrics3Raw = "LYRICSBEGIN";

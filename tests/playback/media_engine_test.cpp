@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/playback/player.h"
+#include "text/paths.h"
 
 namespace quenlox {
 namespace {
@@ -33,9 +34,9 @@ TEST(MediaKind, IsToldByTheExtensionElseByTheDecodingLibrary) {
     for (const auto& c : cases) {
         Player p;
         if (c.type >= 0) p.vbmp3.addFile(c.path, c.type);
-        p.state.CurrentFile = c.path;
-        p.engine.DetectMediaKind();
-        EXPECT_EQ(p.state.MediaKind, c.kind) << c.path << ' ' << c.type;
+        p.files.add(c.path);
+        p.open(c.path);
+        EXPECT_EQ(p.state.MediaKind.code(), c.kind) << c.path << ' ' << c.type;
         EXPECT_EQ(p.display.kind, c.name) << c.path;
         EXPECT_EQ(p.state.MediaKindName, c.name);
     }
@@ -68,38 +69,52 @@ TEST_F(OpenMedia, ShowsWhatTheFileSaysOfItself) {
         p.files.add("C:\\音楽\\曲.mp3");
         p.vbmp3.addFile("C:\\音楽\\曲.mp3", c.type, 225, c.title).variableBitRate = c.vbr;
         p.state.TitleMode = c.titleMode;
-        int opened = 0;
-        p.engine.onOpened = [&] { ++opened; };
         p.open("C:\\音楽\\曲.mp3");
         EXPECT_EQ(p.display.title, c.titleShown);
         EXPECT_EQ(p.display.info, c.information);
         EXPECT_EQ(p.display.length, "03:45");
         EXPECT_EQ(p.state.TotalSeconds, 225);
-        EXPECT_EQ(opened, 1);
     }
 }
 
-TEST_F(OpenMedia, AFileThatIsNotThereLeavesThePlayerStopped) {
-    for (const char* path : {"", "C:\\gone.mp3"}) {
+TEST_F(OpenMedia, WhatCannotBeOpenedShowsItselfAndWhy) {
+    using enum OpenResult;
+    const struct {
+        const char* path;
+        bool there;
+        int error;  // of the library, or of the media control
+        Opening opening;
+        const char* why;
+        int status;
+    } cases[] = {
+        {"", false, 0, {Nothing, false}, "", kStop},
+        {"C:\\gone.mp3", false, 0, {Missing, true}, "ファイルがありません", kStop},
+        {"X:\\gone.mp3", false, 0, {Missing, false}, "ファイルがありません", kStop},  // so is its drive
+        {"C:\\damaged.mp3", true, VBMP3_ERROR_FORMAT, {Refused, true}, "再生できません", kLoad},
+        {"C:\\locked.mp3", true, VBMP3_ERROR_NOT_FOUND, {Refused, false}, "再生できません", kLoad},
+        {"C:\\damaged.wma", true, 296, {Refused, true}, "再生できません", kLoad},
+        {"C:\\a.mid", true, 343, {Refused, false}, "再生できません", kLoad},  // no device for it
+        {"C:\\damaged.wav", true, 296, {Refused, true}, "再生できません", kLoad},
+    };
+    for (const auto& c : cases) {
         Player p;
-        p.state.PlayerStatus = kPlay;
-        p.open(path);
-        EXPECT_EQ(p.state.PlayerStatus, kStop);
-        EXPECT_EQ(p.display.time, "00:00");
-        EXPECT_THAT(p.vbmp3.calls, ElementsAre("clearLyrics", "close"));
-        EXPECT_EQ(p.display.refreshes, 1);
+        p.files.driveList = {{"C:\\", DriveType::Fixed}};
+        p.addMp3("C:\\before.mp3", 225, "Before");
+        p.open("C:\\before.mp3");
+        if (c.there) p.files.add(c.path);
+        p.vbmp3.error = c.error;
+        for (const char* command : {"open \"C:\\damaged.wma\" alias MediaFile", "open \"C:\\damaged.wav\" alias MediaFile",
+                                    "open \"C:\\a.mid\" type sequencer alias MediaFile"})
+            p.mci.answers[command] = {c.error, ""};
+        p.state.CurrentFile = c.path;
+        EXPECT_EQ(p.engine.OpenMedia(), c.opening) << c.path;
+        EXPECT_EQ(p.state.PlayerStatus, c.status) << c.path;
+        EXPECT_EQ(p.display.title, FileNameOf(c.path));
+        EXPECT_EQ(p.display.info, c.why) << c.path;
+        EXPECT_EQ(p.display.length + p.display.time + p.display.kind, "00:0000:00") << c.path;
+        EXPECT_EQ(p.state.MediaKind.code(), 0);
+        EXPECT_FALSE(p.engine.isOpen());
     }
-}
-
-TEST_F(OpenMedia, AFileThatWasLetGoOfIsOpenedAgainByTheNextPlay) {
-    addMp3("C:\\a.mp3");
-    open("C:\\a.mp3");
-    engine.CloseMedia();
-    EXPECT_EQ(vbmp3.openFile, "");
-    EXPECT_EQ(engine.PlayMedia(), MediaEngine::PlayResult::Playing);
-    engine.PlayMedia();
-    EXPECT_EQ(vbmp3.openFile, "C:\\a.mp3");
-    EXPECT_EQ(vbmp3.count("clearLyrics"), 2) << "opened once more and not each time";
 }
 
 TEST_F(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
@@ -127,7 +142,7 @@ TEST_F(OpenMedia, GoesThroughTheMediaControlForItsKinds) {
         EXPECT_EQ(p.state.TotalSeconds, 95) << c.path;
         EXPECT_EQ(p.display.length, "01:35");
         EXPECT_EQ(p.display.title, c.title);
-        EXPECT_EQ(p.state.TrackStartMs, p.state.baseKind() == kCdAudio ? 180000 : 0);
+        EXPECT_EQ(p.state.TrackStartMs, p.state.MediaKind.base == kCdAudio ? 180000 : 0);
     }
 }
 
@@ -152,22 +167,8 @@ TEST_F(OpenMedia, ATrackWhoseDriveHasAnotherLetterNowIsFoundWhereTheDiscIs) {
         EXPECT_EQ(p.state.CurrentFile, "X:\\Track02.cda") << "as the lists know it";
         const std::string open = c.opened ? std::string("open \"") + c.opened + "\" alias MediaFile" : "";
         EXPECT_EQ(p.mci.count(open), c.opened ? 1 : 0) << c.chosen << ' ' << c.tracks.front();
-        EXPECT_EQ(p.state.MediaKind, c.opened ? kCdAudio : kUnknownKind);
+        EXPECT_EQ(p.state.MediaKind.base, c.opened ? kCdAudio : kUnknownKind);
     }
-}
-
-TEST_F(OpenMedia, ARefusedOpenLeavesTheLengthAtZero) {
-    files.add("C:\\a.wma");
-    mci.answers["open \"C:\\a.wma\" alias MediaFile"] = {275, ""};
-    mci.answers["status MediaFile length"] = {0, "95500"};
-    open("C:\\a.wma");
-    EXPECT_EQ(state.TotalSeconds, 0);
-    EXPECT_EQ(mci.count("status MediaFile length"), 0);
-
-    files.add("C:\\a.txt");
-    open("C:\\a.txt");
-    EXPECT_EQ(vbmp3.count("open C:\\a.txt"), 0);
-    EXPECT_EQ(state.MediaKind, kUnknownKind);
 }
 
 TEST_F(OpenMedia, AnotherFileOpenedWhileMessagesAreHandledWins) {
@@ -183,11 +184,11 @@ TEST_F(OpenMedia, AnotherFileOpenedWhileMessagesAreHandledWins) {
 }
 
 TEST_F(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
-    using enum MediaEngine::PlayResult;
+    using enum PlayResult;
     const struct {
         const char* path;
         int code;         // error number of the library, or of the media control; 0: it plays
-        MediaEngine::PlayResult result;
+        PlayResult result;
         int status;       // 4 beforehand
         const char* command;
     } cases[] = {
@@ -223,21 +224,23 @@ TEST_F(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
     EXPECT_EQ(p.vbmp3.count("play"), 0);
 }
 
-TEST_F(PlayMedia, SaysOnceThatThereIsNoSoundDevice) {
-    vbmp3.deviceThere = false;
+TEST_F(PlayMedia, SaysThatThereIsNoSoundDeviceAsLongAsThatIsSo) {
     addMp3("C:\\a.mp3");
     open("C:\\a.mp3");
-    const std::string before = display.info;
-    engine.PlayMedia();
-    EXPECT_EQ(display.info, before + " ﾃﾞﾊﾞｲｽなし");
-    vbmp3.deviceThere = true;
-    engine.PlayMedia();
-    EXPECT_EQ(display.info, before) << "it is back";
+    const std::string format = display.info;
     vbmp3.deviceThere = false;
-    open("C:\\a.mp3");
     engine.PlayMedia();
-    EXPECT_EQ(display.info, before);
-    EXPECT_EQ(state.PlayerStatus, kPlay);
+    EXPECT_EQ(display.info, format + " ﾃﾞﾊﾞｲｽなし");
+    engine.status().showLyricsMarker("+W");
+    EXPECT_EQ(display.info, format + "+W ﾃﾞﾊﾞｲｽなし");
+    vbmp3.deviceThere = true;
+    monitor.Timer1_Timer();
+    EXPECT_EQ(display.info, format + "+W") << "it is back";
+    vbmp3.deviceThere = false;
+    monitor.Timer1_Timer();
+    engine.StopMedia();
+    EXPECT_EQ(display.info, format + "+W") << "nothing plays";
+    EXPECT_EQ((Information{"MPEG+", "+L", false}).text(), "MPEG+");
 }
 
 TEST(PauseMedia, GoesToTheBackEndThatPlaysAndKind40OnlyChangesItsWord) {
@@ -270,7 +273,7 @@ TEST(PauseMedia, GoesToTheBackEndThatPlaysAndKind40OnlyChangesItsWord) {
 }
 
 TEST(PauseMedia, DoesNothingUnlessPlayingOrPaused) {
-    for (const int status : {kStop, kError, kLoad, kWait, kDecode, kEncode}) {
+    for (const PlayStatus status : {kStop, kError, kLoad, kWait, kDecode, kEncode}) {
         Player p;
         p.addMp3("C:\\a.mp3");
         p.open("C:\\a.mp3");
@@ -284,7 +287,7 @@ TEST(PauseMedia, DoesNothingUnlessPlayingOrPaused) {
 TEST(SeekMedia, MovesInProportion) {
     const struct {
         const char* path;
-        int status;
+        PlayStatus status;
         std::vector<std::string> calls;  // of either back end
     } cases[] = {
         {"C:\\a.mp3", kPlay, {"seek 47.500000"}},
@@ -326,8 +329,8 @@ TEST(StopMedia, ResetsTimeAndStatusAndStopsTheBackEndThatPlays) {
         EXPECT_EQ(p.display.status, "STOP");
         EXPECT_EQ(p.display.time, "00:00");
         EXPECT_EQ(p.display.bar, 0);
-        EXPECT_EQ(p.vbmp3.count("stop"), p.state.playedByVbmp3());
-        EXPECT_EQ(p.mci.count("stop MediaFile"), !p.state.playedByVbmp3());
+        EXPECT_EQ(p.vbmp3.count("stop"), p.state.MediaKind.playedByVbmp3());
+        EXPECT_EQ(p.mci.count("stop MediaFile"), !p.state.MediaKind.playedByVbmp3());
     }
 }
 
@@ -343,7 +346,8 @@ TEST(StatusDisplay, APitchShowsWhilePlayingOnlyAndAnUnknownCodeIsAStop) {
 
 TEST(StatusDisplay, ShowsElapsedOrRemainingTimeAndAlwaysTheElapsedFraction) {
     const struct {
-        int total, seconds, timeMode, status;
+        int total, seconds, timeMode;
+        PlayStatus status;
         const char* time;   // "?" beforehand
         double bar;
     } cases[] = {

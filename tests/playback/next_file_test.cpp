@@ -45,14 +45,15 @@ TEST_F(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
 }
 
 TEST_F(NextFile, IsSentOnceNotWithEveryTick) {
+    options.values.passOverUnplayable = false;
     fillList(2);
     tracks.lists[0].push_back("C:\\x.txt");
     playRow(0, kProgram);
     for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
     EXPECT_EQ(vbmp3.count("next C:\\1.mp3"), 1);
-    monitor.letGoOf("C:\\2.mp3");
+    transport.letGoOf("C:\\2.mp3");
     EXPECT_EQ(vbmp3.nextFile, "C:\\1.mp3");
-    monitor.letGoOf("c:\\1.MP3");  // somebody replaces it
+    transport.letGoOf("c:\\1.MP3");  // somebody replaces it
     EXPECT_EQ(vbmp3.nextFile, "");
     monitor.Timer1_Timer();
     goOn();
@@ -73,10 +74,10 @@ TEST_F(NextFile, GoingOnMovesEverythingAsNextTrackWouldWithoutOpening) {
         for (int i = 0; i < 3; ++i) {
             gapless.vbmp3.calls.clear();
             gapless.goOn();
-            stepped.monitor.NextTrack();
+            stepped.transport.NextTrack();
             EXPECT_EQ(gapless.state.CurrentFile, stepped.state.CurrentFile);
             EXPECT_EQ(gapless.state.CurrentIndex, stepped.state.CurrentIndex);
-            EXPECT_EQ(gapless.state.ShufflePos[0], stepped.state.ShufflePos[0]);
+            EXPECT_EQ(gapless.state.ShuffleOrder[0].position(), stepped.state.ShuffleOrder[0].position());
             EXPECT_EQ(gapless.state.PlayIntent, stepped.state.PlayIntent);
             EXPECT_EQ(gapless.state.PlayerStatus, kPlay);
             EXPECT_EQ(gapless.display.title, stepped.display.title);
@@ -89,11 +90,11 @@ TEST_F(NextFile, GoingOnMovesEverythingAsNextTrackWouldWithoutOpening) {
 TEST_F(NextFile, ANewPassIsDrawnAheadAndTakenWhenTheLibraryGetsThere) {
     fillList(3);
     tracks.BuildShuffleOrder(0);  // 1 2 0
-    state.ShufflePos[0] = 2;
+    state.ShuffleOrder[0].moveTo(2);
     playRow(0, kRandom);
     EXPECT_EQ(vbmp3.nextFile, "C:\\2.mp3");  // the pass to come is 2 0 1
-    EXPECT_THAT(state.ShuffleOrder[0], ElementsAre(1, 2, 0));
-    EXPECT_EQ(state.ShufflePos[0], 2);
+    EXPECT_THAT(state.ShuffleOrder[0].order(), ElementsAre(1, 2, 0));
+    EXPECT_EQ(state.ShuffleOrder[0].position(), 2);
     for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
     EXPECT_EQ(tracks.ordersBuilt, 2);
     std::vector<std::string> played;
@@ -102,7 +103,7 @@ TEST_F(NextFile, ANewPassIsDrawnAheadAndTakenWhenTheLibraryGetsThere) {
         played.push_back(state.CurrentFile.substr(3, 1));
     }
     EXPECT_THAT(played, ElementsAre("2", "0", "1"));
-    EXPECT_THAT(state.ShuffleOrder[0], ElementsAre(2, 0, 1));
+    EXPECT_THAT(state.ShuffleOrder[0].order(), ElementsAre(2, 0, 1));
 }
 
 TEST_F(NextFile, AnEventOfAFileThatIsClosedIsDropped) {
@@ -110,8 +111,7 @@ TEST_F(NextFile, AnEventOfAFileThatIsClosedIsDropped) {
     addMp3("C:\\other.mp3");
     playRow(0, kProgram);
     const auto late = vbmp3.listener;
-    state.CurrentFile = "C:\\other.mp3";
-    monitor.OpenAndPlay();
+    transport.open({"C:\\other.mp3"}, kNoIntent, Transport::Start::Play);
     late(VBMP3_EVENT_NEXT_TRACK);
     windows.pumpMessages();
     EXPECT_EQ(state.CurrentFile, "C:\\other.mp3");
@@ -122,9 +122,9 @@ TEST_F(NextFile, ThatWasTakenBackTooLateIsStillFollowed) {
     fillList(3);
     playRow(0, kProgram);
     const std::string playing = vbmp3.nextFile;
-    monitor.StepPlayMode();
+    transport.StepPlayMode();
     state.PlayMode = kSingle;
-    monitor.RenewNextFile();
+    transport.RenewNextFile();
     EXPECT_EQ(vbmp3.nextFile, "");
     goOn();
     EXPECT_EQ(state.CurrentFile, playing);
@@ -146,8 +146,9 @@ TEST_F(NextFile, GoingOnJustAsTheUserStopsLeavesThePlayerStopped) {
     fillList(3);
     playRow(0, kProgram);
     vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
-    engine.StopMedia();
+    transport.stop();
     windows.pumpMessages();
+    EXPECT_EQ(state.PlayIntent, kNoIntent);
     EXPECT_EQ(state.PlayerStatus, kStop);
     EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");  // what the library would play now
 }

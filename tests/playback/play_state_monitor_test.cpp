@@ -10,12 +10,6 @@ namespace quenlox {
 namespace {
 
 using Poll = PlayerTest;
-using NextTrack = PlayerTest;
-using PreviousTrack = PlayerTest;
-using DelList = PlayerTest;
-using Modes = PlayerTest;
-
-using testing::ElementsAre;
 
 TEST(TrackStep, WrapsAtBothEndsOfAList) {
     struct Case {
@@ -28,21 +22,38 @@ TEST(TrackStep, WrapsAtBothEndsOfAList) {
 }
 
 TEST(TrackStep, ARandomOrderThatDoesNotFitItsListIsDrawnAnew) {
-    const std::vector<std::int32_t> order{2, 0, 1};
-    EXPECT_EQ(NextInShuffle({order, 0, 2}, 3).index, 0);
-    EXPECT_TRUE(NextInShuffle({order, 2, 2}, 3).needsNewOrder);      // used up
-    EXPECT_TRUE(NextInShuffle({order, 0, 2}, 2).needsNewOrder);      // of another list
-    EXPECT_TRUE(NextInShuffle({order, 2, 3}, 4).needsNewOrder);
-    const std::vector<std::int32_t> broken{0, 9, -1};
-    EXPECT_TRUE(NextInShuffle({broken, 0, 2}, 3).needsNewOrder);
-    EXPECT_TRUE(NextInShuffle({broken, 1, 2}, 3).needsNewOrder);
-    EXPECT_EQ(PreviousInShuffle({order, 0, 2}, 3).position, 2);
-    EXPECT_FALSE(PreviousInShuffle({order, 0, 2}, 3).needsNewOrder);
+    const std::vector<std::int32_t> order{2, 0, 1}, broken{0, 9, -1};
+    const struct {
+        std::vector<std::int32_t> order;
+        std::int32_t position;
+        int count;
+        Direction direction;
+        int index;      // -1: the first of a new order
+        std::int32_t at;
+    } cases[] = {
+        {order, 0, 3, Direction::Forward, 0, 1},  {order, 2, 3, Direction::Forward, -1, 0},  // used up
+        {order, 0, 2, Direction::Forward, -1, 0}, {order, 2, 4, Direction::Forward, -1, 0},  // of another list
+        {broken, 0, 3, Direction::Forward, -1, 0}, {order, -1, 3, Direction::Forward, 2, 0},
+        {order, 0, 3, Direction::Backward, 1, 2}, {order, 2, 3, Direction::Backward, 0, 1},
+    };
+    for (const auto& c : cases) {
+        int drawn = 0;
+        const auto step = PlanStep(c.direction, {c.count, 0, true, RandomOrder(c.order, c.position)}, [&] {
+            ++drawn;
+            return RandomOrder(std::vector<std::int32_t>(static_cast<std::size_t>(c.count), 1));
+        });
+        ASSERT_TRUE(step);
+        EXPECT_EQ(step->index, c.index < 0 ? 1 : c.index) << c.position << ' ' << c.count;
+        EXPECT_EQ(step->position, c.at);
+        EXPECT_EQ(drawn, c.index < 0 ? 1 : 0);
+    }
 }
 
 TEST(EndOfTrack, IsDecidedByIntentModeStatusAndList) {
     const struct {
-        int intent, mode, status, tracks;
+        int intent, mode;
+        PlayStatus status;
+        int tracks;
         const char* happens;  // "next", "again", "stop"
     } cases[] = {
         {1, kProgram, kPlay, 2, "next"},  {2, kProgram, kPlay, 2, "next"},   {1, kRandom, kPlay, 2, "next"},
@@ -62,7 +73,7 @@ TEST(EndOfTrack, IsDecidedByIntentModeStatusAndList) {
         p.state.PlayerStatus = c.status;
         p.vbmp3.calls.clear();
         bool decoded = false;
-        p.monitor.onDecodeEnded = [&] { decoded = true; };
+        p.transport.onDecodeEnded = [&] { decoded = true; };
         p.endTrack();
         const std::string happened = decoded                                  ? "decoded"
                                      : p.vbmp3.count("open C:\\1.mp3") == 1 ? "next"
@@ -127,104 +138,6 @@ TEST_F(Poll, ACdTrackCountsFromItsStartAndStopsAtItsOwnEnd) {
     monitor.Timer1_Timer();
     EXPECT_EQ(display.time, "01:00");
     EXPECT_EQ(mci.count("stop MediaFile"), 1);
-}
-
-TEST_F(NextTrack, WalksTheCurrentListOrTheFolder) {
-    for (const bool folder : {false, true}) {
-        Player p;
-        p.fillList(3, folder ? kFolderList : 1);
-        p.state.ListNo = 1;
-        p.state.UseFolderList = folder;
-        const std::size_t slot = folder ? 3 : 1;
-        std::string walked;
-        for (int i = 0; i < 4; ++i) {
-            p.monitor.NextTrack();
-            walked += p.state.CurrentFile.substr(3, 1) + std::to_string(p.state.PlayIntent) + " ";
-        }
-        for (int i = 0; i < 2; ++i) {
-            p.monitor.PreviousTrack();
-            walked += p.state.CurrentFile.substr(3, 1) + std::to_string(p.state.PlayIntent) + " ";
-        }
-        EXPECT_EQ(walked, "01 11 21 01 22 12 ");
-        EXPECT_EQ(p.state.CurrentIndex[slot], 1);
-        EXPECT_EQ(p.state.PlayerStatus, kPlay);
-    }
-}
-
-TEST_F(NextTrack, RandomPlaysEachOnceAPassAndLeavesOutTheFirstPositionOfTheFirstOrder) {
-    fillList(3);
-    tracks.BuildShuffleOrder(0);  // as at start: 1 2 0
-    state.PlayMode = kRandom;
-    std::vector<std::string> played;
-    for (int i = 0; i < 8; ++i) {
-        monitor.NextTrack();
-        played.push_back(state.CurrentFile.substr(3, 1));
-    }
-    EXPECT_THAT(played, ElementsAre("2", "0", "2", "0", "1", "0", "1", "2"));
-}
-
-TEST_F(PreviousTrack, RandomWalksTheOrderBackAndWrapsWithoutANewOne) {
-    fillList(3);
-    tracks.BuildShuffleOrder(0);  // 1 2 0
-    state.PlayMode = kRandom;
-    state.ShufflePos[0] = 1;
-    std::vector<std::string> played;
-    for (int i = 0; i < 3; ++i) {
-        monitor.PreviousTrack();
-        played.push_back(state.CurrentFile.substr(3, 1));
-    }
-    EXPECT_THAT(played, ElementsAre("1", "0", "2"));
-    EXPECT_THAT(state.ShuffleOrder[0], ElementsAre(1, 2, 0));
-}
-
-TEST_F(DelList, AFileThatCannotBePlayedLeavesTheListsAndTheNextOneIsTried) {
-    options.values.deleteFromList = true;
-    fillList(5);
-    files.remove("C:\\1.mp3");
-    vbmp3.files.erase("C:\\2.mp3");
-    playRow(0, kProgram);
-    endTrack();
-    EXPECT_EQ(state.CurrentFile, "C:\\3.mp3");
-    EXPECT_EQ(state.PlayerStatus, kPlay);
-    EXPECT_THAT(tracks.lists[0], ElementsAre("C:\\0.mp3", "C:\\3.mp3", "C:\\4.mp3"));
-    EXPECT_EQ(state.CurrentIndex[0], 1);
-    EXPECT_TRUE(state.ListDirty);
-}
-
-TEST_F(DelList, ComesToAnEndWhenNothingCanBePlayed) {
-    for (const std::size_t list : {0U, 2U}) {  // rows of list C stay
-        Player p;
-        p.options.values.deleteFromList = true;
-        for (int i = 0; i < 4; ++i) p.tracks.lists[list].push_back("C:\\gone" + std::to_string(i) + ".mp3");
-        p.state.ListNo = static_cast<int>(list);
-        p.state.PlayMode = kProgram;
-        p.monitor.NextTrack();
-        EXPECT_EQ(p.tracks.lists[list].size(), list == 0 ? 0U : 4U);
-        EXPECT_NE(p.state.PlayerStatus, kPlay);
-        p.monitor.PreviousTrack();
-        EXPECT_EQ(p.state.PlayIntent, list == 0 ? kNoIntent : kBackward);
-    }
-}
-
-TEST_F(DelList, OffTheListsStayAsTheyAre) {
-    fillList(2);
-    files.remove("C:\\1.mp3");
-    playRow(0, kProgram);
-    endTrack();
-    EXPECT_EQ(tracks.lists[0].size(), 2U);
-    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
-}
-
-TEST_F(Modes, AModeFromABrokenFileBeginsAnewAndTheTimeModeShowsAtOnce) {
-    state.PlayMode = -1;
-    monitor.StepPlayMode();
-    EXPECT_EQ(display.playMode, "SINGLE");
-    state.TotalSeconds = 100;
-    state.PositionSeconds = 10;
-    monitor.StepTimeMode();
-    EXPECT_EQ(display.time, "01:30");
-    monitor.StepTimeMode();
-    EXPECT_EQ(display.time, "00:10");
 }
 
 TEST(Intro, GoesOnAfterTheFirstSecondsUnlessTheUserHasMoved) {

@@ -7,7 +7,9 @@
 
 #include "app/global_state.h"
 #include "playback/media_engine.h"
+#include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"
+#include "playback/transport.h"
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_media_control.h"
@@ -28,7 +30,9 @@ struct Player {
     FakeOptions options;
     FakeTracks tracks{state};
     MediaEngine engine{state, vbmp3, mci, files, windows, display};
-    PlayStateMonitor monitor{state, engine, vbmp3, mci, tracks, options};
+    PitchControl pitch{state, vbmp3, options, engine.status()};
+    Transport transport{{state, engine, pitch, vbmp3, tracks, options}};
+    PlayStateMonitor monitor{state, engine, transport, vbmp3, mci, options};
 
     // A file on the disk that the decoding library knows.
     void addMp3(const std::string& path, int length = 60, const std::string& title = {}) {
@@ -45,10 +49,7 @@ struct Player {
     }
     void playRow(int row, int mode) {
         state.PlayMode = mode;
-        state.PlayIntent = kForward;
-        state.CurrentIndex[0] = row;
-        state.CurrentFile = tracks.trackPath(0, row);
-        monitor.OpenAndPlay();
+        transport.open({tracks.trackPath(0, row), 0, row}, kForward, Transport::Start::Play);
     }
     void open(const std::string& path) {
         state.CurrentFile = path;

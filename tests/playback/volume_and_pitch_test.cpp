@@ -110,7 +110,7 @@ TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
     };
     for (const auto& c : cases) {
         Pitch pitch;
-        pitch.state.MediaKind = 1103;
+        pitch.state.MediaKind = {kMp3};
         pitch.state.PlayerStatus = kPlay;
         for (const char* key = c.keys; *key != 0; ++key) {
             if (*key == 'h') pitch.control.High();
@@ -130,9 +130,9 @@ TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
 }
 
 TEST(PitchControl, OnlyWhatTheDecodingLibraryPlaysIsServed) {
-    for (const int kind : {0, 10, 20, 30, 40}) {
+    for (const BaseKind kind : {kUnknownKind, kMidi, kCdAudio, kWma, kWaveMci}) {
         Pitch pitch;
-        pitch.state.MediaKind = kind;
+        pitch.state.MediaKind = {kind};
         pitch.control.High();
         pitch.control.Low();
         pitch.control.Double();

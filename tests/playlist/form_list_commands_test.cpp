@@ -19,7 +19,7 @@ TEST_F(FormListCommands, DeleteRemovesTheSelectedRows) {
     EXPECT_EQ(names(0), "be");
     EXPECT_EQ(marks(), "..");
     EXPECT_EQ(view().focusedRow(), 1);
-    EXPECT_EQ(state.ShufflePos[4], 1);
+    EXPECT_EQ(state.ShuffleOrder[0].last(), 1);
     EXPECT_TRUE(state.ListDirty);
 }
 
@@ -115,7 +115,7 @@ TEST_F(FormListCommands, DroppedFoldersListsAndFilesAreAddedInTheirOrder) {
     form.PlayView_FilesDropped({"D:\\z.mp3", "D:\\album", "D:\\l.M3U", "D:\\note.txt"});
     EXPECT_EQ(paths(0), (Paths{"D:\\z.mp3", "D:\\album\\1.mp3", "D:\\album\\3.mp3", "E:\\4.mp3", "D:\\note.txt"}));
     EXPECT_EQ(view().rowCount(), 5);
-    EXPECT_EQ(state.ShufflePos[4], 4);
+    EXPECT_EQ(state.ShuffleOrder[0].last(), 4);
     EXPECT_TRUE(state.ListDirty);
 }
 
@@ -139,7 +139,7 @@ TEST_F(FormListCommands, AddingAHugeFolderGoesOnInSlicesAndCanBeCancelled) {
         if (!cancelled) {
             EXPECT_EQ(window.paths(0), many);
         }
-        EXPECT_EQ(window.state.ShufflePos[4], window.lists.count(0) - 1);
+        EXPECT_EQ(window.state.ShuffleOrder[0].last(), window.lists.count(0) - 1);
         EXPECT_TRUE(window.state.ListDirty);
         EXPECT_FALSE(window.form.cmdCancel.visible());
     }
@@ -171,7 +171,7 @@ TEST_F(FormListCommands, TheImportCommandAddsTheEntriesOfEachChosenListToTheCurr
     command->click();
     EXPECT_EQ(paths(1), (Paths{"D:\\m\\a\\1.mp3", "E:\\2.mp3", "D:\\日本の曲.mp3"}));
     EXPECT_EQ(lists.count(0), 0);
-    EXPECT_EQ(state.ShufflePos[5], 2);
+    EXPECT_EQ(state.ShuffleOrder[1].last(), 2);
     EXPECT_TRUE(state.ListDirty);
 }
 

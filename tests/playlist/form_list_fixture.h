@@ -17,10 +17,17 @@ struct ListWindow : Lists {
     FakeDialogs dialogs;
     FakeWindowSystem windows;
     FormList form{state, lists, files, dialogs};
-    std::vector<std::string> opened;  // "C:\\a.mp3 play" or "C:\\a.mp3"
+    // What was chosen for playing: path, list and row, intent, and whether it is opened, played or as before.
+    std::vector<std::string> opened;
+    OpenResult answer = OpenResult::Opened;
 
     explicit ListWindow(bool shown = true) {
-        form.onOpen = [this](bool play) { opened.push_back(state.CurrentFile + (play ? " play" : "")); };
+        form.onOpen = [this](const Transport::Track& track, int intent, Transport::Start start) {
+            const char* const starts[] = {"open", "play", "as before"};
+            opened.push_back(track.path + " " + std::to_string(track.list) + "/" + std::to_string(track.row) + " " +
+                             std::to_string(intent) + " " + starts[static_cast<int>(start)]);
+            return answer;
+        };
         form.realise(windows);
         if (shown) form.show();
     }

@@ -15,26 +15,22 @@ TEST_F(FormListWindow, DoubleClickPlaysTheRow) {
     form.showCurrentList();
     addLetters(1, "abc");
     form.PlayView_DblClick(2);
-    EXPECT_EQ(state.CurrentFile, "C:\\c.mp3");
-    EXPECT_EQ(state.CurrentIndex[1], 2);
-    EXPECT_EQ(state.PlayIntent, kForward);
-    EXPECT_THAT(opened, ElementsAre("C:\\c.mp3 play"));
-    EXPECT_TRUE(view().marked(2));
-    EXPECT_FALSE(view().marked(1));
+    EXPECT_THAT(opened, ElementsAre("C:\\c.mp3 1/2 1 play"));
+    // What plays goes on with a row that is loaded; a player that stands only opens it.
+    select(".x.");
+    form.menuLoad1_Click();
+    EXPECT_EQ(opened.back(), "C:\\b.mp3 1/1 0 as before");
+    answer = OpenResult::Busy;
+    form.PlayView_DblClick(0);
+    EXPECT_EQ(form.LabelStatus.caption(), "ファイル変換中は再生できません");
 }
 
-TEST_F(FormListWindow, LoadOpensTheRowAndPlaysItOnlyWhenAFileIsPlaying) {
-    for (const int status : {kStop, kPlay, kPause}) {
-        ListWindow window;
-        window.addLetters(0, "abc");
-        window.state.PlayerStatus = status;
-        window.state.PlayIntent = kForward;
-        window.select(".x.");
-        window.form.menuLoad1_Click();
-        EXPECT_EQ(window.state.CurrentIndex[0], 1);
-        EXPECT_EQ(window.state.PlayIntent, kNoIntent);
-        EXPECT_THAT(window.opened, ElementsAre(status == kPlay ? "C:\\b.mp3 play" : "C:\\b.mp3"));
-    }
+TEST_F(FormListWindow, ARowThatCouldNotBePlayedIsGreyUntilItCan) {
+    addLetters(0, "aba");
+    lists.setPlayable("C:\\a.mp3", false);
+    EXPECT_TRUE(view().dimmed(0) && !view().dimmed(1) && view().dimmed(2));
+    lists.setPlayable("C:\\a.mp3", true);
+    EXPECT_FALSE(view().dimmed(0));
 }
 
 TEST_F(FormListWindow, NothingHappensWithoutARow) {

@@ -57,6 +57,7 @@ struct Lists {
     explicit Lists(std::vector<double> chance = {0.5})
         : random(std::move(chance)), lists(state, options, files, vbmp3, random) {
         state.ListType = 1;
+        lists.onCurrentMoved = [this](int list, int row) { state.CurrentIndex[static_cast<std::size_t>(list)] = row; };
     }
 
     void add(int list, const Paths& paths) {

@@ -151,7 +151,7 @@ TEST(Removing, TakesTheSelectedRowsAndDrawsANewOrder) {
         lists.lists.removeSelected(2, Marked(c.marks));
         EXPECT_EQ(lists.names(2), c.left) << c.marks;
         EXPECT_EQ(lists.state.CurrentIndex[2], c.currentAfter) << c.marks;
-        EXPECT_EQ(lists.state.ShufflePos[6], lists.lists.count(2) - 1);
+        EXPECT_EQ(lists.state.ShuffleOrder[2].last(), lists.lists.count(2) - 1);
         EXPECT_TRUE(lists.state.ListDirty);
     }
 }
@@ -163,7 +163,7 @@ TEST_F(Clearing, EmptiesOneListAndDrawsNoOrder) {
     lists.clear(1);
     EXPECT_EQ(names(0), "ab");
     EXPECT_EQ(lists.count(1), 0);
-    EXPECT_EQ(state.ShufflePos[5], 1);
+    EXPECT_EQ(state.ShuffleOrder[1].last(), 1);
     EXPECT_TRUE(state.ListDirty);
 }
 

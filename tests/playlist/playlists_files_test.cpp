@@ -20,9 +20,9 @@ TEST_F(ListFileOfTheProgram, IsReadFromTheProgramFolderWithoutTouchingTheMediaFi
     EXPECT_EQ(names(0) + "," + names(1) + "," + names(2), "a,bb,c");
     EXPECT_FALSE(state.ListDirty);
     EXPECT_TRUE(vbmp3.infoReads.empty());
-    EXPECT_EQ(state.ShufflePos[4], 0);
-    EXPECT_EQ(state.ShufflePos[5], 1);
-    EXPECT_EQ(state.ShufflePos[6], 0);
+    EXPECT_EQ(state.ShuffleOrder[0].last(), 0);
+    EXPECT_EQ(state.ShuffleOrder[1].last(), 1);
+    EXPECT_EQ(state.ShuffleOrder[2].last(), 0);
 }
 
 TEST_F(ListFileOfTheProgram, MakesTheLastRowOfTheCurrentFileTheCurrentEntry) {

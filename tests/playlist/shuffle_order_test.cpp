@@ -13,9 +13,8 @@ using ShuffleOrder = ListsTest;
 
 using Order = std::vector<std::int32_t>;
 
-Order PassOf(const GlobalState& state, int list) {
-    const Order& order = state.ShuffleOrder[static_cast<std::size_t>(list)];
-    return {order.begin(), order.begin() + state.ShufflePos[static_cast<std::size_t>(list + 4)] + 1};
+const Order& PassOf(const GlobalState& state, int list) {
+    return state.ShuffleOrder[static_cast<std::size_t>(list)].order();
 }
 
 bool HoldsEachRowOnce(Order pass, int count) {
@@ -30,9 +29,9 @@ TEST_F(ShuffleOrder, ExchangesEachPositionWithOneDrawnFromTheWholeRange) {
     Lists fresh({0.9, 0.1, 0.5, 0.0});
     fresh.addLetters(1, "abc");
     fresh.lists.BuildShuffleOrder(1);
-    EXPECT_EQ(fresh.state.ShuffleOrder[1], (Order{1, 0, 2, 3}));
-    EXPECT_EQ(fresh.state.ShufflePos[1], 0);
-    EXPECT_EQ(fresh.state.ShufflePos[5], 2);
+    EXPECT_EQ(PassOf(fresh.state, 1), (Order{1, 0, 2}));
+    EXPECT_EQ(fresh.state.ShuffleOrder[1].position(), 0);
+    EXPECT_EQ(fresh.state.ShuffleOrder[1].last(), 2);
 }
 
 TEST_F(ShuffleOrder, HoldsEachEntryOnceWhateverChanceGives) {
@@ -45,9 +44,9 @@ TEST_F(ShuffleOrder, HoldsEachEntryOnceWhateverChanceGives) {
         for (int round = 0; round < 40; ++round) {
             many.lists.BuildShuffleOrder(0);
             ASSERT_TRUE(HoldsEachRowOnce(PassOf(many.state, 0), count)) << count;
-            ASSERT_EQ(many.state.ShufflePos[0], 0);
-            ASSERT_EQ(many.state.ShufflePos[4], count - 1);
-            ++seenFirst[static_cast<std::size_t>(many.state.ShuffleOrder[0][0])];
+            ASSERT_EQ(many.state.ShuffleOrder[0].position(), 0);
+            ASSERT_EQ(many.state.ShuffleOrder[0].last(), count - 1);
+            if (count > 0) ++seenFirst[static_cast<std::size_t>(PassOf(many.state, 0).front())];
         }
         if (count > 5) {
             EXPECT_LT(*std::max_element(seenFirst.begin(), seenFirst.end()), 30) << "always the same first entry";
@@ -68,7 +67,7 @@ TEST_F(ShuffleOrder, IsSafeForADrawAtTheEndOfItsRange) {
 TEST_F(ShuffleOrder, OfTheFolderListFollowsTheFilesOfTheFolder) {
     lists.setFolderFiles("C:\\", {"a.mp3", "b.mp3"});
     lists.BuildShuffleOrder(3);
-    EXPECT_EQ(state.ShufflePos[7], 1);
+    EXPECT_EQ(state.ShuffleOrder[3].last(), 1);
     EXPECT_EQ(lists.path(3, 1), "C:\\b.mp3");
     lists.setFolderFiles("C:\\sub", {"b.mp3"});
     EXPECT_EQ(lists.path(3, 0), "C:\\sub\\b.mp3");
@@ -79,14 +78,13 @@ TEST_F(ShuffleOrder, OfTheFolderListFollowsTheFilesOfTheFolder) {
 TEST_F(ShuffleOrder, APassGoesOnWithTheEntriesThatAreLeft) {
     addLetters(0, "abcde");
     lists.BuildShuffleOrder(0);
-    state.ShuffleOrder[0] = {4, 2, 0, 3, 1, 5};
-    state.ShufflePos[0] = 2;  // e, c and a have been played
+    state.ShuffleOrder[0] = RandomOrder({4, 2, 0, 3, 1}, 2);  // e, c and a have been played
     state.CurrentFile = "C:\\c.mp3";
     EXPECT_TRUE(lists.RemoveCurrentFileFromLists());
     EXPECT_EQ(names(0), "abde");
     EXPECT_EQ(PassOf(state, 0), (Order{3, 0, 2, 1})) << "e, a, d, b";
-    EXPECT_EQ(state.ShufflePos[0], 1);
-    EXPECT_EQ(state.ShufflePos[4], 3);
+    EXPECT_EQ(state.ShuffleOrder[0].position(), 1);
+    EXPECT_EQ(state.ShuffleOrder[0].last(), 3);
 }
 
 }  // namespace

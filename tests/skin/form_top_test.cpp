@@ -46,21 +46,109 @@ TEST_F(FormTopTest, ReleasedOutsideItDoesNothing) {
     EXPECT_FALSE(state.ButtonHeld);
 }
 
-TEST_F(FormTopTest, WhileBusyButtonsKeysSeekBarAndMenuAreRefused) {
+// What the doors to one command do in one status: played, paused, stopped, and which file is the current one.
+struct Door {
+    const char* command;
+    const char* name;
+    std::function<void(FormTop&)> open;
+};
+
+const MenuItem* Find(const std::vector<MenuItem>& items, const std::string& caption) {
+    for (const MenuItem& item : items) {
+        if (item.caption.starts_with(caption)) return &item;
+        if (const MenuItem* found = Find(item.items, caption)) return found;
+    }
+    return nullptr;
+}
+
+std::vector<Door> Doors() {
+    const auto button = [](int n) {
+        return [n](FormTop& top) {
+            const Point at{12 + 10 * n, 62};
+            top.Form_MouseDown(1, 0, at);
+            top.Form_MouseUp(1, 0, at);
+        };
+    };
+    const auto panel = [](int n) {
+        return [n](FormTop& top) {
+            top.DisplayA.setVisible(true);
+            const Point at{top.DisplayA.bounds().left + 10 * n + 5, top.DisplayA.bounds().top + 5};
+            top.Form_MouseDown(1, 0, at);
+            top.Form_MouseUp(1, 0, at);
+        };
+    };
+    const auto menu = [](const char* caption) {
+        return [caption](FormTop& top) { Find(top.menuMain().items, caption)->click(); };
+    };
+    const auto key = [](int code) {
+        return [code](FormTop& top) {
+            top.Form_KeyDown(code, 4);
+            top.Form_KeyUp(code, 4);
+        };
+    };
+    const auto media = [](int code) { return [code](FormTop& top) { top.Form_AppCommand(code); }; };
+    const auto spoken = [](const char* name) {
+        return [name](FormTop& top) {
+            for (const AccessiblePart& part : top.accessibleParts()) {
+                if (part.name == name && part.act) return part.act();
+            }
+        };
+    };
+    return {{"play or stop", "button", button(0)},     {"play or stop", "panel", panel(0)},
+            {"play or stop", "menu", menu("再生／停止")}, {"play or stop", "assistive", spoken("再生／停止")},
+            {"pause", "button", button(1)},            {"pause", "panel", panel(1)},
+            {"pause", "menu", menu("一時停止")},           {"pause", "assistive", spoken("一時停止")},
+            {"previous", "button", button(2)},         {"previous", "panel", panel(2)},
+            {"previous", "menu", menu("前の曲")},         {"previous", "key", key(37)},
+            {"previous", "media key", media(12)},      {"next", "button", button(3)},
+            {"next", "panel", panel(3)},               {"next", "menu", menu("次の曲")},
+            {"next", "key", key(39)},                  {"next", "media key", media(11)},
+            {"play", "key", key(38)},                  {"stop", "media key", media(13)}};
+}
+
+TEST_F(FormTopTest, EveryDoorToACommandDoesWhatTheCommandDoes) {
+    fillList();
+    for (const Door& door : Doors()) {
+        for (const PlayStatus status : {kStop, kPlay, kPause, kError, kLoad, kWait, kDecode, kEncode}) {
+            const auto outcome = [&](const std::function<void()>& act) {
+                state.PlayerStatus = kStop;
+                transport->open({"C:\\2.mp3", 0, 1}, kForward, Transport::Start::Play);
+                state.PlayerStatus = status;
+                act();
+                return state.CurrentFile + " " + std::to_string(state.PlayerStatus) + " " +
+                       std::to_string(state.PlayIntent) + " " + std::to_string(state.CurrentIndex[0]);
+            };
+            const std::string command = door.command;
+            const std::string expected = outcome([&] {
+                command == "play"           ? transport->play()
+                : command == "stop"         ? transport->stop()
+                : command == "play or stop" ? transport->playOrStop()
+                : command == "pause"        ? transport->pause()
+                : command == "next"         ? transport->NextTrack()
+                                            : transport->PreviousTrack();
+            });
+            EXPECT_EQ(outcome([&] { door.open(*top); }), expected) << command << " by " << door.name << ' ' << status;
+        }
+    }
+}
+
+TEST_F(FormTopTest, WhileAConversionRunsNothingElseActsEitherAndADropSaysSo) {
     openFile("C:\\a.mp3");
     state.PlayerStatus = kEncode;
     top->Form_MouseDown(1, 0, kPlayAt);
     EXPECT_EQ(at(10, 60), pixel(playback(0, false)));
-    top->Form_MouseUp(1, 0, kPlayAt);
     click({72, 4});  // close
     click({100, 51});
     top->Form_MouseDown(2, 0, {150, 90});
     top->Form_KeyDown(39, 4);
     EXPECT_FALSE(state.KeyLatch);
-    EXPECT_EQ(state.PlayerStatus, kEncode);
+    EXPECT_FALSE(top->Form_AppCommand(11)) << "the system may offer the key to another program";
     EXPECT_EQ(unloads, 0);
     EXPECT_TRUE(host->popups.empty());
-    EXPECT_EQ(vbmp3.count("play"), 0);
+    top->Form_FilesDropped({"C:\\a.mp3"}, {});
+    ASSERT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_EQ(dialogs.messages[0].text, "ファイル変換中は再生できません");
+    EXPECT_EQ(state.PlayerStatus, kEncode);
 }
 
 TEST_F(FormTopTest, PlayIsAToggleThatAlsoEndsAPitchChange) {
@@ -80,16 +168,6 @@ TEST_F(FormTopTest, PlayIsAToggleThatAlsoEndsAPitchChange) {
     EXPECT_EQ(state.PlayIntent, kNoIntent);
     EXPECT_EQ(state.PitchMode, kNormalPitch);
     EXPECT_EQ(vbmp3.pitch, 100);
-}
-
-TEST_F(FormTopTest, BackAndNextStepThroughTheList) {
-    fillList();
-    click({42, 62});
-    EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
-    EXPECT_EQ(state.PlayIntent, kForward);
-    click({32, 62});
-    EXPECT_EQ(state.CurrentFile, "C:\\3.mp3");
-    EXPECT_EQ(state.PlayIntent, kBackward);
 }
 
 TEST_F(FormTopTest, CommandsShowAndHideTheirWindows) {
@@ -206,9 +284,6 @@ TEST_F(FormTopTest, AltAndArrowsActOnceUntilTheKeyIsUp) {
     top->Form_KeyDown(39, 4);
     EXPECT_EQ(state.CurrentIndex[0], 1);
     top->Form_KeyUp(39, 4);
-    top->Form_KeyDown(37, 4);
-    top->Form_KeyUp(37, 4);
-    EXPECT_EQ(state.CurrentIndex[0], 0);
     pitch->Low();
     top->Form_KeyDown(40, 4);
     EXPECT_EQ(state.PlayerStatus, kStop);
@@ -220,22 +295,19 @@ TEST_F(FormTopTest, AltAndArrowsActOnceUntilTheKeyIsUp) {
     EXPECT_EQ(state.PlayerStatus, kPlay);
 }
 
-TEST_F(FormTopTest, MediaKeysActAsTheButtonsDo) {
+TEST_F(FormTopTest, MediaKeysMeanWhatTheySay) {
     openFile("C:\\a.mp3");
-    state.PlayerStatus = kStop;
-    EXPECT_TRUE(top->Form_AppCommand(14));
-    EXPECT_EQ(state.PlayerStatus, kPlay);
-    top->Form_AppCommand(14);
-    EXPECT_EQ(state.PlayerStatus, kPause);
-    top->Form_AppCommand(13);
-    EXPECT_EQ(state.PlayerStatus, kStop);
-    EXPECT_FALSE(top->Form_AppCommand(8));
-    const struct { int command, from, to; } cases[] = {{46, kStop, kPlay}, {46, kPlay, kPlay}, {46, kPause, kPlay}, {47, kPlay, kPause}, {47, kPause, kPause}};
+    const struct {
+        int command;
+        PlayStatus from, to;
+    } cases[] = {{14, kStop, kPlay}, {14, kPlay, kPause}, {14, kPause, kPlay}, {46, kStop, kPlay}, {46, kPlay, kPlay},
+                 {46, kPause, kPlay}, {47, kPlay, kPause}, {47, kPause, kPause}};
     for (const auto& c : cases) {
         state.PlayerStatus = c.from;
         EXPECT_TRUE(top->Form_AppCommand(c.command));
         EXPECT_EQ(state.PlayerStatus, c.to) << c.command << " from " << c.from;
     }
+    EXPECT_FALSE(top->Form_AppCommand(8));
 }
 
 TEST_F(FormTopTest, TheNotificationAreaHoldsTheProgramUntilItsIconIsClicked) {

@@ -9,6 +9,7 @@
 #include "playback/media_engine.h"
 #include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"
+#include "playback/transport.h"
 #include "playback/volume_control.h"
 #include "skin/form_top.h"
 #include "tests/fakes/bmp_of.h"
@@ -38,12 +39,13 @@ class SkinTest : public ::testing::Test {
         addPackage(kFolder, "default", kDefinition);
         top = std::make_unique<FormTop>(state, options, files, dialogs, shell, painter, values);
         engine = std::make_unique<MediaEngine>(state, vbmp3, mci, files, windows, *top);
-        monitor = std::make_unique<PlayStateMonitor>(state, *engine, vbmp3, mci, tracks, options);
         pitch = std::make_unique<PitchControl>(state, vbmp3, options, engine->status());
+        transport = std::make_unique<Transport>(Transport::Parts{state, *engine, *pitch, vbmp3, tracks, options});
+        monitor = std::make_unique<PlayStateMonitor>(state, *engine, *transport, vbmp3, mci, options);
         volume = std::make_unique<VolumeControl>(state, mixer, options);
         top->realise(windows);
         host = windows.hostOf(*top);
-        top->connect({engine.get(), monitor.get(), pitch.get(), volume.get()},
+        top->connect({transport.get(), engine.get(), monitor.get(), pitch.get(), volume.get()},
                      {&list, &optionsWindow, &tag, &convert, &equalizer, &lyrics, &about}, hooks());
         volume->open();
     }
@@ -70,8 +72,7 @@ class SkinTest : public ::testing::Test {
     void openFile(const std::string& path, int type = VBMP3_TYPE_MPEG, int length = 100) {
         files.add(path);
         vbmp3.addFile(path, type, length, "Title");
-        state.CurrentFile = path;
-        engine->OpenMedia();
+        transport->open({path}, kNoIntent, Transport::Start::Open);
     }
     // List A of C:\\1.mp3, C:\\2.mp3 and C:\\3.mp3.
     void fillList() {
@@ -112,8 +113,9 @@ class SkinTest : public ::testing::Test {
         about{"FormInfo", Form::Kind::Dialog};
     std::unique_ptr<FormTop> top;
     std::unique_ptr<MediaEngine> engine;
-    std::unique_ptr<PlayStateMonitor> monitor;
     std::unique_ptr<PitchControl> pitch;
+    std::unique_ptr<Transport> transport;
+    std::unique_ptr<PlayStateMonitor> monitor;
     std::unique_ptr<VolumeControl> volume;
     FakeFormHost* host = nullptr;
 };

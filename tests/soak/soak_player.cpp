@@ -302,7 +302,7 @@ int Folder(const std::string& folder) {
             slowestFile = soak.state().CurrentFile;
         }
         soak.state().PlayerStatus == kPlay ? ++sounding : ++refused;
-        if (soak.state().baseKind() >= kMidi) soak.top().Form_AppCommand(13);
+        if (soak.state().MediaKind.playedByMediaControl()) soak.top().Form_AppCommand(13);
         while (soak.state().PlayerStatus == kPlay) {
             soak.turn();
             if (Clock::now() - begun > kHang) Fail("does not end: " + soak.state().CurrentFile);

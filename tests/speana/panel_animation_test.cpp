@@ -26,7 +26,7 @@ struct Panel {
     Panel() {
         form.realise(windows);
         state.PlayerStatus = kPlay;
-        state.MediaKind = kMp3;
+        state.MediaKind = {kMp3};
         hear(1);
     }
     void hear(int n) {
@@ -78,7 +78,7 @@ TEST_F(PanelAnimationTest, NothingIsAskedOrDrawnWithoutReason) {
         EXPECT_EQ(p.refreshes(20), 0) << c.what;
     }
     Panel midi;
-    midi.state.MediaKind = kMidi;
+    midi.state.MediaKind = {kMidi};
     midi.refreshes(100);
     EXPECT_EQ(midi.refreshes(20), 0);
 }

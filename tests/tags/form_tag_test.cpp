@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "playlist/playlists.h"
-#include "tags/file_release.h"
 #include "tags/tag_limits.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_random.h"
@@ -31,14 +30,14 @@ struct Editor : Player {
         tag(kOther, VBMP3_TAG_ID3V1, "Other", "Band");
         tag(kWrapped, VBMP3_TAG_SI, "包み", "店");
         for (int list = 0; list < 3; ++list) lists.AddEntry(kSong, list);
-        engine.onOpened = [this] { form.currentFileOpened(); };
-        form.connect({&release, [this](const std::string& path) { letGo.push_back(path); },
+        transport.onTrackChanged = [this] { form.currentFileOpened(); };
+        form.connect({&transport,
                       {[this](const std::string& from, const std::string& to) { lists.renamePath(from, to); },
                        [this] { seenByBrowser.push_back(state.CurrentFile); }},
                       [this](const std::string& path) { written.push_back(path); },
                       [this] { return selected; }});
         form.fillGenres();
-        open(kSong);
+        transport.open({kSong}, kNoIntent, Transport::Start::Open);
         form.show();
         form.fill();
         vbmp3.calls.clear();
@@ -65,8 +64,7 @@ struct Editor : Player {
     FakeDialogs dialogs;
     FakeRandom random;
     Playlists lists{state, options, files, vbmp3, random};
-    FileRelease release{state, vbmp3, engine};
-    std::vector<std::string> selected, written, seenByBrowser, letGo;
+    std::vector<std::string> selected, written, seenByBrowser;
     FormTag form{state, options, vbmp3, files, dialogs};
 };
 
@@ -98,7 +96,7 @@ TEST_F(FormTagTest, ARenameThatIsRefusedIsSaidAndChangesNothing) {
     };
     for (const auto& c : cases) {
         Editor e;
-        e.engine.PlayMedia();
+        e.transport.play();
         e.form.TextFileName.setText(c.name);
         e.form.cmdRename.click();
         EXPECT_THAT(e.said(), ElementsAre(c.message)) << c.name;
@@ -139,8 +137,8 @@ TEST_F(FormTagTest, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
     };
     for (const Case& c : {Case{false, true}, {true, true}, {false, false}}) {
         Editor e;
-        e.engine.PlayMedia();
-        if (c.pause) e.engine.PauseMedia();
+        e.transport.play();
+        if (c.pause) e.transport.pause();
         e.vbmp3.positionMs = 12345;
         e.vbmp3.tagWritesWork = c.works;
         e.vbmp3.error = VBMP3_ERROR_LOCKED;
@@ -203,7 +201,7 @@ TEST_F(FormTagTest, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
 }
 
 TEST_F(FormTagTest, ItFollowsTheTrackWhenNothingIsUnsaved) {
-    open(kOther);
+    transport.open({kOther}, kNoIntent, Transport::Start::Open);
     EXPECT_EQ(form.TextTitle.text(), "Other");
     EXPECT_TRUE(form.CheckV1.checked());
     EXPECT_FALSE(form.CheckV2.checked());
@@ -225,7 +223,6 @@ TEST_F(FormTagTest, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
         EXPECT_STRNE(vbmp3.tags.at({path, kind}).title, "") << path;
     }
     EXPECT_EQ(written.size(), 3U);
-    EXPECT_THAT(letGo, ElementsAre(kOther, kWrapped)) << "one may be open as the next file";
     EXPECT_FALSE(vbmp3.tags.contains({kOther, VBMP3_TAG_ID3V2}));
     form.TextAlbum.setText("別の全集");
     dialogs.confirms = {true};
