@@ -96,27 +96,34 @@ def test_repeat_repeats_and_single_stops(s):
 
 
 @real_time
-def test_a_missing_file_in_the_list_is_passed_or_stops_and_harms_nothing(s):
+def test_what_cannot_be_played_is_passed_over_and_taken_out_or_kept_as_chosen(s):
     a, b, _ = tones(s)
-    missing = s.windows_path(s.material / "not there.mp3")
-    mark = s.sound_mark()
-    player = play(s, [a, missing, b], "/pm2", settings="[Option]\nDelList=1\n")
-    heard = hear(s, mark, 3.3 * SECONDS)
-    player.end()
-    s.equal(order(heard)[:3], "aba", "with the option to take missing files out of the list")
-    s.equal(player.kept("m3u").splitlines(), ["#ListA", s.windows_path(a), s.windows_path(b)], "list file")
+    missing, elsewhere = s.windows_path(s.material / "not there.mp3"), "Q:\\music\\on a drive that is gone.mp3"
+    damaged = s.material / "damaged.mp3"
+    damaged.write_bytes(b"no sound at all" * 100)
+    files = [a, missing, damaged, elsewhere, b]
+    for settings, kept in (("", range(5)), ("DelList=1\n", (0, 3, 4))):
+        mark = s.sound_mark()
+        player = play(s, files, "/pm2", settings=f"[Option]\n{settings}[List]\nShow=1\n")
+        before = player.kept("m3u").splitlines()
+        heard = hear(s, mark, 3.3 * SECONDS)
+        player.shot("passed over" + settings[:7])
+        player.end()
+        s.equal(order(heard)[:3], "aba", "tracks heard")
+        s.equal(player.kept("m3u").splitlines()[:1 + len(kept)], before[:1] + [before[1 + row] for row in kept], "list file")
+        s.wait_silence()
 
     mark = s.sound_mark()
-    player = play(s, [a, missing, b], "/pm2")
-    before = player.kept("m3u")
+    player = play(s, files, "/pm2", settings="[Option]\nPassOver=0\n")
     s.wait_sound(since=mark)
     s.wait_silence(seconds=2.5)
     s.equal(order(s.captured(mark).trimmed()), "a", "tracks heard")
+    player.shot("stopped at a missing file")
     player.window.activate()
-    s.driver.keys("alt+right")
+    for _ in range(3):
+        s.driver.keys("alt+right")
     s.wait_tone(PITCHES["b"])
     player.end()
-    s.equal(player.kept("m3u"), before, "list file")
 
 
 @real_time
