@@ -9,7 +9,7 @@
 #include "app/global_state.h"
 #include "playback/cd_drives.h"
 #include "playback/main_display.h"
-#include "playback/midi_text.h"
+#include "text/midi_text.h"
 #include "platform/file_system.h"
 #include "platform/media_control.h"
 #include "platform/vbmp3.h"

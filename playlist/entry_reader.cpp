@@ -7,7 +7,7 @@
 #include "app/option_settings.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
-#include "playback/midi_text.h"
+#include "text/midi_text.h"
 #include "playlist/name_estimate.h"
 #include "text/numbers.h"
 #include "text/paths.h"

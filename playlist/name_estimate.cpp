@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-#include "tags/format_file_name.h"
+#include "text/format_file_name.h"
 #include "text/paths.h"
 #include "text/strings.h"
 

@@ -7,7 +7,7 @@
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
-#include "tags/format_file_name.h"
+#include "text/format_file_name.h"
 #include "tags/tag_limits.h"
 #include "text/paths.h"
 #include "text/strings.h"

@@ -1,7 +1,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "playback/midi_text.h"
+#include "text/midi_text.h"
 #include "text/encoding.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

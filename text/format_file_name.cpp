@@ -1,4 +1,4 @@
-#include "tags/format_file_name.h"
+#include "text/format_file_name.h"
 
 #include "text/strings.h"
 

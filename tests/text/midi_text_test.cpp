@@ -1,4 +1,4 @@
-#include "playback/midi_text.h"
+#include "text/midi_text.h"
 
 #include <gtest/gtest.h>
 
