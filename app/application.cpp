@@ -43,7 +43,10 @@ Application::Application(const Services& services, std::string commandLine)
       convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
       about_(services.dialogs, services.files, services.shell),
       panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
-      settings_(services.files, {state_, [this](const std::string& file) { transport_.remember(file); }, top_, list_, options_, equalizer_, lyrics_, tag_}),
+      settings_(services.files,
+                {state_, [this](const std::string& file) { transport_.remember(file); }, top_, list_, options_,
+                 equalizer_, lyrics_, tag_},
+                splitValues_),
       quietSave_(state_, lists_) {
     // A file that could not be opened is the current one too.
     transport_.onTrackChanged = [this] {

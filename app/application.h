@@ -88,7 +88,7 @@ class Application {
     std::string helpFile_;
 
     GlobalState state_;
-    SplitValues splitValues_;
+    SplitValues splitValues_;  // of settings and skins
     FormOpt options_;
     FormTop top_;
     MediaEngine engine_;

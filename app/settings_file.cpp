@@ -56,12 +56,12 @@ void SettingsFile::loadEqualizer(const IniDocument& file) {
             ReadIniString(file, "Equalizer", std::to_string(entry) + "Eq", DefaultEqualizerEntry(entry));
         const std::size_t comma = text.find(',');
         SplitNumbers(comma == std::string::npos ? std::string_view{} : std::string_view(text).substr(comma + 1),
-                     values_);
+                     splitValues_);
         if (entry < FormGra::kPresets) {
             windows_.gra.geLabel[entry].setCaption(std::string(TrimBlanks(std::string_view(text).substr(0, comma))));
         }
         for (int band = 0; band < FormGra::kBands; ++band) {
-            const std::int32_t gain = values_(band + 1);
+            const std::int32_t gain = splitValues_(band + 1);
             if (entry < FormGra::kPresets) {
                 windows_.state.EqPresetTable[static_cast<std::size_t>(entry)][static_cast<std::size_t>(band)] = gain;
             } else {

@@ -38,7 +38,10 @@ struct SettingsWindows {
 
 class SettingsFile {
   public:
-    SettingsFile(FileSystem& files, const SettingsWindows& windows) : files_(files), windows_(windows) {}
+    // `splitValues` is shared with the skins: what a short list there leaves open keeps the numbers of the last list
+    // here.
+    SettingsFile(FileSystem& files, const SettingsWindows& windows, SplitValues& splitValues)
+        : files_(files), windows_(windows), splitValues_(splitValues) {}
 
     std::string path() const;  // of the file that is written
     bool exists() const;       // there is one to read
@@ -57,9 +60,9 @@ class SettingsFile {
 
     FileSystem& files_;
     SettingsWindows windows_;
+    SplitValues& splitValues_;
     IniDocument loaded_;
     bool unreadable_ = false;
-    SplitValues values_;
 };
 
 }  // namespace quenlox

@@ -55,7 +55,8 @@ std::int32_t ProfileInteger(std::string_view text) {
 }
 
 void SplitNumbers(std::string_view text, SplitValues& values) {
-    for (int element = 1; !text.empty() && element <= SplitValues::kCount; ++element) {
+    if (text.empty()) return;  // no field at all; one behind a last comma is empty, and 0
+    for (int element = 1; element <= SplitValues::kCount; ++element) {
         const std::size_t comma = text.find(',');
         values.set(element, NumericInteger(text.substr(0, comma)));
         if (comma == std::string_view::npos) return;

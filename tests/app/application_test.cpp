@@ -78,13 +78,16 @@ TEST_F(ApplicationTest, AFreshStartShowsTheDefaultSkinAndPlaysNothing) {
 
 TEST_F(ApplicationTest, SettingsSkinListsAndFileComeUpTogether) {
     addSong("C:\\music\\a.mp3");
-    files.add("C:\\Quenlox\\skin\\wide\\w.tsk", "[Main]\nVer=4\nBox=1\nSize=300,50\n");
-    files.add("C:\\Quenlox\\Quenlox.ini",
-              "[Main]\r\nX=1500\r\nY=750\r\nPlayMode=2\r\nFileName=C:\\music\\a.mp3\r\nSkinName=wide\r\n[List]\r\nShow=1\r\n");
+    files.add("C:\\Quenlox\\skin\\wide\\w.tsk", "[Main]\nVer=4\nBox=1\nSize=300\n");
+    files.add(
+        "C:\\Quenlox\\Quenlox.ini",
+        "[Main]\r\nX=1500\r\nY=750\r\nPlayMode=2\r\nFileName=C:\\music\\a.mp3\r\nSkinName=wide\r\n[List]\r\nShow=1\r\n"
+        "[Equalizer]\r\n5Eq=Custom,10,50\r\n");
     files.add("C:\\Quenlox\\Quenlox.m3u", "#ListA\r\nC:\\x.mp3\r\nC:\\music\\a.mp3\r\n");
     start();
     EXPECT_EQ(top().left(), 1500);
     EXPECT_EQ(top().picture()->width(), 300);
+    EXPECT_EQ(top().picture()->height(), 50) << "a short list of the skin keeps numbers of the settings";
     EXPECT_EQ(state().PlayMode, kProgram);
     EXPECT_EQ(vbmp3.openFile, "C:\\music\\a.mp3");
     EXPECT_EQ(state().CurrentIndex[0], 1);

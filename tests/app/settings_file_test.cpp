@@ -65,7 +65,11 @@ struct Program {
     FakeTextPainter painter;
     FormLyrics lyrics{state, opt, painter};
     FormTag tag{state, opt, vbmp3, files, dialogs};
-    SettingsFile settings{files, {state, [this](const std::string& file) { state.CurrentFile = file; }, top, list, opt, gra, lyrics, tag}};
+    SplitValues splitValues;
+    SettingsFile settings{files,
+                          {state, [this](const std::string& file) { state.CurrentFile = file; }, top, list, opt, gra,
+                           lyrics, tag},
+                          splitValues};
 };
 
 constexpr const char* kPath = "C:\\Quenlox\\Quenlox.ini";
