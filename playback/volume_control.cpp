@@ -33,8 +33,9 @@ void VolumeControl::refresh() {
 }
 
 void VolumeControl::setFromBar(int y, int height) {
-    if (height <= 0 || y < 0 || y > height) return;
-    setPercent(RoundHalfToEven((1 - static_cast<double>(y) / height) * 100));
+    if (height <= 0) return;
+    if (y >= height - 1 && y > 0) y = height;  // the lowest row that a pointer reaches is the bottom
+    setPercent(RoundHalfToEven((1 - static_cast<double>(std::clamp(y, 0, height)) / height) * 100));
 }
 
 void VolumeControl::sourcesChosen() {

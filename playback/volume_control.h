@@ -20,7 +20,8 @@ class VolumeControl {
     void open();    // finds the controls and reads the master volume into VolumePercent
     void close();
     void refresh(); // reads it again: somebody else may have changed it
-    // y in pixels from the top of a bar of that height; outside the bar nothing happens.
+    // y in pixels from the top of a bar of that height. Past an end, where a drag leads, it is that end; the last row
+    // is 0.
     void setFromBar(int y, int height);
     void setPercent(int percent);  // brought into 0 to 100
     void sourcesChosen();          // the bar drives the single sources from now on, or no more: they follow at once

@@ -26,8 +26,9 @@ TEST(VolumeControl, TheBarGivesPercentAndTheMixerItsShareOfTheRange) {
     const struct {
         int y, height, percent;
         std::uint32_t value;
-    } cases[] = {{0, 50, 100, 65535}, {50, 50, 0, 0},     {25, 50, 50, 32768},  // 32767.5 to the even one
-                          {1, 8, 88, 57671},   {3, 8, 62, 40632},  {-1, 50, 10, 7},      {51, 50, 10, 7}, {0, 0, 10, 7}};
+    } cases[] = {{0, 50, 100, 65535},  {25, 50, 50, 32768},  // 32767.5 to the even one
+                 {1, 8, 88, 57671},    {3, 8, 62, 40632},   {48, 50, 4, 2621},  {49, 50, 0, 0}, {50, 50, 0, 0},
+                 {-9, 50, 100, 65535}, {59, 50, 0, 0},      {0, 1, 100, 65535}, {0, 0, 10, 7}};
     for (const auto& c : cases) {
         GlobalState state;
         state.VolumePercent = 10;
