@@ -75,7 +75,10 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.drawPanel = [this] { panel_.Timer2_Timer(); };
     hooks.panelClicked = [this](int button) { panel_.clicked(button); };
     hooks.unload = [this] { unload(); };
-    hooks.idle = [this] { quietSave_.tick(QuietSave::Clock::now(), list_.busy() || services_.windows.mouseHeld()); };
+    hooks.idle = [this] {
+        followDevices();  // what the system tells nobody
+        quietSave_.tick(QuietSave::Clock::now(), list_.busy() || services_.windows.mouseHeld());
+    };
     hooks.help = [this] { showHelp(); };
     hooks.updateLyrics = [this] { lyricsDisplay_.Timer6_Timer(); };
     hooks.lyricsDisplayMode = [this](bool inWindow) { lyricsDisplay_.lyricsDisplayMode(inWindow); };
@@ -171,10 +174,21 @@ void Application::followOptions() {
     };
     options_.onQuality = [this] { services_.vbmp3.vbmp3_setQuality(FormOpt::chosen(options_.QualityOption)); };
     options_.onQuality();
-    options_.onOutput = [this] {
+    options_.followDevices();
+    const auto output = [this] {
         services_.vbmp3.vbmp3_setOutput(options_.outputDevice(), options_.HScrollBuffer.value());
     };
-    options_.onOutput();
+    output();
+    options_.onOutput = [this, output] {
+        output();
+        volume_.refresh();
+    };
+    services_.windows.onDevicesChanged = [this] { followDevices(); };
+}
+
+// Numbers of devices and mixers count anew when there are others.
+void Application::followDevices() {
+    if (options_.followDevices()) volume_.open();
 }
 
 // The single column of the file-name mode, or all of them; without widths of their own those of a fresh start.

@@ -77,6 +77,7 @@ class Application {
     void loadLibrary();
     void placeAroundMain();
     void followOptions();
+    void followDevices();
     void showListColumns();
     void connectConverter();
     void openFirstFile();

@@ -38,6 +38,7 @@ class OptionSettings {
     virtual bool deleteFromList() const = 0;        // "DelList"
     virtual bool passOverUnplayable() const = 0;    // "PassOver": a step goes on to a track that can be played
     virtual bool gaplessNext() const = 0;
+    virtual int outputDevice() const = 0;           // number of the device that is played on, -1 the system's default
     virtual int skinScale() const = 0;              // screen pixels for one pixel of the skin, 1 to 4
 };
 

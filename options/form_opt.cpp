@@ -10,6 +10,23 @@
 #include "text/strings.h"
 
 namespace quenlox {
+namespace {
+
+constexpr const char* kDefaultDeviceText = "既定のデバイス";
+
+std::string DeviceText(int device) { return "デバイス " + std::to_string(device); }
+
+// The device of that name, when two bear it the one with the number; without a name the one with the number. -1 none.
+// Names are cut short by the system, perhaps behind a blank, which a settings file does not keep.
+int FindDevice(const std::vector<std::string>& names, std::string_view name, int number) {
+    const bool there = number >= 0 && number < static_cast<int>(names.size());
+    const auto fits = [&](const std::string& other) { return TrimBlanks(other) == TrimBlanks(name); };
+    if (there && (name.empty() || fits(names[static_cast<std::size_t>(number)]))) return number;
+    const auto found = name.empty() ? names.end() : std::ranges::find_if(names, fits);
+    return found == names.end() ? -1 : static_cast<int>(found - names.begin());
+}
+
+}  // namespace
 
 FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(state) {
     FftOption.fill(*this, "FftOption", 0, 2);
@@ -19,7 +36,7 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     for (const int unused : {0, 2, 4}) LyricsOption[unused].setVisible(false);
     ComboSkinScale.setItems({{"等倍", 1}, {"2倍", 2}, {"3倍", 3}, {"4倍", 4}});
     ComboSkinScale.setListIndex(0);
-    ComboDevice.setItems({{"既定のデバイス", -1}});
+    ComboDevice.setItems({{kDefaultDeviceText, kDefaultDevice}});
     ComboDevice.setListIndex(0);
 
     setCaptions();
@@ -53,7 +70,15 @@ FormOpt::FormOpt(GlobalState& state) : Form("FormOpt", Kind::Dialog), state_(sta
     for (int i = 0; i <= 2; ++i) QualityOption[i].onClick = tell(&FormOpt::onQuality);
     for (int i = 0; i <= 1; ++i) VolumeOption[i].onClick = tell(&FormOpt::onVolume);
     CheckReName.onClick = tell(&FormOpt::onEstimate);
-    ComboDevice.onClick = HScrollBuffer.onChange = tell(&FormOpt::onOutput);
+    HScrollBuffer.onChange = tell(&FormOpt::onOutput);
+    ComboDevice.onClick = [this, output = tell(&FormOpt::onOutput)] {
+        const int device = ComboDevice.data();
+        if (!listing_ && device != kAbsentDevice) {
+            deviceName_ =
+                device >= 0 && device < std::ssize(devices_) ? devices_[static_cast<std::size_t>(device)] : "";
+        }
+        output();
+    };
     for (ScrollBar* bar : {&HScrollHiPitch, &HScrollLowPitch, &HScrollStepPitch})
         bar->onChange = tell(&FormOpt::onPitch);
     CheckListTime.onClick = CheckListTypeS.onClick = tell(&FormOpt::onListColumns);
@@ -94,22 +119,30 @@ void FormOpt::CommandDefaults_Click() {
 
 // Devices and drives come and go, so they are listed anew with every opening of the window.
 void FormOpt::Form_Shown() {
+    followDevices();
     listing_ = true;
-    listDevices();
     listCdDrives();
     listing_ = false;
 }
 
-void FormOpt::listDevices() {
-    if (!services_.devices) return;
-    const int chosenDevice = outputDevice();
-    std::vector<ComboBox::Item> items{{"既定のデバイス", -1}};
-    for (const std::string& name : services_.devices->names()) {
-        const int device = static_cast<int>(items.size()) - 1;
-        items.push_back({name.empty() ? "デバイス " + std::to_string(device) : name, device});
+bool FormOpt::followDevices() {
+    if (!services_.devices) return false;
+    const std::vector<std::string> before = std::exchange(devices_, services_.devices->names());
+    const int deviceBefore = outputDevice(), device = FindDevice(devices_, deviceName_, deviceBefore);
+    std::vector<ComboBox::Item> items{{kDefaultDeviceText, kDefaultDevice}};
+    for (int n = 0; n < std::ssize(devices_); ++n) {
+        const std::string& name = devices_[static_cast<std::size_t>(n)];
+        items.push_back({name.empty() ? DeviceText(n) : name, n});
     }
-    ComboDevice.setItems(std::move(items));
-    setOutputDevice(chosenDevice);
+    if (device < 0 && !deviceName_.empty()) items.push_back({deviceName_ + "（未接続）", kAbsentDevice});
+    if (device >= 0) deviceName_ = devices_[static_cast<std::size_t>(device)];
+    const bool absent = items.back().data == kAbsentDevice;
+    listing_ = true;
+    if (items != ComboDevice.items()) ComboDevice.setItems(items);
+    ComboDevice.setListIndex(absent ? static_cast<int>(items.size()) - 1 : device + 1);
+    listing_ = false;
+    if (outputDevice() != deviceBefore && onOutput) onOutput();
+    return devices_ != before;
 }
 
 void FormOpt::listCdDrives() {
@@ -133,10 +166,15 @@ void FormOpt::setOutputDevice(int device) {
     auto found = std::ranges::find(items, device, &ComboBox::Item::data);
     const int index = static_cast<int>(found - items.begin());
     if (found == items.end()) {
-        items.push_back({"デバイス " + std::to_string(device), device});
+        items.push_back({DeviceText(device), device});
         ComboDevice.setItems(std::move(items));
     }
     ComboDevice.setListIndex(index);
+}
+
+void FormOpt::setOutputDeviceName(const std::string& name) {
+    deviceName_ = name;
+    followDevices();
 }
 
 void FormOpt::setSkinScale(int factor) { ComboSkinScale.setListIndex(std::clamp(factor, 1, 4) - 1); }

@@ -2,8 +2,10 @@
 // them, writing it reads them back, and everybody else asks through OptionSettings. On the user-interface thread.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "app/option_settings.h"
 #include "forms/control_array.h"
@@ -65,7 +67,8 @@ class FormOpt : public Form, public OptionControls {
                                                                             // single sources too
     CheckBox CheckGapless{*this, "CheckGapless"};                           // "Gapless": no gap between tracks
     CheckBox CheckPassOver{*this, "CheckPassOver"};                         // "PassOver": what cannot be played
-    ComboBox ComboDevice{*this, "ComboDevice"};                             // "OutputDevice": -1 the system's default
+    ComboBox ComboDevice{*this, "ComboDevice"};                             // "OutputDevice": -1 the system's default,
+                                                                            // and "OutputDeviceName"
     ScrollBar HScrollBuffer{*this, "HScrollBuffer", kHorizontal, 50, 2000}; // "OutputBuffer", milliseconds
 
     // Lyrics.
@@ -126,9 +129,15 @@ class FormOpt : public Form, public OptionControls {
     static void choose(ControlArray<OptionButton>& options, int index);
     static int chosen(const ControlArray<OptionButton>& options);  // 0 when none is
 
-    // Which devices there are is known only while the program runs: one that is not listed gets an item of its own.
+    // The device is remembered by its name, because the numbers shift when devices come and go; the number counts for
+    // one without a name. One that is not there keeps an item of its own and is waited for; meanwhile the default
+    // plays.
     void setOutputDevice(int device);
-    int outputDevice() const { return ComboDevice.data(); }
+    void setOutputDeviceName(const std::string& name);
+    const std::string& outputDeviceName() const { return deviceName_; }  // empty: the default
+    // Devices may have come or gone: lists them anew and tells onOutput when the chosen one has another number now.
+    // True when there are others.
+    bool followDevices();
 
     bool titleAnimation() const override { return CheckAnime.checked(); }
     int titleAnimationSpeed() const override { return HScrollAnime.value(); }
@@ -159,6 +168,7 @@ class FormOpt : public Form, public OptionControls {
     bool deleteFromList() const override { return CheckDelList.checked(); }
     bool passOverUnplayable() const override { return CheckPassOver.checked(); }
     bool gaplessNext() const override { return CheckGapless.checked(); }
+    int outputDevice() const override { return std::max(ComboDevice.data(), kDefaultDevice); }
     int skinScale() const override { return ComboSkinScale.data(); }
 
     void setTitleAnimation(bool on) override { CheckAnime.setValue(on); }
@@ -180,14 +190,16 @@ class FormOpt : public Form, public OptionControls {
 
   private:
     static constexpr auto kHorizontal = ScrollBar::Direction::Horizontal;
+    static constexpr int kDefaultDevice = -1, kAbsentDevice = -2;  // numbers in ComboDevice
     void setCaptions();
     void showFigures();
-    void listDevices();
     void listCdDrives();
 
     GlobalState& state_;
     Services services_;
     bool listing_ = false;  // a list is being filled: its choice is not the user's
+    std::vector<std::string> devices_;                       // as listed
+    std::string deviceName_;                                 // of the chosen one
     std::string lyricsFolder_, pictureFolder_, nameFormat_;  // as last told
 };
 

@@ -1,4 +1,4 @@
-// The multimedia mixer of the system.
+// The multimedia mixer of the system. On the user-interface thread.
 #pragma once
 
 #include <cstdint>
@@ -15,15 +15,22 @@ struct MixerControl {
 class Mixer {
   public:
     enum ComponentType : std::uint32_t {
-        kSpeakers = 4,           // destination, the master volume
-        kSynthesizer = 0x1004,   // sources
+        kDigital = 1,  // destinations: the master volume of a device is one of them
+        kLine = 2,
+        kSpeakers = 4,
+        kHeadphones = 5,
+        kSynthesizer = 0x1004,  // sources
         kCompactDisc = 0x1005,
         kWaveOut = 0x1008
     };
 
     virtual ~Mixer() = default;
-    virtual bool open() = 0;
+    // Opens the mixer that a sound device belongs to, by the number that vbmp3_setOutput takes; -1 is the system's
+    // default. False when there is none, and then none is open.
+    virtual bool open(int device) = 0;
     virtual void close() = 0;
+    // The open mixer is still that of the device: the default device may have become another one.
+    virtual bool serves(int device) = 0;
     // Finds the volume control of a line. A failure leaves `control` as it was; the result is the mixer call's code.
     virtual int GetMixerVolumeControl(MixerControl& control, ComponentType component) = 0;
     virtual bool GetMixerVolume(const MixerControl& control, std::uint32_t& value) = 0;

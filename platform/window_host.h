@@ -60,6 +60,7 @@ class WindowSystem {
     virtual bool worksAside() const = 0;  // something runs there that nobody may come back for
     // Runs `task` on the user-interface thread as soon as it is idle; may be called from any thread.
     virtual void post(std::function<void()> task) = 0;
+    std::function<void()> onDevicesChanged;                // something was plugged in or out, a sound device perhaps
     virtual int run() = 0;                                 // until quit()
     virtual void quit() = 0;
 };

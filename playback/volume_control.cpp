@@ -12,17 +12,26 @@ VolumeControl::VolumeControl(GlobalState& state, Mixer& mixer, const OptionSetti
     : state_(state), mixer_(mixer), options_(options) {}
 
 void VolumeControl::open() {
-    if (!mixer_.open()) return;
-    mixer_.GetMixerVolumeControl(master_, Mixer::kSpeakers);
+    master_ = wave_ = synthesizer_ = disc_ = {};
+    if (!mixer_.open(options_.outputDevice())) return;
+    // Few devices are no speakers, but then have the one volume that there is.
+    for (const auto master : {Mixer::kSpeakers, Mixer::kHeadphones, Mixer::kDigital, Mixer::kLine}) {
+        if (mixer_.GetMixerVolumeControl(master_, master) == 0) break;
+    }
     mixer_.GetMixerVolumeControl(wave_, Mixer::kWaveOut);
     mixer_.GetMixerVolumeControl(synthesizer_, Mixer::kSynthesizer);
     mixer_.GetMixerVolumeControl(disc_, Mixer::kCompactDisc);
-    refresh();
+    read();
 }
 
 void VolumeControl::close() { mixer_.close(); }
 
 void VolumeControl::refresh() {
+    if (!mixer_.serves(options_.outputDevice())) return open();
+    read();
+}
+
+void VolumeControl::read() {
     std::uint32_t value = 0;
     if (master_.maximum <= master_.minimum || !mixer_.GetMixerVolume(master_, value)) return;
     const double share = (static_cast<double>(value) - master_.minimum) / (master_.maximum - master_.minimum);

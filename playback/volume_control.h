@@ -17,9 +17,12 @@ class VolumeControl {
 
     std::function<void()> onChange;  // VolumePercent is another: bar and display D are to be drawn
 
-    void open();    // finds the controls and reads the master volume into VolumePercent
+    // Finds the controls of the device that is played on and reads the master volume into VolumePercent. To be called
+    // again when devices have come or gone or another one is chosen.
+    void open();
     void close();
-    void refresh(); // reads it again: somebody else may have changed it
+    // Reads it again: somebody else may have changed it, or there is a mixer now where there was none.
+    void refresh();
     // y in pixels from the top of a bar of that height. Past an end, where a drag leads, it is that end; the last row
     // is 0.
     void setFromBar(int y, int height);
@@ -27,6 +30,8 @@ class VolumeControl {
     void sourcesChosen();          // the bar drives the single sources from now on, or no more: they follow at once
 
   private:
+    void read();
+
     GlobalState& state_;
     Mixer& mixer_;
     const OptionSettings& options_;

@@ -6,19 +6,37 @@
 #include "platform/win32/win32.h"
 
 #include <mmsystem.h>
+// Needs the types of the one before it.
+#include <mmddk.h>
 
 namespace quenlox::win32 {
 namespace {
+
+UINT MixerOf(int device) {
+    auto wave = static_cast<DWORD>(device);
+    if (device < 0) {
+        DWORD status = 0;
+        if (waveOutMessage(reinterpret_cast<HWAVEOUT>(static_cast<UINT_PTR>(WAVE_MAPPER)), DRVM_MAPPER_PREFERRED_GET,
+                           reinterpret_cast<DWORD_PTR>(&wave),
+                           reinterpret_cast<DWORD_PTR>(&status)) != MMSYSERR_NOERROR)
+            wave = 0;
+    }
+    UINT mixer = 0;
+    const auto object = reinterpret_cast<HMIXEROBJ>(static_cast<UINT_PTR>(wave));
+    return mixerGetID(object, &mixer, MIXER_OBJECTF_WAVEOUT) == MMSYSERR_NOERROR ? mixer : static_cast<UINT>(-1);
+}
 
 class MixerWin32 : public Mixer {
   public:
     ~MixerWin32() override { MixerWin32::close(); }
 
-    bool open() override {
+    bool open(int device) override {
         close();
-        if (mixerOpen(&mixer_, 0, 0, 0, MIXER_OBJECTF_MIXER) != MMSYSERR_NOERROR) mixer_ = nullptr;
+        number_ = MixerOf(device);
+        if (mixerOpen(&mixer_, number_, 0, 0, MIXER_OBJECTF_MIXER) != MMSYSERR_NOERROR) mixer_ = nullptr;
         return mixer_ != nullptr;
     }
+    bool serves(int device) override { return mixer_ && MixerOf(device) == number_; }
     void close() override {
         if (mixer_) mixerClose(mixer_);
         mixer_ = nullptr;
@@ -74,6 +92,7 @@ class MixerWin32 : public Mixer {
     }
 
     HMIXER mixer_ = nullptr;
+    UINT number_ = 0;
 };
 
 }  // namespace

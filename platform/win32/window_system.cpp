@@ -186,12 +186,11 @@ LRESULT CALLBACK WindowSystemWin32::HiddenProcedure(HWND window, UINT message, W
         const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(l);
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
     }
-    if (message == kTasksMessage) {
-        try {
-            reinterpret_cast<WindowSystemWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA))->runTasks();
-        } catch (...) {
-        }
-        return 0;
+    auto* system = reinterpret_cast<WindowSystemWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    try {
+        if (system && message == kTasksMessage) system->runTasks();
+        if (system && message == WM_DEVICECHANGE && system->onDevicesChanged) system->onDevicesChanged();
+    } catch (...) {
     }
     return DefWindowProcW(window, message, w, l);
 }

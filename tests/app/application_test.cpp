@@ -355,13 +355,32 @@ TEST_F(ApplicationTest, TheListLabelTellsWhatThereIs) {
     }
 }
 
-TEST_F(ApplicationTest, WithoutMixerOrSkinItStillStarts) {
+TEST_F(ApplicationTest, WithoutMixerOrSkinItStillStartsAndAMixerThatComesIsFound) {
     mixer.opens = false;
     files.all.clear();
     start();
     EXPECT_TRUE(top().visible());
     top().Form_Wheel(2, {});
     EXPECT_EQ(state().VolumePercent, 10);
+    mixer.opens = true;
+    top().Timer4.onTimer();
+    EXPECT_EQ(state().VolumePercent, 50);
+}
+
+TEST_F(ApplicationTest, LibraryAndMixerFollowTheChosenDeviceWhenNumbersShift) {
+    devices.list = {"Speakers", "USB"};
+    files.add("C:\\Quenlox\\Quenlox.ini", "[Option]\r\nOutputDevice=0\r\nOutputDeviceName=USB\r\n");
+    start();
+    const std::pair<std::vector<std::string>, int> later[] = {
+        {{"Speakers", "USB"}, 1}, {{"New", "Speakers", "USB"}, 2}, {{"New"}, -1}, {{"USB", "New"}, 0}, {{"USB"}, 0}};
+    for (const auto& [list, number] : later) {
+        devices.list = list;
+        windows.onDevicesChanged();
+        EXPECT_EQ(mixer.device, number);
+    }
+    EXPECT_EQ(std::ranges::count_if(vbmp3.calls, [](const std::string& c) { return c.starts_with("output "); }), 4);
+    application->options().ComboDevice.setListIndex(0);
+    EXPECT_EQ(mixer.device, -1);
 }
 
 }  // namespace

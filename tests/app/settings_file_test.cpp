@@ -87,14 +87,16 @@ IniDocument SavedBy(const std::string& stored, const std::function<void(Program&
 
 // What a fresh run writes.
 constexpr const char* kFreshFile =
-    "[Main]\r\nX=0\r\nY=0\r\nPlayMode=0\r\nViewType=0\r\nFileName=\r\nSkinName=\r\nTitleMode=0\r\nTimeMode=0\r\nTopMost=0\r\n"
+    "[Main]\r\nX=0\r\nY=0\r\nPlayMode=0\r\nViewType=0\r\nFileName=\r\nSkinName=\r\nTitleMode=0\r\nTimeMode="
+    "0\r\nTopMost=0\r\n"
     "[List]\r\nX=0\r\nY=0\r\nSX=5175\r\nSY=6015\r\nShow=0\r\n"
     "[Option]\r\nListNo=0\r\nCurDir=C:\\Quenlox\r\ndefCdDrv=\r\nX=0\r\nY=0\r\nAnimeMode=0\r\nAnimeTime=0\r\n"
     "SpeanaMode=0\r\nSpeanaTime=0\r\nSpeanaIntro=0\r\nFft=0\r\nQuality=0\r\nHiPitch=130\r\nLowPitch=80\r\n"
     "IntroPlay=0\r\nIntroTime=10\r\nVolume=0\r\nDispLyrics=1\r\nLyricsSelf=0\r\nLyricsTime=1\r\nLyricsLine=5\r\n"
     "LyricsMain=0\r\nTimeTag=0\r\nLyricsDir=\r\nBmpDir=\r\nPanelMode=0\r\nReName=0\r\nReNameS=(*N) *T\r\n"
     "ListType=0\r\nListTypeS=0\r\nDelList=0\r\n"
-    "ListTime=1\r\nStepPitch=6\r\nGapless=1\r\nPassOver=1\r\nSkinScale=1\r\nOutputDevice=-1\r\nOutputBuffer=250\r\n"
+    "ListTime=1\r\nStepPitch=6\r\nGapless=1\r\nPassOver=1\r\nSkinScale=1\r\n"
+    "OutputDevice=-1\r\nOutputDeviceName=\r\nOutputBuffer=250\r\n"
     "LyricsBold=0\r\nLyricsColor2=0\r\n"
     "[Lyrics]\r\nFont=ＭＳ Ｐゴシック\r\nX=0\r\nY=0\r\nW=4500\r\nH=3000\r\nColor=1\r\n"
     "[Equalizer]\r\nX=0\r\nY=0\r\n0Eq=FLAT,0,0,0,0,0,0,0,0,0,0\r\n1Eq=ROCK,20,50,0,-20,30,10,-20,50,30,10\r\n"
@@ -238,6 +240,7 @@ TEST(SettingsFile, EveryControlOfTheOptionsIsWrittenUnderItsKeyAndFilledFromIt) 
         {"PassOver", check(&FormOpt::CheckPassOver), "0"},
         {"OutputBuffer", slide(&FormOpt::HScrollBuffer, 800), "800"},
         {"OutputDevice", [](FormOpt& opt) { opt.setOutputDevice(2); }, "2"},
+        {"OutputDeviceName", [](FormOpt& opt) { opt.setOutputDeviceName("USB"); }, "USB"},
         {"SkinScale", [](FormOpt& opt) { opt.ComboSkinScale.setListIndex(2); }, "3"},
         {"DispLyrics", check(&FormOpt::CheckLyrics), "0"},
         {"LyricsSelf", check(&FormOpt::CheckLyricsSelf), "1"},

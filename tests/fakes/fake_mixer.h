@@ -21,8 +21,14 @@ class FakeMixer : public Mixer {
     bool works = true;
     bool opened = false;
 
-    bool open() override { return opened = opens; }
+    int device = -2;  // that it was opened for last
+
+    bool open(int of) override {
+        device = of;
+        return opened = opens;
+    }
     void close() override { opened = false; }
+    bool serves(int of) override { return opened && of == device; }
     int GetMixerVolumeControl(MixerControl& control, ComponentType component) override {
         const auto found = lines.find(component);
         if (!opened || found == lines.end()) return 1024;  // MIXERR_INVALLINE

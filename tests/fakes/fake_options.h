@@ -39,6 +39,7 @@ class FakeOptions : public OptionControls {
         bool deleteFromList = false;
         bool passOverUnplayable = true;
         bool gaplessNext = true;
+        int outputDevice = -1;
         int skinScale = 1;
     } values;
     bool operationPanelAllowed = true;
@@ -73,6 +74,7 @@ class FakeOptions : public OptionControls {
     bool deleteFromList() const override { return values.deleteFromList; }
     bool passOverUnplayable() const override { return values.passOverUnplayable; }
     bool gaplessNext() const override { return values.gaplessNext; }
+    int outputDevice() const override { return values.outputDevice; }
     int skinScale() const override { return values.skinScale; }
 
     void setTitleAnimation(bool on) override { values.titleAnimation = on; }

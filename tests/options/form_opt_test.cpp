@@ -81,9 +81,37 @@ TEST_F(FormOptTest, DevicesAndDrivesAreListedWithEveryOpening) {
     options.ComboCdDrive.setListIndex(0);
     EXPECT_EQ(state.DefaultCdDrive, "");
 
-    devices.list = {"Speakers"};  // the chosen one has been pulled out, and is waited for
-    options.Form_Shown();
-    EXPECT_EQ(options.outputDevice(), 2);
+    // The chosen one is pulled out, comes back with another number, and is still there when others come.
+    const std::pair<std::vector<std::string>, int> later[] = {
+        {{"Speakers"}, -1}, {{"USB", "Speakers"}, 0}, {{"USB"}, 0}};
+    for (const auto& [list, number] : later) {
+        devices.list = list;
+        EXPECT_TRUE(options.followDevices());
+        EXPECT_EQ(options.outputDevice(), number);
+    }
+    EXPECT_EQ(told, 2);
+    EXPECT_FALSE(options.followDevices());
+}
+
+TEST_F(FormOptTest, ADeviceIsFoundByItsNameElseByItsNumber) {
+    devices.list = {"Speakers", "A name that is cut at a blank ", "A name that is cut at a blank "};
+    const struct {
+        int number;
+        const char* name;
+        int found;
+        const char* text;
+    } cases[] = {{1, "Speakers", 0, "Speakers"},
+                 {2, "A name that is cut at a blank", 2, devices.list[2].c_str()},
+                 {0, "", 0, "Speakers"},
+                 {0, "A name that is cut at a blank", 1, devices.list[1].c_str()},
+                 {0, "Gone", -1, "Gone（未接続）"},
+                 {7, "", -1, "既定のデバイス"}};
+    for (const auto& c : cases) {
+        options.setOutputDevice(c.number);
+        options.setOutputDeviceName(c.name);
+        EXPECT_EQ(options.outputDevice(), c.found) << c.number << c.name;
+        EXPECT_EQ(options.ComboDevice.text(), c.text);
+    }
 }
 
 TEST_F(FormOptTest, AFolderIsTakenFromItsDialogAndKeptWhenThatIsCancelled) {

@@ -31,12 +31,12 @@ def test_the_volume_follows_bar_and_wheel_and_is_heard(s):
     def becomes(percent):
         s.wait_until(lambda: abs(s.listen(0.3).level_at(440) - full * percent / 100) < 0.02, f"the tone is heard at {percent} %")
 
-    for percent in (50, 100, 0, 80):
-        main.click((x, y + min(round(height * (1 - percent / 100)), height - 1), width, 1))
-        becomes(percent)
     middle = main.middle((x, y, width, height))
-    for beyond, percent in ((height, 0), (-height, 100), (0, 50)):
+    for beyond, percent in ((0, 50), (-height, 100), (height, 0)):
         s.driver.drag(*middle, middle[0], middle[1] + beyond)
+        becomes(percent)
+    for percent in (100, 0, 80):
+        main.click((x, y + min(round(height * (1 - percent / 100)), height - 1), width, 1))
         becomes(percent)
     for notches, percent in ((-6, 50), (20, 100)):
         for _ in range(abs(notches)):

@@ -1,12 +1,54 @@
-"""A sound device that stops, vanishes or hangs while it plays: stop and close answer all the same."""
+"""A sound device that stops, vanishes or hangs while it plays: stop and close answer all the same. And one of several."""
 
 import signal
 import subprocess
 
 from harness import material
 from harness.product import Product
+from harness.scenario import real_time
+from harness.sound import Sound
 
 AT_ONCE = 4  # seconds; what waits for a device that hangs takes five
+
+
+@real_time
+def test_the_device_is_found_by_its_name_and_the_volume_bar_is_that_of_the_one_that_plays(s):
+    def run(*command):
+        return subprocess.run(command, env=s.session.env, stdout=subprocess.PIPE).stdout
+
+    def level(sink):
+        record = f"parec -d {sink}.monitor --raw --format=s16le --rate=44100 --channels=2 2>&- | head -c {44100 * 4}"
+        return Sound.from_raw(run("sh", "-c", record)).part(0.5, 1).level_at(440)
+
+    module = run("pactl", "load-module", "module-null-sink", "sink_name=second", "sink_properties=device.description=Second")
+    file = material.write_mp3(s.material / "tone.mp3", material.tone(440, 60.0))
+    player = Product(s, file, "/p", ini="[Option]\nY=3000\nOutputDevice=0\nOutputDeviceName=Second\n")
+    s.wait_until(lambda: level("second") > 0.3, "it is heard on the device of that name")
+    s.equal(level("null"), 0.0, "level of the other")
+    x, y, width, height = player.skin.volume_bar
+
+    def bar_moves(sink):
+        full = level(sink)
+        for percent in (50, 0, 100):
+            player.click((x, y + min(height * (100 - percent) // 100, height - 1), width, 1))
+            s.wait_until(lambda: abs(level(sink) - full * percent / 100) < 0.03, f"{sink} is heard at {percent} %")
+
+    bar_moves("second")
+    form = player.open("オプション(N)", "オプション")
+    form.control("SysTabControl32").click(82, 10)
+    combo = form.control("ComboBox", where=lambda box: box.visible and "Second" in box.lines())
+    combo.click()
+    for key in ("up", "enter"):
+        s.driver.keys(key)
+    s.wait_equal(combo.selected_line, "Null Output", "device")
+    for _ in range(2):  # what plays changes its device when it plays the next time
+        player.press("play")
+        s.pause(0.5)
+    s.wait_until(lambda: level("null") > 0.3, "it is heard on the other one")
+    bar_moves("null")
+    player.end()
+    assert "OutputDevice=1\nOutputDeviceName=Null Output\n" in player.kept(), player.kept()
+    run("pactl", "unload-module", module.decode().strip())
 
 def test_stop_and_close_answer_whatever_the_device_does(s):
     file = material.write_mp3(s.material / "long.mp3", material.tone(440, 120.0))
