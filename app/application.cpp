@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "app/command_line.h"
+#include "platform/user_files.h"
+#include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -18,6 +20,9 @@ constexpr const char* kVersion = QUENLOX_VERSION;
 // Lyrics behaviour of the library: karaoke timing, untimed lines not spread over the track, at-mark tags, lines that
 // follow a seek at once.
 constexpr int kKaraokeUse = 1, kNotTagLyricsLine = 0, kAtMarkTag = 1, kSeekPlay = 1;
+// What the user should know of the end of the last run.
+constexpr std::string_view kNotesFileName = "Quenlox.log";
+constexpr std::uint64_t kLargestNotes = 64u << 10;                     // bytes; a longer one begins anew
 constexpr int kHelpContext = 11, kHelpContextData = 1, kHelpQuit = 2;  // commands of WinHelp
 
 }  // namespace
@@ -109,6 +114,8 @@ void Application::load() {
     loadLibrary();
     top_.ListSkins();
     lists_.LoadListFile();
+    // Not earlier: what has not been read yet must not be written.
+    services_.windows.onSessionEnd = [this] { endSession(); };
     engine_.ShowTitle();
     helpFile_ = services_.files.programFolder() + "\\Quenlox.hlp";
     openFirstFile();
@@ -257,21 +264,52 @@ FormTop::Figures Application::figures() const {
     return figures;
 }
 
+void Application::save() {
+    settings_.SaveSettings();
+    lists_.SaveListFile();
+}
+
 void Application::unload() {
     state_.Actions.note("end");
     tag_.offerToSave();
     state_.ShuttingDown = true;
-    convert_.unload();  // first: what it is making is given up
+    save();             // before all that a file or a device which does not answer may hold up for ever
+    convert_.unload();  // then: what it is making is given up
     services_.mediaControl.sendString("stop MediaFile");
     services_.mediaControl.sendString("close MediaFile");
     services_.vbmp3.vbmp3_close();
     services_.vbmp3.vbmp3_free();
     services_.shell.WinHelp(top_, helpFile_, kHelpQuit, 0);
-    settings_.SaveSettings();
-    lists_.SaveListFile();
+    save();  // its place in the order; what stands there already is not written again
     volume_.close();
     for (Form* form : otherWindows()) form->unload();
     services_.windows.quit();
+}
+
+// The end of the session of Windows: nobody is asked and no window is closed, or it would be hidden at the next start.
+// What shall be kept is written first, then what others would find is cleared away. Sound and files go with the
+// process: closing them may wait for what does not answer.
+void Application::endSession() {
+    // Else the program was ending by itself, and has saved.
+    if (!std::exchange(state_.ShuttingDown, true)) {
+        save();
+        noteDroppedEdits();
+        convert_.unload();
+        services_.mediaControl.sendString("stop MediaFile");
+        services_.mediaControl.sendString("close MediaFile");
+    }
+    services_.windows.exitProcess();
+}
+
+void Application::noteDroppedEdits() {
+    if (!tag_.edited()) return;
+    const std::string path = UserFileToWrite(services_.files, kNotesFileName);
+    std::string text = DecodeText(services_.files.read(path, kLargestNotes).value_or(""));
+    const std::time_t now = std::time(nullptr);
+    char when[32] = "";
+    if (const std::tm* local = std::localtime(&now)) std::strftime(when, sizeof when, "%Y-%m-%d %H:%M:%S  ", local);
+    text += when + ("Windowsの終了のため、保存していないタグの変更は失われました: " + tag_.file()) + "\r\n";
+    services_.files.write(path, EncodeText(text));
 }
 
 }  // namespace quenlox

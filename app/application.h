@@ -73,6 +73,9 @@ class Application {
 
   private:
     void unload();
+    void endSession();
+    void save();
+    void noteDroppedEdits();
     std::array<Form*, 7> otherWindows();  // all but the main window
     void loadLibrary();
     void placeAroundMain();

@@ -89,7 +89,8 @@ bool SettingsFile::SaveSettings() {
     for (const SettingsKey& key : SettingsKeys()) {
         if (const auto value = key.write(windows_)) WriteIniString(file, key.section, key.key, *value);
     }
-    return files_.write(path(), file.serialise());
+    const std::string text = file.serialise();
+    return bytes == text || files_.write(path(), text);
 }
 
 }  // namespace quenlox

@@ -47,8 +47,9 @@ class SettingsFile {
     bool exists() const;       // there is one to read
     // A mode is stored one step back and stepped forward by the handler that the user's click calls, which shows it.
     void LoadSettings();
-    // Every key, in the order of the table; unknown keys and comments of the file stay. False when the file could not
-    // be written, which leaves it as it was. A file that was there and could not be read is not touched.
+    // Every key, in the order of the table; unknown keys and comments of the file stay. A file that says so already is
+    // not written. False when the file could not be written, which leaves it as it was. A file that was there and
+    // could not be read is not touched.
     bool SaveSettings();
     // The options of the options window as on a fresh start, in effect at once. The list mode counts at the next start.
     void resetOptions();

@@ -61,8 +61,13 @@ class WindowSystem {
     // Runs `task` on the user-interface thread as soon as it is idle; may be called from any thread.
     virtual void post(std::function<void()> task) = 0;
     std::function<void()> onDevicesChanged;                // something was plugged in or out, a sound device perhaps
+    // The session of Windows is ending: told once, whichever window hears of it first, also while a menu, a message or
+    // another loop of the system is open. The system may end the process at any moment behind it.
+    std::function<void()> onSessionEnd;
     virtual int run() = 0;                                 // until quit()
     virtual void quit() = 0;
+    // Ends the process here and now: boxes, menus and loops that are still open do not run on to their ends.
+    virtual void exitProcess() = 0;
 };
 
 }  // namespace quenlox

@@ -224,6 +224,7 @@ SectionEnd
 Section /o "un.$(SectionUserFiles)" UnSectionUserFiles
   Delete "$INSTDIR\Quenlox.ini"
   Delete "$INSTDIR\Quenlox.m3u"
+  Delete "$INSTDIR\Quenlox.log"
   RMDir "$INSTDIR"
 SectionEnd
 

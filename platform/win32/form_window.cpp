@@ -333,7 +333,7 @@ FormWindow::Result FormWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_QUERYENDSESSION:
             return TRUE;
         case WM_ENDSESSION:
-            if (w) form_->unload();
+            if (w) system_.endSession();
             return 0;
         case WM_ACTIVATE:
             // Keys that are let go elsewhere are not told of.

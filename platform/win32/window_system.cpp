@@ -164,6 +164,13 @@ int WindowSystemWin32::run() {
 
 void WindowSystemWin32::quit() { PostQuitMessage(0); }
 
+// Not ExitProcess: what the libraries take down when they are unloaded would wait for threads that are gone.
+void WindowSystemWin32::exitProcess() { TerminateProcess(GetCurrentProcess(), 0); }
+
+void WindowSystemWin32::endSession() {
+    if (const auto told = std::exchange(onSessionEnd, {})) told();
+}
+
 void WindowSystemWin32::post(std::function<void()> task) {
     const std::lock_guard lock(mutex_);
     tasks_.push_back(std::move(task));

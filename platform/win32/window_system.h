@@ -27,6 +27,9 @@ class WindowSystemWin32 : public WindowSystem {
     void post(std::function<void()> task) override;
     int run() override;
     void quit() override;
+    void exitProcess() override;
+
+    void endSession();  // one of the windows has been told
 
     // Owns the windows that have no button of their own in the taskbar. Never shown.
     HWND hiddenOwner() const { return hidden_.get(); }

@@ -132,15 +132,43 @@ TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
     start("C:\\b.mp3 /p");
     mci.commands.clear();
     top().move(300, 450);
+    state().ListDirty = true;
+    std::vector<int> writes;
+    mci.onCommand = vbmp3.onClose = [&] { writes.push_back(files.writes); };
     top().unload();
+    EXPECT_EQ(writes, (std::vector<int>{2, 2, 2})) << "written before anything is waited for";
+    EXPECT_EQ(files.writes, 2) << "and not once more";
     EXPECT_EQ(mci.commands, (std::vector<std::string>{"stop MediaFile", "close MediaFile"}));
     EXPECT_EQ(vbmp3.calls[vbmp3.calls.size() - 1], "free");
     EXPECT_EQ(vbmp3.calls[vbmp3.calls.size() - 2], "close");
     EXPECT_EQ(shell.helps.back(), "C:\\Quenlox\\Quenlox.hlp 2 0");
     EXPECT_NE(files.bytesOf("C:\\Quenlox\\Quenlox.ini").find("X=300\r\nY=450"), std::string::npos);
-    EXPECT_EQ(files.bytesOf("C:\\Quenlox\\Quenlox.m3u"), "C:\\b.mp3\r\n; kept as it is");
     EXPECT_FALSE(mixer.opened);
     EXPECT_TRUE(windows.hasQuit);
+}
+
+TEST_F(ApplicationTest, TheEndOfTheSessionSavesAsksNothingAndHidesNothing) {
+    addSong("C:\\b.mp3");
+    files.add("C:\\Quenlox\\Quenlox.ini", "[List]\r\nShow=1\r\n");
+    files.add("C:\\Quenlox\\Quenlox.m3u", "#ListA\r\nC:\\b.mp3\r\n");
+    start("C:\\b.mp3");
+    auto& tag = dynamic_cast<FormTag&>(opened("タグ情報"));
+    top().move(300, 450);
+    state().ListDirty = true;
+    for (const bool once : {true, false}) {
+        tag.TextTitle.setText("Edited");
+        windows.onSessionEnd();
+        EXPECT_TRUE(windows.hasQuit);
+        const std::string kept = files.bytesOf("C:\\Quenlox\\Quenlox.ini");
+        for (const char* text : {"X=300\r\nY=450", "Show=1", "DispLyrics=1"})
+            EXPECT_NE(kept.find(text), std::string::npos) << kept;
+        const std::string notes = files.bytesOf("C:\\Quenlox\\Quenlox.log");
+        EXPECT_EQ(std::ranges::count(notes, '\n'), 1) << once;
+        EXPECT_TRUE(notes.ends_with(": C:\\b.mp3\r\n")) << notes;
+        EXPECT_EQ(files.writes, 3);
+    }
+    EXPECT_TRUE(dialogs.questions.empty() && dialogs.messages.empty());
+    EXPECT_TRUE(tag.visible() && top().visible() && application->list().visible());
 }
 
 TEST_F(ApplicationTest, WhatIsDeliveredInAReadOnlyFolderIsTheBeginningOfTheUsersOwn) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -18,9 +19,11 @@ class FakeMediaControl : public MediaControl {
     };
     std::vector<std::string> commands;
     std::map<std::string, Answer> answers;
+    std::function<void()> onCommand;
 
     int sendString(const std::string& command, std::string* reply = nullptr) override {
         commands.push_back(command);
+        if (onCommand) onCommand();
         const auto found = answers.find(command);
         if (reply) *reply = found == answers.end() ? std::string() : found->second.reply;
         return found == answers.end() ? 0 : found->second.code;

@@ -99,8 +99,10 @@ class FakeVbmp3 : public Vbmp3 {
         state = 0;
         return true;
     }
+    std::function<void()> onClose;
     void vbmp3_close() override {
         calls.push_back("close");
+        if (onClose) onClose();
         openFile.clear();
         nextFile.clear();
         state = 0;

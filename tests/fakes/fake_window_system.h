@@ -95,6 +95,7 @@ class FakeWindowSystem : public WindowSystem {
         return 0;
     }
     void quit() override { hasQuit = true; }
+    void exitProcess() override { hasQuit = true; }
 };
 
 }  // namespace quenlox

@@ -1,5 +1,6 @@
 """Sound files that the scenarios play, made afresh with exactly known contents."""
 
+import os
 import pathlib
 import struct
 import subprocess
@@ -40,6 +41,14 @@ def write_wave(path, samples, rate=RATE, bits=16, channels=2):
         file.setframerate(rate)
         file.writeframes(data)
     return pathlib.Path(path)
+
+
+def endless_wave(path):
+    """Longer than a RIFF can tell, silent and without a place on the disk: what takes a while to convert."""
+    path.write_bytes(struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", 0xFFFFFFFF, b"WAVE", b"fmt ", 16, 1, 2, 44100, 176400, 4, 16, b"data",
+                                 0xFFFFFFFF))
+    os.truncate(path, 5 << 30)
+    return path
 
 
 def _encoded(path, samples, command, rate=RATE):
