@@ -121,8 +121,9 @@ void Application::load() {
     openFirstFile();
     top_.setCaption(std::string("Quenlox  Ver ") + kVersion);
     top_.setAlwaysOnTop(top_.alwaysOnTop());
-    if (!top_.inTray()) top_.show();
-    if (state_.ListShown) top_.showWindow(list_);
+    if (top_.inTray()) return;  // the other windows come with the main window
+    if (!top_.visible()) top_.show();
+    if (state_.ListShown) top_.showWindow(list_, false);
 }
 
 // Nobody has placed a window yet: they come up around the main window, and those that can only lie over another leave
@@ -234,8 +235,15 @@ void Application::openFirstFile() {
         const std::string full = JoinPath(services_.files.currentFolder(), file);
         if (services_.files.fileExists(full)) file = full;
     }
+    const bool inTray = flags / 10 == 1;
+    if (!inTray) {
+        // Seen at once: opening a file of a server that is switched off takes seconds.
+        top_.setCaption("Quenlox");
+        top_.show();
+        if (FormHost* host = top_.host()) host->paint(top_.picture()->rect());
+    }
     transport_.openFirst(file, named, flags % 10 == 1);
-    if (flags / 10 == 1) top_.moveToTray();
+    if (inTray) top_.moveToTray();
 }
 
 void Application::showHelp() {

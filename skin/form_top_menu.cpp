@@ -151,6 +151,8 @@ void FormTop::restoreFromTray() {
     restartTitle();
     shell_.deleteTrayIcon({this, {}});
     show();
+    // Started in the notification area it has not been shown yet.
+    if (state_.ListShown && windows_.list && !windows_.list->visible()) showWindow(*windows_.list, false);
     if (!alwaysOnTop_) return;
     setTopmost(true);
     for (Form* form : {windows_.list, windows_.lyrics}) {

@@ -120,10 +120,28 @@ TEST_F(ApplicationTest, RepeatPlaysAFileOfTheCommandLineOnce) {
     }
 }
 
-TEST_F(ApplicationTest, TheTraySwitchStartsInTheNotificationArea) {
-    start("/t");
-    EXPECT_TRUE(shell.trayIconShown);
-    EXPECT_FALSE(top().visible());
+TEST_F(ApplicationTest, TheMainWindowComesUpFirstAndTheListBehindItUnlessTheyWaitInTheNotificationArea) {
+    addSong("C:\\b.mp3");
+    files.add("C:\\Quenlox\\Quenlox.ini", "[Main]\r\nFileName=C:\\b.mp3\r\n[List]\r\nShow=1\r\n");
+    const struct {
+        const char* commandLine;
+        bool iconWorks, opening, tray;
+    } cases[] = {{"", true, true, false}, {"/t", true, false, true}, {"/t", false, false, false}};
+    for (const auto& c : cases) {
+        shell.works = c.iconWorks;
+        bool opening = !c.opening;
+        windows.onPump = [&] { opening = top().visible(); };
+        start(c.commandLine);
+        windows.onPump = {};
+        EXPECT_EQ(opening, c.opening) << c.commandLine;
+        EXPECT_EQ(shell.trayIconShown, c.tray);
+        EXPECT_EQ(top().visible(), !c.tray);
+        EXPECT_EQ(application->list().visible(), !c.tray);
+        EXPECT_TRUE(state().ListShown);
+        top().restoreFromTray();
+        EXPECT_TRUE(application->list().visible() && !application->list().activates());
+        application.reset();
+    }
 }
 
 TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {

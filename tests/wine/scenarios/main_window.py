@@ -101,14 +101,27 @@ def test_the_program_lives_on_in_the_notification_area_and_comes_back(s):
 
 
 @real_time
-def test_started_with_t_it_plays_from_the_notification_area(s):
-    mark = s.sound_mark()
-    program = s.start_product(tone(s), "/pt", folder=s.fresh_product())
+def test_the_list_comes_up_without_the_keyboard_and_with_t_nothing_but_the_icon(s):
+    songs = tone(s), tone(s, 660)
+    rows = "#ListA\n" + "".join(f"{s.windows_path(song)}\n" for song in reversed(songs))
+    main = Product(s, songs[0], ini=PLACE + "[List]\nShow=1\nX=1500\nY=5000\n", m3u=rows)
+    lists = s.driver.wait_window(title="プレイリスト")
+    s.wait_tone(440)
+    s.screenshot("start-with-list")
+    s.driver.keys("alt+right")
+    s.wait_tone(660)
+    main.end()
+    program = s.start_product("/pt", folder=main.folder)
     s.driver.wait_window(title=TRAY)
-    s.wait_sound(since=mark)
-    assert not s.driver.find(title=TITLE), "no window"
+    s.wait_tone(660)
+    s.equal([str(w) for w in s.driver.windows() if w.visible and w.class_name.startswith("Quenlox")], [], "windows")
     click_icon(s)
-    MainWindow(s).end(program)
+    back = MainWindow(s)
+    s.equal(s.driver.wait_window(title="プレイリスト").place, lists.place, "place of the list")
+    s.driver.keys("alt+left")
+    s.wait_tone(440)
+    back.end(program)
+    assert "Show=1" in main.kept()
 
 
 @real_time
