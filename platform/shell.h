@@ -1,6 +1,7 @@
 // Services of the desktop: notification area, help, links, single instance.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "forms/geometry.h"
@@ -20,6 +21,8 @@ class Shell {
   public:
     virtual ~Shell() = default;
     virtual bool addTrayIcon(const TrayIconData& icon) = 0;
+    // The taskbar has been started anew, and for seconds nobody has taken the icon: it is gone.
+    std::function<void()> onTrayIconLost;
     virtual bool changeTrayIcon(const TrayIconData& icon) = 0;
     virtual bool deleteTrayIcon(const TrayIconData& icon) = 0;
     virtual bool WinHelp(Form& owner, const std::string& helpFile, int command, int data) = 0;

@@ -100,6 +100,7 @@ void FormTop::connect(const Playback& playback, const Windows& windows, const Ho
     windows_ = windows;
     hooks_ = hooks;
     playback_.volume->onChange = [this] { drawVolumeLevel(); };
+    shell_.onTrayIconLost = [this] { restoreFromTray(); };
 }
 
 // What the playback shows.

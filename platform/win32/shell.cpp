@@ -10,6 +10,8 @@ namespace {
 constexpr wchar_t kListenerClass[] = L"Quenlox.Shell";
 constexpr wchar_t kInstanceName[] = L"Local\\Quenlox.Instance";
 constexpr UINT kIconId = 1;
+constexpr int kTries = 10;
+constexpr UINT kTryAgain = 1000;  // milliseconds
 
 // The text goes into a field of fixed length; a pair of surrogates is not cut in two.
 void CopyTip(wchar_t (&field)[128], const std::string& tip) {
@@ -102,9 +104,26 @@ class ShellWin32 : public Shell {
             SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
         }
         auto* shell = reinterpret_cast<ShellWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        // The taskbar has been started anew and knows no icons.
-        if (shell && message == shell->taskbarCreated_ && shell->shown_) Shell_NotifyIconW(NIM_ADD, &shell->data_);
+        try {
+            // The taskbar has been started anew and knows no icons.
+            if (shell && message == shell->taskbarCreated_) shell->putBackIcon(kTries);
+            if (shell && message == WM_TIMER) shell->putBackIcon(static_cast<int>(w));
+        } catch (...) {
+        }
         return DefWindowProcW(window, message, w, l);
+    }
+
+    // A taskbar that is still busy with its start may take the icon and not say so, or refuse it for a while. The
+    // number of the timer is that of the tries that are left.
+    void putBackIcon(int tries) {
+        KillTimer(listener_.get(), static_cast<UINT_PTR>(tries));
+        if (!shown_ || Shell_NotifyIconW(NIM_ADD, &data_) || Shell_NotifyIconW(NIM_MODIFY, &data_)) return;
+        if (tries > 1) {
+            SetTimer(listener_.get(), static_cast<UINT_PTR>(tries - 1), kTryAgain, nullptr);
+            return;
+        }
+        shown_ = false;
+        if (onTrayIconLost) onTrayIconLost();
     }
 
     UINT taskbarCreated_;

@@ -329,6 +329,9 @@ TEST_F(FormTopTest, TheNotificationAreaHoldsTheProgramUntilItsIconIsClicked) {
     top->Form_MouseMove(0, 0, {514, 0});
     EXPECT_FALSE(shell.trayIconShown);
     EXPECT_TRUE(top->visible());
+    click({62, 4});
+    shell.onTrayIconLost();
+    EXPECT_TRUE(top->visible());
 }
 
 TEST_F(FormTopTest, TheTrayIconTellsTheTitleAndWhilePlayingTheTimeWhenThePointerComesToIt) {
