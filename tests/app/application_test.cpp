@@ -95,16 +95,6 @@ TEST_F(ApplicationTest, SettingsSkinListsAndFileComeUpTogether) {
     EXPECT_FALSE(state().ListDirty);
 }
 
-TEST_F(ApplicationTest, AFileOnTheCommandLinePlays) {
-    addSong("C:\\my music\\b.mp3");
-    start("\"C:\\my music\\b.mp3\" /pm3");
-    EXPECT_EQ(state().CurrentFile, "C:\\my music\\b.mp3");
-    EXPECT_EQ(state().PlayMode, kRandom);
-    EXPECT_EQ(state().PlayerStatus, kPlay);
-    EXPECT_EQ(state().PlayIntent, kForward);
-    EXPECT_LT(placeOf("open C:\\my music\\b.mp3"), placeOf("play"));
-}
-
 TEST_F(ApplicationTest, RepeatPlaysAFileOfTheCommandLineOnce) {
     addSong("C:\\Users\\b.mp3");
     files.current = "C:\\Users";
@@ -120,28 +110,22 @@ TEST_F(ApplicationTest, RepeatPlaysAFileOfTheCommandLineOnce) {
     }
 }
 
-TEST_F(ApplicationTest, TheMainWindowComesUpFirstAndTheListBehindItUnlessTheyWaitInTheNotificationArea) {
+TEST_F(ApplicationTest, TheMainWindowComesUpBeforeTheFirstFileUnlessItWaitsInTheNotificationArea) {
     addSong("C:\\b.mp3");
-    files.add("C:\\Quenlox\\Quenlox.ini", "[Main]\r\nFileName=C:\\b.mp3\r\n[List]\r\nShow=1\r\n");
-    const struct {
-        const char* commandLine;
-        bool iconWorks, opening, tray;
-    } cases[] = {{"", true, true, false}, {"/t", true, false, true}, {"/t", false, false, false}};
-    for (const auto& c : cases) {
-        shell.works = c.iconWorks;
-        bool opening = !c.opening;
-        windows.onPump = [&] { opening = top().visible(); };
-        start(c.commandLine);
+    files.add("C:\\Quenlox\\Quenlox.ini", "[List]\r\nShow=1\r\n");
+    for (const auto& [commandLine, hidden] : {std::pair{"C:\\b.mp3", false}, {"C:\\b.mp3 /t", true}}) {
+        bool seen = hidden;
+        windows.onPump = [&] { seen = top().visible(); };
+        start(commandLine);
         windows.onPump = {};
-        EXPECT_EQ(opening, c.opening) << c.commandLine;
-        EXPECT_EQ(shell.trayIconShown, c.tray);
-        EXPECT_EQ(top().visible(), !c.tray);
-        EXPECT_EQ(application->list().visible(), !c.tray);
+        EXPECT_EQ(seen, !hidden);
+        EXPECT_EQ(top().visible(), !hidden);
+        EXPECT_EQ(application->list().visible(), !hidden);
         EXPECT_TRUE(state().ListShown);
-        top().restoreFromTray();
-        EXPECT_TRUE(application->list().visible() && !application->list().activates());
-        application.reset();
     }
+    shell.works = false;
+    start("/t");
+    EXPECT_TRUE(top().visible() && application->list().visible()) << "there is no such area";
 }
 
 TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
@@ -163,46 +147,6 @@ TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
     EXPECT_NE(files.bytesOf("C:\\Quenlox\\Quenlox.ini").find("X=300\r\nY=450"), std::string::npos);
     EXPECT_FALSE(mixer.opened);
     EXPECT_TRUE(windows.hasQuit);
-}
-
-TEST_F(ApplicationTest, TheEndOfTheSessionSavesAsksNothingAndHidesNothing) {
-    addSong("C:\\b.mp3");
-    files.add("C:\\Quenlox\\Quenlox.ini", "[List]\r\nShow=1\r\n");
-    files.add("C:\\Quenlox\\Quenlox.m3u", "#ListA\r\nC:\\b.mp3\r\n");
-    start("C:\\b.mp3");
-    auto& tag = dynamic_cast<FormTag&>(opened("タグ情報"));
-    top().move(300, 450);
-    state().ListDirty = true;
-    for (const bool once : {true, false}) {
-        tag.TextTitle.setText("Edited");
-        windows.onSessionEnd();
-        EXPECT_TRUE(windows.hasQuit);
-        const std::string kept = files.bytesOf("C:\\Quenlox\\Quenlox.ini");
-        for (const char* text : {"X=300\r\nY=450", "Show=1", "DispLyrics=1"})
-            EXPECT_NE(kept.find(text), std::string::npos) << kept;
-        const std::string notes = files.bytesOf("C:\\Quenlox\\Quenlox.log");
-        EXPECT_EQ(std::ranges::count(notes, '\n'), 1) << once;
-        EXPECT_TRUE(notes.ends_with(": C:\\b.mp3\r\n")) << notes;
-        EXPECT_EQ(files.writes, 3);
-    }
-    EXPECT_TRUE(dialogs.questions.empty() && dialogs.messages.empty());
-    EXPECT_TRUE(tag.visible() && top().visible() && application->list().visible());
-}
-
-TEST_F(ApplicationTest, WhatIsDeliveredInAReadOnlyFolderIsTheBeginningOfTheUsersOwn) {
-    files.user = "C:\\Users\\A\\Quenlox";
-    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=80,50\n");
-    files.add("C:\\Quenlox\\Quenlox.ini", "[Main]\r\nMine=1\r\nPlayMode=3\r\nSkinName=x\r\n");
-    files.add("C:\\Quenlox\\Quenlox.m3u", "#ListB\r\nC:\\b.mp3");
-    const std::vector<std::string> delivered = {files.bytesOf("C:\\Quenlox\\Quenlox.ini"), files.bytesOf("C:\\Quenlox\\Quenlox.m3u")};
-    start();
-    EXPECT_EQ(state().PlayMode, kRandom);
-    EXPECT_EQ(state().CurrentSkinFile, "C:\\Quenlox\\skin\\x\\x.tsk");
-    state().ListDirty = true;
-    top().unload();
-    EXPECT_NE(files.bytesOf("C:\\Users\\A\\Quenlox\\Quenlox.ini").find("Mine=1\r\nPlayMode=3"), std::string::npos);
-    EXPECT_EQ(files.bytesOf("C:\\Users\\A\\Quenlox\\Quenlox.m3u"), "#ListB\r\nC:\\b.mp3\r\n");
-    EXPECT_EQ((std::vector<std::string>{files.bytesOf("C:\\Quenlox\\Quenlox.ini"), files.bytesOf("C:\\Quenlox\\Quenlox.m3u")}), delivered);
 }
 
 // Each option with what it changes in the running program: a text that must be another one behind the change, and the first

@@ -94,22 +94,6 @@ TEST_F(Files, TellsTheDrivesAndThePlaceOfTheProgram) {
     EXPECT_EQ(files->userFolder(), files->programFolder()) << "a folder that can be written";
 }
 
-TEST(MixerOfTheSystem, WithoutAControlNothingIsTouched) {
-    auto mixer = MakeMixer();
-    std::uint32_t value = 77;
-    EXPECT_FALSE(mixer->GetMixerVolume({}, value));
-    EXPECT_EQ(value, 77u);
-    if (!mixer->open(-1)) GTEST_SKIP() << "no mixer device";
-    MixerControl control{9, 1, 2};
-    const int result = mixer->GetMixerVolumeControl(control, Mixer::kSpeakers);
-    if (result != 0) {
-        EXPECT_EQ(control.id, 9u) << "left as it was";
-    } else {
-        EXPECT_GT(control.maximum, control.minimum);
-        EXPECT_TRUE(mixer->GetMixerVolume(control, value));
-    }
-}
-
 struct Painter : testing::Test {
     static int inked(const Surface& surface, const Rect& where) {
         int count = 0;

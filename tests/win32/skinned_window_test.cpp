@@ -26,8 +26,6 @@ struct SkinForm : Form {
     void Form_KeyUp(int key, int) override { log.push_back("keyup " + std::to_string(key)); }
     void Form_ContextMenu(Point at) override { log.push_back("menu " + std::to_string(at.x) + "," + std::to_string(at.y)); }
     void Form_Wheel(int notches, Point) override { log.push_back("wheel " + std::to_string(notches)); }
-    void Form_Moved() override { ++moved; }
-    void Form_Unload(bool& cancel) override { cancel = stays; }
     void note(const char* what, int button, int shift, Point at) {
         log.push_back(std::string(what) + " " + std::to_string(button) + " " + std::to_string(shift) + " " +
                       std::to_string(at.x) + "," + std::to_string(at.y));
@@ -35,8 +33,6 @@ struct SkinForm : Form {
 
     Surface look{100, 60};
     std::vector<std::string> log;
-    int moved = 0;
-    bool stays = false;
     Timer timer{*this, "Timer1", 0};
 };
 
@@ -155,39 +151,6 @@ TEST_F(SkinnedWindow, AddsUpPartsOfAWheelNotch) {
     SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, 60), At(210, 110));
     SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-240)), At(210, 110));
     EXPECT_EQ(form.log, (std::vector<std::string>{"wheel 1", "wheel -2"}));
-}
-
-TEST_F(SkinnedWindow, CloseAsksTheFormWhichMayRefuse) {
-    shown();
-    form.stays = true;
-    SendMessageW(window, WM_CLOSE, 0, 0);
-    EXPECT_TRUE(form.visible());
-    form.stays = false;
-    SendMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0);
-    EXPECT_TRUE(form.unloaded());
-    EXPECT_FALSE(IsWindowVisible(window));
-}
-
-TEST_F(SkinnedWindow, TheEndOfTheSessionIsToldOnceAndLeavesTheFormAsItIs) {
-    int told = 0;
-    system->onSessionEnd = [&] { ++told; };
-    EXPECT_EQ(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), TRUE);
-    for (const BOOL ends : {FALSE, TRUE, TRUE}) {  // at first another program has refused
-        SendMessageW(window, WM_ENDSESSION, static_cast<WPARAM>(ends), 0);
-        EXPECT_EQ(told, ends);
-    }
-    EXPECT_FALSE(form.unloaded());
-}
-
-TEST_F(SkinnedWindow, AMoveByTheUserReachesTheFormButItsOwnDoesNot) {
-    shown();
-    form.move(300 * 15, 100 * 15);
-    EXPECT_EQ(form.moved, 0);
-    SetWindowPos(window, nullptr, 50, 70, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
-    EXPECT_GE(form.moved, 1);
-    EXPECT_EQ(form.left(), 750);
-    EXPECT_EQ(form.top(), 1050);
-    EXPECT_EQ(form.width(), 1500);
 }
 
 TEST_F(SkinnedWindow, TimersRunWhileEnabledWithAnInterval) {

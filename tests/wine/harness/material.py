@@ -45,8 +45,8 @@ def write_wave(path, samples, rate=RATE, bits=16, channels=2):
 
 def endless_wave(path):
     """Longer than a RIFF can tell, silent and without a place on the disk: what takes a while to convert."""
-    path.write_bytes(struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", 0xFFFFFFFF, b"WAVE", b"fmt ", 16, 1, 2, 44100, 176400, 4, 16, b"data",
-                                 0xFFFFFFFF))
+    most = 0xFFFFFFFF
+    path.write_bytes(struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", most, b"WAVE", b"fmt ", 16, 1, 2, RATE, RATE * 4, 4, 16, b"data", most))
     os.truncate(path, 5 << 30)
     return path
 
