@@ -47,7 +47,10 @@ std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error&
     return self;
 }
 
-Coder::~Coder() { stop(); }
+Coder::~Coder() {
+    file_.reset();  // at once: a thread that reads from a slow disk is waited for
+    stop();
+}
 
 void Coder::stop() {
     {
@@ -77,13 +80,15 @@ void Coder::work() noexcept {
     room_.notify_all();
 }
 
-bool Coder::takePart(int64_t& index, Part& part, Pcm& pcm) {
+// Not taken: there is nothing left to do.
+Error Coder::takePart(bool& taken, int64_t& index, Part& part, Pcm& pcm) {
+    taken = false;
     const std::lock_guard lock(reading_);
-    if (nextPart_ >= parts_ || readError_ != Error::None) return false;
+    if (nextPart_ >= parts_ || unreadable_) return Error::None;
     {
         std::unique_lock wait(mutex_);
         room_.wait(wait, [&] { return stopping_ || nextPart_ < allowedPart_; });
-        if (stopping_) return false;
+        if (stopping_) return Error::None;
     }
     index = nextPart_++;
     part = partAt(index, frames_);
@@ -94,14 +99,27 @@ bool Coder::takePart(int64_t& index, Part& part, Pcm& pcm) {
                                              (part.first + part.frames + part.overlap() + 1) * facts_.samplesPerFrame);
     pcm = std::move(carry_);
     carry_ = {};
-    if (!reader_->read(end - begin - int64_t(pcm.size()), pcm)) {
-        readError_ = Error::Source;
-        return true;
+    if (!read(end - begin - int64_t(pcm.size()), pcm)) {
+        unreadable_ = true;
+        return stopping_ ? Error::None : Error::Source;
     }
     if (!part.last) {
         const int64_t nextBegin = (part.first + part.frames - kLeadIn) * facts_.samplesPerFrame;
         carry_ = pcm;
         keepEnd(carry_, size_t(std::max<int64_t>(0, end - nextBegin)));
+    }
+    taken = true;
+    return Error::None;
+}
+
+// In pieces, so that whoever stops the threads does not wait for a whole part. False: stopped, or the source ends
+// early.
+bool Coder::read(int64_t samples, Pcm& pcm) {
+    constexpr int64_t kPiece = 32768;
+    pcm.left.reserve(pcm.left.size() + size_t(samples));
+    if (channels_ > 1) pcm.right.reserve(pcm.right.size() + size_t(samples));
+    for (; samples > 0; samples -= kPiece) {
+        if (stopping_ || !reader_->read(std::min(samples, kPiece), pcm)) return false;
     }
     return true;
 }
@@ -110,9 +128,7 @@ Error Coder::encodeNext(bool& more) {
     int64_t index = 0;
     Part part;
     Pcm pcm;
-    more = takePart(index, part, pcm);
-    if (!more) return Error::None;
-    if (readError_ != Error::None) return readError_;
+    if (const Error error = takePart(more, index, part, pcm); error != Error::None || !more) return error;
     const auto frameDone = [&] {
         {
             const std::lock_guard lock(mutex_);
@@ -142,8 +158,8 @@ Error Coder::processFrame() {
         error_ = Error::Memory;
     }
     if (error_ != Error::None) {
-        stop();
         file_.reset();
+        stop();
     }
     return error_;
 }

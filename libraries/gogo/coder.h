@@ -36,12 +36,12 @@ class Coder {
     Coder() = default;
     void work() noexcept;
     Error encodeNext(bool& more);
-    bool takePart(int64_t& index, Part& part, Pcm& pcm);
+    Error takePart(bool& taken, int64_t& index, Part& part, Pcm& pcm);
+    bool read(int64_t samples, Pcm& pcm);
     Error awaitFrame();
     Error collect();
     Error write(const FrameRun& run);
     Error finish();
-    Error fail(Error error);
     void stop();
 
     Settings settings_;
@@ -66,7 +66,7 @@ class Coder {
     std::unique_ptr<PcmReader> reader_;
     Pcm carry_;  // the end of what was read, which the next part begins with
     int64_t nextPart_ = 0;
-    Error readError_ = Error::None;
+    bool unreadable_ = false;
 
     // Between the threads and the caller.
     std::mutex mutex_;

@@ -1,8 +1,9 @@
 // The C interface of gogo.dll: encodes one WAVE file into one MP3 file, frame by frame, with LAME.
 //
 // A run is MPGE_initializeWorkVB, any MPGE_setConfigureVB, MPGE_detectConfigureVB, MPGE_processFrameVB until it gives
-// GOGO_FINISHED, MPGE_closeCoderVB, MPGE_endCoderVB. There is one work area; all calls come from one thread. Texts are
-// UTF-8. Every call returns GOGO_OK or an error, unless it says otherwise; no exception leaves the library.
+// GOGO_FINISHED, MPGE_closeCoderVB, MPGE_endCoderVB. There is one work area; all calls of a run come from one thread,
+// another run may have another. Texts are UTF-8. Every call returns GOGO_OK or an error, unless it says otherwise; no
+// exception leaves the library.
 //
 // The library encodes on all processor cores, ahead of the frames that are asked for. The destination appears, or is
 // replaced, only with the last frame; a run that is closed before leaves nothing behind.
