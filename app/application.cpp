@@ -45,7 +45,8 @@ Application::Application(const Services& services, std::string commandLine)
       lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_,
                      {top_, top_.LyricsPicture, top_.Timer6, [this] { top_.showWindow(lyrics_, false); }}),
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
-      convert_(state_, services.vbmp3, services.gogo, services.dialogs, services.files, services.windows),
+      conversion_(state_, services.vbmp3, services.gogo, services.files, services.windows),
+      convert_(conversion_, state_, services.dialogs),
       about_(services.dialogs, services.files, services.shell),
       panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
       settings_(services.files,
@@ -88,7 +89,7 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.updateLyrics = [this] { lyricsDisplay_.Timer6_Timer(); };
     hooks.lyricsDisplayMode = [this](bool inWindow) { lyricsDisplay_.lyricsDisplayMode(inWindow); };
     hooks.figures = [this] { return figures(); };
-    hooks.pollConverter = [this] { convert_.Timer7_Timer(); };
+    hooks.pollConverter = [this] { conversion_.poll(); };
     connectConverter();
     top_.connect({&transport_, &engine_, &monitor_, &pitch_, &volume_},
                  {&list_, &options_, &tag_, &convert_, &equalizer_, &lyrics_, &about_}, hooks);
@@ -139,16 +140,18 @@ void Application::placeAroundMain() {
 }
 
 void Application::connectConverter() {
-    FormConv::Hooks hooks;
+    ConversionRun::Hooks hooks;
     hooks.stopPlayback = [this] { transport_.stopForConversion(); };
     hooks.letGo = [this](const std::string& path) { transport_.letGoOf(path); };
-    hooks.showStatus = [this] { engine_.status().ShowStatus(); };
+    hooks.showStatus = [this](PlayStatus status) { transport_.showConversion(status); };
+    hooks.openHeard = [this](const std::string& path) { transport_.openForConversion(path); };
+    hooks.made = hooks.openHeard;
+    hooks.failed = [this] { transport_.conversionFailed(); };
     hooks.refreshBrowserFiles = [this] { list_.refreshBrowser(); };
-    hooks.openFile = [this] { engine_.OpenMedia(); };
     hooks.setPolling = [this](bool on) { top_.Timer7.setEnabled(on); };
-    convert_.connect(hooks);
-    transport_.onDecodeEnded = [this] { convert_.decodeEnded(); };
-    monitor_.decodesUnheard = [this] { return convert_.decodesUnheard(); };
+    conversion_.connect(hooks);
+    transport_.onDecodeEnded = [this] { conversion_.decodeEnded(); };
+    monitor_.decodesUnheard = [this] { return conversion_.decodesUnheard(); };
 }
 
 // Options act at once; what they change is told to those whom it concerns.
@@ -219,9 +222,9 @@ void Application::loadLibrary() {
     library.vbmp3_useAtMarkTag(kAtMarkTag);
     library.vbmp3_setSeekPlay(kSeekPlay);
     std::int32_t encoderState = 0;
-    const bool encoderThere = services_.gogo.available() && services_.gogo.MPGE_getUnitStatesVB(encoderState) == 0;
+    const bool encoderThere = services_.gogo->available() && services_.gogo->MPGE_getUnitStatesVB(encoderState) == 0;
     tag_.fillGenres();
-    about_.setVersions({kVersion, library.vbmp3_getVersion(), encoderThere ? services_.gogo.version() : ""});
+    about_.setVersions({kVersion, library.vbmp3_getVersion(), encoderThere ? services_.gogo->version() : ""});
 }
 
 void Application::openFirstFile() {

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <string>
 
 #include "about/form_info.h"
 #include "app/global_state.h"
 #include "app/settings_file.h"
+#include "convert/conversion_run.h"
 #include "convert/form_conv.h"
 #include "equalizer/form_gra.h"
 #include "lyrics/form_lyrics.h"
@@ -49,7 +51,7 @@ struct Services {
     Mixer& mixer;
     Shell& shell;
     Vbmp3& vbmp3;
-    Gogo& gogo;
+    std::shared_ptr<Gogo> gogo;  // a thread that hangs in it at the end keeps it
     Random& random;
     OutputDevices& outputDevices;
 };
@@ -107,6 +109,7 @@ class Application {
     LyricsLookup lyricsLookup_;
     LyricsDisplay lyricsDisplay_;
     FormTag tag_;
+    ConversionRun conversion_;
     FormConv convert_;
     FormInfo about_;
     PanelAnimation panel_;

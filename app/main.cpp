@@ -1,6 +1,7 @@
 // The entry of the program: one instance, the decoding library at hand, then the application.
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 
 #include "app/application.h"
 #include "platform/win32/platform.h"
@@ -25,9 +26,9 @@ int main() {
     const auto mediaControl = MakeMediaControl();
     const auto mixer = MakeMixer();
     const auto outputDevices = MakeOutputDevices();
-    const auto gogo = LoadGogo(folder);
+    const std::shared_ptr<Gogo> gogo = LoadGogo(folder);
     Application application(
-        {*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, *gogo, random, *outputDevices},
+        {*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, gogo, random, *outputDevices},
         CommandLineText());
     crashNotes->follow(&application.state().Actions);
     application.load();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 
 #include "libraries/gogo/gogo.h"
 #include "libraries/vbmp3/vbmp3.h"
@@ -123,6 +124,16 @@ FileDialog DestinationDialog(Operation operation, const std::string& proposed) {
     dialog.folder = FolderOf(proposed);
     dialog.fileName = FileNameOf(proposed);
     return dialog;
+}
+
+std::vector<std::string> SourcesAmong(const std::vector<std::string>& files, Operation operation) {
+    std::vector<std::string> sources;
+    std::ranges::copy_if(files, std::back_inserter(sources), [&](const std::string& file) {
+        const std::string extension = LastFour(file);
+        if (Encodes(operation)) return extension == ".wav";
+        return extension.starts_with(".mp") || extension == ".rmp";
+    });
+    return sources;
 }
 
 std::string ProposedDestination(const std::string& source, Operation operation) {

@@ -25,25 +25,41 @@ inline bool Encodes(Operation operation) { return operation == Operation::Encode
 
 // Items of the encoder's configuration.
 enum GogoItem : std::int32_t {
-    kGogoSource = 1, kGogoDestination = 2, kGogoMode = 3, kGogoBitRate = 4, kGogoFrequency = 6, kGogoFrames = 15,
+    kGogoSource = 1,
+    kGogoDestination = 2,
+    kGogoMode = 3,
+    kGogoBitRate = 4,
+    kGogoFrequency = 6,
+    kGogoFrames = 15,
     kGogoVbrQuality = 18
 };
 inline constexpr std::int32_t kGogoModeValue = 2;  // joint stereo
 
 inline constexpr int kNoVbr = -1;  // item data of "(使用しない)"
+struct EncoderSettings {
+    int frequency = 44100;    // Hz
+    int bitRate = 128;        // kbit/s; with a VBR quality the least
+    int vbrQuality = kNoVbr;  // 0 to 9
+};
 std::vector<ComboBox::Item> FrequencyItems();   // Hz
 std::vector<ComboBox::Item> BitRateItems();     // kbit/s
 std::vector<ComboBox::Item> VbrQualityItems();  // the first is "(使用しない)"
 
 enum class ConversionError : int {
-    Other = 0, DecodeSource = 1, EncodeSource = 2, NoCodec = 3, GogoStart = 4, GogoEncode = 5, GogoFile = 6
+    Other = 0,
+    DecodeSource = 1,
+    EncodeSource = 2,
+    NoCodec = 3,
+    GogoStart = 4,
+    GogoEncode = 5,
+    GogoFile = 6
 };
 std::string MessageOf(ConversionError error);
 // The error for a number of vbmp3_getLastErrorNo, when a job of this operation failed.
 ConversionError ErrorOfJob(Operation operation, int number);
 // More about it than the message says, for the line under the progress bar; empty when nothing more is known.
-std::string ReasonOfJob(int number);    // of the decoding library
-std::string ReasonOfGogo(int result);   // of the encoder library
+std::string ReasonOfJob(int number);   // of the decoding library
+std::string ReasonOfGogo(int result);  // of the encoder library
 
 FileDialog SourceDialog(Operation operation);
 FileDialog DestinationDialog(Operation operation, const std::string& proposed);
@@ -53,6 +69,8 @@ struct ConversionJob {
     std::string destination;
 };
 
+// Those of the files that the operation takes, by their extension.
+std::vector<std::string> SourcesAmong(const std::vector<std::string>& files, Operation operation);
 // The name cut after its last "." and followed by "wav" or "mp3".
 std::string ProposedDestination(const std::string& source, Operation operation);
 // A job for each source, in `folder` or, when that is empty, beside the source. Two sources never get one destination.

@@ -58,7 +58,7 @@ class ApplicationTest : public ::testing::Test {
     FakeMixer mixer;
     FakeShell shell;
     FakeVbmp3 vbmp3;
-    FakeGogo gogo;
+    std::shared_ptr<FakeGogo> gogo = std::make_shared<FakeGogo>();
     FakeRandom random;
     FakeOutputDevices devices;
     std::unique_ptr<Application> application;

@@ -1,14 +1,13 @@
-// A converter window over the fakes, with hooks that note what they were asked.
+// A conversion over the fakes, with hooks that note what they were asked.
 #pragma once
 
-#include <string>
-#include <vector>
+#include <condition_variable>
+#include <mutex>
 
 #include <gtest/gtest.h>
 
 #include "app/global_state.h"
-#include "convert/form_conv.h"
-#include "tests/fakes/fake_dialogs.h"
+#include "convert/conversion_run.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_gogo.h"
 #include "tests/fakes/fake_vbmp3.h"
@@ -16,60 +15,91 @@
 
 namespace quenlox {
 
+using Notes = std::vector<std::string>;
+
+// Tasks arrive from another thread.
+class BusyWindows : public FakeWindowSystem {
+  public:
+    void post(std::function<void()> task) override {
+        const std::lock_guard lock(mutex_);
+        tasks.push_back(std::move(task));
+        arrived_.notify_all();
+    }
+    std::size_t waiting() {
+        const std::lock_guard lock(mutex_);
+        return tasks.size();
+    }
+    bool runNext() {
+        std::unique_lock lock(mutex_);
+        if (!arrived_.wait_for(lock, std::chrono::seconds(10), [this] { return !tasks.empty(); })) return false;
+        const auto task = std::move(tasks.front());
+        tasks.pop_front();
+        lock.unlock();
+        return task(), true;
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+};
+
 class ConvertTest : public testing::Test {
   protected:
-    ConvertTest() {
-        FormConv::Hooks hooks;
-        hooks.stopPlayback = [this] { notes.push_back("stop"); };
-        hooks.letGo = [this](const std::string& path) { notes.push_back("let go of " + path); };
-        hooks.showStatus = [this] { notes.push_back("status " + std::to_string(state.PlayerStatus)); };
-        hooks.refreshBrowserFiles = [this] { notes.push_back("refresh"); };
-        hooks.openFile = [this] { notes.push_back("open " + state.CurrentFile); };
-        hooks.setPolling = [this](bool on) { polling = on; };
-        form.connect(hooks);
+    ConvertTest() { connect(run); }
+    void connect(ConversionRun& to) {
+        const auto note = [this](const std::string& what) {
+            return [this, what](const auto&... of) { notes.push_back((what + ... + of)); };
+        };
+        const auto status = [this](PlayStatus code) {
+            state.PlayerStatus = code;
+            notes.push_back("status " + std::to_string(code));
+        };
+        const auto open = [this, note](const std::string& path) { note("open heard ")(path), whileOpening(); };
+        to.connect({note("stop"), note("let go of "), status, open, note("made "), note("failed"), note("refresh"),
+                    [this](bool on) { polling = on; }});
     }
-    // Chooses operation, sources and, when given, the destination, as the user does.
-    void choose(int option, std::vector<std::string> sources, const std::string& destination = {}) {
-        form.DecOption[option].setValue(true);
-        for (const std::string& source : sources) files.add(source);
-        dialogs.filesAnswers.push_back(std::move(sources));
-        form.Command2.click();
-        if (destination.empty()) return;
-        dialogs.fileAnswers.push_back(destination);
-        form.Command3.click();
+    // Another run, which encodes with the system's codec.
+    ConversionRun& withoutGogo() {
+        gogo->there = false;
+        connect(bare_.emplace(state, vbmp3, gogo, files, windows));
+        return *bare_;
     }
-    // Items in the order in which they were configured.
-    std::vector<int> items() const {
-        std::vector<int> all;
-        for (const auto& entry : gogo.configuration) all.push_back(std::get<0>(entry));
-        return all;
+    void choose(Operation operation, const std::vector<std::string>& sources, const std::string& destination = {}) {
+        run.setOperation(operation);
+        run.setSources(sources);
+        if (!destination.empty()) run.setDestination(destination);
+        notes.clear();
     }
-    int count(const std::string& call) const { return static_cast<int>(std::count(gogo.calls.begin(), gogo.calls.end(), call)); }
-    bool noted(const std::string& what) const { return std::find(notes.begin(), notes.end(), what) != notes.end(); }
-    void expectIdle() {
-        EXPECT_FALSE(form.running());
-        EXPECT_FALSE(polling);
-        EXPECT_EQ(form.Command4.caption(), "変換開始");
-        EXPECT_TRUE(form.DecOption[0].enabled());
+    void startHeld(int frame) {
+        gogo->heldFrame = frame;
+        run.start();
+        ASSERT_TRUE(gogo->awaitHeld());
     }
-    void expectMessage(const std::string& text) {
-        ASSERT_EQ(dialogs.messages.size(), 1u);
-        EXPECT_EQ(dialogs.messages[0].text, text);
-        EXPECT_EQ(dialogs.messages[0].icon, MessageIcon::Stop);
-        EXPECT_EQ(state.PlayerStatus, kError);
-        EXPECT_EQ(state.CurrentFile, "");
-        expectIdle();
+    // Until a cancelled encode has come back.
+    void awaitEncoder() {
+        gogo->letGo();
+        while (!run.canStart()) ASSERT_TRUE(windows.runNext());
+    }
+    void awaitRun() {
+        while (run.running()) ASSERT_TRUE(windows.runNext());
+    }
+    void encode() {
+        run.start();
+        awaitRun();
     }
 
     GlobalState state;
     FakeVbmp3 vbmp3;
-    FakeGogo gogo;
-    FakeDialogs dialogs;
+    std::shared_ptr<FakeGogo> gogo = std::make_shared<FakeGogo>();
     FakeFileSystem files;
-    FakeWindowSystem windows;
-    std::vector<std::string> notes;
+    BusyWindows windows;
+    Notes notes;
     bool polling = false;
-    FormConv form{state, vbmp3, gogo, dialogs, files, windows};
+    std::function<void()> whileOpening = [] {};
+    ConversionRun run{state, vbmp3, gogo, files, windows};
+
+  private:
+    std::optional<ConversionRun> bare_;
 };
 
 }  // namespace quenlox

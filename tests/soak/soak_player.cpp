@@ -126,7 +126,7 @@ struct Soak {
     FakeMixer mixer;
     FakeShell shell;
     FastLibrary library;
-    FakeGogo gogo;
+    std::shared_ptr<FakeGogo> gogo = std::make_shared<FakeGogo>();
     SeededRandom random{7};
     FakeOutputDevices devices;
     std::unique_ptr<Application> application;

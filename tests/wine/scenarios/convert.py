@@ -1,5 +1,6 @@
 """The converter: encoding, decoding, decoding while playing, cancelling, and files that cannot be converted."""
 
+import itertools
 import os
 import struct
 import subprocess
@@ -11,6 +12,7 @@ from harness.scenario import real_time
 
 LIMIT = 180
 START, CANCEL = "変換開始", "中止"
+PBM_GETPOS = 0x408
 
 
 def start(s, folder=None):
@@ -71,7 +73,7 @@ def test_while_playing_the_sound_is_heard_and_written(s):
     player.end()
 
 
-def test_a_cancel_half_way_leaves_nothing_and_the_program_usable(s):
+def test_an_encode_goes_on_under_a_held_title_bar_and_leaves_nothing_when_it_is_cut_short(s):
     folder = s.material / "cancel"
     folder.mkdir()
     source = folder / "long.wav"  # longer than a RIFF can tell, silent and without a place on the disk
@@ -80,15 +82,31 @@ def test_a_cancel_half_way_leaves_nothing_and_the_program_usable(s):
     player, form = start(s)
     choose(s, form, "MP3エンコード", source)
     form.press(START)
-    s.wait_until(lambda: any(p.suffix == ".tmp" for p in folder.iterdir()), "the encode has begun")
+    bar = form.control("msctls_progress32")
+    form.wait_text("残り")
+    assert any(p.suffix == ".tmp" for p in folder.iterdir())
+
+    def goes_on(while_what):
+        before = bar.send(PBM_GETPOS)
+        s.wait_until(lambda: bar.send(PBM_GETPOS) > before, f"the encode goes on while {while_what}")
+    x, y = form.point(dy=12)
+    s.driver.move(x, y)
+    s.driver.press()
+    steps = itertools.count(1)
+    s.wait_until(lambda: s.driver.move(x + next(steps), y) or form.refreshed().x != form.x, "the window is held")
+    goes_on("the title bar is held")
+    s.driver.release()
+    form.refreshed().click(12, 12)
+    s.wait_until(s.driver.menus, "its menu is open")
+    goes_on("its menu is open")
+    s.driver.leave_menu()
     form.press(CANCEL)
     form.wait_text("中止しました")
     s.wait_equal(lambda: [p.name for p in folder.iterdir()], ["long.wav"], "files after the cancel")
     form.press(START)
     form.wait_text("残り")
-    form.press(CANCEL)
-    form.wait_text("中止しました")
-    player.end()
+    player.end()  # nothing is asked
+    s.equal([p.name for p in folder.iterdir()], ["long.wav"], "files after the end of the program")
 
 
 def test_what_cannot_be_converted_is_said_and_so_is_a_full_disk(s):

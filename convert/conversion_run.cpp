@@ -1,0 +1,316 @@
+#include "convert/conversion_run.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/global_state.h"
+#include "platform/file_system.h"
+#include "platform/gogo.h"
+#include "platform/vbmp3.h"
+#include "text/paths.h"
+#include "text/strings.h"
+
+namespace quenlox {
+namespace {
+
+enum JobState : int { kNoJob = 0, kJobRuns = 1, kJobDone = 2, kJobFailed = 3 };  // of the library
+
+bool IsMpeg(int fileType) { return fileType >= 0 && (fileType & (VBMP3_TYPE_MPEG | VBMP3_TYPE_RMP)) != 0; }
+bool IsRmp(const std::string& path) { return EqualsNoCase(ExtensionOf(path), "rmp"); }
+
+}  // namespace
+
+ConversionRun::ConversionRun(GlobalState& state, Vbmp3& vbmp3, std::shared_ptr<Gogo> gogo, FileSystem& files,
+                             WindowSystem& windows)
+    : state_(state),
+      vbmp3_(vbmp3),
+      gogo_(std::move(gogo)),
+      files_(files),
+      windows_(windows),
+      encoderThere_(gogo_->available()) {}
+
+// What is to be converted.
+
+void ConversionRun::setOperation(Operation operation) {
+    if (running()) return;
+    if (Encodes(operation) != Encodes(operation_)) jobs_.clear();
+    operation_ = operation;
+    onChanged();
+}
+
+void ConversionRun::setSettings(const EncoderSettings& settings) {
+    if (running()) return;
+    settings_ = settings;
+    onChanged();
+}
+
+void ConversionRun::setSources(const std::vector<std::string>& sources) {
+    if (running()) return;
+    jobs_ = JobsFor(sources, operation_, {});
+    replaceAgreed_ = false;
+    onChanged();
+}
+
+void ConversionRun::setDestination(const std::string& path) {
+    if (running()) return;
+    jobs_.resize(1);
+    jobs_.front().destination = path;
+    replaceAgreed_ = true;
+    onChanged();
+}
+
+void ConversionRun::setDestinationFolder(const std::string& folder) {
+    if (running()) return;
+    std::vector<std::string> sources;
+    for (const ConversionJob& job : jobs_) sources.push_back(job.source);
+    jobs_ = JobsFor(sources, operation_, folder);
+    replaceAgreed_ = false;
+    onChanged();
+}
+
+std::vector<std::string> ConversionRun::replaced() const {
+    std::vector<std::string> there;
+    for (const ConversionJob& job : jobs_) {
+        if (!replaceAgreed_ && files_.fileExists(job.destination)) there.push_back(job.destination);
+    }
+    return there;
+}
+
+// The run.
+
+bool ConversionRun::canStart() const {
+    const bool complete = !jobs_.empty() && !jobs_.front().source.empty() && !jobs_.front().destination.empty();
+    return complete && !running() && !encode_;
+}
+
+void ConversionRun::start() {
+    if (!canStart()) return;
+    state_.Actions.note("convert", static_cast<std::int64_t>(jobs_.size()));
+    progress_ = {};
+    progress_.files = jobs_.size();
+    outcome_ = Outcome::None;
+    started_ = std::chrono::steady_clock::now();
+    hooks_.stopPlayback();
+    for (const ConversionJob& job : jobs_) hooks_.letGo(job.destination);
+    const bool withGogo = Encodes(operation_) && encoderThere_;
+    run_ = withGogo ? Run::Encoder : operation_ == Operation::PlayDecode ? Run::PlayedJob : Run::Job;
+    startFile();
+}
+
+void ConversionRun::startFile() {
+    showProgress(0);
+    if (run_ == Run::Encoder) {
+        startEncoder();
+    } else {
+        startJob();
+    }
+}
+
+PlayStatus ConversionRun::expectedStatus() const { return Encodes(operation_) ? kEncode : kDecode; }
+
+// The user has begun something else.
+bool ConversionRun::playedOver() const {
+    return state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause || state_.PlayerStatus == kWait;
+}
+
+void ConversionRun::poll() {
+    if (encode_) {
+        followEncoder();
+    } else if (running() && state_.PlayerStatus != expectedStatus()) {
+        // Stopped from the main window, or something else is played by now.
+        stopWork();
+        leave(Outcome::None);
+    } else if (running()) {
+        followJob(run_ == Run::Job);
+    }
+}
+
+void ConversionRun::cancel() {
+    if (!running()) return;
+    hooks_.showStatus(kStop);
+    stopWork();
+    leave(Outcome::Cancelled);
+    hooks_.stopPlayback();
+    hooks_.showStatus(kStop);
+}
+
+void ConversionRun::abandon(std::chrono::milliseconds limit) {
+    if (running()) {
+        stopWork();
+        leave(Outcome::Cancelled);
+        hooks_.showStatus(kStop);
+    }
+    if (encode_ && encode_->waitUntilOver(limit)) followEncoder();
+    encode_.reset();
+}
+
+void ConversionRun::stopWork() {
+    if (encode_) {
+        encode_->cancel();
+    } else {
+        vbmp3_.vbmp3_encodeStop();
+    }
+}
+
+void ConversionRun::leave(Outcome outcome) {
+    run_ = Run::None;
+    outcome_ = outcome;
+    progress_.permille = outcome == Outcome::Made ? 1000 : 0;
+    hooks_.setPolling(false);
+    onChanged();
+}
+
+// Jobs of the library.
+
+void ConversionRun::startJob() {
+    const ConversionJob job = jobs_.front();
+    if (operation_ == Operation::PlayDecode) {
+        // First, so that the main window shows what is heard. Messages are handled meanwhile.
+        const auto begun = started_;
+        hooks_.setPolling(false);
+        hooks_.openHeard(job.source);
+        if (!running() || started_ != begun) return;
+        if (playedOver()) {
+            leave(Outcome::None);
+            return;
+        }
+    }
+    const bool sound = Encodes(operation_) || IsMpeg(vbmp3_.vbmp3_getFileType(job.source));
+    bool started = false;
+    if (sound) {
+        switch (operation_) {
+            case Operation::Decode: started = vbmp3_.vbmp3_decodeWave(job.source, job.destination); break;
+            case Operation::PlayDecode: started = vbmp3_.vbmp3_playDecodeWave(job.source, job.destination); break;
+            case Operation::Encode:
+                started = vbmp3_.vbmp3_encodeOpen(job.source) && vbmp3_.vbmp3_encodeStart(job.destination);
+                break;
+        }
+    }
+    if (!started) {
+        failWithLibrary(sound ? vbmp3_.vbmp3_getLastErrorNo() : int{VBMP3_ERROR_FORMAT});
+        return;
+    }
+    hooks_.showStatus(expectedStatus());
+    hooks_.setPolling(true);
+}
+
+void ConversionRun::decodeEnded() {
+    if (run_ != Run::PlayedJob) return;
+    hooks_.showStatus(kDecode);  // the track's end has stopped the playback, not the run
+    followJob(true);
+}
+
+// `heard`: nothing of a job that is done is still to be heard.
+void ConversionRun::followJob(bool heard) {
+    std::int32_t permille = 0;
+    switch (vbmp3_.vbmp3_getEncodeState(permille)) {
+        case kJobRuns: showProgress(permille / 1000.0); break;
+        case kJobDone:
+            if (heard) fileMade();
+            break;
+        default: failWithLibrary(vbmp3_.vbmp3_getLastErrorNo());
+    }
+}
+
+// Encoding with gogo.dll.
+
+void ConversionRun::startEncoder() {
+    ConversionJob job = jobs_.front();
+    toWrap_.clear();
+    if (IsRmp(job.destination)) {
+        do {
+            job.destination += ".mp3";
+        } while (files_.fileExists(job.destination));
+        toWrap_ = job.destination;
+    }
+    hooks_.showStatus(kEncode);
+    hooks_.setPolling(true);
+    encode_ = std::make_unique<GogoEncode>(gogo_, job, settings_, windows_, [this] { followEncoder(); });
+}
+
+void ConversionRun::followEncoder() {
+    if (!encode_) return;
+    const GogoEncode::Report report = encode_->report();
+    if (running() && state_.PlayerStatus != kEncode) {
+        // Something else is played by now.
+        stopWork();
+        leave(Outcome::None);
+    }
+    if (!report.over) {
+        if (running()) showProgress(report.frames > 0 ? static_cast<double>(report.frame) / report.frames : 0);
+        return;
+    }
+    encode_.reset();
+    if (!running()) {
+        // The cancel came with the last frame. A destination that is complete stays.
+        if (report.finished && !toWrap_.empty()) files_.remove(toWrap_);
+        onChanged();
+    } else if (report.finished) {
+        encoderFinished();
+    } else {
+        fail(report.error, ReasonOfGogo(report.result));
+    }
+}
+
+void ConversionRun::encoderFinished() {
+    if (!toWrap_.empty()) {
+        const bool wrapped = vbmp3_.vbmp3_convertToRmp(toWrap_, jobs_.front().destination);
+        const int number = vbmp3_.vbmp3_getLastErrorNo();
+        files_.remove(toWrap_);
+        if (!wrapped) {
+            fail(ConversionError::Other, ReasonOfJob(number));
+            return;
+        }
+    }
+    fileMade();
+}
+
+// The ends of a file and of a run.
+
+void ConversionRun::fileMade() {
+    const ConversionJob job = jobs_.front();
+    if (Encodes(operation_)) carryTags(job);
+    ++progress_.done;
+    jobs_.erase(jobs_.begin());
+    if (!jobs_.empty()) {
+        startFile();
+        return;
+    }
+    leave(Outcome::Made);
+    hooks_.made(job.destination);  // messages are handled meanwhile
+    if (!playedOver()) hooks_.showStatus(kStop);
+    hooks_.refreshBrowserFiles();
+}
+
+void ConversionRun::carryTags(const ConversionJob& job) {
+    vbmp3_FileInfo info{};
+    info.size = sizeof info;
+    if (!vbmp3_.vbmp3_getFileInfo(job.source, info)) return;
+    if (const auto tag = TagOf(info)) {
+        const int kinds = IsRmp(job.destination) ? VBMP3_TAG_SI : VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2;
+        vbmp3_.vbmp3_writeTag(job.destination, kinds, *tag);
+    }
+}
+
+void ConversionRun::failWithLibrary(int number) { fail(ErrorOfJob(operation_, number), ReasonOfJob(number)); }
+
+void ConversionRun::fail(ConversionError error, const std::string& reason) {
+    error_ = error;
+    reason_ = FileNameOf(jobs_.front().source) + (reason.empty() ? "" : ": ") + reason;
+    leave(Outcome::Failed);
+    hooks_.stopPlayback();
+    hooks_.showStatus(kError);
+    hooks_.failed();
+    onFailed();
+}
+
+void ConversionRun::showProgress(double doneOfFile) {
+    const double done =
+        std::min(1.0, (static_cast<double>(progress_.done) + doneOfFile) / static_cast<double>(progress_.files));
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - started_;
+    progress_.permille = static_cast<int>(done * 1000);
+    progress_.left = TimeLeft(passed.count(), done);
+    onChanged();
+}
+
+}  // namespace quenlox

@@ -1,0 +1,254 @@
+#include "tests/convert/convert_fixture.h"
+
+namespace quenlox {
+namespace {
+
+using Configuration = std::vector<std::tuple<int, int, std::string>>;
+using Outcome = ConversionRun::Outcome;
+
+TEST_F(ConvertTest, TheEncoderIsAskedInItsOrderOnAThreadOfItsOwnAndWithoutVbrUnlessChosen) {
+    const struct {
+        EncoderSettings settings;
+        Configuration expected;
+    } cases[] = {{{}, {{1, 0, "C:\\a.wav"}, {2, 0, "C:\\b.mp3"}, {6, 44100, ""}, {3, 2, ""}, {4, 128, ""}}},
+                 {{48000, 32, 0},
+                  {{1, 0, "C:\\a.wav"}, {2, 0, "C:\\b.mp3"}, {6, 48000, ""}, {3, 2, ""}, {18, 0, ""}, {4, 32, ""}}}};
+    for (const auto& c : cases) {
+        gogo->configuration.clear();
+        gogo->calls.clear();
+        gogo->threads.clear();
+        run.setSettings(c.settings);
+        choose(Operation::Encode, {"C:\\a.wav"}, "C:\\b.mp3");
+        encode();
+        EXPECT_EQ(gogo->configuration, c.expected);
+        EXPECT_EQ(gogo->calls, (Notes{"initialise", "detect", "frame", "frame", "frame", "close", "end"}));
+        EXPECT_EQ(gogo->threads.size(), 1u);
+        EXPECT_FALSE(gogo->threads.contains(std::this_thread::get_id()));
+        EXPECT_EQ(notes, (Notes{"stop", "let go of C:\\b.mp3", "status 7", "made C:\\b.mp3", "status 0", "refresh"}));
+        EXPECT_EQ(run.outcome(), Outcome::Made);
+        EXPECT_FALSE(polling);
+    }
+}
+
+TEST_F(ConvertTest, AFailureOfTheEncoderEndsItAndKeepsWhatIsNotDone) {
+    const struct {
+        int initialise, detect, failingFrame;
+        ConversionError error;
+    } cases[] = {{1, 0, 0, ConversionError::GogoStart},
+                 {0, 4, 0, ConversionError::GogoFile},
+                 {0, 0, 3, ConversionError::GogoEncode}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(static_cast<int>(c.error));
+        gogo->initialiseResult = gogo->detectResult = gogo->failingFrame = 0;
+        choose(Operation::Encode, {"C:\\a.wav", "C:\\b.wav", "C:\\c.wav"});
+        run.onFailed = [this] { notes.push_back(MessageOf(run.error())); };
+        run.onChanged = [&] {
+            if (run.progress().done == 0) return;
+            gogo->initialiseResult = c.initialise;  // of the second file, which has not begun yet
+            gogo->detectResult = c.detect;
+            gogo->failingFrame = c.failingFrame;
+            run.onChanged = [] {};
+        };
+        encode();
+        EXPECT_EQ(gogo->calls.back(), "end");
+        EXPECT_EQ(Notes(notes.end() - 4, notes.end()), (Notes{"stop", "status 3", "failed", MessageOf(c.error)}));
+        EXPECT_TRUE(run.reason().starts_with("b.wav")) << run.reason();
+        EXPECT_EQ(run.jobs().size(), 2u);
+        EXPECT_TRUE(run.canStart());
+        EXPECT_FALSE(polling);
+    }
+}
+
+TEST_F(ConvertTest, AnEncodeThatIsGivenUpComesBackFromItsFrameBeforeAnotherRunMayStart) {
+    const struct {
+        bool played;  // something else is, which goes on; else it is cancelled
+        int frame;    // of four
+        const char *destination, *made;
+        bool stays;
+    } cases[] = {{false, 2, "C:\\b.mp3", "", false},
+                 {true, 2, "C:\\b.mp3", "", false},
+                 {false, 4, "C:\\b.mp3", "C:\\b.mp3", true},
+                 {false, 4, "C:\\b.rmp", "C:\\b.rmp.mp3", false}};
+    gogo->frames = 4;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.played << c.frame << " " << c.destination);
+        choose(Operation::Encode, {"C:\\a.wav"}, c.destination);
+        startHeld(c.frame);
+        EXPECT_EQ(notes, (Notes{"stop", std::string("let go of ") + c.destination, "status 7"}));
+        EXPECT_TRUE(polling);
+        run.poll();
+        EXPECT_EQ(run.progress().permille, 250) << "after the first frame";
+        if (*c.made) files.add(c.made);
+        notes.clear();
+        if (c.played) state.PlayerStatus = kPlay;
+        c.played ? run.poll() : run.cancel();
+        run.start();
+        EXPECT_FALSE(run.running() || run.canStart() || polling);
+        EXPECT_EQ(run.outcome(), c.played ? Outcome::None : Outcome::Cancelled);
+        EXPECT_EQ(notes, c.played ? Notes() : (Notes{"status 0", "stop", "status 0"}));
+        awaitEncoder();
+        EXPECT_EQ(gogo->calls.back(), "end");
+        EXPECT_EQ(files.fileExists(c.made), c.stays);
+    }
+}
+
+TEST_F(ConvertTest, AWindowThatDoesNothingIsSentOneTaskAndNotOneForEachFrame) {
+    gogo->frames = 1000;
+    choose(Operation::Encode, {"C:\\a.wav"});
+    startHeld(900);
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));  // another report is due
+    gogo->letGo();
+    ASSERT_TRUE(gogo->awaitEnd());
+    EXPECT_EQ(windows.waiting(), 1u);
+    awaitRun();
+}
+
+TEST_F(ConvertTest, TheEndOfTheProgramWaitsForAnEncoderThatComesBackAndLeavesAnotherBehind) {
+    gogo->frames = 1000000;
+    choose(Operation::Encode, {"C:\\a.wav"});
+    run.start();
+    run.abandon(std::chrono::seconds(10));
+    EXPECT_EQ(gogo->calls.back(), "end");
+    EXPECT_EQ(state.PlayerStatus, kStop);
+    startHeld(2);
+    run.abandon(std::chrono::milliseconds(1));
+    EXPECT_FALSE(run.running());
+    while (windows.waiting() > 0) windows.runNext();
+    gogo->letGo();
+    ASSERT_TRUE(gogo->awaitEnd());
+    EXPECT_EQ(windows.waiting(), 0u) << "nobody listens to it any more";
+}
+
+TEST_F(ConvertTest, TheTextsOfTheSourceGoIntoTheNewFile) {
+    vbmp3.addFile("C:\\a.wav", VBMP3_TYPE_WAVE, 60, "題名", "歌手");
+    vbmp3.addFile("C:\\none.wav", VBMP3_TYPE_WAVE, 60);
+    choose(Operation::Encode, {"C:\\a.wav", "C:\\none.wav"});
+    encode();
+    EXPECT_STREQ((vbmp3.tags[{"C:\\a.mp3", VBMP3_TAG_ID3V2}].title), "題名");
+    EXPECT_STREQ((vbmp3.tags[{"C:\\a.mp3", VBMP3_TAG_ID3V1}].artist), "歌手");
+    EXPECT_EQ(vbmp3.tags.size(), 2u) << "where there are no texts there is no tag";
+    // An RMP is made of an MP3 that does not stay, under a name that nobody has.
+    files.add("C:\\b.rmp.mp3", "of the user");
+    choose(Operation::Encode, {"C:\\a.wav"}, "C:\\b.rmp");
+    startHeld(1);
+    files.add("C:\\b.rmp.mp3.mp3");
+    gogo->letGo();
+    awaitRun();
+    EXPECT_EQ(vbmp3.count("toRmp C:\\b.rmp.mp3.mp3 > C:\\b.rmp"), 1);
+    EXPECT_STREQ((vbmp3.tags[{"C:\\b.rmp", VBMP3_TAG_SI}].title), "題名");
+    EXPECT_FALSE(files.fileExists("C:\\b.rmp.mp3.mp3"));
+    EXPECT_EQ(files.bytesOf("C:\\b.rmp.mp3"), "of the user");
+}
+
+// Jobs of the decoding library.
+
+TEST_F(ConvertTest, AJobRunsInTheBackgroundUntilTheTimerFindsItDone) {
+    vbmp3.addFile("C:\\a.mp3");
+    const struct {
+        ConversionRun& run;
+        Operation operation;
+        const char *source, *call, *made;
+        int status;
+    } cases[] = {{run, Operation::Decode, "C:\\a.mp3", "decode C:\\a.mp3 > C:\\a.wav", "made C:\\a.wav", kDecode},
+                 {withoutGogo(), Operation::Encode, "C:\\a.wav", "encodeStart C:\\a.mp3", "made C:\\a.mp3", kEncode}};
+    for (const auto& c : cases) {
+        c.run.setOperation(c.operation);
+        c.run.setSources({c.source});
+        c.run.start();
+        EXPECT_EQ(vbmp3.count(c.call), 1);
+        EXPECT_EQ(state.PlayerStatus, c.status);
+        EXPECT_TRUE(polling);
+        EXPECT_TRUE(c.run.decodesUnheard());
+        vbmp3.encodeState = 1;
+        vbmp3.encodePermille = 420;
+        c.run.poll();
+        EXPECT_EQ(c.run.progress().permille, 420);
+        vbmp3.encodeState = 2;
+        c.run.poll();
+        EXPECT_EQ(Notes(notes.end() - 3, notes.end()), (Notes{c.made, "status 0", "refresh"}));
+        EXPECT_FALSE(polling);
+    }
+}
+
+TEST_F(ConvertTest, WhilePlayingTheRunEndsWithTheSound) {
+    vbmp3.addFile("C:\\a.mp3");
+    vbmp3.addFile("C:\\b.rmp", VBMP3_TYPE_RMP);
+    choose(Operation::PlayDecode, {"C:\\a.mp3", "C:\\b.rmp"});
+    whileOpening = [this] { run.cancel(); };
+    run.start();
+    whileOpening = [this] { state.PlayerStatus = kPlay; };
+    run.start();
+    EXPECT_FALSE(run.running());
+    EXPECT_TRUE(vbmp3.calls == Notes{"encodeStop"}) << "nothing is begun";
+    state.PlayerStatus = kStop;
+    whileOpening = [] {};
+    run.start();
+    EXPECT_EQ(vbmp3.calls.back(), "playDecode C:\\a.mp3 > C:\\a.wav");
+    EXPECT_FALSE(run.decodesUnheard());
+    vbmp3.encodeState = 2;
+    run.poll();  // everything is decoded, not everything heard
+    EXPECT_EQ(vbmp3.calls.back(), "playDecode C:\\a.mp3 > C:\\a.wav");
+    state.PlayerStatus = kStop;  // as the end of a track leaves it
+    run.decodeEnded();
+    EXPECT_EQ(vbmp3.calls.back(), "playDecode C:\\b.rmp > C:\\b.wav");
+    EXPECT_EQ(state.PlayerStatus, kDecode);
+    run.decodeEnded();
+    EXPECT_EQ(Notes(notes.end() - 3, notes.end()), (Notes{"made C:\\b.wav", "status 0", "refresh"}));
+}
+
+TEST_F(ConvertTest, AJobThatFailsSaysWhy) {
+    ConversionRun& bare = withoutGogo();
+    vbmp3.addFile("C:\\a.mp3");
+    vbmp3.addFile("C:\\w.mp3", VBMP3_TYPE_WAVE);
+    const struct {
+        Operation operation;
+        const char* source;
+        int number;
+        ConversionError error;
+        bool onTheWay;  // it starts
+    } cases[] = {{Operation::Decode, "C:\\none.mp3", VBMP3_ERROR_WRITE, ConversionError::DecodeSource, false},
+                 {Operation::Decode, "C:\\w.mp3", VBMP3_OK, ConversionError::DecodeSource, false},
+                 {Operation::PlayDecode, "C:\\a.mp3", VBMP3_ERROR_NOT_FOUND, ConversionError::DecodeSource, false},
+                 {Operation::Encode, "C:\\s.wav", VBMP3_ERROR_FORMAT, ConversionError::EncodeSource, false},
+                 {Operation::Encode, "C:\\s.wav", VBMP3_ERROR_NO_CODEC, ConversionError::NoCodec, false},
+                 {Operation::Decode, "C:\\a.mp3", VBMP3_ERROR_WRITE, ConversionError::Other, true},
+                 {Operation::PlayDecode, "C:\\a.mp3", VBMP3_ERROR_WRITE, ConversionError::Other, true}};
+    vbmp3.encodeState = 3;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << static_cast<int>(c.operation) << " " << c.source << " " << c.number);
+        vbmp3.error = c.number;
+        vbmp3.jobsWork = c.onTheWay;
+        bare.setOperation(c.operation);
+        bare.setSources({c.source});
+        bare.start();
+        bare.poll();
+        EXPECT_EQ(bare.outcome(), Outcome::Failed);
+        EXPECT_EQ(bare.error(), c.error);
+        EXPECT_EQ(state.PlayerStatus, kError);
+    }
+    EXPECT_EQ(bare.reason(), "a.mp3: 保存先に書き込めません");
+}
+
+TEST_F(ConvertTest, WhatIsChosenStaysWhileARunGoesOn) {
+    vbmp3.addFile("C:\\a.mp3");
+    choose(Operation::Decode, {"C:\\a.mp3"});
+    files.add("C:\\a.wav");
+    EXPECT_EQ(run.replaced(), Notes{"C:\\a.wav"});
+    run.start();
+    run.setSources({});
+    run.setDestination("C:\\other.wav");
+    run.setOperation(Operation::Encode);
+    EXPECT_EQ(run.jobs().front().destination, "C:\\a.wav");
+    state.PlayerStatus = kPlay;  // ends it
+    run.poll();
+    EXPECT_EQ(vbmp3.calls.back(), "encodeStop");
+    run.setDestination("C:\\a.wav");  // the save dialog asks by itself
+    EXPECT_TRUE(run.replaced().empty());
+    run.setOperation(Operation::PlayDecode);
+    EXPECT_TRUE(run.canStart());
+    run.setOperation(Operation::Encode);  // what was to be decoded cannot be encoded
+    EXPECT_FALSE(run.canStart());
+}
+
+}  // namespace
+}  // namespace quenlox
