@@ -34,7 +34,7 @@ Transport::Transport(const Parts& parts)
 
 Transport::~Transport() { tracks_.onCurrentMoved = nullptr; }
 
-bool Transport::mayAct() const { return state_.PlayerStatus < kDecode; }
+bool Transport::mayAct() const { return state_.PlayerStatus < kDecode && !opensForConversion_; }
 
 bool Transport::superseded(unsigned request) const { return request != request_ || state_.ShuttingDown; }
 
@@ -335,7 +335,9 @@ void Transport::halt() {
 void Transport::openForConversion(const std::string& path) {
     newRequest();
     setCurrent({path});
+    opensForConversion_ = true;
     openCurrent();
+    opensForConversion_ = false;
 }
 
 void Transport::conversionFailed() {

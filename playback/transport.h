@@ -131,6 +131,7 @@ class Transport {
 
     unsigned request_ = 0;             // a newer one supersedes what an older one still does
     bool fromCommandLine_ = false;
+    bool opensForConversion_ = false;  // the status is that of loading meanwhile
     GaplessHandOver handOver_;
     // The order of a pass to come, drawn ahead because its first track is the next file.
     struct DrawnOrder {
