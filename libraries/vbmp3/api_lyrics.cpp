@@ -26,19 +26,16 @@ void give(Record* to, Record& from) {
     std::memcpy(to, &from, size);
 }
 
-double msPerMpegFrame(const StreamInfo& info) {
-    return info.mpeg && info.sampleRate > 0 ? info.mpeg->first.samplesPerFrame * 1000.0 / info.mpeg->first.sampleRate
-                                            : 0;
-}
-
-std::optional<EmbeddedLyrics> readEmbedded(const char* path, int& error) {
+// Those of the open file have been read with it.
+std::optional<EmbeddedLyrics> readEmbedded(Library& self, const std::string& path, int& error) {
+    error = VBMP3_OK;
+    if (const TrackPtr track = self.player.current(); track && track->path == path) return track->lyrics;
     const auto file = openFile(path);
     error = VBMP3_ERROR_NOT_FOUND;
     if (!file) return std::nullopt;
     error = VBMP3_OK;
     const FileLayout layout = scanFileLayout(*file);
-    const auto info = probe(*file, layout);
-    return readEmbeddedLyrics(*file, layout, info ? msPerMpegFrame(*info) : 0);
+    return lyricsInTags(*file, layout, probe(*file, layout));
 }
 
 }  // namespace
@@ -50,9 +47,8 @@ int32_t vbmp3_readLyrics3Data(char* raw, char* text) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         const TrackPtr track = self.player.current();
         if (!track) return report(VBMP3_ERROR_NOT_OPEN);
-        int error = VBMP3_OK;
-        auto lyrics = readEmbedded(track->path.c_str(), error);
-        report(error);
+        report(VBMP3_OK);
+        std::optional<EmbeddedLyrics> lyrics = track->lyrics;
         if (!lyrics) return 0;
         if (raw != nullptr) {
             const size_t length = std::min<size_t>(lyrics->raw.size(), VBMP3_LYRICS_TEXT - 1);
@@ -70,7 +66,7 @@ int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info) {
         if (path == nullptr || info == nullptr || info->size < sizeof info->size) return report(VBMP3_ERROR_ARGUMENT);
         const auto record = std::make_unique<vbmp3_Lyrics3Info>();
         int error = VBMP3_OK;
-        const auto found = readEmbedded(path, error);
+        const auto found = readEmbedded(self, path, error);
         report(error);
         if (found) {
             const Lyrics lyrics = parseLyrics(found->text, LyricsFormat::Text, self.lyrics.rules());

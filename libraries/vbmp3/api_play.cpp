@@ -1,12 +1,13 @@
 // Life, files, playing and output of the C interface.
 #include <algorithm>
-#include <atomic>
 #include <cstring>
+#include <mutex>
+#include <string>
 #include <string_view>
 
 #include "libraries/vbmp3/file_source.h"
 #include "libraries/vbmp3/library.h"
-#include "libraries/vbmp3/tag_files.h"
+#include "libraries/vbmp3/track.h"
 
 namespace vbmp3 {
 namespace {
@@ -17,11 +18,22 @@ std::unique_ptr<Library>& slot() {
     return *theLibrary;
 }
 
-std::atomic<int> lastError = VBMP3_OK;
+// Held where the library is made and taken down, and where another thread than the caller's uses it.
+std::mutex& lifeMutex() {
+    static auto* const theMutex = new std::mutex;
+    return *theMutex;
+}
+
+thread_local int lastError = VBMP3_OK;
 
 }  // namespace
 
 Library* library() { return slot().get(); }
+
+void startLibrary(const OpenFile& openFile, const OutputSystem& output) {
+    const std::lock_guard lock(lifeMutex());
+    if (!slot()) slot() = std::make_unique<Library>(openFile, output);
+}
 
 int32_t report(int error) {
     lastError = error;
@@ -38,6 +50,27 @@ void giveRecord(vbmp3_FileInfo* to, vbmp3_FileInfo from) {
     std::memcpy(to, &from, size);
 }
 
+// The library may be taken down while the file is being opened, which may take for ever.
+int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
+    uint64_t ticket = 0;
+    OpenFile opener;
+    {
+        const std::lock_guard lock(lifeMutex());
+        if (!library()) return VBMP3_ERROR_NOT_OPEN;
+        ticket = library()->player.beginOpen();
+        opener = library()->player.fileOpener();
+    }
+    int error = VBMP3_OK;
+    vbmp3_FileInfo record{};
+    TrackPtr track = openTrack(opener, path, error, &record);
+    {
+        const std::lock_guard lock(lifeMutex());
+        if (!library() || library()->player.finishOpen(ticket, track) != VBMP3_OK) return VBMP3_ERROR_SUPERSEDED;
+    }
+    if (error == VBMP3_OK) giveRecord(info, record);
+    return error;
+}
+
 }  // namespace
 }  // namespace vbmp3
 
@@ -45,13 +78,14 @@ using namespace vbmp3;
 
 int32_t vbmp3_init(void) {
     return guarded<int32_t>(0, [] {
-        if (!slot()) slot() = std::make_unique<Library>();
+        startLibrary();
         return report(VBMP3_OK);
     });
 }
 
 void vbmp3_free(void) {
     guarded(0, [] {
+        const std::lock_guard lock(lifeMutex());
         slot().reset();
         return 0;
     });
@@ -81,16 +115,7 @@ int32_t vbmp3_getFileType(const char* path) {
 }
 
 int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info) {
-    return withLibrary<int32_t>(0, [&](Library& self) {
-        const int error = self.player.open(path != nullptr ? path : "");
-        if (error == VBMP3_OK && info != nullptr) {
-            vbmp3_FileInfo record{};
-            fillFormat(self.player.current()->info, record);
-            if (const auto file = openFile(path)) fillTags(*file, scanFileLayout(*file), record);
-            giveRecord(info, record);
-        }
-        return report(error);
-    });
+    return guarded<int32_t>(0, [&] { return report(openOnAnyThread(path != nullptr ? path : "", info)); });
 }
 
 void vbmp3_close(void) {

@@ -1,13 +1,16 @@
 // Work in the background of the caller: decoding a file to WAVE, encoding one with the codec of the operating system.
-// One job at a time, on a thread of its own. Methods are the caller's; `finished` is called on the job's thread.
+// One job at a time, on a thread of its own. Methods are the caller's; `finished` is called on the job's thread. A job
+// that hangs in a file is left behind.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
-#include <thread>
+
+#include "libraries/vbmp3/side_thread.h"
 
 namespace vbmp3 {
 
@@ -33,17 +36,24 @@ class Jobs {
     // `work` returns a VBMP3_ERROR_* number and leaves no destination behind when it is cancelled.
     // False when a job is running.
     bool start(std::function<int(JobControl&)> work);
-    void cancel();  // waits until the job has stopped; afterwards there is none
-    State state() const { return state_; }
-    int permille() const { return control_ ? control_->permille_.load() : 0; }
-    int error() const { return error_; }
+    void cancel();  // waits until the job has stopped, two seconds at most; afterwards there is none
+    State state() const { return job_ ? job_->state.load() : State::None; }
+    int permille() const { return job_ ? job_->control.permille_.load() : 0; }
+    int error() const { return job_ ? job_->error.load() : 0; }
 
   private:
+    struct Job {
+        JobControl control;
+        std::atomic<State> state = State::Running;
+        std::atomic<int> error = 0;
+        std::mutex mutex;
+        std::function<void()> finished;  // null once nobody wants to hear of it
+    };
+    static void run(Job& job, const std::function<int(JobControl&)>& work);
+
     std::function<void()> finished_;
-    std::shared_ptr<JobControl> control_;
-    std::atomic<State> state_ = State::None;
-    std::atomic<int> error_ = 0;
-    std::thread thread_;
+    std::shared_ptr<Job> job_;
+    std::unique_ptr<SideThread> thread_;
 };
 
 // Decodes `source` to a 16-bit WAVE file with the rate and (up to two) channels of the source.

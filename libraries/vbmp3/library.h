@@ -1,5 +1,6 @@
 // Everything that lives between vbmp3_init and vbmp3_free. The C interface (api_*.cpp) is a thin skin over it, one file
-// for each concern. All of it is used on the caller's thread; what has threads of its own has them inside.
+// for each concern. All of it is used on the caller's thread, save the opening of a file; what has threads of its own
+// has them inside.
 #pragma once
 
 #include <memory>
@@ -16,18 +17,22 @@
 namespace vbmp3 {
 
 struct Library {
+    Library(const OpenFile& openFile, const OutputSystem& output) : player(sound, output, openFile) {}
+
     SoundSettings sound;
-    Player player{sound};
+    Player player;
     Jobs jobs{[this] { player.notify(VBMP3_EVENT_JOB_DONE); }};
     std::string encodeSource;
     SpectrumAnalyzer spectrum;
     LyricsShow lyrics;
 };
 
+// What vbmp3_init does; tests have files and devices of their own.
+void startLibrary(const OpenFile& openFile = vbmp3::openFile, const OutputSystem& output = {});
 // The one between init and free; null outside.
 Library* library();
 
-// Number for vbmp3_getLastErrorNo; returns 1 for VBMP3_OK and 0 otherwise, as most calls do.
+// Number for vbmp3_getLastErrorNo on this thread; returns 1 for VBMP3_OK and 0 otherwise, as most calls do.
 int32_t report(int error);
 
 // Runs `body`, which returns the call's result, with the library; `otherwise` is the result when there is none or the

@@ -5,56 +5,58 @@
 #include <cmath>
 #include <utility>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/vbmp3/side_thread.h"
 
 namespace vbmp3 {
 namespace {
 
-constexpr auto kPatience = std::chrono::seconds(5);
+// As long as stop and close wait for a device to be silent.
+constexpr auto kOutputPatience = std::chrono::seconds(5);
+// As long as a next file may take to open before it counts as taken unseen.
+constexpr auto kNextPatience = std::chrono::milliseconds(50);
 // As long as play waits to hear that the device is in use. One that needs longer to open is opened all the same.
 constexpr auto kDevicePatience = std::chrono::milliseconds(1500);
 
-}  // namespace
-
-TrackPtr openTrack(const std::string& path, int& error) {
-    static std::atomic<int64_t> lastId = 0;
-    std::shared_ptr<const ByteSource> file = openFile(path);
-    if (!file) {
-        error = VBMP3_ERROR_NOT_FOUND;
-        return nullptr;
-    }
-    auto info = probe(*file, scanFileLayout(*file));
-    error = VBMP3_ERROR_FORMAT;
-    if (!info) return nullptr;
-    refineLength(*file, *info);
-    auto track = std::make_shared<Track>();
-    track->source = openSource(std::move(file), *info);
-    if (!track->source) return nullptr;
-    track->id = ++lastId;
-    track->path = path;
-    track->info = std::move(*info);
-    track->sampleRate = track->source->sampleRate();
-    error = VBMP3_OK;
-    return track;
+// Never the same twice in a process: a player may have gone when an opening comes back.
+uint64_t newTicket() {
+    static std::atomic<uint64_t> last = 0;
+    return ++last;
 }
 
-Player::Player(const SoundSettings& sound, OutputSystem system)
-    : system_(withRecorder(std::move(system))),
-      decoder_(state_),
+// Puts the file into `state` as the next one, unless something newer has been ordered; a VBMP3_ERROR_* number.
+int openNext(PlayerState& state, const OpenFile& openFile, const std::string& path, uint64_t ticket) {
+    try {
+        int error = VBMP3_OK;
+        TrackPtr track = openTrack(openFile, path, error);
+        const std::lock_guard lock(state.mutex);
+        if (track && ticket == state.nextTicket) state.setNext(std::move(track));
+        return error;
+    } catch (...) {
+        return VBMP3_ERROR_MEMORY;
+    }
+}
+
+}  // namespace
+
+Player::Player(const SoundSettings& sound, OutputSystem system, OpenFile openFile)
+    : openFile_(std::move(openFile)),
+      system_(withRecorder(std::move(system))),
+      decoder_(shared_),
       output_(state_, system_, sound, tap_, [this](int event) { notify(event); }) {}
 
 Player::~Player() {
     setListener(nullptr);
+    close();
     const std::lock_guard lock(state_.mutex);
     state_.quit = true;
     state_.decodeWork.notify_all();
     state_.outputWork.wake();
 }
 
-bool Player::waitFor(std::unique_lock<std::mutex>& lock, uint64_t generation) {
-    return state_.answered.wait_for(lock, kPatience, [&] {
-        return state_.decodeGeneration >= generation && state_.outputGeneration >= generation;
-    });
+void Player::waitForSilence(std::unique_lock<std::mutex>& lock) {
+    const uint64_t generation = state_.generation;
+    decoder_.settle(lock);
+    state_.answered.wait_for(lock, kOutputPatience, [&] { return state_.outputGeneration >= generation; });
 }
 
 OutputSystem Player::withRecorder(OutputSystem system) {
@@ -78,29 +80,36 @@ void Player::stopRecording() {
 }
 
 int Player::open(const std::string& path) {
-    close();
+    const uint64_t ticket = beginOpen();
     int error = VBMP3_OK;
-    TrackPtr track = openTrack(path, error);
-    const std::lock_guard lock(state_.mutex);
-    state_.current = std::move(track);
-    return error;
+    TrackPtr track = openTrack(openFile_, path, error);
+    const int outcome = finishOpen(ticket, track);
+    return outcome == VBMP3_OK ? error : outcome;
 }
 
-void Player::close() {
+uint64_t Player::beginOpen() {
     stopRecording();
-    TrackPtr current, next;  // die without the lock
     std::unique_lock lock(state_.mutex);
-    current = std::move(state_.current);
-    next = std::move(state_.next);
-    state_.current = nullptr;
-    state_.next = nullptr;
+    const uint64_t ticket = state_.openTicket = newTicket();
+    ++state_.nextTicket;
+    state_.release(std::exchange(state_.current, nullptr));
+    state_.setNext(nullptr);
     state_.active = false;
     state_.paused = false;
     state_.setHeard(0);
     state_.newGeneration();
-    // Afterwards nobody but us holds the file.
-    waitFor(lock, state_.generation);
+    waitForSilence(lock);
+    return ticket;
 }
+
+int Player::finishOpen(uint64_t ticket, TrackPtr& track) {
+    const std::lock_guard lock(state_.mutex);
+    if (ticket != state_.openTicket) return VBMP3_ERROR_SUPERSEDED;
+    if (track) state_.current = std::move(track);
+    return VBMP3_OK;
+}
+
+void Player::close() { beginOpen(); }
 
 int Player::play() {
     std::unique_lock lock(state_.mutex);
@@ -110,6 +119,7 @@ int Player::play() {
     state_.startFrame = 0;
     state_.setHeard(0);
     state_.newGeneration();
+    decoder_.hurry();
     const uint64_t generation = state_.generation;
     state_.awaited = generation;
     const bool answered =
@@ -130,7 +140,7 @@ int Player::stop() {
         state_.paused = false;
         state_.newGeneration();
     }
-    waitFor(lock, state_.generation);
+    waitForSilence(lock);
     return state_.current ? VBMP3_OK : VBMP3_ERROR_NOT_OPEN;
 }
 
@@ -162,27 +172,33 @@ int Player::seek(double seconds) {
     if (state_.active) {
         state_.startFrame = frame;
         state_.newGeneration();
+        decoder_.hurry();
     }
     return VBMP3_OK;
 }
 
 int Player::setNext(const std::string& path) {
-    TrackPtr track;
-    int error = VBMP3_OK;
-    if (!path.empty()) track = openTrack(path, error);
-    TrackPtr old;
-    const std::lock_guard lock(state_.mutex);
-    old = std::exchange(state_.next, track);
-    if (state_.nextTaken) {
-        // The former next file is on its way to the device already: begin anew where the sound is.
-        state_.startFrame = state_.heardFrame();
-        state_.setHeard(state_.startFrame);
-        state_.newGeneration();
-    } else if (track && state_.active) {
-        state_.decodedAll = false;
-        state_.decodeWork.notify_one();
+    uint64_t ticket = 0;
+    {
+        const std::lock_guard lock(state_.mutex);
+        ticket = ++state_.nextTicket;
+        const bool taken = state_.nextTaken;
+        state_.setNext(nullptr);
+        if (taken) {
+            // The former next file is on its way to the device already: begin anew where the sound is.
+            state_.startFrame = state_.heardFrame();
+            state_.setHeard(state_.startFrame);
+            state_.newGeneration();
+            decoder_.hurry();
+        }
     }
-    return error;
+    if (path.empty()) return VBMP3_OK;
+    if (SideThread::leftBehind() >= SideThread::kMostLeftBehind) return VBMP3_ERROR_NOT_FOUND;
+    const auto answer = std::make_shared<std::atomic<int>>(VBMP3_OK);
+    const SideThread opener(
+        [=, state = shared_, openFile = openFile_] { *answer = openNext(*state, openFile, path, ticket); },
+        std::chrono::milliseconds(0));
+    return opener.endsWithin(kNextPatience) ? answer->load() : VBMP3_OK;
 }
 
 Player::Snapshot Player::snapshot() {
@@ -202,6 +218,7 @@ TrackPtr Player::current() {
 void Player::setOutput(OutputSettings settings) {
     const std::lock_guard lock(state_.mutex);
     state_.output = settings;
+    state_.outputWork.wake();
 }
 
 bool Player::hasDevice() {

@@ -1,34 +1,40 @@
 // One file at a time played through the sound chain: open, play, pause, seek, position, and the file that follows. All
-// methods are the caller's, on one thread; the decode thread and the output thread are inside.
+// methods are the caller's, on one thread, save the three that open, which may be called on another at the same time.
+// The decode thread and the output thread are inside. No method but open waits for a file that does not answer.
 #pragma once
 
 #include <mutex>
 #include <string>
 
 #include "libraries/vbmp3/decode_thread.h"
+#include "libraries/vbmp3/file_source.h"
 #include "libraries/vbmp3/output_thread.h"
 #include "libraries/vbmp3/player_state.h"
 #include "libraries/vbmp3/recorder.h"
 
 namespace vbmp3 {
 
-// Opens a file as far as playing needs it: null and a VBMP3_ERROR_* number when that fails.
-TrackPtr openTrack(const std::string& path, int& error);
-
 class Player {
   public:
-    explicit Player(const SoundSettings& sound, OutputSystem system = {});
+    explicit Player(const SoundSettings& sound, OutputSystem system = {}, OpenFile openFile = vbmp3::openFile);
     ~Player();
 
     // These return a VBMP3_ERROR_* number, VBMP3_OK for success.
     int open(const std::string& path);
-    void close();
+    void close();  // afterwards nobody holds the file, unless it does not answer
     int play();
     int stop();
     int pause();
     int restart();
     int seek(double seconds);
-    int setNext(const std::string& path);  // empty: none
+    // Empty: none. A file that takes long to open is taken as it comes, and not at all when it then cannot be opened.
+    int setNext(const std::string& path);
+
+    // Opening in two steps, between which the file is opened with `openTrack`, without the player. beginOpen closes
+    // what is open and gives a ticket, which a later one or a close makes invalid: VBMP3_ERROR_SUPERSEDED.
+    uint64_t beginOpen();
+    int finishOpen(uint64_t ticket, TrackPtr& track);  // takes the track, unless it is null
+    const OpenFile& fileOpener() const { return openFile_; }
 
     struct Snapshot {
         int state = 0;  // 0 stopped, 1 playing, 2 paused
@@ -50,12 +56,14 @@ class Player {
     void notify(int event);
 
   private:
-    // Waits until both threads have taken over `generation`; no longer than a device needs at worst.
-    bool waitFor(std::unique_lock<std::mutex>& lock, uint64_t generation);
+    // Waits until what was played is silent and, when its file answers, nobody reads it.
+    void waitForSilence(std::unique_lock<std::mutex>& lock);
 
     OutputSystem withRecorder(OutputSystem system);
 
-    PlayerState state_;
+    const std::shared_ptr<PlayerState> shared_ = std::make_shared<PlayerState>();
+    PlayerState& state_ = *shared_;
+    const OpenFile openFile_;
     std::mutex recorderMutex_;
     std::shared_ptr<Recorder> recorder_;
     Tap tap_;

@@ -2,7 +2,8 @@
 // which nobody holds while decoding, reading a file or touching the device.
 //
 // The caller writes an order (what to play, from where, paused or not) and raises its generation; both threads drop
-// what belongs to an older one. Sound goes from decoder to output as blocks in a queue.
+// what belongs to an older one. Sound goes from decoder to output as blocks in a queue. It lives as long as the last
+// thread that knows it, which may have been left behind.
 #pragma once
 
 #include <condition_variable>
@@ -11,23 +12,14 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <string>
+#include <utility>
 #include <vector>
 
 #include "libraries/vbmp3/output.h"
 #include "libraries/vbmp3/running_count.h"
-#include "libraries/vbmp3/source.h"
+#include "libraries/vbmp3/track.h"
 
 namespace vbmp3 {
-
-struct Track {
-    int64_t id = 0;
-    std::string path;
-    StreamInfo info;
-    int sampleRate = 0;
-    std::unique_ptr<Source> source;  // the decode thread's once playing has been ordered
-};
-using TrackPtr = std::shared_ptr<Track>;
 
 struct Block {
     TrackPtr track;
@@ -51,6 +43,12 @@ struct PlayerState {
     bool nextTaken = false;  // the decoder has gone on to it
     OutputSettings output;
 
+    // Which opening counts: files are opened without the mutex, and something newer may have been ordered meanwhile.
+    uint64_t openTicket = 0;
+    uint64_t nextTicket = 0;
+    // No longer wanted. The decode thread closes their files, because that may take as long as reading them.
+    std::vector<TrackPtr> released;
+
     // Decoded and not yet taken by the output.
     std::deque<Block> queue;
     int64_t queuedFrames = 0;
@@ -69,6 +67,7 @@ struct PlayerState {
     RunningCount heardOutput;  // frames as the sound chain numbers them
     bool deviceLost = false;
 
+    // The following with the mutex held.
     int64_t heardFrame() { return shown = std::max(shown, heard.now()); }
     void setHeard(int64_t frame) {
         heard = {frame};
@@ -80,7 +79,18 @@ struct PlayerState {
         heardOutput = {heardOutput.now()};
     }
 
-    // The mutex must be held. Both threads begin anew with the order as it stands.
+    void release(TrackPtr track) {
+        if (!track) return;
+        released.push_back(std::move(track));
+        decodeWork.notify_all();
+    }
+    void setNext(TrackPtr track) {
+        release(std::exchange(next, std::move(track)));
+        if (!next || !active) return;
+        decodedAll = false;
+        decodeWork.notify_all();
+    }
+    // Both threads begin anew with the order as it stands.
     void newGeneration() {
         ++generation;
         queue.clear();
@@ -88,7 +98,7 @@ struct PlayerState {
         queueFull = false;
         decodedAll = false;
         nextTaken = false;
-        decodeWork.notify_one();
+        decodeWork.notify_all();
         outputWork.wake();
     }
 };

@@ -3,9 +3,17 @@
 //
 // Conventions. Every text is UTF-8; fixed-length texts end with a NUL and are cut at a character border. Every record
 // begins with its own size, which the caller sets (sizeof) before the call; the library never writes beyond it. Calls
-// that return int32_t give nonzero for success and 0 for failure unless stated; vbmp3_getLastErrorNo tells why. All
-// calls are made from one thread (the caller's); the library's own threads never call back, save for the track
-// listener, which says so. No exception leaves the library.
+// that return int32_t give nonzero for success and 0 for failure unless stated; vbmp3_getLastErrorNo tells why. No
+// exception leaves the library.
+//
+// Threads. All calls are made from one thread, the caller's, save these: vbmp3_open may be called on another thread,
+// and the caller's goes on calling everything else meanwhile; vbmp3_getFileType, vbmp3_getFileInfo, vbmp3_getGenre,
+// vbmp3_readTag, vbmp3_getVersion and vbmp3_getLastErrorNo may be called on any. The number of the last error is kept
+// for each thread by itself. The library's own threads never call back, save for the listener, which says so.
+//
+// Files that do not answer (a share or a disk that has gone). Calls that name a file wait for it, save
+// vbmp3_setNextFile; of the others none does. What hangs in a file is left behind with a thread of the library, and the
+// next file is played all the same.
 #pragma once
 
 #include <stdint.h>
@@ -45,6 +53,7 @@ enum {
     VBMP3_ERROR_BUSY = 8,       // a job runs already
     VBMP3_ERROR_ARGUMENT = 9,
     VBMP3_ERROR_LOCKED = 10,      // file locked by another program, or read-only
+    VBMP3_ERROR_SUPERSEDED = 11,  // another file was opened, or this one closed, while it was being opened
     VBMP3_ERROR_DEVICE_BUSY = 25  // the sound device is in use
 };
 
@@ -76,8 +85,10 @@ typedef struct vbmp3_FileInfo {
 // Life.
 
 VBMP3_API int32_t vbmp3_init(void);
-VBMP3_API void vbmp3_free(void);  // closes what is open, ends every thread and job
-VBMP3_API int32_t vbmp3_getLastErrorNo(void);
+// Closes what is open, ends every thread and job. A vbmp3_open on another thread may be under way: it gives 0 when its
+// file answers.
+VBMP3_API void vbmp3_free(void);
+VBMP3_API int32_t vbmp3_getLastErrorNo(void);                // of the calls made on this thread
 VBMP3_API void vbmp3_getVersion(char* text, uint32_t size);  // "1.0.0"
 
 // Files.
@@ -92,7 +103,12 @@ VBMP3_API int32_t vbmp3_getGenre(int32_t number, char* text, uint32_t size);
 
 // Playing.
 
-VBMP3_API int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info);  // info may be null
+// Closes what is open, which is not undone by a failure, and opens the file; `info` may be null. The file is opened
+// once: what `info` and the calls for lyrics tell of it has been read then. May be called on another thread than the
+// caller's, even while it is under way on a third. A later vbmp3_open, a vbmp3_close or vbmp3_free supersedes it: it
+// then changes nothing, `info` neither, and gives 0 with VBMP3_ERROR_SUPERSEDED once its file answers.
+VBMP3_API int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info);
+// Afterwards the file can be replaced or removed, unless it does not answer.
 VBMP3_API void vbmp3_close(void);
 VBMP3_API int32_t vbmp3_play(void);  // from the beginning of the open file
 VBMP3_API int32_t vbmp3_stop(void);
@@ -108,7 +124,8 @@ VBMP3_API int64_t vbmp3_getPositionMs(void);  // position of the sound being hea
 
 // The file that follows the playing one. When the playing track reaches its end the library goes on with this file
 // without a gap, reports VBMP3_EVENT_NEXT_TRACK, and is from then on as if that file had been opened and played. A null
-// or empty path takes it back. Returns 0 when the file cannot be opened.
+// or empty path takes it back. Returns 0 when the file cannot be opened. One that needs more than 50 ms to open counts
+// as taken; when it then cannot be opened nothing follows. vbmp3_open and vbmp3_close take the next file back.
 VBMP3_API int32_t vbmp3_setNextFile(const char* path);
 
 enum {
@@ -117,12 +134,13 @@ enum {
     VBMP3_EVENT_DEVICE_LOST = 3,
     VBMP3_EVENT_JOB_DONE = 4
 };
-// Called on one of the library's threads the moment the last sample of a track has been heard. It must not call the
+// Called on one of the library's threads, of a track the moment its last sample has been heard. It must not call the
 // library; post a message and return. Null takes it back; after the call returns no callback is running.
 typedef void (*vbmp3_Listener)(int32_t event, void* context);
 VBMP3_API void vbmp3_setListener(vbmp3_Listener listener, void* context);
 
-// Output. Device -1 is the system's default. Buffer in milliseconds, 50 to 2000 (default 250).
+// Output. Device -1 is the system's default. Buffer in milliseconds, 50 to 2000 (default 250). What is playing goes on
+// with them where it is; paused it stays paused.
 VBMP3_API int32_t vbmp3_setOutput(int32_t device, int32_t bufferMs);
 // 1 when there is a sound device, 0 when the library runs on its silent clock because there is none.
 VBMP3_API int32_t vbmp3_hasOutputDevice(void);
@@ -130,7 +148,8 @@ VBMP3_API int32_t vbmp3_hasOutputDevice(void);
 // Sound.
 
 // Gains of ten bands (60, 170, 310, 600, 1k, 3k, 6k, 12k, 14k, 16k Hz) in tenths of a decibel, -120 to +120. Null
-// switches the equalizer off, and the sound is then bit-exact. Taken over at the next play or vbmp3_reload.
+// switches the equalizer off, and the sound is then bit-exact. Taken over at the next play or vbmp3_reload; while a
+// WAVE file in any coding but MPEG is playing or paused, at once.
 VBMP3_API int32_t vbmp3_setEqualizer(const int32_t* gains);
 VBMP3_API int32_t vbmp3_reload(void);  // takes the equalizer setting over into the sound being played, smoothly
 VBMP3_API int32_t vbmp3_setPitch(int32_t percent);  // 100 is normal, 50 to 200; the speed is kept
