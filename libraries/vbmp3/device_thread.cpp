@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "libraries/vbmp3/running_count.h"
+#include "libraries/vbmp3/side_thread.h"
 
 namespace vbmp3 {
 namespace {
@@ -20,15 +21,6 @@ constexpr milliseconds kClosePatience{300};  // so that the next one can open a 
 constexpr int kLongestPieceMs = 50;
 
 std::atomic<int> leftBehindCount = 0;
-
-// The code must stay where it is as long as a thread is inside it.
-void keepLibraryLoaded() {
-#ifdef _WIN32
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       reinterpret_cast<LPCWSTR>(&keepLibraryLoaded), &module);
-#endif
-}
 
 }  // namespace
 
@@ -123,6 +115,8 @@ size_t DeviceThread::room() {
 
 void DeviceThread::write(std::span<const float> stereo) {
     const std::lock_guard lock(shared_->mutex);
+    // Until now there was nothing to move, perhaps for long: a file may stall.
+    if (shared_->queue.empty() && shared_->heard.frames >= shared_->taken) shared_->movedAt = Clock::now();
     shared_->queue.insert(shared_->queue.end(), stereo.begin(), stereo.end());
     shared_->drain = false;
     if (std::exchange(shared_->hungry, false)) shared_->wake.wake();

@@ -17,6 +17,7 @@ enum class OutputError { None, Busy, NoDevice };
 struct OutputSettings {
     int device = -1;     // -1: the default of the system
     int bufferMs = 250;  // 50 to 2000
+    friend bool operator==(const OutputSettings&, const OutputSettings&) = default;
 };
 
 class Output {

@@ -1,6 +1,7 @@
 #include "libraries/vbmp3/output_thread.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vbmp3 {
 namespace {
@@ -12,7 +13,6 @@ constexpr int kDeviceTickMs = 500;
 constexpr int kLongestTickMs = 100;
 // How far the position runs on by itself.
 constexpr int kSightMs = 150;
-constexpr auto kOpenAheadPatience = std::chrono::milliseconds(150);  // of the buffer that is being heard meanwhile
 // From the clock back to the device; longer each time that it did not help.
 constexpr auto kFirstRetry = std::chrono::seconds(2);
 constexpr auto kLastRetry = std::chrono::seconds(64);
@@ -20,6 +20,10 @@ constexpr int kMostLeftBehind = 3;
 // A device says that everything was heard when it has left for the mixer of the system; closed at once, it would
 // lose its last moment.
 constexpr auto kLinger = std::chrono::milliseconds(150);
+
+int64_t millisecondsLeft(Clock::time_point limit) {
+    return std::chrono::ceil<std::chrono::milliseconds>(limit - Clock::now()).count();
+}
 
 }  // namespace
 
@@ -37,7 +41,7 @@ OutputThread::~OutputThread() { thread_.join(); }
 
 void OutputThread::run() {
     while (takeOrder()) {
-        const bool running = active_ && !paused_;
+        const bool running = active_ && output_ && !paused_;
         if (running) {
             pump();
             observe();
@@ -45,6 +49,7 @@ void OutputThread::run() {
         state_.outputWork.wait(waitTime());
     }
     output_.reset();
+    opening_.reset();
     if (retired_) std::this_thread::sleep_until(retiredUntil_);
 }
 
@@ -65,6 +70,7 @@ int OutputThread::waitTime() {
         const int64_t left = (next - output_->played()) * 1000 / chain_->sampleRate() + 1;
         return int(std::clamp<int64_t>(left, device ? 10 : 1, tick));
     }
+    if (opening_ && !active_) return int(std::max<int64_t>(1, millisecondsLeft(opening_->since + system_.patience)));
     return retired_ ? int(kLinger.count()) : -1;
 }
 
@@ -76,6 +82,7 @@ void OutputThread::retire(std::unique_ptr<Output> output) {
 
 bool OutputThread::takeOrder() {
     Order order;
+    int coming = 0;  // the rate of what has been decoded last
     {
         const std::lock_guard lock(state_.mutex);
         if (state_.quit) return false;
@@ -83,9 +90,23 @@ bool OutputThread::takeOrder() {
                  state_.active,     state_.paused,
                  state_.current,    state_.startFrame,
                  state_.output};
+        if (!state_.queue.empty()) coming = state_.queue.back().track->sampleRate;
     }
     if (order.generation != generation_) begin(order);
-    if (active_ && order.paused != paused_) {
+    if (!active_) {
+        if (opening_ && (opening_->device->opened() || millisecondsLeft(opening_->since + system_.patience) <= 0))
+            opening_.reset();
+        return true;
+    }
+    if (!output_) return true;
+    if (order.settings != settings_) {
+        output_->pause();
+        observe();
+        if (active_ && output_) restartAt(outputBase_ + output_->played());
+        return true;
+    }
+    lookAhead(waiting_ ? waiting_->sampleRate : coming);
+    if (order.paused != paused_) {
         paused_ = order.paused;
         if (paused_) {
             output_->pause();
@@ -97,13 +118,24 @@ bool OutputThread::takeOrder() {
     return true;
 }
 
+// Opens the device beforehand for a rate that follows: it may take longer than the buffer lasts.
+void OutputThread::lookAhead(int sampleRate) {
+    if (sampleRate != 0 && sampleRate != chain_->sampleRate()) {
+        if (!avoidDevice_ && output_->audible()) beginOpening(sampleRate, settings_);
+    } else if (opening_ && opening_->device->opened()) {
+        opening_.reset();
+    }
+}
+
 void OutputThread::begin(const Order& order) {
     generation_ = order.generation;
     OutputError error = OutputError::None;
-    active_ = order.active;
-    if (active_) {
+    active_ = false;
+    if (order.active) {
         if (order.awaited && DeviceThread::leftBehind() == 0) avoidDevice_ = false;
-        error = prepareOutput(order.track->sampleRate, order.settings);
+        const auto prepared = prepareOutput(order.track->sampleRate, order.settings);
+        if (!prepared) return;
+        error = *prepared;
         active_ = error == OutputError::None;
     }
     if (active_) {
@@ -115,10 +147,7 @@ void OutputThread::begin(const Order& order) {
         waiting_.reset();
         boundaries_.clear();
     }
-    ahead_.reset();
-    const bool silent = active_ && !output_->audible();
-    const bool tell = silent && hadDevice_;
-    if (active_) hadDevice_ = !silent;
+    bool tell = false;
     {
         const std::lock_guard lock(state_.mutex);
         if (error != OutputError::None && state_.awaited != generation_ && state_.generation == generation_) {
@@ -128,15 +157,24 @@ void OutputThread::begin(const Order& order) {
         }
         state_.outputGeneration = std::max(state_.outputGeneration, order.generation);
         state_.outputError = error;
-        state_.deviceLost = silent;
+        tell = noteDevice();
         state_.answered.notify_all();
     }
     if (tell) notify_(VBMP3_EVENT_DEVICE_LOST);
 }
 
-OutputError OutputThread::prepareOutput(int sampleRate, const OutputSettings& settings) {
-    const bool same = output_ && chain_ && chain_->sampleRate() == sampleRate && settings.device == settings_.device &&
-                      settings.bufferMs == settings_.bufferMs;
+// With the mutex held, after another output has been chosen: whether the loss of the device is to be told.
+bool OutputThread::noteDevice() {
+    const bool silent = active_ && !output_->audible();
+    const bool tell = silent && hadDevice_;
+    if (active_) hadDevice_ = !silent;
+    state_.deviceLost = silent;
+    return tell;
+}
+
+std::optional<OutputError> OutputThread::prepareOutput(int sampleRate, const OutputSettings& settings) {
+    const bool same = output_ && chain_ && chain_->sampleRate() == sampleRate && settings == settings_;
+    if (settings.device != settings_.device) avoidDevice_ = false;
     if (same && output_->audible() != avoidDevice_ && !output_->lost()) {
         output_->flush();
         return OutputError::None;
@@ -144,12 +182,12 @@ OutputError OutputThread::prepareOutput(int sampleRate, const OutputSettings& se
     output_.reset();
     settings_ = settings;
     if (!avoidDevice_) {
-        OutputError error = OutputError::None;
-        output_ = openDevice(sampleRate, settings, error, system_.patience);
-        if (output_ || error == OutputError::Busy) return error;
+        const auto error = openDevice(sampleRate, settings);
+        if (!error || output_ || *error == OutputError::Busy) return error;
     }
     // Without a device time passes all the same, so that a player runs.
     retryAt_ = Clock::now() + retryAfter_;
+    devices_ = system_.count();
     output_ = wrapped(makeClockOutput());
     return output_->open(sampleRate, settings, state_.outputWork);
 }
@@ -158,37 +196,48 @@ std::unique_ptr<Output> OutputThread::wrapped(std::unique_ptr<Output> output) co
     return output && system_.wrap ? system_.wrap(std::move(output)) : std::move(output);
 }
 
-std::unique_ptr<Output> OutputThread::openDevice(int sampleRate, const OutputSettings& settings, OutputError& error,
-                                                 std::chrono::milliseconds patience) {
+// Makes output_ of the device, or leaves that null.
+std::optional<OutputError> OutputThread::openDevice(int sampleRate, const OutputSettings& settings) {
     moved_ = false;
-    for (;;) {
-        std::unique_ptr<Output> device = DeviceThread::leftBehind() < kMostLeftBehind ? system_.make() : nullptr;
-        error = OutputError::NoDevice;
-        if (!device) return nullptr;
-        auto output = std::make_unique<DeviceThread>(std::move(device), system_.patience);
-        output->open(sampleRate, settings, state_.outputWork);
-        error = waitForDevice(*output, patience);
-        if (error == OutputError::None) return wrapped(std::move(output));
-        if (error != OutputError::Busy || !retired_) return nullptr;
+    while (beginOpening(sampleRate, settings)) {
+        const std::optional<OutputError> error = waitForDevice();
+        if (!error) return std::nullopt;
+        std::unique_ptr<DeviceThread> device = std::move(opening_->device);
+        opening_.reset();
+        if (*error == OutputError::None) output_ = wrapped(std::move(device));
+        if (*error != OutputError::Busy || !retired_) return error;
         retired_.reset();  // a device that only one may have
     }
+    return OutputError::NoDevice;
 }
 
-// A newer order ends the wait.
-OutputError OutputThread::waitForDevice(const DeviceThread& device, std::chrono::milliseconds patience) {
-    const Clock::time_point limit = Clock::now() + patience;
+// False when there is no device that could be opened.
+bool OutputThread::beginOpening(int sampleRate, const OutputSettings& settings) {
+    if (opening_ && opening_->sampleRate == sampleRate && opening_->settings == settings) return true;
+    opening_.reset();
+    std::unique_ptr<Output> device = DeviceThread::leftBehind() < kMostLeftBehind ? system_.make() : nullptr;
+    if (!device) return false;
+    opening_ = {std::make_unique<DeviceThread>(std::move(device), system_.patience), sampleRate, settings,
+                Clock::now()};
+    opening_->device->open(sampleRate, settings, state_.outputWork);
+    return true;
+}
+
+std::optional<OutputError> OutputThread::waitForDevice() {
     std::optional<OutputError> result;
-    while (!(result = device.opened())) {
+    bool outdated = false;
+    while (!(result = opening_->device->opened())) {
         {
             const std::lock_guard lock(state_.mutex);
-            if (state_.quit || state_.generation != generation_) break;
+            outdated = state_.quit || state_.generation != generation_;
         }
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(limit - Clock::now()).count();
-        if (left <= 0) break;
+        const int64_t left = millisecondsLeft(opening_->since + system_.patience);
+        if (outdated || left <= 0) break;
         state_.outputWork.wait(int(left));
     }
     state_.outputWork.wake();  // what woke us may have been meant for later
-    return result.value_or(OutputError::NoDevice);
+    if (!result && !outdated) result = OutputError::NoDevice;
+    return result;
 }
 
 void OutputThread::startTrack(const TrackPtr& track, int64_t frame) {
@@ -251,9 +300,7 @@ bool OutputThread::fetch() {
     if (otherRate) {
         waiting_ = std::move(block.track);
         waitingSamples_ = std::move(block.samples);
-        OutputError ignored = OutputError::None;  // is opened at the change when it cannot be opened beside the other
-        if (!avoidDevice_ && output_->audible())
-            ahead_ = openDevice(waiting_->sampleRate, settings_, ignored, kOpenAheadPatience);
+        lookAhead(waiting_->sampleRate);
     }
     if (!block.track) {
         if (!all && !waiting_) return false;
@@ -295,9 +342,11 @@ void OutputThread::observe() {
     }
     tellHeard(heard);
     if (drained_ && played >= written_) return waiting_ ? changeRate() : end();
-    if (!audible && Clock::now() >= retryAt_) {
+    const int devices = audible ? 0 : system_.count();
+    const bool oneMore = devices > std::exchange(devices_, devices);
+    if (!audible && (oneMore || Clock::now() >= retryAt_)) {
         retryAt_ = Clock::now() + retryAfter_;
-        if (system_.count() > 0 && DeviceThread::leftBehind() == 0) {
+        if (devices > 0 && DeviceThread::leftBehind() == 0) {
             retryAfter_ = std::min(2 * retryAfter_, kLastRetry);
             avoidDevice_ = false;
             restartAt(heard);
@@ -329,7 +378,7 @@ void OutputThread::crossInto(const TrackPtr& track) {
     {
         const std::lock_guard lock(state_.mutex);
         if (state_.generation != generation_) return;
-        state_.current = track;
+        state_.release(std::exchange(state_.current, track));
         state_.setHeard(0);
         if (state_.next == track) {
             state_.next.reset();
@@ -342,12 +391,21 @@ void OutputThread::crossInto(const TrackPtr& track) {
 void OutputThread::changeRate() {
     const TrackPtr track = waiting_;
     retire(std::move(output_));
-    if (ahead_) {
-        output_ = std::move(ahead_);
-    } else if (prepareOutput(track->sampleRate, settings_) != OutputError::None) {
+    if (opening_ && opening_->device->opened().value_or(OutputError::None) != OutputError::None)
+        opening_.reset();  // could not be opened beside the other
+    auto error = prepareOutput(track->sampleRate, settings_);
+    if (error && *error != OutputError::None) {
         avoidDevice_ = true;
-        prepareOutput(track->sampleRate, settings_);
+        error = prepareOutput(track->sampleRate, settings_);
     }
+    active_ = error.has_value();  // else a newer order says how it goes on
+    if (!active_) return;
+    bool tell = false;
+    {
+        const std::lock_guard lock(state_.mutex);
+        tell = noteDevice();
+    }
+    if (tell) notify_(VBMP3_EVENT_DEVICE_LOST);
     startTrack(track, 0);
     chain_->process(waitingSamples_, pending_);
     crossInto(track);
@@ -361,6 +419,7 @@ void OutputThread::end() {
         if (state_.generation != generation_ || more) return;
         state_.active = false;
         state_.paused = false;
+        state_.deviceLost = false;
         state_.newGeneration();
         generation_ = state_.outputGeneration = state_.generation;
     }

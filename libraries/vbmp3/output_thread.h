@@ -3,13 +3,15 @@
 // the device, which has a thread of its own (device_thread.h).
 //
 // A device that goes, or whose clock stands still, is opened anew once. When that does not help the silent clock takes
-// its place, so that position and end go on, and the device is tried again every now and then.
+// its place, so that position and end go on, and the device is tried again every now and then, and when one more is
+// there.
 #pragma once
 
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -51,13 +53,24 @@ class OutputThread {
         OutputSettings settings;
     };
 
+    // A device that is being opened. A newer order that wants the same one waits for it.
+    struct Opening {
+        std::unique_ptr<DeviceThread> device;
+        int sampleRate = 0;
+        OutputSettings settings;
+        std::chrono::steady_clock::time_point since;
+    };
+
     void run();
     bool takeOrder();
     void begin(const Order& order);
-    OutputError prepareOutput(int sampleRate, const OutputSettings& settings);
-    std::unique_ptr<Output> openDevice(int sampleRate, const OutputSettings& settings, OutputError& error,
-                                       std::chrono::milliseconds patience);
-    OutputError waitForDevice(const DeviceThread& device, std::chrono::milliseconds patience);
+    // These give nothing when a newer order has cut them short; what is opening goes on opening.
+    std::optional<OutputError> prepareOutput(int sampleRate, const OutputSettings& settings);
+    std::optional<OutputError> openDevice(int sampleRate, const OutputSettings& settings);
+    std::optional<OutputError> waitForDevice();
+    bool beginOpening(int sampleRate, const OutputSettings& settings);
+    void lookAhead(int sampleRate);
+    bool noteDevice();
     std::unique_ptr<Output> wrapped(std::unique_ptr<Output> output) const;
     void retire(std::unique_ptr<Output> output);
     int waitTime();
@@ -78,7 +91,7 @@ class OutputThread {
     std::function<void(int)> notify_;
 
     std::unique_ptr<Output> output_;
-    std::unique_ptr<Output> ahead_;    // opened for the track that waits for its other rate
+    std::optional<Opening> opening_;   // also ahead, for a track of another rate
     std::unique_ptr<Output> retired_;  // has been heard to its end, by its own account
     std::chrono::steady_clock::time_point retiredUntil_;
     std::unique_ptr<Chain> chain_;
@@ -98,6 +111,7 @@ class OutputThread {
     std::vector<float> pending_;  // processed and not yet written
     size_t pendingAt_ = 0;
     bool avoidDevice_ = false;  // the clock stands in for it
+    int devices_ = 0;           // how many there were when last looked at while it does
     bool hadDevice_ = false;    // its loss has not been told
     bool moved_ = false;        // the device has played something since it was opened
     std::chrono::steady_clock::time_point retryAt_;
