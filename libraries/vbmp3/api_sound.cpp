@@ -19,6 +19,8 @@ int32_t vbmp3_setEqualizer(const int32_t* gains) {
             std::copy_n(gains, kBands, wanted->begin());
         }
         self.sound.setEqualizer(wanted);
+        const TrackPtr track = self.player.current();
+        if (track && !track->info.mpeg && self.player.snapshot().state != 0) self.sound.applyEqualizer();
         return report(VBMP3_OK);
     });
 }

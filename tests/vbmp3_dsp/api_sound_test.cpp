@@ -16,8 +16,9 @@ class SoundApi : public testing::Test {
     void SetUp() override { ASSERT_TRUE(vbmp3_init()); }
     void TearDown() override { vbmp3_free(); }
 
-    void play(const std::vector<int16_t>& samples) {
-        const std::string path = dir_.write("a.wav", waveFile(kRate, 2, samples));
+    void play(const std::vector<int16_t>& samples) { playFile(waveFile(kRate, 2, samples)); }
+    void playFile(const Bytes& file) {
+        const std::string path = dir_.write("a", file);
         ASSERT_TRUE(vbmp3_open(path.c_str(), nullptr));
         ASSERT_TRUE(vbmp3_play());
     }
@@ -64,19 +65,27 @@ TEST_F(SoundApi, TheSpectrumShowsTheToneBeingHeard) {
     EXPECT_EQ(*std::max_element(levels.begin(), levels.end()), 0);
 }
 
-TEST_F(SoundApi, WrongArgumentsAreRefused) {
-    int16_t wave[2];
-    int32_t levels[2];
-    EXPECT_FALSE(vbmp3_getWave(nullptr, wave, 1));
-    EXPECT_FALSE(vbmp3_getWave(wave, wave, 0));
-    EXPECT_FALSE(vbmp3_getWave(wave, wave, 1025));
-    EXPECT_FALSE(vbmp3_getSpectrum(levels, 257));
-    EXPECT_FALSE(vbmp3_getSpectrum(nullptr, 1));
-    EXPECT_FALSE(vbmp3_setPitch(201));
-    EXPECT_FALSE(vbmp3_setStepPitch(1, 0));
-    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_ARGUMENT);
-    EXPECT_TRUE(vbmp3_setEqualizer(nullptr));
-    EXPECT_TRUE(vbmp3_reload());
+TEST_F(SoundApi, TheEqualizerIsHeardAtOnceOnWaveFilesAndOthersAfterAReload) {
+    const auto samples = tone(kRate, 2, 10 * kRate, 1000.0, 16000.0);
+    const std::array<int32_t, 10> low{-120, -120, -120, -120, -120, -120, -120, -120, -120, -120};
+    const auto loud = [] {
+        std::array<int16_t, 1024> left{}, right{};
+        vbmp3_getWave(left.data(), right.data(), 1024);
+        return *std::max_element(left.begin(), left.end()) > 10000;
+    };
+    for (const bool wave : {true, false}) {
+        ASSERT_TRUE(vbmp3_setEqualizer(nullptr));
+        playFile(wave ? waveFile(kRate, 2, samples) : mp3File(kRate, 2, samples));
+        ASSERT_TRUE(eventually([&] { return vbmp3_getPositionMs() > 300 && loud(); }));
+        ASSERT_TRUE(vbmp3_setEqualizer(low.data()));
+        if (!wave) {
+            ASSERT_TRUE(eventually([] { return vbmp3_getPositionMs() > 1200; }));
+            EXPECT_TRUE(loud());
+            ASSERT_TRUE(vbmp3_reload());
+        }
+        EXPECT_TRUE(eventually([&] { return !loud(); })) << (wave ? "WAVE" : "MPEG");
+        EXPECT_EQ(vbmp3_getState(nullptr), 1);
+    }
 }
 
 }  // namespace
