@@ -1,4 +1,5 @@
-// Everything that a caller can do to the library, in any order: nothing may hang, race or leave a half-written file.
+// Everything that a caller can do to the library, in any order, with a device and a share that get into trouble:
+// nothing may hang, race or leave a half-written file.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -6,7 +7,7 @@
 #include <set>
 #include <thread>
 
-#include "libraries/vbmp3/vbmp3.h"
+#include "libraries/vbmp3/library.h"
 #include "tests/vbmp3/mpeg_files.h"
 #include "tests/vbmp3/support.h"
 
@@ -32,8 +33,16 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered) {
     const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
     const auto file = [&] { return paths[size_t(below(int(paths.size())))].c_str(); };
     std::atomic<int> events = 0;
+    const std::string distant = dir.write("far.mp3", files[1].second);
+    const auto share = std::make_shared<Share>();
+    const auto plug = std::make_shared<Plug>();
+    std::thread opener;
+    const auto answer = [&] {
+        share->hangs = false;
+        if (opener.joinable()) opener.join();
+    };
     const auto begin = [&] {
-        vbmp3_init();
+        startLibrary(share->opener(), plugSystem(plug));
         vbmp3_setListener([](int32_t, void* count) { ++*static_cast<std::atomic<int>*>(count); }, &events);
     };
     begin();
@@ -45,7 +54,7 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered) {
     int calls = 0;
     auto slowest = std::chrono::steady_clock::duration::zero();
     for (; std::chrono::steady_clock::now() < end; ++calls) {
-        const int what = below(34);
+        const int what = below(38);
         const auto from = std::chrono::steady_clock::now();
         switch (what) {
             case 0:
@@ -70,7 +79,7 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered) {
             case 14: vbmp3_reload(); break;
             case 15: vbmp3_setPitch(below(2) == 0 ? 100 : 50 + below(151)); break;
             case 16: vbmp3_setStepPitch(below(2) == 0 ? 1 : below(8) - 1, 5); break;
-            case 17: vbmp3_setOutput(-1, 50 + below(400)); break;
+            case 17: vbmp3_setOutput(below(2) - 1, 50 + 50 * below(3)); break;
             case 18: vbmp3_getFileInfo(file(), &info); break;
             case 19: vbmp3_setLyricsFile(lyrics.c_str()); break;
             case 20: vbmp3_clearLyrics(); break;
@@ -86,9 +95,20 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered) {
                     begin();
                 }
                 break;
+            case 26: plug->trouble = below(2) == 0 ? Trouble(below(4)) : Trouble::None; break;
+            case 27: share->hangs = below(4) == 0; break;
+            case 28: vbmp3_setNextFile(distant.c_str()); break;
+            case 29:
+                answer();
+                opener = std::thread([&, path = below(2) == 0 ? distant : std::string(file())] {
+                    vbmp3_FileInfo other{};
+                    other.size = sizeof other;
+                    vbmp3_open(path.c_str(), &other);
+                });
+                break;
             default: std::this_thread::sleep_for(std::chrono::milliseconds(below(30))); break;
         }
-        if (what <= 25) slowest = std::max(slowest, std::chrono::steady_clock::now() - from);
+        if (what <= 28) slowest = std::max(slowest, std::chrono::steady_clock::now() - from);
         int16_t left[256], right[256];
         int32_t levels[32], permille = 0, seconds = 0;
         vbmp3_getWave(left, right, 256);
@@ -103,12 +123,15 @@ TEST(WholeInterface, AnyOrderOfCallsIsAnswered) {
         ASSERT_TRUE(permille >= 0 && permille <= 1000);
     }
     vbmp3_free();
+    answer();
+    plug->trouble = Trouble::None;
+    EXPECT_TRUE(eventually([&] { return DeviceThread::leftBehind() + SideThread::leftBehind() + share->held == 0; }));
     EXPECT_GT(calls, 20);
     EXPECT_LT(slowest, std::chrono::seconds(4));
     // The sources are as they were, and of files that were begun nothing is left.
     for (const auto& [name, bytes] : files) EXPECT_TRUE(readBytes(dir.path(name)) == bytes) << name;
     std::set<std::string> left = dir.names();
-    for (const char* name : {"a.mp3", "b.mp3", "c.wav", "d.wav", "junk.mp3", "a.lrc", "out.wav", "out.mp3"})
+    for (const char* name : {"a.mp3", "b.mp3", "c.wav", "d.wav", "junk.mp3", "far.mp3", "a.lrc", "out.wav", "out.mp3"})
         left.erase(name);
     EXPECT_TRUE(left.empty()) << testing::PrintToString(left);
 }

@@ -10,6 +10,8 @@
 #include <lame/lame.h>
 #include <mpg123.h>
 
+#include "libraries/vbmp3/file_source.h"
+
 namespace vbmp3::test {
 namespace {
 
@@ -17,6 +19,25 @@ struct OwnedBytes {
     explicit OwnedBytes(Bytes copy) : bytes(std::move(copy)) {}
     const Bytes bytes;
     const MemorySource source{bytes};
+};
+
+class SharedFile final : public ByteSource {
+  public:
+    SharedFile(std::shared_ptr<Share> share, std::unique_ptr<ByteSource> file, bool distant)
+        : share_(std::move(share)), file_(std::move(file)), distant_(distant) {
+        ++share_->held;
+    }
+    ~SharedFile() override { --share_->held; }
+    int64_t size() const override { return file_->size(); }
+    size_t readAt(int64_t offset, void* to, size_t length) const override {
+        if (distant_) share_->wait();
+        return file_->readAt(offset, to, length);
+    }
+
+  private:
+    std::shared_ptr<Share> share_;
+    std::unique_ptr<ByteSource> file_;
+    bool distant_;
 };
 
 class MemoryOutput final : public Output {
@@ -43,6 +64,57 @@ class MemoryOutput final : public Output {
   private:
     std::shared_ptr<Heard> heard_;
     int64_t written_ = 0;
+};
+
+class PluggedOutput final : public Output {
+  public:
+    explicit PluggedOutput(std::shared_ptr<Plug> plug) : plug_(std::move(plug)) {}
+    ~PluggedOutput() override {
+        plug_->call();
+        keepHeard();
+    }
+    OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override {
+        plug_->call();
+        if (plug_->trouble == Trouble::Gone) return OutputError::NoDevice;
+        if (plug_->busy) return OutputError::Busy;
+        ++plug_->opens;
+        std::this_thread::sleep_for(std::chrono::milliseconds(plug_->openMs));
+        return inner_->open(sampleRate, settings, waker);
+    }
+    size_t room() override { return plug_->call(), inner_->room(); }
+    void write(std::span<const float> stereo) override {
+        plug_->call();
+        inner_->write(stereo);
+        unheard_.insert(unheard_.end(), stereo.begin(), stereo.end());
+    }
+    void start() override { plug_->call(), inner_->start(); }
+    void pause() override { plug_->call(), inner_->pause(); }
+    void drain() override { plug_->call(), inner_->drain(); }
+    void flush() override {
+        plug_->call();
+        keepHeard();
+        inner_->flush();
+        unheard_.clear();
+        played_ = kept_ = 0;
+    }
+    int64_t played() override {
+        plug_->call();
+        return plug_->trouble == Trouble::StandsStill ? played_ : played_ = inner_->played();
+    }
+    bool lost() override { return plug_->trouble == Trouble::Gone; }
+
+  private:
+    void keepHeard() {
+        const int64_t played = inner_->played(), count = 2 * (played - std::exchange(kept_, played));
+        const std::lock_guard lock(plug_->heard.mutex);
+        plug_->heard.samples.insert(plug_->heard.samples.end(), unheard_.begin(), unheard_.begin() + count);
+        unheard_.erase(unheard_.begin(), unheard_.begin() + count);
+    }
+
+    std::shared_ptr<Plug> plug_;
+    std::unique_ptr<Output> inner_ = makeClockOutput();
+    std::vector<float> unheard_;
+    int64_t played_ = 0, kept_ = 0;
 };
 
 }  // namespace
@@ -171,12 +243,38 @@ Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gaples
     return result;
 }
 
+void Share::wait() {
+    if (hangs) ++inside;
+    while (hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+OpenFile Share::opener() {
+    return [share = shared_from_this()](const std::string& path) -> std::unique_ptr<ByteSource> {
+        const bool distant = path.find("far") != std::string::npos;
+        if (distant) share->wait();
+        auto file = openFile(path);
+        if (!file) return nullptr;
+        ++share->opens;
+        return std::make_unique<SharedFile>(share, std::move(file), distant);
+    };
+}
+
 OutputSystem memorySystem(std::shared_ptr<Heard> heard) {
     return {[heard] { return std::make_unique<MemoryOutput>(heard); }, [] { return 1; }};
 }
 
 OutputSystem clockSystem(double speed) {
     return {[speed] { return makeClockOutput(speed); }, [] { return 0; }};
+}
+
+void Plug::call() {
+    while (trouble == Trouble::Hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+OutputSystem plugSystem(std::shared_ptr<Plug> plug) {
+    return {.make = [plug] { return std::make_unique<PluggedOutput>(plug); },
+            .count = [plug] { return plug->trouble == Trouble::Gone ? 0 : 1; },
+            .patience = std::chrono::milliseconds(300)};
 }
 
 static int fromEnvironment(const char* name, int otherwise) {

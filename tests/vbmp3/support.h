@@ -11,6 +11,7 @@
 
 #include "libraries/vbmp3/output_thread.h"
 #include "libraries/vbmp3/source.h"
+#include "libraries/vbmp3/track.h"
 #include "tests/vbmp3/temp_dir.h"
 
 namespace vbmp3::test {
@@ -62,6 +63,15 @@ struct Decoded {
 };
 Decoded decodeByMpg123(const std::string& path, const char* decoder = nullptr, bool gapless = true);
 
+// Files of which those called "far…" may stop answering.
+struct Share : std::enable_shared_from_this<Share> {
+    std::atomic<bool> hangs = false;
+    std::atomic<int> opens = 0, held = 0;  // files
+    std::atomic<int> inside = 0;           // calls that have hung
+    void wait();                           // as long as it hangs
+    OpenFile opener();
+};
+
 // Hears everything at once and keeps it.
 struct Heard {
     std::mutex mutex;
@@ -75,8 +85,21 @@ struct Heard {
 OutputSystem memorySystem(std::shared_ptr<Heard> heard);
 OutputSystem clockSystem(double speed);
 
-// How long the tests of orders at random go on, and where they begin: VBMP3_RANDOM_SECONDS (2) and VBMP3_RANDOM_SEED
-// (5) of the environment, so that a long run under ThreadSanitizer is one of the same tests.
+// A device that others may have taken, and that may get into trouble at any moment.
+enum class Trouble { None, Gone, StandsStill, Hangs };
+
+struct Plug {
+    std::atomic<bool> busy = false;
+    std::atomic<Trouble> trouble = Trouble::None;
+    std::atomic<int> opens = 0;
+    std::atomic<int> openMs = 0;
+    Heard heard;  // closed and flushed, this is all that was
+    void call();  // every one passes here
+};
+OutputSystem plugSystem(std::shared_ptr<Plug> plug);
+
+// How long the test of orders at random goes on, and where it begins: VBMP3_RANDOM_SECONDS (2) and VBMP3_RANDOM_SEED
+// (5) of the environment, so that a long run under ThreadSanitizer is one of the same test.
 int randomSeconds();
 unsigned randomSeed();
 

@@ -76,30 +76,6 @@ TEST(Pitch, ValuesOutOfRangeAreRefusedAndChangeNothing) {
     EXPECT_EQ(settings.version(), 0u);
 }
 
-TEST(Pitch, AMomentOfTheSourceIsHeardWhereTheLengthPutsIt) {
-    // Bursts of a tone in silence; the middle of each must come out at its time divided by the tempo.
-    const int rate = 44100;
-    for (const Case& c : {Case{130, 1}, {70, 1}, {100, 6}, {100, -1}}) {
-        const double tempo = c.tempo();
-        Samples in(2 * 5 * rate, 0.0f);
-        const Samples burst = tones({{800.0, 0.5}}, rate, 0.2);
-        for (const double at : {0.9, 2.4, 4.1})
-            std::copy(burst.begin(), burst.end(), in.begin() + 2 * static_cast<int>(at * rate));
-        const Samples out = through(Wanted(c.pitch, c.factor), in, rate);
-        for (const double at : {0.9, 2.4, 4.1}) {
-            double weight = 0.0, sum = 0.0;
-            const auto from = static_cast<size_t>((at - 0.4) / tempo * rate);
-            const auto to = std::min(out.size() / 2, static_cast<size_t>((at + 0.6) / tempo * rate));
-            for (size_t i = from; i < to; ++i) {
-                const double energy = static_cast<double>(out[2 * i]) * out[2 * i];
-                weight += energy;
-                sum += energy * static_cast<double>(i) / rate;
-            }
-            EXPECT_NEAR(sum / weight, (at + 0.1) / tempo, 0.04) << c.pitch << " % " << c.factor;
-        }
-    }
-}
-
 TEST(Pitch, ThePositionIsThatOfTheClickBeingHeard) {
     // Clicks at uneven distances, so that none is taken for another, in a little noise.
     const int rate = 44100;

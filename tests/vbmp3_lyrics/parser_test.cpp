@@ -146,18 +146,6 @@ TEST(Parser, AtMarkTagsAreInformationOnlyWhenTheyAreUsed) {
     EXPECT_EQ(unused.lines.back().ms, 1000);
 }
 
-TEST(Parser, NoTextMakesMoreLinesThanAnybodyReads) {
-    std::string text;
-    for (int i = 0; i < 100000; ++i) text += "[00:01]";
-    text += std::string(100000, 'x') + "\n";
-    for (int i = 0; i < 300000; ++i) text += "\n";
-    const Lyrics repeated = parseLyrics(text, LyricsFormat::Lrc);
-    EXPECT_LE(repeated.lines.size(), 20000u);
-    std::string lines;
-    for (int i = 0; i < 50000; ++i) lines += "a\n";
-    EXPECT_EQ(parseLyrics(lines, LyricsFormat::Text).lines.size(), 20000u);
-}
-
 std::optional<std::string> decode(std::string_view bytes) {
     return decodeLyrics({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
 }
