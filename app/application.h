@@ -7,7 +7,7 @@
 #include <string>
 
 #include "about/form_info.h"
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "app/settings_file.h"
 #include "convert/conversion_run.h"
 #include "convert/form_conv.h"
@@ -26,7 +26,7 @@
 #include "platform/shell.h"
 #include "platform/text_painter.h"
 #include "platform/vbmp3.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 #include "playback/media_engine.h"
 #include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"

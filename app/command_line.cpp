@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/status_display.h"
 #include "text/strings.h"
 

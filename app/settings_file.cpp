@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "app/settings_table.h"
 #include "equalizer/form_gra.h"
 #include "platform/user_files.h"

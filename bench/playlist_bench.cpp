@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/random.h"
 #include "playlist/playlists.h"
 #include "tests/fakes/fake_file_system.h"

@@ -1,7 +1,7 @@
 # Options that every target of the project takes; third-party sources are compiled without them.
-add_library(quenlox_options INTERFACE)
-target_include_directories(quenlox_options INTERFACE ${PROJECT_SOURCE_DIR})
-target_compile_options(quenlox_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow)
+add_library(quenlox_compile_options INTERFACE)
+target_include_directories(quenlox_compile_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(quenlox_compile_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow)
 if(QUENLOX_SANITIZE)
   add_compile_options(-fsanitize=${QUENLOX_SANITIZE} -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUENLOX_SANITIZE})

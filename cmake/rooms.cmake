@@ -1,12 +1,41 @@
-# A room is a folder with one static library `quenlox_<room>`. quenlox_room(<room> SOURCES ... USES <other rooms>)
+# A room is a folder with one library `quenlox_<room>`, and names the rooms whose headers it includes:
+# quenlox_room(<room> [SOURCES ...] [USES <other rooms>]). One without sources has headers only.
 function(quenlox_room room)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
-  add_library(quenlox_${room} STATIC ${ARG_SOURCES})
-  target_link_libraries(quenlox_${room} PUBLIC quenlox_options)
+  set(scope INTERFACE)
+  if(ARG_SOURCES)
+    set(scope PUBLIC)
+    add_library(quenlox_${room} STATIC ${ARG_SOURCES})
+  else()
+    add_library(quenlox_${room} INTERFACE)
+  endif()
+  target_link_libraries(quenlox_${room} ${scope} quenlox_compile_options)
   foreach(other ${ARG_USES})
-    target_link_libraries(quenlox_${room} PUBLIC quenlox_${other})
+    # A room of the libraries is known by its C header alone and is loaded at run time.
+    if(NOT other IN_LIST QUENLOX_LIBRARIES)
+      target_link_libraries(quenlox_${room} ${scope} quenlox_${other})
+    endif()
   endforeach()
+  quenlox_note_room(${room} ${ARG_USES})
 endfunction()
+
+# Writes down for the check of the includes which folder is which room, and what it uses.
+function(quenlox_note_room room)
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  list(JOIN ARGN " " uses)
+  set_property(GLOBAL APPEND PROPERTY QUENLOX_ROOMS "${folder}: ${room} ${uses}\n")
+endfunction()
+
+# A test that fails when a file includes a room that its own does not name, or a folder with sources is no room.
+function(quenlox_check_includes)
+  get_property(rooms GLOBAL PROPERTY QUENLOX_ROOMS)
+  list(JOIN rooms "" text)
+  file(WRITE ${PROJECT_BINARY_DIR}/rooms.txt "${text}")
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  add_test(NAME rooms.includes
+    COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/check_includes.py ${PROJECT_BINARY_DIR}/rooms.txt)
+endfunction()
+
 
 # Builds the unit tests that this build runs, and nothing else.
 add_custom_target(unit_tests)
@@ -20,7 +49,7 @@ function(quenlox_test name)
     return()
   endif()
   add_executable(test_${name} ${ARG_SOURCES})
-  target_link_libraries(test_${name} PRIVATE quenlox_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
+  target_link_libraries(test_${name} PRIVATE quenlox_compile_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
   set(wanted ON)
   if(CMAKE_CROSSCOMPILING AND NOT ARG_ALSO_WINDOWS AND NOT ARG_ONLY_WINDOWS)
     set(wanted OFF)

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <iterator>
 
-#include "libraries/gogo/gogo.h"
-#include "libraries/vbmp3/vbmp3.h"
+#include "platform/gogo.h"
+#include "platform/vbmp3.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 #include "text/strings.h"

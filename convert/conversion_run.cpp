@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/file_system.h"
 #include "platform/gogo.h"
 #include "platform/vbmp3.h"

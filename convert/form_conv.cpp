@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "text/paths.h"
 
 namespace quenlox {

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "platform/gogo.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 
 namespace quenlox {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/random.h"
 #include "platform/vbmp3.h"

@@ -10,7 +10,7 @@
 #include "forms/control.h"
 #include "forms/layout.h"
 #include "forms/menu.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 
 namespace quenlox {
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <utility>
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 
 namespace quenlox {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "forms/bmp.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"

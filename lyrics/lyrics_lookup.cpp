@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "lyrics/form_lyrics.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "playback/cd_drives.h"
 #include "platform/output_devices.h"

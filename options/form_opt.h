@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/option_settings.h"
+#include "state/option_settings.h"
 #include "forms/control_array.h"
 #include "forms/form.h"
 

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "libraries/gogo/gogo.h"  // its numbers
+
 namespace quenlox {
 
 class Gogo {

@@ -6,14 +6,15 @@
 #include <cstdio>
 #include <utility>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/cd_drives.h"
+#include "playback/file_kind.h"
 #include "playback/main_display.h"
 #include "text/midi_text.h"
 #include "platform/file_system.h"
 #include "platform/media_control.h"
 #include "platform/vbmp3.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 #include "text/strings.h"

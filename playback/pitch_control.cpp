@@ -1,7 +1,7 @@
 #include "playback/pitch_control.h"
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "platform/vbmp3.h"
 #include "playback/status_display.h"
 

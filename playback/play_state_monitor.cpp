@@ -1,7 +1,7 @@
 #include "playback/play_state_monitor.h"
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "platform/media_control.h"
 #include "platform/vbmp3.h"
 #include "playback/media_engine.h"

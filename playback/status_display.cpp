@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/main_display.h"
 #include "text/numbers.h"
 

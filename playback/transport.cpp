@@ -3,10 +3,11 @@
 #include <set>
 #include <utility>
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "platform/vbmp3.h"
 #include "playback/media_engine.h"
+#include "playback/file_kind.h"
 #include "playback/pitch_control.h"
 #include "playback/track_source.h"
 #include "text/paths.h"

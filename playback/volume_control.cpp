@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "forms/geometry.h"
 
 namespace quenlox {

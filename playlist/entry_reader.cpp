@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "app/global_state.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
 #include "text/midi_text.h"

@@ -4,9 +4,9 @@
 #include <initializer_list>
 #include <utility>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/file_system.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "playback/cd_drives.h"

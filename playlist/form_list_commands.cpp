@@ -1,7 +1,7 @@
 // What changes the lists: adding, sorting, moving, removing, writing.
 #include <algorithm>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "playlist/form_list.h"

@@ -1,8 +1,8 @@
 // Menu bar, context menus and toolbar.
 #include <utility>
 
-#include "app/global_state.h"
-#include "platform/window_host.h"
+#include "state/global_state.h"
+#include "forms/window_host.h"
 #include "playlist/form_list.h"
 
 namespace quenlox {

@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/track_source.h"
 #include "playlist/entry_reader.h"
 #include "playlist/entry_rows.h"

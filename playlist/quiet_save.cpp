@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playlist/playlists.h"
 
 namespace quenlox {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "app/global_state.h"
-#include "app/main_window_handlers.h"
-#include "app/option_settings.h"
+#include "state/global_state.h"
+#include "skin/main_window_handlers.h"
+#include "state/option_settings.h"
 #include "forms/control_array.h"
 #include "forms/form.h"
 #include "platform/shell.h"

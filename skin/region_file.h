@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 
 namespace quenlox {
 

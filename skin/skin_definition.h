@@ -10,7 +10,7 @@
 #include "forms/geometry.h"
 #include "forms/surface.h"
 #include "platform/file_system.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 #include "text/ini_document.h"
 #include "text/numbers.h"
 

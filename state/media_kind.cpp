@@ -1,7 +1,5 @@
 #include "state/media_kind.h"
 
-#include "libraries/vbmp3/vbmp3.h"
-
 namespace quenlox {
 
 int MediaKind::code() const {
@@ -22,26 +20,6 @@ std::string_view MediaKind::name() const {
         case kUnknownKind: break;
     }
     return "";
-}
-
-MediaKind KindOfExtension(std::string_view lastFour) {
-    if (lastFour == ".rmi" || lastFour == ".mid") return {kMidi};
-    if (lastFour == ".cda") return {kCdAudio};
-    if (lastFour == ".wma") return {kWma};
-    return {};
-}
-
-MediaKind KindOfFileType(int fileType) {
-    MediaKind kind;
-    kind.base = fileType & VBMP3_TYPE_RMP    ? kRmp
-                : fileType & VBMP3_TYPE_WAVE ? kWavePcm
-                : fileType & VBMP3_TYPE_MPEG ? kMp3
-                                             : kWaveOther;
-    kind.tag = fileType & VBMP3_TYPE_ID3V2   ? TagKind::Id3v2
-               : fileType & VBMP3_TYPE_ID3V1 ? TagKind::Id3v1
-                                             : TagKind::None;
-    kind.lyrics = (fileType & VBMP3_TYPE_LYRICS) != 0;
-    return kind;
 }
 
 }  // namespace quenlox

@@ -34,10 +34,4 @@ struct MediaKind {
     bool operator==(const MediaKind&) const = default;
 };
 
-// The kind that the extension alone decides on, from the last four characters of a path in lower case: MIDI, a track of
-// an audio CD, WMA. Everything else is unknown.
-MediaKind KindOfExtension(std::string_view lastFour);
-// The kind of a file by the flags of the decoding library (VBMP3_TYPE_*).
-MediaKind KindOfFileType(int fileType);
-
 }  // namespace quenlox

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "forms/form.h"
-#include "libraries/vbmp3/vbmp3.h"
+#include "platform/vbmp3.h"
 #include "tags/rename.h"
 
 namespace quenlox {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"

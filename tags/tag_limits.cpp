@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "libraries/vbmp3/vbmp3.h"
+#include "platform/vbmp3.h"
 #include "text/encoding.h"
 
 namespace quenlox {

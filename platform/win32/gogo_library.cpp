@@ -1,7 +1,7 @@
 // gogo.dll behind the program's own interface. Texts go to it in UTF-8.
 #include "platform/gogo.h"
 
-#include "libraries/gogo/gogo.h"
+#include "platform/gogo.h"
 #include "platform/win32/library.h"
 #include "platform/win32/platform.h"
 

@@ -15,7 +15,7 @@
 #include "platform/shell.h"
 #include "platform/text_painter.h"
 #include "platform/vbmp3.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 
 namespace quenlox {
 

@@ -8,7 +8,7 @@
 #include <mutex>
 
 #include "platform/win32/win32.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 
 namespace quenlox::win32 {
 

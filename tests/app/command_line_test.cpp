@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/status_display.h"
 #include "tests/fakes/fake_display.h"
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "app/global_state.h"
-#include "app/main_window_handlers.h"
+#include "state/global_state.h"
+#include "skin/main_window_handlers.h"
 #include "equalizer/form_gra.h"
 #include "lyrics/form_lyrics.h"
 #include "options/form_opt.h"

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "convert/conversion_run.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_gogo.h"

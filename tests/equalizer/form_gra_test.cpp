@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_random.h"
 #include "tests/fakes/fake_vbmp3.h"

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "app/option_settings.h"
+#include "state/option_settings.h"
 
 namespace quenlox {
 

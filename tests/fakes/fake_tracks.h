@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/track_source.h"
 
 namespace quenlox {

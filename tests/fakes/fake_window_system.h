@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "forms/form.h"
-#include "platform/window_host.h"
+#include "forms/window_host.h"
 
 namespace quenlox {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "tests/fakes/fake_options.h"
 #include "tests/fakes/fake_text_painter.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"
 #include "tests/fakes/bmp_of.h"

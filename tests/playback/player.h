@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/media_engine.h"
 #include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"

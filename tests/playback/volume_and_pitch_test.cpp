@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playback/pitch_control.h"
 #include "playback/status_display.h"
 #include "playback/volume_control.h"

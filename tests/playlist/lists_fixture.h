@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "app/global_state.h"
+#include "state/global_state.h"
 #include "playlist/playlists.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_options.h"
