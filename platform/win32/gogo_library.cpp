@@ -1,5 +1,4 @@
 // gogo.dll behind the program's own interface. Texts go to it in UTF-8.
-#include "platform/gogo.h"
 
 #include "platform/gogo.h"
 #include "platform/win32/library.h"
