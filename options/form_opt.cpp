@@ -137,9 +137,11 @@ bool FormOpt::followDevices() {
     if (device < 0 && !deviceName_.empty()) items.push_back({deviceName_ + "（未接続）", kAbsentDevice});
     if (device >= 0) deviceName_ = devices_[static_cast<std::size_t>(device)];
     const bool absent = items.back().data == kAbsentDevice;
+    const int index = absent ? static_cast<int>(items.size()) - 1 : device + 1;
     listing_ = true;
+    // Only what is another is set: the user may have the list open.
     if (items != ComboDevice.items()) ComboDevice.setItems(items);
-    ComboDevice.setListIndex(absent ? static_cast<int>(items.size()) - 1 : device + 1);
+    if (index != ComboDevice.listIndex()) ComboDevice.setListIndex(index);
     listing_ = false;
     if (outputDevice() != deviceBefore && onOutput) onOutput();
     return devices_ != before;

@@ -15,8 +15,8 @@ START, CANCEL = "変換開始", "中止"
 PBM_GETPOS = 0x408
 
 
-def start(s, folder=None):
-    player = Product(s, folder=folder)
+def start(s, folder=None, **texts):
+    player = Product(s, folder=folder, **texts)
     player.press("conv")
     return player, s.driver.wait_window(title="ファイル変換")
 
@@ -79,7 +79,8 @@ def test_an_encode_goes_on_under_a_held_title_bar_and_leaves_nothing_when_it_is_
     source = folder / "long.wav"  # longer than a RIFF can tell, silent and without a place on the disk
     source.write_bytes(struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", 0xFFFFFFFF, b"WAVE", b"fmt ", 16, 1, 2, 44100, 176400, 4, 16, b"data", 0xFFFFFFFF))
     os.truncate(source, 5 << 30)
-    player, form = start(s)
+    other = material.write_mp3(s.material / "other.mp3", material.tone(440, 5.0))
+    player, form = start(s, ini="[List]\nX=7500\nShow=1\n", m3u=f"#ListA\n{s.windows_path(other)}\n")
     choose(s, form, "MP3エンコード", source)
     form.press(START)
     bar = form.control("msctls_progress32")
@@ -100,6 +101,13 @@ def test_an_encode_goes_on_under_a_held_title_bar_and_leaves_nothing_when_it_is_
     s.wait_until(s.driver.menus, "its menu is open")
     goes_on("its menu is open")
     s.driver.leave_menu()
+    s.drop_files(*player.window.point(), other)
+    s.answer("ファイル変換中は再生できません")
+    lists = s.driver.wait_window(title="プレイリスト")
+    lists.list_view().click_item(0, count=2)
+    lists.wait_text("ファイル変換中は再生できません")
+    s.screenshot("an encode that goes on")
+    goes_on("a file was dropped and a row clicked")
     form.press(CANCEL)
     form.wait_text("中止しました")
     s.wait_equal(lambda: [p.name for p in folder.iterdir()], ["long.wav"], "files after the cancel")

@@ -16,9 +16,12 @@ def test_the_device_is_found_by_its_name_and_the_volume_bar_is_that_of_the_one_t
     def run(*command):
         return subprocess.run(command, env=s.session.env, stdout=subprocess.PIPE).stdout
 
+    def recorder(sink, seconds):
+        return (f"parec -d {sink}.monitor --raw --format=s16le --rate=44100 --channels=2 --latency-msec=20 2>&- |"
+                f" head -c {44100 * 4 * seconds}")
+
     def level(sink):
-        record = f"parec -d {sink}.monitor --raw --format=s16le --rate=44100 --channels=2 2>&- | head -c {44100 * 4}"
-        return Sound.from_raw(run("sh", "-c", record)).part(0.5, 1).level_at(440)
+        return Sound.from_raw(run("sh", "-c", recorder(sink, 1))).part(0.5, 1).level_at(440)
 
     module = run("pactl", "load-module", "module-null-sink", "sink_name=second", "sink_properties=device.description=Second")
     file = material.write_mp3(s.material / "tone.mp3", material.tone(440, 60.0))
@@ -38,12 +41,15 @@ def test_the_device_is_found_by_its_name_and_the_volume_bar_is_that_of_the_one_t
     form.control("SysTabControl32").click(82, 10)
     combo = form.control("ComboBox", where=lambda box: box.visible and "Second" in box.lines())
     combo.click()
+    heard = [subprocess.Popen(recorder(sink, 4), shell=True, env=s.session.env, stdout=subprocess.PIPE)
+             for sink in ("second", "null")]
+    s.pause(1.0)
     for key in ("up", "enter"):
         s.driver.keys(key)
     s.wait_equal(combo.selected_line, "Null Output", "device")
-    for _ in range(2):  # what plays changes its device when it plays the next time
-        player.press("play")
-        s.pause(0.5)
+    left, came = (Sound.from_raw(process.communicate()[0]).bounds() for process in heard)
+    print(f"   silent for {(came[0] - left[1]) * 1000:.0f} ms while the device changed")
+    s.equal(came[0] - left[1] < 0.5, True, f"it goes on within half a second: left at {left[1]}, came at {came[0]}")
     s.wait_until(lambda: level("null") > 0.3, "it is heard on the other one")
     bar_moves("null")
     player.end()
