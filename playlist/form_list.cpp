@@ -25,6 +25,7 @@ constexpr milliseconds kIdleBudget{8};
 constexpr milliseconds kBusyBudget{50};
 constexpr int kBusyInterval = 10;
 constexpr int kTicksPerStatus = 10;
+constexpr std::chrono::seconds kNoteTime{4};  // that a note stands in the status line
 // From this width on the browser stands beside the list and no longer under it; pixels at 96 dots per inch.
 constexpr int kWideWindow = 620;
 
@@ -242,7 +243,11 @@ void FormList::TabList_Click() {
 
 void FormList::open(const Transport::Track& track, int intent, Transport::Start start) {
     if (track.path.empty() || !onOpen) return;
-    if (onOpen(track, intent, start) == OpenResult::Busy) LabelStatus.setCaption(kBusyText);
+    if (onOpen(track, intent, start) != OpenResult::Busy) return;
+    LabelStatus.setCaption(kBusyText);
+    noteUntil_ = Clock::now() + kNoteTime;
+    statusStale_ = true;
+    updateTimer();
 }
 
 void FormList::PlayView_DblClick(int row) {
@@ -373,8 +378,8 @@ void FormList::showBusy() {
 }
 
 void FormList::showStatus() {
-    statusStale_ = false;
-    if (busy()) return;
+    statusStale_ = Clock::now() < noteUntil_;  // then it is asked for again
+    if (busy() || statusStale_) return;
     if (folderShown()) {
         LabelStatus.setCaption(WithThousands(lists_.count(kFolderList)) + "ファイル");
         return;

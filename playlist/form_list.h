@@ -191,6 +191,7 @@ class FormList : public Form {
     bool browserStale_ = true;           // read when the window is shown
     bool wasBusy_ = false;
     bool statusStale_ = false;           // texts have been read since the status line was written
+    Clock::time_point noteUntil_{};      // the status line says something else until then
     int ticks_ = 0;
     std::chrono::microseconds readWhilePainting_{0};  // since the last tick
     std::map<std::string, std::string> lastFolders_;  // of each drive
