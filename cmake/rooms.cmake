@@ -34,6 +34,7 @@ function(quenlox_check_includes)
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
   add_test(NAME rooms.includes
     COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/check_includes.py ${PROJECT_BINARY_DIR}/rooms.txt)
+  add_test(NAME docs.places COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/check_docs.py)
 endfunction()
 
 

@@ -6,15 +6,15 @@
 #include <cstdio>
 #include <utility>
 
-#include "state/global_state.h"
-#include "playback/cd_drives.h"
-#include "playback/file_kind.h"
-#include "playback/main_display.h"
-#include "text/midi_text.h"
+#include "forms/window_host.h"
 #include "platform/file_system.h"
 #include "platform/media_control.h"
 #include "platform/vbmp3.h"
-#include "forms/window_host.h"
+#include "playback/cd_drives.h"
+#include "playback/file_kind.h"
+#include "playback/main_display.h"
+#include "state/global_state.h"
+#include "text/midi_text.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -22,9 +22,9 @@
 namespace quenlox {
 namespace {
 
-constexpr int kPortInUse = 337;                       // media control: the sequencer's port is taken
-constexpr std::uint64_t kMidiLimit = 16u << 20;       // bytes
-constexpr int kInvalidFile = 296;                     // media control: the file itself is at fault
+constexpr int kPortInUse = 337;                  // media control: the sequencer's port is taken
+constexpr std::uint64_t kMidiLimit = 16u << 20;  // bytes
+constexpr int kInvalidFile = 296;                // media control: the file itself is at fault
 constexpr const char* kMissingText = "ファイルがありません";
 constexpr const char* kRefusedText = "再生できません";
 // A file that answers sooner is shown at once; for a slower one its name stands in the meantime.
@@ -197,8 +197,7 @@ void MediaEngine::abandonOpening() {
 Opening MediaEngine::openWithMediaControl() {
     const int opened = openCount_;
     const bool midi = state_.MediaKind.base == kMidi;
-    const std::string open =
-        "open \"" + path_ + "\"" + (midi ? " type sequencer" : "") + " alias MediaFile";
+    const std::string open = "open \"" + path_ + "\"" + (midi ? " type sequencer" : "") + " alias MediaFile";
     const int code = mediaControl_.sendString(open);
     windows_.pumpMessages();
     if (openCount_ != opened || state_.ShuttingDown) return {OpenResult::Superseded};

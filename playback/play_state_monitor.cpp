@@ -1,11 +1,11 @@
 #include "playback/play_state_monitor.h"
 
-#include "state/global_state.h"
-#include "state/option_settings.h"
 #include "platform/media_control.h"
 #include "platform/vbmp3.h"
 #include "playback/media_engine.h"
 #include "playback/transport.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "text/numbers.h"
 #include "text/strings.h"
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <utility>
 
-#include "state/global_state.h"
 #include "playback/main_display.h"
+#include "state/global_state.h"
 #include "text/numbers.h"
 
 namespace quenlox {

@@ -12,7 +12,8 @@ std::optional<TrackStep> PlanStep(Direction direction, const StepFrom& from, con
     if (from.count <= 0) return std::nullopt;
     const bool forward = direction == Direction::Forward;
     if (!from.random) {
-        return TrackStep{forward ? NextIndex(from.current, from.count) : PreviousIndex(from.current, from.count), {}, {}};
+        return TrackStep{
+            forward ? NextIndex(from.current, from.count) : PreviousIndex(from.current, from.count), {}, {}};
     }
     if (const auto place = forward ? from.order.next(from.count) : from.order.previous(from.count)) {
         return TrackStep{place->index, {}, place->position};

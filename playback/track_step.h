@@ -24,9 +24,9 @@ struct StepFrom {
 };
 
 struct TrackStep {
-    int index = 0;                        // in the list
-    std::optional<RandomOrder> newOrder;  // the pass is through: this one takes its place
-    std::optional<std::int32_t> position; // in the order; RANDOM only
+    int index = 0;                         // in the list
+    std::optional<RandomOrder> newOrder;   // the pass is through: this one takes its place
+    std::optional<std::int32_t> position;  // in the order; RANDOM only
 };
 
 // The step to the next or to the previous entry; nothing when there is none. `draw` gives an order for a new pass.

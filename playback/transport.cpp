@@ -3,13 +3,13 @@
 #include <set>
 #include <utility>
 
-#include "state/global_state.h"
-#include "state/option_settings.h"
 #include "platform/vbmp3.h"
-#include "playback/media_engine.h"
 #include "playback/file_kind.h"
+#include "playback/media_engine.h"
 #include "playback/pitch_control.h"
 #include "playback/track_source.h"
+#include "state/global_state.h"
+#include "state/option_settings.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -208,9 +208,9 @@ std::optional<GaplessHandOver::Next> Transport::planStep(Direction direction) {
         }
         return drawn_->order;
     };
-    auto step = PlanStep(direction,
-                         {count, state_.CurrentIndex[At(list)], state_.PlayMode == kRandom, state_.ShuffleOrder[At(list)]},
-                         draw);
+    auto step = PlanStep(
+        direction, {count, state_.CurrentIndex[At(list)], state_.PlayMode == kRandom, state_.ShuffleOrder[At(list)]},
+        draw);
     if (!step) return std::nullopt;
     std::string path = tracks_.trackPath(list, step->index);
     return GaplessHandOver::Next{list, std::move(*step), std::move(path)};

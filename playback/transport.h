@@ -78,7 +78,7 @@ class Transport {
     };
     std::optional<LetGo> letGoOf(const std::string& path);  // nothing: a conversion needs it
     void takeUp(const LetGo& file);
-    void leaveClosed(const LetGo& file);                     // the player stands; the next play opens the file
+    void leaveClosed(const LetGo& file);  // the player stands; the next play opens the file
     void renamed(const std::string& from, const std::string& to);
 
     // For the conversion that runs; these do not ask whether one does.
@@ -129,7 +129,7 @@ class Transport {
     TrackSource& tracks_;
     const OptionSettings& options_;
 
-    unsigned request_ = 0;             // a newer one supersedes what an older one still does
+    unsigned request_ = 0;  // a newer one supersedes what an older one still does
     bool fromCommandLine_ = false;
     bool opensForConversion_ = false;  // the status is that of loading meanwhile
     GaplessHandOver handOver_;

@@ -183,7 +183,6 @@ class FormList : public Form {
     std::optional<FolderReading> reading_;
     std::vector<std::string> folderFiles_;  // of the folder that is shown, those that File1 can show
     std::array<int, kViews> markedRow_{-1, -1, -1};
-    std::string markedFile_;
     Menu menuBar_{"menuBar", {}};
     std::string menuLook_;               // what the menu bar was made for
     bool hasRows_ = false;

@@ -16,7 +16,6 @@ namespace {
 
 constexpr int kLeft = 1, kRight = 2;      // mouse buttons
 constexpr int kAlt = 4;                   // shift state
-constexpr int kPressed = 10;              // from a button to its pressed picture
 constexpr int kDragThreshold = 3;         // pixels that the pointer moves before the title drags the window
 constexpr int kWheelStep = 5;             // percent of volume for one notch
 

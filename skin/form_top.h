@@ -161,7 +161,8 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     const Surface* picture() override;
     std::vector<AccessiblePart> accessibleParts() override;
 
-    // Controls. Elements n + 10 of the two button arrays are hidden and hold the pressed pictures.
+    // Controls. Elements n + kPressed of the two button arrays are hidden and hold the pressed pictures.
+    static constexpr int kPressed = 10;
     ControlArray<PictureBox> cmdPicture, taskPicture;
     ControlArray<Label> mainLabel;
     PictureBox SeekBar{*this, "SeekBar"};

@@ -5,12 +5,6 @@
 #include "skin/form_top.h"
 
 namespace quenlox {
-namespace {
-
-constexpr int kPressed = 10;
-
-}  // namespace
-
 void FormTop::controlChangedHere(Control& control, Property property) {
     if (property == Property::Tooltip) return;
     if (property == Property::Bounds) return repaint(composed_.rect());  // the old place is not known any more

@@ -6,7 +6,6 @@
 namespace quenlox {
 namespace {
 
-constexpr int kPressed = 10;  // index distance from a button to its pressed picture
 
 Font ScaledFont(int fontField, TwipsPerPixel twips) {
     Font font;
@@ -51,7 +50,6 @@ void FormTop::apply(SkinDefinition skin) {
     const TwipsPerPixel twips = host() ? host()->twipsPerPixel() : TwipsPerPixel{};
     setSize(PixelsToTwips(skin.size.width, twips.x), PixelsToTwips(skin.size.height, twips.y));
     background_ = skin.background;
-    state_.SkinBoxOutline = skin.box;
     applyLabels(skin);
     applyButtons(skin);
     applyDisplays(skin);

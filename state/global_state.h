@@ -13,7 +13,7 @@
 namespace quenlox {
 
 enum PlayModeCode : int { kSingle = 0, kRepeat = 1, kProgram = 2, kRandom = 3 };
-// The documented numbers are what the settings, the labels and the tests of ranges count on.
+// Below kPlay the player stands; from kDecode on a conversion has it.
 enum PlayStatus : int {
     kStop = 0, kPlay = 1, kPause = 2, kError = 3, kLoad = 4, kWait = 5, kDecode = 6, kEncode = 7
 };
@@ -69,7 +69,6 @@ struct GlobalState {
     int LyricsKind = 0;          // 0 none, 1 with time tags, 2 without
     std::string CurrentSkinFile;
     bool SkinLacksLyricsArea = false;
-    bool SkinBoxOutline = false;
 
     // What the program did last, for the note of a crash.
     ActionLog Actions;

@@ -24,8 +24,8 @@ class RandomOrder {
     static RandomOrder Draw(int count, const std::function<std::size_t(std::size_t count)>& draw);
 
     const std::vector<std::int32_t>& order() const { return order_; }
-    std::int32_t position() const { return position_; }                                   // -1: before the first
-    std::int32_t last() const { return static_cast<std::int32_t>(order_.size()) - 1; }    // -1: of an empty list
+    std::int32_t position() const { return position_; }                                 // -1: before the first
+    std::int32_t last() const { return static_cast<std::int32_t>(order_.size()) - 1; }  // -1: of an empty list
     void moveTo(std::int32_t position) { position_ = position; }
 
     // The entry behind the one taken last; nothing when the pass is through, or the order is none of a list of `count`.

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "state/global_state.h"
 #include "playback/track_source.h"
+#include "state/global_state.h"
 
 namespace quenlox {
 

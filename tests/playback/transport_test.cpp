@@ -79,7 +79,8 @@ TEST(Transport, EveryCommandHasOneOutcomeForEachStatusWhateverTheTrackCameFrom) 
                     case '<':
                         EXPECT_EQ(p.state.PlayerStatus, kPlay) << what;
                         EXPECT_EQ(p.state.CurrentIndex[static_cast<std::size_t>(list)],
-                                  outcome == '>' ? (onRow ? 2 : 0) : (onRow ? 0 : 2)) << what;
+                                  outcome == '>' ? (onRow ? 2 : 0) : (onRow ? 0 : 2))
+                            << what;
                         EXPECT_EQ(p.state.PlayIntent, outcome == '>' ? kForward : kBackward) << what;
                         break;
                     case 'p':
@@ -156,9 +157,9 @@ TEST_F(PassingOver, AStepGoesOnToTheNextTrackThatCanBePlayedOnceAroundAtMost) {
         const char* previous;  // and after one back from there
         const char* left;      // rows afterwards
     } cases[] = {
-        {"1", true, false, 0, "2", "0", "01234"},   {"12", true, false, 0, "3", "0", "01234"},
-        {"12", false, false, 0, "1!", "0", "01234"}, {"12", true, true, 0, "3", "0", "034"},
-        {"12", false, true, 0, "1!", "4", "0234"},  {"1234", true, false, 0, "0", "0", "01234"},
+        {"1", true, false, 0, "2", "0", "01234"},       {"12", true, false, 0, "3", "0", "01234"},
+        {"12", false, false, 0, "1!", "0", "01234"},    {"12", true, true, 0, "3", "0", "034"},
+        {"12", false, true, 0, "1!", "4", "0234"},      {"1234", true, false, 0, "0", "0", "01234"},
         {"01234", true, false, 0, "0!", "0!", "01234"}, {"01234", true, true, 0, "0!", "0!", ""},
         {"12", true, true, 2, "3", "0", "01234"},  // rows of list C stay
     };
@@ -174,7 +175,9 @@ TEST_F(PassingOver, AStepGoesOnToTheNextTrackThatCanBePlayedOnceAroundAtMost) {
             p.state.PlayMode = mode;
             p.transport.open({"C:\\0.mp3", c.list, 0}, kForward, Transport::Start::Play);
             for (const char* dead = c.dead; *dead; ++dead) p.files.remove(std::string("C:\\") + *dead + ".mp3");
-            const auto shown = [&] { return p.display.title.substr(0, 1) + (p.state.PlayerStatus == kPlay ? "" : "!"); };
+            const auto shown = [&] {
+                return p.display.title.substr(0, 1) + (p.state.PlayerStatus == kPlay ? "" : "!");
+            };
             p.transport.NextTrack();
             // In RANDOM a pass that is through draws an order of its own.
             const bool sameOrder = mode == kProgram || std::string(c.dead).size() < 4;
@@ -235,7 +238,10 @@ TEST_F(Opening_, WhatIsAskedForWhileAFileOpensCountsInstead) {
     } cases[] = {
         {"stop", [](Player& p) { p.transport.stop(); }, "C:\\1.mp3", kStop, 0},
         {"next", [](Player& p) { p.transport.NextTrack(); }, "C:\\2.mp3", kPlay, 1},
-        {"open", [](Player& p) { p.transport.open({"C:\\0.mp3", 0, 0}, kNoIntent, Transport::Start::Open); },
+        {"open",
+         [](Player& p) {
+             p.transport.open({"C:\\0.mp3", 0, 0}, kNoIntent, Transport::Start::Open);
+         },
          "C:\\0.mp3", kStop, 0},
         {"poll", [](Player& p) { p.monitor.Timer1_Timer(); }, "C:\\1.mp3", kPlay, 1},
         {"play", [](Player& p) { p.transport.play(); }, "C:\\1.mp3", kPlay, 1},
@@ -324,23 +330,29 @@ TEST_F(Repeat, RepeatsWhatCameFromAListOrWasPlayedByTheUserHimself) {
         {"row", [](Player& p) { p.playRow(0, kRepeat); }, true},
         {"command line", [](Player& p) { p.transport.openFirst("C:\\0.mp3", true, true); }, false},
         {"of the last time", [](Player& p) { p.transport.openFirst("C:\\0.mp3", false, true); }, true},
-        {"command line, then play", [](Player& p) {
+        {"command line, then play",
+         [](Player& p) {
              p.transport.openFirst("C:\\0.mp3", true, true);
              p.transport.stop();
              p.transport.play();
-         }, true},
-        {"command line, device busy at first", [](Player& p) {
+         },
+         true},
+        {"command line, device busy at first",
+         [](Player& p) {
              p.vbmp3.playWorks = false;
              p.vbmp3.error = VBMP3_ERROR_DEVICE_BUSY;
              p.transport.openFirst("C:\\0.mp3", true, true);
              p.vbmp3.playWorks = true;
              p.monitor.Timer5_Timer();
-         }, false},
-        {"command line, then on to a row without a gap", [](Player& p) {
+         },
+         false},
+        {"command line, then on to a row without a gap",
+         [](Player& p) {
              p.state.PlayMode = kProgram;
              p.transport.openFirst("C:\\0.mp3", true, true);
              p.goOn();
-         }, true},
+         },
+         true},
     };
     for (const auto& c : cases) {
         Player p;
