@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/jobs.h"
 #include "libraries/vbmp3/source.h"
 

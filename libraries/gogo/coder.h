@@ -12,9 +12,9 @@
 #include <thread>
 #include <vector>
 
+#include "libraries/files/transaction.h"
 #include "libraries/gogo/info_frame.h"
 #include "libraries/gogo/part_encoder.h"
-#include "libraries/vbmp3/transaction.h"
 
 namespace gogo {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/wave_source.h"
 
 namespace gogo {

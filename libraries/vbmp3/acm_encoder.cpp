@@ -5,12 +5,12 @@
 #include <optional>
 #include <vector>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
+#include "libraries/files/transaction.h"
 #include "libraries/vbmp3/jobs.h"
 #include "libraries/vbmp3/output.h"
 #include "libraries/vbmp3/resampler.h"
 #include "libraries/vbmp3/source.h"
-#include "libraries/vbmp3/transaction.h"
 
 #include <mmreg.h>
 #include <mmsystem.h>

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <string>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
+#include "libraries/files/transaction.h"
 #include "libraries/vbmp3/library.h"
-#include "libraries/vbmp3/transaction.h"
 #include "libraries/vbmp3/wave_writer.h"
 
 namespace vbmp3 {

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/library.h"
 #include "libraries/vbmp3/lyrics/embedded_lyrics.h"
 #include "text/encoding.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/library.h"
 #include "libraries/vbmp3/track.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/library.h"
 #include "libraries/vbmp3/stream_info.h"
 #include "libraries/vbmp3/tag_files.h"

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/jobs.h"
 #include "libraries/vbmp3/mpeg_sections.h"
 #include "libraries/vbmp3/mpeg_source.h"

@@ -7,7 +7,7 @@
 #include <memory>
 #include <span>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/tags/file_layout.h"
 
 namespace vbmp3 {

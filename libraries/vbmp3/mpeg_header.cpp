@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/tags/bytes.h"
 
 namespace vbmp3 {

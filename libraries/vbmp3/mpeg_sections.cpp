@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 
 namespace vbmp3 {
 namespace {

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <string>
 
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/decode_thread.h"
-#include "libraries/vbmp3/file_source.h"
 #include "libraries/vbmp3/output_thread.h"
 #include "libraries/vbmp3/player_state.h"
 #include "libraries/vbmp3/recorder.h"

@@ -5,10 +5,10 @@
 #include <filesystem>
 #include <optional>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
+#include "libraries/files/transaction.h"
 #include "libraries/vbmp3/mpeg_header.h"
 #include "libraries/vbmp3/tags/tag_edit.h"
-#include "libraries/vbmp3/transaction.h"
 #include "text/encoding.h"
 
 namespace vbmp3 {

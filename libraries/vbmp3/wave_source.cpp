@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "libraries/files/file_source.h"
 #include "libraries/vbmp3/adpcm.h"
-#include "libraries/vbmp3/file_source.h"
 
 namespace vbmp3 {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "libraries/vbmp3/transaction.h"
+#include "libraries/files/transaction.h"
 
 namespace vbmp3 {
 

@@ -10,7 +10,7 @@
 #include <lame/lame.h>
 #include <mpg123.h>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 
 namespace vbmp3::test {
 namespace {

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 #include "tests/vbmp3/temp_dir.h"
 #include "tests/vbmp3_tags/tag_bytes.h"
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "libraries/vbmp3/tags/byte_source.h"
+#include "libraries/files/byte_source.h"
 
 namespace vbmp3 {
 

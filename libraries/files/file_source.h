@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "libraries/vbmp3/tags/byte_source.h"
+#include "libraries/files/byte_source.h"
 
 namespace vbmp3 {
 

@@ -1,4 +1,4 @@
-#include "libraries/vbmp3/tags/byte_source.h"
+#include "libraries/files/byte_source.h"
 
 namespace vbmp3 {
 

@@ -1,11 +1,11 @@
-#include "libraries/vbmp3/file_source.h"
+#include "libraries/files/file_source.h"
 
 #include <algorithm>
 
 #ifdef _WIN32
 #include <windows.h>
 
-#include "libraries/vbmp3/wide_path.h"
+#include "libraries/files/wide_path.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "libraries/vbmp3/transaction.h"
+#include "libraries/files/transaction.h"
 
 #include <atomic>
 
@@ -7,7 +7,7 @@
 
 #include <windows.h>
 
-#include "libraries/vbmp3/wide_path.h"
+#include "libraries/files/wide_path.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "libraries/vbmp3/wide_path.h"
+#include "libraries/files/wide_path.h"
 
 #include <windows.h>
 
