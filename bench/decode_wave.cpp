@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "libraries/files/file_source.h"
+#include "libraries/vbmp3/decoder/open_source.h"
 #include "libraries/vbmp3/jobs.h"
-#include "libraries/vbmp3/source.h"
 
 int main(int argc, char** argv) {
     using namespace vbmp3;

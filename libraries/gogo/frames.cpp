@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <span>
 
-#include "libraries/vbmp3/mpeg_header.h"
+#include "libraries/formats/mpeg_header.h"
 
 namespace gogo {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <lame/lame.h>
 
-#include "libraries/vbmp3/mpeg_header.h"
+#include "libraries/formats/mpeg_header.h"
 
 namespace gogo {
 namespace {

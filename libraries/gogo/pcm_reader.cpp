@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "libraries/files/file_source.h"
-#include "libraries/vbmp3/wave_source.h"
+#include "libraries/formats/wave_source.h"
 
 namespace gogo {
 namespace {

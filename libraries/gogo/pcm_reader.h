@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "libraries/formats/resampler.h"
+#include "libraries/formats/source.h"
 #include "libraries/gogo/settings.h"
-#include "libraries/vbmp3/resampler.h"
-#include "libraries/vbmp3/source.h"
 
 namespace gogo {
 

@@ -7,10 +7,11 @@
 
 #include "libraries/files/file_source.h"
 #include "libraries/files/transaction.h"
+#include "libraries/formats/resampler.h"
+#include "libraries/vbmp3/decoder/open_source.h"
 #include "libraries/vbmp3/jobs.h"
 #include "libraries/vbmp3/output.h"
-#include "libraries/vbmp3/resampler.h"
-#include "libraries/vbmp3/source.h"
+#include "libraries/vbmp3/vbmp3.h"
 
 #include <mmreg.h>
 #include <mmsystem.h>

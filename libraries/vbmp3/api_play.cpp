@@ -7,6 +7,7 @@
 
 #include "libraries/files/file_source.h"
 #include "libraries/vbmp3/library.h"
+#include "libraries/vbmp3/tags/file_record.h"
 #include "libraries/vbmp3/track.h"
 
 namespace vbmp3 {
@@ -110,7 +111,7 @@ int32_t vbmp3_getFileType(const char* path) {
         }
         const auto info = probe(*file, scanFileLayout(*file));
         report(info ? VBMP3_OK : VBMP3_ERROR_FORMAT);
-        return info ? info->fileType : -VBMP3_ERROR_FORMAT;
+        return info ? fileTypeOf(*info) : -VBMP3_ERROR_FORMAT;
     });
 }
 

@@ -5,9 +5,10 @@
 #include <string_view>
 
 #include "libraries/files/file_source.h"
+#include "libraries/formats/stream_info.h"
 #include "libraries/vbmp3/library.h"
-#include "libraries/vbmp3/stream_info.h"
 #include "libraries/vbmp3/tag_files.h"
+#include "libraries/vbmp3/tags/file_record.h"
 #include "libraries/vbmp3/tags/genres.h"
 
 namespace vbmp3 {

@@ -7,10 +7,12 @@
 #include <vector>
 
 #include "libraries/files/file_source.h"
+#include "libraries/vbmp3/decoder/open_source.h"
 #include "libraries/vbmp3/jobs.h"
 #include "libraries/vbmp3/mpeg_sections.h"
 #include "libraries/vbmp3/mpeg_source.h"
 #include "libraries/vbmp3/output.h"
+#include "libraries/vbmp3/vbmp3.h"
 #include "libraries/vbmp3/wave_writer.h"
 
 namespace vbmp3 {

@@ -8,7 +8,7 @@
 #include <span>
 
 #include "libraries/files/file_source.h"
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 
 namespace vbmp3 {
 

@@ -11,8 +11,8 @@
 #include <memory>
 #include <vector>
 
+#include "libraries/formats/mpeg_header.h"
 #include "libraries/vbmp3/mpeg_decoder.h"
-#include "libraries/vbmp3/mpeg_header.h"
 
 namespace vbmp3 {
 

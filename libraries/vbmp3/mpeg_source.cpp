@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "libraries/vbmp3/resampler.h"
+#include "libraries/formats/resampler.h"
 
 namespace vbmp3 {
 namespace {

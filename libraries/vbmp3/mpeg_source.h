@@ -1,8 +1,8 @@
 // MPEG audio (a plain stream, RMP, MP3 in WAVE) as a source: the decoder's frames without encoder delay and padding.
 #pragma once
 
+#include "libraries/formats/source.h"
 #include "libraries/vbmp3/mpeg_decoder.h"
-#include "libraries/vbmp3/source.h"
 
 namespace vbmp3 {
 

@@ -7,7 +7,7 @@
 
 #include "libraries/files/file_source.h"
 #include "libraries/files/transaction.h"
-#include "libraries/vbmp3/mpeg_header.h"
+#include "libraries/formats/mpeg_header.h"
 #include "libraries/vbmp3/tags/tag_edit.h"
 #include "text/encoding.h"
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 #include "libraries/vbmp3/vbmp3.h"
 
 namespace vbmp3 {

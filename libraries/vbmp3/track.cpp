@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include "libraries/vbmp3/decoder/open_source.h"
 #include "libraries/vbmp3/tag_files.h"
+#include "libraries/vbmp3/tags/file_record.h"
 
 namespace vbmp3 {
 namespace {

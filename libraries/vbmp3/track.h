@@ -8,8 +8,9 @@
 #include <optional>
 #include <string>
 
+#include "libraries/formats/source.h"
 #include "libraries/vbmp3/lyrics/embedded_lyrics.h"
-#include "libraries/vbmp3/source.h"
+#include "libraries/vbmp3/vbmp3.h"
 
 namespace vbmp3 {
 

@@ -4,27 +4,22 @@
 #include <cstdlib>
 #include <vector>
 
-#include "libraries/vbmp3/source.h"
+#include "libraries/vbmp3/decoder/open_source.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace vbmp3;
     const auto file = std::make_shared<MemorySource>(std::span(data, size));
     const auto info = probe(*file, scanFileLayout(*file));
-    if (!info)
-        return 0;
+    if (!info) return 0;
     const auto source = openSource(file, *info);
-    if (!source)
-        return 0;
+    if (!source) return 0;
     std::vector<float> block(2 * 1000);
     const auto listen = [&](int blocks) {
         for (int i = 0; i < blocks; ++i) {
             const size_t frames = source->read(block);
-            if (frames == 0)
-                return;
+            if (frames == 0) return;
             for (size_t k = 0; k < 2 * frames; ++k)
-                if (std::isnan(block[k]))
-                    std::abort();
+                if (std::isnan(block[k])) std::abort();
         }
     };
     listen(20);

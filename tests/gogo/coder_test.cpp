@@ -9,8 +9,8 @@
 #include <unistd.h>
 #include <csignal>
 
+#include "libraries/formats/mpeg_header.h"
 #include "libraries/gogo/info_frame.h"
-#include "libraries/vbmp3/mpeg_header.h"
 #include "tests/gogo/support.h"
 
 using namespace gogo;

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <lame/lame.h>
 
-#include "libraries/vbmp3/mpeg_header.h"
+#include "libraries/formats/mpeg_header.h"
 #include "tests/gogo/support.h"
 
 using namespace gogo;

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "libraries/vbmp3/mpeg_header.h"
+#include "libraries/formats/mpeg_header.h"
 
 namespace vbmp3::test {
 namespace {

@@ -11,6 +11,7 @@
 #include <mpg123.h>
 
 #include "libraries/files/file_source.h"
+#include "libraries/vbmp3/decoder/open_source.h"
 
 namespace vbmp3::test {
 namespace {

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "libraries/formats/source.h"
 #include "libraries/vbmp3/output_thread.h"
-#include "libraries/vbmp3/source.h"
 #include "libraries/vbmp3/track.h"
 #include "tests/vbmp3/temp_dir.h"
 

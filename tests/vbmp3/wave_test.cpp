@@ -6,7 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "libraries/vbmp3/wave_format.h"
+#include "libraries/formats/wave_format.h"
+#include "libraries/vbmp3/tags/file_record.h"
 #include "tests/vbmp3/support.h"
 
 namespace vbmp3::test {
@@ -52,7 +53,7 @@ TEST(Wave, SamplesOfEveryCodingComeOutAsTheirValue) {
         StreamInfo info;
         const auto source = openBytes(file, &info);
         ASSERT_TRUE(source);
-        EXPECT_EQ(info.fileType, VBMP3_TYPE_WAVE);
+        EXPECT_EQ(fileTypeOf(info), VBMP3_TYPE_WAVE);
         EXPECT_EQ(info.frames, 3);
         EXPECT_EQ(readAll(*source), (std::vector<float>{0.25f, 0.25f, -0.5f, -0.5f, -1.0f, -1.0f}));
     }
@@ -75,7 +76,7 @@ TEST(Wave, LogarithmicCodingsFollowTheirTables) {
         const auto stereo = toInt16(readAll(*source));
         for (size_t i = 0; i < c.values.size(); ++i)
             EXPECT_EQ(stereo[2 * i], c.values[i]) << c.format << " " << int(c.codes[i]);
-        EXPECT_EQ(info.fileType, 0);
+        EXPECT_EQ(fileTypeOf(info), 0);
         EXPECT_EQ(info.format, c.format);
     }
 }
@@ -110,7 +111,7 @@ TEST(Wave, AdpcmBlocksDecodeToTheToneThatWentIn) {
         StreamInfo info;
         const auto source = openBytes(readBytes(data + name), &info);
         ASSERT_TRUE(source);
-        EXPECT_EQ(info.fileType, 0);
+        EXPECT_EQ(fileTypeOf(info), 0);
         const auto sound = readAll(*source);
         ASSERT_EQ(int64_t(sound.size() / 2), info.frames);
         double error = 0, power = 0;

@@ -1,4 +1,4 @@
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 
 #include <gtest/gtest.h>
 

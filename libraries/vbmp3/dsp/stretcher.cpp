@@ -7,7 +7,7 @@
 #include <cmath>
 #include <optional>
 
-#include "libraries/vbmp3/resampler.h"
+#include "libraries/formats/resampler.h"
 
 namespace vbmp3 {
 namespace {

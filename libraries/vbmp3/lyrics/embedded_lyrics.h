@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 
 namespace vbmp3 {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 #include "libraries/vbmp3/tags/genres.h"
 #include "libraries/vbmp3/tags/legacy_text.h"
 

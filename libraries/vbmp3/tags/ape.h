@@ -2,7 +2,7 @@
 // otherwise left alone.
 #pragma once
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 #include "libraries/vbmp3/tags/tag_fields.h"
 
 namespace vbmp3 {

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <optional>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 #include "libraries/vbmp3/tags/genres.h"
 #include "libraries/vbmp3/tags/legacy_text.h"
 #include "text/encoding.h"

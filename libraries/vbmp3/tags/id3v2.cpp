@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 #include "libraries/vbmp3/tags/genres.h"
 #include "libraries/vbmp3/tags/id3v2_text.h"
 #include "libraries/vbmp3/tags/id3v2_walk.h"

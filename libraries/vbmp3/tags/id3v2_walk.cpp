@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 
 namespace vbmp3 {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 
 namespace vbmp3 {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 #include "libraries/vbmp3/tags/tag_fields.h"
 
 namespace vbmp3 {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 #include "libraries/vbmp3/tags/genres.h"
 #include "libraries/vbmp3/tags/id3v1.h"
 #include "libraries/vbmp3/tags/id3v2.h"

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 #include "libraries/vbmp3/tags/recipe.h"
 #include "libraries/vbmp3/tags/tag_fields.h"
 #include "libraries/vbmp3/tags/tag_reader.h"

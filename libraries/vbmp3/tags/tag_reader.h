@@ -1,7 +1,7 @@
 // The fields of a file from whichever tags it carries. Reads head and tail; decodes nothing.
 #pragma once
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 #include "libraries/vbmp3/tags/tag_fields.h"
 
 namespace vbmp3 {

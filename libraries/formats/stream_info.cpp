@@ -1,8 +1,7 @@
-#include "libraries/vbmp3/stream_info.h"
+#include "libraries/formats/stream_info.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 
 namespace vbmp3 {
 namespace {
@@ -54,10 +53,10 @@ bool takeWave(StreamInfo& info) {
 std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout) {
     StreamInfo info;
     info.data = layout.audio;
-    if (layout.find(TagKind::Id3v2) != nullptr || layout.find(TagKind::Id3v2Appended) != nullptr ||
-        layout.find(TagKind::Id3v2Chunk) != nullptr)
-        info.fileType |= VBMP3_TYPE_ID3V2;
-    if (!layout.id3v1().empty()) info.fileType |= VBMP3_TYPE_ID3V1;
+    info.container = layout.container;
+    info.id3v1 = !layout.id3v1().empty();
+    info.id3v2 = layout.find(TagKind::Id3v2) != nullptr || layout.find(TagKind::Id3v2Appended) != nullptr ||
+                 layout.find(TagKind::Id3v2Chunk) != nullptr;
 
     if (layout.container == Container::Wave) {
         const RiffChunk* chunk = layout.findChunk("fmt ");
@@ -68,14 +67,11 @@ std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout
         if (!info.wave) return std::nullopt;
         if (info.wave->coding != WaveFormat::Coding::Mpeg) {
             info.data = layout.data;
-            if (info.wave->plainPcm()) info.fileType |= VBMP3_TYPE_WAVE;
             return takeWave(info) ? std::optional(info) : std::nullopt;
         }
     }
     info.mpeg = scanMpeg(file, info.data);
     if (!info.mpeg) return std::nullopt;
-    info.fileType |= VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS;
-    if (layout.container == Container::Rmp) info.fileType |= VBMP3_TYPE_RMP;
     takeMpeg(info);
     return info;
 }
@@ -84,24 +80,6 @@ void refineLength(const ByteSource& file, StreamInfo& info) {
     if (!info.mpeg || info.exact || !info.mpeg->variableBitRate || info.data.size() > kMostToWalk) return;
     countFrames(file, *info.mpeg);
     takeMpeg(info);
-}
-
-void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record) {
-    const int64_t milliseconds = info.milliseconds();
-    record.fileType = info.fileType;
-    record.seconds = int32_t(std::min<int64_t>(milliseconds / 1000, INT32_MAX));
-    record.milliseconds = int32_t(milliseconds % 1000);
-    record.frames = info.exact ? info.frames : -1;
-    record.sampleRate = info.sampleRate;
-    record.channels = info.channels;
-    record.bitsPerSample = info.mpeg || !info.wave ? 0 : info.wave->bitsPerSample;
-    record.bitRate = info.bitRate;
-    record.variableBitRate = info.mpeg && info.mpeg->variableBitRate ? 1 : 0;
-    record.mpegVersion = info.mpeg ? info.mpeg->first.version : 0;
-    record.layer = info.mpeg ? info.mpeg->first.layer : 0;
-    const size_t length = std::min(info.format.size(), sizeof record.format - 1);
-    std::memcpy(record.format, info.format.data(), length);
-    record.format[length] = '\0';
 }
 
 }  // namespace vbmp3

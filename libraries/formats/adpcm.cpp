@@ -1,8 +1,8 @@
-#include "libraries/vbmp3/adpcm.h"
+#include "libraries/formats/adpcm.h"
 
 #include <algorithm>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 
 namespace vbmp3 {
 namespace {

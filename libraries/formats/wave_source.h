@@ -1,7 +1,7 @@
 // WAVE files as a source: integer and float PCM, A-law, mu-law, Microsoft and IMA ADPCM.
 #pragma once
 
-#include "libraries/vbmp3/source.h"
+#include "libraries/formats/source.h"
 
 namespace vbmp3 {
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <span>
 
-#include "libraries/vbmp3/stream_info.h"
+#include "libraries/formats/stream_info.h"
 
 namespace vbmp3 {
 
@@ -21,8 +21,5 @@ class Source {
     // The next frame read is number `frame`; beyond the end is the end. Exact to the frame.
     virtual void seek(int64_t frame) = 0;
 };
-
-// Null when the decoder refuses after all.
-std::unique_ptr<Source> openSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info);
 
 }  // namespace vbmp3

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "libraries/vbmp3/wave_format.h"
+#include "libraries/formats/wave_format.h"
 
 namespace vbmp3 {
 

@@ -1,8 +1,8 @@
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 
 #include <charconv>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 
 namespace vbmp3 {
 namespace {

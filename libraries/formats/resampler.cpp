@@ -1,4 +1,4 @@
-#include "libraries/vbmp3/resampler.h"
+#include "libraries/formats/resampler.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "libraries/vbmp3/mpeg_header.h"
+#include "libraries/formats/mpeg_header.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "libraries/files/file_source.h"
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 
 namespace vbmp3 {
 namespace {

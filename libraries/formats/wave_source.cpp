@@ -1,10 +1,10 @@
-#include "libraries/vbmp3/wave_source.h"
+#include "libraries/formats/wave_source.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "libraries/files/file_source.h"
-#include "libraries/vbmp3/adpcm.h"
+#include "libraries/formats/adpcm.h"
 
 namespace vbmp3 {
 namespace {

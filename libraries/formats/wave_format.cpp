@@ -1,4 +1,4 @@
-#include "libraries/vbmp3/wave_format.h"
+#include "libraries/formats/wave_format.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "libraries/vbmp3/tags/bytes.h"
+#include "libraries/formats/bytes.h"
 
 namespace vbmp3 {
 namespace {

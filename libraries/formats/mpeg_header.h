@@ -7,7 +7,7 @@
 #include <optional>
 #include <span>
 
-#include "libraries/vbmp3/tags/file_layout.h"
+#include "libraries/formats/file_layout.h"
 
 namespace vbmp3 {
 
