@@ -7,7 +7,7 @@
 
 #include "libraries/files/file_source.h"
 #include "libraries/vbmp3/decoder/open_source.h"
-#include "libraries/vbmp3/jobs.h"
+#include "libraries/vbmp3/jobs/jobs.h"
 
 int main(int argc, char** argv) {
     using namespace vbmp3;

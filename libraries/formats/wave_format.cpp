@@ -201,4 +201,9 @@ void samplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<fl
     }
 }
 
+int16_t toInt16(float sample) {
+    const float scaled = sample * 32768.0f;
+    return scaled >= 32767.0f ? int16_t(32767) : !(scaled > -32768.0f) ? int16_t(-32768) : int16_t(std::lrintf(scaled));
+}
+
 }  // namespace vbmp3

@@ -41,5 +41,7 @@ class StereoMix {
 
 // Turns `samples` of bytesPerSample bytes each into floats from -1 to 1; 16-bit values come out as value / 32768.
 void samplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<float> samples);
+// The way back: whole number of 1/32768 nearest to the sample, within 16 bits.
+int16_t toInt16(float sample);
 
 }  // namespace vbmp3

@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <random>
 
-#include "libraries/vbmp3/jobs.h"
-#include "libraries/vbmp3/mpeg_sections.h"
+#include "libraries/vbmp3/decoder/mpeg_sections.h"
+#include "libraries/vbmp3/jobs/jobs.h"
+#include "libraries/vbmp3/jobs/wave_writer.h"
 #include "libraries/vbmp3/vbmp3.h"
-#include "libraries/vbmp3/wave_writer.h"
 #include "tests/vbmp3/mpeg_files.h"
 #include "tests/vbmp3/support.h"
 #ifdef _WIN32

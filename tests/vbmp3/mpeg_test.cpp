@@ -4,7 +4,7 @@
 #include <cmath>
 #include <random>
 
-#include "libraries/vbmp3/mpeg_decoder.h"
+#include "libraries/vbmp3/decoder/mpeg_decoder.h"
 #include "tests/vbmp3/mpeg_files.h"
 #include "tests/vbmp3/support.h"
 #include "tests/vbmp3_dsp/signals.h"

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <thread>
 
-#include "libraries/vbmp3/player.h"
+#include "libraries/vbmp3/player/player.h"
 #include "tests/vbmp3/mpeg_files.h"
 #include "tests/vbmp3/support.h"
 #include "tests/vbmp3_dsp/signals.h"

@@ -7,7 +7,7 @@
 #include <set>
 #include <thread>
 
-#include "libraries/vbmp3/library.h"
+#include "libraries/vbmp3/interface/library.h"
 #include "tests/vbmp3/mpeg_files.h"
 #include "tests/vbmp3/support.h"
 

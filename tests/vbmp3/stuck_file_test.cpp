@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "libraries/vbmp3/library.h"
+#include "libraries/vbmp3/interface/library.h"
 #include "tests/vbmp3/support.h"
 
 namespace vbmp3::test {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "libraries/formats/source.h"
-#include "libraries/vbmp3/output_thread.h"
-#include "libraries/vbmp3/track.h"
+#include "libraries/vbmp3/player/output_thread.h"
+#include "libraries/vbmp3/player/track.h"
 #include "tests/vbmp3/temp_dir.h"
 
 namespace vbmp3::test {

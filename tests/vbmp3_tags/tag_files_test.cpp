@@ -1,5 +1,5 @@
 // Tags in real files: every failure leaves the file as it was.
-#include "libraries/vbmp3/tag_files.h"
+#include "libraries/vbmp3/tags/tag_files.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <thread>
 
-#include "libraries/vbmp3/tag_files.h"
+#include "libraries/vbmp3/tags/tag_files.h"
 #include "tests/vbmp3_tags/tag_bytes.h"
 
 using namespace vbmp3;

@@ -1,7 +1,7 @@
 #include "libraries/vbmp3/decoder/open_source.h"
 
 #include "libraries/formats/wave_source.h"
-#include "libraries/vbmp3/mpeg_source.h"
+#include "libraries/vbmp3/decoder/mpeg_source.h"
 
 namespace vbmp3 {
 

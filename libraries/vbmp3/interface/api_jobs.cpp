@@ -1,0 +1,121 @@
+// Jobs of the C interface: decoding to WAVE, with and without playing, and encoding with the system's codec.
+#include <algorithm>
+#include <string>
+
+#include "libraries/files/file_source.h"
+#include "libraries/files/transaction.h"
+#include "libraries/vbmp3/interface/library.h"
+#include "libraries/vbmp3/jobs/wave_writer.h"
+
+namespace vbmp3 {
+namespace {
+
+std::string pathOf(const char* path) { return path != nullptr ? path : ""; }
+
+// What can be said before a job begins, so that the caller hears of it at once.
+int check(Library& self, const std::string& source, const std::string& destination) {
+    if (destination.empty()) return VBMP3_ERROR_ARGUMENT;
+    if (self.jobs.state() == Jobs::State::Running) return VBMP3_ERROR_BUSY;
+    const auto file = openFile(source);
+    if (!file) return VBMP3_ERROR_NOT_FOUND;
+    if (!probe(*file, scanFileLayout(*file))) return VBMP3_ERROR_FORMAT;
+    return isSameFile(source, destination) ? VBMP3_ERROR_SAME_FILE : VBMP3_OK;
+}
+
+// Writes what the recorder hears until the track has ended.
+int record(Recorder& recorder, WaveWriter& writer, int64_t frames, JobControl& control) {
+    std::vector<int16_t> samples;
+    int64_t done = 0;
+    for (;;) {
+        const Recorder::State state = recorder.take(samples);
+        if (!writer.write(samples)) return VBMP3_ERROR_WRITE;
+        done += int64_t(samples.size() / 2);
+        control.progress(frames > 0 ? double(done) / double(frames) : 0);
+        if (control.cancelled() || state == Recorder::State::Aborted) return VBMP3_ERROR_NOT_OPEN;
+        if (state == Recorder::State::Ended && samples.empty()) break;
+    }
+    const FileTransaction::Error error = writer.commit();
+    return error == FileTransaction::Error::None     ? VBMP3_OK
+           : error == FileTransaction::Error::Locked ? VBMP3_ERROR_LOCKED
+                                                     : VBMP3_ERROR_WRITE;
+}
+
+int playAndRecord(Library& self, const std::string& source, const std::string& destination) {
+    if (const int error = self.player.open(source); error != VBMP3_OK) return error;
+    const TrackPtr track = self.player.current();
+    std::shared_ptr<WaveWriter> writer = WaveWriter::begin(destination, track->sampleRate, 2);
+    if (!writer) return VBMP3_ERROR_WRITE;
+    const auto recorder = std::make_shared<Recorder>();
+    self.player.setRecorder(recorder);
+    self.jobs.start([recorder, writer, frames = track->info.frames](JobControl& control) {
+        return record(*recorder, *writer, frames, control);
+    });
+    writer.reset();
+    self.sound.applyEqualizer();
+    const int error = self.player.play();
+    if (error != VBMP3_OK) self.jobs.cancel();
+    return error;
+}
+
+}  // namespace
+}  // namespace vbmp3
+
+using namespace vbmp3;
+
+int32_t vbmp3_decodeWave(const char* source, const char* destination) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        const std::string from = pathOf(source), to = pathOf(destination);
+        if (const int error = check(self, from, to); error != VBMP3_OK) return report(error);
+        const int threads = int(std::clamp(std::thread::hardware_concurrency(), 1u, 4u));
+        self.jobs.start([=](JobControl& control) { return decodeToWave(from, to, threads, control); });
+        return report(VBMP3_OK);
+    });
+}
+
+int32_t vbmp3_playDecodeWave(const char* source, const char* destination) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        const std::string from = pathOf(source), to = pathOf(destination);
+        const int error = check(self, from, to);
+        return report(error != VBMP3_OK ? error : playAndRecord(self, from, to));
+    });
+}
+
+int32_t vbmp3_encodeOpen(const char* source) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        self.encodeSource.clear();
+        const auto file = openFile(pathOf(source));
+        if (!file) return report(VBMP3_ERROR_NOT_FOUND);
+        const auto info = probe(*file, scanFileLayout(*file));
+        if (!info || info->mpeg) return report(VBMP3_ERROR_FORMAT);
+        self.encodeSource = pathOf(source);
+        return report(VBMP3_OK);
+    });
+}
+
+int32_t vbmp3_encodeStart(const char* destination) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        const std::string from = self.encodeSource, to = pathOf(destination);
+        if (from.empty()) return report(VBMP3_ERROR_NOT_OPEN);
+        if (const int error = check(self, from, to); error != VBMP3_OK) return report(error);
+        if (!hasSystemCodec()) return report(VBMP3_ERROR_NO_CODEC);
+        self.jobs.start([=](JobControl& control) { return encodeWithSystemCodec(from, to, control); });
+        return report(VBMP3_OK);
+    });
+}
+
+int32_t vbmp3_encodeStop(void) {
+    return withLibrary<int32_t>(0, [](Library& self) {
+        self.player.stopRecording();
+        self.jobs.cancel();
+        return report(VBMP3_OK);
+    });
+}
+
+int32_t vbmp3_getEncodeState(int32_t* permille) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        if (permille != nullptr) *permille = self.jobs.permille();
+        const Jobs::State state = self.jobs.state();
+        if (state == Jobs::State::Failed) report(self.jobs.error());
+        return int32_t(state);
+    });
+}

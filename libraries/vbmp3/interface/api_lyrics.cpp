@@ -1,0 +1,158 @@
+// Lyrics of the C interface.
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "libraries/files/file_source.h"
+#include "libraries/vbmp3/interface/library.h"
+#include "libraries/vbmp3/lyrics/embedded_lyrics.h"
+#include "text/encoding.h"
+
+namespace vbmp3 {
+namespace {
+
+template <size_t N>
+void put(char (&field)[N], std::string_view text) {
+    const std::string_view cut = quenlox::CutUtf8(text, N - 1);
+    std::memcpy(field, cut.data(), cut.size());
+    field[cut.size()] = '\0';
+}
+
+// Fills as much of the caller's record as he has.
+template <typename Record>
+void give(Record* to, Record& from) {
+    const uint32_t size = std::min<uint32_t>(to->size, sizeof(Record));
+    from.size = to->size;
+    std::memcpy(to, &from, size);
+}
+
+// Those of the open file have been read with it.
+std::optional<EmbeddedLyrics> readEmbedded(Library& self, const std::string& path, int& error) {
+    error = VBMP3_OK;
+    if (const TrackPtr track = self.player.current(); track && track->path == path) return track->lyrics;
+    const auto file = openFile(path);
+    error = VBMP3_ERROR_NOT_FOUND;
+    if (!file) return std::nullopt;
+    error = VBMP3_OK;
+    const FileLayout layout = scanFileLayout(*file);
+    return lyricsInTags(*file, layout, probe(*file, layout));
+}
+
+}  // namespace
+}  // namespace vbmp3
+
+using namespace vbmp3;
+
+int32_t vbmp3_readLyrics3Data(char* raw, char* text) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        const TrackPtr track = self.player.current();
+        if (!track) return report(VBMP3_ERROR_NOT_OPEN);
+        report(VBMP3_OK);
+        std::optional<EmbeddedLyrics> lyrics = track->lyrics;
+        if (!lyrics) return 0;
+        if (raw != nullptr) {
+            const size_t length = std::min<size_t>(lyrics->raw.size(), VBMP3_LYRICS_TEXT - 1);
+            std::memcpy(raw, lyrics->raw.data(), length);
+            raw[length] = '\0';
+        }
+        if (text != nullptr) put(*reinterpret_cast<char(*)[VBMP3_LYRICS_TEXT]>(text), lyrics->text);
+        self.lyrics.set(std::move(lyrics->text), LyricsFormat::Text);
+        return 1;
+    });
+}
+
+int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        if (path == nullptr || info == nullptr || info->size < sizeof info->size) return report(VBMP3_ERROR_ARGUMENT);
+        const auto record = std::make_unique<vbmp3_Lyrics3Info>();
+        int error = VBMP3_OK;
+        const auto found = readEmbedded(self, path, error);
+        report(error);
+        if (found) {
+            const Lyrics lyrics = parseLyrics(found->text, LyricsFormat::Text, self.lyrics.rules());
+            const auto either = [](const std::string& a, const std::string& b) { return a.empty() ? b : a; };
+            record->version = found->lyrics3Version;
+            record->hasTimeTags = lyrics.timed ? 1 : 0;
+            put(record->title, either(found->title, lyrics.title));
+            put(record->artist, either(found->artist, lyrics.artist));
+            put(record->album, either(found->album, lyrics.album));
+            put(record->author, either(found->author, lyrics.author));
+            put(record->lyrics, plainText(lyrics));
+        }
+        give(info, *record);
+        return found ? 1 : 0;
+    });
+}
+
+int32_t vbmp3_setLyricsFile(const char* path) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        if (path == nullptr) return report(VBMP3_ERROR_ARGUMENT);
+        const auto file = openFile(path);
+        if (!file) return report(VBMP3_ERROR_NOT_FOUND);
+        if (file->size() > kMostLyricsBytes) return report(VBMP3_ERROR_FORMAT);
+        std::vector<uint8_t> bytes(static_cast<size_t>(file->size()));
+        bytes.resize(file->readAt(0, bytes.data(), bytes.size()));
+        auto text = decodeLyrics(bytes);
+        if (!text || text->find_first_not_of(" \t\r\n") == std::string::npos) return report(VBMP3_ERROR_FORMAT);
+        self.lyrics.set(std::move(*text), lyricsFormatOf(path));
+        return report(VBMP3_OK);
+    });
+}
+
+int32_t vbmp3_checkTimeTag(void) {
+    return withLibrary<int32_t>(0, [](Library& self) { return self.lyrics.lyrics().timed ? 1 : 0; });
+}
+
+int32_t vbmp3_getLyrics2(vbmp3_LyricsLines* lines) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        if (lines == nullptr || lines->size < sizeof lines->size) return report(VBMP3_ERROR_ARGUMENT);
+        const TrackPtr track = self.player.current();
+        const auto position = static_cast<int64_t>(self.player.snapshot().seconds * 1000);
+        vbmp3_LyricsLines record{};
+        const bool filled = self.lyrics.fill(position, track ? track->info.milliseconds() : 0, record);
+        give(lines, record);
+        return filled ? 1 : 0;
+    });
+}
+
+void vbmp3_clearLyrics(void) {
+    withLibrary(0, [](Library& self) {
+        self.lyrics.clear();
+        return 0;
+    });
+}
+
+void vbmp3_setKaraokeUse(int32_t use) {
+    withLibrary(0, [&](Library& self) {
+        self.lyrics.setKaraoke(use != 0);
+        return 0;
+    });
+}
+
+void vbmp3_setNotTagLyricsLine(int32_t lines) {
+    withLibrary(0, [&](Library& self) {
+        self.lyrics.setUntimedStep(lines);
+        return 0;
+    });
+}
+
+void vbmp3_useAtMarkTag(int32_t use) {
+    withLibrary(0, [&](Library& self) {
+        self.lyrics.setAtMarkTags(use != 0);
+        return 0;
+    });
+}
+
+void vbmp3_setSeekPlay(int32_t use) {
+    withLibrary(0, [&](Library& self) {
+        self.lyrics.setSeekFollow(use != 0);
+        return 0;
+    });
+}
+
+void vbmp3_setLyricsShift(int32_t milliseconds) {
+    withLibrary(0, [&](Library& self) {
+        self.lyrics.setShift(milliseconds);
+        return 0;
+    });
+}

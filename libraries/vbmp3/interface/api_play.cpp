@@ -1,0 +1,192 @@
+// Life, files, playing and output of the C interface.
+#include <algorithm>
+#include <cstring>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "libraries/files/file_source.h"
+#include "libraries/vbmp3/interface/library.h"
+#include "libraries/vbmp3/player/track.h"
+#include "libraries/vbmp3/tags/file_record.h"
+
+namespace vbmp3 {
+namespace {
+
+std::unique_ptr<Library>& slot() {
+    // Never destroyed at process exit: by then the system has ended the threads, and joining them would hang.
+    static auto* const theLibrary = new std::unique_ptr<Library>;
+    return *theLibrary;
+}
+
+// Held where the library is made and taken down, and where another thread than the caller's uses it.
+std::mutex& lifeMutex() {
+    static auto* const theMutex = new std::mutex;
+    return *theMutex;
+}
+
+thread_local int lastError = VBMP3_OK;
+
+}  // namespace
+
+Library* library() { return slot().get(); }
+
+void startLibrary(const OpenFile& openFile, const OutputSystem& output) {
+    const std::lock_guard lock(lifeMutex());
+    if (!slot()) slot() = std::make_unique<Library>(openFile, output);
+}
+
+int32_t report(int error) {
+    lastError = error;
+    return error == VBMP3_OK ? 1 : 0;
+}
+
+namespace {
+
+// Gives as much of the record as the caller knows of.
+void giveRecord(vbmp3_FileInfo* to, vbmp3_FileInfo from) {
+    if (to == nullptr || to->size < sizeof to->size) return;
+    const uint32_t size = std::min<uint32_t>(to->size, sizeof from);
+    from.size = to->size;
+    std::memcpy(to, &from, size);
+}
+
+// The library may be taken down while the file is being opened, which may take for ever.
+int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
+    uint64_t ticket = 0;
+    OpenFile opener;
+    {
+        const std::lock_guard lock(lifeMutex());
+        if (!library()) return VBMP3_ERROR_NOT_OPEN;
+        ticket = library()->player.beginOpen();
+        opener = library()->player.fileOpener();
+    }
+    int error = VBMP3_OK;
+    vbmp3_FileInfo record{};
+    TrackPtr track = openTrack(opener, path, error, &record);
+    {
+        const std::lock_guard lock(lifeMutex());
+        if (!library() || library()->player.finishOpen(ticket, track) != VBMP3_OK) return VBMP3_ERROR_SUPERSEDED;
+    }
+    if (error == VBMP3_OK) giveRecord(info, record);
+    return error;
+}
+
+}  // namespace
+}  // namespace vbmp3
+
+using namespace vbmp3;
+
+int32_t vbmp3_init(void) {
+    return guarded<int32_t>(0, [] {
+        startLibrary();
+        return report(VBMP3_OK);
+    });
+}
+
+void vbmp3_free(void) {
+    guarded(0, [] {
+        const std::lock_guard lock(lifeMutex());
+        slot().reset();
+        return 0;
+    });
+}
+
+int32_t vbmp3_getLastErrorNo(void) { return lastError; }
+
+void vbmp3_getVersion(char* text, uint32_t size) {
+    constexpr std::string_view kVersion = QUENLOX_VERSION;
+    if (text == nullptr || size == 0) return;
+    const size_t length = std::min<size_t>(kVersion.size(), size - 1);
+    std::memcpy(text, kVersion.data(), length);
+    text[length] = '\0';
+}
+
+int32_t vbmp3_getFileType(const char* path) {
+    return guarded<int32_t>(-VBMP3_ERROR_FORMAT, [&] {
+        const auto file = openFile(path != nullptr ? path : "");
+        if (!file) {
+            report(VBMP3_ERROR_NOT_FOUND);
+            return -VBMP3_ERROR_NOT_FOUND;
+        }
+        const auto info = probe(*file, scanFileLayout(*file));
+        report(info ? VBMP3_OK : VBMP3_ERROR_FORMAT);
+        return info ? fileTypeOf(*info) : -VBMP3_ERROR_FORMAT;
+    });
+}
+
+int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info) {
+    return guarded<int32_t>(0, [&] { return report(openOnAnyThread(path != nullptr ? path : "", info)); });
+}
+
+void vbmp3_close(void) {
+    withLibrary(0, [](Library& self) {
+        self.player.close();
+        return 0;
+    });
+}
+
+int32_t vbmp3_play(void) {
+    return withLibrary<int32_t>(0, [](Library& self) {
+        self.sound.applyEqualizer();
+        return report(self.player.play());
+    });
+}
+
+int32_t vbmp3_stop(void) {
+    return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.stop()); });
+}
+
+int32_t vbmp3_pause(void) {
+    return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.pause()); });
+}
+
+int32_t vbmp3_restart(void) {
+    return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.restart()); });
+}
+
+int32_t vbmp3_seek(double seconds) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        self.lyrics.noteSeek();
+        return report(self.player.seek(seconds));
+    });
+}
+
+int32_t vbmp3_getState(int32_t* seconds) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        const Player::Snapshot snapshot = self.player.snapshot();
+        if (seconds != nullptr) *seconds = int32_t(std::min(snapshot.seconds, 2e9));
+        return int32_t(snapshot.state);
+    });
+}
+
+int64_t vbmp3_getPositionMs(void) {
+    return withLibrary<int64_t>(0, [](Library& self) { return int64_t(self.player.snapshot().seconds * 1000); });
+}
+
+int32_t vbmp3_setNextFile(const char* path) {
+    return withLibrary<int32_t>(
+        0, [&](Library& self) { return report(self.player.setNext(path != nullptr ? path : "")); });
+}
+
+void vbmp3_setListener(vbmp3_Listener listener, void* context) {
+    withLibrary(0, [&](Library& self) {
+        if (listener == nullptr)
+            self.player.setListener(nullptr);
+        else
+            self.player.setListener([listener, context](int event) { listener(event, context); });
+        return 0;
+    });
+}
+
+int32_t vbmp3_setOutput(int32_t device, int32_t bufferMs) {
+    return withLibrary<int32_t>(0, [&](Library& self) {
+        if (device < -1 || bufferMs < 50 || bufferMs > 2000) return report(VBMP3_ERROR_ARGUMENT);
+        self.player.setOutput({device, bufferMs});
+        return report(VBMP3_OK);
+    });
+}
+
+int32_t vbmp3_hasOutputDevice(void) {
+    return withLibrary<int32_t>(0, [](Library& self) { return self.player.hasDevice() ? 1 : 0; });
+}

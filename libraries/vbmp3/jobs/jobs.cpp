@@ -1,0 +1,55 @@
+#include "libraries/vbmp3/jobs/jobs.h"
+
+#include <chrono>
+#include <utility>
+
+#include "libraries/vbmp3/vbmp3.h"
+
+namespace vbmp3 {
+
+namespace {
+
+constexpr std::chrono::seconds kPatience{2};
+
+}  // namespace
+
+bool Jobs::start(std::function<int(JobControl&)> work) {
+    if (state() == State::Running) return false;
+    cancel();
+    job_ = std::make_shared<Job>();
+    job_->finished = finished_;
+    thread_ = std::make_unique<SideThread>([job = job_, work = std::move(work)] { run(*job, work); }, kPatience);
+    return true;
+}
+
+void Jobs::run(Job& job, const std::function<int(JobControl&)>& work) {
+    int error = VBMP3_ERROR_FORMAT;
+    try {
+        error = work(job.control);
+    } catch (const std::bad_alloc&) {
+        error = VBMP3_ERROR_MEMORY;
+    } catch (...) {
+    }
+    job.error = error;
+    if (error == VBMP3_OK) job.control.progress(1);
+    job.state = error == VBMP3_OK ? State::Done : State::Failed;
+    const std::lock_guard lock(job.mutex);
+    if (job.finished && !job.control.cancelled()) job.finished();
+}
+
+void Jobs::cancel() {
+    if (job_) job_->control.cancelled_ = true;
+    thread_.reset();
+    if (job_) {
+        const std::lock_guard lock(job_->mutex);
+        job_->finished = nullptr;
+    }
+    job_.reset();
+}
+
+#ifndef _WIN32
+int encodeWithSystemCodec(const std::string&, const std::string&, JobControl&) { return VBMP3_ERROR_NO_CODEC; }
+bool hasSystemCodec() { return false; }
+#endif
+
+}  // namespace vbmp3

@@ -1,0 +1,70 @@
+// Work in the background of the caller: decoding a file to WAVE, encoding one with the codec of the operating system.
+// One job at a time, on a thread of its own. Methods are the caller's; `finished` is called on the job's thread. A job
+// that hangs in a file is left behind.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "libraries/vbmp3/player/side_thread.h"
+
+namespace vbmp3 {
+
+// What a running job sees of the world.
+class JobControl {
+  public:
+    bool cancelled() const { return cancelled_; }
+    void progress(double part) { permille_ = int(part < 0 ? 0 : part > 1 ? 1000 : part * 1000); }
+
+  private:
+    friend class Jobs;
+    std::atomic<bool> cancelled_ = false;
+    std::atomic<int> permille_ = 0;
+};
+
+class Jobs {
+  public:
+    enum class State { None, Running, Done, Failed };
+
+    explicit Jobs(std::function<void()> finished) : finished_(std::move(finished)) {}
+    ~Jobs() { cancel(); }
+
+    // `work` returns a VBMP3_ERROR_* number and leaves no destination behind when it is cancelled.
+    // False when a job is running.
+    bool start(std::function<int(JobControl&)> work);
+    void cancel();  // waits until the job has stopped, two seconds at most; afterwards there is none
+    State state() const { return job_ ? job_->state.load() : State::None; }
+    int permille() const { return job_ ? job_->control.permille_.load() : 0; }
+    int error() const { return job_ ? job_->error.load() : 0; }
+
+  private:
+    struct Job {
+        JobControl control;
+        std::atomic<State> state = State::Running;
+        std::atomic<int> error = 0;
+        std::mutex mutex;
+        std::function<void()> finished;  // null once nobody wants to hear of it
+    };
+    static void run(Job& job, const std::function<int(JobControl&)>& work);
+
+    std::function<void()> finished_;
+    std::shared_ptr<Job> job_;
+    std::unique_ptr<SideThread> thread_;
+};
+
+// Decodes `source` to a 16-bit WAVE file with the rate and (up to two) channels of the source.
+// Uses up to `threads` processors; the result is the same for any number of them.
+// `sectionFrames`: MPEG frames that a processor decodes in one go.
+int decodeToWave(const std::string& source, const std::string& destination, int threads, JobControl& control,
+                 int64_t sectionFrames = 1024);
+
+// Encodes a WAVE file with the MP3 codec of the operating system, at the best rate it offers up to 320 kbit/s.
+// VBMP3_ERROR_NO_CODEC where there is none.
+int encodeWithSystemCodec(const std::string& source, const std::string& destination, JobControl& control);
+bool hasSystemCodec();
+
+}  // namespace vbmp3

@@ -1,0 +1,68 @@
+#include "libraries/vbmp3/player/track.h"
+
+#include <utility>
+
+#include "libraries/vbmp3/decoder/open_source.h"
+#include "libraries/vbmp3/tags/file_record.h"
+#include "libraries/vbmp3/tags/tag_files.h"
+
+namespace vbmp3 {
+namespace {
+
+class StoppableFile final : public ByteSource {
+  public:
+    StoppableFile(std::shared_ptr<const ByteSource> file, std::shared_ptr<const std::atomic<bool>> stopped)
+        : file_(std::move(file)), stopped_(std::move(stopped)) {}
+    int64_t size() const override { return file_->size(); }
+    size_t readAt(int64_t offset, void* to, size_t length) const override {
+        return *stopped_ ? 0 : file_->readAt(offset, to, length);
+    }
+
+  private:
+    std::shared_ptr<const ByteSource> file_;
+    std::shared_ptr<const std::atomic<bool>> stopped_;
+};
+
+}  // namespace
+
+bool Stream::open(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
+    source = openSource(std::make_shared<StoppableFile>(std::move(file), givenUp), info);
+    return source != nullptr;
+}
+
+TrackPtr openTrack(const OpenFile& openFile, const std::string& path, int& error, vbmp3_FileInfo* record) {
+    static std::atomic<int64_t> lastId = 0;
+    auto track = std::make_shared<Track>();
+    track->file = openFile(path);
+    error = VBMP3_ERROR_NOT_FOUND;
+    if (!track->file) return nullptr;
+
+    HeadTailReader reader(*track->file);
+    const CachedSource cached(reader);
+    const FileLayout layout = scanFileLayout(reader);
+    auto info = probe(cached, layout);
+    error = VBMP3_ERROR_FORMAT;
+    if (!info) return nullptr;
+    refineLength(*track->file, *info);
+    if (!track->stream.open(track->file, *info)) return nullptr;
+    if (record != nullptr) {
+        fillFormat(*info, *record);
+        fillTags(reader, layout, *record);
+    }
+    track->lyrics = lyricsInTags(cached, layout, info);
+    track->id = ++lastId;
+    track->path = path;
+    track->info = std::move(*info);
+    track->sampleRate = track->stream.source->sampleRate();
+    error = VBMP3_OK;
+    return track;
+}
+
+std::optional<EmbeddedLyrics> lyricsInTags(const ByteSource& file, const FileLayout& layout,
+                                           const std::optional<StreamInfo>& info) {
+    const bool mpeg = info && info->mpeg && info->mpeg->first.sampleRate > 0;
+    const auto msPerFrame = mpeg ? info->mpeg->first.samplesPerFrame * 1000.0 / info->mpeg->first.sampleRate : 0.0;
+    return readEmbeddedLyrics(file, layout, msPerFrame);
+}
+
+}  // namespace vbmp3
