@@ -24,6 +24,11 @@ FileTransaction::FileTransaction() = default;
 
 constexpr int kReplaceAttempts = 6;
 constexpr DWORD kReplacePause = 50;  // milliseconds
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+static HANDLE openExisting(const std::wstring& path, DWORD access) {
+    return CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
 
 static std::vector<char> rightsOf(const std::wstring& path) {
     DWORD size = 0;
@@ -41,8 +46,7 @@ static void keepLook(const std::wstring& from, const std::wstring& to) {
         SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
     WIN32_FILE_ATTRIBUTE_DATA look{};
     if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &look)) return;
-    const HANDLE handle = CreateFileW(to.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle = openExisting(to, FILE_WRITE_ATTRIBUTES);
     if (handle != INVALID_HANDLE_VALUE) {
         SetFileTime(handle, &look.ftCreationTime, nullptr, nullptr);
         CloseHandle(handle);
@@ -51,15 +55,54 @@ static void keepLook(const std::wstring& from, const std::wstring& to) {
         SetFileAttributesW(to.c_str(), kept);
 }
 
-// Asks first, so that nothing is tried at a file that another program holds.
-static bool canBeReplaced(const std::wstring& path) {
-    const HANDLE handle =
-        CreateFileW(path.c_str(), GENERIC_READ | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle == INVALID_HANDLE_VALUE)
-        return GetLastError() == ERROR_FILE_NOT_FOUND;  // taken away meanwhile: the way is free
-    CloseHandle(handle);
-    return true;
+// Asks first, so that nothing is tried at a file that another program holds, or that may not be written: replacing it
+// would get around what its owner wants.
+static DWORD whyNotReplaced(const std::wstring& path) {
+    HANDLE handle = openExisting(path, GENERIC_WRITE | DELETE);
+    // Who holds it may allow another file in its place, though not another content.
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION)
+        handle = openExisting(path, DELETE);
+    if (handle != INVALID_HANDLE_VALUE) {
+        CloseHandle(handle);
+        return ERROR_SUCCESS;
+    }
+    const DWORD error = GetLastError();
+    return error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error;  // taken away meanwhile: the way is free
+}
+
+// Virus scanners and indexers hold a file for a moment after it was written.
+static bool mayPass(DWORD error) {
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+static DWORD putInPlace(const std::wstring& temporary, const std::wstring& target) {
+    const DWORD attributes = GetFileAttributesW(target.c_str());
+    const bool existed = attributes != INVALID_FILE_ATTRIBUTES;
+    if (existed) {
+        if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) return ERROR_WRITE_PROTECT;
+        if (const DWORD error = whyNotReplaced(target)) return error;
+        keepLook(target, temporary);
+    }
+    // One step of the file system. ReplaceFile takes two, and whoever is killed between them leaves the target under a
+    // name that nobody looks for.
+    const DWORD how = existed ? MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH : MOVEFILE_WRITE_THROUGH;
+    return MoveFileExW(temporary.c_str(), target.c_str(), how) ? ERROR_SUCCESS : GetLastError();
+}
+
+// What earlier writes left that were killed. One that is being written cannot be opened by anybody else, nor removed.
+static void removeAbandoned(const std::wstring& target) {
+    const std::wstring folder = target.substr(0, target.rfind(L'\\') + 1);
+    WIN32_FIND_DATAW data;
+    const HANDLE find = FindFirstFileW((target + L".~*.tmp").c_str(), &data);
+    if (find == INVALID_HANDLE_VALUE) return;
+    do {
+        const std::wstring_view name = data.cFileName;
+        const size_t begin = name.rfind(L".~") + 2;
+        const std::wstring_view number = name.substr(begin, name.size() - begin - 4);
+        if (!number.empty() && number.find_first_not_of(L"0123456789") == std::wstring_view::npos)
+            DeleteFileW((folder + data.cFileName).c_str());
+    } while (FindNextFileW(find, &data));
+    FindClose(find);
 }
 
 struct FileTransaction::File {
@@ -77,15 +120,14 @@ struct FileTransaction::File {
 };
 
 std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target) {
-    static std::atomic<unsigned> counter = 0;
+    static std::atomic<DWORD> counter = GetTickCount() ^ GetCurrentProcessId() << 16;
     std::unique_ptr<FileTransaction> self(new FileTransaction);
     self->target_ = target;
     self->file_ = std::make_unique<File>();
-    for (int attempt = 0; attempt < 16; ++attempt) {
-        const std::wstring path =
-            widePath(target + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter) + ".tmp");
-        const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const std::wstring path = widePath(target + ".~" + std::to_string(++counter % 100000) + ".tmp");
+        const HANDLE handle =
+            CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle != INVALID_HANDLE_VALUE) {
             self->file_->handle = handle;
             self->file_->path = path;
@@ -118,33 +160,23 @@ FileTransaction::Error FileTransaction::commit() {
         return Error::Write;
     }
     const std::wstring target = widePath(target_);
-    const DWORD attributes = GetFileAttributesW(target.c_str());
-    const bool existed = attributes != INVALID_FILE_ATTRIBUTES;
-    const bool readOnly = existed && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
-    bool done = false;
-    if (existed && !readOnly) keepLook(target, file_->path);
-    // Virus scanners and indexers hold a file for a moment after it was written.
-    for (int attempt = 0; attempt < kReplaceAttempts && !done && !readOnly; ++attempt) {
-        if (attempt > 0) Sleep(kReplacePause);
-        if (existed && !canBeReplaced(target)) continue;
-        // One step of the file system. ReplaceFile takes two, and whoever is killed between them leaves the target
-        // under a name that nobody looks for.
-        done = MoveFileExW(file_->path.c_str(), target.c_str(),
-                           existed ? MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH : MOVEFILE_WRITE_THROUGH);
-        const DWORD error = done ? ERROR_SUCCESS : GetLastError();
-        if (!done && error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION && error != ERROR_ACCESS_DENIED)
-            break;
+    DWORD error = putInPlace(file_->path, target);
+    for (int attempt = 1; attempt < kReplaceAttempts && mayPass(error); ++attempt) {
+        Sleep(kReplacePause);
+        error = putInPlace(file_->path, target);
     }
-    if (done) file_->path.clear();
+    if (error == ERROR_SUCCESS) {
+        file_->path.clear();
+        removeAbandoned(target);
+    }
     file_.reset();
-    return done ? Error::None : Error::Locked;
+    return error == ERROR_SUCCESS ? Error::None : Error::Locked;
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {
     const auto identity = [](const std::string& path, BY_HANDLE_FILE_INFORMATION& info) {
-        const HANDLE handle =
-            CreateFileW(widePath(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        const HANDLE handle = CreateFileW(widePath(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                          FILE_FLAG_BACKUP_SEMANTICS, nullptr);
         if (handle == INVALID_HANDLE_VALUE) return false;
         const bool known = GetFileInformationByHandle(handle, &info);
         CloseHandle(handle);

@@ -1,5 +1,8 @@
 // Writing a file so that a failure, a crash or a cancel leaves the old one as it was: the bytes go to a temporary file
-// beside the target, which replaces it in one step at the end. Used from one thread at a time.
+// beside the target, which replaces it in one step at the end. On Windows the new file has the old one's date of
+// creation, its rights and whether it is hidden; a program that holds the target for a moment is waited for, a quarter
+// of a second at most; what a killed write left beside the target goes with the next one. Used from one thread at a
+// time.
 #pragma once
 
 #include <cstdint>

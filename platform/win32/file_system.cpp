@@ -1,8 +1,10 @@
 #include "platform/file_system.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
+#include "libraries/files/transaction.h"
 #include "platform/user_files.h"
 #include "platform/win32/platform.h"
 #include "platform/win32/win32.h"
@@ -22,75 +24,6 @@ struct FindCloser {
 OwnedHandle Open(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
     HANDLE file = CreateFileW(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
     return OwnedHandle(file == INVALID_HANDLE_VALUE ? nullptr : file);
-}
-
-bool WriteAll(HANDLE file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const auto part = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 20));
-        DWORD written = 0;
-        if (!WriteFile(file, bytes.data(), part, &written, nullptr) || written == 0) return false;
-        bytes.remove_prefix(written);
-    }
-    return FlushFileBuffers(file) != FALSE;
-}
-
-// A new file beside the target, so that it lies on the same volume and can take the target's place in one step.
-std::wstring TemporaryBeside(const std::wstring& target, OwnedHandle& file) {
-    const DWORD seed = GetTickCount() ^ GetCurrentProcessId() << 16;
-    for (DWORD attempt = 0; attempt < 100; ++attempt) {
-        std::wstring name = target + L".~" + std::to_wstring((seed + attempt) % 100000) + L".tmp";
-        file = Open(name, GENERIC_WRITE, 0, CREATE_NEW);
-        if (file) return name;
-        if (GetLastError() != ERROR_FILE_EXISTS) break;
-    }
-    return {};
-}
-
-std::vector<char> RightsOf(const std::wstring& path) {
-    DWORD size = 0;
-    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<char> rights(size);
-    if (!GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size)) rights.clear();
-    return rights;
-}
-
-// Who may do what with a file, and that it is hidden. A file that has nothing of its own inherits the same as its
-// neighbour and is left alone.
-void KeepLook(const std::wstring& from, DWORD attributes, const std::wstring& to) {
-    std::vector<char> rights = RightsOf(from);
-    if (!rights.empty() && rights != RightsOf(to))
-        SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
-    const DWORD kept = attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
-    if (kept) SetFileAttributesW(to.c_str(), kept);
-}
-
-bool PutInPlace(const std::wstring& temporary, const std::wstring& target) {
-    const DWORD attributes = GetFileAttributesW(target.c_str());
-    if (attributes == kMissing) return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
-    if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) return false;
-    // A file that another program holds is left alone before anything is tried at it.
-    if (!Open(target, GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING))
-        return false;
-    KeepLook(target, attributes, temporary);
-    // One step of the file system. ReplaceFile takes two, and between them there is no file of that name: a program
-    // that is killed then would find nothing at its next start.
-    return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
-}
-
-// What earlier writes left that were killed. One that is being written cannot be opened by anybody else, nor removed.
-void RemoveAbandoned(const std::wstring& target) {
-    const std::wstring folder = target.substr(0, target.rfind(L'\\') + 1);
-    WIN32_FIND_DATAW data;
-    HANDLE first = FindFirstFileW((target + L".~*.tmp").c_str(), &data);
-    if (first == INVALID_HANDLE_VALUE) return;
-    const std::unique_ptr<HANDLE, FindCloser> find(first);
-    do {
-        const std::wstring_view name = data.cFileName;
-        const std::size_t begin = name.rfind(L".~") + 2;
-        const std::wstring_view number = name.substr(begin, name.size() - begin - 4);
-        if (!number.empty() && number.find_first_not_of(L"0123456789") == std::wstring_view::npos)
-            DeleteFileW((folder + data.cFileName).c_str());
-    } while (FindNextFileW(find.get(), &data));
 }
 
 class FolderReaderWin32 : public FolderReader {
@@ -157,18 +90,9 @@ class FileSystemWin32 : public FileSystem {
     }
 
     bool write(const std::string& path, std::string_view bytes) override {
-        const std::wstring target = WidePath(path);
-        OwnedHandle file;
-        const std::wstring temporary = TemporaryBeside(target, file);
-        if (temporary.empty()) return false;
-        const bool whole = WriteAll(file.get(), bytes);
-        file.reset();
-        if (whole && PutInPlace(temporary, target)) {
-            RemoveAbandoned(target);
-            return true;
-        }
-        DeleteFileW(temporary.c_str());
-        return false;
+        const auto file = vbmp3::FileTransaction::begin(path);
+        const std::span whole(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+        return file && file->write(whole) && file->commit() == vbmp3::FileTransaction::Error::None;
     }
 
     bool rename(const std::string& from, const std::string& to) override {

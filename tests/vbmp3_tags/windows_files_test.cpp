@@ -1,4 +1,5 @@
-// What only Windows does to files: attributes, sharing, names beyond 260 characters.
+// What only Windows does to files: attributes, sharing, names. One kind of transaction writes for the libraries and for
+// the program.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -8,6 +9,8 @@
 #include <thread>
 
 #include "libraries/vbmp3/tags/tag_files.h"
+#include "platform/file_system.h"
+#include "platform/win32/platform.h"
 #include "tests/vbmp3_tags/tag_bytes.h"
 
 using namespace vbmp3;
@@ -39,6 +42,7 @@ class WindowsTagFiles : public testing::Test {
         return CreateFileW((folder_ / name_).c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
     }
 
+    const std::unique_ptr<quenlox::FileSystem> program_ = quenlox::MakeFileSystem();
     fs::path folder_;
     const std::wstring name_ = L"夜曲 Ä.mp3";
     const std::string sound_ = mpegFrames(800);
@@ -78,6 +82,7 @@ TEST_F(WindowsTagFiles, ReadOnlyAndLockedFilesSaySoAndStayWhole) {
         const HANDLE other = openShared(share);
         ASSERT_NE(other, INVALID_HANDLE_VALUE);
         EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_ERROR_LOCKED) << share;
+        EXPECT_FALSE(program_->write(path, "x")) << share;
         CloseHandle(other);
         EXPECT_EQ(contents(folder_ / name_), sound_);
         EXPECT_EQ(files(), 1) << share;
@@ -85,13 +90,36 @@ TEST_F(WindowsTagFiles, ReadOnlyAndLockedFilesSaySoAndStayWhole) {
     EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_OK);
 }
 
-TEST_F(WindowsTagFiles, AFileThatIsHeldForAMomentIsWaitedFor) {
-    const HANDLE other = openShared(FILE_SHARE_READ);
-    ASSERT_NE(other, INVALID_HANDLE_VALUE);
-    std::thread release([&] {
-        Sleep(80);
-        CloseHandle(other);
-    });
-    EXPECT_EQ(writeTagFile(utf8(folder_ / name_), VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_OK);
-    release.join();
+TEST_F(WindowsTagFiles, AFileThatIsHeldForAMomentIsWaitedForAndKeepsItsLook) {
+    const std::string path = utf8(folder_ / name_);
+    const auto look = [&] {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        EXPECT_TRUE(GetFileAttributesExW((folder_ / name_).c_str(), GetFileExInfoStandard, &data));
+        return data;
+    };
+    const FILETIME made{0x12345680, 0x01C00000};
+    const HANDLE file =
+        CreateFileW((folder_ / name_).c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_TRUE(SetFileTime(file, &made, nullptr, nullptr));
+    CloseHandle(file);
+    SetFileAttributesW((folder_ / name_).c_str(), FILE_ATTRIBUTE_HIDDEN);
+    // A file system of another kind underneath may have no such date.
+    const FILETIME told = look().ftCreationTime;
+    const bool dated = CompareFileTime(&told, &made) == 0;
+    for (const bool library : {true, false}) {
+        const HANDLE other = openShared(FILE_SHARE_READ);
+        ASSERT_NE(other, INVALID_HANDLE_VALUE);
+        std::thread release([&] {
+            Sleep(80);
+            CloseHandle(other);
+        });
+        EXPECT_TRUE(library ? writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")) == VBMP3_OK
+                            : program_->write(path, "new"));
+        release.join();
+        const WIN32_FILE_ATTRIBUTE_DATA now = look();
+        EXPECT_TRUE(!dated || CompareFileTime(&now.ftCreationTime, &made) == 0) << library;
+        EXPECT_TRUE(now.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) << library;
+    }
+    EXPECT_EQ(contents(folder_ / name_), "new");
+    EXPECT_EQ(files(), 1);
 }
