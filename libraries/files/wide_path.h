@@ -2,10 +2,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace vbmp3 {
 
 // UTF-16 with backslashes; made absolute and prefixed when it is too long for the plain calls (260 characters).
-std::wstring widePath(const std::string& utf8);
+std::wstring widePath(std::string_view utf8);
 
 }  // namespace vbmp3

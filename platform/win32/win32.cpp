@@ -1,5 +1,6 @@
 #include "platform/win32/win32.h"
 
+#include "libraries/files/wide_path.h"
 #include "text/encoding.h"
 
 namespace quenlox::win32 {
@@ -16,18 +17,7 @@ std::string Narrow(std::wstring_view utf16) {
     return Utf16ToUtf8(text);
 }
 
-std::wstring WidePath(std::string_view utf8) {
-    std::wstring path = Wide(utf8);
-    for (wchar_t& c : path) {
-        if (c == L'/') c = L'\\';
-    }
-    // A folder may not come closer to MAX_PATH than an 8.3 name is long.
-    if (path.size() < MAX_PATH - 12 || path.starts_with(L"\\\\?\\")) return path;
-    std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
-    if (full.empty()) return path;
-    return full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
-}
+std::wstring WidePath(std::string_view utf8) { return vbmp3::widePath(utf8); }
 
 int ShiftState() {
     const auto held = [](int key) { return GetKeyState(key) < 0; };
