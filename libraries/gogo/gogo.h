@@ -23,31 +23,35 @@
 extern "C" {
 #endif
 
+// clang-format off
 enum {
-    GOGO_OK = 0,
-    GOGO_FINISHED = 1,           // MPGE_processFrameVB only
-    GOGO_ERROR_STATE = 2,        // the call does not belong here: no work area, nothing running, running already
-    GOGO_ERROR_ARGUMENT = 3,     // unknown item, value out of range
-    GOGO_ERROR_SOURCE = 4,       // missing, unreadable, or it ends before its time
-    GOGO_ERROR_FORMAT = 5,       // not a WAVE file with samples, or a coding that is not read
+    GOGO_OK                = 0,
+    GOGO_FINISHED          = 1,  // MPGE_processFrameVB only
+    GOGO_ERROR_STATE       = 2,  // the call does not belong here: no work area, nothing running, running already
+    GOGO_ERROR_ARGUMENT    = 3,  // unknown item, value out of range
+    GOGO_ERROR_SOURCE      = 4,  // missing, unreadable, or it ends before its time
+    GOGO_ERROR_FORMAT      = 5,  // not a WAVE file with samples, or a coding that is not read
     GOGO_ERROR_DESTINATION = 6,  // cannot be written: no such folder, disk full, read-only, in use
-    GOGO_ERROR_SAME_FILE = 7,    // destination is the source, by whatever name
-    GOGO_ERROR_MEMORY = 8,
-    GOGO_ERROR_ENCODER = 9  // the encoder refuses the settings
+    GOGO_ERROR_SAME_FILE   = 7,  // destination is the source, by whatever name
+    GOGO_ERROR_MEMORY      = 8,
+    GOGO_ERROR_ENCODER     = 9   // the encoder refuses the settings
 };
+// clang-format on
 
 // Items of MPGE_setConfigureVB and MPGE_getConfigureVB.
+// clang-format off
 enum {
-    GOGO_ITEM_SOURCE =
-        1,  // text: WAVE file; integer PCM of 8 to 32 bits, float, A-law, mu-law, ADPCM; any rate and channels
-    GOGO_ITEM_DESTINATION = 2,  // text: MP3 file
-    GOGO_ITEM_CHANNELS = 3,     // 0 mono, 1 stereo, 2 joint stereo (default); a mono source stays mono
-    GOGO_ITEM_BIT_RATE =
-        4,  // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows; with VBR the least
-    GOGO_ITEM_FREQUENCY = 6,    // Hz of the output, one of the nine of MPEG audio (default 44100)
-    GOGO_ITEM_FRAMES = 15,      // get only, after MPGE_detectConfigureVB: number of frames of the whole run
-    GOGO_ITEM_VBR_QUALITY = 18  // 0 best to 9 smallest; without it the bit rate is constant
+    GOGO_ITEM_SOURCE      = 1,   // text: WAVE file; integer PCM of 8 to 32 bits, float, A-law, mu-law, ADPCM; any rate
+                                 // and channels
+    GOGO_ITEM_DESTINATION = 2,   // text: MP3 file
+    GOGO_ITEM_CHANNELS    = 3,   // 0 mono, 1 stereo, 2 joint stereo (default); a mono source stays mono
+    GOGO_ITEM_BIT_RATE    = 4,   // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows; with
+                                 // VBR the least
+    GOGO_ITEM_FREQUENCY   = 6,   // Hz of the output, one of the nine of MPEG audio (default 44100)
+    GOGO_ITEM_FRAMES      = 15,  // get only, after MPGE_detectConfigureVB: number of frames of the whole run
+    GOGO_ITEM_VBR_QUALITY = 18   // 0 best to 9 smallest; without it the bit rate is constant
 };
+// clang-format on
 
 // Number of processor cores that an encode uses.
 GOGO_API int32_t MPGE_getUnitStatesVB(int32_t* state);

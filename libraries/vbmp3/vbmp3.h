@@ -31,31 +31,35 @@ extern "C" {
 #endif
 
 // Flags of vbmp3_getFileType.
+// clang-format off
 enum {
-    VBMP3_TYPE_MPEG = 1,     // MPEG audio stream
-    VBMP3_TYPE_RMP = 2,      // MP3 in RIFF, form type RMP3
-    VBMP3_TYPE_ID3V1 = 4,    // carries an ID3v1 tag
-    VBMP3_TYPE_ID3V2 = 16,   // carries an ID3v2 tag
+    VBMP3_TYPE_MPEG   = 1,   // MPEG audio stream
+    VBMP3_TYPE_RMP    = 2,   // MP3 in RIFF, form type RMP3
+    VBMP3_TYPE_ID3V1  = 4,   // carries an ID3v1 tag
+    VBMP3_TYPE_ID3V2  = 16,  // carries an ID3v2 tag
     VBMP3_TYPE_LYRICS = 32,  // lyrics can be shown for it: every MPEG and RMP file
-    VBMP3_TYPE_WAVE = 64     // WAVE in plain PCM (integer or float)
+    VBMP3_TYPE_WAVE   = 64   // WAVE in plain PCM (integer or float)
 };
+// clang-format on
 
 // Numbers of vbmp3_getLastErrorNo. 25 is the number that players test for.
+// clang-format off
 enum {
-    VBMP3_OK = 0,
-    VBMP3_ERROR_NOT_FOUND = 1,  // file missing or unreadable
-    VBMP3_ERROR_FORMAT = 2,     // not a file this library can decode
-    VBMP3_ERROR_NOT_OPEN = 3,   // no file is open
-    VBMP3_ERROR_MEMORY = 4,
-    VBMP3_ERROR_WRITE = 5,      // destination cannot be written, disk full
-    VBMP3_ERROR_SAME_FILE = 6,  // destination is the source
-    VBMP3_ERROR_NO_CODEC = 7,   // the operating system has no MP3 encoder
-    VBMP3_ERROR_BUSY = 8,       // a job runs already
-    VBMP3_ERROR_ARGUMENT = 9,
-    VBMP3_ERROR_LOCKED = 10,      // file locked by another program, or read-only
-    VBMP3_ERROR_SUPERSEDED = 11,  // another file was opened, or this one closed, while it was being opened
-    VBMP3_ERROR_DEVICE_BUSY = 25  // the sound device is in use
+    VBMP3_OK                = 0,
+    VBMP3_ERROR_NOT_FOUND   = 1,   // file missing or unreadable
+    VBMP3_ERROR_FORMAT      = 2,   // not a file this library can decode
+    VBMP3_ERROR_NOT_OPEN    = 3,   // no file is open
+    VBMP3_ERROR_MEMORY      = 4,
+    VBMP3_ERROR_WRITE       = 5,   // destination cannot be written, disk full
+    VBMP3_ERROR_SAME_FILE   = 6,   // destination is the source
+    VBMP3_ERROR_NO_CODEC    = 7,   // the operating system has no MP3 encoder
+    VBMP3_ERROR_BUSY        = 8,   // a job runs already
+    VBMP3_ERROR_ARGUMENT    = 9,
+    VBMP3_ERROR_LOCKED      = 10,  // file locked by another program, or read-only
+    VBMP3_ERROR_SUPERSEDED  = 11,  // another file was opened, or this one closed, while it was being opened
+    VBMP3_ERROR_DEVICE_BUSY = 25   // the sound device is in use
 };
+// clang-format on
 
 // What is known about one file. Filled by vbmp3_open and vbmp3_getFileInfo.
 typedef struct vbmp3_FileInfo {
@@ -128,12 +132,14 @@ VBMP3_API int64_t vbmp3_getPositionMs(void);  // position of the sound being hea
 // as taken; when it then cannot be opened nothing follows. vbmp3_open and vbmp3_close take the next file back.
 VBMP3_API int32_t vbmp3_setNextFile(const char* path);
 
+// clang-format off
 enum {
     VBMP3_EVENT_END_OF_TRACK = 1,
-    VBMP3_EVENT_NEXT_TRACK = 2,
-    VBMP3_EVENT_DEVICE_LOST = 3,
-    VBMP3_EVENT_JOB_DONE = 4
+    VBMP3_EVENT_NEXT_TRACK   = 2,
+    VBMP3_EVENT_DEVICE_LOST  = 3,
+    VBMP3_EVENT_JOB_DONE     = 4
 };
+// clang-format on
 // Called on one of the library's threads, of a track the moment its last sample has been heard. It must not call the
 // library; post a message and return. Null takes it back; after the call returns no callback is running.
 typedef void (*vbmp3_Listener)(int32_t event, void* context);
@@ -153,8 +159,8 @@ VBMP3_API int32_t vbmp3_hasOutputDevice(void);
 VBMP3_API int32_t vbmp3_setEqualizer(const int32_t* gains);
 VBMP3_API int32_t vbmp3_reload(void);  // takes the equalizer setting over into the sound being played, smoothly
 VBMP3_API int32_t vbmp3_setPitch(int32_t percent);  // 100 is normal, 50 to 200; the speed is kept
-VBMP3_API int32_t vbmp3_setStepPitch(int32_t factor,
-                                     int32_t base);  // speed: (1, 5) is normal, see README of the folder
+// The speed, with the pitch kept: (1, 5) is normal; dsp/README.md tells what the two numbers mean.
+VBMP3_API int32_t vbmp3_setStepPitch(int32_t factor, int32_t base);
 // How carefully pitch and speed are changed; at normal it makes no difference. At once, also while playing.
 enum { VBMP3_QUALITY_STANDARD = 0, VBMP3_QUALITY_HIGH = 1, VBMP3_QUALITY_LIGHT = 2 };
 VBMP3_API int32_t vbmp3_setQuality(int32_t quality);
@@ -192,9 +198,9 @@ typedef struct vbmp3_LyricsLines {
 // the current lyrics. 0: none. Lyrics of an ID3v2 tag (SYLT, USLT) serve when there is no Lyrics3 block.
 VBMP3_API int32_t vbmp3_readLyrics3Data(char* raw, char* text);
 VBMP3_API int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info);
-VBMP3_API int32_t
-vbmp3_setLyricsFile(const char* path);       // kra, lrc or txt; 0: not loaded, the lyrics stay as they were
-VBMP3_API int32_t vbmp3_checkTimeTag(void);  // 1: the current lyrics carry time tags
+// A file in kra, lrc or txt. 0: not loaded, the lyrics stay as they were.
+VBMP3_API int32_t vbmp3_setLyricsFile(const char* path);
+VBMP3_API int32_t vbmp3_checkTimeTag(void);                    // 1: the current lyrics carry time tags
 VBMP3_API int32_t vbmp3_getLyrics2(vbmp3_LyricsLines* lines);  // for the position being heard
 VBMP3_API void vbmp3_clearLyrics(void);
 VBMP3_API void vbmp3_setKaraokeUse(int32_t use);
