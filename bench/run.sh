@@ -12,5 +12,5 @@ mkdir -p build
 logged build/configure.log cmake --preset bench
 logged build/configure.log cmake --preset win64
 nice cmake --build --preset bench -- --quiet
-nice cmake --build --preset win64 --target stage wine_test_programs -- --quiet
+nice cmake --build --preset win64 --target stage wine_programs -- --quiet
 exec /usr/bin/python3 bench/report.py "$@"

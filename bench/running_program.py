@@ -4,7 +4,7 @@ list answers with 100 000 rows.
 
     bench/running_program.py [SECONDS]     each state is watched for 20 seconds when nothing is said
 
-Needs build/quenlox and the test programs of tests/wine. The share is that of one core; Wine's own server is told apart,
+Needs build/quenlox and the Windows programs of tools. The share is that of one core; Wine's own server is told apart,
 since a part of what it does is done for the program. Wine's sound driver runs in threads of the program's process; they
 are told apart too, because Windows has nothing like them.
 """
@@ -16,10 +16,10 @@ import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
-sys.path[:0] = [str(ROOT / "tests/wine"), str(ROOT / "tools")]
+sys.path.insert(0, str(ROOT / "tools"))
 
-from harness import material  # noqa: E402
-from harness.scenario import Scenario  # noqa: E402
+from wine_harness import material  # noqa: E402
+from wine_harness.scenario import Scenario  # noqa: E402
 from wine_session.processes import unwind_on_signals  # noqa: E402
 
 STARTS = 7

@@ -13,14 +13,14 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 PICTURES = ROOT / "docs/pictures"
-sys.path[:0] = [str(ROOT / "tests/wine"), str(ROOT / "tools")]
+sys.path.insert(0, str(ROOT / "tools"))
 
 from mutagen.id3 import ID3, TALB, TIT2, TPE1  # noqa: E402
 from PIL import Image, ImageDraw, ImageFont  # noqa: E402
 
-from harness import material  # noqa: E402
-from harness.scenario import Scenario  # noqa: E402
-from harness.skin import COMMANDS, LABELS, PLAYBACK, MainWindow, Skin  # noqa: E402
+from wine_harness import material  # noqa: E402
+from wine_harness.scenario import Scenario  # noqa: E402
+from wine_harness.skin import COMMANDS, LABELS, PLAYBACK, MainWindow, Skin  # noqa: E402
 from wine_session.processes import unwind_on_signals  # noqa: E402
 
 SKINS = ("default", "hakuji", "obi")

@@ -3,11 +3,11 @@
 import random
 import time
 
-from harness import material
+from wine_harness import material
 
 from . import files, product
 
-BUILDS = {"win64": ("stage", "wine_test_programs")}
+BUILDS = {"win64": ("stage", "wine_programs")}
 WARM = 200  # changes before the first count: caches are filled then
 
 

@@ -3,11 +3,11 @@
 import subprocess
 import time
 
-from harness import material
+from wine_harness import material
 
 from . import product
 
-BUILDS = {"win64": ("stage", "wine_test_programs")}
+BUILDS = {"win64": ("stage", "wine_programs")}
 
 
 def pactl(s, *arguments):

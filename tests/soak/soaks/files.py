@@ -2,7 +2,7 @@
 
 import random
 
-from harness import material
+from wine_harness import material
 
 WHOLE = 12  # how many whole() makes
 

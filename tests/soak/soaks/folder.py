@@ -4,14 +4,14 @@ import concurrent.futures
 import shutil
 import time
 
-from harness.scenario import ROOT
+from wine_harness.scenario import ROOT
 from wine_session.processes import wait_until
 
 from . import files, product
 from .hours import player
 
 PARTS = 4
-BUILDS = {"native": ("soak_player",), "win64": ("stage", "wine_test_programs")}
+BUILDS = {"native": ("soak_player",), "win64": ("stage", "wine_programs")}
 
 
 def view(window):

@@ -3,7 +3,7 @@
 import json
 import subprocess
 
-from harness.scenario import ROOT
+from wine_harness.scenario import ROOT
 
 from . import files
 

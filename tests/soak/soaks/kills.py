@@ -8,12 +8,12 @@ import signal
 import subprocess
 import time
 
-from harness.scenario import ROOT
+from wine_harness.scenario import ROOT
 from wine_session.processes import wait_until
 
 from . import product
 
-BUILDS = {"win64": ("stage", "wine_test_programs", "soak_saver")}
+BUILDS = {"win64": ("stage", "wine_programs", "soak_saver")}
 ROWS = 3000
 
 

@@ -4,7 +4,7 @@ import contextlib
 import os
 import pathlib
 
-from harness.scenario import Scenario
+from wine_harness.scenario import Scenario
 
 TITLE = "Quenlox  Ver 1.0.0"
 WM_APPCOMMAND = 0x319

@@ -1,9 +1,9 @@
 """What the main window tells assistive programs, and media and menu keys."""
 
-from harness import material
-from harness.driver import Part
-from harness.product import Product
-from harness.skin import COMMANDS, LABELS, PLAYBACK
+from wine_harness import material
+from wine_harness.driver import Part
+from wine_harness.product import Product
+from wine_harness.skin import COMMANDS, LABELS, PLAYBACK
 
 SCREEN = "1280x1024"
 NAMES = ("再生／停止", "一時停止", "前の曲", "次の曲", "音程を下げる", "音程を上げる", "速度変更",

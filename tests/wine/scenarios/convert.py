@@ -6,9 +6,9 @@ import struct
 import subprocess
 import wave
 
-from harness import material
-from harness.product import Product
-from harness.scenario import real_time
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
 
 LIMIT = 180
 START, CANCEL = "変換開始", "中止"

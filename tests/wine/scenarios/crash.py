@@ -4,9 +4,9 @@ of Windows leaves everything saved."""
 import contextlib
 import re
 
-from harness import material
-from harness.driver import DriverError
-from harness.product import Product
+from wine_harness import material
+from wine_harness.driver import DriverError
+from wine_harness.product import Product
 
 LIMIT = 240
 QUERY_END, END = 0x11, 0x16  # WM_QUERYENDSESSION, WM_ENDSESSION

@@ -2,9 +2,9 @@
 
 import numpy
 
-from harness import material
-from harness.product import Product
-from harness.scenario import real_time
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
 
 BANDS = (60, 170, 310, 600, 1000, 3000, 6000, 12000, 14000, 16000)
 ROCK = (2.0, 5.0, 0.0, -2.0, 3.0, 1.0, -2.0, 5.0, 3.0, 1.0)

@@ -2,7 +2,7 @@
 
 import re
 
-from harness.product import Product
+from wine_harness.product import Product
 
 
 def test_the_help_button_opens_the_guide_in_the_browser(s):

@@ -3,9 +3,9 @@
 import pathlib
 import shutil
 
-from harness import material
-from harness.product import Product
-from harness.scenario import ROOT, real_time
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import ROOT, real_time
 
 LENGTH = 50.5  # seconds of the demonstration tune
 PLACE = "[Lyrics]\nX=600\nY=4500\nW=6000\nH=3600\n"

@@ -2,10 +2,10 @@
 
 import os
 
-from harness import material
-from harness.product import Product
-from harness.scenario import TRAY, real_time
-from harness.skin import MainWindow, TITLE
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import TRAY, real_time
+from wine_harness.skin import MainWindow, TITLE
 
 PLACE = "[Main]\nX=1500\nY=1500\n"
 TOPMOST = 0x8  # extended window style

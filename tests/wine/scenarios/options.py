@@ -4,9 +4,9 @@ import shutil
 
 from PIL import Image
 
-from harness import material
-from harness.product import Product
-from harness.scenario import ROOT
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import ROOT
 
 LIMIT = 180
 TABS = {"display": 28, "playback": 82, "lyrics": 136, "lists": 200}  # and where each is clicked

@@ -6,7 +6,7 @@ import shutil
 import subprocess
 import zipfile
 
-from harness.scenario import ROOT, real_time
+from wine_harness.scenario import ROOT, real_time
 from wine_session.prefix import import_registry
 
 PACKAGES = ROOT / "build/packages"

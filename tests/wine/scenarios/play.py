@@ -1,8 +1,8 @@
 """The player plays: every kind of file, names of every script, buttons, seek bar, and what is kept."""
 
-from harness import material
-from harness.product import Product
-from harness.scenario import real_time
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
 
 MIDI = True
 

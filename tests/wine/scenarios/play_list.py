@@ -1,9 +1,9 @@
 """The play-list window: filled from folders, files and M3U files, sorted, rearranged, exported, and played from."""
 
-from harness import material
-from harness.driver import LIST_CLASS
-from harness.product import Product
-from harness.scenario import real_time
+from wine_harness import material
+from wine_harness.driver import LIST_CLASS
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
 
 SIZE = (1000, 600)
 TWIPS = 15

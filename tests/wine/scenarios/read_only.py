@@ -1,6 +1,6 @@
 """A program folder that nobody may write to: settings are kept in the user's own folder."""
 
-from harness.product import Product
+from wine_harness.product import Product
 FILE_RIGHTS_COUNT = True
 PLACE = (100, 50)
 

@@ -4,10 +4,10 @@ import shutil
 
 from PIL import Image
 
-from harness import material
-from harness.product import Product
-from harness.scenario import real_time
-from harness.skin import COMMANDS, PLAYBACK, MainWindow, Skin
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
+from wine_harness.skin import COMMANDS, PLAYBACK, MainWindow, Skin
 
 SCREEN = "1280x1024"
 NAMES = ("default", "hakuji", "obi")

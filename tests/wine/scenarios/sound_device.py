@@ -3,10 +3,10 @@
 import signal
 import subprocess
 
-from harness import material
-from harness.product import Product
-from harness.scenario import real_time
-from harness.sound import Sound
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
+from wine_harness.sound import Sound
 
 AT_ONCE = 4  # seconds; what waits for a device that hangs takes five
 

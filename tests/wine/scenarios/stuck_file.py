@@ -1,13 +1,13 @@
 """A file that does not answer, as on a server that has gone: every button does, and the end keeps settings and lists."""
 
-import pathlib
 import subprocess
 import time
 
-from harness import material
-from harness.product import Product
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import ROOT
 
-SOURCE = pathlib.Path(__file__).parents[1] / "stuck_reads.c"
+SOURCE = ROOT / "tools/wine_harness/stuck_reads.c"
 AT_ONCE = 1.0  # seconds
 
 

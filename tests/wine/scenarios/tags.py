@@ -5,9 +5,9 @@ import pathlib
 
 from mutagen.id3 import ID3
 
-from harness import material
-from harness.product import Product
-from harness.scenario import real_time
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
 
 TITLE = "タグ情報*"
 STEPS = (300, 500, 700, 900, 1100, 1300, 1500, 1700, 1900, 2100)

@@ -1,8 +1,8 @@
 """A play list is played: order and gaps in every play mode, what is missing, kinds in turn, and the keys that step."""
 
-from harness import material
-from harness.product import Product
-from harness.scenario import real_time
+from wine_harness import material
+from wine_harness.product import Product
+from wine_harness.scenario import real_time
 
 MIDI = True
 LIMIT = 180

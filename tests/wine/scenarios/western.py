@@ -1,7 +1,7 @@
 """With Western regional settings (code page 1252) Japanese names and texts are the same."""
 
-from harness import material
-from harness.product import Product
+from wine_harness import material
+from wine_harness.product import Product
 
 LOCALE = "en_US"
 

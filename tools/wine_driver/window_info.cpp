@@ -1,4 +1,4 @@
-#include "tests/wine/driver/window_info.h"
+#include "tools/wine_driver/window_info.h"
 
 namespace driver {
 namespace {
@@ -12,8 +12,9 @@ Row Described(HWND window, bool topLevel) {
     GetWindowRect(window, &place);
     const HWND above = topLevel ? GetWindow(window, GW_OWNER) : GetParent(window);
     const int id = topLevel ? 0 : GetDlgCtrlID(window);
-    return RowOf(window, above, process, ToUtf8(name), id, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 IsWindowVisible(window), IsWindowEnabled(window), static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE)),
+    return RowOf(window, above, process, ToUtf8(name), id, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, IsWindowVisible(window), IsWindowEnabled(window),
+                 static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE)),
                  static_cast<DWORD>(GetWindowLongW(window, GWL_EXSTYLE)), TextOf(window));
 }
 

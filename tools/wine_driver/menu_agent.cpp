@@ -1,4 +1,4 @@
-#include "tests/wine/driver/menu_agent.h"
+#include "tools/wine_driver/menu_agent.h"
 
 #include <string>
 

@@ -4,8 +4,8 @@
 // decimal numbers.
 #pragma once
 
-#include <cstdint>
 #include <concepts>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "tests/wine/driver/process.h"
+#include "tools/wine_driver/process.h"
 
 #include <tlhelp32.h>
 
@@ -39,7 +39,8 @@ size_t HandlesOf(DWORD id) {
     };
     const auto query = NtFunction<LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*)>("NtQuerySystemInformation");
     std::string buffer(1 << 22, '\0');
-    if (query(64, buffer.data(), static_cast<ULONG>(buffer.size()), nullptr) != 0) return 0;  // SystemExtendedHandleInformation
+    if (query(64, buffer.data(), static_cast<ULONG>(buffer.size()), nullptr) != 0)
+        return 0;  // SystemExtendedHandleInformation
     const auto* head = reinterpret_cast<const Head*>(buffer.data());
     const auto* entries = reinterpret_cast<const Entry*>(head + 1);
     size_t count = 0;
@@ -75,7 +76,8 @@ size_t Running(const std::wstring& name) {
     PROCESSENTRY32W entry{};
     entry.dwSize = sizeof entry;
     size_t count = 0;
-    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry)) count += name == entry.szExeFile;
+    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry))
+        count += name == entry.szExeFile;
     return count;
 }
 
@@ -96,11 +98,14 @@ void Fail(HWND window, const std::string& how) {
         start = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"msvcrt.dll"), "abort"));
     } else {
         // A breakpoint; or a function with 2 KiB of variables that calls itself without end.
-        const std::string code = how == "break" ? std::string("\xCC\xC3") : std::string("\x48\x81\xEC\x00\x08\x00\x00\xE8\xF4\xFF\xFF\xFF", 12);
+        const std::string code = how == "break" ? std::string("\xCC\xC3")
+                                                : std::string("\x48\x81\xEC\x00\x08\x00\x00\xE8\xF4\xFF\xFF\xFF", 12);
         start = VirtualAllocEx(process.get(), nullptr, code.size(), MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE);
-        if (!start || !WriteProcessMemory(process.get(), start, code.data(), code.size(), nullptr)) throw Failure("no memory in the other process");
+        if (!start || !WriteProcessMemory(process.get(), start, code.data(), code.size(), nullptr))
+            throw Failure("no memory in the other process");
     }
-    const Handle thread(CreateRemoteThread(process.get(), nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(start), nullptr, 0, nullptr));
+    const Handle thread(CreateRemoteThread(process.get(), nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(start),
+                                           nullptr, 0, nullptr));
     if (!thread) throw Failure("no thread in the other process, error " + std::to_string(GetLastError()));
 }
 

@@ -1,4 +1,4 @@
-#include "tests/wine/driver/input.h"
+#include "tools/wine_driver/input.h"
 
 #include <commctrl.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/wine/driver/protocol.h"
+#include "tools/wine_driver/protocol.h"
 
 namespace driver {
 namespace {
@@ -67,7 +67,8 @@ void MoveMouse(POINT screen) {
 }
 
 void PressButton(bool right, bool down) {
-    constexpr DWORD kFlags[][2] = {{MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN}, {MOUSEEVENTF_RIGHTUP, MOUSEEVENTF_RIGHTDOWN}};
+    constexpr DWORD kFlags[][2] = {{MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN},
+                                   {MOUSEEVENTF_RIGHTUP, MOUSEEVENTF_RIGHTDOWN}};
     Send({MouseEvent(kFlags[right][down])});
 }
 

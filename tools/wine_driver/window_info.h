@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "tests/wine/driver/protocol.h"
+#include "tools/wine_driver/protocol.h"
 
 namespace driver {
 

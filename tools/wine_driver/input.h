@@ -9,8 +9,8 @@ namespace driver {
 
 void MoveMouse(POINT screen);
 void PressButton(bool right, bool down);
-// Presses and releases `count` times; two make a double click. The tip of a button may lie over the place: it goes when the
-// mouse comes, which is waited for.
+// Presses and releases `count` times; two make a double click. The tip of a button may lie over the place: it goes when
+// the mouse comes, which is waited for.
 void Click(POINT screen, bool right, int count);
 // Presses at `from`, moves in `steps` steps, releases at `to`. Each step is a move event of its own.
 void Drag(POINT from, POINT to, bool right, int steps);

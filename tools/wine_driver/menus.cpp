@@ -1,7 +1,7 @@
-#include "tests/wine/driver/menus.h"
+#include "tools/wine_driver/menus.h"
 
-#include "tests/wine/driver/menu_agent.h"
-#include "tests/wine/driver/window_info.h"
+#include "tools/wine_driver/menu_agent.h"
+#include "tools/wine_driver/window_info.h"
 
 namespace driver {
 namespace {

@@ -1,17 +1,17 @@
 // Drives programs under test from inside Wine; protocol.h has the form of requests and answers,
-// tests/wine/harness/driver.py the other end. Ends when its input ends.
+// tools/wine_harness/driver.py the other end. Ends when its input ends.
 #include <windows.h>
 
 #include <cstdio>
 #include <iostream>
 
-#include "tests/wine/driver/accessible.h"
-#include "tests/wine/driver/controls.h"
-#include "tests/wine/driver/input.h"
-#include "tests/wine/driver/menus.h"
-#include "tests/wine/driver/process.h"
-#include "tests/wine/driver/protocol.h"
-#include "tests/wine/driver/window_info.h"
+#include "tools/wine_driver/accessible.h"
+#include "tools/wine_driver/controls.h"
+#include "tools/wine_driver/input.h"
+#include "tools/wine_driver/menus.h"
+#include "tools/wine_driver/process.h"
+#include "tools/wine_driver/protocol.h"
+#include "tools/wine_driver/window_info.h"
 
 namespace {
 
@@ -21,9 +21,7 @@ POINT PointOf(const Request& r, size_t index) {
     return {static_cast<LONG>(r.number(index)), static_cast<LONG>(r.number(index + 1))};
 }
 
-int Int(const Request& r, size_t index, int otherwise) {
-    return static_cast<int>(r.number(index, otherwise));
-}
+int Int(const Request& r, size_t index, int otherwise) { return static_cast<int>(r.number(index, otherwise)); }
 
 struct Verb {
     std::string_view name;
@@ -52,14 +50,17 @@ const Verb kVerbs[] = {
     {"fail", [](const Request& r) { return Fail(WindowOf(r, 1), r.text(2)), Done(); }},
     {"parts", [](const Request& r) { return AccessibleParts(WindowOf(r, 1)); }},
     {"partat", [](const Request& r) { return Rows{RowOf(AccessiblePartAt(WindowOf(r, 1), PointOf(r, 2)))}; }},
-    {"partbeside", [](const Request& r) { return Rows{RowOf(AccessibleNeighbour(WindowOf(r, 1), Int(r, 2, 0), Int(r, 3, 5)))}; }},
+    {"partbeside",
+     [](const Request& r) { return Rows{RowOf(AccessibleNeighbour(WindowOf(r, 1), Int(r, 2, 0), Int(r, 3, 5)))}; }},
     {"partact", [](const Request& r) { return DoAccessibleAction(WindowOf(r, 1), Int(r, 2, 0)), Done(); }},
-    {"partvalue", [](const Request& r) { return SetAccessibleValue(WindowOf(r, 1), Int(r, 2, 0), ToWide(r.text(3))), Done(); }},
+    {"partvalue",
+     [](const Request& r) { return SetAccessibleValue(WindowOf(r, 1), Int(r, 2, 0), ToWide(r.text(3))), Done(); }},
     // mouse and keyboard
     {"move", [](const Request& r) { return MoveMouse(PointOf(r, 1)), Done(); }},
     {"click", [](const Request& r) { return Click(PointOf(r, 1), r.text(3) == "right", Int(r, 4, 1)), Done(); }},
     {"press", [](const Request& r) { return PressButton(r.text(1) == "right", r.number(2) != 0), Done(); }},
-    {"drag", [](const Request& r) { return Drag(PointOf(r, 1), PointOf(r, 3), r.text(5) == "right", Int(r, 6, 8)), Done(); }},
+    {"drag",
+     [](const Request& r) { return Drag(PointOf(r, 1), PointOf(r, 3), r.text(5) == "right", Int(r, 6, 8)), Done(); }},
     {"wheel", [](const Request& r) { return TurnWheel(PointOf(r, 1), Int(r, 3, 1)), Done(); }},
     {"keys", [](const Request& r) { return StrikeKeys(r.text(1)), Done(); }},
     {"type", [](const Request& r) { return TypeText(ToWide(r.text(1))), Done(); }},
@@ -73,12 +74,13 @@ const Verb kVerbs[] = {
      }},
     {"send",
      [](const Request& r) {
-         return Rows{RowOf(SendWithLimit(WindowOf(r, 1), static_cast<UINT>(r.number(2)), static_cast<WPARAM>(r.number(3)),
-                                         static_cast<LPARAM>(r.number(4))))};
+         return Rows{RowOf(SendWithLimit(WindowOf(r, 1), static_cast<UINT>(r.number(2)),
+                                         static_cast<WPARAM>(r.number(3)), static_cast<LPARAM>(r.number(4))))};
      }},
     {"post",
      [](const Request& r) {
-         PostMessageW(WindowOf(r, 1), static_cast<UINT>(r.number(2)), static_cast<WPARAM>(r.number(3)), static_cast<LPARAM>(r.number(4)));
+         PostMessageW(WindowOf(r, 1), static_cast<UINT>(r.number(2)), static_cast<WPARAM>(r.number(3)),
+                      static_cast<LPARAM>(r.number(4)));
          return Done();
      }},
 };

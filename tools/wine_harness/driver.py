@@ -1,4 +1,4 @@
-"""The Python end of the driver program (tests/wine/driver): windows, controls, mouse and keyboard inside Wine."""
+"""The Python end of the driver program (tools/wine_driver): windows, controls, mouse and keyboard inside Wine."""
 
 import dataclasses
 import queue

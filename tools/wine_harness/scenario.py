@@ -11,9 +11,9 @@ from .driver import LIMIT, Driver
 from .drop import drop_files
 from .sound import Sound
 
-ROOT = pathlib.Path(__file__).resolve().parents[3]
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 PRODUCT = ROOT / "build/quenlox"
-TEST_PROGRAMS = ROOT / "build/win64/tests/wine"
+WINE_PROGRAMS = ROOT / "build/win64/tools"
 ARTEFACTS = ROOT / "build/wine"
 TRAY = "Wine System Tray"  # the small window that stands for the notification area
 
@@ -66,7 +66,7 @@ class Scenario:
             self.session.sound.record(self._sound_file)
             if self._midi:
                 self._install_midi_device()
-            self.driver = Driver(self.session, TEST_PROGRAMS / "driver.exe")
+            self.driver = Driver(self.session, WINE_PROGRAMS / "driver.exe")
             self._system_processes = {window.process for window in self.driver.windows()}
         except BaseException:
             self.session.__exit__()
@@ -253,7 +253,7 @@ class Scenario:
     def _install_midi_device(self):
         target = self.session.prefix / "drive_c/windows/system32/midimap.dll"
         target.unlink(missing_ok=True)  # a link to the cached prefix: never written through
-        shutil.copy(TEST_PROGRAMS / "midimap.dll", target)
+        shutil.copy(WINE_PROGRAMS / "midimap.dll", target)
         self.session.env["QUENLOX_MIDI_LOG"] = self.session.windows_path(self.dir / "midi.log")
 
     def midi_messages(self):

@@ -1,4 +1,4 @@
-#include "tests/wine/driver/accessible.h"
+#include "tools/wine_driver/accessible.h"
 
 #include <oleacc.h>
 
@@ -19,7 +19,8 @@ void Check(HRESULT result, const char* what) {
 Object ObjectOf(HWND window) {
     [[maybe_unused]] static const HRESULT ready = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     IAccessible* object = nullptr;
-    Check(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), reinterpret_cast<void**>(&object)),
+    Check(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                     reinterpret_cast<void**>(&object)),
           "AccessibleObjectFromWindow");
     return Object(object);
 }
@@ -66,16 +67,20 @@ Rows AccessibleParts(HWND window) {
         const LONG n = children[i].lVal;
         LONG x = 0, y = 0, width = 0, height = 0;
         Check(object->accLocation(&x, &y, &width, &height, Child(n)), "accLocation");
-        Row row = RowOf(n, Number(*object, &IAccessible::get_accRole, n), Number(*object, &IAccessible::get_accState, n), x, y, width, height);
-        for (const GetText get : {&IAccessible::get_accName, &IAccessible::get_accValue, &IAccessible::get_accDescription,
-                                  &IAccessible::get_accDefaultAction, &IAccessible::get_accKeyboardShortcut})
+        Row row = RowOf(n, Number(*object, &IAccessible::get_accRole, n),
+                        Number(*object, &IAccessible::get_accState, n), x, y, width, height);
+        for (const GetText get :
+             {&IAccessible::get_accName, &IAccessible::get_accValue, &IAccessible::get_accDescription,
+              &IAccessible::get_accDefaultAction, &IAccessible::get_accKeyboardShortcut})
             row.push_back(Text(*object, get, n));
         rows.push_back(std::move(row));
     }
     return rows;
 }
 
-void DoAccessibleAction(HWND window, int child) { Check(ObjectOf(window)->accDoDefaultAction(Child(child)), "accDoDefaultAction"); }
+void DoAccessibleAction(HWND window, int child) {
+    Check(ObjectOf(window)->accDoDefaultAction(Child(child)), "accDoDefaultAction");
+}
 
 void SetAccessibleValue(HWND window, int child, const std::wstring& value) {
     BSTR text = SysAllocStringLen(value.data(), static_cast<UINT>(value.size()));

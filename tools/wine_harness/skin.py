@@ -6,7 +6,7 @@ import struct
 
 from PIL import Image, ImageChops
 
-SKINS = pathlib.Path(__file__).resolve().parents[3] / "skins"
+SKINS = pathlib.Path(__file__).resolve().parents[2] / "skins"
 PLAYBACK = ("play", "pause", "back", "next", "low", "high", "double")
 COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 LABELS = ("title", "information", "time", "length", "status", "mode", "kind", "list", "artist")

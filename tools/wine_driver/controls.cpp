@@ -1,8 +1,8 @@
-#include "tests/wine/driver/controls.h"
+#include "tools/wine_driver/controls.h"
 
 #include <commctrl.h>
 
-#include "tests/wine/driver/window_info.h"
+#include "tools/wine_driver/window_info.h"
 
 namespace driver {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "tests/wine/driver/protocol.h"
+#include "tools/wine_driver/protocol.h"
 
 namespace driver {
 
@@ -13,8 +13,8 @@ size_t Running(const std::wstring& name);
 // handles, GDI objects
 Row Resources(HWND window);
 
-// Makes a thread in the process that fails: "fault" calls a bad address, "break" meets a breakpoint, "overflow" fills its
-// stack, "abort" ends the C library.
+// Makes a thread in the process that fails: "fault" calls a bad address, "break" meets a breakpoint, "overflow" fills
+// its stack, "abort" ends the C library.
 void Fail(HWND window, const std::string& how);
 
 }  // namespace driver

@@ -1,4 +1,4 @@
-#include "tests/wine/driver/protocol.h"
+#include "tools/wine_driver/protocol.h"
 
 #include <windows.h>
 
@@ -60,9 +60,7 @@ std::string FormatAnswer(const Rows& rows) {
     return out + ".\n";
 }
 
-std::string FormatFailure(const std::string& text) {
-    return "error\t" + Escaped(text) + "\n.\n";
-}
+std::string FormatFailure(const std::string& text) { return "error\t" + Escaped(text) + "\n.\n"; }
 
 std::string ToUtf8(std::wstring_view text) {
     const int size = static_cast<int>(text.size());

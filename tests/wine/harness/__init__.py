@@ -1,1 +1,0 @@
-"""Helpers of the end-to-end tests; tests/wine/README.md has the overview."""
