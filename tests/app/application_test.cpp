@@ -333,6 +333,21 @@ TEST_F(ApplicationTest, AHelpFileGoesFirstThenTheGuide) {
     EXPECT_EQ(shell.helps, (std::vector<std::string>{"C:\\Quenlox\\Quenlox.hlp 11 1", "C:\\Quenlox\\Quenlox.hlp 11 1"}));
 }
 
+TEST_F(ApplicationTest, TheAboutWindowNamesTheVersionsAndOpensLicencesAndGuideOrSaysThatTheyAreMissing) {
+    start();
+    auto& about = dynamic_cast<FormInfo&>(opened("バージョン情報"));
+    EXPECT_EQ(about.LabelVersion.caption() + about.LabelGogo.caption(), "Ver " QUENLOX_VERSION "gogo.dll  Ver 1.0.0");
+    const auto open = [&] { about.CommandLicence.click(), about.CommandHelp.click(); };
+    open();
+    EXPECT_EQ(dialogs.messages.size(), 2u);
+    files.add("C:\\Quenlox\\licences\\LICENSE"), files.add("C:\\Quenlox\\Quenlox.html");
+    open();
+    EXPECT_EQ(shell.opened, (std::vector<std::string>{"C:\\Quenlox\\licences", "C:\\Quenlox\\Quenlox.html"}));
+    about.setVersions({"", "", ""});
+    EXPECT_EQ(about.LabelGogo.caption(), "gogo.dll  見つかりません");
+    EXPECT_FALSE(about.unload() || about.visible());
+}
+
 TEST_F(ApplicationTest, TheListLabelTellsWhatThereIs) {
     start();
     const struct { int count, current; const char* text; } cases[] = {{0, -1, "A 0曲"}, {2, -1, "A 2曲"}, {2, 1, "A 2/2"}};

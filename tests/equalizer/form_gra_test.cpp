@@ -91,16 +91,6 @@ TEST_F(FormGraTest, TheLibraryIsToldWhatCountsForTheTrackThatSounds) {
     }
 }
 
-TEST_F(FormGraTest, SwitchedOffItKeepsTheGainsAndSendsNothing) {
-    form.VScroll[0].setValue(3);
-    form.Command23.click();
-    EXPECT_TRUE(vbmp3.calls.empty());
-    form.Check4.setValue(1);
-    form.Check4.setValue(0);
-    EXPECT_EQ(vbmp3.equalizer, std::nullopt);
-    EXPECT_THAT(vbmp3.calls, ElementsAre("equalizer", "reload", "equalizer off", "reload"));
-}
-
 TEST_F(FormGraTest, APatternOfTheMenuKeepsTheSlidersUnderItsName) {
     const struct {
         std::optional<std::string> answer;

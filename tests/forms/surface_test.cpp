@@ -42,15 +42,6 @@ TEST(Surface, ACopyOntoItselfReadsWhatStoodThereBefore) {
     }
 }
 
-TEST(Surface, StretchTakesTheNearestPixelAndStaysInside) {
-    Surface target(4, 2);
-    target.stretch(Numbered(2, 1), {0, 0, 2, 1}, {0, 0, 4, 2});
-    EXPECT_EQ(target.at(0, 0), 1u);
-    EXPECT_EQ(target.at(1, 1), 1u);
-    EXPECT_EQ(target.at(2, 0), 2u);
-    target.stretch(Numbered(2, 1), {-1000, 0, 100000, 1}, {-50, -50, 4000, 4000});
-}
-
 TEST(Surface, ASmoothStretchMakesEachPixelTheMeanOfWhatItCovers) {
     Surface picture(8, 4, {200, 100, 0});
     picture.fillRect({4, 0, 4, 4}, {0, 100, 200});

@@ -64,10 +64,6 @@ TEST_F(LyricsLookupTest, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCou
     }
 }
 
-TEST_F(LyricsLookupTest, TheBaseNameEndsAtTheLastDot) {
-    EXPECT_EQ(LyricsCandidates("C:\\x.y\\a.b.c.mp3"), (std::array<std::string, 3>{"a.b.c.kra", "a.b.c.lrc", "a.b.c.txt"}));
-}
-
 TEST_F(LyricsLookupTest, WithoutALyricsFolderOnlyTheFolderOfTheTrackIsSearched) {
     options.values.lyricsFolder = "";
     addSideFile("01. a.b.kra");

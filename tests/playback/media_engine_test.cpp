@@ -272,18 +272,6 @@ TEST(PauseMedia, GoesToTheBackEndThatPlaysAndKind40OnlyChangesItsWord) {
     }
 }
 
-TEST(PauseMedia, DoesNothingUnlessPlayingOrPaused) {
-    for (const PlayStatus status : {kStop, kError, kLoad, kWait, kDecode, kEncode}) {
-        Player p;
-        p.addMp3("C:\\a.mp3");
-        p.open("C:\\a.mp3");
-        p.state.PlayerStatus = status;
-        p.engine.PauseMedia();
-        EXPECT_EQ(p.state.PlayerStatus, status);
-        EXPECT_EQ(p.vbmp3.count("pause") + p.vbmp3.count("restart"), 0);
-    }
-}
-
 TEST(SeekMedia, MovesInProportion) {
     const struct {
         const char* path;

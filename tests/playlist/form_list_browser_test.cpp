@@ -102,15 +102,6 @@ TEST_F(Browser, AddAllTakesFilesToTheNamedListAndM3UEntriesToTheCurrentOne) {
     EXPECT_TRUE(menu("削除")->enabled);
 }
 
-TEST_F(Browser, AddSelectedTakesTheSelectedFilesOnly) {
-    browse("C:\\", {"a.mp3", "b.mp3", "c.mp3"});
-    form.File1.setSelection(Marked("x.x"));
-    form.menuAdd2_Click(1);
-    EXPECT_EQ(paths(1), (Paths{"C:\\a.mp3", "C:\\c.mp3"})) << "a root folder gets no second backslash";
-    EXPECT_FALSE(form.File1.selected(2));
-    form.menuAdd2_Click(9);
-}
-
 TEST_F(Browser, LoadOpensTheSelectedFileAndNeverAnM3UFile) {
     browse("C:\\m", {"a.mp3", "b.mp3", "l.m3u"});
     form.File1.setSelected(1, true);

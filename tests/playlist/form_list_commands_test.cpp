@@ -10,19 +10,6 @@ using FormListCommands = ListWindowTest;
 
 using testing::ElementsAre;
 
-TEST_F(FormListCommands, DeleteRemovesTheSelectedRows) {
-    addLetters(0, "abcde");
-    state.ListDirty = false;
-    select("x.xx.");
-    view().setFocusedRow(3);
-    form.menuDelete_Click();
-    EXPECT_EQ(names(0), "be");
-    EXPECT_EQ(marks(), "..");
-    EXPECT_EQ(view().focusedRow(), 1);
-    EXPECT_EQ(state.ShuffleOrder[0].last(), 1);
-    EXPECT_TRUE(state.ListDirty);
-}
-
 TEST_F(FormListCommands, AHeaderClickSortsOnceAndLeavesTheListFileAlone) {
     addTitled('a', "z");
     addTitled('b', "y");

@@ -136,19 +136,6 @@ TEST_F(FormListWindow, ShowsCountSelectionAndTotalTime) {
     EXPECT_EQ(form.LabelStatus.caption(), "1曲　合計 0:25:00");
 }
 
-TEST_F(FormListWindow, TextsAreReadForARowOnTheScreenAndThenInTheBackground) {
-    vbmp3.addFile("C:\\b.mp3", VBMP3_TYPE_MPEG, 65, "Title", "Artist");
-    addLetters(0, "abc");
-    EXPECT_EQ(view().textOf(1, kFileColumn), "C:\\b.mp3");
-    EXPECT_TRUE(vbmp3.infoReads.empty());
-    EXPECT_EQ(view().textOf(1, kTitleColumn), "Title");
-    EXPECT_EQ(view().textOf(1, kTimeColumn), "1:05");
-    EXPECT_EQ(vbmp3.infoReads, Paths{"C:\\b.mp3"});
-    finishWork();
-    EXPECT_EQ(vbmp3.infoReads.size(), 3u);
-    EXPECT_FALSE(form.Timer1.enabled());
-}
-
 TEST_F(FormListWindow, NothingIsReadWhileItIsHidden) {
     ListWindow window(false);
     window.files.add("C:\\music\\a.mp3");

@@ -9,7 +9,6 @@ namespace quenlox {
 namespace {
 
 using Sorting = ListsTest;
-using Clearing = ListsTest;
 
 TEST_F(Sorting, OrdersTheRowsByTheTextOfTheColumn) {
     struct Row {
@@ -154,17 +153,6 @@ TEST(Removing, TakesTheSelectedRowsAndDrawsANewOrder) {
         EXPECT_EQ(lists.state.ShuffleOrder[2].last(), lists.lists.count(2) - 1);
         EXPECT_TRUE(lists.state.ListDirty);
     }
-}
-
-TEST_F(Clearing, EmptiesOneListAndDrawsNoOrder) {
-    addLetters(0, "ab");
-    addLetters(1, "cd");
-    lists.BuildShuffleOrder(1);
-    lists.clear(1);
-    EXPECT_EQ(names(0), "ab");
-    EXPECT_EQ(lists.count(1), 0);
-    EXPECT_EQ(state.ShuffleOrder[1].last(), 1);
-    EXPECT_TRUE(state.ListDirty);
 }
 
 }  // namespace

@@ -25,13 +25,6 @@ TEST_F(ListFileOfTheProgram, IsReadFromTheProgramFolderWithoutTouchingTheMediaFi
     EXPECT_EQ(state.ShuffleOrder[2].last(), 0);
 }
 
-TEST_F(ListFileOfTheProgram, MakesTheLastRowOfTheCurrentFileTheCurrentEntry) {
-    state.CurrentFile = "C:\\x.mp3";
-    files.add(kFile, "C:\\a.mp3\r\n#ListB\r\nC:\\x.mp3\r\nC:\\b.mp3\r\nC:\\x.mp3\r\nC:\\X.mp3\r\n#ListA\r\nC:\\x.mp3\r\n");
-    lists.LoadListFile();
-    EXPECT_EQ(state.CurrentIndex, (std::array<int, 4>{1, 2, -1, -1}));
-}
-
 TEST_F(ListFileOfTheProgram, IsWrittenOnlyWhenSomethingChanged) {
     const std::string old = "#EXTM3U by hand\n#ListQ\nC:\\a.mp3";
     files.add(kFile, old);
@@ -143,14 +136,6 @@ TEST_F(ListFileOfTheProgram, IsNotLostWhenItCouldNotBeRead) {
     EXPECT_EQ(files.bytesOf(kFile), "#ListA\r\nC:\\a.mp3\r\nC:\\n.mp3\r\n#ListC\r\nC:\\c.mp3\r\n");
 }
 
-TEST_F(M3UFile, IsImportedBesideWhatIsThere) {
-    addLetters(1, "a");
-    files.add("D:\\m\\list.m3u", *Utf8ToShiftJis("#EXTM3U\r\n表.mp3\r\nsub\\表.mp3\r\nC:\\gone.mp3\r\n"));
-    EXPECT_TRUE(lists.ImportM3U("D:\\m\\", "list.m3u", 1));
-    EXPECT_EQ(paths(1), (Paths{"C:\\a.mp3", "D:\\m\\sub\\表.mp3", "C:\\gone.mp3"}));
-    EXPECT_FALSE(lists.ImportM3U("D:\\m\\", "none.m3u", 1));
-}
-
 TEST_F(M3UFile, GetsItsExtensionUnlessItHasIt) {
     const struct {
         const char *chosen, *written;
@@ -168,14 +153,6 @@ TEST_F(M3UFile, GetsItsExtensionUnlessItHasIt) {
     Lists fresh;
     EXPECT_FALSE(fresh.lists.ExportM3U(0, ""));
     EXPECT_TRUE(fresh.files.all.empty());
-}
-
-TEST_F(M3UFile, ExportAndImportGiveTheSameRows) {
-    const Paths rows{"C:\\表\\曲.mp3", "\\\\server\\音楽\\a.mp3", "C:\\한.mp3", "C:\\a.mp3", "C:\\a.mp3"};
-    add(0, rows);
-    lists.ExportM3U(0, "D:\\out");
-    lists.ImportM3U("D:\\", "out.m3u", 2);
-    EXPECT_EQ(paths(2), rows);
 }
 
 }  // namespace

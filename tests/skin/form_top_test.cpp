@@ -36,16 +36,6 @@ TEST_F(FormTopTest, AButtonShowsItsPressedPictureUntilItIsReleased) {
     EXPECT_EQ(at(30, 2), pixel(command(2, false)));
 }
 
-TEST_F(FormTopTest, ReleasedOutsideItDoesNothing) {
-    openFile("C:\\a.mp3");
-    state.PlayerStatus = kStop;
-    top->Form_MouseDown(1, 0, kPlayAt);
-    top->Form_MouseUp(1, 0, {18, 62});
-    EXPECT_EQ(state.PlayerStatus, kStop);
-    EXPECT_EQ(at(10, 60), pixel(playback(0, false)));
-    EXPECT_FALSE(state.ButtonHeld);
-}
-
 // What the doors to one command do in one status: played, paused, stopped, and which file is the current one.
 struct Door {
     const char* command;
@@ -151,25 +141,6 @@ TEST_F(FormTopTest, WhileAConversionRunsNothingElseActsEitherAndADropSaysSo) {
     EXPECT_EQ(state.PlayerStatus, kEncode);
 }
 
-TEST_F(FormTopTest, PlayIsAToggleThatAlsoEndsAPitchChange) {
-    openFile("C:\\a.mp3");
-    state.PlayerStatus = kStop;
-    click(kPlayAt);
-    EXPECT_EQ(state.PlayerStatus, kPlay);
-    EXPECT_EQ(state.PlayIntent, kForward);
-    click(kPauseAt);
-    EXPECT_EQ(state.PlayerStatus, kPause);
-    click(kPauseAt);
-    EXPECT_EQ(state.PlayerStatus, kPlay);
-    click({62, 62});  // high pitch
-    EXPECT_EQ(vbmp3.pitch, 130);
-    click(kPlayAt);
-    EXPECT_EQ(state.PlayerStatus, kStop);
-    EXPECT_EQ(state.PlayIntent, kNoIntent);
-    EXPECT_EQ(state.PitchMode, kNormalPitch);
-    EXPECT_EQ(vbmp3.pitch, 100);
-}
-
 TEST_F(FormTopTest, CommandsShowAndHideTheirWindows) {
     click({12, 4});
     EXPECT_TRUE(list.visible());
@@ -237,18 +208,6 @@ TEST_F(FormTopTest, LabelsStepPlayModeAndTimeMode) {
     EXPECT_EQ(state.TimeMode, 1);
     click({10, 36}, 2);
     EXPECT_EQ(state.TimeMode, 1);
-}
-
-TEST_F(FormTopTest, TheSeekBarActsInProportionWhilePlayingOrPaused) {
-    openFile("C:\\a.mp3", VBMP3_TYPE_MPEG, 200);
-    state.PlayerStatus = kStop;
-    click({100, 51});
-    EXPECT_EQ(vbmp3.count("seek 100.000000"), 0);
-    click(kPlayAt);
-    click({100, 51});
-    EXPECT_EQ(vbmp3.count("seek 100.000000"), 1);
-    EXPECT_EQ(state.PositionSeconds, 100);
-    EXPECT_EQ(at(99, 51), pixel(kBar));
 }
 
 TEST_F(FormTopTest, TheVolumeBarFollowsADragAndTheWheelStepsIt) {
@@ -351,20 +310,6 @@ TEST_F(FormTopTest, TheTrayIconTellsTheTitleAndWhilePlayingTheTimeWhenThePointer
     EXPECT_EQ(shell.trayTip, "b.mp3");
     top->unload();
     EXPECT_FALSE(shell.trayIconShown);
-}
-
-TEST_F(FormTopTest, TheFirstOfDroppedFilesPlaysWhenItsKindIsKnown) {
-    for (const char* name : {"C:\\A.MP3", "C:\\b.mp3"}) {
-        files.add(name);
-        vbmp3.addFile(name);
-    }
-    state.PlayIntent = kForward;
-    top->Form_FilesDropped({"C:\\A.MP3", "C:\\b.mp3"}, {});
-    EXPECT_EQ(state.CurrentFile, "C:\\A.MP3");
-    EXPECT_EQ(state.PlayerStatus, kPlay);
-    EXPECT_EQ(state.PlayIntent, kNoIntent);
-    top->Form_FilesDropped({"C:\\x.txt", "C:\\b.mp3"}, {});
-    EXPECT_EQ(state.CurrentFile, "C:\\A.MP3");
 }
 
 TEST_F(FormTopTest, TheMainMenuSwitchesAnimationAndSpectrum) {

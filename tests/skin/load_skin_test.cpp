@@ -41,14 +41,6 @@ TEST_F(LoadSkin, TheDefaultPackageStandsInForABrokenOne) {
     EXPECT_EQ(dialogs.messages.size(), 2u);
 }
 
-TEST_F(LoadSkin, WithoutASettingsFileTheDefaultPackageIsTakenSilently) {
-    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\n");
-    files.remove("C:\\Quenlox\\Quenlox.ini");
-    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
-    EXPECT_EQ(state.CurrentSkinFile, std::string(kFolder) + "default.tsk");
-    EXPECT_TRUE(dialogs.messages.empty());
-}
-
 TEST_F(LoadSkin, WithoutTheDefaultPackageEveryKeyTakesItsDefault) {
     files.all.clear();
     files.add("C:\\Quenlox\\Quenlox.ini", "");
@@ -135,16 +127,6 @@ TEST_F(LoadSkin, TheOperationPanelStandsInPlaceOfTheButtons) {
     top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
     EXPECT_FALSE(options.operationPanel());
     EXPECT_TRUE(top->cmdPicture[0].visible());
-}
-
-TEST_F(LoadSkin, TheVolumeLevelGrowsFromTheBottom) {
-    mixer.lines[Mixer::kSpeakers].value = 65535;
-    load();
-    click({185, 35});  // the middle of the volume bar: display D over it takes no clicks
-    EXPECT_EQ(state.VolumePercent, 50);
-    EXPECT_EQ(at(183, 34), pixel({7, 7, 7}));
-    EXPECT_EQ(at(183, 35), pixel(kLevel));
-    EXPECT_EQ(mixer.lines[Mixer::kSpeakers].value, 32768u);
 }
 
 TEST_F(LoadSkin, ASmallChangeRepaintsOnlyItsPlace) {

@@ -110,14 +110,6 @@ TEST_F(FormTagTest, ARenameThatIsRefusedIsSaidAndChangesNothing) {
     }
 }
 
-TEST_F(FormTagTest, ARenameToTheSameNameOnlyOpensTheFileAnew) {
-    files.renamesFail = true;
-    rename("song.mp3");
-    EXPECT_TRUE(dialogs.messages.empty());
-    EXPECT_EQ(vbmp3.openFile, kSong);
-    EXPECT_EQ(lists.path(0, 0), kSong);
-}
-
 TEST_F(FormTagTest, EveryViewProposesTheNameWithItsExtension) {
     EXPECT_EQ(form.TextFileName.text(), "(歌手) 夜明け.mp3");
     form.TextTitle.setText("朝");
