@@ -6,7 +6,7 @@
 #include <string>
 
 #include "libraries/vbmp3/dsp/sound_settings.h"
-#include "libraries/vbmp3/player.h"
+#include "libraries/vbmp3/player/player.h"
 #include "tests/fakes/fake_vbmp3.h"
 
 namespace quenlox {

@@ -25,7 +25,7 @@ class StuckFile : public testing::Test {
     static void inTime(const char* what, const std::function<void()>& call) {
         const auto begin = std::chrono::steady_clock::now();
         call();
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1)) << what;
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4)) << what;  // not the file's own time
     }
     bool plays() {
         const int64_t from = vbmp3_getPositionMs();
@@ -55,7 +55,7 @@ TEST_F(StuckFile, IsWaitedForByNoCall) {
         inTime("play", [] { EXPECT_EQ(vbmp3_play(), 1); });
         EXPECT_TRUE(plays()) << "another thread has taken over";
         inTime("next file", [&] { EXPECT_EQ(vbmp3_setNextFile(far_.c_str()), 1); });
-        EXPECT_EQ(vbmp3_setNextFile(dir_.path("missing").c_str()), 0);
+        EXPECT_TRUE(eventually([&] { return vbmp3_setNextFile(dir_.path("missing").c_str()) == 0; }));
         if (round == 2) inTime("free", vbmp3_free);
         share_->hangs = false;
         ASSERT_TRUE(eventually([&] { return SideThread::leftBehind() == 0; }));
