@@ -1,6 +1,7 @@
 #include "playback/media_engine.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -54,6 +55,7 @@ std::string FormatText(const vbmp3_FileInfo& info) {
 // What the disk knows of a file. Filled on another thread, which may be left to itself.
 struct MediaEngine::Found {
     std::string path;  // CurrentFile, or where its CD is now
+    std::atomic<bool> wanted = true;
     bool exists = false;
     bool rootAnswers = true;  // its drive or share is there
     bool open = false;        // in the decoding library
@@ -121,20 +123,24 @@ Opening MediaEngine::OpenMedia() {
     opening_ = true;
     const auto found = find(opened);
     const Opening opening = found ? openFound(*found, opened) : Opening{OpenResult::Superseded};
-    if (openCount_ == opened) opening_ = false;
+    if (openCount_ == opened) {
+        opening_ = false;
+        pending_.reset();
+    }
     return opening;
 }
 
 // Null when something else was asked for meanwhile.
 std::shared_ptr<const MediaEngine::Found> MediaEngine::find(int opened) {
-    const auto found = std::make_shared<Found>();
+    const auto found = pending_ = std::make_shared<Found>();
     found->path = state_.CurrentFile;
     const auto ask = [found, &files = files_, &vbmp3 = vbmp3_, drive = state_.DefaultCdDrive] {
         const MediaKind kind = KindOfExtension(LastFour(found->path));
         if (kind.base == kCdAudio) found->path = CdTrack(files, found->path, drive);
         found->exists = files.fileExists(found->path);
         if (!found->exists) found->rootAnswers = files.folderExists(JoinPath(RootOf(found->path), ""));
-        if (!found->exists || kind.base != kUnknownKind) return;
+        // A late answer must not open what is wanted no more over what is open by then.
+        if (!found->exists || kind.base != kUnknownKind || !found->wanted) return;
         found->info.size = sizeof found->info;
         found->open = vbmp3.vbmp3_open(found->path, found->info);
         if (!found->open) found->error = vbmp3.vbmp3_getLastErrorNo();
@@ -182,6 +188,7 @@ Opening MediaEngine::openFound(const Found& found, int opened) {
 
 void MediaEngine::CloseMedia() {
     open_ = false;
+    if (const auto late = std::exchange(pending_, nullptr)) late->wanted = false;
     vbmp3_.vbmp3_close();
     command("stop");
     command("close");

@@ -91,6 +91,7 @@ class MediaEngine {
     int openCount_ = 0;
     bool open_ = false;
     bool opening_ = false;
+    std::shared_ptr<Found> pending_;  // what is being asked for at the moment
     bool sought_ = false;
     std::shared_ptr<std::atomic<int>> underway_;  // the library's thread counts up
 };

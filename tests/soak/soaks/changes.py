@@ -33,8 +33,9 @@ def run(quick):
     faults = []
     with product.session("changes", midi=True) as s:
         paths = make_files(s)
-        # In the mode SINGLE only the key steps, so that the row at the end tells how many steps were made.
-        folder = product.with_lists(s, "program", paths, "[Main]\r\nPlayMode=0\r\n")
+        # In the mode SINGLE only the key steps, and it passes nothing over, so that the row at the end tells how many
+        # steps were made.
+        folder = product.with_lists(s, "program", paths, "[Main]\r\nPlayMode=0\r\n[Option]\r\nPassOver=0\r\n")
         program, window = product.start(s, folder)
         chance = random.Random(5)
         slowest, times, before = 0.0, [], None
