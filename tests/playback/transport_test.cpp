@@ -13,7 +13,7 @@ namespace {
 using NextTrack = PlayerTest;
 using PreviousTrack = PlayerTest;
 using PassingOver = PlayerTest;
-using Opening_ = PlayerTest;
+using WhileOpening = PlayerTest;
 using LetGo = PlayerTest;
 using Repeat = PlayerTest;
 
@@ -228,7 +228,7 @@ TEST_F(PassingOver, RemovalHoldsAtEveryDoor) {
     }
 }
 
-TEST_F(Opening_, WhatIsAskedForWhileAFileOpensCountsInstead) {
+TEST_F(WhileOpening, WhatIsAskedForWhileAFileOpensCountsInstead) {
     const struct {
         const char* what;
         void (*meanwhile)(Player&);
@@ -271,7 +271,7 @@ TEST_F(Opening_, WhatIsAskedForWhileAFileOpensCountsInstead) {
     }
 }
 
-TEST_F(Opening_, AFileThatCouldNotBeOpenedIsTriedAgainByPlay) {
+TEST_F(WhileOpening, AFileThatCouldNotBeOpenedIsTriedAgainByPlay) {
     fillList(1);
     files.remove("C:\\0.mp3");
     playRow(0, kSingle);
