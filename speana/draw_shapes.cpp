@@ -8,7 +8,7 @@
 namespace quenlox {
 namespace {
 
-constexpr int kWidth = PanelCanvas::kWidth, kHeight = PanelCanvas::kHeight;
+constexpr int kWidth = PanelCanvas::kWidth;
 constexpr int kMiddleX = PanelCanvas::kMiddleX, kMiddleY = PanelCanvas::kMiddleY;
 
 std::size_t At(int i) { return static_cast<std::size_t>(i); }
