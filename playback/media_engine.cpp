@@ -148,11 +148,12 @@ std::shared_ptr<const MediaEngine::Found> MediaEngine::find(int opened) {
     bool named = false;
     const auto start = std::chrono::steady_clock::now();
     const auto wanted = [&] {
+        if (openCount_ != opened || state_.ShuttingDown) return false;  // another file is shown by now
         if (!named && std::chrono::steady_clock::now() - start > kShowNameAfter) {
             named = true;
             showUnopened("");
         }
-        return openCount_ == opened && !state_.ShuttingDown;
+        return true;
     };
     return windows_.runAside(ask, wanted) ? found : nullptr;
 }

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <random>
+#include <thread>
 
 #include "tests/playback/player.h"
 
@@ -238,6 +240,12 @@ TEST_F(WhileOpening, WhatIsAskedForWhileAFileOpensCountsInstead) {
     } cases[] = {
         {"stop", [](Player& p) { p.transport.stop(); }, "C:\\1.mp3", kStop, 0},
         {"next", [](Player& p) { p.transport.NextTrack(); }, "C:\\2.mp3", kPlay, 1},
+        {"next, after a while",
+         [](Player& p) {
+             std::this_thread::sleep_for(std::chrono::milliseconds(120));  // the name has come to stand alone by then
+             p.transport.NextTrack();
+         },
+         "C:\\2.mp3", kPlay, 1},
         {"open",
          [](Player& p) {
              p.transport.open({"C:\\0.mp3", 0, 0}, kNoIntent, Transport::Start::Open);
@@ -263,6 +271,9 @@ TEST_F(WhileOpening, WhatIsAskedForWhileAFileOpensCountsInstead) {
             EXPECT_EQ(p.state.CurrentFile, c.file) << c.what;
             EXPECT_EQ(p.state.PlayerStatus, c.status) << c.what;
             EXPECT_EQ(p.vbmp3.count("play"), c.plays) << c.what;
+            if (c.status == kPlay) {
+                EXPECT_EQ(p.display.kind + " " + p.display.info, "MP3 MPEG1 Layer3 44.1kHz 128kbps") << c.what;
+            }
             // What was stopped half-way is opened by the next play.
             p.transport.play();
             EXPECT_EQ(p.vbmp3.openFile, c.file) << c.what;
