@@ -194,9 +194,11 @@ void Transport::walk(Direction direction) {
         if (attempt.plays || !options_.passOverUnplayable()) return RenewNextFile();
         if (attempt.opening.result == OpenResult::Missing && !attempt.opening.fileAtFault) deadRoots.insert(root);
     }
-    // What was shown last is the current one.
-    setCurrent({shown->path, stillThere(*shown) ? shown->list : kNoList, shown->step.index});
-    if (onTrackChanged) onTrackChanged();
+    if (state_.CurrentFile != shown->path) {
+        // Rows behind it were not asked for: what was shown last is the current one.
+        setCurrent({shown->path, stillThere(*shown) ? shown->list : kNoList, shown->step.index});
+        if (onTrackChanged) onTrackChanged();
+    }
     RenewNextFile();
 }
 
