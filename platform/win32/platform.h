@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "forms/window_host.h"
 #include "platform/crash_notes.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
@@ -15,7 +16,6 @@
 #include "platform/shell.h"
 #include "platform/text_painter.h"
 #include "platform/vbmp3.h"
-#include "forms/window_host.h"
 
 namespace quenlox {
 

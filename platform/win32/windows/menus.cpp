@@ -1,4 +1,4 @@
-#include "platform/win32/menus.h"
+#include "platform/win32/windows/menus.h"
 
 namespace quenlox::win32 {
 namespace {

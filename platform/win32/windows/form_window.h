@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "forms/control.h"
-#include "platform/win32/win32.h"
 #include "forms/window_host.h"
+#include "platform/win32/dropped_files.h"
 
 namespace quenlox::win32 {
 
@@ -24,9 +24,9 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     static void RegisterClasses();
     static std::shared_ptr<FormWindow> FromHandle(HWND window);  // null when it is none of ours
 
-    virtual void create() = 0;    // the window and its controls, hidden
-    virtual void realised();      // places and arranges them, and shows the window if the form is visible
-    void detach();  // the form lets go of the window; it is destroyed
+    virtual void create() = 0;  // the window and its controls, hidden
+    virtual void realised();    // places and arranges them, and shows the window if the form is visible
+    void detach();              // the form lets go of the window; it is destroyed
     HWND handle() const { return window_; }
 
     // As FormHost.
@@ -53,14 +53,14 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     using Result = std::optional<LRESULT>;  // nothing: the system's default handling follows
 
     virtual Result answer(UINT message, WPARAM w, LPARAM l);
-    virtual void sized() {}  // the client area has another size
-    virtual Size windowSize() const = 0;  // of the whole window in pixels, for the size of the form in twips
+    virtual void sized() {}                        // the client area has another size
+    virtual Size windowSize() const = 0;           // of the whole window in pixels, for the size of the form in twips
     virtual Size formSize(Size window) const = 0;  // the inverse, twips
     virtual int scale() const { return 1; }
 
     void createWindow(const wchar_t* className, DWORD style, DWORD extendedStyle, HWND owner);
-    void placeWindow();            // as the form says
-    void tellPlace(bool byUser);   // as the window stands
+    void placeWindow();           // as the form says
+    void tellPlace(bool byUser);  // as the window stands
     void bringOntoScreen();
     Form* form() const { return form_; }
     WindowSystemWin32& system() const { return system_; }
@@ -85,16 +85,11 @@ class FormWindow : public std::enable_shared_from_this<FormWindow> {
     bool ready_ = false;    // before, messages come from the window's making and not from the user
     bool placing_ = false;  // the place is being set by the program, so it is not reported back
     bool dragging_ = false;
-    POINT grip_{};          // where the pointer holds the window while it is dragged
+    POINT grip_{};  // where the pointer holds the window while it is dragged
     int wheelRest_ = 0;
     WPARAM mediaHeld_ = 0;
-    WPARAM mediaKey_ = 0;   // a media key that has been reported and may come again as a command
+    WPARAM mediaKey_ = 0;  // a media key that has been reported and may come again as a command
 };
-
-// The names of files that were dropped; ends the drop.
-std::vector<std::string> DroppedFiles(HDROP drop, POINT* at);
-// Lets a window receive files, also from an Explorer with fewer rights.
-void AcceptFiles(HWND window);
 
 inline constexpr wchar_t kSkinnedClass[] = L"Quenlox.Skinned";
 inline constexpr wchar_t kDialogClass[] = L"Quenlox.Dialog";

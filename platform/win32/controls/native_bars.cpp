@@ -1,7 +1,7 @@
 // The toolbar and the row of tabs.
 #include <algorithm>
 
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
 namespace {
@@ -10,9 +10,9 @@ constexpr int kFirstButton = 0x3000;  // command numbers of toolbar buttons, apa
 
 class NativeToolbar : public NativeControl {
   public:
-    NativeToolbar(DialogWindow& dialog, Toolbar& bar)
+    NativeToolbar(ControlHost& host, Toolbar& bar)
         : NativeControl(
-              dialog, bar,
+              host, bar,
               {TOOLBARCLASSNAMEW, WS_TABSTOP | TBSTYLE_FLAT | TBSTYLE_LIST | TBSTYLE_TOOLTIPS | TBSTYLE_TRANSPARENT |
                                       CCS_NODIVIDER | CCS_NOPARENTALIGN | CCS_NORESIZE}),
           bar_(bar) {
@@ -91,8 +91,8 @@ class NativeToolbar : public NativeControl {
 // Only as high as the tabs: what lies on the pages stands on the window's own background, below.
 class NativeTabStrip : public NativeControl {
   public:
-    NativeTabStrip(DialogWindow& dialog, TabStrip& tabs)
-        : NativeControl(dialog, tabs, {WC_TABCONTROLW, WS_TABSTOP}), tabs_(tabs) {
+    NativeTabStrip(ControlHost& host, TabStrip& tabs)
+        : NativeControl(host, tabs, {WC_TABCONTROLW, WS_TABSTOP}), tabs_(tabs) {
         int number = 0;
         for (const std::string& text : tabs.tabs()) {
             std::wstring wide = Wide(text);
@@ -133,9 +133,9 @@ class NativeTabStrip : public NativeControl {
 
 }  // namespace
 
-std::unique_ptr<NativeControl> MakeNativeBar(DialogWindow& dialog, Control& control) {
-    if (auto* bar = dynamic_cast<Toolbar*>(&control)) return std::make_unique<NativeToolbar>(dialog, *bar);
-    if (auto* tabs = dynamic_cast<TabStrip*>(&control)) return std::make_unique<NativeTabStrip>(dialog, *tabs);
+std::unique_ptr<NativeControl> MakeNativeBar(ControlHost& host, Control& control) {
+    if (auto* bar = dynamic_cast<Toolbar*>(&control)) return std::make_unique<NativeToolbar>(host, *bar);
+    if (auto* tabs = dynamic_cast<TabStrip*>(&control)) return std::make_unique<NativeTabStrip>(host, *tabs);
     return nullptr;
 }
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/win32/win32.h"
 #include "forms/window_host.h"
+#include "platform/win32/win32.h"
 
 namespace quenlox::win32 {
 

@@ -1,15 +1,15 @@
 // Scroll bars, shown as the system's sliders, which the keyboard and the wheel move; and progress bars.
 #include <windowsx.h>
 
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
 namespace {
 
 class NativeSlider : public NativeControl {
   public:
-    NativeSlider(DialogWindow& dialog, ScrollBar& bar)
-        : NativeControl(dialog, bar,
+    NativeSlider(ControlHost& host, ScrollBar& bar)
+        : NativeControl(host, bar,
                         {TRACKBAR_CLASSW, static_cast<DWORD>(WS_TABSTOP | TBS_NOTICKS | TBS_BOTH |
                                                              (IsVertical(bar) ? TBS_VERT : TBS_HORZ))}),
           bar_(bar) {
@@ -80,8 +80,8 @@ class NativeSlider : public NativeControl {
 
 class NativeProgressBar : public NativeControl {
   public:
-    NativeProgressBar(DialogWindow& dialog, ProgressBar& bar)
-        : NativeControl(dialog, bar, {PROGRESS_CLASSW, PBS_SMOOTH}), bar_(bar) {
+    NativeProgressBar(ControlHost& host, ProgressBar& bar)
+        : NativeControl(host, bar, {PROGRESS_CLASSW, PBS_SMOOTH}), bar_(bar) {
         send(PBM_SETRANGE32, 0, LPARAM{1000});
         showValue();
     }
@@ -107,9 +107,9 @@ class NativeProgressBar : public NativeControl {
 
 }  // namespace
 
-std::unique_ptr<NativeControl> MakeNativeSlider(DialogWindow& dialog, Control& control) {
-    if (auto* bar = dynamic_cast<ScrollBar*>(&control)) return std::make_unique<NativeSlider>(dialog, *bar);
-    if (auto* bar = dynamic_cast<ProgressBar*>(&control)) return std::make_unique<NativeProgressBar>(dialog, *bar);
+std::unique_ptr<NativeControl> MakeNativeSlider(ControlHost& host, Control& control) {
+    if (auto* bar = dynamic_cast<ScrollBar*>(&control)) return std::make_unique<NativeSlider>(host, *bar);
+    if (auto* bar = dynamic_cast<ProgressBar*>(&control)) return std::make_unique<NativeProgressBar>(host, *bar);
     return nullptr;
 }
 

@@ -1,4 +1,4 @@
-#include "platform/win32/native_list_drag.h"
+#include "platform/win32/controls/native_list_drag.h"
 
 #include <windowsx.h>
 
@@ -73,22 +73,14 @@ void NativeListDrag::end(bool dropped) {
 
 std::optional<LRESULT> NativeListDrag::intercept(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
-        case WM_MOUSEMOVE:
-            follow({GET_X_LPARAM(l), GET_Y_LPARAM(l)});
-            return 0;
-        case WM_LBUTTONUP:
-            end(true);
-            return 0;
-        case WM_RBUTTONDOWN:
-            end(false);
-            return 0;
+        case WM_MOUSEMOVE: follow({GET_X_LPARAM(l), GET_Y_LPARAM(l)}); return 0;
+        case WM_LBUTTONUP: end(true); return 0;
+        case WM_RBUTTONDOWN: end(false); return 0;
         case WM_KEYDOWN:
             if (w != VK_ESCAPE) return {};
             end(false);
             return 0;
-        case WM_CAPTURECHANGED:
-            end(false);
-            return {};
+        case WM_CAPTURECHANGED: end(false); return {};
         case WM_TIMER: {
             if (w != kScrollTimer) return {};
             POINT at{};
@@ -103,8 +95,7 @@ std::optional<LRESULT> NativeListDrag::intercept(UINT message, WPARAM w, LPARAM 
             if (at.y < row.top || at.y >= client.bottom) follow(at);
             return 0;
         }
-        default:
-            return {};
+        default: return {};
     }
 }
 

@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "platform/vbmp3.h"
-#include "platform/win32/library.h"
 #include "platform/win32/platform.h"
+#include "platform/win32/services/library.h"
 
 namespace quenlox::win32 {
 namespace {

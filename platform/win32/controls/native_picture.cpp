@@ -1,7 +1,7 @@
 // A picture of the form as a child window of its own.
 #include <windowsx.h>
 
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/controls/native_control.h"
 #include "platform/win32/paint.h"
 
 namespace quenlox::win32 {
@@ -30,7 +30,7 @@ const wchar_t* PictureClass() {
 
 class NativePicture : public NativeControl {
   public:
-    NativePicture(DialogWindow& dialog, PictureBox& box) : NativeControl(dialog, box, {PictureClass(), 0}), box_(box) {
+    NativePicture(ControlHost& host, PictureBox& box) : NativeControl(host, box, {PictureClass(), 0}), box_(box) {
         subclass();
     }
 
@@ -46,14 +46,9 @@ class NativePicture : public NativeControl {
   protected:
     std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) override {
         switch (message) {
-            case WM_PAINT:
-                PaintWindow(window(), &box_.surface(), 1, box_.backColor());
-                return 0;
-            case WM_ERASEBKGND:
-                return TRUE;
-            case WM_SIZE:
-                fit();
-                return 0;
+            case WM_PAINT: PaintWindow(window(), &box_.surface(), 1, box_.backColor()); return 0;
+            case WM_ERASEBKGND: return TRUE;
+            case WM_SIZE: fit(); return 0;
             case WM_LBUTTONDOWN:
             case WM_RBUTTONDOWN:
                 SetCapture(window());
@@ -71,11 +66,8 @@ class NativePicture : public NativeControl {
                     tell(box_.onMouseDown, 1, l);
                 }
                 return 0;
-            case WM_MOUSEMOVE:
-                tell(box_.onMouseMove, w & MK_LBUTTON ? 1 : w & MK_RBUTTON ? 2 : 0, l);
-                return 0;
-            default:
-                return {};
+            case WM_MOUSEMOVE: tell(box_.onMouseMove, w & MK_LBUTTON ? 1 : w & MK_RBUTTON ? 2 : 0, l); return 0;
+            default: return {};
         }
     }
 
@@ -103,8 +95,8 @@ class NativePicture : public NativeControl {
 
 }  // namespace
 
-std::unique_ptr<NativeControl> MakeNativePicture(DialogWindow& dialog, Control& control) {
-    if (auto* box = dynamic_cast<PictureBox*>(&control)) return std::make_unique<NativePicture>(dialog, *box);
+std::unique_ptr<NativeControl> MakeNativePicture(ControlHost& host, Control& control) {
+    if (auto* box = dynamic_cast<PictureBox*>(&control)) return std::make_unique<NativePicture>(host, *box);
     return nullptr;
 }
 

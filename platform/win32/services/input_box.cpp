@@ -1,6 +1,6 @@
 #include <vector>
 
-#include "platform/win32/dialogs.h"
+#include "platform/win32/services/dialogs.h"
 
 namespace quenlox::win32 {
 namespace {

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "forms/accessible_part.h"
-#include "platform/win32/accessible.h"
-#include "platform/win32/form_window.h"
+#include "platform/win32/windows/accessible.h"
+#include "platform/win32/windows/form_window.h"
 
 namespace quenlox::win32 {
 

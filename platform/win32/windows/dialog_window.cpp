@@ -1,10 +1,10 @@
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/windows/dialog_window.h"
 
 #include <algorithm>
 
 #include "forms/form.h"
-#include "platform/win32/menus.h"
-#include "platform/win32/window_system.h"
+#include "platform/win32/windows/menus.h"
+#include "platform/win32/windows/window_system.h"
 
 namespace quenlox::win32 {
 namespace {
@@ -216,8 +216,7 @@ void DialogWindow::controlRemoved(Control& control) {
     FormWindow::controlRemoved(control);
     const auto found = natives_.find(&control);
     if (found == natives_.end()) return;
-    found->second->removed_ = true;
-    DestroyWindow(found->second->window());
+    found->second->removed();
     removed_.push_back(std::move(found->second));
     natives_.erase(found);
     pages_.erase(&control);
@@ -344,8 +343,7 @@ FormWindow::Result DialogWindow::focusChanged(UINT message, WPARAM w) {
 
 FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
-        case WM_COMMAND:
-            return command(w, l);
+        case WM_COMMAND: return command(w, l);
         case WM_NOTIFY: {
             auto& header = *reinterpret_cast<NMHDR*>(l);
             NativeControl* found = nativeOf(header.hwndFrom);
@@ -365,26 +363,18 @@ FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
             return TRUE;
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLOREDIT:
-        case WM_CTLCOLORLISTBOX:
-            return color(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
+        case WM_CTLCOLORLISTBOX: return color(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
         case WM_CONTEXTMENU:
             if (NativeControl* found = nativeOf(reinterpret_cast<HWND>(w))) {
                 found->contextMenu({static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))});
                 return 0;
             }
             return {};
-        case DM_GETDEFID:
-            return MAKELRESULT(IDOK, DC_HASDEFID);
-        case WM_GETMINMAXINFO:
-            limitSize(*reinterpret_cast<MINMAXINFO*>(l));
-            return 0;
+        case DM_GETDEFID: return MAKELRESULT(IDOK, DC_HASDEFID);
+        case WM_GETMINMAXINFO: limitSize(*reinterpret_cast<MINMAXINFO*>(l)); return 0;
         case WM_ACTIVATE:
-        case WM_SETFOCUS:
-            FormWindow::answer(message, w, l);
-            return focusChanged(message, w);
-        case WM_DPICHANGED:
-            dpiChanged(*reinterpret_cast<const RECT*>(l));
-            return 0;
+        case WM_SETFOCUS: FormWindow::answer(message, w, l); return focusChanged(message, w);
+        case WM_DPICHANGED: dpiChanged(*reinterpret_cast<const RECT*>(l)); return 0;
         case WM_SETTINGCHANGE:
             if (w == SPI_SETNONCLIENTMETRICS) {
                 makeFonts();
@@ -393,8 +383,7 @@ FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
                 arrange();
             }
             return {};
-        default:
-            return FormWindow::answer(message, w, l);
+        default: return FormWindow::answer(message, w, l);
     }
 }
 

@@ -3,16 +3,12 @@
 // window is not taken for the user's doing.
 #pragma once
 
-
 #include <memory>
 #include <optional>
 
-#include "forms/control.h"
-#include "platform/win32/win32.h"
+#include "platform/win32/controls/control_host.h"
 
 namespace quenlox::win32 {
-
-class DialogWindow;
 
 class NativeControl {
   public:
@@ -29,16 +25,17 @@ class NativeControl {
     virtual Size wish() const = 0;
     virtual void command(WORD code, WORD id) { (void)code, (void)id; }  // WM_COMMAND
     virtual std::optional<LRESULT> notify(NMHDR& header) { return (void)header, std::nullopt; }
-    virtual void scrolled(WORD code) { (void)code; }                   // WM_HSCROLL, WM_VSCROLL
-    virtual void draw(const DRAWITEMSTRUCT& item) { (void)item; }      // WM_DRAWITEM
+    virtual void scrolled(WORD code) { (void)code; }                      // WM_HSCROLL, WM_VSCROLL
+    virtual void draw(const DRAWITEMSTRUCT& item) { (void)item; }         // WM_DRAWITEM
     virtual bool takesKey(WPARAM key) const { return (void)key, false; }  // a key that the dialog would take
-    virtual bool pressed() { return false; }                           // Enter on a button
+    virtual bool pressed() { return false; }                              // Enter on a button
     virtual void contextMenu(POINT screen) { (void)screen; }
     virtual void fontChanged();
-    virtual bool isTransparent() const { return false; }               // lies on the background of the window
+    virtual bool isTransparent() const { return false; }  // lies on the background of the window
     void place(HDWP* moves);
     bool shown() const;
     bool alive() const;  // the form still has this control
+    void removed();      // the form has it no longer, perhaps while one of its messages is being handled
 
   protected:
     struct Style {
@@ -46,7 +43,7 @@ class NativeControl {
         DWORD style = 0;
         DWORD extended = 0;
     };
-    NativeControl(DialogWindow& dialog, Control& control, Style style);
+    NativeControl(ControlHost& host, Control& control, Style style);
 
     // While one of these lives, messages of the window are echoes of the program's own doing.
     class Applying {
@@ -64,7 +61,7 @@ class NativeControl {
     };
     bool applying() const { return applying_; }
 
-    DialogWindow& dialog() const { return dialog_; }
+    ControlHost& host() const { return host_; }
     HFONT font() const;
     LRESULT send(UINT message, WPARAM w = 0, LPARAM l = 0) const { return SendMessageW(window_, message, w, l); }
     LRESULT send(UINT message, WPARAM w, const void* l) const { return send(message, w, reinterpret_cast<LPARAM>(l)); }
@@ -72,18 +69,17 @@ class NativeControl {
     Size textSize(const std::wstring& text, int width = 0) const;  // width: where lines are broken
     int horizontal(int units) const;                               // dialog units to pixels
     int vertical(int units) const;
-    void subclass();                                               // messages of the window then come to intercept()
+    void subclass();  // messages of the window then come to intercept()
     virtual std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) {
         return (void)message, (void)w, (void)l, std::nullopt;
     }
 
   private:
-    friend class DialogWindow;
     static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                      DWORD_PTR data) noexcept;
     void setTooltip();
 
-    DialogWindow& dialog_;
+    ControlHost& host_;
     Control& control_;
     HWND window_ = nullptr;
     bool applying_ = false;
@@ -92,15 +88,15 @@ class NativeControl {
 };
 
 // Null for what has no window: timers.
-std::unique_ptr<NativeControl> MakeNativeControl(DialogWindow& dialog, Control& control);
+std::unique_ptr<NativeControl> MakeNativeControl(ControlHost& host, Control& control);
 
 // One maker for each kind, beside its class; null when the control is of another kind.
-std::unique_ptr<NativeControl> MakeNativeButton(DialogWindow& dialog, Control& control);     // also labels and frames
-std::unique_ptr<NativeControl> MakeNativeText(DialogWindow& dialog, Control& control);       // text and combo boxes
-std::unique_ptr<NativeControl> MakeNativeSlider(DialogWindow& dialog, Control& control);     // also the progress bar
-std::unique_ptr<NativeControl> MakeNativePicture(DialogWindow& dialog, Control& control);
-std::unique_ptr<NativeControl> MakeNativeBar(DialogWindow& dialog, Control& control);        // toolbar and tabs
-std::unique_ptr<NativeControl> MakeNativeDriveBox(DialogWindow& dialog, Control& control);
-std::unique_ptr<NativeControl> MakeNativeListView(DialogWindow& dialog, Control& control);
+std::unique_ptr<NativeControl> MakeNativeButton(ControlHost& host, Control& control);  // also labels and frames
+std::unique_ptr<NativeControl> MakeNativeText(ControlHost& host, Control& control);    // text and combo boxes
+std::unique_ptr<NativeControl> MakeNativeSlider(ControlHost& host, Control& control);  // also the progress bar
+std::unique_ptr<NativeControl> MakeNativePicture(ControlHost& host, Control& control);
+std::unique_ptr<NativeControl> MakeNativeBar(ControlHost& host, Control& control);  // toolbar and tabs
+std::unique_ptr<NativeControl> MakeNativeDriveBox(ControlHost& host, Control& control);
+std::unique_ptr<NativeControl> MakeNativeListView(ControlHost& host, Control& control);
 
 }  // namespace quenlox::win32

@@ -1,52 +1,28 @@
-#include "platform/win32/form_window.h"
+#include "platform/win32/windows/form_window.h"
 
 #include <windowsx.h>
 
 #include "forms/form.h"
 #include "forms/placement.h"
-#include "platform/win32/menus.h"
-#include "platform/win32/window_system.h"
+#include "platform/win32/windows/menus.h"
+#include "platform/win32/windows/window_system.h"
 
 namespace quenlox::win32 {
 namespace {
 
 constexpr int kSnapDistance = 10;
-constexpr UINT kCopyGlobalData = 0x0049;  // carries the names of a drop between processes
 
 struct MediaCommand {
     int command;  // the first of a key is what the key alone means
     WPARAM key;
 };
 constexpr MediaCommand kMediaCommands[] = {
-    {APPCOMMAND_MEDIA_PLAY_PAUSE, VK_MEDIA_PLAY_PAUSE},
-    {APPCOMMAND_MEDIA_PLAY, VK_MEDIA_PLAY_PAUSE},
-    {APPCOMMAND_MEDIA_PAUSE, VK_MEDIA_PLAY_PAUSE},
-    {APPCOMMAND_MEDIA_STOP, VK_MEDIA_STOP},
-    {APPCOMMAND_MEDIA_NEXTTRACK, VK_MEDIA_NEXT_TRACK},
-    {APPCOMMAND_MEDIA_PREVIOUSTRACK, VK_MEDIA_PREV_TRACK},
+    {APPCOMMAND_MEDIA_PLAY_PAUSE, VK_MEDIA_PLAY_PAUSE}, {APPCOMMAND_MEDIA_PLAY, VK_MEDIA_PLAY_PAUSE},
+    {APPCOMMAND_MEDIA_PAUSE, VK_MEDIA_PLAY_PAUSE},      {APPCOMMAND_MEDIA_STOP, VK_MEDIA_STOP},
+    {APPCOMMAND_MEDIA_NEXTTRACK, VK_MEDIA_NEXT_TRACK},  {APPCOMMAND_MEDIA_PREVIOUSTRACK, VK_MEDIA_PREV_TRACK},
 };
 
 }  // namespace
-
-std::vector<std::string> DroppedFiles(HDROP drop, POINT* at) {
-    std::vector<std::string> files;
-    if (at) DragQueryPoint(drop, at);
-    const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
-    for (UINT i = 0; i < count; ++i) {
-        std::wstring name(DragQueryFileW(drop, i, nullptr, 0) + 1, L'\0');
-        name.resize(DragQueryFileW(drop, i, name.data(), static_cast<UINT>(name.size())));
-        files.push_back(Narrow(name));
-    }
-    DragFinish(drop);
-    return files;
-}
-
-void AcceptFiles(HWND window) {
-    DragAcceptFiles(window, TRUE);
-    for (const UINT message : {static_cast<UINT>(WM_DROPFILES), static_cast<UINT>(WM_COPYDATA), kCopyGlobalData}) {
-        ChangeWindowMessageFilterEx(window, message, MSGFLT_ALLOW, nullptr);
-    }
-}
 
 FormWindow::FormWindow(WindowSystemWin32& system, Form& form) : system_(system), form_(&form) {}
 
@@ -97,26 +73,17 @@ void FormWindow::detach() {
 void FormWindow::formChanged(FormProperty property) {
     if (!attached()) return;
     switch (property) {
-        case FormProperty::Caption:
-            SetWindowTextW(window_, Wide(form_->caption()).c_str());
-            break;
-        case FormProperty::Place:
-            placeWindow();
-            break;
-        case FormProperty::Visible:
-            show(form_->visible());
-            break;
+        case FormProperty::Caption: SetWindowTextW(window_, Wide(form_->caption()).c_str()); break;
+        case FormProperty::Place: placeWindow(); break;
+        case FormProperty::Visible: show(form_->visible()); break;
         case FormProperty::Topmost:
             SetWindowPos(window_, form_->topmost() ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
                          SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
             break;
-        case FormProperty::Picture:
-            InvalidateRect(window_, nullptr, FALSE);
-            break;
+        case FormProperty::Picture: InvalidateRect(window_, nullptr, FALSE); break;
         case FormProperty::Region:
         case FormProperty::Menu:
-        case FormProperty::Layout:
-            break;
+        case FormProperty::Layout: break;
     }
 }
 
@@ -324,14 +291,9 @@ bool FormWindow::preview(MSG& message) {
 
 FormWindow::Result FormWindow::answer(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
-        case WM_TIMER:
-            timerDue(w);
-            return 0;
-        case WM_CLOSE:
-            form_->unload();
-            return 0;
-        case WM_QUERYENDSESSION:
-            return TRUE;
+        case WM_TIMER: timerDue(w); return 0;
+        case WM_CLOSE: form_->unload(); return 0;
+        case WM_QUERYENDSESSION: return TRUE;
         case WM_ENDSESSION:
             if (w) system_.endSession();
             return 0;
@@ -355,9 +317,7 @@ FormWindow::Result FormWindow::answer(UINT message, WPARAM w, LPARAM l) {
             dragging_ = true;
             return {};
         }
-        case WM_EXITSIZEMOVE:
-            dragging_ = false;
-            return {};
+        case WM_EXITSIZEMOVE: dragging_ = false; return {};
         case WM_MOVING:
             if (!dragging_) return {};
             moving(*reinterpret_cast<RECT*>(l));
@@ -365,15 +325,10 @@ FormWindow::Result FormWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_DISPLAYCHANGE:
             if (IsWindowVisible(window_)) bringOntoScreen();
             return {};
-        case WM_DROPFILES:
-            filesDropped(reinterpret_cast<HDROP>(w));
-            return 0;
-        case WM_MOUSEWHEEL:
-            return wheel(w, l);
-        case WM_APPCOMMAND:
-            return appCommand(l);
-        default:
-            return {};
+        case WM_DROPFILES: filesDropped(reinterpret_cast<HDROP>(w)); return 0;
+        case WM_MOUSEWHEEL: return wheel(w, l);
+        case WM_APPCOMMAND: return appCommand(l);
+        default: return {};
     }
 }
 

@@ -7,12 +7,12 @@
 #include <unordered_map>
 
 #include "forms/layout.h"
-#include "platform/win32/form_window.h"
-#include "platform/win32/native_control.h"
+#include "platform/win32/controls/native_control.h"
+#include "platform/win32/windows/form_window.h"
 
 namespace quenlox::win32 {
 
-class DialogWindow : public FormWindow {
+class DialogWindow : public FormWindow, public ControlHost {
   public:
     using FormWindow::FormWindow;
     ~DialogWindow() override;
@@ -23,14 +23,15 @@ class DialogWindow : public FormWindow {
     void controlRemoved(Control& control) override;
     bool preview(MSG& message) override;
 
-    // For the native controls.
-    UINT dpi() const { return GetDpiForWindow(handle()); }
-    HFONT font() const { return font_.get(); }
-    HFONT fontFor(const Font& font);  // a font of the form's own choice, at the monitor's resolution
-    DialogUnits units() const { return units_; }
-    bool onShownPage(const Control& control) const;
-    HWND tooltips() const { return tooltips_; }
-    bool alive() const { return attached(); }
+    HWND hostWindow() const override { return handle(); }
+    UINT dpi() const override { return GetDpiForWindow(handle()); }
+    HFONT font() const override { return font_.get(); }
+    HFONT fontFor(const Font& font) override;
+    DialogUnits units() const override { return units_; }
+    bool onShownPage(const Control& control) const override;
+    HWND tooltips() const override { return tooltips_; }
+    bool alive() const override { return attached(); }
+    std::shared_ptr<const void> keepAlive() override { return shared_from_this(); }
 
   protected:
     Result answer(UINT message, WPARAM w, LPARAM l) override;

@@ -1,10 +1,10 @@
-#include "platform/win32/native_list_view.h"
+#include "platform/win32/controls/native_list_view.h"
 
 #include <windowsx.h>
 
 #include <algorithm>
 
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/dropped_files.h"
 
 namespace quenlox::win32 {
 namespace {
@@ -24,8 +24,8 @@ constexpr int kTextMargin = 16;  // on both sides of a text together
 
 }  // namespace
 
-NativeListView::NativeListView(DialogWindow& dialog, ListView& view)
-    : NativeControl(dialog, view, {WC_LISTVIEWW, StyleOf(view), WS_EX_CLIENTEDGE}), view_(view) {
+NativeListView::NativeListView(ControlHost& host, ListView& view)
+    : NativeControl(host, view, {WC_LISTVIEWW, StyleOf(view), WS_EX_CLIENTEDGE}), view_(view) {
     send(LVM_SETEXTENDEDLISTVIEWSTYLE, kExtendedStyle, LPARAM{kExtendedStyle});
     makeBoldFont();
     makeIcons();
@@ -41,7 +41,7 @@ NativeListView::~NativeListView() {
 
 // The pictures before the rows; without any, an empty one that gives the rows some air.
 void NativeListView::makeIcons() {
-    const int side = GetSystemMetricsForDpi(SM_CXSMICON, dialog().dpi());
+    const int side = GetSystemMetricsForDpi(SM_CXSMICON, host().dpi());
     const int height = std::max(view_.iconOf ? side : 0, textSize(L"あ").height + scaled(kRowAir));
     HIMAGELIST made = ImageList_Create(view_.iconOf ? side : 1, height, ILC_COLOR32 | ILC_MASK, 2, 0);
     for (const UINT open : {0u, static_cast<UINT>(SHGFI_OPENICON)}) {  // in the order of ListView::Icon
@@ -72,7 +72,7 @@ void NativeListView::redrawRows() {
     if (first <= last) send(LVM_REDRAWITEMS, static_cast<WPARAM>(first), static_cast<LPARAM>(last));
 }
 
-int NativeListView::scaled(int pixelsAt96) const { return MulDiv(pixelsAt96, static_cast<int>(dialog().dpi()), 96); }
+int NativeListView::scaled(int pixelsAt96) const { return MulDiv(pixelsAt96, static_cast<int>(host().dpi()), 96); }
 
 Size NativeListView::wish() const {
     return view_.hasHeader ? Size{horizontal(180), vertical(100)} : Size{horizontal(90), vertical(60)};
@@ -88,12 +88,8 @@ void NativeListView::fontChanged() {
 
 void NativeListView::changed(Property property) {
     switch (property) {
-        case Property::Items:
-            showColumns();
-            break;
-        case Property::Range:
-            showRowCount();
-            break;
+        case Property::Items: showColumns(); break;
+        case Property::Range: showRowCount(); break;
         case Property::Selection:
             if (!takingRow_) showSelection();
             ++selectionChanges_;
@@ -102,14 +98,9 @@ void NativeListView::changed(Property property) {
             showFocus();
             if (view_.iconOf) InvalidateRect(window(), nullptr, FALSE);
             break;
-        case Property::Picture:
-            redrawRows();
-            break;
-        case Property::Scroll:
-            send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(view_.rowToShow()), LPARAM{FALSE});
-            break;
-        default:
-            NativeControl::changed(property);
+        case Property::Picture: redrawRows(); break;
+        case Property::Scroll: send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(view_.rowToShow()), LPARAM{FALSE}); break;
+        default: NativeControl::changed(property);
     }
 }
 
@@ -156,7 +147,7 @@ void NativeListView::fitColumn() {
     const int row = view_.longestRow ? view_.longestRow() : -1;
     int needed = 0;
     if (row >= 0 && view_.textOf) {
-        const int icon = view_.iconOf ? GetSystemMetricsForDpi(SM_CXSMICON, dialog().dpi()) : 0;
+        const int icon = view_.iconOf ? GetSystemMetricsForDpi(SM_CXSMICON, host().dpi()) : 0;
         const int steps = view_.levelOf ? view_.levelOf(row) + 1 : 1;
         needed = textSize(Wide(view_.textOf(row, 0))).width + steps * icon + scaled(kTextMargin);
     }
@@ -270,7 +261,7 @@ void NativeListView::takeColumnWidth(const NMHEADERW& change) {
     if (applying() || !change.pitem || !(change.pitem->mask & HDI_WIDTH)) return;
     const auto column = static_cast<std::size_t>(change.iItem);
     if (column >= columns_.size() || columns_[column].width == ListView::kAsWideAsNeeded) return;
-    const int width = MulDiv(change.pitem->cxy, 96, static_cast<int>(dialog().dpi()));
+    const int width = MulDiv(change.pitem->cxy, 96, static_cast<int>(host().dpi()));
     columns_[column].width = width;
     view_.setColumnWidth(change.iItem, width);
 }
@@ -296,8 +287,7 @@ LRESULT NativeListView::findRow(const NMLVFINDITEMW& search) const {
 
 LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
     switch (draw.nmcd.dwDrawStage) {
-        case CDDS_PREPAINT:
-            return CDRF_NOTIFYITEMDRAW | (drag_.active() ? CDRF_NOTIFYPOSTPAINT : 0);
+        case CDDS_PREPAINT: return CDRF_NOTIFYITEMDRAW | (drag_.active() ? CDRF_NOTIFYPOSTPAINT : 0);
         case CDDS_ITEMPREPAINT: {
             const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
             if (row >= view_.rowCount()) return CDRF_DODEFAULT;
@@ -306,11 +296,8 @@ LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
             SelectObject(draw.nmcd.hdc, bold_.get());
             return CDRF_NEWFONT;
         }
-        case CDDS_POSTPAINT:
-            drag_.paintMark(draw.nmcd.hdc);
-            return CDRF_DODEFAULT;
-        default:
-            return CDRF_DODEFAULT;
+        case CDDS_POSTPAINT: drag_.paintMark(draw.nmcd.hdc); return CDRF_DODEFAULT;
+        default: return CDRF_DODEFAULT;
     }
 }
 
@@ -338,13 +325,9 @@ void NativeListView::paintEmptyText() const {
 
 std::optional<LRESULT> NativeListView::notify(NMHDR& header) {
     switch (header.code) {
-        case static_cast<UINT>(LVN_GETDISPINFOW):
-            giveText(reinterpret_cast<NMLVDISPINFOW&>(header));
-            return 0;
-        case static_cast<UINT>(LVN_ODFINDITEMW):
-            return findRow(reinterpret_cast<NMLVFINDITEMW&>(header));
-        case static_cast<UINT>(NM_CUSTOMDRAW):
-            return customDraw(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
+        case static_cast<UINT>(LVN_GETDISPINFOW): giveText(reinterpret_cast<NMLVDISPINFOW&>(header)); return 0;
+        case static_cast<UINT>(LVN_ODFINDITEMW): return findRow(reinterpret_cast<NMLVFINDITEMW&>(header));
+        case static_cast<UINT>(NM_CUSTOMDRAW): return customDraw(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
         case static_cast<UINT>(LVN_ITEMCHANGED):
             if (!applying()) takeItemChange(reinterpret_cast<NMLISTVIEW&>(header));
             return 0;
@@ -369,8 +352,7 @@ std::optional<LRESULT> NativeListView::notify(NMHDR& header) {
                 });
             }
             return 0;
-        default:
-            return {};
+        default: return {};
     }
 }
 
@@ -446,13 +428,12 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
                 takeColumnWidth(*reinterpret_cast<const NMHEADERW*>(l));
             return {};
         }
-        default:
-            return {};
+        default: return {};
     }
 }
 
-std::unique_ptr<NativeControl> MakeNativeListView(DialogWindow& dialog, Control& control) {
-    if (auto* view = dynamic_cast<ListView*>(&control)) return std::make_unique<NativeListView>(dialog, *view);
+std::unique_ptr<NativeControl> MakeNativeListView(ControlHost& host, Control& control) {
+    if (auto* view = dynamic_cast<ListView*>(&control)) return std::make_unique<NativeListView>(host, *view);
     return nullptr;
 }
 

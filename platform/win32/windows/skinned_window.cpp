@@ -1,13 +1,13 @@
-#include "platform/win32/skinned_window.h"
+#include "platform/win32/windows/skinned_window.h"
 
 #include <windowsx.h>
 
 #include <algorithm>
 
 #include "forms/form.h"
-#include "platform/win32/accessible.h"
 #include "platform/win32/paint.h"
-#include "platform/win32/window_system.h"
+#include "platform/win32/windows/accessible.h"
+#include "platform/win32/windows/window_system.h"
 
 namespace quenlox::win32 {
 namespace {
@@ -206,19 +206,11 @@ FormWindow::Result SkinnedWindow::mouse(UINT message, WPARAM w, LPARAM l) {
     relayToTooltip(message, w, l);
     switch (message) {
         case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK:
-            press(1, at, message == WM_LBUTTONDBLCLK);
-            return 0;
+        case WM_LBUTTONDBLCLK: press(1, at, message == WM_LBUTTONDBLCLK); return 0;
         case WM_RBUTTONDOWN:
-        case WM_RBUTTONDBLCLK:
-            press(2, at, message == WM_RBUTTONDBLCLK);
-            return 0;
-        case WM_LBUTTONUP:
-            release(1, at);
-            return 0;
-        case WM_RBUTTONUP:
-            release(2, at);
-            return 0;
+        case WM_RBUTTONDBLCLK: press(2, at, message == WM_RBUTTONDBLCLK); return 0;
+        case WM_LBUTTONUP: release(1, at); return 0;
+        case WM_RBUTTONUP: release(2, at); return 0;
         default: {
             const int button = w & MK_LBUTTON ? 1 : w & MK_RBUTTON ? 2 : 0;
             form()->Form_MouseMove(button, ShiftState(), at);
@@ -229,11 +221,8 @@ FormWindow::Result SkinnedWindow::mouse(UINT message, WPARAM w, LPARAM l) {
 
 FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
-        case WM_PAINT:
-            PaintWindow(handle(), form()->picture(), scale_, Color{});
-            return 0;
-        case WM_ERASEBKGND:
-            return TRUE;
+        case WM_PAINT: PaintWindow(handle(), form()->picture(), scale_, Color{}); return 0;
+        case WM_ERASEBKGND: return TRUE;
         case WM_MOUSEMOVE:
             if (isTrayEvent(w, l)) {
                 form()->Form_MouseMove(0, 0, {static_cast<int>(l), 0});
@@ -245,8 +234,7 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_RBUTTONDOWN:
         case WM_RBUTTONDBLCLK:
         case WM_LBUTTONUP:
-        case WM_RBUTTONUP:
-            return mouse(message, w, l);
+        case WM_RBUTTONUP: return mouse(message, w, l);
         case WM_CAPTURECHANGED:
             if (reinterpret_cast<HWND>(l) != handle()) letGo();
             return 0;
@@ -258,12 +246,8 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
         }
         case WM_KEYDOWN:
         case WM_KEYUP:
-        case WM_SYSKEYUP:
-            key(message, w);
-            return {};
-        case WM_SYSKEYDOWN:
-            key(message, w);
-            return {};
+        case WM_SYSKEYUP: key(message, w); return {};
+        case WM_SYSKEYDOWN: key(message, w); return {};
         case WM_SYSCOMMAND:
             // Alt alone would open the system menu and take the next key away from the player.
             if ((w & 0xFFF0) == SC_KEYMENU && l == 0) return 0;
@@ -282,8 +266,7 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
             tellPlace(false);
             sized();
             return 0;
-        default:
-            return FormWindow::answer(message, w, l);
+        default: return FormWindow::answer(message, w, l);
     }
 }
 

@@ -114,20 +114,13 @@ class FileSystemWin32 : public FileSystem {
     }
     DriveType driveType(const std::string& root) override {
         switch (GetDriveTypeW(Wide(root).c_str())) {
-            case DRIVE_NO_ROOT_DIR:
-                return DriveType::NoRoot;
-            case DRIVE_REMOVABLE:
-                return DriveType::Removable;
-            case DRIVE_FIXED:
-                return DriveType::Fixed;
-            case DRIVE_REMOTE:
-                return DriveType::Remote;
-            case DRIVE_CDROM:
-                return DriveType::CdRom;
-            case DRIVE_RAMDISK:
-                return DriveType::RamDisk;
-            default:
-                return DriveType::Unknown;
+            case DRIVE_NO_ROOT_DIR: return DriveType::NoRoot;
+            case DRIVE_REMOVABLE: return DriveType::Removable;
+            case DRIVE_FIXED: return DriveType::Fixed;
+            case DRIVE_REMOTE: return DriveType::Remote;
+            case DRIVE_CDROM: return DriveType::CdRom;
+            case DRIVE_RAMDISK: return DriveType::RamDisk;
+            default: return DriveType::Unknown;
         }
     }
 

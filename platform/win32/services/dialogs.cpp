@@ -1,7 +1,7 @@
 #include "platform/dialogs.h"
 
-#include "platform/win32/dialogs.h"
 #include "platform/win32/platform.h"
+#include "platform/win32/services/dialogs.h"
 
 #include <commdlg.h>
 #include <shobjidl.h>
@@ -33,16 +33,11 @@ std::wstring Lines(const std::string& text) {
 
 UINT IconFlag(MessageIcon icon) {
     switch (icon) {
-        case MessageIcon::Stop:
-            return MB_ICONERROR;
-        case MessageIcon::Question:
-            return MB_ICONQUESTION;
-        case MessageIcon::Warning:
-            return MB_ICONWARNING;
-        case MessageIcon::Information:
-            return MB_ICONINFORMATION;
-        case MessageIcon::None:
-            break;
+        case MessageIcon::Stop: return MB_ICONERROR;
+        case MessageIcon::Question: return MB_ICONQUESTION;
+        case MessageIcon::Warning: return MB_ICONWARNING;
+        case MessageIcon::Information: return MB_ICONINFORMATION;
+        case MessageIcon::None: break;
     }
     return 0;
 }

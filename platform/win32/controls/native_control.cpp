@@ -1,18 +1,17 @@
-#include "platform/win32/native_control.h"
+#include "platform/win32/controls/native_control.h"
 
 #include <algorithm>
 
 #include "forms/form.h"
-#include "platform/win32/dialog_window.h"
 
 namespace quenlox::win32 {
 
-NativeControl::NativeControl(DialogWindow& dialog, Control& control, Style style) : dialog_(dialog), control_(control) {
+NativeControl::NativeControl(ControlHost& host, Control& control, Style style) : host_(host), control_(control) {
     const auto& all = control.form().controls();
     const auto position = std::find(all.begin(), all.end(), &control) - all.begin();
     const DWORD states = (control.enabled() ? 0 : WS_DISABLED);
     window_ = CreateWindowExW(style.extended, style.className, Wide(control.caption()).c_str(),
-                              WS_CHILD | style.style | states, 0, 0, 0, 0, dialog.handle(),
+                              WS_CHILD | style.style | states, 0, 0, 0, 0, host.hostWindow(),
                               reinterpret_cast<HMENU>(1000 + position), GetModuleHandleW(nullptr), nullptr);
     send(WM_SETFONT, reinterpret_cast<WPARAM>(font()), LPARAM{FALSE});
     NameWindow(window_, control.name(), control.index());
@@ -23,9 +22,14 @@ NativeControl::~NativeControl() {
     if (window_ && IsWindow(window_)) DestroyWindow(window_);
 }
 
-bool NativeControl::alive() const { return !removed_ && dialog_.alive(); }
+void NativeControl::removed() {
+    removed_ = true;
+    DestroyWindow(window_);
+}
 
-bool NativeControl::shown() const { return control_.visible() && dialog_.onShownPage(control_); }
+bool NativeControl::alive() const { return !removed_ && host_.alive(); }
+
+bool NativeControl::shown() const { return control_.visible() && host_.onShownPage(control_); }
 
 void NativeControl::changed(Property property) {
     switch (property) {
@@ -34,32 +38,21 @@ void NativeControl::changed(Property property) {
             SetWindowTextW(window_, Wide(control_.caption()).c_str());
             break;
         }
-        case Property::Bounds:
-            place(nullptr);
-            break;
-        case Property::Visible:
-            ShowWindow(window_, shown() ? SW_SHOWNA : SW_HIDE);
-            break;
+        case Property::Bounds: place(nullptr); break;
+        case Property::Visible: ShowWindow(window_, shown() ? SW_SHOWNA : SW_HIDE); break;
         case Property::Enabled:
             // A disabled window keeps the keyboard, which would then be lost.
-            if (!control_.enabled() && GetFocus() == window_) SendMessageW(dialog_.handle(), WM_NEXTDLGCTL, 0, FALSE);
+            if (!control_.enabled() && GetFocus() == window_) SendMessageW(host_.hostWindow(), WM_NEXTDLGCTL, 0, FALSE);
             EnableWindow(window_, control_.enabled());
             break;
-        case Property::Font:
-            fontChanged();
-            break;
-        case Property::Color:
-            InvalidateRect(window_, nullptr, TRUE);
-            break;
+        case Property::Font: fontChanged(); break;
+        case Property::Color: InvalidateRect(window_, nullptr, TRUE); break;
         case Property::Focus:
             // In a window that is not in front it would bring that to the front.
-            if (shown() && GetActiveWindow() == dialog_.handle()) SetFocus(window_);
+            if (shown() && GetActiveWindow() == host_.hostWindow()) SetFocus(window_);
             break;
-        case Property::Tooltip:
-            setTooltip();
-            break;
-        default:
-            break;
+        case Property::Tooltip: setTooltip(); break;
+        default: break;
     }
 }
 
@@ -67,7 +60,7 @@ void NativeControl::place(HDWP* moves) {
     const Rect& to = control_.bounds();
     RECT from{};
     GetWindowRect(window_, &from);
-    MapWindowPoints(nullptr, dialog_.handle(), reinterpret_cast<POINT*>(&from), 2);
+    MapWindowPoints(nullptr, host_.hostWindow(), reinterpret_cast<POINT*>(&from), 2);
     // A control that goes elsewhere is drawn anew: what stands at its old place may be another one by then.
     const UINT copy = from.left == to.left && from.top == to.top ? 0u : UINT{SWP_NOCOPYBITS};
     const UINT flags = SWP_NOZORDER | SWP_NOACTIVATE | copy;
@@ -78,9 +71,7 @@ void NativeControl::place(HDWP* moves) {
     }
 }
 
-HFONT NativeControl::font() const {
-    return control_.font() == Font{} ? dialog_.font() : dialog_.fontFor(control_.font());
-}
+HFONT NativeControl::font() const { return control_.font() == Font{} ? host_.font() : host_.fontFor(control_.font()); }
 
 void NativeControl::fontChanged() { send(WM_SETFONT, reinterpret_cast<WPARAM>(font()), LPARAM{TRUE}); }
 
@@ -89,11 +80,10 @@ void NativeControl::setTooltip() {
     TTTOOLINFOW tool{};
     tool.cbSize = sizeof tool;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    tool.hwnd = dialog_.handle();
+    tool.hwnd = host_.hostWindow();
     tool.uId = reinterpret_cast<UINT_PTR>(window_);
     tool.lpszText = text.data();
-    SendMessageW(dialog_.tooltips(), hasTooltip_ ? TTM_UPDATETIPTEXTW : TTM_ADDTOOLW, 0,
-                 reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(host_.tooltips(), hasTooltip_ ? TTM_UPDATETIPTEXTW : TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
     hasTooltip_ = true;
 }
 
@@ -115,8 +105,8 @@ Size NativeControl::textSize(const std::wstring& text, int width) const {
     return {static_cast<int>(rect.right), static_cast<int>(rect.bottom)};
 }
 
-int NativeControl::horizontal(int units) const { return RoundHalfToEven(units * dialog_.units().x); }
-int NativeControl::vertical(int units) const { return RoundHalfToEven(units * dialog_.units().y); }
+int NativeControl::horizontal(int units) const { return RoundHalfToEven(units * host_.units().x); }
+int NativeControl::vertical(int units) const { return RoundHalfToEven(units * host_.units().y); }
 
 void NativeControl::subclass() { SetWindowSubclass(window_, Subclass, 1, reinterpret_cast<DWORD_PTR>(this)); }
 
@@ -128,7 +118,7 @@ LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LP
         return DefSubclassProc(window, message, w, l);
     }
     try {
-        const auto keep = native->dialog_.shared_from_this();
+        const auto keep = native->host_.keepAlive();
         if (native->alive()) {
             if (const auto result = native->intercept(message, w, l)) return *result;
         }
@@ -137,10 +127,10 @@ LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LP
     return DefSubclassProc(window, message, w, l);
 }
 
-std::unique_ptr<NativeControl> MakeNativeControl(DialogWindow& dialog, Control& control) {
+std::unique_ptr<NativeControl> MakeNativeControl(ControlHost& host, Control& control) {
     for (const auto make : {MakeNativeButton, MakeNativeText, MakeNativeSlider, MakeNativePicture, MakeNativeBar,
                             MakeNativeDriveBox, MakeNativeListView}) {
-        if (auto made = make(dialog, control)) return made;
+        if (auto made = make(host, control)) return made;
     }
     return nullptr;
 }

@@ -3,15 +3,15 @@
 #include <algorithm>
 
 #include "forms/list_view.h"
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
 namespace {
 
 class NativeDriveBox : public NativeControl {
   public:
-    NativeDriveBox(DialogWindow& dialog, DriveListBox& box)
-        : NativeControl(dialog, box, {WC_COMBOBOXW, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS}),
+    NativeDriveBox(ControlHost& host, DriveListBox& box)
+        : NativeControl(host, box, {WC_COMBOBOXW, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS}),
           box_(box) {
         showDrives();
     }
@@ -44,8 +44,8 @@ class NativeDriveBox : public NativeControl {
 
 }  // namespace
 
-std::unique_ptr<NativeControl> MakeNativeDriveBox(DialogWindow& dialog, Control& control) {
-    if (auto* box = dynamic_cast<DriveListBox*>(&control)) return std::make_unique<NativeDriveBox>(dialog, *box);
+std::unique_ptr<NativeControl> MakeNativeDriveBox(ControlHost& host, Control& control) {
+    if (auto* box = dynamic_cast<DriveListBox*>(&control)) return std::make_unique<NativeDriveBox>(host, *box);
     return nullptr;
 }
 

@@ -1,8 +1,8 @@
-#include "platform/win32/accessible.h"
+#include "platform/win32/windows/accessible.h"
 
 #include <algorithm>
 
-#include "platform/win32/skinned_window.h"
+#include "platform/win32/windows/skinned_window.h"
 #include "text/numbers.h"
 
 namespace quenlox::win32 {

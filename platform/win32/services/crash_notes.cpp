@@ -9,11 +9,11 @@
 #include <dbghelp.h>
 #include <shlobj.h>
 
+#include <cxxabi.h>
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <atomic>
 #include <cwchar>
-#include <cxxabi.h>
 #include <exception>
 #include <string_view>
 #include <typeinfo>
@@ -28,7 +28,7 @@ namespace {
 
 constexpr int kKeptNotes = 5;
 constexpr int kCalls = 24;
-constexpr DWORD kWriteLimitMs = 60'000;  // a dump takes less than a second, but many on a machine that is busy
+constexpr DWORD kWriteLimitMs = 60'000;     // a dump takes less than a second, but many on a machine that is busy
 constexpr ULONG kStackReserve = 32 * 1024;  // bytes that a handler has when the stack is full
 constexpr SIZE_T kWriterStack = 256 * 1024;
 constexpr DWORD kHeapCorruption = 0xC0000374, kInvalidParameter = 0xC0000417, kEndRequested = 0x40000015;

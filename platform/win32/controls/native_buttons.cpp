@@ -2,15 +2,15 @@
 #include <algorithm>
 
 #include "forms/form.h"
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
 namespace {
 
 class NativeLabel : public NativeControl {
   public:
-    NativeLabel(DialogWindow& dialog, Label& label)
-        : NativeControl(dialog, label,
+    NativeLabel(ControlHost& host, Label& label)
+        : NativeControl(host, label,
                         {WC_STATICW,
                          static_cast<DWORD>((label.centred ? SS_CENTER : SS_LEFT) | (label.onClick ? SS_NOTIFY : 0))}),
           label_(label) {}
@@ -29,19 +29,17 @@ class NativeLabel : public NativeControl {
 
 class NativeFrame : public NativeControl {
   public:
-    NativeFrame(DialogWindow& dialog, Control& frame)
-        : NativeControl(dialog, frame, {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT}) {}
-    Size wish() const override {
-        return {textSize(Wide(control().caption())).width + horizontal(8), vertical(9)};
-    }
+    NativeFrame(ControlHost& host, Control& frame)
+        : NativeControl(host, frame, {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT}) {}
+    Size wish() const override { return {textSize(Wide(control().caption())).width + horizontal(8), vertical(9)}; }
     bool isTransparent() const override { return true; }
 };
 
 class NativeCommandButton : public NativeControl {
   public:
-    NativeCommandButton(DialogWindow& dialog, CommandButton& button)
+    NativeCommandButton(ControlHost& host, CommandButton& button)
         : NativeControl(
-              dialog, button,
+              host, button,
               {WC_BUTTONW, static_cast<DWORD>(WS_TABSTOP | (button.isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON))}),
           button_(button) {}
     Size wish() const override {
@@ -62,8 +60,8 @@ class NativeCommandButton : public NativeControl {
 // A tick or a dot with its text.
 class NativeMarkButton : public NativeControl {
   public:
-    NativeMarkButton(DialogWindow& dialog, Control& button, DWORD style)
-        : NativeControl(dialog, button, {WC_BUTTONW, style}) {}
+    NativeMarkButton(ControlHost& host, Control& button, DWORD style)
+        : NativeControl(host, button, {WC_BUTTONW, style}) {}
     Size wish() const override { return {textSize(Wide(control().caption())).width + horizontal(13), vertical(10)}; }
     void changed(Property property) override {
         NativeControl::changed(property);
@@ -78,8 +76,8 @@ class NativeMarkButton : public NativeControl {
 
 class NativeCheckBox : public NativeMarkButton {
   public:
-    NativeCheckBox(DialogWindow& dialog, CheckBox& box)
-        : NativeMarkButton(dialog, box, WS_TABSTOP | BS_AUTOCHECKBOX), box_(box) {
+    NativeCheckBox(ControlHost& host, CheckBox& box)
+        : NativeMarkButton(host, box, WS_TABSTOP | BS_AUTOCHECKBOX), box_(box) {
         showMark();
     }
     void command(WORD code, WORD) override {
@@ -106,8 +104,8 @@ bool BeginsGroup(const OptionButton& button) {
 
 class NativeOptionButton : public NativeMarkButton {
   public:
-    NativeOptionButton(DialogWindow& dialog, OptionButton& button)
-        : NativeMarkButton(dialog, button,
+    NativeOptionButton(ControlHost& host, OptionButton& button)
+        : NativeMarkButton(host, button,
                            static_cast<DWORD>(BS_AUTORADIOBUTTON | (BeginsGroup(button) ? WS_GROUP | WS_TABSTOP : 0))),
           button_(button) {
         showMark();
@@ -127,14 +125,14 @@ class NativeOptionButton : public NativeMarkButton {
 
 }  // namespace
 
-std::unique_ptr<NativeControl> MakeNativeButton(DialogWindow& dialog, Control& control) {
-    if (auto* label = dynamic_cast<Label*>(&control)) return std::make_unique<NativeLabel>(dialog, *label);
-    if (dynamic_cast<Frame*>(&control)) return std::make_unique<NativeFrame>(dialog, control);
+std::unique_ptr<NativeControl> MakeNativeButton(ControlHost& host, Control& control) {
+    if (auto* label = dynamic_cast<Label*>(&control)) return std::make_unique<NativeLabel>(host, *label);
+    if (dynamic_cast<Frame*>(&control)) return std::make_unique<NativeFrame>(host, control);
     if (auto* button = dynamic_cast<CommandButton*>(&control))
-        return std::make_unique<NativeCommandButton>(dialog, *button);
-    if (auto* box = dynamic_cast<CheckBox*>(&control)) return std::make_unique<NativeCheckBox>(dialog, *box);
+        return std::make_unique<NativeCommandButton>(host, *button);
+    if (auto* box = dynamic_cast<CheckBox*>(&control)) return std::make_unique<NativeCheckBox>(host, *box);
     if (auto* option = dynamic_cast<OptionButton*>(&control))
-        return std::make_unique<NativeOptionButton>(dialog, *option);
+        return std::make_unique<NativeOptionButton>(host, *option);
     return nullptr;
 }
 

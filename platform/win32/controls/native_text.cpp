@@ -1,7 +1,7 @@
 // Text boxes and combo boxes.
 #include <algorithm>
 
-#include "platform/win32/dialog_window.h"
+#include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
 namespace {
@@ -20,8 +20,8 @@ std::wstring WithSystemLines(const std::string& text) {
 
 class NativeTextBox : public NativeControl {
   public:
-    NativeTextBox(DialogWindow& dialog, TextBox& box)
-        : NativeControl(dialog, box, {WC_EDITW, StyleOf(box), WS_EX_CLIENTEDGE}), box_(box) {
+    NativeTextBox(ControlHost& host, TextBox& box)
+        : NativeControl(host, box, {WC_EDITW, StyleOf(box), WS_EX_CLIENTEDGE}), box_(box) {
         send(EM_SETLIMITTEXT, 0);  // as much as there is memory for
         subclass();
         showText();
@@ -72,8 +72,8 @@ class NativeTextBox : public NativeControl {
 
 class NativeComboBox : public NativeControl {
   public:
-    NativeComboBox(DialogWindow& dialog, ComboBox& box)
-        : NativeControl(dialog, box,
+    NativeComboBox(ControlHost& host, ComboBox& box)
+        : NativeControl(host, box,
                         {WC_COMBOBOXW, static_cast<DWORD>(WS_TABSTOP | WS_VSCROLL | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
                                                           (box.editable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST))}),
           box_(box) {
@@ -128,9 +128,9 @@ class NativeComboBox : public NativeControl {
 
 }  // namespace
 
-std::unique_ptr<NativeControl> MakeNativeText(DialogWindow& dialog, Control& control) {
-    if (auto* box = dynamic_cast<TextBox*>(&control)) return std::make_unique<NativeTextBox>(dialog, *box);
-    if (auto* box = dynamic_cast<ComboBox*>(&control)) return std::make_unique<NativeComboBox>(dialog, *box);
+std::unique_ptr<NativeControl> MakeNativeText(ControlHost& host, Control& control) {
+    if (auto* box = dynamic_cast<TextBox*>(&control)) return std::make_unique<NativeTextBox>(host, *box);
+    if (auto* box = dynamic_cast<ComboBox*>(&control)) return std::make_unique<NativeComboBox>(host, *box);
     return nullptr;
 }
 

@@ -1,4 +1,4 @@
-#include "platform/win32/window_system.h"
+#include "platform/win32/windows/window_system.h"
 
 #include <objbase.h>
 
@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "forms/form.h"
-#include "platform/win32/dialog_window.h"
 #include "platform/win32/platform.h"
-#include "platform/win32/skinned_window.h"
+#include "platform/win32/windows/dialog_window.h"
+#include "platform/win32/windows/skinned_window.h"
 
 namespace quenlox::win32 {
 namespace {

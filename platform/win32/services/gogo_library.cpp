@@ -1,8 +1,8 @@
 // gogo.dll behind the program's own interface. Texts go to it in UTF-8.
 
 #include "platform/gogo.h"
-#include "platform/win32/library.h"
 #include "platform/win32/platform.h"
+#include "platform/win32/services/library.h"
 
 namespace quenlox::win32 {
 namespace {

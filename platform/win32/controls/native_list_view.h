@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "forms/list_view.h"
-#include "platform/win32/native_control.h"
-#include "platform/win32/native_list_drag.h"
+#include "platform/win32/controls/native_control.h"
+#include "platform/win32/controls/native_list_drag.h"
 
 namespace quenlox::win32 {
 
 class NativeListView : public NativeControl {
   public:
-    NativeListView(DialogWindow& dialog, ListView& view);
+    NativeListView(ControlHost& host, ListView& view);
     ~NativeListView() override;
     void changed(Property property) override;
     Size wish() const override;
@@ -49,7 +49,7 @@ class NativeListView : public NativeControl {
     ListView& view_;
     std::vector<ListView::Column> columns_;  // as the window has them
     std::vector<bool> shown_;                // which rows of the window are selected
-    bool takingRow_ = false;      // the window has told the change of one row
+    bool takingRow_ = false;                 // the window has told the change of one row
     int selectionChanges_ = 0;
     OwnedFont bold_;
     HIMAGELIST icons_ = nullptr;

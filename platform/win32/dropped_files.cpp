@@ -1,0 +1,30 @@
+#include "platform/win32/dropped_files.h"
+
+namespace quenlox::win32 {
+namespace {
+
+constexpr UINT kCopyGlobalData = 0x0049;  // carries the names of a drop between processes
+
+}  // namespace
+
+std::vector<std::string> DroppedFiles(HDROP drop, POINT* at) {
+    std::vector<std::string> files;
+    if (at) DragQueryPoint(drop, at);
+    const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
+    for (UINT i = 0; i < count; ++i) {
+        std::wstring name(DragQueryFileW(drop, i, nullptr, 0) + 1, L'\0');
+        name.resize(DragQueryFileW(drop, i, name.data(), static_cast<UINT>(name.size())));
+        files.push_back(Narrow(name));
+    }
+    DragFinish(drop);
+    return files;
+}
+
+void AcceptFiles(HWND window) {
+    DragAcceptFiles(window, TRUE);
+    for (const UINT message : {static_cast<UINT>(WM_DROPFILES), static_cast<UINT>(WM_COPYDATA), kCopyGlobalData}) {
+        ChangeWindowMessageFilterEx(window, message, MSGFLT_ALLOW, nullptr);
+    }
+}
+
+}  // namespace quenlox::win32

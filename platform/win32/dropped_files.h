@@ -1,0 +1,16 @@
+// Files that are dropped on a window. On the user-interface thread.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/win32/win32.h"
+
+namespace quenlox::win32 {
+
+// The names of files that were dropped; ends the drop.
+std::vector<std::string> DroppedFiles(HDROP drop, POINT* at);
+// Lets a window receive files, also from an Explorer with fewer rights.
+void AcceptFiles(HWND window);
+
+}  // namespace quenlox::win32
