@@ -1,25 +1,21 @@
 #include "about/form_info.h"
 
+#include "forms/keys.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/shell.h"
 #include "text/paths.h"
 
 namespace quenlox {
-namespace {
-
-constexpr int kEscape = 27;
-
-}  // namespace
-
 FormInfo::FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell)
     : Form("FormInfo", Kind::Dialog), dialogs_(dialogs), files_(files), shell_(shell) {
     setCaption("バージョン情報");
     LabelName.setCaption("Quenlox");
     LabelName.setFont({"ＭＳ Ｐゴシック", 20, true});
     LabelLicence.setCaption("Copyright (c) 2026 the Quenlox project  (MIT License)");
-    LabelLibraries.setCaption("libmpg123、LAME、SoundTouch (LGPL) と KissFFT (BSD) を使用しています。\r\n"
-                              "ライセンスの全文はlicencesフォルダにあります。");
+    LabelLibraries.setCaption(
+        "libmpg123、LAME、SoundTouch (LGPL) と KissFFT (BSD) を使用しています。\r\n"
+        "ライセンスの全文はlicencesフォルダにあります。");
     CommandLicence.setCaption("ライセンス(&L)");
     CommandHelp.setCaption("ヘルプ(&H)");
     CommandClose.setCaption("閉じる");
@@ -41,15 +37,17 @@ void FormInfo::open(const std::string& name, bool there, const std::string& when
 }
 
 void FormInfo::CommandLicence_Click() {
-    open("licences", files_.folderExists(JoinPath(files_.programFolder(), "licences")), "licencesフォルダが見つかりません");
+    open("licences", files_.folderExists(JoinPath(files_.programFolder(), "licences")),
+         "licencesフォルダが見つかりません");
 }
 
 void FormInfo::CommandHelp_Click() {
-    open("Quenlox.html", files_.fileExists(JoinPath(files_.programFolder(), "Quenlox.html")), "Quenlox.htmlが見つかりません");
+    open("Quenlox.html", files_.fileExists(JoinPath(files_.programFolder(), "Quenlox.html")),
+         "Quenlox.htmlが見つかりません");
 }
 
 void FormInfo::Form_KeyDown(int key, int) {
-    if (key == kEscape) hide();
+    if (key == kKeyEscape) hide();
 }
 
 void FormInfo::Form_Unload(bool& cancel) {

@@ -46,9 +46,7 @@ FormGra::FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& ran
     for (int i = 0; i < kPresets; ++i) {
         geOption[i].onClick = [this, i] { geOption_Click(i); };
         geLabel[i].onClick = [this, i] { geLabel_MouseDown(i); };
-        MenuItem item;
-        item.onClick = [this, i] { menuPatName_Click(i); };
-        menuPat.items.push_back(std::move(item));
+        menuPat.items.push_back(MenuCommand("", [this, i] { menuPatName_Click(i); }));
     }
     Frame1.setCaption("Preset Pattern");
     Check4.setCaption("ｲｺﾗｲｻﾞを有効にする");

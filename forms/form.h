@@ -66,7 +66,7 @@ class Form {
     virtual void Form_Shown() {}                       // it has become visible
     virtual void Form_Resize(Size client) { (void)client; }  // pixels
     virtual void Form_Moved() {}
-    virtual void Form_KeyDown(int key, int shift) { (void)key, (void)shift; }  // shift: 1 shift, 2 control, 4 alt
+    virtual void Form_KeyDown(int key, int shift) { (void)key, (void)shift; }  // as in forms/keys.h
     virtual void Form_KeyUp(int key, int shift) { (void)key, (void)shift; }
     virtual void Form_FilesDropped(const std::vector<std::string>& files, Point at) { (void)files, (void)at; }
     virtual void Form_Wheel(int notches, Point at) { (void)notches, (void)at; }  // positive: away from the user

@@ -4,12 +4,6 @@
 #include "text/paths.h"
 
 namespace quenlox {
-namespace {
-
-std::string RootOf(const std::string& drive) { return JoinPath(drive, ""); }
-
-}  // namespace
-
 std::vector<std::string> CdDrives(FileSystem& files) {
     std::vector<std::string> roots;
     for (const std::string& root : files.drives()) {
@@ -19,7 +13,7 @@ std::vector<std::string> CdDrives(FileSystem& files) {
 }
 
 std::string CdDrive(FileSystem& files, const std::string& named) {
-    if (!named.empty()) return RootOf(named);
+    if (!named.empty()) return JoinPath(named, "");
     const std::vector<std::string> roots = CdDrives(files);
     for (const std::string& root : roots) {
         if (files.folderExists(root)) return root;
@@ -29,7 +23,7 @@ std::string CdDrive(FileSystem& files, const std::string& named) {
 
 std::string CdTrack(FileSystem& files, const std::string& path, const std::string& named) {
     if (files.fileExists(path)) return path;
-    const std::vector<std::string> roots = named.empty() ? CdDrives(files) : std::vector{RootOf(named)};
+    const std::vector<std::string> roots = named.empty() ? CdDrives(files) : std::vector{JoinPath(named, "")};
     for (const std::string& root : roots) {
         const std::string track = JoinPath(root, FileNameOf(path));
         if (files.fileExists(track)) return track;

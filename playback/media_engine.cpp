@@ -138,7 +138,7 @@ std::shared_ptr<const MediaEngine::Found> MediaEngine::find(int opened) {
         const MediaKind kind = KindOfExtension(LastFour(found->path));
         if (kind.base == kCdAudio) found->path = CdTrack(files, found->path, drive);
         found->exists = files.fileExists(found->path);
-        if (!found->exists) found->rootAnswers = files.folderExists(JoinPath(RootOf(found->path), ""));
+        if (!found->exists) found->rootAnswers = files.folderExists(JoinPath(VolumeOf(found->path), ""));
         // A late answer must not open what is wanted no more over what is open by then.
         if (!found->exists || kind.base != kUnknownKind || !found->wanted) return;
         found->info.size = sizeof found->info;

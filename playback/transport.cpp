@@ -183,7 +183,7 @@ void Transport::walk(Direction direction) {
             return RenewNextFile();
         }
         take(*next, intent);
-        const std::string root = FoldCase(RootOf(next->path));
+        const std::string root = FoldCase(VolumeOf(next->path));
         if (deadRoots.contains(root)) {
             tracks_.setPlayable(next->path, false);
             continue;

@@ -63,7 +63,7 @@ EntryReader::Texts EntryReader::read(const std::string& path) {
     texts.title = IsMidi(path) ? std::string{} : BaseNameOf(path);
     texts.name = kUnknownName;
     texts.album = kUnknownText;
-    const std::string root = FoldCase(RootOf(path));
+    const std::string root = FoldCase(VolumeOf(path));
     const Clock::time_point begin = now_();
     const auto dead = deadUntil_.find(root);
     if (dead == deadUntil_.end() || dead->second <= begin) {

@@ -4,9 +4,10 @@
 #include <initializer_list>
 #include <utility>
 
-#include "state/global_state.h"
-#include "platform/file_system.h"
+#include "forms/keys.h"
 #include "forms/window_host.h"
+#include "platform/file_system.h"
+#include "state/global_state.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 
@@ -15,7 +16,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーチスト名", "アルバム名", "時間", "ファイル名"};
+constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーチスト名", "アルバム名", "時間",
+                                                                    "ファイル名"};
 
 // Texts of rows on the screen are read while they are painted as long as that is quick; a slow disk makes them come
 // later.
@@ -28,13 +30,6 @@ constexpr int kTicksPerStatus = 10;
 constexpr std::chrono::seconds kNoteTime{4};  // that a note stands in the status line
 // From this width on the browser stands beside the list and no longer under it; pixels at 96 dots per inch.
 constexpr int kWideWindow = 620;
-
-constexpr int kKeyDelete = 0x2E;
-constexpr int kKeyUp = 0x26;
-constexpr int kKeyDown = 0x28;
-constexpr int kKeyF5 = 0x74;
-constexpr int kShiftControl = 2;
-constexpr int kShiftAlt = 4;
 
 constexpr const char* kBusyText = "ファイル変換中は再生できません";
 constexpr const char* kEmptyText =
@@ -267,8 +262,8 @@ void FormList::PlayView_KeyDown(int key, int shift) {
 }
 
 void FormList::Form_KeyDown(int key, int shift) {
-    if (shift == kShiftAlt && (key == kKeyUp || key == kKeyDown)) menuUpDn_Click(key == kKeyUp ? 0 : 1);
-    if (shift == kShiftControl && key >= '1' && key <= '1' + kFolderTab) {
+    if (shift == kAlt && (key == kKeyUp || key == kKeyDown)) menuUpDn_Click(key == kKeyUp ? 0 : 1);
+    if (shift == kControl && key >= '1' && key <= '1' + kFolderTab) {
         TabList.setValue(key - '1');
         if (folderShown()) {
             File1.focus();

@@ -53,11 +53,10 @@ void SortNames(std::vector<std::string>& names) {
     for (std::size_t i = 0; i < names.size(); ++i) names[i] = std::move(keyed[i].second);
 }
 
-// "C:\" of "C:\a", "\\server\share" of "\\server\share\a".
-std::string RootOf(const std::string& path) {
-    if (!path.starts_with("\\\\")) return path.substr(0, 2) + "\\";
-    const std::size_t server = path.find('\\', 2);
-    return path.substr(0, server == std::string::npos ? server : path.find('\\', server + 1));
+// As the box of drives lists it: "C:\" of "C:\a", "\\server\share" of "\\server\share\a".
+std::string DriveItemOf(const std::string& path) {
+    const std::string volume(VolumeOf(path));
+    return volume.ends_with(':') ? volume + '\\' : volume;
 }
 
 std::string WithoutTrailingSlash(const std::string& folder) {
@@ -108,10 +107,10 @@ void FormList::readDrives() { Drive1.setDrives(files_.drives()); }
 
 void FormList::Drive1_Change() {
     const std::string drive = Drive1.drive();
-    if (!Dir1.path().empty() && EqualsNoCase(RootOf(Dir1.path()), drive)) return;
+    if (!Dir1.path().empty() && EqualsNoCase(DriveItemOf(Dir1.path()), drive)) return;
     if (!files_.folderExists(drive)) {
         dialogs_.message("ドライブの準備ができていません", MessageIcon::Warning);
-        if (!Dir1.path().empty()) Drive1.setDrive(RootOf(Dir1.path()));
+        if (!Dir1.path().empty()) Drive1.setDrive(DriveItemOf(Dir1.path()));
         return;
     }
     const auto last = lastFolders_.find(drive);
@@ -120,7 +119,7 @@ void FormList::Drive1_Change() {
 
 void FormList::Dir1_Change() {
     state_.CurrentFolder = Dir1.path();
-    lastFolders_[RootOf(Dir1.path())] = Dir1.path();
+    lastFolders_[DriveItemOf(Dir1.path())] = Dir1.path();
     readFolder();
 }
 
@@ -174,7 +173,7 @@ void FormList::finishReading() {
 void FormList::showFolders(std::vector<std::string> names) {
     std::vector<DirListBox::Entry> entries;
     if (!Dir1.path().empty()) {
-        std::string path = RootOf(Dir1.path());
+        std::string path = DriveItemOf(Dir1.path());
         entries.push_back({path, path, 0});
         for (std::size_t at = JoinPath(path, "").size(); at < Dir1.path().size();) {
             const std::size_t end = std::min(Dir1.path().find('\\', at), Dir1.path().size());

@@ -1,33 +1,16 @@
 // Menu bar, context menus and toolbar.
 #include <utility>
 
-#include "state/global_state.h"
 #include "forms/window_host.h"
 #include "playlist/form_list.h"
+#include "state/global_state.h"
 
 namespace quenlox {
 namespace {
 
-constexpr std::array<const char*, FormList::kSortItems> kSortCaptions{"曲名",         "アーチスト名", "演奏時間",
+constexpr std::array<const char*, FormList::kSortItems> kSortCaptions{"曲名",           "アーチスト名", "演奏時間",
                                                                       "ディレクトリ名", "ファイル名",   "ランダム"};
 constexpr std::array<const char*, FormList::kViews> kListCaptions{"リストA", "リストB", "リストC"};
-
-MenuItem Command(const char* caption, std::function<void()> onClick, bool enabled = true) {
-    MenuItem item;
-    item.caption = caption;
-    item.enabled = enabled;
-    item.onClick = std::move(onClick);
-    return item;
-}
-
-MenuItem SubMenu(const char* caption, std::vector<MenuItem> items) {
-    MenuItem item;
-    item.caption = caption;
-    item.items = std::move(items);
-    return item;
-}
-
-MenuItem Separator() { return Command("-", {}); }
 
 ToolbarButton Button(const char* key, const char* caption, const char* tooltip) {
     ToolbarButton button;
@@ -48,7 +31,7 @@ ToolbarButton Gap() {
 void FormList::makeMenus() {
     for (int index = 0; index < kSortItems; ++index)
         menuSort.items.push_back(
-            Command(kSortCaptions[static_cast<std::size_t>(index)], [this, index] { menuSort_Click(index); }));
+            MenuCommand(kSortCaptions[static_cast<std::size_t>(index)], [this, index] { menuSort_Click(index); }));
     Toolbar1.setButtons({Button("add", "追加", "ファイルをリストに追加します"),
                          Button("addFolder", "ﾌｫﾙﾀﾞ追加", "フォルダのファイルをリストに追加します"), Gap(),
                          Button("up", "▲", "選択した曲を上へ移動します (Alt+↑)"),
@@ -89,32 +72,37 @@ void FormList::showSortItems(bool tagInformation) {
 std::vector<MenuItem> FormList::sortItems() {
     std::vector<MenuItem> items = menuSort.items;
     for (MenuItem& item : items) item.enabled = hasRows_;
-    items.insert(items.end() - 1, Separator());
+    items.insert(items.end() - 1, MenuSeparator());
     return items;
 }
 
 std::vector<MenuItem> FormList::listItems() {
-    return {Command("読込", [this] { menuLoad1_Click(); }, hasRows_),
-            Separator(),
-            Command("上へ\tAlt+↑", [this] { menuUpDn_Click(0); }, hasRows_),
-            Command("下へ\tAlt+↓", [this] { menuUpDn_Click(1); }, hasRows_),
+    return {MenuCommand(
+                "読込", [this] { menuLoad1_Click(); }, hasRows_),
+            MenuSeparator(),
+            MenuCommand(
+                "上へ\tAlt+↑", [this] { menuUpDn_Click(0); }, hasRows_),
+            MenuCommand(
+                "下へ\tAlt+↓", [this] { menuUpDn_Click(1); }, hasRows_),
             SubMenu("並替", sortItems()),
-            Separator(),
-            Command("削除", [this] { menuDelete_Click(); }, hasRows_),
-            Command("初期化", [this] { menuClear_Click(); }, !folderShown()),
-            Separator(),
-            Command("保存", [this] { menuSave_Click(); })};
+            MenuSeparator(),
+            MenuCommand(
+                "削除", [this] { menuDelete_Click(); }, hasRows_),
+            MenuCommand(
+                "初期化", [this] { menuClear_Click(); }, !folderShown()),
+            MenuSeparator(),
+            MenuCommand("保存", [this] { menuSave_Click(); })};
 }
 
 std::vector<MenuItem> FormList::browserItems() {
     const auto targets = [this](void (FormList::*command)(int)) {
         std::vector<MenuItem> items;
         for (int list = 0; list < kViews; ++list)
-            items.push_back(Command(kListCaptions[static_cast<std::size_t>(list)],
-                                    [this, command, list] { (this->*command)(list); }));
+            items.push_back(MenuCommand(kListCaptions[static_cast<std::size_t>(list)],
+                                        [this, command, list] { (this->*command)(list); }));
         return items;
     };
-    return {Command("読込", [this] { menuLoad2_Click(); }), SubMenu("全追加", targets(&FormList::menuAdd1_Click)),
+    return {MenuCommand("読込", [this] { menuLoad2_Click(); }), SubMenu("全追加", targets(&FormList::menuAdd1_Click)),
             SubMenu("選択追加", targets(&FormList::menuAdd2_Click))};
 }
 
@@ -128,16 +116,17 @@ void FormList::updateMenus() {
     menuLook_ = std::move(look);
 
     std::vector<MenuItem> list = listItems();
-    list.insert(list.begin() + 1, {Separator(), Command("ファイルを追加(&F)...", [this] { addFiles(); }),
-                                   Command("フォルダを追加(&D)...", [this] { addFolder(); }),
-                                   Command("M3Uファイルを読み込む(&M)...", [this] { importM3U(); })});
-    list.push_back(Separator());
-    list.push_back(Command("すべて選択(&A)\tCtrl+A", [this] { view().selectAll(true); }, hasRows_));
-    list.push_back(Command("閉じる(&X)", [this] { unload(); }));
+    list.insert(list.begin() + 1, {MenuSeparator(), MenuCommand("ファイルを追加(&F)...", [this] { addFiles(); }),
+                                   MenuCommand("フォルダを追加(&D)...", [this] { addFolder(); }),
+                                   MenuCommand("M3Uファイルを読み込む(&M)...", [this] { importM3U(); })});
+    list.push_back(MenuSeparator());
+    list.push_back(MenuCommand(
+        "すべて選択(&A)\tCtrl+A", [this] { view().selectAll(true); }, hasRows_));
+    list.push_back(MenuCommand("閉じる(&X)", [this] { unload(); }));
     std::vector<MenuItem> browser = browserItems();
-    browser.push_back(Separator());
-    browser.push_back(Command("音楽CDの曲を表示(&C)", [this] { menuCd_Click(); }));
-    browser.push_back(Command("最新の情報に更新(&R)\tF5", [this] { File1.refresh(); }));
+    browser.push_back(MenuSeparator());
+    browser.push_back(MenuCommand("音楽CDの曲を表示(&C)", [this] { menuCd_Click(); }));
+    browser.push_back(MenuCommand("最新の情報に更新(&R)\tF5", [this] { File1.refresh(); }));
     menuBar_.items = {SubMenu("リスト(&L)", std::move(list)), SubMenu("並替(&S)", sortItems()),
                       SubMenu("フォルダ(&B)", std::move(browser))};
     formChanged(FormProperty::Menu);

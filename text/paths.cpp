@@ -28,7 +28,7 @@ std::string JoinPath(std::string_view folder, std::string_view name) {
     return path.append(name);
 }
 
-std::string_view RootOf(std::string_view path) {
+std::string_view VolumeOf(std::string_view path) {
     if (path.size() >= 2 && path[1] == ':') return path.substr(0, 2);
     if (!path.starts_with("\\\\")) return {};
     const std::size_t share = path.find('\\', 2);

@@ -22,7 +22,7 @@ std::string ExtensionOf(std::string_view path);
 std::string WithExtension(std::string_view path, std::string_view extension);
 
 // The drive "C:" or the network share "\\server\share" that holds the file; empty for a relative path.
-std::string_view RootOf(std::string_view path);
+std::string_view VolumeOf(std::string_view path);
 // True for "C:\...", "\\server\..." and "\...".
 bool IsAbsolutePath(std::string_view path);
 
