@@ -7,6 +7,7 @@
 
 #include "platform/gogo.h"
 #include "platform/vbmp3.h"
+#include "state/media_formats.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -129,9 +130,9 @@ FileDialog DestinationDialog(Operation operation, const std::string& proposed) {
 std::vector<std::string> SourcesAmong(const std::vector<std::string>& files, Operation operation) {
     std::vector<std::string> sources;
     std::ranges::copy_if(files, std::back_inserter(sources), [&](const std::string& file) {
-        const std::string extension = LastFour(file);
-        if (Encodes(operation)) return extension == ".wav";
-        return extension.starts_with(".mp") || extension == ".rmp";
+        const auto family = FamilyOf(LastFour(file));
+        return Encodes(operation) ? family == MediaFamily::Wave
+                                  : family == MediaFamily::Mpeg || family == MediaFamily::Rmp;
     });
     return sources;
 }

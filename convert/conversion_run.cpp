@@ -7,6 +7,7 @@
 #include "platform/file_system.h"
 #include "platform/gogo.h"
 #include "platform/vbmp3.h"
+#include "state/media_formats.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -16,7 +17,7 @@ namespace {
 enum JobState : int { kNoJob = 0, kJobRuns = 1, kJobDone = 2, kJobFailed = 3 };  // of the library
 
 bool IsMpeg(int fileType) { return fileType >= 0 && (fileType & (VBMP3_TYPE_MPEG | VBMP3_TYPE_RMP)) != 0; }
-bool IsRmp(const std::string& path) { return EqualsNoCase(ExtensionOf(path), "rmp"); }
+bool IsRmp(const std::string& path) { return FamilyOf(LastFour(path)) == MediaFamily::Rmp; }
 
 }  // namespace
 

@@ -4,13 +4,6 @@
 
 namespace quenlox {
 
-MediaKind KindOfExtension(std::string_view lastFour) {
-    if (lastFour == ".rmi" || lastFour == ".mid") return {kMidi};
-    if (lastFour == ".cda") return {kCdAudio};
-    if (lastFour == ".wma") return {kWma};
-    return {};
-}
-
 MediaKind KindOfFileType(int fileType) {
     MediaKind kind;
     kind.base = fileType & VBMP3_TYPE_RMP    ? kRmp

@@ -17,6 +17,7 @@
 #include "state/global_state.h"
 #include "text/midi_text.h"
 #include "text/numbers.h"
+#include "state/media_formats.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -84,8 +85,7 @@ std::int32_t MediaEngine::askMilliseconds(const std::string& command) {
 
 void MediaEngine::DetectMediaKind(const Found& found) {
     const std::string lastFour = LastFour(state_.CurrentFile);
-    state_.MediaKind = found.open ? KindOfFileType(found.info.fileType) : KindOfExtension(lastFour);
-    if (!found.open && lastFour == ".wav") state_.MediaKind.base = kWaveMci;
+    state_.MediaKind = found.open ? KindOfFileType(found.info.fileType) : KindOfRefused(lastFour);
     state_.MediaKindName = state_.MediaKind.name();
     display_.showKind(state_.MediaKindName);
 }

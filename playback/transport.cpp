@@ -10,6 +10,7 @@
 #include "playback/track_source.h"
 #include "state/global_state.h"
 #include "state/option_settings.h"
+#include "state/media_formats.h"
 #include "text/paths.h"
 #include "text/strings.h"
 

@@ -2,33 +2,35 @@
 #include <algorithm>
 #include <utility>
 
-#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "playback/cd_drives.h"
 #include "playlist/form_list.h"
 #include "playlist/sort_key.h"
+#include "state/global_state.h"
+#include "state/media_formats.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
 namespace quenlox {
 namespace {
 
-// What Combo1 offers; File1 shows the names whose last four characters stand in the text.
-struct Filter {
-    const char* name;
-    const char* extensions;
-};
-constexpr Filter kFilters[] = {
-    {"すべての対応ファイル", ".mp1.mp2.mp3.mpg.rmp.wav.mid.rmi.cda.wma.m3u"},
-    {"音楽ファイル", ".mp1.mp2.mp3.mpg.rmp.wav.mid.rmi.cda.wma"},
-    {"MPEG (mp1;mp2;mp3;mpg;rmp)", ".mp1.mp2.mp3.mpg.rmp"},
-    {"WAVE (wav)", ".wav"},
-    {"MIDI (mid;rmi)", ".mid.rmi"},
-    {"CD (cda)", ".cda"},
-    {"WMA (wma)", ".wma"},
-    {"M3U (m3u)", ".m3u"},
-};
+// What Combo1 offers; File1 shows the names with these extensions. The first takes every file that the window knows.
+const std::vector<MediaGroup>& Filters() {
+    static const std::vector<MediaGroup> filters = [] {
+        std::vector<MediaGroup> groups = MediaGroups();
+        MediaGroup music{"音楽ファイル", {}};
+        for (const MediaGroup& group : groups) {
+            music.extensions.insert(music.extensions.end(), group.extensions.begin(), group.extensions.end());
+        }
+        MediaGroup all{"すべての対応ファイル", music.extensions};
+        all.extensions.emplace_back(".m3u");
+        groups.insert(groups.begin(), {all, music});
+        groups.push_back({"M3U (m3u)", {".m3u"}});
+        return groups;
+    }();
+    return filters;
+}
 
 // How long the folder is read before the window answers again, and after how many names the clock is asked.
 constexpr std::chrono::milliseconds kAtOnce{100};
@@ -36,10 +38,8 @@ constexpr int kNamesPerLook = 64;
 // Folders that lie deeper do not stand further to the right: the box is narrow.
 constexpr int kDeepestLevel = 4;
 
-bool Passes(const Filter& filter, const std::string& name) {
-    const std::string extension = LastFour(name);
-    return extension.starts_with('.') && CharacterCount(name) > 4 &&
-           std::string_view(filter.extensions).find(extension) != std::string_view::npos;
+bool Passes(const MediaGroup& filter, const std::string& name) {
+    return CharacterCount(name) > 4 && std::ranges::find(filter.extensions, LastFour(name)) != filter.extensions.end();
 }
 
 void SortNames(std::vector<std::string>& names) {
@@ -67,7 +67,7 @@ std::string WithoutTrailingSlash(const std::string& folder) {
 
 void FormList::makeBrowser() {
     std::vector<ComboBox::Item> filters;
-    for (const Filter& filter : kFilters) filters.push_back({filter.name, static_cast<int>(filters.size())});
+    for (const MediaGroup& group : Filters()) filters.push_back({group.name, static_cast<int>(filters.size())});
     Combo1.setItems(std::move(filters));
     Combo1.setListIndex(0);
     Combo1.onClick = [this] { showFiles(); };
@@ -150,7 +150,7 @@ bool FormList::readNames(std::chrono::microseconds budget) {
     for (int count = 1; reading_->names && reading_->names->next(name, isFolder); ++count) {
         if (isFolder) {
             reading_->folders.push_back(name);
-        } else if (Passes(kFilters[0], name)) {
+        } else if (Passes(Filters().front(), name)) {
             reading_->files.push_back(name);
         }
         if (count % kNamesPerLook == 0 && Clock::now() >= end) return true;
@@ -189,7 +189,7 @@ void FormList::showFolders(std::vector<std::string> names) {
 }
 
 void FormList::showFiles() {
-    const Filter& filter = kFilters[std::max(Combo1.data(), 0)];
+    const MediaGroup& filter = Filters()[static_cast<std::size_t>(std::max(Combo1.data(), 0))];
     std::vector<std::string> names, playable;
     for (const std::string& name : folderFiles_) {
         if (!Passes(filter, name)) continue;

@@ -1,10 +1,11 @@
 // What changes the lists: adding, sorting, moving, removing, writing.
 #include <algorithm>
 
-#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "playlist/form_list.h"
+#include "state/global_state.h"
+#include "state/media_formats.h"
 #include "text/paths.h"
 
 namespace quenlox {
@@ -66,7 +67,7 @@ void FormList::addFiles() {
     FileDialog dialog;
     dialog.title = "追加するファイルの選択";
     dialog.filterName = "再生できるファイル";
-    dialog.filter = std::string(kMediaFilter) + ";" + kM3UFilter;
+    dialog.filter = MediaFilter() + ";" + kM3UFilter;
     dialog.folder = state_.CurrentFolder;
     const std::vector<std::string> chosen = dialogs_.openFiles(dialog);
     if (!chosen.empty()) PlayView_FilesDropped(chosen);
@@ -177,7 +178,9 @@ void FormList::menuSave_Click() {
     if (!path || path->empty()) return;
     // The dialog has asked about the name as it was typed.
     const std::string name = Playlists::ExportName(*path);
-    if (name != *path && files_.fileExists(name) && !dialogs_.confirm(FileNameOf(name) + " は既にあります。\n上書きしますか？")) return;
+    if (name != *path && files_.fileExists(name) &&
+        !dialogs_.confirm(FileNameOf(name) + " は既にあります。\n上書きしますか？"))
+        return;
     const int list = folderShown() ? kFolderList : state_.ListNo;
     if (!lists_.ExportM3U(list, *path)) dialogs_.message("M3Uファイルを保存できません", MessageIcon::Stop);
 }

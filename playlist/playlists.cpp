@@ -5,6 +5,7 @@
 
 #include "platform/user_files.h"
 #include "playlist/list_file.h"
+#include "state/media_formats.h"
 #include "text/paths.h"
 #include "text/strings.h"
 

@@ -9,6 +9,7 @@
 #include "playback/play_state_monitor.h"
 #include "playback/transport.h"
 #include "playback/volume_control.h"
+#include "state/media_formats.h"
 #include "text/paths.h"
 
 namespace quenlox {

@@ -56,9 +56,4 @@ bool IsAbsolutePath(std::string_view path) {
     return (path.size() >= 2 && path[1] == ':') || (!path.empty() && path.front() == '\\');
 }
 
-bool MatchesMediaFilter(std::string_view path) {
-    const std::string lastFour = LastFour(path);
-    return CharacterCount(lastFour) == 4 && kMediaFilter.find(lastFour) != std::string_view::npos;
-}
-
 }  // namespace quenlox

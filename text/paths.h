@@ -26,10 +26,4 @@ std::string_view VolumeOf(std::string_view path);
 // True for "C:\...", "\\server\..." and "\...".
 bool IsAbsolutePath(std::string_view path);
 
-// The media files that lists, drops and the browser take.
-inline constexpr std::string_view kMediaFilter =
-    "*.mp1;*.mp2;*.mp3;*.mpg;*.rmp;*.wav;*.mid;*.rmi;*.cda;*.wma";
-// True when the last four characters occur in the filter, whatever their case.
-bool MatchesMediaFilter(std::string_view path);
-
 }  // namespace quenlox

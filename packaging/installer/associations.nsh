@@ -1,31 +1,10 @@
 ; Which program opens a file: kinds of files with a class Quenlox.<kind> each, and the extensions that belong to them.
 ; Everything is written for this user alone. What an extension stood for before is kept in OWN_KEY\Before and comes back
 ; when the association is taken back, unless another program has taken the extension meanwhile. Since Windows 10 a choice
-; that the user makes in the settings goes before all this; the capabilities are what that page offers.
+; that the user makes in the settings goes before all this; the capabilities are what that page offers. Which kinds and
+; extensions there are stands in formats.nsh.
 !define CLASSES "Software\Classes"
 !define CAPABILITIES "${OWN_KEY}\Capabilities"
-
-!macro EachKind DO
-  !insertmacro ${DO} mpeg
-  !insertmacro ${DO} rmp
-  !insertmacro ${DO} wave
-  !insertmacro ${DO} midi
-  !insertmacro ${DO} wma
-  !insertmacro ${DO} cda
-!macroend
-
-; mpg is left out: for most people it is a film.
-!macro EachExtension DO
-  !insertmacro ${DO} mp3 mpeg
-  !insertmacro ${DO} mp2 mpeg
-  !insertmacro ${DO} mp1 mpeg
-  !insertmacro ${DO} rmp rmp
-  !insertmacro ${DO} wav wave
-  !insertmacro ${DO} mid midi
-  !insertmacro ${DO} rmi midi
-  !insertmacro ${DO} wma wma
-  !insertmacro ${DO} cda cda
-!macroend
 
 !macro AssociationSection KIND
   Section /o "$(Kind_${KIND})" SectionKind_${KIND}

@@ -69,6 +69,7 @@ Var UpgradeOnly  ; the uninstaller was called by an installer
 !insertmacro MUI_LANGUAGE "Japanese"
 !insertmacro MUI_RESERVEFILE_LANGDLL
 !include "${ROOT}/packaging/installer/texts.nsh"
+!include "${ROOT}/packaging/installer/formats.nsh"
 
 VIProductVersion "${VERSION}.0"
 !macro VersionTexts LANGUAGE_ID

@@ -25,10 +25,3 @@
 !insertmacro Text AboutUnProgram "Removes the program. Skins of your own stay." "プログラムを削除します。自分で追加したスキンは残ります。"
 !insertmacro Text AboutUserFiles "Also removes your settings and play lists (Quenlox.ini, Quenlox.m3u)." \
   "設定とプレイリスト（Quenlox.ini、Quenlox.m3u）も削除します。"
-
-!insertmacro Text Kind_mpeg "MPEG audio (mp3, mp2, mp1)" "MPEGオーディオ (mp3, mp2, mp1)"
-!insertmacro Text Kind_rmp "RMP audio (rmp)" "RMPオーディオ (rmp)"
-!insertmacro Text Kind_wave "WAVE sound (wav)" "WAVEサウンド (wav)"
-!insertmacro Text Kind_midi "MIDI sequence (mid, rmi)" "MIDIシーケンス (mid, rmi)"
-!insertmacro Text Kind_wma "Windows Media audio (wma)" "Windows Mediaオーディオ (wma)"
-!insertmacro Text Kind_cda "CD audio track (cda)" "CDオーディオトラック (cda)"

@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "playlist/quiet_save.h"
-#include "text/encoding.h"
+#include "state/media_formats.h"
 #include "tests/playlist/lists_fixture.h"
+#include "text/encoding.h"
 
 namespace quenlox {
 namespace {
@@ -139,8 +140,10 @@ TEST_F(ListFileOfTheProgram, IsNotLostWhenItCouldNotBeRead) {
 TEST_F(M3UFile, GetsItsExtensionUnlessItHasIt) {
     const struct {
         const char *chosen, *written;
-    } cases[] = {{"D:\\list.M3U", "D:\\list.M3U"}, {"D:\\list", "D:\\list.m3u"}, {"D:\\list.txt", "D:\\list.txt.m3u"},
-                          {"D:\\m3u", "D:\\m3u.m3u"}};
+    } cases[] = {{"D:\\list.M3U", "D:\\list.M3U"},
+                 {"D:\\list", "D:\\list.m3u"},
+                 {"D:\\list.txt", "D:\\list.txt.m3u"},
+                 {"D:\\m3u", "D:\\m3u.m3u"}};
     for (const auto& c : cases) {
         Lists fresh;
         fresh.addLetters(2, "ba");
@@ -153,6 +156,12 @@ TEST_F(M3UFile, GetsItsExtensionUnlessItHasIt) {
     Lists fresh;
     EXPECT_FALSE(fresh.lists.ExportM3U(0, ""));
     EXPECT_TRUE(fresh.files.all.empty());
+}
+
+TEST(MediaFormats, MediaFilesAreKnownByTheirLastFourCharacters) {
+    for (const char* name : {"a.mp3", "A.MP1", "x.Wma", "t.cda"}) EXPECT_TRUE(MatchesMediaFilter(name)) << name;
+    for (const char* name : {"a.m3u", "a.mp4", "mp3", "", "a.mp3x", "a.flac"})
+        EXPECT_FALSE(MatchesMediaFilter(name)) << name;
 }
 
 }  // namespace

@@ -1,0 +1,14 @@
+// Keys as the handlers of a form get them: virtual-key codes of Windows, and the shift state.
+#pragma once
+
+namespace quenlox {
+
+inline constexpr int kKeyTab = 9, kKeyEnter = 13, kKeyEscape = 27, kKeySpace = 32;
+inline constexpr int kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39, kKeyDown = 40;
+inline constexpr int kKeyDelete = 46;
+inline constexpr int kKeyF5 = 116;
+
+// Sums of these.
+inline constexpr int kShift = 1, kControl = 2, kAlt = 4;
+
+}  // namespace quenlox
