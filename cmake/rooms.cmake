@@ -35,6 +35,8 @@ function(quenlox_check_includes)
   add_test(NAME rooms.includes
     COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/check_includes.py ${PROJECT_BINARY_DIR}/rooms.txt)
   add_test(NAME docs.places COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/check_docs.py)
+  add_test(NAME docs.rooms
+    COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/draw_rooms.py ${PROJECT_BINARY_DIR}/rooms.txt --check)
   add_test(NAME docs.formats COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/media_formats.py --check)
 endfunction()
 
