@@ -2,7 +2,21 @@
 
 namespace vbmp3 {
 
-HeadTailReader::HeadTailReader(const ByteSource& source) : source_(source), size_(std::max<int64_t>(source.size(), 0)) {
+size_t zerosAtFront(std::span<const uint8_t> bytes) {
+    if (bytes.empty() || bytes[0] != 0) return 0;
+    // Whole blocks of zeros by the gigabyte: the library compares faster than any loop.
+    if (std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0) return bytes.size();
+    size_t count = 0;
+    for (uint64_t word = 0; count + sizeof word <= bytes.size(); count += sizeof word) {
+        std::memcpy(&word, bytes.data() + count, sizeof word);
+        if (word != 0) break;
+    }
+    while (count < bytes.size() && bytes[count] == 0) ++count;
+    return count;
+}
+
+HeadTailReader::HeadTailReader(const ByteSource& source)
+    : source_(source), size_(std::clamp<int64_t>(source.size(), 0, kMost)) {
     const auto whole = static_cast<int64_t>(kHead + kTail);
     fill(head_, 0, static_cast<size_t>(size_ <= whole ? size_ : static_cast<int64_t>(kHead)));
 }

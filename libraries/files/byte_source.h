@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -35,11 +36,31 @@ class MemorySource final : public ByteSource {
     std::span<const uint8_t> bytes_;
 };
 
+// A source that ends once `stopped` says so: whoever walks through all of it is then soon done.
+class StoppableSource final : public ByteSource {
+  public:
+    StoppableSource(std::shared_ptr<const ByteSource> source, std::function<bool()> stopped)
+        : source_(std::move(source)), stopped_(std::move(stopped)) {}
+    int64_t size() const override { return source_->size(); }
+    size_t readAt(int64_t offset, void* to, size_t length) const override {
+        return stopped_() ? 0 : source_->readAt(offset, to, length);
+    }
+
+  private:
+    std::shared_ptr<const ByteSource> source_;
+    std::function<bool()> stopped_;
+};
+
+// How many of the bytes, from the first on, are zero.
+size_t zerosAtFront(std::span<const uint8_t> bytes);
+
 // Keeps the first and the last kilobytes of a source, which is where tags stand, so that looking at a file costs two
 // reads in the ordinary case. Other places are read when asked for.
 class HeadTailReader {
   public:
     static constexpr size_t kHead = 8192, kTail = 4096, kBlock = 8192;
+    // Bytes of a source beyond this one do not count: no number of frames or milliseconds can then run over.
+    static constexpr int64_t kMost = int64_t{1} << 46;
 
     explicit HeadTailReader(const ByteSource& source);
 

@@ -22,9 +22,14 @@ constexpr int kBitRates[5][15] = {
 constexpr int kSampleRates[3] = {44100, 48000, 32000};
 
 constexpr int64_t kSearchLimit = 1 << 20;
+constexpr int64_t kCountSlack = 4096;  // bytes by which the counts of a file and its size may differ
 constexpr int kChainLength = 4;        // frames in a row that make a stream
 constexpr int kMaxFreeFrame = 8192;    // bytes; over twice what 640 kbit/s needs
 constexpr int kMaxFreeSearches = 100;  // bounds the time that junk full of such headers can take
+
+const int* bitRatesOf(const FrameHeader& header) {
+    return kBitRates[header.version == 10 ? header.layer - 1 : header.layer == 1 ? 3 : 4];
+}
 
 int frameBytesFor(const FrameHeader& header, int bitRate) {
     if (header.layer == 1) return (12 * bitRate / header.sampleRate) * 4 + header.paddingBytes();
@@ -97,8 +102,8 @@ class FrameWalk {
     int freeSearches_ = 0;
 };
 
-std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange audio) {
-    const int64_t limit = std::min(audio.end, audio.begin + kSearchLimit);
+std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange audio, int64_t mostZeros) {
+    int64_t limit = std::min(audio.end, audio.begin + kSearchLimit);
     int64_t offset = audio.begin;
     while (offset < limit) {
         const auto view = file.view(offset, 4);
@@ -106,7 +111,12 @@ std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange 
             view.empty() ? nullptr : static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
         if (sync == nullptr) {
             if (view.empty()) break;
-            offset += int64_t(view.size());
+            const auto size = int64_t(view.size());
+            if (mostZeros > 0 && zerosAtFront(view) == view.size()) {
+                mostZeros -= size;
+                limit = std::min(audio.end, limit + size);
+            }
+            offset += size;
             continue;
         }
         offset += sync - view.data();
@@ -118,9 +128,26 @@ std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange 
 
 // Whether another stream stands behind the one that the information frame tells of: files that were joined.
 bool anotherFollows(BlockReader& file, FrameWalk& walk, const MpegScan& scan) {
-    if (!scan.info->bytes || scan.end - scan.begin < int64_t{*scan.info->bytes} + 4096) return false;
+    if (!scan.info->bytes || scan.end - scan.begin < int64_t{*scan.info->bytes} + kCountSlack) return false;
     const int64_t behind = scan.begin + *scan.info->bytes;
-    return findStream(file, walk, {behind, std::min(scan.end, behind + 65536)}).has_value();
+    return findStream(file, walk, {behind, std::min(scan.end, behind + 65536)}, 0).has_value();
+}
+
+// Takes back what the information frame cannot mean: so many frames must have room in the bytes that it counts, else in
+// those `present`, and fill them.
+void dropNonsense(MpegScan& scan, int64_t present) {
+    FrameHeader header = scan.first;
+    header.padding = false;
+    const int* rates = bitRatesOf(header);
+    const int64_t least = scan.freeFormat ? 4 + header.sideInfoBytes() : frameBytesFor(header, rates[1] * 1000);
+    const int64_t most = scan.freeFormat ? kMaxFreeFrame : frameBytesFor(header, rates[14] * 1000) + 1;
+    InfoFrame& info = *scan.info;
+    const auto fill = [&](int64_t bytes) {
+        return *info.frames * least <= bytes + kCountSlack && *info.frames * most >= bytes - kCountSlack;
+    };
+    if (!info.frames || (info.bytes && fill(*info.bytes))) return;
+    info.bytes.reset();
+    if (!fill(present)) info.frames.reset();
 }
 
 void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined) {
@@ -129,7 +156,7 @@ void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined) {
     scan.samples = scan.frames * scan.first.samplesPerFrame;
     scan.exact = true;
     // A file cut short still carries the counts of the whole.
-    if (joined || (info.bytes && *info.bytes > present && *info.bytes - present > 4096)) {
+    if (joined || (info.bytes && *info.bytes > present && *info.bytes - present > kCountSlack)) {
         scan.frames = int64_t(double(scan.frames) * double(present) / double(*info.bytes));
         scan.samples = scan.frames * scan.first.samplesPerFrame;
         scan.exact = false;
@@ -138,6 +165,11 @@ void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined) {
         const int end = std::max(0, info.encoderPadding - kDecoderDelay);
         scan.samples = std::max<int64_t>(0, scan.samples - begin - end);
     }
+}
+
+void forgetZeros(InfoFrame& info) {
+    if (info.frames == 0u) info.frames.reset();
+    if (info.bytes == 0u) info.bytes.reset();
 }
 
 void setAverageBitRate(MpegScan& scan, int64_t bytes) {
@@ -171,8 +203,7 @@ std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes) {
     header.channels = header.mode == 3 ? 1 : 2;
     header.sampleRate = kSampleRates[sampleIndex] / (header.version == 10 ? 1 : header.version == 20 ? 2 : 4);
     header.samplesPerFrame = header.layer == 1 ? 384 : header.layer == 3 && header.version != 10 ? 576 : 1152;
-    const int row = header.version == 10 ? header.layer - 1 : header.layer == 1 ? 3 : 4;
-    header.bitRate = kBitRates[row][rateIndex] * 1000;
+    header.bitRate = bitRatesOf(header)[rateIndex] * 1000;
     if (header.bitRate > 0) header.frameBytes = frameBytesFor(header, header.bitRate);
     return header;
 }
@@ -193,6 +224,7 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
         info.kind = InfoFrame::Kind::Vbri;
         info.bytes = bigEndian32(frame.data() + 36 + 10);
         info.frames = bigEndian32(frame.data() + 36 + 14);
+        forgetZeros(info);
         return info;
     }
     size_t at = 4 + size_t(header.sideInfoBytes());
@@ -213,8 +245,7 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
     if ((flags & 2) != 0) info.bytes = number();
     if ((flags & 4) != 0) at += 100;
     if ((flags & 8) != 0) at += 4;
-    if (info.frames == 0u) info.frames.reset();
-    if (info.bytes == 0u) info.bytes.reset();
+    forgetZeros(info);
     if (frame.size() < at + 24) return info;
     const uint8_t* lame = frame.data() + at;
     if (lame[0] < 'A' || lame[0] > 'z') return info;
@@ -226,10 +257,10 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
     return info;
 }
 
-std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio) {
+std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio, int64_t mostZeros) {
     BlockReader buffered(file);
     FrameWalk walk(buffered, audio.end);
-    const auto begin = findStream(buffered, walk, audio);
+    const auto begin = findStream(buffered, walk, audio, mostZeros);
     if (!begin) return std::nullopt;
     MpegScan scan;
     scan.begin = scan.soundBegin = *begin;
@@ -248,6 +279,7 @@ std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio) {
         scan.variableBitRate = scan.info->kind != InfoFrame::Kind::Info;
     }
     const int64_t present = scan.end - scan.soundBegin;
+    if (scan.info) dropNonsense(scan, present);
     if (scan.info && scan.info->frames) {
         takeLengthFromInfo(scan, present, anotherFollows(buffered, walk, scan));
         if (scan.variableBitRate || scan.freeFormat)

@@ -66,10 +66,14 @@ struct MpegScan {
     int bitRate = 0;      // bit/s; for variable bit rate the average
 };
 
-// Finds the first frame at or after audio.begin (within the first MiB) and works out the length. Looks at the head
-// only. Nothing when there are no frames: a frame counts when others of its stream follow it up to the end or for a
-// while.
-std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio);
+// How many bytes of zeros in front of the first frame are passed over by whoever only asks what a file is, perhaps for
+// a row of a list. Who opens it to hear it passes over all.
+constexpr int64_t kZerosAtAGlance = int64_t{64} << 20;
+
+// Finds the first frame at or after audio.begin and works out the length. Looks at the head only: `mostZeros` bytes of
+// zeros and one MiB of other junk. Nothing when there are no frames: a frame counts when others of its stream follow it
+// up to the end or for a while. What an information frame counts is believed when the bytes can hold it.
+std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio, int64_t mostZeros = kZerosAtAGlance);
 // Walks every frame header of the stream, to make length and bit rate of a stream without an information frame exact.
 void countFrames(const ByteSource& file, MpegScan& scan);
 

@@ -50,7 +50,7 @@ bool takeWave(StreamInfo& info) {
 
 }  // namespace
 
-std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout) {
+std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout, int64_t mostZeros) {
     StreamInfo info;
     info.data = layout.audio;
     info.container = layout.container;
@@ -70,7 +70,7 @@ std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout
             return takeWave(info) ? std::optional(info) : std::nullopt;
         }
     }
-    info.mpeg = scanMpeg(file, info.data);
+    info.mpeg = scanMpeg(file, info.data, mostZeros);
     if (!info.mpeg) return std::nullopt;
     takeMpeg(info);
     return info;

@@ -73,8 +73,11 @@ TEST(Mpeg, AFileWithTheEncodersCountsDecodesToExactlyTheEncodersInput) {
 
 TEST(Mpeg, ASeekGivesTheSameSamplesAsReadingUpToThere) {
     const auto sound = music(44100, 2, 120000);
+    Bytes holed = mp3File(44100, 2, sound, {.infoFrame = false});
+    holed.insert(holed.begin() + 20000, 300000, 0);
     const std::pair<const char*, Bytes> cases[] = {
         {"constant", mp3File(44100, 2, sound)},
+        {"a hole of zeros", holed},
         // The bit reservoir reaches back over many small frames.
         {"low", mp3File(32000, 1, music(32000, 1, 120000), {.bitRate = 32})},
         {"without info frame", mp3File(44100, 2, sound, {.infoFrame = false})},
@@ -138,6 +141,28 @@ TEST(Mpeg, TheLengthOfAStreamWithoutCountsIsThatOfItsFrames) {
         EXPECT_EQ(info.mpeg->freeFormat, std::string(c.name) == "free format");
         EXPECT_GT(decoded, 40000u);
     }
+}
+
+TEST(Mpeg, CountsOfAnInformationFrameAreBelievedWhenTheBytesCanHoldThem) {
+    Bytes file = mp3File(44100, 2, music(44100, 2, 88200), {.bitRate = 0});
+    const auto counts = std::search(file.begin(), file.end(), "Xing", "Xing" + 4) + 8;
+    const Bytes whole(counts, counts + 8), none{0, 0, 0, 0}, one{0, 0, 0, 1}, most(4, 0xFF);
+    const Bytes frames(whole.begin(), whole.begin() + 4), bytes(whole.begin() + 4, whole.end());
+    for (const Bytes& told : {whole, most + most, most + bytes, most + none, one + bytes, one + one, one + most,
+                              frames + one, frames + most, frames + none, none + bytes}) {
+        std::copy(told.begin(), told.end(), counts);
+        StreamInfo info;
+        ASSERT_TRUE(openBytes(file, &info));
+        EXPECT_NEAR(double(info.milliseconds()), 2000, 50) << testing::PrintToString(told);
+    }
+}
+
+TEST(Mpeg, ZerosInFrontAreNoReasonToRefuseAFileAndOtherJunkIsWithinLimits) {
+    const Bytes stream = mp3File(44100, 2, music(44100, 2, 20000));
+    const auto expected = readAll(*openBytes(stream));
+    EXPECT_EQ(readAll(*openBytes(Bytes(1 << 22) + stream)), expected);
+    EXPECT_EQ(readAll(*openBytes(Bytes(1 << 19, 'x') + Bytes(1 << 22) + stream)), expected);
+    EXPECT_FALSE(openBytes(Bytes(1 << 22, 'x') + stream));
 }
 
 TEST(Mpeg, EveryVersionAndLayerIsNamedAndIsTheToneItHolds) {
