@@ -1,10 +1,10 @@
 #include "libraries/vbmp3/decoder/mpeg_decoder.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstring>
 
 #include <mpg123.h>
+
+#include "libraries/vbmp3/decoder/without_holes.h"
 
 namespace vbmp3 {
 namespace {
@@ -16,16 +16,15 @@ constexpr long kRunUpFrames = 16;
 }  // namespace
 
 struct MpegDecoder::Impl {
-    std::shared_ptr<const ByteSource> file;
     ByteRange range;
     Samples samples = Samples::Float32;
     int channels = 2;
-    BlockReader reader;
-    int64_t position = 0;  // within range
+    WithoutHoles reader;
+    int64_t position = 0;  // within what is left of range
     mpg123_handle* handle = nullptr;
     long rate = 0;
 
-    Impl(std::shared_ptr<const ByteSource> source) : file(std::move(source)), reader(*file) {}
+    Impl(std::shared_ptr<const ByteSource> file, ByteRange whole) : range(whole), reader(std::move(file), whole) {}
     ~Impl() { mpg123_delete(handle); }
 
     size_t frameSize() const { return size_t(channels) * (samples == Samples::Float32 ? 4 : 2); }
@@ -33,12 +32,7 @@ struct MpegDecoder::Impl {
     static ssize_t onRead(void* context, void* to, size_t count) noexcept {
         try {
             auto& self = *static_cast<Impl*>(context);
-            count = size_t(
-                std::clamp<int64_t>(self.range.size() - self.position, 0, int64_t(std::min<size_t>(count, 1u << 30))));
-            if (count == 0) return 0;
-            const auto view = self.reader.view(self.range.begin + self.position, count);
-            count = std::min(count, view.size());
-            std::memcpy(to, view.data(), count);
+            count = self.reader.readAt(self.position, to, count);
             self.position += int64_t(count);
             return ssize_t(count);
         } catch (...) {
@@ -102,6 +96,7 @@ bool MpegDecoder::start(bool readAhead) {
     if (mpg123_replace_reader_handle(impl.handle, Impl::onRead, Impl::onSeek, nullptr) != MPG123_OK ||
         mpg123_open_handle(impl.handle, &impl) != MPG123_OK)
         return false;
+    impl.reader.restart();  // it has looked for a tag at the end
     int outChannels = 0, encoding = 0;
     return mpg123_getformat(impl.handle, &impl.rate, &outChannels, &encoding) == MPG123_OK;
 }
@@ -109,8 +104,7 @@ bool MpegDecoder::start(bool readAhead) {
 std::unique_ptr<MpegDecoder> MpegDecoder::open(std::shared_ptr<const ByteSource> file, ByteRange range, Samples samples,
                                                int channels) {
     std::unique_ptr<MpegDecoder> self(new MpegDecoder);
-    self->impl_ = std::make_unique<Impl>(std::move(file));
-    self->impl_->range = range;
+    self->impl_ = std::make_unique<Impl>(std::move(file), range);
     self->impl_->samples = samples;
     self->impl_->channels = channels;
     // A stream of a single frame needs the second way, free format the first.

@@ -8,8 +8,10 @@
 namespace vbmp3 {
 namespace {
 
-constexpr int64_t kMostSectionFrames = 8192;
-constexpr int64_t kMostFrames = 8'000'000;  // some 58 hours
+// These two bound the memory: samples of a section, and the places of all frames. What is longer is decoded from front
+// to back.
+constexpr int64_t kMostSectionFrames = 2048;
+constexpr int64_t kMostFrames = 2'000'000;  // some 14 hours
 constexpr int kBlankFrames = 16;
 constexpr int kRealFrames = 8;
 constexpr int64_t kRunUp = kBlankFrames + kRealFrames;

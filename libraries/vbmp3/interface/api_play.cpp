@@ -53,7 +53,7 @@ void giveRecord(vbmp3_FileInfo* to, vbmp3_FileInfo from) {
 
 // The library may be taken down while the file is being opened, which may take for ever.
 int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
-    uint64_t ticket = 0;
+    Ticket ticket;
     OpenFile opener;
     {
         const std::lock_guard lock(lifeMutex());
@@ -63,7 +63,7 @@ int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
     }
     int error = VBMP3_OK;
     vbmp3_FileInfo record{};
-    TrackPtr track = openTrack(opener, path, error, &record);
+    TrackPtr track = openTrack(opener, path, ticket, error, &record);
     {
         const std::lock_guard lock(lifeMutex());
         if (!library() || library()->player.finishOpen(ticket, track) != VBMP3_OK) return VBMP3_ERROR_SUPERSEDED;

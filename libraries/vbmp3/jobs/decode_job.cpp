@@ -1,9 +1,11 @@
 // Decoding to WAVE: in sections on several processors where the stream allows it, else from front to back.
 #include <algorithm>
 #include <condition_variable>
+#include <exception>
 #include <map>
 #include <mutex>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include "libraries/files/file_source.h"
@@ -33,8 +35,12 @@ std::span<const int16_t> trimmed(std::span<const int16_t> samples, int channels,
 class SectionDecode {
   public:
     SectionDecode(const MpegSections& sections, int threads)
-        : sections_(sections), list_(sections.sections()), ahead_(2 * size_t(std::max(threads, 0)) + 1) {
-        for (int i = 0; i < threads; ++i) workers_.emplace_back([this] { work(); });
+        : sections_(sections), list_(sections.sections()), ahead_(size_t(std::max(threads, 0)) + 2) {
+        try {
+            for (int i = 0; i < threads; ++i) workers_.emplace_back([this] { work(); });
+        } catch (const std::exception&) {
+            if (workers_.empty()) failed_ = true;  // else fewer than were asked for do as well
+        }
     }
 
     ~SectionDecode() {
@@ -162,9 +168,11 @@ Outcome decodeSource(Source& source, int64_t frames, int channels, WaveWriter& w
 
 int decodeToWave(const std::string& sourcePath, const std::string& destination, int threads, JobControl& control,
                  int64_t sectionFrames) {
-    const std::shared_ptr<const ByteSource> file = openFile(sourcePath);
+    std::shared_ptr<const ByteSource> file = openFile(sourcePath);
     if (!file) return VBMP3_ERROR_NOT_FOUND;
-    const auto info = probe(*file, scanFileLayout(*file));
+    // No walk through the file goes on after a cancel.
+    file = std::make_shared<StoppableSource>(std::move(file), [&control] { return control.cancelled(); });
+    const auto info = probe(*file, scanFileLayout(*file), INT64_MAX);
     if (!info) return VBMP3_ERROR_FORMAT;
     if (isSameFile(sourcePath, destination)) return VBMP3_ERROR_SAME_FILE;
 
@@ -192,6 +200,7 @@ int decodeToWave(const std::string& sourcePath, const std::string& destination, 
         if (begin(source->sampleRate(), channels))
             outcome = decodeSource(*source, info->frames, channels, *writer, control);
     }
+    if (control.cancelled()) outcome = Outcome::Cancelled;  // what was read may have ended for that
     if (outcome == Outcome::Done) {
         const FileTransaction::Error error = writer->commit();
         return error == FileTransaction::Error::None     ? VBMP3_OK

@@ -16,9 +16,10 @@ constexpr std::chrono::seconds kPatience{2};
 bool Jobs::start(std::function<int(JobControl&)> work) {
     if (state() == State::Running) return false;
     cancel();
-    job_ = std::make_shared<Job>();
-    job_->finished = finished_;
-    thread_ = std::make_unique<SideThread>([job = job_, work = std::move(work)] { run(*job, work); }, kPatience);
+    const auto job = std::make_shared<Job>();
+    job->finished = finished_;
+    thread_ = std::make_unique<SideThread>([job, work = std::move(work)] { run(*job, work); }, kPatience);
+    job_ = job;
     return true;
 }
 

@@ -34,7 +34,7 @@ class Jobs {
     ~Jobs() { cancel(); }
 
     // `work` returns a VBMP3_ERROR_* number and leaves no destination behind when it is cancelled.
-    // False when a job is running.
+    // False when a job is running. Throws when there is no thread for it.
     bool start(std::function<int(JobControl&)> work);
     void cancel();  // waits until the job has stopped, two seconds at most; afterwards there is none
     State state() const { return job_ ? job_->state.load() : State::None; }

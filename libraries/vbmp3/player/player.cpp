@@ -17,19 +17,13 @@ constexpr auto kNextPatience = std::chrono::milliseconds(50);
 // As long as play waits to hear that the device is in use. One that needs longer to open is opened all the same.
 constexpr auto kDevicePatience = std::chrono::milliseconds(1500);
 
-// Never the same twice in a process: a player may have gone when an opening comes back.
-uint64_t newTicket() {
-    static std::atomic<uint64_t> last = 0;
-    return ++last;
-}
-
 // Puts the file into `state` as the next one, unless something newer has been ordered; a VBMP3_ERROR_* number.
-int openNext(PlayerState& state, const OpenFile& openFile, const std::string& path, uint64_t ticket) {
+int openNext(PlayerState& state, const OpenFile& openFile, const std::string& path, const Ticket& ticket) {
     try {
         int error = VBMP3_OK;
-        TrackPtr track = openTrack(openFile, path, error);
+        TrackPtr track = openTrack(openFile, path, ticket, error);
         const std::lock_guard lock(state.mutex);
-        if (track && ticket == state.nextTicket) state.setNext(std::move(track));
+        if (PlayerState::redeem(state.nextTicket, ticket) && track) state.setNext(std::move(track));
         return error;
     } catch (...) {
         return VBMP3_ERROR_MEMORY;
@@ -80,18 +74,18 @@ void Player::stopRecording() {
 }
 
 int Player::open(const std::string& path) {
-    const uint64_t ticket = beginOpen();
+    const Ticket ticket = beginOpen();
     int error = VBMP3_OK;
-    TrackPtr track = openTrack(openFile_, path, error);
+    TrackPtr track = openTrack(openFile_, path, ticket, error);
     const int outcome = finishOpen(ticket, track);
     return outcome == VBMP3_OK ? error : outcome;
 }
 
-uint64_t Player::beginOpen() {
+Ticket Player::beginOpen() {
     stopRecording();
     std::unique_lock lock(state_.mutex);
-    const uint64_t ticket = state_.openTicket = newTicket();
-    ++state_.nextTicket;
+    Ticket ticket = PlayerState::newTicket(state_.openTicket);
+    PlayerState::newTicket(state_.nextTicket);
     state_.release(std::exchange(state_.current, nullptr));
     state_.setNext(nullptr);
     state_.active = false;
@@ -102,9 +96,9 @@ uint64_t Player::beginOpen() {
     return ticket;
 }
 
-int Player::finishOpen(uint64_t ticket, TrackPtr& track) {
+int Player::finishOpen(const Ticket& ticket, TrackPtr& track) {
     const std::lock_guard lock(state_.mutex);
-    if (ticket != state_.openTicket) return VBMP3_ERROR_SUPERSEDED;
+    if (!PlayerState::redeem(state_.openTicket, ticket)) return VBMP3_ERROR_SUPERSEDED;
     if (track) state_.current = std::move(track);
     return VBMP3_OK;
 }
@@ -178,10 +172,10 @@ int Player::seek(double seconds) {
 }
 
 int Player::setNext(const std::string& path) {
-    uint64_t ticket = 0;
+    Ticket ticket;
     {
         const std::lock_guard lock(state_.mutex);
-        ticket = ++state_.nextTicket;
+        ticket = PlayerState::newTicket(state_.nextTicket);
         const bool taken = state_.nextTaken;
         state_.setNext(nullptr);
         if (taken) {
@@ -235,7 +229,7 @@ void Player::setListener(std::function<void(int)> listener) {
 }
 
 void Player::notify(int event) {
-    if (event == VBMP3_EVENT_END_OF_TRACK) {
+    if (event == VBMP3_EVENT_END_OF_TRACK || event == VBMP3_EVENT_NEXT_TRACK) {
         const std::lock_guard lock(recorderMutex_);
         if (recorder_) recorder_->end();
     }

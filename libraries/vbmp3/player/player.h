@@ -32,8 +32,8 @@ class Player {
 
     // Opening in two steps, between which the file is opened with `openTrack`, without the player. beginOpen closes
     // what is open and gives a ticket, which a later one or a close makes invalid: VBMP3_ERROR_SUPERSEDED.
-    uint64_t beginOpen();
-    int finishOpen(uint64_t ticket, TrackPtr& track);  // takes the track, unless it is null
+    Ticket beginOpen();
+    int finishOpen(const Ticket& ticket, TrackPtr& track);  // takes the track, unless it is null
     const OpenFile& fileOpener() const { return openFile_; }
 
     struct Snapshot {

@@ -43,9 +43,10 @@ struct PlayerState {
     bool nextTaken = false;  // the decoder has gone on to it
     OutputSettings output;
 
-    // Which opening counts: files are opened without the mutex, and something newer may have been ordered meanwhile.
-    uint64_t openTicket = 0;
-    uint64_t nextTicket = 0;
+    // Which openings under way count: files are opened without the mutex, and something newer may have been ordered
+    // meanwhile. Null: none.
+    Ticket openTicket;
+    Ticket nextTicket;
     // No longer wanted. The decode thread closes their files, because that may take as long as reading them.
     std::vector<TrackPtr> released;
 
@@ -68,6 +69,17 @@ struct PlayerState {
     bool deviceLost = false;
 
     // The following with the mutex held.
+    // What was being opened is of no use any more.
+    static Ticket newTicket(Ticket& last) {
+        if (last) *last = true;
+        return last = std::make_shared<std::atomic<bool>>(false);
+    }
+    // True when that opening counts; it is over, and its file stays readable.
+    static bool redeem(Ticket& last, const Ticket& ticket) {
+        if (ticket != last) return false;
+        last = nullptr;
+        return true;
+    }
     int64_t heardFrame() { return shown = std::max(shown, heard.now()); }
     void setHeard(int64_t frame) {
         heard = {frame};

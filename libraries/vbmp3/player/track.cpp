@@ -7,40 +7,26 @@
 #include "libraries/vbmp3/tags/tag_files.h"
 
 namespace vbmp3 {
-namespace {
-
-class StoppableFile final : public ByteSource {
-  public:
-    StoppableFile(std::shared_ptr<const ByteSource> file, std::shared_ptr<const std::atomic<bool>> stopped)
-        : file_(std::move(file)), stopped_(std::move(stopped)) {}
-    int64_t size() const override { return file_->size(); }
-    size_t readAt(int64_t offset, void* to, size_t length) const override {
-        return *stopped_ ? 0 : file_->readAt(offset, to, length);
-    }
-
-  private:
-    std::shared_ptr<const ByteSource> file_;
-    std::shared_ptr<const std::atomic<bool>> stopped_;
-};
-
-}  // namespace
 
 bool Stream::open(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
-    source = openSource(std::make_shared<StoppableFile>(std::move(file), givenUp), info);
+    source =
+        openSource(std::make_shared<StoppableSource>(std::move(file), [up = givenUp] { return up->load(); }), info);
     return source != nullptr;
 }
 
-TrackPtr openTrack(const OpenFile& openFile, const std::string& path, int& error, vbmp3_FileInfo* record) {
+TrackPtr openTrack(const OpenFile& openFile, const std::string& path, const Ticket& ticket, int& error,
+                   vbmp3_FileInfo* record) {
     static std::atomic<int64_t> lastId = 0;
     auto track = std::make_shared<Track>();
-    track->file = openFile(path);
+    std::shared_ptr<const ByteSource> file = openFile(path);
     error = VBMP3_ERROR_NOT_FOUND;
-    if (!track->file) return nullptr;
+    if (!file) return nullptr;
+    track->file = std::make_shared<StoppableSource>(std::move(file), [ticket] { return ticket->load(); });
 
     HeadTailReader reader(*track->file);
     const CachedSource cached(reader);
     const FileLayout layout = scanFileLayout(reader);
-    auto info = probe(cached, layout);
+    auto info = probe(cached, layout, INT64_MAX);
     error = VBMP3_ERROR_FORMAT;
     if (!info) return nullptr;
     refineLength(*track->file, *info);

@@ -40,9 +40,13 @@ struct Track {
 };
 using TrackPtr = std::shared_ptr<Track>;
 
+// Of one opening; no two are alike. True: something newer has been ordered, and its file gives nothing any more.
+using Ticket = std::shared_ptr<std::atomic<bool>>;
+
 // Opens the file, once, as far as playing and showing need it. Null and a VBMP3_ERROR_* number when that fails.
 // `record` may be null; it gets what vbmp3_open tells.
-TrackPtr openTrack(const OpenFile& openFile, const std::string& path, int& error, vbmp3_FileInfo* record = nullptr);
+TrackPtr openTrack(const OpenFile& openFile, const std::string& path, const Ticket& ticket, int& error,
+                   vbmp3_FileInfo* record = nullptr);
 
 // The lyrics in the tags of a file.
 std::optional<EmbeddedLyrics> lyricsInTags(const ByteSource& file, const FileLayout& layout,
