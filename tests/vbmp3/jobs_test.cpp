@@ -169,10 +169,12 @@ TEST_F(JobsOfTheInterface, DecodeTellsProgressAndItsEnd) {
 TEST_F(JobsOfTheInterface, WhatIsPlayedIsWritten) {
     // No device: the silent clock plays in time, here two thirds of a second.
     ASSERT_EQ(vbmp3_playDecodeWave(source_.c_str(), target_.c_str()), 1);
+    ASSERT_EQ(vbmp3_setNextFile(source_.c_str()), 1);  // is heard too, and not written
     EXPECT_EQ(vbmp3_getState(nullptr), 1);
     EXPECT_EQ(vbmp3_decodeWave(source_.c_str(), dir_.path("other").c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_BUSY);
     ASSERT_TRUE(eventually([&] { return done_ == 1; }));
+    EXPECT_EQ(vbmp3_getState(nullptr), 1);
     vbmp3_stop();
     EXPECT_EQ(vbmp3_getEncodeState(nullptr), 2);
     EXPECT_EQ(samplesOf(readBytes(target_)), toInt16(readAll(*openBytes(readBytes(source_)))));

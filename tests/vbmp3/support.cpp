@@ -86,11 +86,12 @@ class PluggedOutput final : public Output {
     void write(std::span<const float> stereo) override {
         plug_->call();
         inner_->write(stereo);
+        drained_ = false;
         unheard_.insert(unheard_.end(), stereo.begin(), stereo.end());
     }
     void start() override { plug_->call(), inner_->start(); }
     void pause() override { plug_->call(), inner_->pause(); }
-    void drain() override { plug_->call(), inner_->drain(); }
+    void drain() override { plug_->call(), drained_ = true; }
     void flush() override {
         plug_->call();
         keepHeard();
@@ -100,7 +101,10 @@ class PluggedOutput final : public Output {
     }
     int64_t played() override {
         plug_->call();
-        return plug_->trouble == Trouble::StandsStill ? played_ : played_ = inner_->played();
+        if (plug_->trouble == Trouble::StandsStill) return played_;
+        // As devices do it takes whole buffers, until it is told that nothing follows.
+        const int64_t played = inner_->played();
+        return played_ = std::max(played_, drained_ ? played : played / kBuffer * kBuffer);
     }
     bool lost() override { return plug_->trouble == Trouble::Gone; }
 
@@ -115,7 +119,9 @@ class PluggedOutput final : public Output {
     std::shared_ptr<Plug> plug_;
     std::unique_ptr<Output> inner_ = makeClockOutput();
     std::vector<float> unheard_;
+    static constexpr int64_t kBuffer = 256;  // frames
     int64_t played_ = 0, kept_ = 0;
+    bool drained_ = false;
 };
 
 }  // namespace

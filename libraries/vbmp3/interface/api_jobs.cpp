@@ -22,8 +22,12 @@ int check(Library& self, const std::string& source, const std::string& destinati
     return isSameFile(source, destination) ? VBMP3_ERROR_SAME_FILE : VBMP3_OK;
 }
 
-// Writes what the recorder hears until the track has ended.
+// Writes what the recorder hears until the track has ended. Whatever ends it earlier ends the recorder too.
 int record(Recorder& recorder, WaveWriter& writer, int64_t frames, JobControl& control) {
+    const struct AtTheEnd {
+        Recorder& recorder;
+        ~AtTheEnd() { recorder.abort(); }
+    } atTheEnd{recorder};
     std::vector<int16_t> samples;
     int64_t done = 0;
     for (;;) {
@@ -46,10 +50,10 @@ int playAndRecord(Library& self, const std::string& source, const std::string& d
     std::shared_ptr<WaveWriter> writer = WaveWriter::begin(destination, track->sampleRate, 2);
     if (!writer) return VBMP3_ERROR_WRITE;
     const auto recorder = std::make_shared<Recorder>();
-    self.player.setRecorder(recorder);
     self.jobs.start([recorder, writer, frames = track->info.frames](JobControl& control) {
         return record(*recorder, *writer, frames, control);
     });
+    self.player.setRecorder(recorder);
     writer.reset();
     self.sound.applyEqualizer();
     const int error = self.player.play();

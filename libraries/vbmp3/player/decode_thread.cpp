@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace vbmp3 {
@@ -44,11 +45,22 @@ struct DecodeThread::Worker {
 
 DecodeThread::DecodeThread(std::shared_ptr<PlayerState> state) : state_(std::move(state)) { start(); }
 
-DecodeThread::~DecodeThread() = default;
+DecodeThread::~DecodeThread() {
+    const std::lock_guard lock(state_->mutex);
+    state_->quit = true;
+    state_->decodeWork.notify_all();
+}
 
+// Leaves what there is as it is when it throws.
 void DecodeThread::start() {
-    worker_ = std::make_shared<Worker>(state_);
-    thread_ = std::make_unique<SideThread>([worker = worker_] { worker->run(); }, kIdlePatience);
+    const auto worker = std::make_shared<Worker>(state_);
+    auto thread = std::make_unique<SideThread>([worker] { worker->run(); }, kIdlePatience);
+    if (worker_) {
+        worker_->left = true;
+        thread_->leaveBehind();
+    }
+    worker_ = worker;
+    thread_ = std::move(thread);
 }
 
 void DecodeThread::hurry() {
@@ -71,9 +83,11 @@ void DecodeThread::settle(std::unique_lock<std::mutex>& lock) {
     }
     if (asked == worker_) {
         if (SideThread::leftBehind() >= SideThread::kMostLeftBehind) return;
-        asked->left = true;
-        thread_->leaveBehind();
-        start();
+        try {
+            start();
+        } catch (const std::system_error&) {
+            return;  // no more threads: the one that hangs takes the order when it has come back
+        }
     }
     answeredWithin(kStartPatience);
 }

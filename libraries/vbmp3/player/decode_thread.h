@@ -16,7 +16,7 @@ namespace vbmp3 {
 class DecodeThread {
   public:
     explicit DecodeThread(std::shared_ptr<PlayerState> state);
-    ~DecodeThread();  // state.quit must be set
+    ~DecodeThread();  // sets state.quit
 
     // Both with the mutex held, right after a new order.
     // What the decoder has been at for long is given up in favour of the order.

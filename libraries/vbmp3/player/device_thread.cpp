@@ -4,6 +4,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -99,7 +100,11 @@ OutputError DeviceThread::open(int sampleRate, const OutputSettings& settings, W
     s.settings.bufferMs = std::max(settings.bufferMs - s.pieceMs, s.pieceMs);
     s.capacity = std::max<size_t>(64, size_t(sampleRate) * size_t(s.pieceMs) / 1000);
     s.calling = Clock::now();
-    thread_ = std::thread(run, shared_);
+    try {
+        thread_ = std::thread(run, shared_);
+    } catch (const std::system_error&) {
+        s.opened = OutputError::NoDevice;  // no more threads
+    }
     return OutputError::None;
 }
 
@@ -185,6 +190,9 @@ void DeviceThread::run(std::shared_ptr<Shared> shared) {
         s.queue.erase(s.queue.begin(), s.queue.begin() + std::ptrdiff_t(count));
         const bool more = !s.queue.empty();
         const bool toRun = s.running, toDrain = s.drain && !more;
+        // A file stalls. A device that plays whole buffers keeps the last one back, and looked dead if it did so for
+        // long.
+        const bool starved = running && count == 0 && !more && Clock::now() - s.movedAt > milliseconds(2 * s.pieceMs);
         s.calling = Clock::now();
         lock.unlock();
 
@@ -196,7 +204,7 @@ void DeviceThread::run(std::shared_ptr<Shared> shared) {
             s.device->write(piece);
             drained = false;
         }
-        if (toDrain && !std::exchange(drained, true)) s.device->drain();
+        if ((toDrain || starved) && !std::exchange(drained, true)) s.device->drain();
         room = s.device->room();
         if (toRun && !running && !(more && room > 0)) {
             s.device->start();

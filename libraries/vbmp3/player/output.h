@@ -34,6 +34,8 @@ class Output {
     virtual void pause() = 0;
     // Nothing follows for now: what was written is to be heard to its end.
     virtual void drain() = 0;
+    // What is written from frame `frame` on (as `played` counts) belongs to another track.
+    virtual void trackEndsAt([[maybe_unused]] int64_t frame) {}
     // Drops what has not been heard; counting begins anew, stopped.
     virtual void flush() = 0;
     // Frames heard since open or flush. Never goes back; is the number written once all is heard.

@@ -315,6 +315,7 @@ bool OutputThread::fetch() {
     finished_ = false;
     if (block.track != track_) {
         boundaries_.push_back({chain_->beginTrack(block.track->id), block.track});
+        output_->trackEndsAt(boundaries_.back().outputFrame - outputBase_);
         track_ = block.track;
     }
     chain_->process(block.samples, pending_);

@@ -20,25 +20,36 @@ class RecordingOutput final : public Output {
     size_t room() override { return inner_->room(); }
     void write(std::span<const float> stereo) override {
         inner_->write(stereo);
+        if (kept_ >= end_) return;
         for (const float sample : stereo) unheard_.push_back(toInt16(sample));
     }
     void start() override { inner_->start(); }
     void pause() override { inner_->pause(); }
     void drain() override { inner_->drain(); }
+    void trackEndsAt(int64_t frame) override {
+        end_ = std::min(end_, frame);
+        inner_->trackEndsAt(frame);
+    }
     void flush() override {
         played();
         inner_->flush();
         unheard_.clear();
         kept_ = 0;
+        end_ = INT64_MAX;
     }
     int64_t played() override {
         const int64_t played = inner_->played();
-        const size_t count = std::min(unheard_.size(), size_t(std::max<int64_t>(0, played - kept_)) * 2);
+        const int64_t heard = std::min(played, end_) - kept_;
+        const size_t count = std::min(unheard_.size(), size_t(std::max<int64_t>(0, heard)) * 2);
         if (count > 0) {
-            const std::vector<int16_t> heard(unheard_.begin(), unheard_.begin() + std::ptrdiff_t(count));
+            const std::vector<int16_t> samples(unheard_.begin(), unheard_.begin() + std::ptrdiff_t(count));
             unheard_.erase(unheard_.begin(), unheard_.begin() + std::ptrdiff_t(count));
-            recorder_->add(heard);
-            kept_ = played;
+            recorder_->add(samples);
+            kept_ += int64_t(count / 2);
+        }
+        if (kept_ >= end_) {
+            recorder_->end();
+            unheard_.clear();
         }
         return played;
     }
@@ -49,7 +60,8 @@ class RecordingOutput final : public Output {
     std::unique_ptr<Output> inner_;
     std::shared_ptr<Recorder> recorder_;
     std::deque<int16_t> unheard_;
-    int64_t kept_ = 0;
+    int64_t kept_ = 0;  // frames
+    int64_t end_ = INT64_MAX;
 };
 
 }  // namespace
@@ -68,7 +80,9 @@ void Recorder::end() {
 
 void Recorder::abort() {
     const std::lock_guard lock(mutex_);
-    if (state_ == State::More) state_ = State::Aborted;
+    if (state_ != State::More) return;
+    state_ = State::Aborted;
+    samples_ = {};
     changed_.notify_one();
 }
 

@@ -1,5 +1,6 @@
-// Keeps what is played: an output that passes everything on and hands what has been heard to a recorder, from which a
-// job writes it to a file. The output thread never waits for that file.
+// Keeps what is played of one track: an output that passes everything on and hands what has been heard, up to the frame
+// with which another track begins, to a recorder, from which a job writes it to a file. The output thread never waits
+// for that file.
 #pragma once
 
 #include <condition_variable>
@@ -17,7 +18,8 @@ class Recorder {
   public:
     void add(std::span<const int16_t> stereo);  // output thread
     void end();                                 // everything has been heard
-    void abort();                               // playing was given up before the end; nothing after end
+    // Playing was given up before the end, or nobody takes what is kept any more; nothing after end.
+    void abort();
 
     enum class State { More, Ended, Aborted };
     // Job: waits up to 100 ms and moves what there is into `samples` (cleared before).
