@@ -18,6 +18,11 @@
 
 namespace vbmp3 {
 
+enum class Kind { Writable, ReadOnly, Impossible };
+static Kind kindOf(const std::string& target);
+
+bool mayReplace(const std::string& target) { return kindOf(target) == Kind::Writable; }
+
 FileTransaction::FileTransaction() = default;
 
 #ifdef _WIN32
@@ -119,7 +124,17 @@ struct FileTransaction::File {
     }
 };
 
+static Kind kindOf(const std::string& target) {
+    if (target.empty() || target.ends_with('/') || target.ends_with('\\')) return Kind::Impossible;
+    const DWORD attributes = GetFileAttributesW(widePath(target).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return Kind::Writable;
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0  ? Kind::Impossible
+           : (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? Kind::ReadOnly
+                                                         : Kind::Writable;
+}
+
 std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target) {
+    if (kindOf(target) == Kind::Impossible) return nullptr;
     static std::atomic<DWORD> counter = GetTickCount() ^ GetCurrentProcessId() << 16;
     std::unique_ptr<FileTransaction> self(new FileTransaction);
     self->target_ = target;
@@ -203,7 +218,15 @@ struct FileTransaction::File {
     }
 };
 
+static Kind kindOf(const std::string& target) {
+    if (target.empty() || target.ends_with('/')) return Kind::Impossible;
+    struct stat about {};
+    if (stat(target.c_str(), &about) != 0) return Kind::Writable;
+    return S_ISDIR(about.st_mode) ? Kind::Impossible : (about.st_mode & 0222) == 0 ? Kind::ReadOnly : Kind::Writable;
+}
+
 std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target) {
+    if (kindOf(target) == Kind::Impossible) return nullptr;
     static std::atomic<unsigned> counter = 0;
     std::unique_ptr<FileTransaction> self(new FileTransaction);
     self->target_ = target;
@@ -244,9 +267,7 @@ FileTransaction::Error FileTransaction::commit() {
         return Error::Write;
     }
     // Renaming would replace a read-only file too; the owner's wish counts.
-    struct stat about {};
-    const bool readOnly = stat(target_.c_str(), &about) == 0 && (about.st_mode & 0222) == 0;
-    const bool done = !readOnly && rename(file_->path.c_str(), target_.c_str()) == 0;
+    const bool done = mayReplace(target_) && rename(file_->path.c_str(), target_.c_str()) == 0;
     if (done) file_->path.clear();
     file_.reset();
     return done ? Error::None : Error::Locked;

@@ -16,7 +16,8 @@ class FileTransaction {
   public:
     enum class Error { None, Write, Locked };  // disk full or no such folder; target read-only or in use
 
-    // Null when no temporary file can be made beside the target.
+    // Null when no temporary file can be made beside the target, and for a target that no file can be: no name, a
+    // folder.
     static std::unique_ptr<FileTransaction> begin(const std::string& target);
     ~FileTransaction();  // without commit: removes the temporary file
     FileTransaction(const FileTransaction&) = delete;
@@ -36,6 +37,10 @@ class FileTransaction {
     uint64_t size_ = 0;
     bool failed_ = false;
 };
+
+// Whether a transaction could end with this target, as far as can be told before: not without a name, for a folder, or
+// a file that may only be read. Whether another program holds it shows at the end.
+bool mayReplace(const std::string& target);
 
 // Whether both paths name the same existing file, by whatever name.
 bool isSameFile(const std::string& a, const std::string& b);

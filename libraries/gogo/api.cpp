@@ -78,7 +78,7 @@ int32_t set(Settings& settings, int32_t item, int32_t value, const char* text) {
 int32_t get(const Work& self, int32_t item, int32_t& value) {
     switch (item) {
         case GOGO_ITEM_CHANNELS: value = int32_t(self.settings.channels); return GOGO_OK;
-        case GOGO_ITEM_BIT_RATE: value = self.settings.bitRate; return GOGO_OK;
+        case GOGO_ITEM_BIT_RATE: value = self.coder ? self.coder->bitRate() : self.settings.bitRate; return GOGO_OK;
         case GOGO_ITEM_FREQUENCY: value = self.settings.frequency; return GOGO_OK;
         case GOGO_ITEM_VBR_QUALITY: value = self.settings.vbrQuality; return GOGO_OK;
         case GOGO_ITEM_FRAMES:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <new>
+#include <system_error>
 
 namespace gogo {
 namespace {
@@ -27,6 +28,10 @@ std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error&
         error = Error::SameFile;
         return nullptr;
     }
+    if (!vbmp3::mayReplace(settings.destination)) {
+        error = Error::Destination;
+        return nullptr;
+    }
     self->channels_ = self->reader_->channels();
     if (!askEncoder(settings, self->channels_, self->facts_)) {
         error = Error::Encoder;
@@ -42,7 +47,11 @@ std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error&
     const int cores = threads > 0 ? threads : int(std::thread::hardware_concurrency());
     const auto count = std::clamp<int64_t>(cores, 1, std::min<int64_t>(kMostThreads, self->parts_));
     self->allowedPart_ = count + 2;
-    for (int64_t i = 0; i < count; ++i) self->threads_.emplace_back(&Coder::work, self.get());
+    try {
+        for (int64_t i = 0; i < count; ++i) self->threads_.emplace_back(&Coder::work, self.get());
+    } catch (const std::system_error&) {
+        if (self->threads_.empty()) throw;  // else fewer than were asked for do as well
+    }
     error = Error::None;
     return self;
 }

@@ -27,6 +27,7 @@ class Coder {
     Coder& operator=(const Coder&) = delete;
 
     int64_t frames() const { return frames_; }
+    int bitRate() const { return facts_.bitRate; }  // kbit/s of the sound; with VBR the least
     // One frame further. After the last one (finished()) the destination is in its place; after an error it is as it
     // was.
     Error processFrame();

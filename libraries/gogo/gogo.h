@@ -31,7 +31,8 @@ enum {
     GOGO_ERROR_ARGUMENT    = 3,  // unknown item, value out of range
     GOGO_ERROR_SOURCE      = 4,  // missing, unreadable, or it ends before its time
     GOGO_ERROR_FORMAT      = 5,  // not a WAVE file with samples, or a coding that is not read
-    GOGO_ERROR_DESTINATION = 6,  // cannot be written: no such folder, disk full, read-only, in use
+    GOGO_ERROR_DESTINATION = 6,  // cannot be written: none or no such folder, a folder, read-only, in use, disk full;
+                                 // all but the last two are told by MPGE_detectConfigureVB
     GOGO_ERROR_SAME_FILE   = 7,  // destination is the source, by whatever name
     GOGO_ERROR_MEMORY      = 8,
     GOGO_ERROR_ENCODER     = 9   // the encoder refuses the settings
@@ -45,8 +46,9 @@ enum {
                                  // and channels
     GOGO_ITEM_DESTINATION = 2,   // text: MP3 file
     GOGO_ITEM_CHANNELS    = 3,   // 0 mono, 1 stereo, 2 joint stereo (default); a mono source stays mono
-    GOGO_ITEM_BIT_RATE    = 4,   // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows; with
-                                 // VBR the least
+    GOGO_ITEM_BIT_RATE    = 4,   // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows, 320 at
+                                 // most from 32 kHz on, 160 from 16 kHz on, 64 below; with VBR the least. After
+                                 // MPGE_detectConfigureVB get gives what is written
     GOGO_ITEM_FREQUENCY   = 6,   // Hz of the output, one of the nine of MPEG audio (default 44100)
     GOGO_ITEM_FRAMES      = 15,  // get only, after MPGE_detectConfigureVB: number of frames of the whole run
     GOGO_ITEM_VBR_QUALITY = 18   // 0 best to 9 smallest; without it the bit rate is constant

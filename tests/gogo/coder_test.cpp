@@ -191,7 +191,9 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile) {
     const auto failure = [&](const std::string& destination) {
         Settings s = settings();
         s.destination = destination;
-        return Error(-std::min<int64_t>(0, encode(s)));
+        Error error = Error::None;
+        EXPECT_FALSE(Coder::open(s, 1, error));
+        return error;
     };
     EXPECT_EQ(failure(result), Error::Source);
     const Bytes sound = wave(music(44100, 2, 3000), 44100, 2);
@@ -202,7 +204,8 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile) {
         EXPECT_EQ(failure(result), Error::Format) << bytes.size();
     }
     dir.write(source, sound);
-    EXPECT_EQ(failure(dir.path("none/result.mp3")), Error::Destination);
+    for (const std::string& nowhere : {std::string(), dir.path("none/result.mp3"), dir.path(""), dir.path(".")})
+        EXPECT_EQ(failure(nowhere), Error::Destination) << nowhere;
     std::filesystem::create_hard_link(source, dir.path("link.mp3"));
     std::filesystem::create_symlink(source, dir.path("soft.mp3"));
     for (const std::string& same : {source, dir.path("link.mp3"), dir.path("soft.mp3")})
@@ -212,6 +215,7 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile) {
     std::filesystem::permissions(locked, std::filesystem::perms::owner_read);
     EXPECT_EQ(failure(locked), Error::Destination);
     EXPECT_EQ(readBytes(locked), Bytes{1});
+    EXPECT_EQ(dir.names().size(), 4u);
 }
 
 TEST_F(Encoding, AFullDiskIsAnErrorAndLeavesNothing) {
