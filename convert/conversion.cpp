@@ -58,6 +58,9 @@ constexpr std::array kFrequencies{48000, 44100, 32000, 24000, 22050, 16000, 1200
 constexpr std::array kBitRates{320, 256, 224, 192, 160, 128, 112, 96, 80, 64, 48, 40, 32};
 constexpr int kBestQuality = 0, kSmallestQuality = 9;
 
+// What the encoder has at this frequency: MPEG-1, 2 and 2.5.
+int MostBitRate(int frequency) { return frequency >= 32000 ? 320 : frequency >= 16000 ? 160 : 64; }
+
 std::string RightAligned(const std::string& text, std::size_t width) {
     return std::string(width - std::min(width, text.size()), ' ') + text;
 }
@@ -79,11 +82,15 @@ std::vector<ComboBox::Item> FrequencyItems() {
     return items;
 }
 
-std::vector<ComboBox::Item> BitRateItems() {
+std::vector<ComboBox::Item> BitRateItems(int frequency) {
     std::vector<ComboBox::Item> items;
-    for (const int rate : kBitRates) items.push_back({RightAligned(std::to_string(rate), 4), rate});
+    for (const int rate : kBitRates) {
+        if (rate <= MostBitRate(frequency)) items.push_back({RightAligned(std::to_string(rate), 4), rate});
+    }
     return items;
 }
+
+int BitRateAt(int frequency, int wished) { return std::min(wished, MostBitRate(frequency)); }
 
 std::vector<ComboBox::Item> VbrQualityItems() {
     std::vector<ComboBox::Item> items{{"(使用しない)", kNoVbr}};

@@ -38,12 +38,13 @@ inline constexpr std::int32_t kGogoModeValue = 2;  // joint stereo
 inline constexpr int kNoVbr = -1;  // item data of "(使用しない)"
 struct EncoderSettings {
     int frequency = 44100;    // Hz
-    int bitRate = 128;        // kbit/s; with a VBR quality the least
+    int bitRate = 128;        // kbit/s as wished, which BitRateAt lowers; with a VBR quality the least
     int vbrQuality = kNoVbr;  // 0 to 9
 };
-std::vector<ComboBox::Item> FrequencyItems();   // Hz
-std::vector<ComboBox::Item> BitRateItems();     // kbit/s
-std::vector<ComboBox::Item> VbrQualityItems();  // the first is "(使用しない)"
+std::vector<ComboBox::Item> FrequencyItems();             // Hz
+std::vector<ComboBox::Item> BitRateItems(int frequency);  // kbit/s; those that MPEG audio has at this frequency
+int BitRateAt(int frequency, int wished);                 // the highest of them up to the wished one
+std::vector<ComboBox::Item> VbrQualityItems();            // the first is "(使用しない)"
 
 enum class ConversionError : int {
     Other = 0,

@@ -224,7 +224,7 @@ void ConversionRun::startEncoder() {
         } while (files_.fileExists(job.destination));
         toWrap_ = job.destination;
     }
-    hooks_.showStatus(kEncode);
+    encodeStatus_ = state_.PlayerStatus;
     hooks_.setPolling(true);
     encode_ = std::make_unique<GogoEncode>(gogo_, job, settings_, windows_, [this] { followEncoder(); });
 }
@@ -232,10 +232,13 @@ void ConversionRun::startEncoder() {
 void ConversionRun::followEncoder() {
     if (!encode_) return;
     const GogoEncode::Report report = encode_->report();
-    if (running() && state_.PlayerStatus != kEncode) {
+    if (running() && state_.PlayerStatus != encodeStatus_) {
         // Something else is played by now.
         stopWork();
         leave(Outcome::None);
+    } else if (running() && report.begun && encodeStatus_ != kEncode) {
+        encodeStatus_ = kEncode;
+        hooks_.showStatus(kEncode);
     }
     if (!report.over) {
         if (running()) showProgress(report.frames > 0 ? static_cast<double>(report.frame) / report.frames : 0);

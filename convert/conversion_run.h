@@ -116,7 +116,8 @@ class ConversionRun {
     Run run_ = Run::None;
     // Also after a cancel, until it has come back from its frame: the encoder can do one file at a time.
     std::unique_ptr<GogoEncode> encode_;
-    std::string toWrap_;  // an RMP is an MP3 that is wrapped afterwards: the name of that, or nothing
+    PlayStatus encodeStatus_{};  // as it must stay while encode_ goes on
+    std::string toWrap_;         // an RMP is an MP3 that is wrapped afterwards: the name of that, or nothing
     std::chrono::steady_clock::time_point started_;
     Progress progress_;
     Outcome outcome_ = Outcome::None;

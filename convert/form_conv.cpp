@@ -50,12 +50,12 @@ FormConv::FormConv(ConversionRun& run, const GlobalState& state, Dialogs& dialog
     LabelKbits.setCaption("kbit/s");
     LabelVbr.setCaption("VBRクオリティ");
     Combo4.setItems(FrequencyItems());
-    Combo3.setItems(BitRateItems());
     Combo5.setItems(VbrQualityItems());
     ChooseData(Combo4, run_.settings().frequency);
-    ChooseData(Combo3, run_.settings().bitRate);
     ChooseData(Combo5, run_.settings().vbrQuality);
-    for (ComboBox* box : {&Combo3, &Combo4}) box->onClick = [this] { settingsChosen(); };
+    showBitRates();
+    Combo3.onClick = [this] { Combo3_Click(); };
+    Combo4.onClick = [this] { Combo4_Click(); };
     Combo5.onClick = [this] { Combo5_Click(); };
     Command4.onClick = [this] { Command4_Click(); };
     Command4.isDefault = true;
@@ -80,11 +80,24 @@ void FormConv::Form_Load() {
 
 void FormConv::DecOption_Click(int index) { run_.setOperation(static_cast<Operation>(index)); }
 
-void FormConv::settingsChosen() { run_.setSettings({Combo4.data(), Combo3.data(), Combo5.data()}); }
+void FormConv::settingsChosen(int bitRate) { run_.setSettings({Combo4.data(), bitRate, Combo5.data()}); }
+
+void FormConv::Combo3_Click() {
+    const EncoderSettings& settings = run_.settings();
+    // What the frequency has lowered is no other wish.
+    if (Combo3.data() == BitRateAt(settings.frequency, settings.bitRate)) return;
+    settingsChosen(Combo3.data());
+    showBitRates();
+}
+
+void FormConv::Combo4_Click() {
+    settingsChosen(run_.settings().bitRate);
+    showBitRates();
+}
 
 void FormConv::Combo5_Click() {
     LabelBitRate.setCaption(Combo5.listIndex() > 0 ? kLeastBitRateCaption : kBitRateCaption);
-    settingsChosen();
+    settingsChosen(run_.settings().bitRate);
 }
 
 void FormConv::Command2_Click() {
@@ -139,14 +152,24 @@ void FormConv::Form_Unload(bool& refuse) {
 
 // What the user sees.
 
+void FormConv::showBitRates() {
+    const EncoderSettings& settings = run_.settings();
+    const int rate = BitRateAt(settings.frequency, settings.bitRate);
+    std::vector<ComboBox::Item> items = BitRateItems(settings.frequency);
+    if (items != Combo3.items()) Combo3.setItems(std::move(items));
+    ChooseData(Combo3, rate);
+    LabelLowered.setCaption(rate == settings.bitRate ? "" : "この周波数では " + std::to_string(rate) + " までです");
+}
+
 void FormConv::showRun() {
     const bool idle = !run_.running();
     const bool settings = idle && Encodes(run_.operation()) && run_.encoderThere();
     for (int i = 0; i <= 2; ++i) DecOption[i].setEnabled(idle);
     Command2.setEnabled(idle);
     Command3.setEnabled(idle);
-    for (Control* control : std::initializer_list<Control*>{&Frame1, &LabelFrequency, &Combo4, &LabelHertz,
-                                                            &LabelBitRate, &Combo3, &LabelKbits, &LabelVbr, &Combo5}) {
+    for (Control* control :
+         std::initializer_list<Control*>{&Frame1, &LabelFrequency, &Combo4, &LabelHertz, &LabelBitRate, &Combo3,
+                                         &LabelKbits, &LabelLowered, &LabelVbr, &Combo5}) {
         control->setEnabled(settings);
     }
     Command4.setCaption(idle ? kStartCaption : kCancelCaption);
@@ -198,7 +221,8 @@ Layout FormConv::layout() {
          Row({Item(Label2, 30), Item(Label4, kPath, 0, 1), Item(Command3, kButton, 14)}),
          Group(Frame1, Column({Item(LabelGogo, 220),
                                Row({Item(LabelFrequency, kCaption), Item(Combo4, kChoice), Item(LabelHertz, 30)}),
-                               Row({Item(LabelBitRate, kCaption), Item(Combo3, kChoice), Item(LabelKbits, 30)}),
+                               Row({Item(LabelBitRate, kCaption), Item(Combo3, kChoice), Item(LabelKbits, 30),
+                                    Item(LabelLowered, 100)}),
                                Row({Item(LabelVbr, kCaption), Item(Combo5, kChoice)})})),
          Item(Progress, 0, 10), Item(LabelProgress, 0, 10),
          Row({Space(0, 0, 1), Item(Command4, kButton, 14), Item(Command1, kButton, 14)})});

@@ -32,6 +32,7 @@ class FormConv : public Form {
     Label LabelBitRate{*this, "LabelBitRate"};
     ComboBox Combo3{*this, "Combo3"};  // bit rate
     Label LabelKbits{*this, "LabelKbits"};
+    Label LabelLowered{*this, "LabelLowered"};  // when the frequency has no bit rate as high as was wished
     Label LabelVbr{*this, "LabelVbr"};
     ComboBox Combo5{*this, "Combo5"};  // VBR quality
     ProgressBar Progress{*this, "Progress"};
@@ -49,13 +50,16 @@ class FormConv : public Form {
     void Command3_Click();
     void Command4_Click();
     void DecOption_Click(int index);
+    void Combo3_Click();
+    void Combo4_Click();
     void Combo5_Click();
 
   private:
     // Made in its place among the controls, which is its place in the tab order.
     static ControlArray<OptionButton> optionsOf(FormConv& form);
 
-    void settingsChosen();
+    void settingsChosen(int bitRate);
+    void showBitRates();
     void showRun();
     void showFiles();
     std::string progressText() const;

@@ -89,12 +89,14 @@ void GogoEncode::encode(const std::shared_ptr<Shared>& self, Report& report) {
     report.error = ConversionError::GogoStart;
     report.result = gogo.MPGE_initializeWorkVB();
     if (report.result != 0) return;
+    report.begun = true;
+    publish(self, report);
     gogo.MPGE_setConfigureVB(kGogoSource, 0, self->job.source);
     gogo.MPGE_setConfigureVB(kGogoDestination, 0, self->job.destination);
     gogo.MPGE_setConfigureVB(kGogoFrequency, settings.frequency, {});
     gogo.MPGE_setConfigureVB(kGogoMode, kGogoModeValue, {});
     if (settings.vbrQuality != kNoVbr) gogo.MPGE_setConfigureVB(kGogoVbrQuality, settings.vbrQuality, {});
-    gogo.MPGE_setConfigureVB(kGogoBitRate, settings.bitRate, {});
+    gogo.MPGE_setConfigureVB(kGogoBitRate, BitRateAt(settings.frequency, settings.bitRate), {});
     report.error = ConversionError::GogoFile;
     report.result = gogo.MPGE_detectConfigureVB();
     if (report.result != 0) return;

@@ -22,6 +22,7 @@ class GogoEncode {
     struct Report {
         std::int64_t frame = 0;   // done so far
         std::int32_t frames = 0;  // of the whole file, 0 unknown
+        bool begun = false;       // the encoder has been initialised
         bool over = false;        // the coder is closed and ended: another encode may begin
         bool finished = false;    // the file is complete and in its place; else cancelled or failed
         ConversionError error = ConversionError::GogoStart;  // when it failed

@@ -11,8 +11,8 @@ TEST_F(ConvertTest, TheEncoderIsAskedInItsOrderOnAThreadOfItsOwnAndWithoutVbrUnl
         EncoderSettings settings;
         Configuration expected;
     } cases[] = {{{}, {{1, 0, "C:\\a.wav"}, {2, 0, "C:\\b.mp3"}, {6, 44100, ""}, {3, 2, ""}, {4, 128, ""}}},
-                 {{48000, 32, 0},
-                  {{1, 0, "C:\\a.wav"}, {2, 0, "C:\\b.mp3"}, {6, 48000, ""}, {3, 2, ""}, {18, 0, ""}, {4, 32, ""}}}};
+                 {{8000, 320, 0},
+                  {{1, 0, "C:\\a.wav"}, {2, 0, "C:\\b.mp3"}, {6, 8000, ""}, {3, 2, ""}, {18, 0, ""}, {4, 64, ""}}}};
     for (const auto& c : cases) {
         gogo->configuration.clear();
         gogo->calls.clear();
@@ -74,9 +74,9 @@ TEST_F(ConvertTest, AnEncodeThatIsGivenUpComesBackFromItsFrameBeforeAnotherRunMa
         SCOPED_TRACE(testing::Message() << c.played << c.frame << " " << c.destination);
         choose(Operation::Encode, {"C:\\a.wav"}, c.destination);
         startHeld(c.frame);
-        EXPECT_EQ(notes, (Notes{"stop", std::string("let go of ") + c.destination, "status 7"}));
         EXPECT_TRUE(polling);
         run.poll();
+        EXPECT_EQ(notes, (Notes{"stop", std::string("let go of ") + c.destination, "status 7"}));
         EXPECT_EQ(run.progress().permille, 250) << "after the first frame";
         if (*c.made) files.add(c.made);
         notes.clear();

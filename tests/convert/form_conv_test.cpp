@@ -30,6 +30,23 @@ TEST_F(FormConvTest, TheSettingsAreForEncodingAndWithGogoOnly) {
     form.Combo5.setListIndex(0);
     EXPECT_EQ(form.LabelBitRate.caption(), "ビットレート");
     EXPECT_EQ(run.settings().vbrQuality, kNoVbr);
+    // The frequency lowers the bit rate for as long as it has none as high.
+    form.Combo3.setListIndex(0);
+    const struct {
+        int frequency;
+        const char *first, *chosen;
+        bool lowered;
+    } rates[] = {{8, "  64", "  64", true}, {4, " 160", " 160", true}, {0, " 320", " 320", false}};
+    for (const auto& c : rates) {
+        form.Combo4.setListIndex(c.frequency);
+        EXPECT_EQ(form.Combo3.items().front().text, c.first);
+        EXPECT_EQ(form.Combo3.text(), c.chosen);
+        EXPECT_EQ(!form.LabelLowered.caption().empty(), c.lowered);
+    }
+    form.Combo4.setListIndex(8);
+    form.Combo3.setListIndex(1);  // another wish
+    form.Combo4.setListIndex(1);
+    EXPECT_EQ(form.Combo3.text() + form.LabelLowered.caption(), "  48");
     FormConv other(withoutGogo(), state, dialogs);
     other.DecOption[2].setValue(true);
     EXPECT_FALSE(other.Combo5.enabled());
