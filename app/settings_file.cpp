@@ -47,7 +47,7 @@ void SettingsFile::afterColumns() {
 void SettingsFile::openCurrentFolder() {
     windows_.list.showCurrentList();
     const std::string& folder = windows_.state.CurrentFolder;
-    if (!folder.empty() && files_.folderExists(folder)) windows_.list.openFolder(folder);
+    if (!folder.empty()) windows_.list.openFolder(folder);
 }
 
 void SettingsFile::loadEqualizer(const IniDocument& file) {

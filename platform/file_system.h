@@ -45,6 +45,8 @@ class FileSystem {
     // folder, or one of the user's own, which is made if it has to be.
     virtual std::string userFolder() = 0;
     virtual std::string currentFolder() = 0;
+    // A text in the code page of this machine as UTF-8; nothing where that is Shift-JIS (932) or UTF-8.
+    virtual std::optional<std::string> fromCodePage(std::string_view bytes) = 0;
 
   private:
     std::vector<std::string> names(const std::string& folder, bool wantFolders) {

@@ -51,6 +51,7 @@ bool AddJob::step(std::chrono::microseconds budget) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point end = Clock::now() + budget;
     const auto timeLeft = [end] { return Clock::now() < end; };
+    const int rowsBefore = rows();
     {
         const Playlists::Batch batch(lists_);
         while (!items_.empty() && !perform(items_.front(), timeLeft)) {
@@ -59,9 +60,17 @@ bool AddJob::step(std::chrono::microseconds budget) {
             if (!timeLeft()) break;
         }
     }
+    // Whatever ends the program before all is added writes what is there by then.
+    if (rows() != rowsBefore) lists_.markChanged();
     if (active()) return true;
     finish();
     return false;
+}
+
+int AddJob::rows() const {
+    int rows = 0;
+    for (int list = 0; list < Playlists::kPersistedLists; ++list) rows += lists_.count(list);
+    return rows;
 }
 
 void AddJob::cancel() {

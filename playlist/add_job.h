@@ -35,7 +35,7 @@ class AddJob {
 
     bool active() const { return !items_.empty(); }
     // Adds until the time is used up, at least something. True while there is more to do; when there is not, the random
-    // orders of the lists that it touched are new and ListDirty is set.
+    // orders of the lists that it touched are new. ListDirty is set by the first row, and at the end in any case.
     bool step(std::chrono::microseconds budget);
     void cancel();  // what has been added stays
     std::optional<int> permille() const;  // nothing for a folder whose size nobody knows
@@ -51,6 +51,7 @@ class AddJob {
 
     void push(Item item);
     bool perform(const Item& item, const std::function<bool()>& keepGoing);
+    int rows() const;  // of all lists
     void finish();
 
     Playlists& lists_;

@@ -172,6 +172,7 @@ class FormList : public Form {
     void finishReading();
     void showFolders(std::vector<std::string> names);
     void showFiles();
+    std::string nearestFolder(std::string folder) const;
     std::string folderPath() const;  // with "\" at its end
 
     GlobalState& state_;

@@ -99,8 +99,23 @@ void FormList::makeBrowser() {
 std::string FormList::folderPath() const { return Dir1.path().empty() ? std::string{} : JoinPath(Dir1.path(), ""); }
 
 void FormList::openFolder(const std::string& folder) {
-    Dir1.setPath(WithoutTrailingSlash(folder));
-    if (folder.size() >= 2 && folder[1] == ':') Drive1.setDrive(folder.substr(0, 2) + "\\");
+    const std::string there = nearestFolder(folder);
+    if (there.empty()) return;
+    Dir1.setPath(there);
+    if (there[1] == ':') Drive1.setDrive(there.substr(0, 2) + "\\");
+}
+
+// The folder itself, or that of its parents that is still there. Empty when not even its drive is: a server that is
+// switched off is asked twice and not once for each.
+std::string FormList::nearestFolder(std::string folder) const {
+    folder = WithoutTrailingSlash(folder);
+    if (folder.size() < 2 || files_.folderExists(folder)) return folder.size() < 2 ? "" : folder;
+    const std::string root = RootOf(folder);
+    if (!files_.folderExists(root)) return {};
+    do {
+        folder = WithoutTrailingSlash(FolderOf(folder.substr(0, folder.find_last_not_of('\\') + 1)));
+    } while (folder.size() > root.size() && !files_.folderExists(folder));
+    return folder.size() > root.size() ? folder : root;
 }
 
 void FormList::readDrives() { Drive1.setDrives(files_.drives()); }
@@ -114,7 +129,7 @@ void FormList::Drive1_Change() {
         return;
     }
     const auto last = lastFolders_.find(drive);
-    Dir1.setPath(last != lastFolders_.end() && files_.folderExists(last->second) ? last->second : drive);
+    Dir1.setPath(last != lastFolders_.end() ? nearestFolder(last->second) : drive);
 }
 
 void FormList::Dir1_Change() {

@@ -1,6 +1,7 @@
 #include "playlist/list_file.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "text/encoding.h"
 #include "text/strings.h"
@@ -8,6 +9,7 @@
 namespace quenlox {
 namespace {
 
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::size_t kShortestEntry = 6;  // characters
 
 // Takes the text up to the first `separator` and that away from the front of `text`.
@@ -33,11 +35,20 @@ std::string_view TrimLine(std::string_view line) {
     return line.substr(first, line.find_last_not_of(" \t") - first + 1);
 }
 
+std::string Decode(std::string_view bytes, const CodePage& codePage) {
+    const bool marked = bytes.starts_with(kUtf8Mark) || bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+    if (codePage && !marked && !IsValidUtf8(bytes) && !LooksLikeShiftJis(bytes)) {
+        if (std::optional<std::string> text = codePage(bytes)) return *std::move(text);
+    }
+    return DecodeText(bytes);
+}
+
 }  // namespace
 
-void ParseListFile(std::string_view bytes, const std::function<void(int list, std::string_view path)>& add) {
+void ParseListFile(std::string_view bytes, const std::function<void(int list, std::string_view path)>& add,
+                   const CodePage& codePage) {
     int list = 0;
-    EachLine(DecodeText(bytes), [&](std::string_view line) {
+    EachLine(Decode(bytes, codePage), [&](std::string_view line) {
         if (line.empty()) return;
         const auto marker = std::find(kListMarkers.begin(), kListMarkers.end(), line);
         if (marker != kListMarkers.end()) {
@@ -48,9 +59,10 @@ void ParseListFile(std::string_view bytes, const std::function<void(int list, st
     });
 }
 
-void ParseM3U(std::string_view bytes, std::string_view folder, const std::function<void(std::string_view path)>& add) {
+void ParseM3U(std::string_view bytes, std::string_view folder, const std::function<void(std::string_view path)>& add,
+              const CodePage& codePage) {
     std::string path;
-    EachLine(DecodeText(bytes), [&](std::string_view line) {
+    EachLine(Decode(bytes, codePage), [&](std::string_view line) {
         line = TrimLine(line);
         if (line.starts_with('#') || CharacterCount(line) < kShortestEntry) return;
         path.clear();
@@ -74,6 +86,9 @@ void ListText::line(std::string_view text) {
     text_ += "\r\n";
 }
 
-std::string ListText::bytes() const { return EncodeText(text_); }
+std::string ListText::bytes(const CodePage& codePage) const {
+    const std::optional<std::string> shiftJis = Utf8ToShiftJis(text_);
+    return shiftJis && Decode(*shiftJis, codePage) == text_ ? *shiftJis : std::string(kUtf8Mark) + text_;
+}
 
 }  // namespace quenlox

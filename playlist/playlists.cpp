@@ -185,11 +185,15 @@ bool Playlists::AddEntry(const std::string& path, int list) {
     return added;
 }
 
+CodePage Playlists::codePage() const {
+    return [this](std::string_view bytes) { return files_.fromCodePage(bytes); };
+}
+
 bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName, int list) {
     const std::optional<std::string> bytes = files_.read(folder + fileName);
     if (!bytes) return false;
     const int before = count(list);
-    ParseM3U(*bytes, folder, [&](std::string_view path) { append(list, path); });
+    ParseM3U(*bytes, folder, [&](std::string_view path) { append(list, path); }, codePage());
     reportAdded(list, before);
     return true;
 }
@@ -213,7 +217,7 @@ bool Playlists::ExportM3U(int list, const std::string& path) {
     if (path.empty()) return false;
     ListText text;
     for (int row = 0; row < count(list); ++row) text.append(this->path(list, row));
-    return files_.write(ExportName(path), text.bytes());
+    return files_.write(ExportName(path), text.bytes(codePage()));
 }
 
 std::string Playlists::ExportName(const std::string& path) { return LastFour(path) == ".m3u" ? path : path + ".m3u"; }
@@ -230,9 +234,10 @@ void Playlists::readListFile(std::string_view bytes) {
     const Batch batch(*this);
     std::array<int, kPersistedLists> before{};
     for (int list = 0; list < kPersistedLists; ++list) before[static_cast<std::size_t>(list)] = count(list);
-    ParseListFile(bytes, [&](int list, std::string_view path) {
+    const auto add = [&](int list, std::string_view path) {
         if (append(list, path) && path == state_.CurrentFile) setCurrentIndex(list, count(list) - 1);
-    });
+    };
+    ParseListFile(bytes, add, codePage());
     for (int list = 0; list < kPersistedLists; ++list) reportAdded(list, before[static_cast<std::size_t>(list)]);
 }
 
@@ -251,7 +256,7 @@ bool Playlists::writeListFile(const std::string& path) {
         text.beginList(list);
         for (int row = 0; row < rows(list).count(); ++row) text.append(rows(list).path(row));
     }
-    return files_.write(path, text.bytes());
+    return files_.write(path, text.bytes(codePage()));
 }
 
 void Playlists::markChanged() {

@@ -18,6 +18,7 @@
 #include "playback/track_source.h"
 #include "playlist/entry_reader.h"
 #include "playlist/entry_rows.h"
+#include "playlist/list_file.h"
 #include "playlist/playlist_entry.h"
 
 namespace quenlox {
@@ -146,6 +147,7 @@ class Playlists : public TrackSource {
     bool hasRow(int list, int row) const { return persisted(list) && row >= 0 && row < rows(list).count(); }
     void know(int list, int row);
     void report(int list, int first, int last, bool countChanged = false);
+    CodePage codePage() const;
     bool append(int list, std::string_view path);
     void reportAdded(int list, int countBefore);
     std::size_t randomIndex(std::size_t count);

@@ -219,11 +219,8 @@ std::optional<std::string> Utf8ToShiftJis(std::string_view utf8) {
     return out;
 }
 
-std::string DecodeLegacyField(std::string_view bytes) {
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
-    if (ascii) return std::string(bytes);
-    if (IsValidUtf8(bytes)) return std::string(bytes);
-    if (!IsValidShiftJis(bytes)) return Latin1ToUtf8(bytes);
+bool LooksLikeShiftJis(std::string_view bytes) {
+    if (!IsValidShiftJis(bytes)) return false;
     // Western text has single accented letters (C0-FF) among plain ones. Read as Shift-JIS each of them would be a
     // half-width kana or would swallow the plain letter behind it. Japanese text has neither in any number.
     std::size_t accents = 0, others = 0;
@@ -234,7 +231,12 @@ std::string DecodeLegacyField(std::string_view bytes) {
         const bool highAfter = i + 1 < bytes.size() && static_cast<signed char>(bytes[i + 1]) < 0;
         (c >= 0xC0 && !highBefore && !highAfter ? accents : others) += 1;
     }
-    return accents > others ? Latin1ToUtf8(bytes) : ShiftJisToUtf8(bytes);
+    return accents <= others;
+}
+
+std::string DecodeLegacyField(std::string_view bytes) {
+    if (IsValidUtf8(bytes)) return std::string(bytes);
+    return LooksLikeShiftJis(bytes) ? ShiftJisToUtf8(bytes) : Latin1ToUtf8(bytes);
 }
 
 std::string DecodeText(std::string_view bytes) {

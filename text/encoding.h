@@ -22,8 +22,9 @@ std::string Utf16BytesToUtf8(std::string_view bytes, bool bigEndian);  // withou
 // Nothing when a character has no code in Shift-JIS.
 std::optional<std::string> Utf8ToShiftJis(std::string_view utf8);
 
-// A field of an old tag that claims Latin-1: Shift-JIS when it has high bytes, is valid as such and does not look like
-// Western text; UTF-8 when it is that; else Latin-1.
+// Valid as Shift-JIS, and no Western text that is so by chance: that has single accented letters among plain ones.
+bool LooksLikeShiftJis(std::string_view bytes);
+// A field of an old tag that claims Latin-1: UTF-8 when it is that; Shift-JIS when it looks like it; else Latin-1.
 std::string DecodeLegacyField(std::string_view bytes);
 
 // A whole text file: by its byte-order mark (UTF-8, UTF-16 of both orders), else UTF-8 when valid, else Shift-JIS.

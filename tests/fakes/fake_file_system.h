@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/file_system.h"
+#include "text/encoding.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -40,6 +41,7 @@ class FakeFileSystem : public FileSystem {
     std::string program = "C:\\Quenlox";
     std::string current = "C:\\Quenlox";
     std::string user;                     // empty: the folder of the program
+    bool western = false;                 // the code page of the machine
     bool writesFail = false;
     bool renamesFail = false;
     std::set<std::string> unreadable;     // paths that exist and cannot be read
@@ -127,6 +129,9 @@ class FakeFileSystem : public FileSystem {
     std::string programFolder() override { return program; }
     std::string userFolder() override { return user.empty() ? program : user; }
     std::string currentFolder() override { return current; }
+    std::optional<std::string> fromCodePage(std::string_view bytes) override {
+        return western ? std::optional(Latin1ToUtf8(bytes)) : std::nullopt;
+    }
 };
 
 }  // namespace quenlox

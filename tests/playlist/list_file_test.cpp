@@ -9,16 +9,19 @@
 namespace quenlox {
 namespace {
 
-std::string ReadLists(std::string_view bytes) {
+std::string ReadLists(std::string_view bytes, const CodePage& codePage = {}) {
     std::string rows;
-    ParseListFile(bytes, [&](int list, std::string_view path) {
+    const auto add = [&](int list, std::string_view path) {
         rows += static_cast<char>('A' + list);
         rows += '=';
         rows += path;
         rows += '|';
-    });
+    };
+    ParseListFile(bytes, add, codePage);
     return rows;
 }
+
+std::optional<std::string> Western(std::string_view bytes) { return Latin1ToUtf8(bytes); }
 
 std::string ReadM3U(std::string_view bytes) {
     std::string rows;
@@ -81,6 +84,9 @@ TEST(ListFile, IsReadInEveryEncodingThatProgramsWrite) {
     EXPECT_EQ(ReadLists(*Utf8ToShiftJis(text)), rows);
     EXPECT_EQ(ReadLists(Utf16Bytes(text, false)), rows);
     EXPECT_EQ(ReadLists(Utf16Bytes(text, true)), rows);
+    EXPECT_EQ(ReadLists(*Utf8ToShiftJis(text), Western), rows);
+    EXPECT_EQ(ReadLists("C:\\Caf\xE9\\\xDC\xFE.mp3", Western), "A=C:\\Café\\Üþ.mp3|");
+    EXPECT_EQ(ReadLists("C:\\Caf\xE9 au lait", Western), "A=C:\\Café au lait|");
 }
 
 TEST(ListFile, WhatIsWrittenReadsBackTheSame) {
@@ -100,6 +106,7 @@ TEST(ListFile, WhatIsWrittenReadsBackTheSame) {
             }
         }
         ASSERT_EQ(ReadLists(text.bytes()), rows);
+        ASSERT_EQ(ReadLists(text.bytes(Western), Western), rows);
     }
 }
 

@@ -150,6 +150,14 @@ class FileSystemWin32 : public FileSystem {
         name.resize(GetCurrentDirectoryW(static_cast<DWORD>(name.size()), name.data()));
         return Narrow(name);
     }
+    std::optional<std::string> fromCodePage(std::string_view bytes) override {
+        constexpr UINT kShiftJis = 932;
+        if (GetACP() == kShiftJis || GetACP() == CP_UTF8 || bytes.size() > INT_MAX) return std::nullopt;
+        const int size = static_cast<int>(bytes.size());
+        std::wstring text(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, nullptr, 0)), L'\0');
+        MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, text.data(), static_cast<int>(text.size()));
+        return Narrow(text);
+    }
 
   private:
     // Rights and a medium's lock show only when a file is made. It goes when it is closed.
