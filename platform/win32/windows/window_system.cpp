@@ -179,13 +179,17 @@ void WindowSystemWin32::post(std::function<void()> task) {
     if (tasks_.size() == 1) PostMessageW(hidden_.get(), kTasksMessage, 0, 0);
 }
 
-void WindowSystemWin32::runTasks() {
-    std::deque<std::function<void()>> tasks;
+// One task for each message: one that shows a box, or throws, keeps none of the others back.
+void WindowSystemWin32::runTask() {
+    std::function<void()> task;
     {
         const std::lock_guard lock(mutex_);
-        tasks.swap(tasks_);
+        if (tasks_.empty()) return;
+        task = std::move(tasks_.front());
+        tasks_.pop_front();
+        if (!tasks_.empty()) PostMessageW(hidden_.get(), kTasksMessage, 0, 0);
     }
-    for (auto& task : tasks) task();
+    task();
 }
 
 LRESULT CALLBACK WindowSystemWin32::HiddenProcedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept {
@@ -195,7 +199,7 @@ LRESULT CALLBACK WindowSystemWin32::HiddenProcedure(HWND window, UINT message, W
     }
     auto* system = reinterpret_cast<WindowSystemWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     try {
-        if (system && message == kTasksMessage) system->runTasks();
+        if (system && message == kTasksMessage) system->runTask();
         if (system && message == WM_DEVICECHANGE && system->onDevicesChanged) system->onDevicesChanged();
     } catch (...) {
     }

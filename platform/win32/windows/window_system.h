@@ -36,7 +36,7 @@ class WindowSystemWin32 : public WindowSystem {
 
   private:
     static LRESULT CALLBACK HiddenProcedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
-    void runTasks();
+    void runTask();
     static void dispatch(MSG& message);
 
     OwnedWindow hidden_;
