@@ -54,6 +54,11 @@ class Soak : public testing::Test {
         paths_.push_back(dir_.write(name, bytes));
     }
     int below(int limit) { return int(random() % unsigned(limit)); }
+    static vbmp3_FileInfo record() {
+        vbmp3_FileInfo record{};
+        record.size = sizeof record;
+        return record;
+    }
     const char* file() { return paths_[size_t(below(int(paths_.size())))].c_str(); }
     void begin() {
         startLibrary(share_->opener(), plugSystem(plug_));
@@ -82,7 +87,7 @@ class Soak : public testing::Test {
     int plays_ = 0, nexts_ = 0, jobs_ = 0;  // that were asked for
     int64_t position_ = 0;
     int told_ = 0;
-    vbmp3_FileInfo info_{sizeof info_};
+    vbmp3_FileInfo info_ = record();
 };
 
 // What moves the position; false: nothing of that.
@@ -104,7 +109,7 @@ bool Soak::order(int what) {
         case 11:
             answer();
             opener_ = std::thread([this, path = below(2) == 0 ? dir_.path("far.mp3") : std::string(file())] {
-                vbmp3_FileInfo other{sizeof other};
+                vbmp3_FileInfo other = record();
                 vbmp3_open(path.c_str(), &other);
             });
             return true;
@@ -155,8 +160,9 @@ void Soak::look(bool moved) {
     ASSERT_TRUE(seconds >= 0 && seconds <= 6) << seconds;
     const int64_t position = vbmp3_getPositionMs();
     const auto told = [&] { return events_[VBMP3_EVENT_END_OF_TRACK] + events_[VBMP3_EVENT_NEXT_TRACK]; };
-    if (!moved && !opener_.joinable() && position < position_)
+    if (!moved && !opener_.joinable() && position < position_) {
         ASSERT_TRUE(eventually([&] { return told() != told_; })) << position << " after " << position_;
+    }
     told_ = told();
     position_ = position;
     const int job = vbmp3_getEncodeState(&permille);

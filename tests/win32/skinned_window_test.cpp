@@ -177,7 +177,9 @@ TEST_F(SkinnedWindow, TasksOfOtherThreadsRunHereInTheirOrderWhateverOneOfThemDoe
                 EXPECT_EQ(std::this_thread::get_id(), here);
                 order.push_back(i);
                 if (i % 10 == 3) throw i;
-                if (i % 10 == 7) EXPECT_TRUE(waitFor([&] { return order.back() > i; })) << "as a box does";
+                if (i % 10 == 7) {
+                    EXPECT_TRUE(waitFor([&] { return order.back() > i; })) << "as a box does";
+                }
             });
         }
     });
