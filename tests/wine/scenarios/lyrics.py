@@ -106,16 +106,3 @@ def test_text_without_stamps_stands_whole_in_the_box_or_follows_by_itself_when_w
     words = lyrics_window(s)
     first = inside(s, words).tobytes()
     s.wait_until(lambda: inside(s, words).tobytes() != first, "the text moves")
-
-
-def test_closing_hides_it_for_good_and_it_does_not_take_the_keyboard(s):
-    player = Product(s, demo(s))
-    words = lyrics_window(s)
-    s.wait_equal(s.driver.foreground, player.window.handle, "the window that has the keyboard")
-    words.close()
-    words.wait_closed()
-    player.end()
-    assert "DispLyrics=0" in player.kept()
-    Product(s, s.material / "demo.mp3", "/p", folder=player.folder)
-    s.wait_sound()
-    assert s.driver.find(title="歌詞") is None, "it stays away"

@@ -1,19 +1,18 @@
-"""The main window: volume, menus, notification area, dropped files, title animation, and where and how it starts."""
+"""The main window: volume, menus, notification area, dropped files, and how it starts."""
 
 import os
 
 from wine_harness import material
 from wine_harness.product import Product
 from wine_harness.scenario import TRAY, real_time
-from wine_harness.skin import MainWindow, TITLE
+from wine_harness.skin import MainWindow
 
 PLACE = "[Main]\nX=1500\nY=1500\n"
 TOPMOST = 0x8  # extended window style
-LONG_TITLE = "とても長い曲の名前がここを右から左へゆっくりと流れていく"
 
 
-def tone(s, pitch=440, name="tone"):
-    return material.write_mp3(s.material / f"{name} {pitch}.mp3", material.tone(pitch, 60.0), "-b", "64")
+def tone(s, pitch=440):
+    return material.write_mp3(s.material / f"tone {pitch}.mp3", material.tone(pitch, 60.0), "-b", "64")
 
 
 def click_icon(s, button="left"):
@@ -135,28 +134,6 @@ def test_a_dropped_file_plays_and_others_are_ignored(s):
     s.drop_files(*main.middle(main.skin.button("high")), tone(s, 880), tone(s, 440))
     s.wait_tone(880)
     main.end()
-
-
-def test_a_long_title_runs_when_it_is_told_to(s):
-    main = Product(s, tone(s, name=LONG_TITLE), ini=PLACE + "[Option]\nAnimeMode=1\nAnimeTime=3\n")
-    s.wait_sound()
-
-    def title():
-        return main.look(main.skin.label("title")).tobytes()
-    seen = set()
-    s.wait_until(lambda: seen.add(title()) or len(seen) > 8, "nine pictures of the title")
-    main.menu("タイトルアニメーション(A)")
-    s.wait_still(title, "the title stands")
-    main.end()
-    assert "AnimeMode=0" in main.kept()
-
-
-def test_a_window_remembered_off_the_screen_comes_back_onto_it(s):
-    for place in ("X=-30000\nY=-9000", "X=90000\nY=90000", "X=15300\nY=300"):
-        main = Product(s, ini=f"[Main]\n{place}\n")
-        x, y, width, height = main.window.place
-        assert 0 <= x <= 1024 - width and 0 <= y <= 768 - height, f"{place!r}: {main.window.place}"
-        main.end()
 
 
 @real_time

@@ -1,21 +1,14 @@
-"""The options window, what acts at once, the about window, and the panel while music plays."""
-
-import shutil
-
-from PIL import Image
+"""The options window, the about window, and the panel while music plays."""
 
 from wine_harness import material
 from wine_harness.product import Product
-from wine_harness.scenario import ROOT
 
 LIMIT = 180
 TABS = {"display": 28, "playback": 82, "lyrics": 136, "lists": 200}  # and where each is clicked
 
 
-def open_options(player, tab="display"):
-    form = player.open("オプション(N)", "オプション")
-    form.control("SysTabControl32").click(TABS[tab], 10)
-    return form
+def open_options(player):
+    return player.open("オプション(N)", "オプション")
 
 
 def close(form):
@@ -81,49 +74,3 @@ def test_an_option_acts_at_once_and_is_kept(s):
     close(form)
     player.end()
     assert "SpeanaMode=1" in player.kept()
-
-
-def test_what_is_chosen_for_the_lyrics_is_seen_in_their_window_at_once(s):
-    tune = s.material / "夜" / "demo.mp3"
-    pictures, words = s.material / "pic", s.material / "words"
-    for each in (tune.parent, pictures, words):
-        each.mkdir(exist_ok=True)
-    shutil.copy(ROOT / "demo/quenlox-demo.mp3", tune)
-    (words / "demo.lrc").write_text("[00:00]別の歌詞\n", "utf-8")
-    gradient = Image.linear_gradient("L").resize((320, 240))
-    Image.merge("RGB", (gradient, gradient.rotate(90), gradient.rotate(180))).save(pictures / "夜.bmp")
-    player = Product(s, tune, "/p", ini="[Option]\nX=9000\n[Lyrics]\nX=150\nY=4500\nW=6000\nH=3600\n")
-    lyrics = s.driver.wait_window(title="歌詞")
-    s.wait_sound()
-    player.seek(0.5)
-    player.press("pause")  # or the line that is sung would change by itself
-    s.wait_silence()
-    form = open_options(player, "lyrics")
-    form.wait_text("歌詞ウィンドウを表示する")
-
-    def look():
-        x, y, width, height = lyrics.place
-        return s.screen().crop((x + 4, y + 30, x + width - 4, y + height - 4))
-
-    def changes(what, act):
-        before = s.wait_still(lambda: look().tobytes(), "the lines stand", 0.5)
-        act()
-        s.wait_until(lambda: look().tobytes() != before, f"{what} is seen")
-        s.screenshot(f"lyrics-{what}", lyrics)
-
-    for what in ("1行", "5行", "太字で表示する", "タイムタグも表示する"):
-        changes(what, lambda: form.press(what))
-    # The boxes from the top: font, lyrics folder, picture folder.
-    font, sources, behind = sorted((c for c in form.controls() if c.class_name == "Edit" and c.visible), key=lambda c: c.y)
-
-    def type_into(box, text):
-        box.click()
-        box.set_text(text)
-        s.driver.keys("tab")
-
-    changes("background", lambda: type_into(behind, s.windows_path(pictures)))
-    s.wait_until(lambda: len(look().resize((8, 8)).getcolors(64)) > 40, "the picture lies behind the lines")
-    changes("folder", lambda: type_into(sources, s.windows_path(words)))
-    changes("font", lambda: type_into(font, "IPAGothic"))
-    close(form)
-    player.end()
