@@ -1,4 +1,4 @@
-"""The converter: encoding, decoding, decoding while playing, cancelling, and files that cannot be converted."""
+"""The converter: encoding, decoding, decoding while playing, and cancelling."""
 
 import itertools
 import os
@@ -115,31 +115,6 @@ def test_an_encode_goes_on_under_a_held_title_bar_and_leaves_nothing_when_it_is_
     form.wait_text("残り")
     player.end()  # nothing is asked
     s.equal([p.name for p in folder.iterdir()], ["long.wav"], "files after the end of the program")
-
-
-def test_what_cannot_be_converted_is_said_and_so_is_a_full_disk(s):
-    bad = {extension: s.material / f"bad.{extension}" for extension in ("wav", "mp3")}
-    for file in bad.values():
-        file.write_bytes(b"no sound at all" * 100)
-    sound = {"wav": material.write_wave(s.material / "full.wav", material.tone(440, 60.0)),
-             "mp3": material.write_mp3(s.material / "full.mp3", material.tone(440, 60.0))}
-    small = s.material / "small"
-    small.mkdir()
-    subprocess.run(["mount", "-t", "tmpfs", "-o", "size=200k", "quenlox-test", small], check=True)
-    try:
-        player, form = start(s)
-        for operation, file, message, reason in (
-                ("MP3エンコード", bad["wav"], "gogo.dllファイルエラー", ""), ("WAVEデコード", bad["mp3"], "デコードファイルが不正です", ""),
-                ("MP3エンコード", sound["wav"], "gogo.dllエンコードエラー", "保存先に書き込めません"),
-                ("WAVEデコード", sound["mp3"], "変換エラー", "保存先に書き込めません")):
-            choose(s, form, operation, file, small / ("a.mp3" if operation.startswith("MP3") else "a.wav"))
-            form.press(START)
-            s.answer(message)
-            form.wait_text(reason)
-            s.wait_equal(lambda: list(small.iterdir()), [], "files that are left")
-        player.end()
-    finally:
-        subprocess.run(["umount", "-l", small], check=True)
 
 
 def test_without_the_encoder_library_its_settings_are_out_of_reach(s):

@@ -1,7 +1,5 @@
 """The main window: volume, menus, notification area, dropped files, and how it starts."""
 
-import os
-
 from wine_harness import material
 from wine_harness.product import Product
 from wine_harness.scenario import TRAY, real_time
@@ -134,20 +132,3 @@ def test_a_dropped_file_plays_and_others_are_ignored(s):
     s.drop_files(*main.middle(main.skin.button("high")), tone(s, 880), tone(s, 440))
     s.wait_tone(880)
     main.end()
-
-
-@real_time
-def test_it_runs_from_the_root_folder_of_a_drive(s):
-    folder = s.fresh_product()
-    (folder / "Quenlox.ini").write_text(PLACE)  # a first start shows the default skin only
-    drive = s.session.prefix / "dosdevices/r:"
-    drive.unlink(missing_ok=True)
-    os.symlink(folder, drive)
-    mark = s.sound_mark()
-    program = s.start("R:\\Quenlox.exe", tone(s, 550), "/p", cwd=folder)
-    main = MainWindow(s)
-    s.wait_sound(since=mark)
-    main.menu("スキンの変更(S)", "hakuji")
-    s.wait_until(lambda: main.refresh().place[2] == 300, "the other skin")
-    main.end(program)
-    assert "SkinName=hakuji" in (folder / "Quenlox.ini").read_text("cp932")

@@ -1,10 +1,12 @@
-"""The player plays: every kind of file, names of every script, buttons, seek bar, and what is kept."""
+"""The player plays: every kind of file, names of every script, lists, buttons, seek bar, and what is kept."""
 
 from wine_harness import material
 from wine_harness.product import Product
 from wine_harness.scenario import real_time
 
 MIDI = True
+PITCHES = {"a": 440, "b": 660, "c": 880}  # Hz, of the tracks of a list
+SECONDS = 1.5
 
 
 def plays_whole(s, file, frequency=440, seconds=2.0):
@@ -18,6 +20,33 @@ def plays_whole(s, file, frequency=440, seconds=2.0):
     if file.suffix != ".wma":  # how that begins and ends is the affair of the system
         s.near(heard.length, seconds, 0.15, f"{file.suffix}: length in seconds")
     return heard
+
+
+def tones(s):
+    return [material.write_mp3(s.material / f"{name}.mp3", material.tone(pitch, SECONDS)) for name, pitch in PITCHES.items()]
+
+
+def play_list(s, files):
+    """The program with the files in list A and the first of them remembered, in the mode PROGRAM."""
+    paths = [s.windows_path(file) for file in files]
+    return Product(s, "/pm2", m3u="\n".join(["#ListA", *paths, ""]), ini=f"[Main]\nFileName={paths[0]}\n")
+
+
+def order(sound, step=0.05):
+    """The tones in the order in which they are heard, as a text like "abc". A tone counts when it holds for 0.2 s; the same
+    tone twice in a row counts by its length."""
+    names = []
+    for _, frequency in sound.frequencies(step):
+        near = [name for name, pitch in PITCHES.items() if abs(frequency - pitch) < 15]
+        names.append(near[0] if near else " ")
+    text, run = "", ""
+    for name in [*names, "\0"]:
+        if run and name != run[0]:
+            if run[0] != " " and len(run) * step >= 0.2:
+                text += run[0] * max(1, round(len(run) * step / SECONDS))
+            run = ""
+        run += name
+    return text
 
 
 @real_time
@@ -110,3 +139,34 @@ def test_files_that_are_no_sound_do_no_harm(s):
         player = Product(s, s.material / name, "/p")
         s.pause(0.8)
         player.end()
+
+
+@real_time
+def test_a_list_is_played_in_a_loop_without_an_audible_gap(s):
+    def heard():
+        s.wait_silence()
+        mark = s.sound_mark()
+        player = play_list(s, tones(s))
+        s.wait_sound(since=mark)
+        begin, end = s.captured(mark).bounds()[0], 5.5 * SECONDS
+        s.wait_until(lambda: s.captured(mark).length > begin + end, "the sound is captured")
+        sound = s.captured(mark).part(begin, begin + end)
+        player.end()
+        s.equal(order(sound)[:5], "abcab", "order")
+        return sound
+    s.equal(s.lasting_gaps(heard, 0.03), [], "gaps of 30 ms and more")
+
+
+@real_time
+def test_midi_between_two_mp3_takes_its_turn(s):
+    a, b, _ = tones(s)
+    sent = len(s.midi_messages())
+    mark = s.sound_mark()
+    player = play_list(s, [a, material.write_midi(s.material / "tune.mid", (60, 64, 67), quarter_ms=300), b])
+    s.wait_sound(since=mark)
+    s.wait_tone(PITCHES["b"])
+    s.listen(0.5)  # long enough to be counted
+    player.end()
+    s.equal(s.midi_notes(sent)[:3], [60, 64, 67], "notes")
+    heard = s.captured(mark).trimmed()
+    s.equal(order(heard)[:2], "ab", "tracks heard")

@@ -1,13 +1,11 @@
-"""The three skins: what they look like, held buttons, operation panel, changing while the sound goes on, faults."""
-
-import shutil
+"""The three skins: what they look like, held buttons, operation panel, changing while the sound goes on."""
 
 from PIL import Image
 
 from wine_harness import material
 from wine_harness.product import Product
 from wine_harness.scenario import real_time
-from wine_harness.skin import COMMANDS, PLAYBACK, MainWindow, Skin
+from wine_harness.skin import COMMANDS, PLAYBACK, Skin
 
 SCREEN = "1280x1024"
 NAMES = ("default", "hakuji", "obi")
@@ -74,19 +72,3 @@ def test_the_skin_is_changed_from_the_menu_while_the_sound_goes_on(s):
     s.near(heard.frequency(), 440, 1, "frequency in Hz")
     player.end()
     assert "SkinName=default" in player.kept(), "the chosen skin is kept"
-
-
-def test_a_broken_package_is_told_and_the_default_one_stands_in(s):
-    folder = s.fresh_product()
-    (folder / "Quenlox.ini").write_text(f"{PLACE}SkinName=broken\n")
-    broken = folder / "skin/broken"
-    shutil.copytree(folder / "skin/hakuji", broken)
-    (broken / "hakuji.tsk").rename(broken / "broken.tsk")
-    (broken / "hakuji.rgn").unlink()
-    for message, skin in (("Skinの矩形データが見つかりません", "hakuji"), ("Skinのバージョンが異なります", "default")):
-        program = s.start_product(folder=folder)
-        s.answer(message)
-        main = MainWindow(s, skin)
-        main.shot(f"told-{skin}")
-        main.end(program)
-        (broken / "broken.tsk").write_bytes(b"[Main]\r\nVer=3\r\n")
