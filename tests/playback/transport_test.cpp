@@ -12,8 +12,6 @@
 namespace quenlox {
 namespace {
 
-using NextTrack = PlayerTest;
-using PreviousTrack = PlayerTest;
 using PassingOver = PlayerTest;
 using WhileOpening = PlayerTest;
 using LetGo = PlayerTest;
@@ -105,51 +103,6 @@ TEST(Transport, EveryCommandHasOneOutcomeForEachStatusWhateverTheTrackCameFrom) 
     }
 }
 
-TEST_F(NextTrack, WalksTheCurrentListOrTheFolder) {
-    for (const bool folder : {false, true}) {
-        Player p;
-        p.fillList(3, folder ? kFolderList : 1);
-        p.state.ListNo = 1;
-        p.state.UseFolderList = folder;
-        const std::size_t slot = folder ? 3 : 1;
-        std::string walked;
-        for (int i = 0; i < 6; ++i) {
-            i < 4 ? p.transport.NextTrack() : p.transport.PreviousTrack();
-            walked += p.state.CurrentFile.substr(3, 1) + std::to_string(p.state.PlayIntent) + " ";
-        }
-        EXPECT_EQ(walked, "01 11 21 01 22 12 ");
-        EXPECT_EQ(p.state.CurrentIndex[slot], 1);
-        EXPECT_EQ(p.state.PlayerStatus, kPlay);
-    }
-}
-
-TEST_F(NextTrack, RandomPlaysEachOnceAPassAndLeavesOutTheFirstPositionOfTheFirstOrder) {
-    options.values.gaplessNext = false;
-    fillList(3);
-    tracks.BuildShuffleOrder(0);  // as at start: 1 2 0
-    state.PlayMode = kRandom;
-    std::vector<std::string> played;
-    for (int i = 0; i < 8; ++i) {
-        transport.NextTrack();
-        played.push_back(state.CurrentFile.substr(3, 1));
-    }
-    EXPECT_THAT(played, ElementsAre("2", "0", "2", "0", "1", "0", "1", "2"));
-}
-
-TEST_F(PreviousTrack, RandomWalksTheOrderBackAndWrapsWithoutANewOne) {
-    fillList(3);
-    tracks.BuildShuffleOrder(0);  // 1 2 0
-    state.PlayMode = kRandom;
-    state.ShuffleOrder[0].moveTo(1);
-    std::vector<std::string> played;
-    for (int i = 0; i < 3; ++i) {
-        transport.PreviousTrack();
-        played.push_back(state.CurrentFile.substr(3, 1));
-    }
-    EXPECT_THAT(played, ElementsAre("1", "0", "2"));
-    EXPECT_THAT(state.ShuffleOrder[0].order(), ElementsAre(1, 2, 0));
-}
-
 TEST_F(PassingOver, AStepGoesOnToTheNextTrackThatCanBePlayedOnceAroundAtMost) {
     const struct {
         const char* dead;  // rows whose files are missing
@@ -215,21 +168,6 @@ TEST_F(PassingOver, AListIsKeptWhileItsDriveOrDeviceIsWhatFails) {
     EXPECT_FALSE(tracks.unplayable.contains("C:\\b.mp3")) << "it is as any other again";
 }
 
-TEST_F(PassingOver, RemovalHoldsAtEveryDoor) {
-    for (int door = 0; door < 4; ++door) {
-        Player p;
-        p.options.values.deleteFromList = true;
-        p.tracks.lists[0] = {"C:\\gone.mp3"};
-        switch (door) {
-            case 0: p.transport.open({"C:\\gone.mp3"}, kNoIntent, Transport::Start::Play); break;
-            case 1: p.transport.open({"C:\\gone.mp3", 0, 0}, kForward, Transport::Start::Play); break;
-            case 2: p.transport.NextTrack(); break;
-            default: p.transport.openFirst("C:\\gone.mp3", true, true);
-        }
-        EXPECT_TRUE(p.tracks.lists[0].empty()) << door;
-    }
-}
-
 TEST_F(WhileOpening, WhatIsAskedForWhileAFileOpensCountsInstead) {
     const struct {
         const char* what;
@@ -280,17 +218,6 @@ TEST_F(WhileOpening, WhatIsAskedForWhileAFileOpensCountsInstead) {
             EXPECT_EQ(p.state.PlayerStatus, kPlay) << c.what;
         }
     }
-}
-
-TEST_F(WhileOpening, AFileThatCouldNotBeOpenedIsTriedAgainByPlay) {
-    fillList(1);
-    files.remove("C:\\0.mp3");
-    playRow(0, kSingle);
-    EXPECT_EQ(state.PlayerStatus, kStop);
-    files.add("C:\\0.mp3");
-    transport.play();
-    EXPECT_EQ(state.PlayerStatus, kPlay);
-    EXPECT_EQ(display.length, "01:00");
 }
 
 TEST_F(LetGo, TheFileGoesOnWhereItWasAndAnotherLosesOnlyItsPlaceAsTheNext) {

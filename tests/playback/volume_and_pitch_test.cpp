@@ -1,10 +1,9 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "state/global_state.h"
 #include "playback/pitch_control.h"
 #include "playback/status_display.h"
 #include "playback/volume_control.h"
+#include "state/global_state.h"
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_mixer.h"
 #include "tests/fakes/fake_options.h"
@@ -87,7 +86,7 @@ TEST(VolumeControl, IsReadAtStartAndAFailureLeavesItAsItWas) {
 
 TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
     const struct {
-        const char* keys;      // h high, l low, d double, u undo, o the options' amounts move
+        const char* keys;  // h high, l low, d double, u undo, o the options' amounts move
         int mode;
         std::vector<std::string> calls;
         const char* word;
@@ -127,18 +126,6 @@ TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
         EXPECT_EQ(pitch.state.PitchMode, c.mode) << c.keys;
         EXPECT_EQ(pitch.vbmp3.calls, c.calls) << c.keys;
         EXPECT_EQ(pitch.display.status, c.word) << c.keys;
-    }
-}
-
-TEST(PitchControl, OnlyWhatTheDecodingLibraryPlaysIsServed) {
-    for (const BaseKind kind : {kUnknownKind, kMidi, kCdAudio, kWma, kWaveMci}) {
-        Pitch pitch;
-        pitch.state.MediaKind = {kind};
-        pitch.control.High();
-        pitch.control.Low();
-        pitch.control.Double();
-        EXPECT_EQ(pitch.state.PitchMode, kNormalPitch);
-        EXPECT_TRUE(pitch.vbmp3.calls.empty());
     }
 }
 
