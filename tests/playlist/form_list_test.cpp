@@ -43,18 +43,6 @@ TEST_F(FormListWindow, NothingHappensWithoutARow) {
     EXPECT_TRUE(opened.empty());
 }
 
-TEST_F(FormListWindow, TheRowOfTheTrackIsMarkedAndScrolledTo) {
-    addLetters(0, "abcdef");
-    state.CurrentFile = "C:\\e.mp3";
-    state.CurrentIndex[0] = 4;
-    form.trackChanged();
-    EXPECT_EQ(view().rowToShow(), 4);
-    EXPECT_TRUE(view().marked(4));
-    // The list has moved on under it: another file in that place is not the track.
-    state.CurrentFile = "C:\\gone.mp3";
-    EXPECT_FALSE(view().marked(4));
-}
-
 TEST_F(FormListWindow, CommandsForRowsAreEnabledWithRowsOnly) {
     const char* const captions[] = {"削除", "上へ", "下へ", "読込"};
     const auto enabled = [&] {
@@ -112,15 +100,6 @@ TEST_F(FormListWindow, KeysActOnTheList) {
     EXPECT_EQ(state.ListNo, 2);
     form.Form_KeyDown('4', 2);
     EXPECT_TRUE(state.UseFolderList);
-}
-
-TEST_F(FormListWindow, ClosingHidesItUntilTheProgramEnds) {
-    state.ListShown = true;
-    EXPECT_FALSE(form.unload());
-    EXPECT_FALSE(form.visible());
-    EXPECT_FALSE(state.ListShown);
-    state.ShuttingDown = true;
-    EXPECT_TRUE(form.unload());
 }
 
 TEST_F(FormListWindow, ShowsCountSelectionAndTotalTime) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "text/encoding.h"
 
 namespace quenlox {
@@ -49,9 +47,9 @@ TEST(ListFile, MarkersPartTheListsAndNothingElseIsSpecial) {
         {"C:\\a.mp3\r\nC:\\b.mp3\r\n", "A=C:\\a.mp3|A=C:\\b.mp3|"},
         {"#ListC\r\nC:\\a.mp3\r\n", "C=C:\\a.mp3|"},
         {"C:\\0.mp3\r\n#ListB\r\nC:\\1.mp3\r\n#ListA\r\nC:\\2.mp3\r\n", "A=C:\\0.mp3|B=C:\\1.mp3|A=C:\\2.mp3|"},
-        {"#lista\r\n#ListA \r\n#EXTM3U\r\n", "A=#lista|A=#ListA |A=#EXTM3U|"},   // the case and every character count
-        {"\r\n\r\n#ListB\r\n\r\nmusic/a.mp3\r\n", "B=music/a.mp3|"},             // paths are taken as written
-        {"#ListB\nC:\\a.mp3\nC:\\b.mp3", "B=C:\\a.mp3|B=C:\\b.mp3|"},            // no CR, no end of the last line
+        {"#lista\r\n#ListA \r\n#EXTM3U\r\n", "A=#lista|A=#ListA |A=#EXTM3U|"},  // the case and every character count
+        {"\r\n\r\n#ListB\r\n\r\nmusic/a.mp3\r\n", "B=music/a.mp3|"},            // paths are taken as written
+        {"#ListB\nC:\\a.mp3\nC:\\b.mp3", "B=C:\\a.mp3|B=C:\\b.mp3|"},           // no CR, no end of the last line
         {"C:\\a.mp3\rC:\\b.mp3\r", "A=C:\\a.mp3|A=C:\\b.mp3|"},
     };
     for (const auto& c : cases) EXPECT_EQ(ReadLists(c.bytes), c.rows) << c.bytes;
@@ -63,11 +61,11 @@ TEST(M3U, LinesBecomePathsAsPlayersWriteThem) {
     } cases[] = {
         {"C:\\a.mp3", "C:\\a.mp3|"},
         {"music\\a.mp3\r\n", "D:\\M\\music\\a.mp3|"},
-        {"\\a.mp3x\r\n", "D:\\M\\\\a.mp3x|"},             // one "\" in front: it stands behind that of the folder
+        {"\\a.mp3x\r\n", "D:\\M\\\\a.mp3x|"},  // one "\" in front: it stands behind that of the folder
         {"\\\\server\\share\\a.mp3\n", "\\\\server\\share\\a.mp3|"},
         {"//server/share/a.mp3\n", "\\\\server\\share\\a.mp3|"},
-        {"x.mp3\r\nxy.mp3\r\n", "D:\\M\\xy.mp3|"},        // fewer than 6 characters
-        {"あ.mp3\nああ.mp3\n", "D:\\M\\ああ.mp3|"},       // characters are counted, not bytes
+        {"x.mp3\r\nxy.mp3\r\n", "D:\\M\\xy.mp3|"},   // fewer than 6 characters
+        {"あ.mp3\nああ.mp3\n", "D:\\M\\ああ.mp3|"},  // characters are counted, not bytes
         {"#EXTM3U\r\n#EXTINF:12,Artist - Title\r\na1.mp3\r\n#ListB\r\n", "D:\\M\\a1.mp3|"},
         {"\t  music/sub/a.mp3 \t\r\n  #x.mp3333\n", "D:\\M\\music\\sub\\a.mp3|"},
         {"c:/mixed\\a.mp3", "c:\\mixed\\a.mp3|"},

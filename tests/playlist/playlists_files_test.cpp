@@ -43,21 +43,6 @@ TEST_F(ListFileOfTheProgram, IsWrittenOnlyWhenSomethingChanged) {
     EXPECT_FALSE(state.ListDirty);
 }
 
-TEST_F(ListFileOfTheProgram, HoldsTheListsThatHaveRows) {
-    addLetters(0, "ab");
-    addLetters(2, "c");
-    state.ListDirty = true;
-    lists.SaveListFile();
-    EXPECT_EQ(files.bytesOf(kFile), "#ListA\r\nC:\\a.mp3\r\nC:\\b.mp3\r\n#ListC\r\nC:\\c.mp3\r\n");
-    Lists next;
-    next.files = files;
-    next.lists.LoadListFile();
-    EXPECT_EQ(next.names(0) + "," + next.names(1) + "," + next.names(2), "ab,,c");
-    for (int list = 0; list < 3; ++list) next.lists.clear(list);
-    next.lists.SaveListFile();
-    EXPECT_EQ(next.files.bytesOf(kFile), "");
-}
-
 TEST_F(ListFileOfTheProgram, TakesAChangeQuietlyAfterHalfAMinuteAndOnceAndAgainAtTheEnd) {
     using std::chrono::seconds;
     lists.LoadListFile();

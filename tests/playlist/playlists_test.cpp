@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "playlist/text_store.h"
 #include "tests/playlist/lists_fixture.h"
 
 namespace quenlox {
@@ -21,20 +20,6 @@ TEST_F(ListsTest, RefusesWhatNoFileOrListCanBe) {
     EXPECT_EQ(lists.path(0, 0), "");
     EXPECT_EQ(lists.path(0, -1), "");
     EXPECT_EQ(lists.count(7), 0);
-}
-
-TEST_F(ListsTest, AddsTheMediaFilesOfAFolderInTheOrderOfTheDisk) {
-    for (const char* name : {"b.mp3", "a.MP3", "cover.jpg", "list.m3u", ".mp3", "x.rmp", "w.wav", "m.mid", "r.rmi", "Track01.cda",
-                             "q.wma", "p.mp1", "o.mp2", "n.mpg", "é.mp4", "noextension", "odd;*.m", "sub\\deep.mp3"})
-        files.add(std::string("D:\\music\\") + name);
-    EXPECT_FALSE(lists.AddFolder("D:\\music", *files.readFolder("D:\\music"), 1));
-    // "odd;*.m" ends in a text that occurs in the filter, which is all that is asked for.
-    EXPECT_EQ(paths(1), (Paths{"D:\\music\\b.mp3", "D:\\music\\a.MP3", "D:\\music\\x.rmp", "D:\\music\\w.wav",
-                                     "D:\\music\\m.mid", "D:\\music\\r.rmi", "D:\\music\\Track01.cda", "D:\\music\\q.wma",
-                                     "D:\\music\\p.mp1", "D:\\music\\o.mp2", "D:\\music\\n.mpg", "D:\\music\\odd;*.m"}));
-    files.add("E:\\root.mp3");
-    lists.AddFolder("E:\\", *files.readFolder("E:\\"), 0);
-    EXPECT_EQ(paths(0), Paths{"E:\\root.mp3"});
 }
 
 TEST_F(ListsTest, RemovesTheCurrentFileFromListsAAndBOnly) {
@@ -108,19 +93,6 @@ TEST_F(ListsTest, GiveMemoryBackWhenRowsGo) {
     EXPECT_EQ(lists.text(0, 399, kTitleColumn), "39900");
     lists.clear(0);
     EXPECT_EQ(lists.memory(0), 0u);
-}
-
-TEST(TextStore, KeepsTextsOfAnySizeInPlace) {
-    TextStore store;
-    std::vector<std::pair<char*, std::size_t>> texts;
-    for (const std::size_t size : {0u, 1u, 900u, 5000u, 1u, 700000u, 3u, 300000u}) {
-        char* const text = store.allocate(size);
-        std::fill_n(text, size, static_cast<char>('a' + texts.size()));
-        texts.emplace_back(text, size);
-    }
-    for (std::size_t i = 0; i < texts.size(); ++i)
-        EXPECT_EQ(std::count(texts[i].first, texts[i].first + texts[i].second, static_cast<char>('a' + i)),
-                  static_cast<std::ptrdiff_t>(texts[i].second));
 }
 
 }  // namespace

@@ -55,26 +55,6 @@ TEST_F(ShuffleOrder, HoldsEachEntryOnceWhateverChanceGives) {
     }
 }
 
-TEST_F(ShuffleOrder, IsSafeForADrawAtTheEndOfItsRange) {
-    for (const double drawn : {0.0, 0.9999999999999999, 1.0}) {
-        Lists fresh({drawn});
-        fresh.addLetters(0, "abcd");
-        fresh.lists.BuildShuffleOrder(0);
-        EXPECT_TRUE(HoldsEachRowOnce(PassOf(fresh.state, 0), 4)) << drawn;
-    }
-}
-
-TEST_F(ShuffleOrder, OfTheFolderListFollowsTheFilesOfTheFolder) {
-    lists.setFolderFiles("C:\\", {"a.mp3", "b.mp3"});
-    lists.BuildShuffleOrder(3);
-    EXPECT_EQ(state.ShuffleOrder[3].last(), 1);
-    EXPECT_EQ(lists.path(3, 1), "C:\\b.mp3");
-    lists.setFolderFiles("C:\\sub", {"b.mp3"});
-    EXPECT_EQ(lists.path(3, 0), "C:\\sub\\b.mp3");
-    EXPECT_EQ(lists.count(3), 1);
-    for (const int list : {-1, 4}) lists.BuildShuffleOrder(list);
-}
-
 TEST_F(ShuffleOrder, APassGoesOnWithTheEntriesThatAreLeft) {
     addLetters(0, "abcde");
     lists.BuildShuffleOrder(0);
