@@ -98,7 +98,10 @@ TEST_F(ApplicationTest, SettingsSkinListsAndFileComeUpTogether) {
 TEST_F(ApplicationTest, RepeatPlaysAFileOfTheCommandLineOnce) {
     addSong("C:\\Users\\b.mp3");
     files.current = "C:\\Users";
-    const struct { const char* commandLine; int plays; } cases[] = {{"b.mp3 /pm1", 1}, {"/pm1", 2}};
+    const struct {
+        const char* commandLine;
+        int plays;
+    } cases[] = {{"b.mp3 /pm1", 1}, {"/pm1", 2}};
     for (const auto& c : cases) {
         start(c.commandLine);
         EXPECT_EQ(state().CurrentFile, "C:\\Users\\b.mp3");
@@ -149,12 +152,13 @@ TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
     EXPECT_TRUE(windows.hasQuit);
 }
 
-// Each option with what it changes in the running program: a text that must be another one behind the change, and the first
-// one again when the option is put back.
+// Each option with what it changes in the running program: a text that must be another one behind the change, and the
+// first one again when the option is put back.
 TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     const std::string song = "C:\\m\\(N) T.mp3";
     files.add("C:\\Quenlox\\skin\\default\\default.tsk",
-              "[Main]\nVer=4\nSize=300,100\nBox=1\n[Label]\nLabelA=5,20,60,10,6,255,255,255\n[Disp]\nDispA=10,80\nDispB=100,60\n");
+              "[Main]\nVer=4\nSize=300,100\nBox=1\n[Label]\nLabelA=5,20,60,10,6,255,255,255\n[Disp]\nDispA=10,"
+              "80\nDispB=100,60\n");
     files.add("C:\\Quenlox\\Quenlox.m3u", "#ListA\r\n" + song + "\r\nC:\\m\\2.mp3\r\n");
     files.add("D:\\words\\(N) T.lrc");
     files.add("D:\\pic\\m.bmp", BmpOf(Surface(1, 1, {})));
@@ -179,7 +183,9 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
 
     const auto check = [](CheckBox& box) { return [&box](bool on) { box.setValue(on); }; };
     const auto uncheck = [](CheckBox& box) { return [&box](bool on) { box.setValue(!on); }; };
-    const auto slide = [](ScrollBar& bar, int to) { return [&bar, to, from = bar.value()](bool on) { bar.setValue(on ? to : from); }; };
+    const auto slide = [](ScrollBar& bar, int to) {
+        return [&bar, to, from = bar.value()](bool on) { bar.setValue(on ? to : from); };
+    };
     const auto choose = [](ControlArray<OptionButton>& group, int to, int from = 0) {
         return [&group, to, from](bool on) { group[on ? to : from].setValue(true); };
     };
@@ -192,7 +198,8 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     };
     const auto last = [this](const std::string& begin) {
         return [this, begin] {
-            const auto found = std::ranges::find_if(vbmp3.calls.rbegin(), vbmp3.calls.rend(), [&](const std::string& c) { return c.starts_with(begin); });
+            const auto found = std::ranges::find_if(vbmp3.calls.rbegin(), vbmp3.calls.rend(),
+                                                    [&](const std::string& c) { return c.starts_with(begin); });
             return found == vbmp3.calls.rend() ? std::string() : *found;
         };
     };
@@ -225,7 +232,8 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
         {"AnimeMode", check(o.CheckAnime), number([this] { return top().TimerTitle.enabled(); })},
         {"SpeanaMode", check(o.CheckSpeana), number([this] { return top().DisplayB.visible(); })},
         {"SpeanaTime", slide(o.HScrollSpeana, 10), number([this] { return top().Timer2.interval(); })},
-        {"Fft", choose(o.FftOption, 2), [this, &o, sum] {
+        {"Fft", choose(o.FftOption, 2),
+         [this, &o, sum] {
              o.CheckSpeana.setValue(1);
              for (int frame = 0; frame < 60; ++frame) top().Timer2.onTimer();
              return sum(top().DisplayB.surface());
@@ -237,7 +245,8 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
         {"StepPitch", slide(o.HScrollStepPitch, 3), pitch(kStepPitch, "step")},
         {"Quality", choose(o.QualityOption, 1), last("quality")},
         {"OutputBuffer", slide(o.HScrollBuffer, 900), last("output")},
-        {"Gapless", uncheck(o.CheckGapless), [this] {
+        {"Gapless", uncheck(o.CheckGapless),
+         [this] {
              top().Timer1.onTimer();
              return vbmp3.nextFile;
          }},
@@ -251,12 +260,14 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
         {"LyricsDir", type(o.TextLyricsDir, "D:\\words"), source},
         {"BmpDir", type(o.TextBmpDir, "D:\\pic"), lyricsPicture},
         {"ReName", check(o.CheckReName), row},
-        {"ReNameS", type(o.TextReName, "(*T) *N"), [&o, row] {
+        {"ReNameS", type(o.TextReName, "(*T) *N"),
+         [&o, row] {
              o.CheckReName.setValue(1);
              return row();
          }},
         {"ListTypeS", check(o.CheckListTypeS), columns},
-        {"ListTime", uncheck(o.CheckListTime), [&o, columns] {
+        {"ListTime", uncheck(o.CheckListTime),
+         [&o, columns] {
              o.CheckListTypeS.setValue(1);
              return columns();
          }},
@@ -312,7 +323,8 @@ TEST_F(ApplicationTest, TheTimeColumnGoesAndComesWithItsOptionAndTheUsersOwnWidt
     options.CheckListTypeS.setValue(0);
     list.TabList.setValue(1);  // a list other than the first
     const std::array own{50, 60, 70, 0, 80};
-    for (int column = 0; column < 5; ++column) list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
+    for (int column = 0; column < 5; ++column)
+        list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
     options.CheckListTypeS.setValue(1);
     options.CheckListTime.setValue(1);
     for (int view = 0; view < FormList::kViews; ++view) {
@@ -330,7 +342,8 @@ TEST_F(ApplicationTest, AHelpFileGoesFirstThenTheGuide) {
     EXPECT_EQ(shell.opened, std::vector<std::string>{"C:\\Quenlox\\Quenlox.html"});
     files.add("C:\\Quenlox\\Quenlox.hlp");
     help();
-    EXPECT_EQ(shell.helps, (std::vector<std::string>{"C:\\Quenlox\\Quenlox.hlp 11 1", "C:\\Quenlox\\Quenlox.hlp 11 1"}));
+    EXPECT_EQ(shell.helps,
+              (std::vector<std::string>{"C:\\Quenlox\\Quenlox.hlp 11 1", "C:\\Quenlox\\Quenlox.hlp 11 1"}));
 }
 
 TEST_F(ApplicationTest, TheAboutWindowNamesTheVersionsAndOpensLicencesAndGuideOrSaysThatTheyAreMissing) {
@@ -350,7 +363,10 @@ TEST_F(ApplicationTest, TheAboutWindowNamesTheVersionsAndOpensLicencesAndGuideOr
 
 TEST_F(ApplicationTest, TheListLabelTellsWhatThereIs) {
     start();
-    const struct { int count, current; const char* text; } cases[] = {{0, -1, "A 0曲"}, {2, -1, "A 2曲"}, {2, 1, "A 2/2"}};
+    const struct {
+        int count, current;
+        const char* text;
+    } cases[] = {{0, -1, "A 0曲"}, {2, -1, "A 2曲"}, {2, 1, "A 2/2"}};
     for (const auto& c : cases) {
         files.add("C:\\Quenlox\\Quenlox.m3u", c.count ? "#ListA\r\nC:\\x.mp3\r\nC:\\y.mp3\r\n" : "");
         start();

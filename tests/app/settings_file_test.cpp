@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "state/global_state.h"
-#include "skin/main_window_handlers.h"
 #include "equalizer/form_gra.h"
 #include "lyrics/form_lyrics.h"
 #include "options/form_opt.h"
 #include "playback/status_display.h"
 #include "playlist/form_list.h"
+#include "skin/main_window_handlers.h"
+#include "state/global_state.h"
 #include "tags/form_tag.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_file_system.h"
@@ -66,10 +66,10 @@ struct Program {
     FormLyrics lyrics{state, opt, painter};
     FormTag tag{state, opt, vbmp3, files, dialogs};
     SplitValues splitValues;
-    SettingsFile settings{files,
-                          {state, [this](const std::string& file) { state.CurrentFile = file; }, top, list, opt, gra,
-                           lyrics, tag},
-                          splitValues};
+    SettingsFile settings{
+        files,
+        {state, [this](const std::string& file) { state.CurrentFile = file; }, top, list, opt, gra, lyrics, tag},
+        splitValues};
 };
 
 constexpr const char* kPath = "C:\\Quenlox\\Quenlox.ini";
@@ -131,7 +131,9 @@ TEST(SettingsFile, WhatIsWrittenIsReadBackAndWrittenTheSame) {
             if (key == "CurDir") {
                 changed.set(section, key, "C:\\音楽");
             } else if (key.size() == 3 && key.ends_with("Eq")) {
-                changed.set(section, key, (key == "5Eq" ? "Custom" : "名" + key) + std::string(",10,20,-30,40,-50,60,70,-80,90,-120"));
+                changed.set(
+                    section, key,
+                    (key == "5Eq" ? "Custom" : "名" + key) + std::string(",10,20,-30,40,-50,60,70,-80,90,-120"));
             } else if (value == "0" || value == "1") {
                 changed.set(section, key, value == "0" ? "1" : "0");
             } else if (!value.empty() && value.find_first_not_of("0123456789") == std::string::npos) {
@@ -141,10 +143,16 @@ TEST(SettingsFile, WhatIsWrittenIsReadBackAndWrittenTheSame) {
             }
         }
     }
-    for (const auto& [section, key, value] : {std::tuple{"Option", "SpeanaIntro", "8"}, {"Option", "LyricsLine", "3"},
-                                             {"Lyrics", "Color", "4"}, {"Option", "OutputDevice", "2"}, {"Option", "SkinScale", "2"},
-                                             {"Option", "ColumnTitle", "201"}, {"Option", "ColumnName", "202"},
-                                             {"Option", "ColumnAlbum", "203"}, {"Option", "ColumnTime", "0"}, {"Option", "ColumnFile", "205"}}) {
+    for (const auto& [section, key, value] : {std::tuple{"Option", "SpeanaIntro", "8"},
+                                              {"Option", "LyricsLine", "3"},
+                                              {"Lyrics", "Color", "4"},
+                                              {"Option", "OutputDevice", "2"},
+                                              {"Option", "SkinScale", "2"},
+                                              {"Option", "ColumnTitle", "201"},
+                                              {"Option", "ColumnName", "202"},
+                                              {"Option", "ColumnAlbum", "203"},
+                                              {"Option", "ColumnTime", "0"},
+                                              {"Option", "ColumnFile", "205"}}) {
         changed.set(section, key, value);
     }
     files.add(kPath, changed.serialise());
@@ -182,7 +190,7 @@ TEST(SettingsFile, StoredValuesAreTakenAsTheRulesOfEachKeySay) {
         {"List", "Show", "-1", "0"},
         {"List", "Show", "1", "1"},
         {"Option", "SpeanaIntro", "7", "6"},
-        {"Option", "AnimeMode", "2", "2"},                 // a check box keeps the number
+        {"Option", "AnimeMode", "2", "2"},  // a check box keeps the number
         {"Option", "HiPitch", "999", "200"},
         {"Option", "LowPitch", "0", "50"},
         {"Option", "Volume", "9", "0"},
@@ -192,10 +200,11 @@ TEST(SettingsFile, StoredValuesAreTakenAsTheRulesOfEachKeySay) {
         {"Option", "LyricsLine", "7", "7"},
         {"Option", "CurDir", "D:\\gone", "D:\\gone"},
         {"Option", "OutputDevice", "3", "3"},
-        {"Equalizer", "2Eq", " Mine ,1,2", "Mine,1,2,0,-20,30,10,-20,50,30,10"},  // short: the numbers of the preset before
+        {"Equalizer", "2Eq", " Mine ,1,2",
+         "Mine,1,2,0,-20,30,10,-20,50,30,10"},  // short: the numbers of the preset before
         {"Equalizer", "5Eq", "x,15,-28,999,-999,25,0,0,0,0,0", "Custom,20,-30,120,-120,20,0,0,0,0,0"},
         {"Equalizer", "EqMode", "1", "1"},
-        {"Lyrics", "Color", "0", "1"},                     // nothing chosen yet: the first scheme
+        {"Lyrics", "Color", "0", "1"},  // nothing chosen yet: the first scheme
         {"Lyrics", "Color", "8", "8"},
         {"Lyrics", "Color", "99", "1"},
         {"Lyrics", "Color", "-5", "1"},
@@ -212,7 +221,9 @@ TEST(SettingsFile, EveryControlOfTheOptionsIsWrittenUnderItsKeyAndFilledFromIt) 
     const auto check = [](CheckBox FormOpt::*box) {
         return [box](FormOpt& opt) { (opt.*box).setValue(1 - (opt.*box).value()); };
     };
-    const auto slide = [](ScrollBar FormOpt::*bar, int value) { return [bar, value](FormOpt& opt) { (opt.*bar).setValue(value); }; };
+    const auto slide = [](ScrollBar FormOpt::*bar, int value) {
+        return [bar, value](FormOpt& opt) { (opt.*bar).setValue(value); };
+    };
     const auto choose = [](ControlArray<OptionButton> FormOpt::*group, int index) {
         return [group, index](FormOpt& opt) { (opt.*group)[index].setValue(true); };
     };
@@ -320,19 +331,6 @@ TEST(SettingsFile, TheBrowserOpensTheFolderOnlyWhenItIsThere) {
         EXPECT_EQ(run.state.CurrentFolder, "D:\\music");
         EXPECT_EQ(run.list.Dir1.path(), there ? "D:\\music" : "");
     }
-}
-
-TEST(SettingsFile, AProgramInTheRootOfADriveHasItsFileThere) {
-    FakeFileSystem files;
-    files.program = "E:\\";
-    Program run(files);
-    EXPECT_EQ(run.settings.path(), "E:\\Quenlox.ini");
-}
-
-TEST(SettingsFile, CommentsAndUnknownKeysOutliveARun) {
-    const IniDocument saved = SavedBy("; my settings\r\n[Main]\r\nMine=1\r\nX=5\r\n[Other]\r\nK=v\r\n");
-    EXPECT_TRUE(saved.serialise().starts_with("; my settings\r\n[Main]\r\nMine=1\r\nX=5\r\nY=0\r\n"));
-    EXPECT_EQ(saved.find("Other", "K"), "v");
 }
 
 TEST(SettingsFile, AFileThatCannotBeReadOrWrittenIsLeftAlone) {

@@ -37,7 +37,8 @@ struct LayoutForm : Form {
 
 TEST(Layout, ARowIsAsWideAsItsItemsAndGapsAndAsHighAsTheHighest) {
     LayoutForm form;
-    EXPECT_EQ(form.measure(Row({Item(form.label), Item(form.button), Item(form.other)})), (Size{30 + 60 + 60 + 16, 24}));
+    EXPECT_EQ(form.measure(Row({Item(form.label), Item(form.button), Item(form.other)})),
+              (Size{30 + 60 + 60 + 16, 24}));
     EXPECT_EQ(form.measure(Column({Item(form.label), Item(form.button)})), (Size{60, 10 + 24 + 8}));
     EXPECT_EQ(form.measure(Row({Item(form.label, 40, 8), Space(10, 0)})), (Size{80 + 20 + 8, 16}));
     EXPECT_EQ(form.measure(Row({})), (Size{0, 0}));
@@ -101,7 +102,8 @@ TEST(Layout, PagesLieOverEachOtherUnderTheirTabs) {
 
 TEST(Layout, NestedRowsAndColumnsFollowTheWindow) {
     LayoutForm form;
-    const Layout layout = Column({Row({Item(form.label), Space(0, 0, 1), Item(form.button)}), Item(form.list, 0, 0, 1)});
+    const Layout layout =
+        Column({Row({Item(form.label), Space(0, 0, 1), Item(form.button)}), Item(form.list, 0, 0, 1)});
     for (const int width : {200, 640}) {
         form.arrange(layout, {0, 0, width, 480});
         EXPECT_EQ(form.button.bounds().right(), width);

@@ -60,20 +60,6 @@ TEST_F(Encoding, SoundChannelsAndExactLengthAreKept) {
     }
 }
 
-TEST_F(Encoding, MoreThanTwoChannelsAreMixedDown) {
-    Samples six(6 * 20000), wanted(2 * 20000);
-    for (size_t i = 0; i < 20000; ++i) {
-        six[6 * i + 2] = float(0.5 * std::sin(double(i) * 0.06));  // centre
-        wanted[2 * i] = wanted[2 * i + 1] = six[6 * i + 2] * 0.293f;
-    }
-    write(six, 44100, 6);
-    ASSERT_GT(encode(settings()), 0);
-    const Decoded heard = decodeByMpg123(result);
-    ASSERT_EQ(heard.channels, 2);
-    ASSERT_EQ(heard.frames(), 20000);
-    EXPECT_LT(differenceDb(wanted, heard.samples, 2, 5000, 15000), -25);
-}
-
 TEST_F(Encoding, EveryFrequencyIsReachedFromEveryOtherWithoutAShift) {
     const auto twoSeconds = [](int rate) {
         Samples sound(size_t(rate) * 2);

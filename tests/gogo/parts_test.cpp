@@ -137,35 +137,4 @@ TEST(FrameRun, RefusesWhatIsNoRunOfFrames) {
     EXPECT_FALSE(run.assign(Bytes(1000, 0x55), 0));
 }
 
-TEST(FrameRun, JoinedRunsDecodeToTheFirstThenTheSecond) {
-    using namespace vbmp3::test;
-    const TempDir dir;
-    const auto left = tone(44100, 1, 1152 * 60, 440), right = tone(44100, 1, 1152 * 60, 3000);
-    for (const int bitRate : {0, 32, 64, 160}) {
-        const Mp3Options options{.bitRate = bitRate, .infoFrame = false};
-        FrameRun a, b;
-        ASSERT_TRUE(a.assign(mp3File(44100, 1, left, options), 0));
-        ASSERT_TRUE(b.assign(mp3File(44100, 1, right, options), 0));
-        ASSERT_TRUE(a.join(b, 40)) << bitRate;
-        ASSERT_EQ(a.end(), b.first());
-        const int64_t seam = a.end();
-        const Samples heard = decodeByMpg123(dir.write("joined.mp3", a.bytes() + b.bytes())).samples;
-        ASSERT_EQ(heard.size(), size_t(61) * 1152) << bitRate;
-        const auto loudness = [&](int64_t frame, double hertz) {
-            double re = 0, im = 0;
-            for (int i = 0; i < 1152; ++i) {
-                const double x = double(heard[size_t(frame * 1152 + i)]), phase = 2 * M_PI * hertz * i / 44100;
-                re += x * std::cos(phase), im += x * std::sin(phase);
-            }
-            return std::hypot(re, im);
-        };
-        for (int64_t frame = 4; frame < 58; ++frame) {
-            if (frame >= seam - 1 && frame <= seam + 1) continue;
-            const bool first = frame < seam;
-            EXPECT_GT(loudness(frame, first ? 440 : 3000), 20 * loudness(frame, first ? 3000 : 440))
-                << bitRate << ": " << frame;
-        }
-    }
-}
-
 }  // namespace

@@ -59,12 +59,6 @@ TEST_F(FormLyricsTest, StaysHighEnoughForItsLinesAndFitsTheType) {
     }
 }
 
-TEST_F(FormLyricsTest, MinimisedItIsLeftAlone) {
-    form.setSize(4500, 500);
-    form.Form_Resize({0, 0});
-    EXPECT_EQ(form.height(), 500);
-}
-
 TEST_F(FormLyricsTest, ClosedByTheUserItIsHiddenAndItsOptionGoesOff) {
     form.onClosedByUser = [&] { options.setLyricsShown(false); };
     form.show();

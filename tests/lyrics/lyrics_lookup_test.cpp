@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "state/global_state.h"
 #include "lyrics/form_lyrics.h"
 #include "playback/status_display.h"
+#include "state/global_state.h"
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_options.h"
@@ -64,14 +64,6 @@ TEST_F(LyricsLookupTest, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCou
     }
 }
 
-TEST_F(LyricsLookupTest, WithoutALyricsFolderOnlyTheFolderOfTheTrackIsSearched) {
-    options.values.lyricsFolder = "";
-    addSideFile("01. a.b.kra");
-    addSideFile("C:\\music\\01. a.b.txt");
-    lookup.LoadLyrics();
-    EXPECT_EQ(vbmp3.lyricsFile, "C:\\music\\01. a.b.txt");
-}
-
 TEST_F(LyricsLookupTest, LookingAgainMarksTheSourceOfNowOnce) {
     vbmp3.timeTag = 1;
     addSideFile("D:\\words\\01. a.b.lrc");
@@ -90,7 +82,8 @@ TEST_F(LyricsLookupTest, LookingAgainMarksTheSourceOfNowOnce) {
 
 TEST_F(LyricsLookupTest, ThePictureHasTheNameOfTheTrackOrOfItsFolder) {
     using Paths = std::vector<std::string>;
-    EXPECT_EQ(LyricsPictures("C:\\music\\夜\\01. a.b.mp3", "D:\\pic"), (Paths{"D:\\pic\\01. a.b.bmp", "D:\\pic\\夜.bmp"}));
+    EXPECT_EQ(LyricsPictures("C:\\music\\夜\\01. a.b.mp3", "D:\\pic"),
+              (Paths{"D:\\pic\\01. a.b.bmp", "D:\\pic\\夜.bmp"}));
     EXPECT_EQ(LyricsPictures("C:\\a.mp3", "D:\\"), Paths{"D:\\a.bmp"});
     EXPECT_EQ(LyricsPictures("C:\\music\\a.mp3", ""), Paths{});
     EXPECT_EQ(LyricsPictures("", "D:\\pic"), Paths{});
@@ -114,8 +107,8 @@ TEST_F(LyricsLookupTest, ASideFileWithoutTimeTagsIsShownWholeWhateverItsCodingAn
         {"one\ntwo\n\nthree", "one\r\ntwo\r\n\r\nthree"},
         {"one\r\ntwo\rthree", "one\r\ntwo\r\nthree"},
         {"  kept\nlines  ", "kept\r\nlines"},
-        {"\x89\xCC\n", "歌\r\n"},          // Shift-JIS
-        {"\xEF\xBB\xBF歌", "歌"},           // UTF-8 with its mark
+        {"\x89\xCC\n", "歌\r\n"},  // Shift-JIS
+        {"\xEF\xBB\xBF歌", "歌"},  // UTF-8 with its mark
         {"歌詞", "歌詞"},
         {"", ""},
     };
@@ -130,13 +123,6 @@ TEST_F(LyricsLookupTest, ASideFileWithoutTimeTagsIsShownWholeWhateverItsCodingAn
     room.addSideFile("C:\\music\\01. a.b.txt", std::string("before\0behind", 13));
     room.lookup.LoadLyrics();
     EXPECT_EQ(room.form.Text2.text(), "before");
-}
-
-TEST_F(LyricsLookupTest, AFileThatCannotBeReadLeavesAnEmptyText) {
-    addSideFile("C:\\music\\01. a.b.txt");
-    files.unreadable.insert("C:\\music\\01. a.b.txt");
-    EXPECT_TRUE(lookup.FindLyricsFile());
-    EXPECT_EQ(form.Text2.text(), "");
 }
 
 TEST_F(LyricsLookupTest, LyricsOfTheSoundFileWithoutTimeTagsAreShownWhole) {
