@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fakes/fake_file_system.h"
+
 namespace quenlox {
 namespace {
 
@@ -23,6 +25,22 @@ TEST(UserFiles, StayBesideTheProgramUnlessNobodyMayWriteThere) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(ChooseUserFolder(c.program, c.writable, c.applicationData), c.expected) << c.program << c.writable;
+}
+
+TEST(UserFiles, OneBesideTheProgramCountsUntilTheUserHasOne) {
+    const std::string delivered = std::string(kProgram) + "\\Quenlox.ini", own = std::string(kUser) + "\\Quenlox.ini";
+    for (const bool hasOwn : {false, true}) {
+        for (const bool isDelivered : {false, true}) {
+            FakeFileSystem files;
+            files.program = kProgram;
+            files.user = kUser;
+            if (hasOwn) files.add(own);
+            if (isDelivered) files.add(delivered);
+            EXPECT_EQ(UserFileToRead(files, "Quenlox.ini"), isDelivered && !hasOwn ? delivered : own)
+                << hasOwn << isDelivered;
+            EXPECT_EQ(UserFileToWrite(files, "Quenlox.ini"), own);
+        }
+    }
 }
 
 }  // namespace
