@@ -92,17 +92,6 @@ TEST_F(LyricsDisplayTest, TheWindowComesUpByItselfForTheLyricsThatOnlyItCanShow)
     }
 }
 
-TEST_F(LyricsDisplayTest, ClosedByTheUserItStaysAwayUntilItIsWantedAgain) {
-    open(kTimedLyrics);
-    EXPECT_FALSE(form.unload());
-    open(kTimedLyrics);
-    EXPECT_FALSE(form.visible());
-    options.setLyricsShown(true);
-    state.LyricsKind = kNoLyrics;
-    display.lyricsShownChanged();
-    EXPECT_TRUE(form.visible()) << "who switches it on sees it, with lyrics or without";
-}
-
 TEST_F(LyricsDisplayTest, AStepDrawsOnlyWhatHasChanged) {
     open(kTimedLyrics);
     EXPECT_EQ(tick(), 0);

@@ -79,20 +79,6 @@ TEST_F(Browser, TakesFoldersOfTheNetwork) {
     EXPECT_EQ(paths(0), Paths{"\\\\server\\share\\music\\a.mp3"});
 }
 
-TEST_F(Browser, AddAllTakesFilesToTheNamedListAndM3UEntriesToTheCurrentOne) {
-    files.add("C:\\m\\list.m3u", "D:\\1.mp3\r\nother.mp3\r\n");
-    browse("C:\\m", {"a.mp3", "b.mp3"});
-    form.File1.setSelected(0, true);
-    state.ListDirty = false;
-    form.menuAdd1_Click(2);
-    EXPECT_EQ(paths(2), (Paths{"C:\\m\\a.mp3", "C:\\m\\b.mp3"}));
-    EXPECT_EQ(paths(0), (Paths{"D:\\1.mp3", "C:\\m\\other.mp3"}));
-    EXPECT_FALSE(form.File1.selected(0));
-    EXPECT_EQ(state.ShuffleOrder[2].last(), 1);
-    EXPECT_TRUE(state.ListDirty);
-    EXPECT_TRUE(menu("削除")->enabled);
-}
-
 TEST_F(Browser, DoubleClickPlaysAFileAndImportsAList) {
     files.add("C:\\m\\a.m3u", "D:\\1.mp3\r\n");
     browse("C:\\m", {"b.mp3", "c.mp3"});

@@ -8,27 +8,6 @@ namespace {
 
 using FormListCommands = ListWindowTest;
 
-TEST_F(FormListCommands, AHeaderClickSortsOnceAndLeavesTheListFileAlone) {
-    addTitled('a', "z");
-    addTitled('b', "y");
-    addTitled('c', "x");
-    state.ListDirty = false;
-    select("x..");
-    form.PlayView_ColumnClick(kTitleColumn);
-    EXPECT_EQ(names(0), "cba");
-    EXPECT_EQ(marks(), "..x");
-    EXPECT_FALSE(state.ListDirty);
-    addTitled('d', "a");
-    EXPECT_EQ(names(0), "cbad") << "what comes later is not sorted in";
-    form.PlayView_ColumnClick(kFileColumn);
-    EXPECT_EQ(names(0), "abcd");
-    form.PlayView_ColumnClick(kFileColumn);
-    EXPECT_EQ(names(0), "dcba") << "the second click turns the order round";
-    form.PlayView_ColumnClick(kFileColumn);
-    EXPECT_EQ(names(0), "abcd");
-    EXPECT_FALSE(state.ListDirty);
-}
-
 TEST_F(FormListCommands, TheSortMenuSortsByTheColumnOfItsItem) {
     // Titles c b a, times 0:03 0:01 0:02, artists and albums alike.
     const struct {
