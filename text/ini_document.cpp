@@ -96,7 +96,7 @@ std::string IniDocument::text(std::string_view section, std::string_view key, st
 
 std::int32_t IniDocument::integer(std::string_view section, std::string_view key, std::int32_t whenMissing) const {
     const Line* line = findLine(section, key);
-    return line ? ProfileInteger(line->value) : whenMissing;
+    return line && !line->value.empty() ? ProfileInteger(line->value) : whenMissing;
 }
 
 void IniDocument::set(std::string_view section, std::string_view key, std::string_view value) {

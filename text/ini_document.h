@@ -21,6 +21,7 @@ class IniDocument {
     // Nothing when the key is missing.
     std::optional<std::string> find(std::string_view section, std::string_view key) const;
     std::string text(std::string_view section, std::string_view key, std::string_view whenMissing) const;
+    // An empty value counts as missing.
     std::int32_t integer(std::string_view section, std::string_view key, std::int32_t whenMissing) const;
 
     // Changes a key in its place; a new one goes behind the last key of its section, a new section to the end. A value

@@ -10,6 +10,13 @@ namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+// A large number for what is no digit.
+std::uint32_t DigitValue(char c) {
+    if (IsDigit(c)) return static_cast<std::uint32_t>(c - '0');
+    const char small = static_cast<char>(c | 0x20);
+    return small >= 'a' && small <= 'f' ? static_cast<std::uint32_t>(small - 'a') + 10 : 99;
+}
+
 std::string_view SkipBlanks(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t");
     return first == std::string_view::npos ? std::string_view{} : text.substr(first);
@@ -46,10 +53,14 @@ std::int32_t ProfileInteger(std::string_view text) {
     text = SkipBlanks(text);
     const bool negative = !text.empty() && text.front() == '-';
     if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+    const std::string_view prefix = text.substr(0, 2);
+    const std::uint32_t base = prefix == "0x" ? 16 : prefix == "0o" ? 8 : prefix == "0b" ? 2 : 10;
+    if (base != 10) text.remove_prefix(2);
     std::uint32_t value = 0;
     for (const char c : text) {
-        if (!IsDigit(c)) break;
-        value = value * 10u + static_cast<std::uint32_t>(c - '0');
+        const std::uint32_t digit = DigitValue(c);
+        if (digit >= base) break;
+        value = value * base + digit;
     }
     return static_cast<std::int32_t>(negative ? 0u - value : value);
 }

@@ -16,7 +16,7 @@ double NumericValue(std::string_view text);
 std::int32_t NumericInteger(std::string_view text);
 
 // As the private-profile calls of Windows read an integer: leading blanks, a sign, digits up to the first other
-// character. What exceeds 32 bits wraps.
+// character; "0x", "0o" and "0b" begin a hexadecimal, octal and binary number. What exceeds 32 bits wraps.
 std::int32_t ProfileInteger(std::string_view text);
 
 // The numbers of the list that was split last: elements 1 to 12. A shorter list leaves the elements behind its last

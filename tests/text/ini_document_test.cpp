@@ -40,7 +40,7 @@ TEST(IniDocument, ReadsValuesAsTheProfileCallsDo) {
         {"Main", "Half", "\"half", 0},
         {"Main", "Both", "a\" and \"b", 0},        // the outer pair goes, as simple as the system does it
         {"Main", "Note", "value ; stays", 0},
-        {"Main", "Empty", "", 0},                  // there, so the default does not serve
+        {"Main", "Empty", "", 7},                  // no number, so the default serves
         {"Main", "NoValue", nullptr, 7},
         {"Main", "Eq", "a=b", 0},
         {"Other", "X", "1", 1},
