@@ -30,15 +30,15 @@ constexpr int kHelpContext = 11, kHelpContextData = 1, kHelpQuit = 2;  // comman
 Application::Application(const Services& services, std::string commandLine)
     : services_(services),
       commandLine_(std::move(commandLine)),
-      options_(state_),
+      optionsWindow_(state_, options_),
       top_(state_, options_, services.files, services.dialogs, services.shell, services.painter, splitValues_),
-      engine_(state_, services.vbmp3, services.mediaControl, services.files, services.windows, top_),
+      engine_(state_, options_, services.vbmp3, services.mediaControl, services.files, services.windows, top_),
       lists_(state_, options_, services.files, services.vbmp3, services.random),
       pitch_(state_, services.vbmp3, options_, engine_.status()),
       transport_({state_, engine_, pitch_, services.vbmp3, lists_, options_}),
       monitor_(state_, engine_, transport_, services.vbmp3, services.mediaControl, options_),
       volume_(state_, services.mixer, options_),
-      list_(state_, lists_, services.files, services.dialogs),
+      list_(state_, options_, lists_, services.files, services.dialogs),
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, engine_.status(), lyrics_),
@@ -49,10 +49,9 @@ Application::Application(const Services& services, std::string commandLine)
       convert_(conversion_, state_, services.dialogs),
       about_(services.dialogs, services.files, services.shell),
       panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
-      settings_(services.files,
-                {state_, [this](const std::string& file) { transport_.remember(file); }, top_, list_, options_,
-                 equalizer_, lyrics_, tag_},
-                splitValues_),
+      settings_({state_, options_, splitValues_, services.files,
+                 [this](const std::string& file) { transport_.remember(file); }, top_, list_, optionsWindow_,
+                 equalizer_, lyrics_, tag_}),
       quietSave_(state_, lists_) {
     // A file that could not be opened is the current one too.
     transport_.onTrackChanged = [this] {
@@ -61,7 +60,7 @@ Application::Application(const Services& services, std::string commandLine)
         lyricsDisplay_.trackOpened();
         tag_.currentFileOpened();
     };
-    lyrics_.onClosedByUser = [this] { options_.setLyricsShown(false); };
+    lyrics_.onClosedByUser = [this] { options_.set(&Options::LyricsShown, false); };
     lyrics_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
     lyrics_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     list_.onOpen = [this](const Transport::Track& track, int intent, Transport::Start start) {
@@ -92,13 +91,13 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.pollConverter = [this] { conversion_.poll(); };
     connectConverter();
     top_.connect({&transport_, &engine_, &monitor_, &pitch_, &volume_},
-                 {&list_, &options_, &tag_, &convert_, &equalizer_, &lyrics_, &about_}, hooks);
+                 {&list_, &optionsWindow_, &tag_, &convert_, &equalizer_, &lyrics_, &about_}, hooks);
 }
 
 Application::~Application() = default;
 
 std::array<Form*, 7> Application::otherWindows() {
-    return {&list_, &options_, &equalizer_, &lyrics_, &tag_, &convert_, &about_};
+    return {&list_, &optionsWindow_, &equalizer_, &lyrics_, &tag_, &convert_, &about_};
 }
 
 void Application::load() {
@@ -109,7 +108,7 @@ void Application::load() {
     settings_.LoadSettings();
     followOptions();
     top_.LoadSkinNamed(state_.SkinName);
-    top_.setScale(options_.skinScale());
+    top_.setScale(options_->SkinScale);
     if (firstStart) placeAroundMain();
     volume_.open();
     loadLibrary();
@@ -135,7 +134,7 @@ void Application::placeAroundMain() {
     list_.suggestPlace(right, top_.top());
     lyrics_.suggestPlace(top_.left(), below);
     equalizer_.suggestPlace(top_.left(), below + lyrics_.height());
-    options_.suggestPlace(right + kTitleBar, top_.top() + kTitleBar);
+    optionsWindow_.suggestPlace(right + kTitleBar, top_.top() + kTitleBar);
     tag_.suggestPlace(right + 2 * kTitleBar, top_.top() + 2 * kTitleBar);
 }
 
@@ -154,65 +153,53 @@ void Application::connectConverter() {
     monitor_.decodesUnheard = [this] { return conversion_.decodesUnheard(); };
 }
 
-// Options act at once; what they change is told to those whom it concerns.
+// Options act at once. The rooms read them whenever they need them; here is who has to hear of a change.
 void Application::followOptions() {
-    options_.settleTexts();
-    options_.onDisplayOptions = [this] { top_.optionsChanged(); };
-    options_.onLyricsShown = [this] { lyricsDisplay_.lyricsShownChanged(); };
-    options_.onPanelOptions = [this] {
-        panel_.followSpeed();
-        panel_.setBands(FormOpt::chosen(options_.FftOption));
+    optionsWindow_.connect({&services_.dialogs, &services_.files, &services_.outputDevices});
+    const auto follow = [this](std::vector<OptionField> fields, std::function<void()> act) {
+        options_.listen(std::move(fields), std::move(act));
     };
-    options_.onPanelOptions();
-    options_.connect({&services_.dialogs, &services_.files, &services_.outputDevices});
-    options_.onDefaults = [this] { settings_.resetOptions(); };
-    options_.onPitch = [this] { pitch_.amountChanged(); };
-    options_.onListColumns = [this] { showListColumns(); };
-    options_.onLyricsLook = [this] { lyricsDisplay_.Timer6_Timer(); };
-    options_.onLyricsSources = [this] {
+    follow({&Options::TitleAnimation, &Options::SpectrumShown, &Options::OperationPanel, &Options::SkinScale},
+           [this] { top_.optionsChanged(); });
+    follow({&Options::SpectrumSpeed}, [this] { panel_.followSpeed(); });
+    follow({&Options::SpectrumBands}, [this] { panel_.setBands(options_->SpectrumBands); });
+    follow({&Options::HighPitch, &Options::LowPitch, &Options::StepPitch}, [this] { pitch_.amountChanged(); });
+    follow({&Options::Quality}, [this] { services_.vbmp3.vbmp3_setQuality(options_->Quality); });
+    follow({&Options::OutputDevice, &Options::OutputBuffer}, [this] {
+        setOutput();
+        volume_.refresh();
+    });
+    follow({&Options::VolumeDrives}, [this] { volume_.sourcesChosen(); });
+    follow({&Options::LyricsShown}, [this] { lyricsDisplay_.lyricsShownChanged(); });
+    follow({&Options::LyricsLine, &Options::LyricsFont, &Options::LyricsBold, &Options::LyricsSecondColor,
+            &Options::TimeTagShown, &Options::LyricsSelf, &Options::LyricsTime},
+           [this] { lyricsDisplay_.Timer6_Timer(); });
+    follow({&Options::LyricsFolder, &Options::Lyrics3First}, [this] {
         lyricsLookup_.lookAgain();
         lyricsDisplay_.trackOpened();
-    };
-    options_.onPictureFolder = [this] { lyricsDisplay_.picturesChanged(); };
-    options_.onVolume = [this] { volume_.sourcesChosen(); };
+    });
+    follow({&Options::PictureFolder}, [this] { lyricsDisplay_.picturesChanged(); });
     // Rows show texts that were told from file names, or shall be now.
-    options_.onEstimate = [this] {
+    follow({&Options::EstimateFromFileName}, [this] {
         if (state_.ListType == 0) lists_.forgetTexts();
-    };
-    options_.onNameFormat = [this] {
+    });
+    follow({&Options::RenameFormat}, [this] {
         tag_.formatChanged();
-        if (state_.ListType == 0 && options_.estimateFromFileName()) lists_.forgetTexts();
-    };
-    options_.onQuality = [this] { services_.vbmp3.vbmp3_setQuality(FormOpt::chosen(options_.QualityOption)); };
-    options_.onQuality();
-    options_.followDevices();
-    const auto output = [this] {
-        services_.vbmp3.vbmp3_setOutput(options_.outputDevice(), options_.HScrollBuffer.value());
-    };
-    output();
-    options_.onOutput = [this, output] {
-        output();
-        volume_.refresh();
-    };
+        if (state_.ListType == 0 && options_->EstimateFromFileName) lists_.forgetTexts();
+    });
+
+    panel_.followSpeed();
+    panel_.setBands(options_->SpectrumBands);
+    services_.vbmp3.vbmp3_setQuality(options_->Quality);
+    setOutput();
     services_.windows.onDevicesChanged = [this] { followDevices(); };
 }
 
+void Application::setOutput() { services_.vbmp3.vbmp3_setOutput(options_->OutputDevice, options_->OutputBuffer); }
+
 // Numbers of devices and mixers count anew when there are others.
 void Application::followDevices() {
-    if (options_.followDevices()) volume_.open();
-}
-
-// The single column of the file-name mode, or all of them; without widths of their own those of a fresh start.
-void Application::showListColumns() {
-    constexpr int kTime = FormList::kTimeColumn;
-    FormList::ColumnWidths widths = list_.columnWidths(state_.ListNo);
-    if (state_.ListType == 0 && !options_.listColumns()) {
-        widths = FormList::kSingleColumn;
-    } else {
-        if (widths == FormList::kSingleColumn) widths = FormList::kStartWidths;
-        widths[kTime] = options_.listTimeColumn() ? std::max(widths[kTime], FormList::kStartWidths[kTime]) : 0;
-    }
-    list_.setColumnWidths(widths);
+    if (optionsWindow_.followDevices()) volume_.open();
 }
 
 void Application::loadLibrary() {
@@ -276,6 +263,7 @@ FormTop::Figures Application::figures() const {
 }
 
 void Application::save() {
+    optionsWindow_.settleTexts();
     settings_.SaveSettings();
     lists_.SaveListFile();
 }

@@ -8,6 +8,7 @@
 
 #include "about/form_info.h"
 #include "state/global_state.h"
+#include "state/option_store.h"
 #include "app/settings_file.h"
 #include "convert/conversion_run.h"
 #include "convert/form_conv.h"
@@ -69,7 +70,8 @@ class Application {
 
     GlobalState& state() { return state_; }
     FormTop& top() { return top_; }
-    FormOpt& options() { return options_; }
+    const Options& options() const { return options_; }
+    FormOpt& optionsWindow() { return optionsWindow_; }
     FormLyrics& lyrics() { return lyrics_; }
     FormList& list() { return list_; }
 
@@ -82,8 +84,8 @@ class Application {
     void loadLibrary();
     void placeAroundMain();
     void followOptions();
+    void setOutput();
     void followDevices();
-    void showListColumns();
     void connectConverter();
     void openFirstFile();
     void showHelp();
@@ -94,8 +96,9 @@ class Application {
     std::string helpFile_;
 
     GlobalState state_;
+    OptionStore options_;       // outlives whoever listens to it
     SplitValues splitValues_;  // of settings and skins
-    FormOpt options_;
+    FormOpt optionsWindow_;
     FormTop top_;
     MediaEngine engine_;
     Playlists lists_;

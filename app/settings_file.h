@@ -1,5 +1,5 @@
 // The settings file "Quenlox.ini" in the program folder, or in the user's when that cannot be written: read once at
-// start into the shared state and the windows' controls, written once at the end. Failures are absorbed: what is
+// start into the options, the shared state and the windows, written once at the end. Failures are absorbed: what is
 // missing takes its default. On the user-interface thread.
 #pragma once
 
@@ -8,18 +8,19 @@
 #include <string>
 #include <string_view>
 
+#include "platform/file_system.h"
 #include "text/ini_document.h"
 #include "text/numbers.h"
 
 namespace quenlox {
 
-class FileSystem;
 class FormGra;
 class FormList;
 class FormLyrics;
 class FormOpt;
 class FormTag;
 class MainWindowHandlers;
+class OptionStore;
 struct GlobalState;
 
 inline constexpr std::string_view kSettingsFileName = "Quenlox.ini";
@@ -27,6 +28,9 @@ inline constexpr std::string_view kSettingsFileName = "Quenlox.ini";
 // Everything that the settings fill and are read back from.
 struct SettingsWindows {
     GlobalState& state;
+    OptionStore& options;
+    SplitValues& splitValues;  // shared with the skins: what a short list there leaves open keeps the numbers of here
+    FileSystem& files;
     std::function<void(const std::string& file)> remember;  // the file of the last time
     MainWindowHandlers& top;
     FormList& list;
@@ -38,30 +42,18 @@ struct SettingsWindows {
 
 class SettingsFile {
   public:
-    // `splitValues` is shared with the skins: what a short list there leaves open keeps the numbers of the last list
-    // here.
-    SettingsFile(FileSystem& files, const SettingsWindows& windows, SplitValues& splitValues)
-        : files_(files), windows_(windows), splitValues_(splitValues) {}
+    explicit SettingsFile(const SettingsWindows& windows) : windows_(windows) {}
 
     std::string path() const;  // of the file that is written
     bool exists() const;       // there is one to read
     // A mode is stored one step back and stepped forward by the handler that the user's click calls, which shows it.
     void LoadSettings();
     // Every key, in the order of the table; unknown keys and comments of the file stay. A file that says so already is
-    // not written. False when the file could not be written, which leaves it as it was. A file that was there and
-    // could not be read is not touched.
+    // not written. False when the file could not be written, which leaves it as it was. A file that was there and could not be read is not touched.
     bool SaveSettings();
-    // The options of the options window as on a fresh start, in effect at once. The list mode counts at the next start.
-    void resetOptions();
 
   private:
-    void loadEqualizer(const IniDocument& file);
-    void afterColumns();
-    void openCurrentFolder();
-
-    FileSystem& files_;
     SettingsWindows windows_;
-    SplitValues& splitValues_;
     IniDocument loaded_;
     bool unreadable_ = false;
 };

@@ -1,41 +1,45 @@
-// The keys of the settings file, each with its default and what it fills, in the order in which they are written.
+// The keys of the settings file, each with what it fills and what it is written from, in the order in which they are
+// written and read. The options are read before all others, as one value.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "app/settings_file.h"
+#include "state/option_table.h"
 
 namespace quenlox {
 
-// The steps of reading: every step takes its keys in the order of the table.
-enum class LoadStep {
-    MainWindow, CurrentFile, Modes, ListWindow, ListType, Columns, Lists, Options, Equalizer, Lyrics, Tag
+// The value of one key as the file has it.
+struct StoredSetting {
+    const IniDocument& file;
+    const char* section;
+    const char* key;
+
+    std::int32_t number(std::int32_t whenMissing = 0) const { return ReadIniInt(file, section, key, whenMissing); }
+    std::string text(std::string_view whenMissing = "") const { return ReadIniString(file, section, key, whenMissing); }
 };
-inline constexpr int kLoadSteps = 11;
 
 struct SettingsKey {
-    using ReadNumber = void (*)(const SettingsWindows&, std::int32_t);
-    using ReadText = void (*)(const SettingsWindows&, const std::string&);
+    using Read = void (*)(const SettingsWindows&, const StoredSetting&);
     // Nothing: the key is left in the file as it is.
     using Write = std::optional<std::string> (*)(const SettingsWindows&);
 
-    LoadStep step;
     const char* section;
     const char* key;
-    std::int32_t number;   // default of a number
-    const char* text;      // default of a text; null: the program folder
-    ReadNumber readNumber; // null for a text
-    ReadText readText;
+    Read read;
     Write write;
 };
 
-std::span<const SettingsKey> SettingsKeys();
+// Behind the keys of `keys` those of `options`.
+struct SettingsGroup {
+    std::span<const SettingsKey> keys;
+    std::span<const OptionRow> options;
+};
 
-inline constexpr int kEqualizerEntries = 6;  // five presets and the sliders
-// Default of "0Eq" to "5Eq".
-const char* DefaultEqualizerEntry(int entry);
+std::span<const SettingsGroup> SettingsGroups();
 
 }  // namespace quenlox

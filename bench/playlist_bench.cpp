@@ -7,7 +7,7 @@
 #include "platform/random.h"
 #include "playlist/playlists.h"
 #include "tests/fakes/fake_file_system.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_vbmp3.h"
 
 namespace quenlox {
@@ -36,7 +36,7 @@ class Library : public FakeVbmp3 {
 
 struct Bench {
     GlobalState state;
-    FakeOptions options;
+    Options options;
     FakeFileSystem files;
     Library vbmp3;
     SeededRandom random{1};

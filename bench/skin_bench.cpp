@@ -9,7 +9,7 @@
 #include "skin/form_top.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_file_system.h"
-#include "tests/fakes/fake_options.h"
+#include "state/option_store.h"
 #include "tests/fakes/fake_shell.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_window_system.h"
@@ -28,7 +28,7 @@ class Painter : public FakeTextPainter {
 
 struct Bench {
     GlobalState state;
-    FakeOptions options;
+    OptionStore options;
     FakeFileSystem files;
     FakeDialogs dialogs;
     FakeShell shell;
@@ -44,7 +44,8 @@ struct Bench {
             std::ifstream file(entry.path(), std::ios::binary);
             files.add(folder(skin) + entry.path().filename().string(), {std::istreambuf_iterator<char>(file), {}});
         }
-        options.values.titleAnimation = options.values.spectrumShown = true;
+        options.set(&Options::TitleAnimation, true);
+        options.set(&Options::SpectrumShown, true);
         top.realise(windows);
         load(skin);
         top.showTitle("とても長い曲の名前がここを右から左へゆっくりと流れていき、そしてまた始まる", "演奏する人");

@@ -143,7 +143,8 @@ class ScrollBar : public Control {
   public:
     enum class Direction { Horizontal, Vertical };
 
-    ScrollBar(Form& form, std::string name, Direction direction, int minimum, int maximum, int index = kNoIndex);
+    ScrollBar(Form& form, std::string name, Direction direction, int minimum = 0, int maximum = 0,
+              int index = kNoIndex);
     std::function<void()> onChange;  // the value has changed
     std::function<void()> onScroll;  // while the knob is dragged, before onChange
     std::function<void()> onDoubleClick;  // on the knob

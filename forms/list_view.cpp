@@ -26,6 +26,7 @@ void ListView::setColumnWidth(int column, int width) {
     if (current == width) return;
     current = width;
     changed(Property::Items);
+    if (onColumnWidth) onColumnWidth();
 }
 
 void ListView::markSorted(int column, int direction) {

@@ -34,6 +34,8 @@ class ListView : public Control {
     std::function<bool(int row)> dimmed;                     // drawn grey: it cannot be used at the moment
     std::function<void(int row)> onDoubleClick;
     std::function<void(int column)> onColumnClick;
+    std::function<void()> onColumnWidth;                     // a column has become wider or narrower
+    std::function<void(Point at)> onHeaderMenu;              // the menu of the headings is asked for
     std::function<void()> onSelectionChange;
     std::function<void(int button, int shift, Point at)> onMouseDown;
     std::function<void(int key, int shift)> onKeyDown;                      // Windows virtual-key codes

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "state/global_state.h"
-#include "state/option_settings.h"
+#include "state/options.h"
 
 namespace quenlox {
 namespace {
@@ -34,7 +34,7 @@ int LyricsFontPoints(int height, int lines) {
     return half - RoundHalfToEven(half / 3.2);
 }
 
-FormLyrics::FormLyrics(GlobalState& state, const OptionSettings& options, TextPainter& painter)
+FormLyrics::FormLyrics(GlobalState& state, const Options& options, TextPainter& painter)
     : Form("FormLyrics", Kind::Sizeable), state_(state), options_(options), painter_(painter) {
     setCaption("歌詞");
     Text2.setVisible(false);
@@ -43,7 +43,7 @@ FormLyrics::FormLyrics(GlobalState& state, const OptionSettings& options, TextPa
     Picture7.onResize = [this] { draw(); };
 }
 
-int FormLyrics::lines() const { return std::clamp(state_.LyricsLine, 1, kMostLines); }
+int FormLyrics::lines() const { return std::clamp(options_.LyricsLine, 1, kMostLines); }
 
 void FormLyrics::Picture7_DblClick() {
     int& scheme = state_.LyricsColors[kLyricsScheme];
@@ -59,11 +59,11 @@ void FormLyrics::Picture7_DblClick() {
 LyricsLook FormLyrics::look() const {
     LyricsLook look;
     look.font = Picture7.font();
-    look.font.bold = options_.lyricsBold();
+    look.font.bold = options_.LyricsBold;
     look.text = Picture7.foreColor();
     look.back = Picture7.backColor();
     look.lines = lines();
-    look.stamps = options_.timeTagShown();
+    look.stamps = options_.TimeTagShown;
     if (!background_.empty()) look.behind = &background_;
     return look;
 }
@@ -71,7 +71,7 @@ LyricsLook FormLyrics::look() const {
 void FormLyrics::showLines(const vbmp3_LyricsLines& lines) {
     const bool sameLines = SameLyricsLines(lines, lines_);
     lines_ = lines;
-    if (drawn_.lines != this->lines() || Picture7.font().face != options_.lyricsFont()) {
+    if (drawn_.lines != this->lines() || Picture7.font().face != options_.LyricsFont) {
         const Rect& box = Picture7.bounds();
         Form_Resize({box.width, box.height});
     } else if (!sameLines || look() != drawn_) {
@@ -130,7 +130,7 @@ void FormLyrics::Form_Resize(Size client) {
 
 void FormLyrics::fitType(int height) {
     Font font = Picture7.font();
-    font.face = options_.lyricsFont();
+    font.face = options_.LyricsFont;
     font.points = std::max(LyricsFontPoints(height, lines()), 1);
     Picture7.setFont(font);
     font.points = kTextPoints;

@@ -10,7 +10,7 @@
 
 namespace quenlox {
 
-class OptionSettings;
+struct Options;
 struct GlobalState;
 
 struct LyricsScheme {
@@ -22,7 +22,7 @@ std::span<const LyricsScheme> LyricsSchemes();
 
 class FormLyrics : public Form {
   public:
-    FormLyrics(GlobalState& state, const OptionSettings& options, TextPainter& painter);
+    FormLyrics(GlobalState& state, const Options& options, TextPainter& painter);
 
     PictureBox Picture7{*this, "Picture7"};           // the timed lines
     TextBox Text2{*this, "Text2", true, true};        // lyrics without time tags
@@ -60,7 +60,7 @@ class FormLyrics : public Form {
     void draw();
 
     GlobalState& state_;
-    const OptionSettings& options_;
+    const Options& options_;
     TextPainter& painter_;
     vbmp3_LyricsLines lines_ = NoLyricsLines();
     LyricsLook drawn_;

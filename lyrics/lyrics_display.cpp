@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "state/global_state.h"
-#include "state/option_settings.h"
 #include "forms/bmp.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"
 #include "platform/file_system.h"
 #include "platform/text_painter.h"
+#include "state/global_state.h"
+#include "state/options.h"
 
 namespace quenlox {
 namespace {
@@ -17,11 +17,11 @@ constexpr int kInterval = 500;        // milliseconds
 constexpr int kKaraokeInterval = 80;  // while a line shows its progress
 constexpr int kShortestInterval = 20;
 constexpr std::uint64_t kLargestPicture = 32u << 20;  // bytes
-constexpr int kShiftUnit = 100;       // milliseconds for one step of the option
+constexpr int kShiftUnit = 100;                       // milliseconds for one step of the option
 
 }  // namespace
 
-LyricsDisplay::LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+LyricsDisplay::LyricsDisplay(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
                              TextPainter& painter, FormLyrics& window, MainWindow main)
     : state_(state),
       options_(options),
@@ -34,11 +34,11 @@ LyricsDisplay::LyricsDisplay(GlobalState& state, const OptionSettings& options, 
 }
 
 bool LyricsDisplay::runs() const {
-    return state_.LyricsKind == kTimedLyrics || (state_.LyricsKind == kPlainLyrics && options_.lyricsSelf());
+    return state_.LyricsKind == kTimedLyrics || (state_.LyricsKind == kPlainLyrics && options_.LyricsSelf);
 }
 
 bool LyricsDisplay::wantsWindow() const {
-    if (!options_.lyricsShown() || state_.LyricsKind == kNoLyrics) return false;
+    if (!options_.LyricsShown || state_.LyricsKind == kNoLyrics) return false;
     return state_.SkinLacksLyricsArea || !runs();
 }
 
@@ -62,7 +62,7 @@ void LyricsDisplay::lyricsDisplayMode(bool inWindow) {
 void LyricsDisplay::lyricsShownChanged() {
     if (state_.ShuttingDown) return;
     windowDue_ = false;
-    if (options_.lyricsShown()) {
+    if (options_.LyricsShown) {
         main_.showLyricsWindow();
     } else {
         window_.hide();
@@ -77,10 +77,10 @@ void LyricsDisplay::followWindow() {
 }
 
 void LyricsDisplay::followOptions() {
-    const int shift = options_.lyricsTime() * kShiftUnit;
+    const int shift = options_.LyricsTime * kShiftUnit;
     if (shift != shift_) vbmp3_.vbmp3_setLyricsShift(shift);
     shift_ = shift;
-    const bool spread = options_.lyricsSelf();
+    const bool spread = options_.LyricsSelf;
     if (spread != spread_) {
         vbmp3_.vbmp3_setNotTagLyricsLine(spread ? 1 : 0);
         chooseWindow();
@@ -119,7 +119,7 @@ void LyricsDisplay::picturesChanged() {
 void LyricsDisplay::findPicture() {
     if (picturedTrack_ == state_.CurrentFile) return;
     picturedTrack_ = state_.CurrentFile;
-    for (const std::string& path : LyricsPictures(state_.CurrentFile, options_.pictureFolder())) {
+    for (const std::string& path : LyricsPictures(state_.CurrentFile, options_.PictureFolder)) {
         const auto bytes = files_.read(path, kLargestPicture);
         if (auto picture = bytes ? ReadBmp(*bytes) : std::nullopt) return window_.setPicture(std::move(*picture));
     }
@@ -132,10 +132,10 @@ void LyricsDisplay::drawPanel(const vbmp3_LyricsLines& lines) {
     };
     LyricsPanelLook look;
     look.font = main_.panel.font();
-    look.font.face = options_.lyricsFont();
-    look.font.bold = options_.lyricsBold();
+    look.font.face = options_.LyricsFont;
+    look.font.bold = options_.LyricsBold;
     if (main_.form.host()) look.dotsPerInch = 1440.0 / main_.form.host()->twipsPerPixel().x;
-    const bool second = options_.lyricsSecondColor();
+    const bool second = options_.LyricsSecondColor;
     look.text = color(second ? kSkinLyricsSecond : kSkinLyricsFirst);
     look.sung = color(second ? kSkinLyricsFirst : kSkinLyricsSecond);
     look.back = main_.panel.backColor();

@@ -14,7 +14,7 @@ namespace quenlox {
 class FileSystem;
 class Form;
 class FormLyrics;
-class OptionSettings;
+struct Options;
 class TextPainter;
 class Timer;
 class Vbmp3;
@@ -29,7 +29,7 @@ class LyricsDisplay {
         std::function<void()> showLyricsWindow;  // without taking the keyboard
     };
 
-    LyricsDisplay(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+    LyricsDisplay(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
                   TextPainter& painter, FormLyrics& window, MainWindow main);
 
     // One step of the lyrics timer, and whenever something has to be seen at once.
@@ -57,7 +57,7 @@ class LyricsDisplay {
     void schedule(const vbmp3_LyricsLines& lines);
 
     GlobalState& state_;
-    const OptionSettings& options_;
+    const Options& options_;
     Vbmp3& vbmp3_;
     FileSystem& files_;
     TextPainter& painter_;

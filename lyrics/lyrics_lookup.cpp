@@ -2,12 +2,12 @@
 
 #include <memory>
 
-#include "state/global_state.h"
-#include "state/option_settings.h"
 #include "lyrics/form_lyrics.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
 #include "playback/status_display.h"
+#include "state/global_state.h"
+#include "state/options.h"
 #include "text/encoding.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -40,7 +40,7 @@ std::vector<std::string> LyricsPictures(const std::string& track, const std::str
     return paths;
 }
 
-LyricsLookup::LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+LyricsLookup::LyricsLookup(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
                            StatusDisplay& status, FormLyrics& form)
     : state_(state), options_(options), vbmp3_(vbmp3), files_(files), status_(status), form_(form) {}
 
@@ -55,7 +55,7 @@ void LyricsLookup::LoadLyrics() {
     form_.setText("");
     if (!state_.MediaKind.lyrics) return;
     vbmp3_.vbmp3_clearLyrics();
-    if (options_.lyrics3First()) {
+    if (options_.Lyrics3First) {
         if (!ReadLyrics3()) FindLyricsFile();
     } else {
         if (!FindLyricsFile()) ReadLyrics3();
@@ -80,7 +80,7 @@ bool LyricsLookup::ReadLyrics3() {
 }
 
 std::string LyricsLookup::loadSideFile() {
-    const std::string folder = options_.lyricsFolder();
+    const std::string folder = options_.LyricsFolder;
     for (const std::string& candidate : LyricsCandidates(state_.CurrentFile)) {
         // Without a folder of its own the name alone would mean whatever folder is current.
         if (!folder.empty()) {

@@ -10,7 +10,7 @@ namespace quenlox {
 
 class FileSystem;
 class FormLyrics;
-class OptionSettings;
+struct Options;
 class StatusDisplay;
 class Vbmp3;
 struct GlobalState;
@@ -26,7 +26,7 @@ std::vector<std::string> LyricsPictures(const std::string& track, const std::str
 
 class LyricsLookup {
   public:
-    LyricsLookup(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files,
+    LyricsLookup(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
                  StatusDisplay& status, FormLyrics& form);
 
     // Called when a track has been opened: sets LyricsKind. What cannot be read counts as no lyrics.
@@ -41,7 +41,7 @@ class LyricsLookup {
     std::string loadSideFile();  // the path that the library has accepted, or empty
 
     GlobalState& state_;
-    const OptionSettings& options_;
+    const Options& options_;
     Vbmp3& vbmp3_;
     FileSystem& files_;
     StatusDisplay& status_;

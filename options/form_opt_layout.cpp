@@ -1,4 +1,6 @@
-// What the options window looks like: captions, the figures beside the sliders, four tabs.
+// What the options window shows: which field stands behind which control, captions, the figures beside the sliders, four
+// tabs.
+#include <cstdlib>
 #include <string>
 
 #include "options/form_opt.h"
@@ -10,7 +12,60 @@ constexpr int kName = 70, kFigure = 44, kButtonWidth = 72, kButtonHeight = 14;
 
 std::string Tenths(int tenths) { return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10); }
 
+// What the value of a slider means.
+std::string Plain(std::int32_t value) { return std::to_string(value); }
+std::string Percent(std::int32_t value) { return std::to_string(value) + "%"; }
+std::string Seconds(std::int32_t value) { return std::to_string(value) + "秒"; }
+std::string Milliseconds(std::int32_t value) { return std::to_string(value) + "ms"; }
+std::string EverySeconds(std::int32_t value) { return value == 0 ? "しない" : std::to_string(value * 2) + "秒ごと"; }
+std::string Speed(std::int32_t step) { return Tenths(10 + (step - 1) * 2) + "倍"; }
+std::string Shift(std::int32_t tenths) {
+    const char* const sign = tenths > 0 ? "+" : tenths < 0 ? "-" : "";
+    return sign + Tenths(std::abs(tenths)) + "秒";
+}
+
 }  // namespace
+
+void FormOpt::bindControls() {
+    bind(CheckAnime, &Options::TitleAnimation);
+    bind(HScrollAnime, &Options::TitleAnimationSpeed, FigureAnime, Plain);
+    bind(CheckSpeana, &Options::SpectrumShown);
+    bind(HScrollSpeana, &Options::SpectrumSpeed, FigureSpeana, Plain);
+    bind(HScrollSpeanaIntro, &Options::SpectrumIntro, FigureIntroView, EverySeconds);
+    bind(ComboSkinScale, &Options::SkinScale);
+    bind(FftOption, &Options::SpectrumBands);
+    bind(CheckPanel, &Options::OperationPanel);
+
+    bind(QualityOption, &Options::Quality);
+    bind(HScrollHiPitch, &Options::HighPitch, FigureHiPitch, Percent);
+    bind(HScrollLowPitch, &Options::LowPitch, FigureLowPitch, Percent);
+    bind(HScrollStepPitch, &Options::StepPitch, FigureStepPitch, Speed);
+    bind(CheckIntro, &Options::IntroPlay);
+    bind(HScrollIntro, &Options::IntroSeconds, FigureIntro, Seconds);
+    bind(VolumeOption, &Options::VolumeDrives);
+    bind(CheckGapless, &Options::GaplessNext);
+    bind(CheckPassOver, &Options::PassOverUnplayable);
+    bind(HScrollBuffer, &Options::OutputBuffer, FigureBuffer, Milliseconds);
+
+    bind(CheckLyrics, &Options::LyricsShown);
+    bind(CheckLyricsSelf, &Options::LyricsSelf);
+    bind(HScrollLyricsTime, &Options::LyricsTime, FigureLyricsTime, Shift);
+    bind(LyricsOption, &Options::LyricsLine);
+    bind(TextLyricsFont, &Options::LyricsFont);
+    bind(CheckLyricsMain, &Options::Lyrics3First);
+    bind(CheckTimeTag, &Options::TimeTagShown);
+    bind(CheckLyricsBold, &Options::LyricsBold);
+    bind(CheckLyricsSecond, &Options::LyricsSecondColor);
+    bindWhenLeft(TextLyricsDir, &Options::LyricsFolder);
+    bindWhenLeft(TextBmpDir, &Options::PictureFolder);
+
+    bind(CheckReName, &Options::EstimateFromFileName);
+    bindWhenLeft(TextReName, &Options::RenameFormat);
+    bind(CheckListType, &Options::TagLists);
+    bind(CheckListTypeS, &Options::ListColumns);
+    bind(CheckListTime, &Options::ListTimeColumn);
+    bind(CheckDelList, &Options::DeleteFromList);
+}
 
 void FormOpt::setCaptions() {
     setCaption("オプション");
@@ -58,22 +113,6 @@ void FormOpt::setCaptions() {
         {TextBmpDir, "歌詞ウィンドウの背景に表示するBMPファイルのフォルダ"},
     };
     for (const auto& [control, tooltip] : tooltips) control.setTooltip(tooltip);
-}
-
-void FormOpt::showFigures() {
-    const auto speed = [](const ScrollBar& bar) { return std::to_string(bar.value()); };
-    FigureAnime.setCaption(speed(HScrollAnime));
-    FigureSpeana.setCaption(speed(HScrollSpeana));
-    const int seconds = HScrollSpeanaIntro.value() * 2;
-    FigureIntroView.setCaption(seconds == 0 ? "しない" : std::to_string(seconds) + "秒ごと");
-    FigureHiPitch.setCaption(std::to_string(HScrollHiPitch.value()) + "%");
-    FigureLowPitch.setCaption(std::to_string(HScrollLowPitch.value()) + "%");
-    FigureStepPitch.setCaption(Tenths(10 + (HScrollStepPitch.value() - 1) * 2) + "倍");
-    FigureIntro.setCaption(std::to_string(HScrollIntro.value()) + "秒");
-    FigureBuffer.setCaption(std::to_string(HScrollBuffer.value()) + "ms");
-    const int tenths = HScrollLyricsTime.value();
-    const char* const sign = tenths > 0 ? "+" : tenths < 0 ? "-" : "";
-    FigureLyricsTime.setCaption(sign + Tenths(tenths < 0 ? -tenths : tenths) + "秒");
 }
 
 Layout FormOpt::layout() {

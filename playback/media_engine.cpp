@@ -15,6 +15,7 @@
 #include "playback/file_kind.h"
 #include "playback/main_display.h"
 #include "state/global_state.h"
+#include "state/options.h"
 #include "text/midi_text.h"
 #include "text/numbers.h"
 #include "state/media_formats.h"
@@ -64,9 +65,10 @@ struct MediaEngine::Found {
     vbmp3_FileInfo info{};
 };
 
-MediaEngine::MediaEngine(GlobalState& state, Vbmp3& vbmp3, MediaControl& mediaControl, FileSystem& files,
-                         WindowSystem& windows, MainDisplay& display)
+MediaEngine::MediaEngine(GlobalState& state, const Options& options, Vbmp3& vbmp3, MediaControl& mediaControl,
+                         FileSystem& files, WindowSystem& windows, MainDisplay& display)
     : state_(state),
+      options_(options),
       vbmp3_(vbmp3),
       mediaControl_(mediaControl),
       files_(files),
@@ -134,7 +136,7 @@ Opening MediaEngine::OpenMedia() {
 std::shared_ptr<const MediaEngine::Found> MediaEngine::find(int opened) {
     const auto found = pending_ = std::make_shared<Found>();
     found->path = state_.CurrentFile;
-    const auto ask = [found, &files = files_, &vbmp3 = vbmp3_, drive = state_.DefaultCdDrive] {
+    const auto ask = [found, &files = files_, &vbmp3 = vbmp3_, drive = options_.DefaultCdDrive] {
         const MediaKind kind = KindOfExtension(LastFour(found->path));
         if (kind.base == kCdAudio) found->path = CdTrack(files, found->path, drive);
         found->exists = files.fileExists(found->path);

@@ -22,11 +22,12 @@ class MediaControl;
 class Vbmp3;
 class WindowSystem;
 struct GlobalState;
+struct Options;
 
 class MediaEngine {
   public:
-    MediaEngine(GlobalState& state, Vbmp3& vbmp3, MediaControl& mediaControl, FileSystem& files, WindowSystem& windows,
-                MainDisplay& display);
+    MediaEngine(GlobalState& state, const Options& options, Vbmp3& vbmp3, MediaControl& mediaControl, FileSystem& files,
+                WindowSystem& windows, MainDisplay& display);
     ~MediaEngine();
     MediaEngine(const MediaEngine&) = delete;
     MediaEngine& operator=(const MediaEngine&) = delete;
@@ -79,6 +80,7 @@ class MediaEngine {
     void command(const char* what);
 
     GlobalState& state_;
+    const Options& options_;
     Vbmp3& vbmp3_;
     MediaControl& mediaControl_;
     FileSystem& files_;

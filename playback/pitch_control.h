@@ -4,14 +4,14 @@
 
 namespace quenlox {
 
-class OptionSettings;
+struct Options;
 class StatusDisplay;
 class Vbmp3;
 struct GlobalState;
 
 class PitchControl {
   public:
-    PitchControl(GlobalState& state, Vbmp3& vbmp3, const OptionSettings& options, StatusDisplay& status);
+    PitchControl(GlobalState& state, Vbmp3& vbmp3, const Options& options, StatusDisplay& status);
 
     void High();
     void Low();
@@ -24,7 +24,7 @@ class PitchControl {
 
     GlobalState& state_;
     Vbmp3& vbmp3_;
-    const OptionSettings& options_;
+    const Options& options_;
     StatusDisplay& status_;
 };
 

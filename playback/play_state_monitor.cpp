@@ -5,14 +5,14 @@
 #include "playback/media_engine.h"
 #include "playback/transport.h"
 #include "state/global_state.h"
-#include "state/option_settings.h"
+#include "state/options.h"
 #include "text/numbers.h"
 #include "text/strings.h"
 
 namespace quenlox {
 
 PlayStateMonitor::PlayStateMonitor(GlobalState& state, MediaEngine& engine, Transport& transport, Vbmp3& vbmp3,
-                                   MediaControl& mediaControl, const OptionSettings& options)
+                                   MediaControl& mediaControl, const Options& options)
     : state_(state),
       engine_(engine),
       transport_(transport),
@@ -77,8 +77,8 @@ void PlayStateMonitor::pollLibrary() {
 }
 
 bool PlayStateMonitor::introIsOver() const {
-    return options_.introPlay() && state_.PlayerStatus == kPlay && !engine_.sought() &&
-           state_.PositionSeconds >= options_.introSeconds() && options_.introSeconds() < state_.TotalSeconds;
+    return options_.IntroPlay && state_.PlayerStatus == kPlay && !engine_.sought() &&
+           state_.PositionSeconds >= options_.IntroSeconds && options_.IntroSeconds < state_.TotalSeconds;
 }
 
 void PlayStateMonitor::libraryEvent(int event) {

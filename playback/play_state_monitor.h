@@ -8,7 +8,7 @@ namespace quenlox {
 
 class MediaControl;
 class MediaEngine;
-class OptionSettings;
+struct Options;
 class Transport;
 class Vbmp3;
 struct GlobalState;
@@ -16,7 +16,7 @@ struct GlobalState;
 class PlayStateMonitor {
   public:
     PlayStateMonitor(GlobalState& state, MediaEngine& engine, Transport& transport, Vbmp3& vbmp3,
-                     MediaControl& mediaControl, const OptionSettings& options);
+                     MediaControl& mediaControl, const Options& options);
 
     std::function<bool()> decodesUnheard;  // a decode runs without sound: no track of it can end
 
@@ -35,7 +35,7 @@ class PlayStateMonitor {
     Transport& transport_;
     Vbmp3& vbmp3_;
     MediaControl& mediaControl_;
-    const OptionSettings& options_;
+    const Options& options_;
 };
 
 }  // namespace quenlox

@@ -9,8 +9,8 @@
 #include "playback/pitch_control.h"
 #include "playback/track_source.h"
 #include "state/global_state.h"
-#include "state/option_settings.h"
 #include "state/media_formats.h"
+#include "state/options.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -138,7 +138,7 @@ Transport::Attempt Transport::openAndPlay(unsigned request) {
     if (superseded(request)) return {{OpenResult::Superseded}, false};
     if (opening && Played(startPlaying())) return {opening, true};
     tracks_.setPlayable(state_.CurrentFile, false);
-    if (opening.fileAtFault && options_.deleteFromList()) tracks_.RemoveCurrentFileFromLists();
+    if (opening.fileAtFault && options_.DeleteFromList) tracks_.RemoveCurrentFileFromLists();
     return {opening, false};
 }
 
@@ -192,7 +192,7 @@ void Transport::walk(Direction direction) {
         shown = std::move(next);
         const Attempt attempt = openAndPlay(request);
         if (attempt.opening.result == OpenResult::Superseded) return;
-        if (attempt.plays || !options_.passOverUnplayable()) return RenewNextFile();
+        if (attempt.plays || !options_.PassOverUnplayable) return RenewNextFile();
         if (attempt.opening.result == OpenResult::Missing && !attempt.opening.fileAtFault) deadRoots.insert(root);
     }
     if (state_.CurrentFile != shown->path) {
@@ -254,7 +254,7 @@ void Transport::trackEnded() {
 
 std::optional<GaplessHandOver::Next> Transport::planNext() {
     const bool sounding = state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause;
-    if (!options_.gaplessNext() || options_.introPlay() || !throughList() || !sounding || state_.PlayIntent <= 0 ||
+    if (!options_.GaplessNext || options_.IntroPlay || !throughList() || !sounding || state_.PlayIntent <= 0 ||
         !state_.MediaKind.playedByVbmp3()) {
         return std::nullopt;
     }

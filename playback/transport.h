@@ -16,7 +16,7 @@
 namespace quenlox {
 
 class MediaEngine;
-class OptionSettings;
+struct Options;
 class PitchControl;
 class StatusDisplay;
 class TrackSource;
@@ -41,7 +41,7 @@ class Transport {
         PitchControl& pitch;
         Vbmp3& vbmp3;
         TrackSource& tracks;
-        const OptionSettings& options;
+        const Options& options;
     };
     explicit Transport(const Parts& parts);
     ~Transport();
@@ -127,7 +127,7 @@ class Transport {
     PitchControl& pitch_;
     Vbmp3& vbmp3_;
     TrackSource& tracks_;
-    const OptionSettings& options_;
+    const Options& options_;
 
     unsigned request_ = 0;  // a newer one supersedes what an older one still does
     bool fromCommandLine_ = false;

@@ -2,18 +2,18 @@
 
 #include <algorithm>
 
-#include "state/global_state.h"
-#include "state/option_settings.h"
 #include "forms/geometry.h"
+#include "state/global_state.h"
+#include "state/options.h"
 
 namespace quenlox {
 
-VolumeControl::VolumeControl(GlobalState& state, Mixer& mixer, const OptionSettings& options)
+VolumeControl::VolumeControl(GlobalState& state, Mixer& mixer, const Options& options)
     : state_(state), mixer_(mixer), options_(options) {}
 
 void VolumeControl::open() {
     master_ = wave_ = synthesizer_ = disc_ = {};
-    if (!mixer_.open(options_.outputDevice())) return;
+    if (!mixer_.open(options_.OutputDevice)) return;
     // Few devices are no speakers, but then have the one volume that there is.
     for (const auto master : {Mixer::kSpeakers, Mixer::kHeadphones, Mixer::kDigital, Mixer::kLine}) {
         if (mixer_.GetMixerVolumeControl(master_, master) == 0) break;
@@ -27,7 +27,7 @@ void VolumeControl::open() {
 void VolumeControl::close() { mixer_.close(); }
 
 void VolumeControl::refresh() {
-    if (!mixer_.serves(options_.outputDevice())) return open();
+    if (!mixer_.serves(options_.OutputDevice)) return open();
     read();
 }
 
@@ -48,7 +48,7 @@ void VolumeControl::setFromBar(int y, int height) {
 }
 
 void VolumeControl::sourcesChosen() {
-    if (options_.driveMixerSources()) setPercent(state_.VolumePercent);
+    if (options_.VolumeDrives == kSourcesToo) setPercent(state_.VolumePercent);
 }
 
 void VolumeControl::setPercent(int percent) {
@@ -58,7 +58,7 @@ void VolumeControl::setPercent(int percent) {
         const double range = static_cast<double>(master_.maximum - master_.minimum);
         const auto value = static_cast<std::uint32_t>(std::nearbyint(range * state_.VolumePercent / 100));
         mixer_.SetMixerVolume(master_, value);
-        if (options_.driveMixerSources()) {
+        if (options_.VolumeDrives == kSourcesToo) {
             for (const MixerControl& source : {wave_, synthesizer_, disc_}) {
                 if (source.id != 0) mixer_.SetMixerVolume(source, value);
             }

@@ -8,12 +8,12 @@
 
 namespace quenlox {
 
-class OptionSettings;
+struct Options;
 struct GlobalState;
 
 class VolumeControl {
   public:
-    VolumeControl(GlobalState& state, Mixer& mixer, const OptionSettings& options);
+    VolumeControl(GlobalState& state, Mixer& mixer, const Options& options);
 
     std::function<void()> onChange;  // VolumePercent is another: bar and display D are to be drawn
 
@@ -34,7 +34,7 @@ class VolumeControl {
 
     GlobalState& state_;
     Mixer& mixer_;
-    const OptionSettings& options_;
+    const Options& options_;
     MixerControl master_;
     MixerControl wave_;
     MixerControl synthesizer_;

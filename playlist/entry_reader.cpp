@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <optional>
 
-#include "state/global_state.h"
-#include "state/option_settings.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
-#include "text/midi_text.h"
 #include "playlist/name_estimate.h"
+#include "state/global_state.h"
+#include "state/options.h"
+#include "text/midi_text.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -38,7 +38,7 @@ std::string PlayTimeText(std::int32_t seconds) {
     return std::to_string(seconds / 60) + ":" + TwoDigits(seconds % 60);
 }
 
-bool EntryReader::estimates() const { return state_.ListType == 0 && options_.estimateFromFileName(); }
+bool EntryReader::estimates() const { return state_.ListType == 0 && options_.EstimateFromFileName; }
 
 // False when nothing could be learnt of the file.
 bool EntryReader::readTags(const std::string& path, Texts& texts) {
@@ -72,7 +72,7 @@ EntryReader::Texts EntryReader::read(const std::string& path) {
         }
     }
     if (estimates()) {
-        if (auto estimate = EstimateFromFileName(path, options_.renameFormat())) {
+        if (auto estimate = EstimateFromFileName(path, options_.RenameFormat)) {
             texts.title = std::move(estimate->title);
             texts.name = std::move(estimate->artist);
             texts.album = std::move(estimate->album);

@@ -16,7 +16,7 @@
 namespace quenlox {
 
 class FileSystem;
-class OptionSettings;
+struct Options;
 class Vbmp3;
 struct GlobalState;
 
@@ -32,7 +32,7 @@ class EntryReader {
   public:
     using Clock = std::chrono::steady_clock;
 
-    EntryReader(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3,
+    EntryReader(GlobalState& state, const Options& options, FileSystem& files, Vbmp3& vbmp3,
                 std::function<Clock::time_point()> now = Clock::now)
         : state_(state), options_(options), files_(files), vbmp3_(vbmp3), now_(std::move(now)) {}
 
@@ -49,7 +49,7 @@ class EntryReader {
     bool estimates() const;
 
     GlobalState& state_;
-    const OptionSettings& options_;
+    const Options& options_;
     FileSystem& files_;
     Vbmp3& vbmp3_;
     std::function<Clock::time_point()> now_;

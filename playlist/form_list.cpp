@@ -8,6 +8,7 @@
 #include "forms/window_host.h"
 #include "platform/file_system.h"
 #include "state/global_state.h"
+#include "state/option_store.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 
@@ -48,9 +49,10 @@ std::string HoursText(std::int64_t seconds) {
 
 }  // namespace
 
-FormList::FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs)
+FormList::FormList(GlobalState& state, OptionStore& options, Playlists& lists, FileSystem& files, Dialogs& dialogs)
     : Form("FormList", Kind::Sizeable),
       state_(state),
+      options_(options),
       lists_(lists),
       files_(files),
       dialogs_(dialogs),
@@ -59,6 +61,9 @@ FormList::FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dial
     makeViews();
     makeBrowser();
     makeMenus();
+    showColumns();
+    options_.listen({&Options::ListColumns}, [this] { showColumns(); });
+    options_.listen({&Options::ListTimeColumn}, [this] { timeOptionChanged(); });
     TabList.onClick = [this] { TabList_Click(); };
     cmdCancel.setCaption("中止");
     cmdCancel.onClick = [this] { cmdCancel_Click(); };
@@ -98,6 +103,10 @@ void FormList::makeViews() {
         view.find = [this, list](const std::string& text, int from) { return lists_.findTitle(list, text, from); };
         view.onDoubleClick = [this](int row) { PlayView_DblClick(row); };
         view.onColumnClick = [this](int column) { PlayView_ColumnClick(column); };
+        view.onColumnWidth = [this] {
+            if (!settingWidths_) updateMenus();
+        };
+        view.onHeaderMenu = [this](Point at) { PlayView_HeaderMenu(at); };
         view.onMouseDown = [this](int button, int, Point at) { PlayView_MouseDown(button, at); };
         view.onKeyDown = [this](int key, int shift) { PlayView_KeyDown(key, shift); };
         view.onFilesDropped = [this](const std::vector<std::string>& dropped) { PlayView_FilesDropped(dropped); };
@@ -197,20 +206,6 @@ void FormList::trackChanged() {
     }
 }
 
-void FormList::setColumnWidths(const ColumnWidths& widths) {
-    for (int list = 0; list < kViews; ++list) {
-        for (int column = 0; column < kColumns; ++column) {
-            PlayView[list].setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
-        }
-    }
-}
-
-FormList::ColumnWidths FormList::columnWidths(int view) const {
-    ColumnWidths widths{};
-    for (std::size_t column = 0; column < kColumns; ++column) widths[column] = PlayView[view].columns()[column].width;
-    return widths;
-}
-
 // Tabs.
 
 void FormList::showCurrentList() {
@@ -222,7 +217,7 @@ void FormList::TabList_Click() {
     state_.UseFolderList = folderShown();
     if (!folderShown() && TabList.value() != state_.ListNo) {
         // The lists share what the user makes of the columns.
-        setColumnWidths(columnWidths(state_.ListNo));
+        setViewWidths(columnWidths(state_.ListNo));
         state_.ListNo = TabList.value();
     }
     for (int list = 0; list < kViews; ++list) PlayView[list].setVisible(list == TabList.value());

@@ -23,6 +23,7 @@ namespace quenlox {
 class Dialogs;
 class FileSystem;
 class FolderReader;
+class OptionStore;
 struct GlobalState;
 
 class FormList : public Form {
@@ -32,11 +33,12 @@ class FormList : public Form {
     static constexpr int kTimeColumn = EntryColumn::kTimeColumn;
     using ColumnWidths = std::array<int, kColumns>;                             // pixels at 96 dots per inch
     static constexpr ColumnWidths kStartWidths{162, 113, 162, 40, 300};
-    static constexpr ColumnWidths kSingleColumn{9000, 0, 0, 0, 0};              // of the plain file-name mode
+    static constexpr ColumnWidths kSingleColumn{9000, 0, 0, 0, 0};
+    static constexpr int kLargestWidth = 9000;
     static constexpr int kSortItems = 6;
     static constexpr int kFolderTab = kViews;  // the tab behind those of the lists: the folder is the current list
 
-    FormList(GlobalState& state, Playlists& lists, FileSystem& files, Dialogs& dialogs);
+    FormList(GlobalState& state, OptionStore& options, Playlists& lists, FileSystem& files, Dialogs& dialogs);
 
     ~FormList() override;
 
@@ -58,9 +60,14 @@ class FormList : public Form {
     Timer Timer1{*this, "Timer1", kIdleInterval};     // reads texts and does long work in slices
     Menu menuSort{"menuSort", {}};                    // title, artist, time, folder, file name, random
 
-    // Widths of the five columns of every view.
-    void setColumnWidths(const ColumnWidths& widths);
-    ColumnWidths columnWidths(int view) const;
+    // Columns. Whether rows have the five columns or a single one is a mode, told by ListType and the options; the
+    // widths are the user's own and outlive a time with the single column.
+    bool columnsShown() const;
+    bool timeColumnShown() const;                 // among the columns
+    void showColumns();                           // ListType may have changed
+    void setColumnWidth(int column, int width);   // brought into 0 to kLargestWidth; seen in the mode with columns
+    int columnWidth(int column);                  // as the user has it in the current list
+    ColumnWidths columnWidths(int view) const;    // on the screen
     // Which of the sorts make sense: without tag information a row is its file name, with it the folder is no column.
     void showSortItems(bool tagInformation);
     // Points the browser at a folder that exists.
@@ -80,6 +87,7 @@ class FormList : public Form {
     void TabList_Click();
     void PlayView_DblClick(int row);
     void PlayView_ColumnClick(int column);
+    void PlayView_HeaderMenu(Point at);
     void PlayView_MouseDown(int button, Point at);
     void PlayView_KeyDown(int key, int shift);
     void PlayView_FilesDropped(const std::vector<std::string>& files);
@@ -151,6 +159,14 @@ class FormList : public Form {
     void showStatus();
     void updateTimer();
 
+    // form_list_columns.cpp
+    void setViewWidths(const ColumnWidths& widths);
+    void takeWidths();
+    void applyWidths();
+    void timeOptionChanged();
+    void toggleColumn(int column);
+    std::vector<MenuItem> columnItems();
+
     // form_list_commands.cpp
     void startAdding();
     void requestSort(const SortJob& sort);
@@ -176,6 +192,7 @@ class FormList : public Form {
     std::string folderPath() const;  // with "\" at its end
 
     GlobalState& state_;
+    OptionStore& options_;
     Playlists& lists_;
     FileSystem& files_;
     Dialogs& dialogs_;
@@ -184,6 +201,9 @@ class FormList : public Form {
     std::optional<FolderReading> reading_;
     std::vector<std::string> folderFiles_;  // of the folder that is shown, those that File1 can show
     std::array<int, kViews> markedRow_{-1, -1, -1};
+    ColumnWidths widths_ = kStartWidths;   // the user's; those of columns on the screen may have been dragged since
+    bool columnsOnScreen_ = false, timeOnScreen_ = false;
+    bool settingWidths_ = false;
     Menu menuBar_{"menuBar", {}};
     std::string menuLook_;               // what the menu bar was made for
     bool hasRows_ = false;

@@ -9,6 +9,7 @@
 #include "playlist/sort_key.h"
 #include "state/global_state.h"
 #include "state/media_formats.h"
+#include "state/option_store.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -230,7 +231,7 @@ void FormList::File1_DblClick() {
 }
 
 void FormList::menuCd_Click() {
-    const std::string root = CdDrive(files_, state_.DefaultCdDrive);
+    const std::string root = CdDrive(files_, options_->DefaultCdDrive);
     if (root.empty()) {
         dialogs_.message("CDドライブが見つかりません", MessageIcon::Warning);
         return;

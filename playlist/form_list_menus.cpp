@@ -112,6 +112,8 @@ void FormList::updateMenus() {
     // The bar is made anew only when something in it looks different.
     std::string look{hasRows_ ? 'r' : '-', folderShown() ? 'f' : '-'};
     for (const MenuItem& item : menuSort.items) look += item.visible ? 'v' : '-';
+    std::vector<MenuItem> columns = columnItems();
+    for (const MenuItem& item : columns) look += item.checked ? 'c' : item.enabled ? 'e' : '-';
     if (look == menuLook_) return;
     menuLook_ = std::move(look);
 
@@ -122,6 +124,7 @@ void FormList::updateMenus() {
     list.push_back(MenuSeparator());
     list.push_back(MenuCommand(
         "すべて選択(&A)\tCtrl+A", [this] { view().selectAll(true); }, hasRows_));
+    list.push_back(SubMenu("表示する項目(&V)", std::move(columns)));
     list.push_back(MenuCommand("閉じる(&X)", [this] { unload(); }));
     std::vector<MenuItem> browser = browserItems();
     browser.push_back(MenuSeparator());

@@ -17,7 +17,7 @@ constexpr int kNamesPerQuestion = 64;
 
 }  // namespace
 
-Playlists::Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random& random)
+Playlists::Playlists(GlobalState& state, const Options& options, FileSystem& files, Vbmp3& vbmp3, Random& random)
     : state_(state), files_(files), reader_(state, options, files, vbmp3), random_(random) {}
 
 Playlists::Batch::~Batch() {

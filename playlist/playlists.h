@@ -23,9 +23,9 @@
 
 namespace quenlox {
 
+struct Options;
 class FileSystem;
 class FolderReader;
-class OptionSettings;
 class Random;
 class Vbmp3;
 
@@ -46,7 +46,7 @@ class Playlists : public TrackSource {
         bool operator==(const Change&) const = default;
     };
 
-    Playlists(GlobalState& state, const OptionSettings& options, FileSystem& files, Vbmp3& vbmp3, Random& random);
+    Playlists(GlobalState& state, const Options& options, FileSystem& files, Vbmp3& vbmp3, Random& random);
 
     std::function<void(const Change&)> onChange;
     // Before rows of a list go, so that a selection can follow the others; not when a list is cleared.

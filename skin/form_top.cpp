@@ -41,7 +41,7 @@ constexpr const char* kCommandHints[kButtonCount] = {"プレイリスト", "オ�
 
 }  // namespace
 
-FormTop::FormTop(GlobalState& state, OptionControls& options, FileSystem& files, Dialogs& dialogs, Shell& shell,
+FormTop::FormTop(GlobalState& state, OptionStore& options, FileSystem& files, Dialogs& dialogs, Shell& shell,
                  TextPainter& painter, SplitValues& splitValues)
     : Form("FormTop", Kind::Skinned),
       state_(state),

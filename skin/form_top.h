@@ -10,7 +10,7 @@
 
 #include "state/global_state.h"
 #include "skin/main_window_handlers.h"
-#include "state/option_settings.h"
+#include "state/option_store.h"
 #include "forms/control_array.h"
 #include "forms/form.h"
 #include "platform/shell.h"
@@ -88,7 +88,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
         std::function<Figures()> figures;
     };
 
-    FormTop(GlobalState& state, OptionControls& options, FileSystem& files, Dialogs& dialogs, Shell& shell,
+    FormTop(GlobalState& state, OptionStore& options, FileSystem& files, Dialogs& dialogs, Shell& shell,
             TextPainter& painter, SplitValues& splitValues);
     void connect(const Playback& playback, const Windows& windows, const Hooks& hooks);
 
@@ -243,7 +243,7 @@ class FormTop : public Form, public MainDisplay, public MainWindowHandlers {
     std::string FolderNameOfSkin() const;
 
     GlobalState& state_;
-    OptionControls& options_;
+    OptionStore& options_;
     FileSystem& files_;
     Dialogs& dialogs_;
     Shell& shell_;

@@ -29,8 +29,8 @@ Menu FormTop::menuMain() {
     Menu menu{"menuMain", {}};
     auto& items = menu.items;
     items.push_back(Item("常に手前に表示(&T)", [this] { setAlwaysOnTop(!alwaysOnTop_); }, alwaysOnTop_));
-    items.push_back(Item("操作パネルモード(&P)", [this] { options_.setOperationPanel(!options_.operationPanel()); },
-                         options_.operationPanel(), hasDisplayA_));
+    items.push_back(Item("操作パネルモード(&P)", [this] { options_.set(&Options::OperationPanel, !options_->OperationPanel); },
+                         options_->OperationPanel, hasDisplayA_));
     MenuItem skins = Item("スキンの変更(&S)", {});
     const auto addSkin = [&](int index, const std::string& folder, const std::string& caption) {
         MenuItem item = Item(caption, [this, index] { skinName_Click(index); });
@@ -44,10 +44,10 @@ Menu FormTop::menuMain() {
         addSkin(static_cast<int>(i) + 1, skinNames_[i], ReplaceAll(skinNames_[i], "&", "&&"));
     }
     items.push_back(std::move(skins));
-    items.push_back(Item("タイトルアニメーション(&A)", [this] { options_.setTitleAnimation(!options_.titleAnimation()); },
-                         options_.titleAnimation()));
-    items.push_back(Item("オシロ・スペアナ表示(&O)", [this] { options_.setSpectrumShown(!options_.spectrumShown()); },
-                         options_.spectrumShown(), hasDisplayB_));
+    items.push_back(Item("タイトルアニメーション(&A)", [this] { options_.set(&Options::TitleAnimation, !options_->TitleAnimation); },
+                         options_->TitleAnimation));
+    items.push_back(Item("オシロ・スペアナ表示(&O)", [this] { options_.set(&Options::SpectrumShown, !options_->SpectrumShown); },
+                         options_->SpectrumShown, hasDisplayB_));
     items.push_back(Item("グライコ(&G)", [this] { toggleWindow(windows_.equalizer); },
                          windows_.equalizer && windows_.equalizer->visible()));
     items.push_back(Item("タグ情報(&I)", [this] { performCommand(kTagCommand); }));
@@ -61,7 +61,7 @@ Menu FormTop::menuMain() {
                          windows_.list && windows_.list->visible()));
     items.push_back(Item("オプション(&N)", [this] { performCommand(kOptCommand); },
                          windows_.options && windows_.options->visible()));
-    items.push_back(Item("歌詞(&Y)", [this] { options_.setLyricsShown(!options_.lyricsShown()); }, options_.lyricsShown()));
+    items.push_back(Item("歌詞(&Y)", [this] { options_.set(&Options::LyricsShown, !options_->LyricsShown); }, options_->LyricsShown));
     MenuItem play = Item("再生操作(&B)", {});
     const char* const actions[kButtonCount] = {"再生／停止(&P)", "一時停止(&U)", "前の曲(&B)", "次の曲(&N)",
                                                "音程を下げる(&L)", "音程を上げる(&H)", "速度変更(&D)"};
@@ -76,7 +76,7 @@ Menu FormTop::menuMain() {
     MenuItem scales = Item("表示倍率(&Z)", {});
     for (int factor = 1; factor <= kLargestScale; ++factor) {
         MenuItem item = Item(std::to_string(factor) + "倍(&" + std::to_string(factor) + ")",
-                             [this, factor] { options_.setSkinScale(factor); }, factor == scale_);
+                             [this, factor] { options_.set(&Options::SkinScale, factor); }, factor == scale_);
         item.radio = true;
         scales.items.push_back(std::move(item));
     }
@@ -185,7 +185,7 @@ void FormTop::optionsChanged() {
     showButtonsOrPanel();
     showPanelDisplay();
     restartTitle();
-    setScale(options_.skinScale());
+    setScale(options_->SkinScale);
 }
 
 void FormTop::setScale(int factor) {

@@ -92,7 +92,7 @@ TextStyle FormTop::labelStyle(const Label& label) const {
 void FormTop::drawLabel(const Label& label) {
     TextStyle style = labelStyle(label);
     const Rect& place = label.bounds();
-    if (&label != &mainLabel[kTitleLabel] || !titleAnimation_.moves() || !options_.titleAnimation()) {
+    if (&label != &mainLabel[kTitleLabel] || !titleAnimation_.moves() || !options_->TitleAnimation) {
         style.ellipsis = &label == &mainLabel[kTitleLabel] || &label == &mainLabel[kArtistLabel];
         painter_.draw(composed_, place, label.caption(), style);
         return;
@@ -162,12 +162,12 @@ void FormTop::restartTitle() {
     const Label& title = mainLabel[kTitleLabel];
     titleStrip_ = {};
     titleAnimation_.begin(painter_.measure(title.caption(), labelStyle(title)).width, title.bounds().width);
-    TimerTitle.setEnabled(options_.titleAnimation() && title.visible() && titleAnimation_.moves() && !inTray_);
+    TimerTitle.setEnabled(options_->TitleAnimation && title.visible() && titleAnimation_.moves() && !inTray_);
     repaint(title.bounds());
 }
 
 void FormTop::titleTick() {
-    if (titleAnimation_.tick(1 + options_.titleAnimationSpeed())) animate(mainLabel[kTitleLabel].bounds());
+    if (titleAnimation_.tick(1 + options_->TitleAnimationSpeed)) animate(mainLabel[kTitleLabel].bounds());
 }
 
 }  // namespace quenlox

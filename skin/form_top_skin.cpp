@@ -79,7 +79,8 @@ void FormTop::applyLabels(const SkinDefinition& skin) {
         label.setForeColor(place->color);
     }
     LyricsPicture.setVisible(skin.lyrics.has_value());
-    options_.allowLyricsWindowChoices(!skin.lyrics);
+    options_.setAvailable(&Options::LyricsShown, !skin.lyrics);
+    options_.setAvailable(&Options::LyricsLine, !skin.lyrics);
     state_.SkinLacksLyricsArea = !skin.lyrics;
     if (skin.lyrics) {
         LyricsPicture.setBounds(skin.lyrics->bounds);
@@ -115,26 +116,26 @@ void FormTop::applyButtons(const SkinDefinition& skin) {
     for (int n = 0; n < kButtonCount; ++n) {
         const auto i = static_cast<std::size_t>(n);
         hasButton_[i] = skin.buttons[i].has_value();
-        place(cmdPicture[n], skin.buttons[i], !options_.operationPanel());
+        place(cmdPicture[n], skin.buttons[i], !options_->OperationPanel);
     }
     hasDisplayA_ = skin.displayA.has_value();
     if (skin.displayA) DisplayA.move(skin.displayA->x, skin.displayA->y);
-    DisplayA.setVisible(skin.displayA && options_.operationPanel());
-    if (!skin.displayA) options_.setOperationPanel(false);
-    options_.allowOperationPanel(skin.displayA.has_value());
+    DisplayA.setVisible(skin.displayA && options_->OperationPanel);
+    if (!skin.displayA) options_.set(&Options::OperationPanel, false);
+    options_.setAvailable(&Options::OperationPanel, skin.displayA.has_value());
     showButtonsOrPanel();
     for (int n = 0; n < kButtonCount; ++n) place(taskPicture[n], skin.commands[static_cast<std::size_t>(n)], true);
 }
 
 void FormTop::showButtonsOrPanel() {
-    const bool panel = hasDisplayA_ && options_.operationPanel();
+    const bool panel = hasDisplayA_ && options_->OperationPanel;
     for (int n = 0; n < kButtonCount; ++n) cmdPicture[n].setVisible(hasButton_[static_cast<std::size_t>(n)] && !panel);
     DisplayA.setVisible(panel);
 }
 
 void FormTop::applyDisplays(const SkinDefinition& skin) {
     hasDisplayB_ = skin.displayB.has_value();
-    options_.allowSpectrum(hasDisplayB_);
+    options_.setAvailable(&Options::SpectrumShown, hasDisplayB_);
     DisplayB.setBounds({skin.displayB ? skin.displayB->x : DisplayB.bounds().left,
                         skin.displayB ? skin.displayB->y : DisplayB.bounds().top, kPanelDisplay.width,
                         kPanelDisplay.height});
@@ -152,7 +153,7 @@ void FormTop::applyDisplays(const SkinDefinition& skin) {
 }
 
 void FormTop::showPanelDisplay() {
-    const bool shown = hasDisplayB_ && options_.spectrumShown();
+    const bool shown = hasDisplayB_ && options_->SpectrumShown;
     DisplayB.setVisible(shown);
     // Nothing animates while nobody can see it.
     Timer2.setEnabled(shown && !inTray_);

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "state/global_state.h"
-#include "state/option_settings.h"
+#include "state/options.h"
 #include "platform/vbmp3.h"
 
 namespace quenlox {
@@ -18,13 +18,13 @@ constexpr std::array kBands{21, 42, 85};
 
 }  // namespace
 
-PanelAnimation::PanelAnimation(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, PictureBox& display,
+PanelAnimation::PanelAnimation(GlobalState& state, const Options& options, Vbmp3& vbmp3, PictureBox& display,
                                Timer& timer, const Label& accent)
     : state_(state), options_(options), vbmp3_(vbmp3), display_(display), timer_(timer), accent_(accent) {}
 
 int PanelAnimation::intervalOf(int speed) { return std::max(kFastest, kSlowest - kFasterBy * std::max(0, speed)); }
 
-void PanelAnimation::followSpeed() { timer_.setInterval(intervalOf(options_.spectrumSpeed())); }
+void PanelAnimation::followSpeed() { timer_.setInterval(intervalOf(options_.SpectrumSpeed)); }
 
 void PanelAnimation::setBands(int choice) {
     sound_.bands = kBands[static_cast<std::size_t>(std::clamp(choice, 0, static_cast<int>(kBands.size()) - 1))];
@@ -51,7 +51,7 @@ bool PanelAnimation::listen() {
 
 void PanelAnimation::changeByItself() {
     shownMs_ += timer_.interval();
-    const int seconds = options_.spectrumIntro() * 2;
+    const int seconds = options_.SpectrumIntro * 2;
     if (seconds <= 0 || shownMs_ < seconds * 1000) return;
     state_.ViewType = lastView_ = NextByItself(state_.ViewType);
     shownMs_ = 0;

@@ -10,13 +10,13 @@
 namespace quenlox {
 
 struct GlobalState;
-class OptionSettings;
+struct Options;
 class Vbmp3;
 
 class PanelAnimation {
   public:
     // `accent` is the label of the main window whose colour the panel follows. All must outlive the animation.
-    PanelAnimation(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, PictureBox& display, Timer& timer,
+    PanelAnimation(GlobalState& state, const Options& options, Vbmp3& vbmp3, PictureBox& display, Timer& timer,
                    const Label& accent);
 
     void Timer2_Timer();            // one frame
@@ -32,7 +32,7 @@ class PanelAnimation {
     void show();
 
     GlobalState& state_;
-    const OptionSettings& options_;
+    const Options& options_;
     Vbmp3& vbmp3_;
     PictureBox& display_;
     Timer& timer_;

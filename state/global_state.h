@@ -35,10 +35,8 @@ struct GlobalState {
     int ViewType = 0;            // panel animation: procedure = value / 10, variant = value % 10
     std::string SkinName;        // folder name under "skin"
     bool ListShown = false;
-    int ListType = 0;            // not 0: tag-information mode
+    int ListType = 0;            // not 0: tag-information mode; the option counts at the next start
     int ListNo = 0;              // current list, 0 to 2
-    std::string DefaultCdDrive;
-    int LyricsLine = 5;
     std::array<int, 5> LyricsColors{};  // 0: number of the window's colour scheme; 3, 4: colours of the skin, 0xRRGGBB
     std::array<std::array<int, 10>, 5> EqPresetTable{};  // tenths of a decibel
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "state/global_state.h"
-#include "state/option_settings.h"
+#include "state/options.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
@@ -27,7 +27,7 @@ bool Contains(const std::vector<std::string>& paths, const std::string& path) {
 
 }  // namespace
 
-FormTag::FormTag(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs)
+FormTag::FormTag(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs)
     : Form("FormTag", Kind::Dialog), state_(state), options_(options), vbmp3_(vbmp3), files_(files), dialogs_(dialogs) {
     setCaption("タグ情報");
     makeControls();
@@ -214,7 +214,7 @@ void FormTag::proposeName() {
         TextFileName.setText(FileNameOf(file_));
         return;
     }
-    TextFileName.setText(FormatFileName(options_.renameFormat(), text(Title), text(Artist), text(Album), text(Genre)) +
+    TextFileName.setText(FormatFileName(options_.RenameFormat, text(Title), text(Artist), text(Album), text(Genre)) +
                          (TabView.value() == kSiView ? ".rmp" : ".mp3"));
 }
 

@@ -16,7 +16,7 @@ namespace quenlox {
 
 class Dialogs;
 class FileSystem;
-class OptionSettings;
+struct Options;
 class Vbmp3;
 struct GlobalState;
 
@@ -26,7 +26,7 @@ class FormTag : public Form {
     enum Field { Title, Artist, Album, Genre, Year, Track, Comment };
     static constexpr int kFields = 7;
 
-    FormTag(GlobalState& state, const OptionSettings& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs);
+    FormTag(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs);
 
     struct Hooks {
         Transport* transport = nullptr;
@@ -115,7 +115,7 @@ class FormTag : public Form {
     void tell(const std::string& what, int error);
 
     GlobalState& state_;
-    const OptionSettings& options_;
+    const Options& options_;
     Vbmp3& vbmp3_;
     FileSystem& files_;
     Dialogs& dialogs_;

@@ -176,7 +176,7 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     windows.pumpMessages();
     state().CurrentIndex[0] = 0, state().ViewType = 30;
     top().TitleLabel_DblClick();  // the title of the tag
-    FormOpt& o = application->options();
+    FormOpt& o = application->optionsWindow();
     FormLyrics& lyrics = application->lyrics();
     ListView& list = application->list().PlayView[0];
     lyrics.Form_Resize({300, 200});
@@ -400,7 +400,7 @@ TEST_F(ApplicationTest, LibraryAndMixerFollowTheChosenDeviceWhenNumbersShift) {
         EXPECT_EQ(mixer.device, number);
     }
     EXPECT_EQ(std::ranges::count_if(vbmp3.calls, [](const std::string& c) { return c.starts_with("output "); }), 4);
-    application->options().ComboDevice.setListIndex(0);
+    application->optionsWindow().ComboDevice.setListIndex(0);
     EXPECT_EQ(mixer.device, -1);
 }
 

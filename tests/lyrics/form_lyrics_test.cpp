@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "state/global_state.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_text_painter.h"
 
 namespace quenlox {
@@ -11,7 +11,7 @@ namespace {
 
 struct LyricsWindow {
     GlobalState state;
-    FakeOptions options;
+    Options options;
     FakeTextPainter painter;
     FormLyrics form{state, options, painter};
 };
@@ -47,8 +47,8 @@ TEST_F(FormLyricsTest, StaysHighEnoughForItsLinesAndFitsTheType) {
     };
     for (const auto& c : cases) {
         LyricsWindow w;
-        w.state.LyricsLine = c.lines;
-        w.options.values.lyricsFont = "メイリオ";
+        w.options.LyricsLine = c.lines;
+        w.options.LyricsFont = "メイリオ";
         w.form.setSize(4500, c.height);
         w.form.Form_Resize({290, c.clientHeight});
         EXPECT_EQ(w.form.height(), c.heightAfter) << c.lines << ' ' << c.height;
@@ -60,15 +60,15 @@ TEST_F(FormLyricsTest, StaysHighEnoughForItsLinesAndFitsTheType) {
 }
 
 TEST_F(FormLyricsTest, ClosedByTheUserItIsHiddenAndItsOptionGoesOff) {
-    form.onClosedByUser = [&] { options.setLyricsShown(false); };
+    form.onClosedByUser = [&] { options.LyricsShown = false; };
     form.show();
     EXPECT_FALSE(form.unload());
     EXPECT_FALSE(form.visible());
-    EXPECT_FALSE(options.lyricsShown());
-    options.setLyricsShown(true);
+    EXPECT_FALSE(options.LyricsShown);
+    options.LyricsShown = true;
     state.ShuttingDown = true;
     EXPECT_TRUE(form.unload());
-    EXPECT_TRUE(options.lyricsShown());
+    EXPECT_TRUE(options.LyricsShown);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include "state/global_state.h"
 #include "tests/fakes/bmp_of.h"
 #include "tests/fakes/fake_file_system.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_vbmp3.h"
 #include "tests/fakes/fake_window_system.h"
@@ -29,7 +29,7 @@ class LyricsDisplayTest : public ::testing::Test {
         vbmp3.lines.current = 0;
         setLine("窓をあければ");
         form.onClosedByUser = [this] {
-            options.setLyricsShown(false);
+            options.LyricsShown = false;
             display.lyricsShownChanged();
         };
     }
@@ -52,7 +52,7 @@ class LyricsDisplayTest : public ::testing::Test {
     }
 
     GlobalState state;
-    FakeOptions options;
+    Options options;
     FakeVbmp3 vbmp3;
     FakeFileSystem files;
     FakeTextPainter painter;
@@ -83,8 +83,8 @@ TEST_F(LyricsDisplayTest, TheWindowComesUpByItselfForTheLyricsThatOnlyItCanShow)
     };
     for (const auto& c : cases) {
         form.hide();
-        options.values.lyricsShown = c.option;
-        options.values.lyricsSelf = c.self;
+        options.LyricsShown = c.option;
+        options.LyricsSelf = c.self;
         state.SkinLacksLyricsArea = c.skinLacksArea;
         open(c.kind);
         EXPECT_EQ(form.visible(), c.comesUp) << c.option << c.kind << c.skinLacksArea << c.self;
@@ -98,11 +98,11 @@ TEST_F(LyricsDisplayTest, AStepDrawsOnlyWhatHasChanged) {
     setLine("針をおとして");
     EXPECT_EQ(tick(), 1);
     EXPECT_EQ(painter.drawn[0].text, "針をおとして");
-    options.values.lyricsBold = true;
+    options.LyricsBold = true;
     EXPECT_EQ(tick(), 1);
     EXPECT_TRUE(painter.drawn[0].style.font.bold);
     vbmp3.lines.stampMs[2] = 9600;
-    options.values.timeTagShown = true;
+    options.TimeTagShown = true;
     EXPECT_EQ(tick(), 2);
     EXPECT_EQ(painter.drawn[0].text, "[00:09] ");
     EXPECT_EQ(tick(), 0);
@@ -119,7 +119,7 @@ TEST_F(LyricsDisplayTest, ASkinWithALyricsAreaTakesTheLinesFromTheWindow) {
     EXPECT_EQ(tick(), 1);
     EXPECT_EQ(painter.drawn[0].style.color, (Color{0x0A, 0x0B, 0x0C}));
     EXPECT_EQ(tick(), 0);
-    options.values.lyricsSecondColor = true;
+    options.LyricsSecondColor = true;
     EXPECT_EQ(tick(), 1);
     EXPECT_EQ(painter.drawn[0].style.color, (Color{0xB0, 0x34, 0x28}));
     main.hide();
@@ -137,11 +137,11 @@ TEST_F(LyricsDisplayTest, TextWithoutTagsStandsInTheBoxOrRunsByItself) {
     open(kPlainLyrics);
     EXPECT_TRUE(form.Text2.visible());
     EXPECT_FALSE(form.Picture7.visible());
-    options.values.lyricsSelf = true;
+    options.LyricsSelf = true;
     EXPECT_EQ(tick(), 1);
     EXPECT_EQ(vbmp3.count("notTagLyricsLine 1"), 1);
     EXPECT_FALSE(form.Text2.visible());
-    options.values.lyricsSelf = false;
+    options.LyricsSelf = false;
     tick();
     EXPECT_EQ(vbmp3.count("notTagLyricsLine 0"), 1);
     EXPECT_TRUE(form.Text2.visible());
@@ -161,7 +161,7 @@ TEST_F(LyricsDisplayTest, APictureOfTheTrackLiesBehindTheLinesPaleEnoughToReadTh
     };
     EXPECT_EQ(seen("a"), (Color{255, 255, 255})) << "no folder is chosen";
     EXPECT_EQ(files.reads, 0);
-    options.values.pictureFolder = "D:\\pic";
+    options.PictureFolder = "D:\\pic";
     display.picturesChanged();
     const Color red = seen("a"), blue = seen("b"), other = seen("broken");
     EXPECT_EQ(red.red, 255);
@@ -173,7 +173,7 @@ TEST_F(LyricsDisplayTest, APictureOfTheTrackLiesBehindTheLinesPaleEnoughToReadTh
     form.Picture7_DblClick(), form.Picture7_DblClick();  // white on black
     EXPECT_LT(seen("b").blue, 110);
     form.hide();
-    options.values.lyricsShown = false;
+    options.LyricsShown = false;
     const int reads = files.reads;
     state.CurrentFile = "C:\\album\\a.mp3";
     open(kTimedLyrics);
@@ -181,9 +181,8 @@ TEST_F(LyricsDisplayTest, APictureOfTheTrackLiesBehindTheLinesPaleEnoughToReadTh
 }
 
 TEST_F(LyricsDisplayTest, TheTimingOptionShiftsByTenthsOfASecond) {
-    for (const auto& [value, call] :
-         {std::pair{1, "lyricsShift 100"}, {-50, "lyricsShift -5000"}, {0, "lyricsShift 0"}}) {
-        options.values.lyricsTime = value;
+    for (const auto& [value, call] : {std::pair{1, "lyricsShift 100"}, {-50, "lyricsShift -5000"}, {0, "lyricsShift 0"}}) {
+        options.LyricsTime = value;
         tick();
         tick();
         EXPECT_EQ(vbmp3.count(call), 1) << call;

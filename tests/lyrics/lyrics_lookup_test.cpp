@@ -7,7 +7,7 @@
 #include "state/global_state.h"
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_file_system.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_vbmp3.h"
 
@@ -18,7 +18,7 @@ constexpr const char* kTrack = "C:\\music\\01. a.b.mp3";
 
 struct Room {
     GlobalState state;
-    FakeOptions options;
+    Options options;
     FakeVbmp3 vbmp3;
     FakeFileSystem files;
     FakeDisplay display;
@@ -31,7 +31,7 @@ struct Room {
         state.CurrentFile = kTrack;
         state.MediaKind = {kMp3, TagKind::Id3v2, true};
         status.showFormat("MPEG1 Layer3");
-        options.values.lyricsFolder = "D:\\words\\";
+        options.LyricsFolder = "D:\\words\\";
     }
     void addSideFile(const std::string& path, const std::string& bytes = "la") {
         files.add(path, bytes);
@@ -49,7 +49,7 @@ TEST_F(LyricsLookupTest, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCou
             // Every place with all that come behind it, and the case of none.
             for (std::size_t from = 0; from <= places.size(); ++from) {
                 Room room;
-                room.options.values.lyrics3First = embeddedFirst;
+                room.options.Lyrics3First = embeddedFirst;
                 if (embedded) room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
                 for (std::size_t i = from; i < places.size(); ++i) room.addSideFile(places[i]);
                 room.vbmp3.timeTag = 1;
@@ -70,11 +70,11 @@ TEST_F(LyricsLookupTest, LookingAgainMarksTheSourceOfNowOnce) {
     lookup.LoadLyrics();
     status.showDevice(false);
     vbmp3.lyrics3Raw = "LYRICSBEGIN";
-    options.values.lyrics3First = true;
+    options.Lyrics3First = true;
     lookup.lookAgain();
     EXPECT_EQ(display.info, "MPEG1 Layer3+L ﾃﾞﾊﾞｲｽなし");
     vbmp3.lyrics3Raw = "";
-    options.values.lyricsFolder = "";
+    options.LyricsFolder = "";
     lookup.lookAgain();
     EXPECT_EQ(display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし");
     EXPECT_EQ(state.LyricsKind, kNoLyrics);

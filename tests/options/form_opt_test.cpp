@@ -15,24 +15,20 @@ struct FormOptTest : testing::Test {
     FakeDialogs dialogs;
     FakeFileSystem files;
     FakeOutputDevices devices;
-    FormOpt options{state};
+    OptionStore chosen;
+    FormOpt options{state, chosen};
 
     FormOptTest() { options.connect({&dialogs, &files, &devices}); }
 };
 
 TEST_F(FormOptTest, ASkinWithoutPlaceForSomethingTakesItsChoicesAway) {
-    options.setOperationPanel(true);
-    options.allowOperationPanel(false);
-    options.allowSpectrum(false);
-    options.allowLyricsWindowChoices(false);
-    EXPECT_FALSE(options.operationPanel());
+    chosen.setAvailable(&Options::OperationPanel, false);
+    chosen.setAvailable(&Options::LyricsLine, false);
     EXPECT_FALSE(options.CheckPanel.enabled());
-    EXPECT_FALSE(options.CheckSpeana.enabled());
-    EXPECT_FALSE(options.CheckLyrics.enabled());
-    for (int i = 0; i <= 5; ++i) EXPECT_EQ(options.LyricsOption[i].enabled(), i % 2 == 0) << i;
-    options.allowOperationPanel(true);
+    EXPECT_TRUE(options.CheckSpeana.enabled());
+    for (int i = 0; i <= 5; ++i) EXPECT_FALSE(options.LyricsOption[i].enabled()) << i;
+    chosen.setAvailable(&Options::OperationPanel, true);
     EXPECT_TRUE(options.CheckPanel.enabled());
-    EXPECT_FALSE(options.operationPanel());
 }
 
 TEST_F(FormOptTest, TheFigureBesideASliderSaysWhatItsValueMeans) {
@@ -64,22 +60,21 @@ TEST_F(FormOptTest, TheFigureBesideASliderSaysWhatItsValueMeans) {
 TEST_F(FormOptTest, DevicesAndDrivesAreListedWithEveryOpening) {
     devices.list = {"Speakers", "", "USB"};
     files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::Removable}, {"F:\\", DriveType::CdRom}};
-    state.DefaultCdDrive = "f:";
-    options.setOutputDevice(2);
+    chosen.set(&Options::DefaultCdDrive, "f:");
+    chosen.set(&Options::OutputDevice, 2);
     int told = 0;
-    options.onOutput = [&] { ++told; };
+    chosen.listen({&Options::OutputDevice, &Options::DefaultCdDrive}, [&] { ++told; });
     options.Form_Shown();
     EXPECT_EQ(options.ComboDevice.text(), "USB");
     EXPECT_EQ(options.ComboDevice.items()[2].text, "デバイス 1");
     EXPECT_EQ(options.ComboCdDrive.items().size(), 3u);
     EXPECT_EQ(options.ComboCdDrive.text(), "F:");
-    EXPECT_EQ(state.DefaultCdDrive, "f:");
     EXPECT_EQ(told, 0);  // to list is not to choose
 
     options.ComboCdDrive.setListIndex(1);
-    EXPECT_EQ(state.DefaultCdDrive, "D:");
+    EXPECT_EQ(chosen->DefaultCdDrive, "D:");
     options.ComboCdDrive.setListIndex(0);
-    EXPECT_EQ(state.DefaultCdDrive, "");
+    EXPECT_EQ(chosen->DefaultCdDrive, "");
 }
 
 TEST_F(FormOptTest, ADeviceIsFoundByItsNameElseByItsNumber) {
@@ -96,9 +91,10 @@ TEST_F(FormOptTest, ADeviceIsFoundByItsNameElseByItsNumber) {
                  {0, "Gone", -1, "Gone（未接続）"},
                  {7, "", -1, "既定のデバイス"}};
     for (const auto& c : cases) {
-        options.setOutputDevice(c.number);
-        options.setOutputDeviceName(c.name);
-        EXPECT_EQ(options.outputDevice(), c.found) << c.number << c.name;
+        Options meant;
+        meant.OutputDevice = c.number, meant.OutputDeviceName = c.name;
+        chosen.assign(meant);
+        EXPECT_EQ(chosen->OutputDevice, c.found) << c.number << c.name;
         EXPECT_EQ(options.ComboDevice.text(), c.text);
     }
 }
@@ -106,17 +102,16 @@ TEST_F(FormOptTest, ADeviceIsFoundByItsNameElseByItsNumber) {
 TEST_F(FormOptTest, AFolderIsTakenFromItsDialogAndKeptWhenThatIsCancelled) {
     dialogs.folderAnswers = {"D:\\歌詞", std::nullopt};
     options.CommandLyricsDir.click();
-    EXPECT_EQ(options.lyricsFolder(), "D:\\歌詞");
+    EXPECT_EQ(chosen->LyricsFolder, "D:\\歌詞");
     options.CommandLyricsDir.click();
-    EXPECT_EQ(options.lyricsFolder(), "D:\\歌詞");
+    EXPECT_EQ(chosen->LyricsFolder, "D:\\歌詞");
 }
 
 TEST_F(FormOptTest, WhatIsTypedCountsWhenTheKeyboardHasLeftIt) {
     std::string told;
-    options.onLyricsSources = [&] { told += "lyrics "; };
-    options.onPictureFolder = [&] { told += "pictures "; };
-    options.onNameFormat = [&] { told += "format "; };
-    options.settleTexts();
+    chosen.listen({&Options::LyricsFolder}, [&] { told += "lyrics "; });
+    chosen.listen({&Options::PictureFolder}, [&] { told += "pictures "; });
+    chosen.listen({&Options::RenameFormat}, [&] { told += "format "; });
     options.TextLyricsDir.setText("\\\\serv");  // half a path must not be looked for in the network
     EXPECT_EQ(told, "");
     options.TextLyricsDir.onLeave();
@@ -126,18 +121,18 @@ TEST_F(FormOptTest, WhatIsTypedCountsWhenTheKeyboardHasLeftIt) {
     dialogs.folderAnswers = {"D:\\絵"};
     options.CommandBmpDir.click();
     EXPECT_EQ(told, "lyrics format pictures ");
-    EXPECT_EQ(options.pictureFolder(), "D:\\絵");
+    EXPECT_EQ(chosen->PictureFolder, "D:\\絵");
 }
 
 TEST_F(FormOptTest, TheDefaultsComeBackOnlyAfterAYes) {
-    int resets = 0;
-    options.onDefaults = [&] { ++resets; };
     dialogs.confirms = {false, true};
+    options.HScrollHiPitch.setValue(150);
+    options.TextReName.setText("half a");
     options.CommandDefaults.click();
-    EXPECT_EQ(resets, 0);
+    EXPECT_EQ(chosen->HighPitch, 150);
     options.CommandDefaults.click();
-    EXPECT_EQ(resets, 1);
-    EXPECT_EQ(dialogs.questions.size(), 2u);
+    EXPECT_EQ(chosen.values(), Options{});
+    EXPECT_EQ(options.TextReName.text(), "(*N) *T");
 }
 
 TEST_F(FormOptTest, TheUserOnlyHidesIt) {

@@ -210,7 +210,7 @@ TEST_F(OpenMedia, ATrackWhoseDriveHasAnotherLetterNowIsFoundWhereTheDiscIs) {
         Player p;
         p.files.driveList = {{"C:\\", DriveType::Fixed}, {"D:\\", DriveType::CdRom}, {"E:\\", DriveType::CdRom}};
         for (const char* track : c.tracks) p.files.add(track);
-        p.state.DefaultCdDrive = c.chosen;
+        p.options.DefaultCdDrive = c.chosen;
         p.open("X:\\Track02.cda");
         EXPECT_EQ(p.state.CurrentFile, "X:\\Track02.cda") << "as the lists know it";
         const std::string open = c.opened ? std::string("open \"") + c.opened + "\" alias MediaFile" : "";

@@ -31,8 +31,8 @@ TEST_F(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
         {"repeat", [](Player& p) { p.state.PlayMode = kRepeat; }, ""},
         {"no intent", [](Player& p) { p.state.PlayIntent = kNoIntent; }, ""},
         {"stopped", [](Player& p) { p.engine.StopMedia(); }, ""},
-        {"intro play", [](Player& p) { p.options.values.introPlay = true; }, ""},
-        {"switched off", [](Player& p) { p.options.values.gaplessNext = false; }, ""},
+        {"intro play", [](Player& p) { p.options.IntroPlay = true; }, ""},
+        {"switched off", [](Player& p) { p.options.GaplessNext = false; }, ""},
         {"empty list", [](Player& p) { p.tracks.lists[0].clear(); }, ""},
         {"for the media control", [](Player& p) { p.tracks.lists[0][1] = "C:\\x.MID"; }, ""},
         {"unknown to the library", [](Player& p) { p.tracks.lists[0][1] = "C:\\x.txt"; }, ""},
@@ -50,7 +50,7 @@ TEST_F(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
 }
 
 TEST_F(NextFile, IsSentOnceNotWithEveryTick) {
-    options.values.passOverUnplayable = false;
+    options.PassOverUnplayable = false;
     fillList(2);
     tracks.lists[0].push_back("C:\\x.txt");
     playRow(0, kProgram);
@@ -159,7 +159,7 @@ TEST_F(NextFile, GoingOnJustAsTheUserStopsLeavesThePlayerStopped) {
 }
 
 TEST_F(EndOfTrackEvent, RunsTheRuleAtOnce) {
-    options.values.gaplessNext = false;
+    options.GaplessNext = false;
     fillList(2);
     playRow(0, kProgram);
     vbmp3.state = 0;

@@ -65,7 +65,7 @@ TEST(EndOfTrack, IsDecidedByIntentModeStatusAndList) {
     };
     for (const auto& c : cases) {
         Player p;
-        p.options.values.gaplessNext = false;
+        p.options.GaplessNext = false;
         p.fillList(2);
         p.playRow(0, c.mode);
         p.tracks.lists[0].resize(static_cast<std::size_t>(c.tracks));
@@ -153,7 +153,7 @@ TEST(Intro, GoesOnAfterTheFirstSecondsUnlessTheUserHasMoved) {
     };
     for (const auto& c : cases) {
         Player p;
-        p.options.values.introPlay = true;
+        p.options.IntroPlay = true;
         p.fillList(2);
         p.playRow(0, c.mode);
         if (c.sought) p.engine.SeekMedia(0.5);

@@ -13,7 +13,7 @@
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_media_control.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_tracks.h"
 #include "tests/fakes/fake_vbmp3.h"
 #include "tests/fakes/fake_window_system.h"
@@ -27,9 +27,9 @@ struct Player {
     FakeFileSystem files;
     FakeWindowSystem windows;
     FakeDisplay display;
-    FakeOptions options;
+    Options options;
     FakeTracks tracks{state};
-    MediaEngine engine{state, vbmp3, mci, files, windows, display};
+    MediaEngine engine{state, options, vbmp3, mci, files, windows, display};
     PitchControl pitch{state, vbmp3, options, engine.status()};
     Transport transport{{state, engine, pitch, vbmp3, tracks, options}};
     PlayStateMonitor monitor{state, engine, transport, vbmp3, mci, options};

@@ -121,9 +121,9 @@ TEST_F(PassingOver, AStepGoesOnToTheNextTrackThatCanBePlayedOnceAroundAtMost) {
     for (const auto& c : cases) {
         for (const int mode : {kProgram, kRandom}) {
             Player p;
-            p.options.values.passOverUnplayable = c.passes;
-            p.options.values.deleteFromList = c.removes;
-            p.options.values.gaplessNext = false;
+            p.options.PassOverUnplayable = c.passes;
+            p.options.DeleteFromList = c.removes;
+            p.options.GaplessNext = false;
             p.state.ListNo = c.list;
             p.fillList(5, c.list);
             p.state.ShuffleOrder[static_cast<std::size_t>(c.list)] = RandomOrder({0, 1, 2, 3, 4});
@@ -152,7 +152,7 @@ TEST_F(PassingOver, AStepGoesOnToTheNextTrackThatCanBePlayedOnceAroundAtMost) {
 }
 
 TEST_F(PassingOver, AListIsKeptWhileItsDriveOrDeviceIsWhatFails) {
-    options.values.deleteFromList = true;
+    options.DeleteFromList = true;
     tracks.lists[0] = {"X:\\a.mp3", "X:\\b.mp3", "C:\\a.mid", "C:\\b.mp3"};
     files.add("C:\\a.mid");
     files.add("C:\\b.mp3");
@@ -320,9 +320,9 @@ TEST(Modes, AModeFromABrokenFileBeginsAnewAndTheTimeModeShowsAtOnce) {
 class RandomUser : public Player {
   public:
     explicit RandomUser(unsigned seed) : chance_(seed) {
-        options.values.passOverUnplayable = roll(4) > 0;
-        options.values.deleteFromList = roll(3) == 0;
-        options.values.gaplessNext = roll(2) == 0;
+        options.PassOverUnplayable = roll(4) > 0;
+        options.DeleteFromList = roll(3) == 0;
+        options.GaplessNext = roll(2) == 0;
         fillList(1 + roll(6));
         for (int list = 0; list < 3; ++list) tracks.BuildShuffleOrder(list);
         state.PlayMode = roll(4);
@@ -387,9 +387,9 @@ class RandomUser : public Player {
         for (int i = 0; i < rows && expected.empty() && state.PlayMode != kRandom; ++i) {
             index = direction > 0 ? NextIndex(index, rows) : PreviousIndex(index, rows);
             if (files.fileExists(tracks.trackPath(0, index))) expected = tracks.trackPath(0, index);
-            if (!options.values.passOverUnplayable) break;
+            if (!options.PassOverUnplayable) break;
         }
-        const bool same = !options.values.deleteFromList;
+        const bool same = !options.DeleteFromList;
         direction > 0 ? transport.NextTrack() : transport.PreviousTrack();
         if (!expected.empty() && same) {
             EXPECT_EQ(state.CurrentFile, expected) << what_;
@@ -403,7 +403,7 @@ class RandomUser : public Player {
     }
 
     void check() {
-        if (what_ == "row" || what_ == "next" || what_ == "previous") removed_ = options.values.deleteFromList;
+        if (what_ == "row" || what_ == "next" || what_ == "previous") removed_ = options.DeleteFromList;
         if (what_ == "drop") removed_ = true;
         if (state.PlayerStatus == kPlay) {
             EXPECT_EQ(vbmp3.openFile, state.CurrentFile) << what_;

@@ -6,7 +6,7 @@
 #include "state/global_state.h"
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_mixer.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_vbmp3.h"
 
 namespace quenlox {
@@ -15,7 +15,7 @@ namespace {
 struct Pitch {
     GlobalState state;
     FakeVbmp3 vbmp3;
-    FakeOptions options;
+    Options options;
     FakeDisplay display;
     StatusDisplay status{state, display};
     PitchControl control{state, vbmp3, options, status};
@@ -32,7 +32,7 @@ TEST(VolumeControl, TheBarGivesPercentAndTheMixerItsShareOfTheRange) {
         GlobalState state;
         state.VolumePercent = 10;
         FakeMixer mixer;
-        FakeOptions options;
+        Options options;
         VolumeControl volume(state, mixer, options);
         volume.open();
         state.VolumePercent = 10;
@@ -49,8 +49,8 @@ TEST(VolumeControl, TheSourcesGetTheMastersValueWhenTheyAreDriven) {
     FakeMixer mixer;
     mixer.lines[Mixer::kSpeakers] = {100, 1100, 0};
     mixer.lines.erase(Mixer::kSynthesizer);
-    FakeOptions options;
-    options.values.driveMixerSources = true;
+    Options options;
+    options.VolumeDrives = kSourcesToo;
     VolumeControl volume(state, mixer, options);
     volume.open();
     volume.setPercent(50);
@@ -63,7 +63,7 @@ TEST(VolumeControl, TheSourcesGetTheMastersValueWhenTheyAreDriven) {
 TEST(VolumeControl, IsReadAtStartAndAFailureLeavesItAsItWas) {
     GlobalState state;
     FakeMixer mixer;
-    FakeOptions options;
+    Options options;
     mixer.lines[Mixer::kSpeakers].value = 49152;
     VolumeControl volume(state, mixer, options);
     int changes = 0;
@@ -118,9 +118,9 @@ TEST(PitchControl, TogglesExcludeEachOtherAndTheActiveOneReturnsToNormal) {
             if (*key == 'd') pitch.control.Double();
             if (*key == 'u') pitch.control.Undo();
             if (*key != 'o') continue;
-            pitch.options.values.highPitch = 140;
-            pitch.options.values.lowPitch = 70;
-            pitch.options.values.stepPitch = 7;
+            pitch.options.HighPitch = 140;
+            pitch.options.LowPitch = 70;
+            pitch.options.StepPitch = 7;
             pitch.control.amountChanged();
         }
         EXPECT_EQ(pitch.state.PitchMode, c.mode) << c.keys;

@@ -63,14 +63,14 @@ TEST_F(EntryTexts, AreEstimatedFromTheFileNameOnlyInFileNameModeWithTheOption) {
         Lists fresh;
         fresh.vbmp3.addFile(path, VBMP3_TYPE_MPEG, 60, "Tag", "Tagger", "Tags");
         fresh.state.ListType = c.listType;
-        fresh.options.values.estimateFromFileName = c.estimate;
-        fresh.options.values.renameFormat = c.format;
+        fresh.options.EstimateFromFileName = c.estimate;
+        fresh.options.RenameFormat = c.format;
         fresh.lists.AddEntry(path, 0);
         EXPECT_EQ(fresh.lists.entry(0, 0), c.entry) << c.listType << c.estimate << c.format;
     }
     Lists fresh;
     fresh.state.ListType = 0;
-    fresh.options.values.estimateFromFileName = true;
+    fresh.options.EstimateFromFileName = true;
     fresh.lists.AddEntry("C:\\(Who) What.mid", 0);
     EXPECT_EQ(fresh.lists.entry(0, 0), (PlaylistEntry{"What", "Who", "", "----", "C:\\(Who) What.mid"}));
 }

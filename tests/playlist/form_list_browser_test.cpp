@@ -58,13 +58,13 @@ TEST_F(Browser, TheTracksOfTheAudioCdAreAMenuCommandAway) {
     show();
     EXPECT_THAT(form.File1.files(), ElementsAre("Track01.cda"));
     EXPECT_TRUE(state.UseFolderList);
-    state.DefaultCdDrive = "E:";
+    chosen.set(&Options::DefaultCdDrive, "E:");
     show();
     EXPECT_THAT(form.File1.files(), ElementsAre("Track01.cda", "Track02.cda"));
     files.add("E:\\Track03.cda");  // another disc
     show();
     EXPECT_EQ(form.File1.files().size(), 3u);
-    state.DefaultCdDrive = "F:";
+    chosen.set(&Options::DefaultCdDrive, "F:");
     show();
     EXPECT_EQ(dialogs.messages.size(), 2u) << "not ready";
     EXPECT_EQ(form.Drive1.drive(), "E:\\");

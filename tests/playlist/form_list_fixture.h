@@ -16,7 +16,8 @@ namespace quenlox {
 struct ListWindow : Lists {
     FakeDialogs dialogs;
     FakeWindowSystem windows;
-    FormList form{state, lists, files, dialogs};
+    OptionStore chosen;
+    FormList form{state, chosen, lists, files, dialogs};
     // What was chosen for playing: path, list and row, intent, and whether it is opened, played or as before.
     std::vector<std::string> opened;
     OpenResult answer = OpenResult::Opened;

@@ -59,6 +59,33 @@ TEST_F(FormListWindow, CommandsForRowsAreEnabledWithRowsOnly) {
     EXPECT_FALSE(form.menuDeleteEnabled());
 }
 
+TEST_F(FormListWindow, ColumnsAreAModeAndTheirWidthsOutliveIt) {
+    const auto seen = [&] { return form.columnWidths(state.ListNo); };
+    const auto choose = [&](const char* caption) { menu(caption)->click(); };
+    state.ListType = 0;
+    form.showColumns();
+    EXPECT_EQ(seen(), FormList::kSingleColumn);
+    EXPECT_FALSE(menu("アルバム名")->enabled);
+    view().setColumnWidth(0, 200);  // the single one, dragged by the user
+    choose("項目に分ける(&C)");
+    EXPECT_TRUE(chosen->ListColumns);
+    EXPECT_EQ(seen(), FormList::kStartWidths);
+    const FormList::ColumnWidths own{0, 60, 0, 0, 80};
+    for (int column = 0; column < FormList::kColumns; ++column) view().setColumnWidth(column, own[static_cast<std::size_t>(column)]);
+    choose("項目に分ける(&C)");
+    EXPECT_EQ(seen(), FormList::kSingleColumn);
+    choose("項目に分ける(&C)");
+    EXPECT_EQ(seen(), own);
+    for (const char* column : {"曲名", "アルバム名", "時間"}) choose(column);
+    EXPECT_EQ(seen(), (FormList::ColumnWidths{162, 60, 162, 40, 80}));
+    choose("時間");
+    EXPECT_FALSE(chosen->ListTimeColumn);
+    choose("幅を元に戻す(&R)");
+    EXPECT_EQ(seen(), (FormList::ColumnWidths{162, 113, 162, 0, 300}));
+    choose("時間");
+    EXPECT_EQ(seen(), FormList::kStartWidths);
+}
+
 TEST_F(FormListWindow, TabsChooseTheCurrentList) {
     addLetters(0, "a");
     addLetters(2, "bc");

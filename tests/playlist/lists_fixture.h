@@ -11,7 +11,7 @@
 #include "state/global_state.h"
 #include "playlist/playlists.h"
 #include "tests/fakes/fake_file_system.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_random.h"
 #include "tests/fakes/fake_vbmp3.h"
 
@@ -48,7 +48,7 @@ class SlowFileSystem : public FakeFileSystem {
 
 struct Lists {
     GlobalState state;
-    FakeOptions options;
+    Options options;
     SlowFileSystem files;
     CountingVbmp3 vbmp3;
     FakeRandom random;

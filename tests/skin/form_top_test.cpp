@@ -315,14 +315,14 @@ TEST_F(FormTopTest, TheTrayIconTellsTheTitleAndWhilePlayingTheTimeWhenThePointer
 TEST_F(FormTopTest, TheMainMenuSwitchesAnimationAndSpectrum) {
     const Menu menu = top->menuMain();
     menu.items[4].click();
-    EXPECT_TRUE(options.spectrumShown());
+    EXPECT_TRUE(options->SpectrumShown);
     menu.items[3].click();
-    EXPECT_TRUE(options.titleAnimation());
+    EXPECT_TRUE(options->TitleAnimation);
     EXPECT_EQ(menu.items.back().caption, "Quenloxの終了(&Q)");
 }
 
 TEST_F(FormTopTest, DisplayBTellsLeftFromRightAndDoubleClicks) {
-    options.setSpectrumShown(true);
+    options.set(&Options::SpectrumShown, true);
     top->optionsChanged();
     EXPECT_TRUE(top->Timer2.enabled());
     click({110, 65});
@@ -357,7 +357,7 @@ TEST_F(FormTopTest, AVolumeThatAnotherProgramHasSetIsShown) {
 }
 
 TEST_F(FormTopTest, ALongTitleRunsAndComesBack) {
-    options.setTitleAnimation(true);
+    options.set(&Options::TitleAnimation, true);
     std::string title;
     for (int i = 0; i < 20; ++i) title += "xx ";
     top->showTitle(title, "");

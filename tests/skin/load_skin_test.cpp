@@ -18,8 +18,8 @@ TEST_F(LoadSkin, APackageIsAppliedWhole) {
     EXPECT_TRUE(top->mainLabel[2].visible());
     EXPECT_FALSE(top->LyricsPicture.visible());
     EXPECT_TRUE(state.SkinLacksLyricsArea);
-    EXPECT_TRUE(options.lyricsWindowChoicesAllowed);
-    EXPECT_TRUE(options.operationPanelAllowed);
+    EXPECT_TRUE(options.available(&Options::LyricsShown));
+    EXPECT_TRUE(options.available(&Options::OperationPanel));
 }
 
 TEST_F(LoadSkin, TheDefaultPackageStandsInForABrokenOne) {
@@ -71,7 +71,7 @@ TEST_F(LoadSkin, PicturesThatTheNewSkinLacksStayThoseOfTheOldOne) {
     top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
     EXPECT_EQ(at(1, 1), pixel(playback(0, false)));
     EXPECT_EQ(at(30, 30), pixel(kBack));
-    EXPECT_FALSE(options.operationPanelAllowed);
+    EXPECT_FALSE(options.available(&Options::OperationPanel));
 }
 
 TEST_F(LoadSkin, FontSizesFollowTheResolution) {
@@ -112,7 +112,7 @@ TEST_F(LoadSkin, TheMenuListsEveryFolderButTheDefaultAndLoadsWhatIsChosen) {
 
 TEST_F(LoadSkin, TheOperationPanelStandsInPlaceOfTheButtons) {
     load();
-    options.setOperationPanel(true);
+    options.set(&Options::OperationPanel, true);
     top->optionsChanged();
     EXPECT_EQ(at(10, 60), pixel(kBack));
     EXPECT_EQ(at(10, 80), pixel(kPanel));
@@ -125,7 +125,7 @@ TEST_F(LoadSkin, TheOperationPanelStandsInPlaceOfTheButtons) {
     // A skin without display A ends the mode.
     files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=200,100\n[Button]\nButtonA=10,60\n");
     top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
-    EXPECT_FALSE(options.operationPanel());
+    EXPECT_FALSE(options->OperationPanel);
     EXPECT_TRUE(top->cmdPicture[0].visible());
 }
 

@@ -113,7 +113,7 @@ TEST_P(ShippedSkin, AHeldButtonShowsItsPressedPictureAndChangesNothingElse) {
 }
 
 TEST_P(ShippedSkin, TheOperationPanelTakesThePlaceOfTheButtons) {
-    options.values.operationPanel = true;
+    options.set(&Options::OperationPanel, true);
     top->optionsChanged();
     if (!top->DisplayA.visible()) GTEST_SKIP() << "this skin has no panel";
     look("panel", *top->picture());

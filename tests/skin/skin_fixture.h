@@ -17,7 +17,7 @@
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_media_control.h"
 #include "tests/fakes/fake_mixer.h"
-#include "tests/fakes/fake_options.h"
+#include "state/option_store.h"
 #include "tests/fakes/fake_shell.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_tracks.h"
@@ -38,7 +38,7 @@ class SkinTest : public ::testing::Test {
         files.add("C:\\Quenlox\\Quenlox.ini", "");
         addPackage(kFolder, "default", kDefinition);
         top = std::make_unique<FormTop>(state, options, files, dialogs, shell, painter, values);
-        engine = std::make_unique<MediaEngine>(state, vbmp3, mci, files, windows, *top);
+        engine = std::make_unique<MediaEngine>(state, options, vbmp3, mci, files, windows, *top);
         pitch = std::make_unique<PitchControl>(state, vbmp3, options, engine->status());
         transport = std::make_unique<Transport>(Transport::Parts{state, *engine, *pitch, vbmp3, tracks, options});
         monitor = std::make_unique<PlayStateMonitor>(state, *engine, *transport, vbmp3, mci, options);
@@ -97,7 +97,7 @@ class SkinTest : public ::testing::Test {
     static constexpr Point kPlayAt{12, 62}, kPauseAt{22, 62}, kBarAt{50, 51};
 
     GlobalState state;
-    FakeOptions options;
+    OptionStore options;
     FakeFileSystem files;
     FakeDialogs dialogs;
     FakeShell shell;

@@ -4,7 +4,7 @@
 
 #include "state/global_state.h"
 #include "forms/form.h"
-#include "tests/fakes/fake_options.h"
+#include "state/options.h"
 #include "tests/fakes/fake_vbmp3.h"
 #include "tests/fakes/fake_window_system.h"
 #include "tests/speana/sound.h"
@@ -14,7 +14,7 @@ namespace {
 
 struct Panel {
     GlobalState state;
-    FakeOptions options;
+    Options options;
     FakeVbmp3 vbmp3;
     FakeWindowSystem windows;
     Form form{"FormTop", Form::Kind::Dialog};
@@ -107,7 +107,7 @@ TEST_F(PanelAnimationTest, ClicksAreSeenAtOnceAlsoWhileNothingPlays) {
 }
 
 TEST_F(PanelAnimationTest, TheViewChangesByItselfAfterTheChosenTimeOfSound) {
-    options.values.spectrumIntro = 3;  // six seconds
+    options.SpectrumIntro = 3;  // six seconds
     refreshes(6000 / 80 - 1);
     EXPECT_EQ(state.ViewType, 0);
     refreshes(1);
@@ -115,7 +115,7 @@ TEST_F(PanelAnimationTest, TheViewChangesByItselfAfterTheChosenTimeOfSound) {
     state.PlayerStatus = kPause;
     refreshes(200);
     EXPECT_EQ(state.ViewType, 11);
-    options.values.spectrumIntro = 0;
+    options.SpectrumIntro = 0;
     state.PlayerStatus = kPlay;
     refreshes(1000);
     EXPECT_EQ(state.ViewType, 11);
@@ -123,7 +123,7 @@ TEST_F(PanelAnimationTest, TheViewChangesByItselfAfterTheChosenTimeOfSound) {
 
 TEST_F(PanelAnimationTest, SpeedAndAnalysisFollowTheirOptions) {
     for (const auto& [speed, interval] : {std::pair{0, 80}, {5, 50}, {10, 20}, {99, 20}, {-1, 80}}) {
-        options.values.spectrumSpeed = speed;
+        options.SpectrumSpeed = speed;
         panel.followSpeed();
         EXPECT_EQ(timer.interval(), interval) << speed;
     }

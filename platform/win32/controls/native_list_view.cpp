@@ -388,6 +388,13 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
         if (const auto result = drag_.intercept(message, w, l)) return result;
     }
     switch (message) {
+        case WM_CONTEXTMENU: {
+            if (reinterpret_cast<HWND>(w) != ListView_GetHeader(window()) || !view_.onHeaderMenu) return {};
+            POINT at{GET_X_LPARAM(l), GET_Y_LPARAM(l)};
+            ScreenToClient(window(), &at);
+            view_.onHeaderMenu({static_cast<int>(at.x), static_cast<int>(at.y)});
+            return 0;
+        }
         case WM_DROPFILES: {
             const std::vector<std::string> files = DroppedFiles(reinterpret_cast<HDROP>(w), nullptr);
             if (view_.onFilesDropped) view_.onFilesDropped(files);
