@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/command_line.h"
+#include "app/save_at_end.h"
 #include "platform/user_files.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -269,11 +270,14 @@ void Application::save() {
 }
 
 void Application::unload() {
+    if (std::exchange(ending_, true)) return;  // asked for again while a question stands open
     state_.Actions.note("end");
     tag_.offerToSave();
+    optionsWindow_.settleTexts();
+    // Before all that a file or a device which does not answer may hold up for ever.
+    SaveAtEnd(settings_, lists_, services_.dialogs);
     state_.ShuttingDown = true;
-    save();             // before all that a file or a device which does not answer may hold up for ever
-    convert_.unload();  // then: what it is making is given up
+    convert_.unload();  // what it is making is given up
     services_.mediaControl.sendString("stop MediaFile");
     services_.mediaControl.sendString("close MediaFile");
     services_.vbmp3.vbmp3_close();

@@ -118,6 +118,7 @@ class Application {
     PanelAnimation panel_;
     SettingsFile settings_;
     QuietSave quietSave_;
+    bool ending_ = false;
 };
 
 }  // namespace quenlox

@@ -38,8 +38,8 @@ void SettingsFile::LoadSettings() {
     if (!folder.empty()) list.openFolder(folder);
 }
 
-bool SettingsFile::SaveSettings() {
-    if (unreadable_) return false;
+WriteResult SettingsFile::SaveSettings() {
+    if (unreadable_) return WriteError::Unread;
     FileSystem& files = windows_.files;
     // What somebody has put into the file meanwhile stays as well.
     const auto bytes = files.read(path(), kLargestFile);
@@ -51,7 +51,8 @@ bool SettingsFile::SaveSettings() {
         for (const OptionRow& row : group.options) WriteOption(row, windows_.options, file);
     }
     const std::string text = file.serialise();
-    return bytes == text || files.write(path(), text);
+    if (bytes == text) return {};
+    return files.write(path(), text);
 }
 
 }  // namespace quenlox

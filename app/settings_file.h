@@ -49,8 +49,8 @@ class SettingsFile {
     // A mode is stored one step back and stepped forward by the handler that the user's click calls, which shows it.
     void LoadSettings();
     // Every key, in the order of the table; unknown keys and comments of the file stay. A file that says so already is
-    // not written. False when the file could not be written, which leaves it as it was. A file that was there and could not be read is not touched.
-    bool SaveSettings();
+    // not written. A failure leaves the file as it was. A file that was there and could not be read is not touched.
+    WriteResult SaveSettings();
 
   private:
     SettingsWindows windows_;

@@ -18,6 +18,25 @@ class FolderReader {
     virtual bool next(std::string& name, bool& isFolder) = 0;  // false when there are no more
 };
 
+// Why a file could not be written.
+enum class WriteError {
+    None,
+    NoFolder,  // nothing can be made in its folder
+    InUse,     // it may not be written to, or another program has it open
+    Disk,      // full, or failing
+    Unread,    // it was there at the start and could not be read: it is not written over
+};
+
+class WriteResult {
+  public:
+    WriteResult(WriteError error = WriteError::None) : error_(error) {}
+    explicit operator bool() const { return error_ == WriteError::None; }
+    WriteError error() const { return error_; }
+
+  private:
+    WriteError error_;
+};
+
 enum class DriveType { Unknown, NoRoot, Removable, Fixed, Remote, CdRom, RamDisk };
 
 class FileSystem {
@@ -29,7 +48,7 @@ class FileSystem {
     // The whole file; nothing when it cannot be read or is larger than `limit` bytes.
     virtual std::optional<std::string> read(const std::string& path, std::uint64_t limit = 256u << 20) = 0;
     // As a transaction: temporary file beside the target, flush, replace. A failure leaves the old file as it was.
-    virtual bool write(const std::string& path, std::string_view bytes) = 0;
+    virtual WriteResult write(const std::string& path, std::string_view bytes) = 0;
     virtual bool rename(const std::string& from, const std::string& to) = 0;  // fails when `to` exists
     virtual bool remove(const std::string& path) = 0;
     // A folder of any size is read name by name; one that cannot be read has none. The system may take its time for the

@@ -217,7 +217,7 @@ bool Playlists::ExportM3U(int list, const std::string& path) {
     if (path.empty()) return false;
     ListText text;
     for (int row = 0; row < count(list); ++row) text.append(this->path(list, row));
-    return files_.write(ExportName(path), text.bytes(codePage()));
+    return bool(files_.write(ExportName(path), text.bytes(codePage())));
 }
 
 std::string Playlists::ExportName(const std::string& path) { return LastFour(path) == ".m3u" ? path : path + ".m3u"; }
@@ -241,16 +241,17 @@ void Playlists::readListFile(std::string_view bytes) {
     for (int list = 0; list < kPersistedLists; ++list) reportAdded(list, before[static_cast<std::size_t>(list)]);
 }
 
-bool Playlists::SaveListFile() {
-    if (!state_.ListDirty) return true;
-    const std::string path = UserFileToWrite(files_, kListFileName);
-    if (listFileUnread_ && !joinUnreadListFile(path)) return false;
-    if (!writeListFile(path)) return false;
-    state_.ListDirty = false;
-    return true;
+std::string Playlists::listFile() const { return UserFileToWrite(files_, kListFileName); }
+
+WriteResult Playlists::SaveListFile() {
+    if (!state_.ListDirty) return {};
+    if (listFileUnread_ && !joinUnreadListFile(listFile())) return WriteError::InUse;
+    const WriteResult written = writeListFile(listFile());
+    state_.ListDirty = !written;
+    return written;
 }
 
-bool Playlists::writeListFile(const std::string& path) {
+WriteResult Playlists::writeListFile(const std::string& path) {
     ListText text;
     for (int list = 0; list < kPersistedLists; ++list) {
         text.beginList(list);
@@ -267,7 +268,7 @@ void Playlists::markChanged() {
 bool Playlists::saveQuietly() {
     if (!unsavedChanges()) return true;
     const int changes = changes_;
-    if (!writeListFile(UserFileToWrite(files_, kListFileName))) return false;
+    if (!writeListFile(listFile())) return false;
     savedChanges_ = changes;
     return true;
 }

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "state/global_state.h"
+#include "platform/file_system.h"
 #include "playback/track_source.h"
 #include "playlist/entry_reader.h"
 #include "playlist/entry_rows.h"
@@ -24,8 +25,6 @@
 namespace quenlox {
 
 struct Options;
-class FileSystem;
-class FolderReader;
 class Random;
 class Vbmp3;
 
@@ -103,7 +102,9 @@ class Playlists : public TrackSource {
 
     // "Quenlox.m3u" in the program folder. A file that is there and cannot be read is never overwritten.
     void LoadListFile();
-    bool SaveListFile();                                             // only when ListDirty
+    WriteResult SaveListFile();                                      // only when ListDirty
+    std::string listFile() const;                                    // its path
+    WriteResult writeListFile(const std::string& path);              // the same text to another place
 
     // Sets ListDirty. Whatever changes a list does so, but for a sort by a click on a column.
     void markChanged();
@@ -157,7 +158,6 @@ class Playlists : public TrackSource {
     void removeRows(int list, const Selection& which);
     void readListFile(std::string_view bytes);
     bool joinUnreadListFile(const std::string& path);
-    bool writeListFile(const std::string& path);
 
     GlobalState& state_;
     FileSystem& files_;

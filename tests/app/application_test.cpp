@@ -152,8 +152,34 @@ TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
     EXPECT_TRUE(windows.hasQuit);
 }
 
-// Each option with what it changes in the running program: a text that must be another one behind the change, and the
-// first one again when the option is put back.
+TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutButNotAtTheEndOfTheSession) {
+    for (const bool session : {false, true}) {
+        files.writesFail = true;
+        start();
+        top().move(300, 450);
+        application->list().Form_FilesDropped({"C:\\b.mp3"}, {});
+        state().ListDirty = true;
+        dialogs.questions.clear();
+        // The settings: once more, then on without. The lists: not again, but elsewhere.
+        dialogs.confirms = {true, false, false, true};
+        dialogs.fileAnswers = {"D:\\saved"};
+        if (session) {
+            windows.onSessionEnd();
+            EXPECT_TRUE(dialogs.questions.empty());
+            continue;
+        }
+        top().unload();
+        ASSERT_EQ(dialogs.questions.size(), 5u);
+        EXPECT_EQ(dialogs.questions[0], dialogs.questions[1]);
+        EXPECT_NE(dialogs.questions[0].find("C:\\Quenlox\\Quenlox.ini\rディスクに書き込めません"), std::string::npos);
+        EXPECT_NE(dialogs.questions[2].find("C:\\Quenlox\\Quenlox.m3u"), std::string::npos);
+        EXPECT_EQ(dialogs.questions[4].find("プレイリストは保存されていません"), 0u) << "nor there";
+        EXPECT_TRUE(windows.hasQuit);
+    }
+}
+
+// Each option with what it changes in the running program: a text that must be another one behind the change, and the first
+// one again when the option is put back.
 TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     const std::string song = "C:\\m\\(N) T.mp3";
     files.add("C:\\Quenlox\\skin\\default\\default.tsk",

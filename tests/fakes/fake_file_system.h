@@ -83,11 +83,12 @@ class FakeFileSystem : public FileSystem {
         if (!file || unreadable.contains(path) || file->bytes.size() > limit) return std::nullopt;
         return file->bytes;
     }
-    bool write(const std::string& path, std::string_view bytes) override {
+    WriteResult write(const std::string& path, std::string_view bytes) override {
         ++writes;
-        if (writesFail || isReadOnly(path)) return false;
+        if (writesFail) return WriteError::Disk;
+        if (isReadOnly(path)) return WriteError::InUse;
         add(path, std::string(bytes));
-        return true;
+        return {};
     }
     bool rename(const std::string& from, const std::string& to) override {
         File* file = lookUp(from);

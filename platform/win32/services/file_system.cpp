@@ -89,10 +89,14 @@ class FileSystemWin32 : public FileSystem {
         return bytes;
     }
 
-    bool write(const std::string& path, std::string_view bytes) override {
+    WriteResult write(const std::string& path, std::string_view bytes) override {
+        using Error = vbmp3::FileTransaction::Error;
         const auto file = vbmp3::FileTransaction::begin(path);
+        if (!file) return WriteError::NoFolder;
         const std::span whole(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-        return file && file->write(whole) && file->commit() == vbmp3::FileTransaction::Error::None;
+        if (!file->write(whole)) return WriteError::Disk;
+        const Error error = file->commit();
+        return error == Error::None ? WriteError::None : error == Error::Locked ? WriteError::InUse : WriteError::Disk;
     }
 
     bool rename(const std::string& from, const std::string& to) override {

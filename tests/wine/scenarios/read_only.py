@@ -1,4 +1,4 @@
-"""A program folder that nobody may write to: settings are kept in the user's own folder."""
+"""A program folder that nobody may write to: settings are kept in the user's own folder. Files that are read only."""
 
 from wine_harness.product import Product
 FILE_RIGHTS_COUNT = True
@@ -38,3 +38,26 @@ def test_settings_go_to_the_user_and_begin_with_those_that_were_delivered(s):
         s.equal({p: p.read_bytes() for p in folder.iterdir() if p.is_file()}, before, "files beside the program")
     finally:
         folder.chmod(0o755)
+
+
+def test_what_cannot_be_written_at_the_end_is_said_and_can_be_tried_again(s):
+    player = Product(s, ini="[Main]\nX=750\n", m3u="#ListA\nC:\\gone.mp3\n")
+    window = player.open("プレイリスト(L)", "プレイリスト")
+    window.control("SysListView32").click(20, 30)
+    s.driver.keys("delete")
+    kept = {name: player.folder / f"Quenlox.{name}" for name in ("ini", "m3u")}
+    for file in kept.values():
+        file.chmod(0o444)
+    player.refresh().close()
+    texts = "Quenlox.ini", "読み取り専用", "もう一度保存しますか"
+    s.driver.wait_window(title="Quenlox", class_name="#32770")
+    s.screenshot("not-saved")
+    s.answer(*texts, button=6)
+    kept["ini"].chmod(0o644)
+    s.answer(*texts, button=6)
+    s.answer("Quenlox.m3u", "もう一度保存しますか", button=7)
+    s.answer("プレイリストを別のファイルに保存しますか", button=6)
+    s.file_dialog(s.material / "saved.m3u")
+    s.equal(player.program.wait_exit(), 0, "exit code")
+    assert "[Option]" in player.kept(), "the settings are written"
+    assert "gone" in player.kept("m3u") and (s.material / "saved.m3u").read_bytes() == b""
