@@ -119,7 +119,7 @@ class PluggedOutput final : public Output {
     std::shared_ptr<Plug> plug_;
     std::unique_ptr<Output> inner_ = makeClockOutput();
     std::vector<float> unheard_;
-    static constexpr int64_t kBuffer = 256;  // frames
+    static constexpr int64_t kBuffer = 250;  // frames; no divisor of what is decoded in one go
     int64_t played_ = 0, kept_ = 0;
     bool drained_ = false;
 };
