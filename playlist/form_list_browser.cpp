@@ -111,7 +111,7 @@ void FormList::openFolder(const std::string& folder) {
 std::string FormList::nearestFolder(std::string folder) const {
     folder = WithoutTrailingSlash(folder);
     if (folder.size() < 2 || files_.folderExists(folder)) return folder.size() < 2 ? "" : folder;
-    const std::string root = RootOf(folder);
+    const std::string root = DriveItemOf(folder);
     if (!files_.folderExists(root)) return {};
     do {
         folder = WithoutTrailingSlash(FolderOf(folder.substr(0, folder.find_last_not_of('\\') + 1)));
