@@ -34,8 +34,10 @@ void SettingsFile::LoadSettings() {
     list.showColumns();
     list.showSortItems(windows_.state.ListType != 0);
     list.showCurrentList();
-    const std::string& folder = windows_.state.CurrentFolder;
-    if (!folder.empty()) list.openFolder(folder);
+    const std::string folder = windows_.state.CurrentFolder;
+    if (folder.empty()) return;
+    list.openFolder(folder);
+    windows_.state.CurrentFolder = folder;  // one that has gone for now is remembered until another is chosen
 }
 
 WriteResult SettingsFile::SaveSettings() {

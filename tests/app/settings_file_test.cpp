@@ -314,7 +314,7 @@ TEST(SettingsFile, WidthsAreThoseOfTheCurrentListsViewAndNotOfTheOneWideColumn) 
     EXPECT_EQ(titleWidth(SavedBy("[Option]\r\nColumnTitle=77\r\n", showColumns)), "77");
 }
 
-TEST(SettingsFile, TheBrowserOpensTheFolderOnlyWhenItIsThere) {
+TEST(SettingsFile, TheBrowserOpensTheNearestFolderThatIsThereAndTheOtherIsKept) {
     for (const bool there : {true, false}) {
         FakeFileSystem files;
         files.driveList.push_back({"D:\\", DriveType::Fixed});
@@ -323,7 +323,7 @@ TEST(SettingsFile, TheBrowserOpensTheFolderOnlyWhenItIsThere) {
         Program run(files);
         run.settings.LoadSettings();
         EXPECT_EQ(run.state.CurrentFolder, "D:\\music");
-        EXPECT_EQ(run.list.Dir1.path(), there ? "D:\\music" : "");
+        EXPECT_EQ(run.list.Dir1.path(), there ? "D:\\music" : "D:\\");
     }
 }
 
