@@ -239,10 +239,32 @@ std::string DecodeLegacyField(std::string_view bytes) {
     return LooksLikeShiftJis(bytes) ? ShiftJisToUtf8(bytes) : Latin1ToUtf8(bytes);
 }
 
+namespace {
+
+enum class ByteOrder { None, Little, Big };
+
+// Two bytes a character without a byte-order mark: Western signs and line breaks leave NULs on one side only. Where
+// they are few, no other coding may have an explanation for the bytes.
+ByteOrder GuessUtf16(std::string_view bytes) {
+    constexpr std::size_t kEnough = 4096;
+    if (bytes.size() < 4 || bytes.size() % 2 != 0) return ByteOrder::None;
+    const std::string_view head = bytes.substr(0, kEnough);
+    std::size_t zeros[2] = {};
+    for (std::size_t i = 0; i < head.size(); ++i) zeros[i % 2] += head[i] == '\0';
+    const std::size_t most = std::max(zeros[0], zeros[1]), least = std::min(zeros[0], zeros[1]);
+    if (most * 64 <= head.size() || least * 16 >= most) return ByteOrder::None;
+    if (most * 3 < head.size() && (IsValidUtf8(bytes) || IsValidShiftJis(bytes))) return ByteOrder::None;
+    return zeros[0] > zeros[1] ? ByteOrder::Big : ByteOrder::Little;
+}
+
+}  // namespace
+
 std::string DecodeText(std::string_view bytes) {
     if (bytes.starts_with("\xEF\xBB\xBF")) return Utf16ToUtf8(Utf8ToUtf16(bytes.substr(3)));
     if (bytes.starts_with("\xFF\xFE")) return Utf16BytesToUtf8(bytes.substr(2), false);
     if (bytes.starts_with("\xFE\xFF")) return Utf16BytesToUtf8(bytes.substr(2), true);
+    if (const ByteOrder order = GuessUtf16(bytes); order != ByteOrder::None)
+        return Utf16BytesToUtf8(bytes, order == ByteOrder::Big);
     if (IsValidUtf8(bytes)) return std::string(bytes);
     return ShiftJisToUtf8(bytes);
 }
@@ -263,6 +285,12 @@ std::string_view CutUtf8(std::string_view utf8, std::size_t bytes) {
     if (utf8.size() <= bytes) return utf8;
     while (bytes > 0 && (static_cast<unsigned char>(utf8[bytes]) & 0xC0) == 0x80) --bytes;
     return utf8.substr(0, bytes);
+}
+
+void PutUtf8(char* field, std::size_t size, std::string_view utf8) {
+    if (size == 0) return;
+    const std::string_view part = CutUtf8(utf8.substr(0, utf8.find('\0')), size - 1);
+    std::fill(std::copy(part.begin(), part.end(), field), field + size, '\0');
 }
 
 }  // namespace quenlox

@@ -6,16 +6,6 @@
 namespace vbmp3 {
 namespace {
 
-// Two bytes a character without a byte-order mark: Western signs and line breaks leave NULs on one side only.
-bool looksLikeUtf16(std::string_view bytes, bool* bigEndian) {
-    const size_t length = std::min<size_t>(bytes.size(), 4096) & ~size_t{1};
-    size_t zeros[2] = {};
-    for (size_t i = 0; i < length; ++i) zeros[i % 2] += bytes[i] == '\0';
-    *bigEndian = zeros[0] > zeros[1];
-    const size_t most = std::max(zeros[0], zeros[1]), least = std::min(zeros[0], zeros[1]);
-    return length >= 8 && most * 16 > length && least * 16 < most;
-}
-
 bool isText(std::string_view utf8) {
     size_t strange = 0;
     for (size_t i = 0; i < utf8.size(); ++i) {
@@ -30,14 +20,9 @@ bool isText(std::string_view utf8) {
 }  // namespace
 
 std::optional<std::string> decodeLyrics(std::span<const uint8_t> bytes) {
-    std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    std::string utf8 = quenlox::DecodeText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     // Old editors end a text with Ctrl+Z and fill up with it or with NULs.
-    const bool marked = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
-    bool bigEndian = false;
-    const bool wide = !marked && looksLikeUtf16(text, &bigEndian);
-    if (!marked && !wide)
-        while (!text.empty() && (text.back() == '\x1A' || text.back() == '\0')) text.remove_suffix(1);
-    std::string utf8 = wide ? quenlox::Utf16BytesToUtf8(text, bigEndian) : quenlox::DecodeText(text);
+    while (!utf8.empty() && (utf8.back() == '\x1A' || utf8.back() == '\0')) utf8.pop_back();
     if (!isText(utf8)) return std::nullopt;
     std::erase(utf8, '\0');
     return utf8;

@@ -1,4 +1,5 @@
-// Texts of lyrics in all their dialects (lrc, kra, txt, and what tags carry) read into Lyrics.
+// Texts of lyrics in all their dialects (lrc, kra, txt, and what tags carry) read into Lyrics. Pure:
+// any thread.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +27,8 @@ struct LyricsRules {
 // larger is something else, and reading it would only delay the sound.
 inline constexpr int64_t kMostLyricsBytes = 1 << 20;
 
-// The bytes of a side file as UTF-8, by byte-order mark, else UTF-16 when every other byte is NUL, else UTF-8, else
-// Shift-JIS. Nothing when they are no text at all (control characters, sequences that no encoding has).
+// The bytes of a side file as UTF-8, read as every text is (text/encoding.h). Nothing when they are no text at all
+// (control characters, sequences that no encoding has).
 std::optional<std::string> decodeLyrics(std::span<const uint8_t> bytes);
 
 // The format by the file name's extension.
