@@ -6,9 +6,9 @@
 namespace quenlox {
 namespace {
 
-constexpr double kMargin = 8;        // above +12 dB and below -12 dB
+constexpr double kMargin = 8;  // above +12 dB and below -12 dB
 constexpr double kKnobRadius = 4.5;
-constexpr double kLineHalf = 1.3;    // half the thickness of the curve
+constexpr double kLineHalf = 1.3;  // half the thickness of the curve
 constexpr Color kGroundTop{34, 40, 50};
 constexpr Color kGroundBottom{20, 24, 31};
 constexpr Color kGrid{74, 84, 100};
@@ -60,35 +60,14 @@ void DrawKnob(Surface& picture, double x, double y, double radius, Color ring) {
 
 }  // namespace
 
-EqualizerCurve::EqualizerCurve(const Knobs& knobs) : knobs_(knobs) {
-    std::array<double, kEqualizerBands - 1> secant{};
-    for (std::size_t i = 0; i < secant.size(); ++i) {
-        secant[i] = (knobs.y[i + 1] - knobs.y[i]) / std::max(knobs.x[i + 1] - knobs.x[i], 1e-9);
-    }
-    for (std::size_t i = 1; i < secant.size(); ++i) {
-        const double before = secant[i - 1], after = secant[i];
-        // The harmonic mean keeps to the bound under which the curve stays monotone.
-        tangent_[i] = before * after <= 0 ? 0 : 2 * before * after / (before + after);
-    }
-}
-
-EqualizerCurve::Place EqualizerCurve::place(double x) const {
-    if (x <= knobs_.x.front() || x >= knobs_.x.back()) return {-1, 0};
-    const auto next = std::upper_bound(knobs_.x.begin(), knobs_.x.end(), x);
-    const auto band = static_cast<std::size_t>(next - knobs_.x.begin() - 1);
-    return {static_cast<int>(band), (x - knobs_.x[band]) / (knobs_.x[band + 1] - knobs_.x[band])};
-}
-
 double EqualizerCurve::at(double x) const {
-    const Place p = place(x);
-    if (p.band < 0) return x <= knobs_.x.front() ? knobs_.y.front() : knobs_.y.back();
-    const auto i = static_cast<std::size_t>(p.band);
-    const double t = p.t, width = knobs_.x[i + 1] - knobs_.x[i];
-    return knobs_.y[i] * (1 + 2 * t) * (1 - t) * (1 - t) + knobs_.y[i + 1] * t * t * (3 - 2 * t) +
-           width * (tangent_[i] * t * (1 - t) * (1 - t) + tangent_[i + 1] * t * t * (t - 1));
+    const auto next = std::upper_bound(x_.begin(), x_.end(), x);
+    if (next == x_.begin()) return response_.atLog(0);
+    if (next == x_.end()) return response_.atLog(std::log(kEqualizerHz.back()));
+    const auto i = static_cast<std::size_t>(next - x_.begin());
+    const double from = std::log(kEqualizerHz[i - 1]), to = std::log(kEqualizerHz[i]);
+    return response_.atLog(from + (to - from) * (x - x_[i - 1]) / (x_[i] - x_[i - 1]));
 }
-
-double EqualizerCurve::slope(double x) const { return at(x + 0.5) - at(x - 0.5); }
 
 CurveScale ScaleOfPicture(int height, double unit) {
     const double margin = std::min(kMargin * unit, (height - 1) / 4.0);

@@ -1,37 +1,29 @@
-// The curve of the equalizer: a smooth line through ten knobs, and its picture. Pure functions over pixels.
+// The curve of the equalizer through its ten knobs, and its picture. Pure functions over pixels: any thread.
 #pragma once
 
 #include <array>
 
 #include "forms/surface.h"
+#include "libraries/response/equalizer_response.h"
 
 namespace quenlox {
-
-inline constexpr int kEqualizerBands = 10;
 
 struct Knobs {
     std::array<double, kEqualizerBands> x{};  // pixels, rising
     std::array<double, kEqualizerBands> y{};
 };
 
-// Height of the curve at `x`: it passes every knob, stays level beyond the first and the last, and between two of them
-// never leaves the room that they span, so that it shows no boost that is not set. Monotone cubic interpolation after
-// Fritsch and Carlson, "Monotone Piecewise Cubic Interpolation", SIAM J. Numer. Anal. 17 (1980).
+// Height of the response at the column `x`, as it is heard: between two knobs the columns stand for frequencies between
+// theirs, evenly over the logarithm; beyond the first and the last it is level.
 class EqualizerCurve {
   public:
-    explicit EqualizerCurve(const Knobs& knobs);
+    explicit EqualizerCurve(const Knobs& knobs) : x_(knobs.x), response_(knobs.y) {}
     double at(double x) const;
-    double slope(double x) const;
+    double slope(double x) const { return at(x + 0.5) - at(x - 0.5); }
 
   private:
-    struct Place {
-        int band;   // of the knob to the left, -1 beyond an end
-        double t;   // 0 at that knob, 1 at the next
-    };
-    Place place(double x) const;
-
-    Knobs knobs_;
-    std::array<double, kEqualizerBands> tangent_{};
+    std::array<double, kEqualizerBands> x_;
+    EqualizerResponse response_;
 };
 
 // Where +12, 0 and -12 dB lie in a picture, and how large its marks are.

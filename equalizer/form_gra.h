@@ -20,7 +20,7 @@ struct GlobalState;
 
 class FormGra : public Form {
   public:
-    static constexpr int kBands = kEqualizerBands;
+    static constexpr int kBands = static_cast<int>(kEqualizerBands);
     static constexpr int kPresets = 5;
 
     FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random);

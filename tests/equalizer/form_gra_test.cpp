@@ -3,6 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <random>
+
+#include "libraries/vbmp3/dsp/equalizer_curve.h"
 #include "state/global_state.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_random.h"
@@ -170,25 +176,39 @@ TEST_F(FormGraTest, EverySliderShowsItsValueWhoeverMovesIt) {
     EXPECT_EQ(form.VScroll[1].tooltip(), "170Hz  +5dB");
 }
 
-TEST(EqualizerCurve, BetweenTwoKnobsItStaysBetweenThem) {
-    Knobs knobs;
-    const double heights[] = {0, 0, 100, 100, 3, 90, 91, 20, 20, 60};
-    for (std::size_t i = 0; i < 10; ++i) {
-        knobs.x[i] = 20.0 * static_cast<double>(i);
-        knobs.y[i] = heights[i];
-    }
-    const EqualizerCurve curve(knobs);
-    for (std::size_t i = 0; i + 1 < 10; ++i) {
-        EXPECT_DOUBLE_EQ(curve.at(knobs.x[i]), heights[i]);
-        double last = heights[i];
-        for (double x = knobs.x[i]; x <= knobs.x[i + 1]; x += 0.25) {
-            const double rise = (curve.at(x) - last) * (heights[i + 1] - heights[i]);
-            EXPECT_GE(rise, -1e-9) << x;
-            last = curve.at(x);
+// The gain in decibels that a filter gives a frequency.
+double Heard(const std::vector<float>& filter, double hz, double rate) {
+    std::complex<double> sum = 0;
+    for (std::size_t i = 0; i < filter.size(); ++i)
+        sum += static_cast<double>(filter[i]) * std::polar(1.0, -2 * std::numbers::pi * hz / rate * static_cast<double>(i));
+    return 20 * std::log10(std::abs(sum));
+}
+
+TEST(EqualizerCurve, WhatIsDrawnIsWhatIsHeard) {
+    constexpr double kRate = 44100;
+    std::vector<Gains> patterns{{20, 50, 0, -20, 30, 10, -20, 50, 30, 10},
+                                {-70, -20, -30, 40, -20, 30, -30, 0, -50, -70},
+                                {120, 120, 120, 120, 120, -120, -120, -120, -120, -120},
+                                {120, -120, 120, -120, 120, -120, 120, -120, 120, -120}};
+    std::mt19937 random(42);
+    for (int i = 0; i < 8; ++i)
+        for (std::int32_t& gain : patterns.emplace_back()) gain = static_cast<std::int32_t>(random() % 241) - 120;
+    for (const Gains& gains : patterns) {
+        const std::vector<float> filter = vbmp3::designEqualizer(gains, static_cast<int>(kRate));
+        Knobs knobs;
+        for (std::size_t i = 0; i < kEqualizerBands; ++i) {
+            knobs.x[i] = 30.0 * static_cast<double>(i);
+            knobs.y[i] = gains[i] / 10.0;
         }
+        const EqualizerCurve curve(knobs);
+        for (double x = 0; x < knobs.x.back(); x += 2) {
+            const auto i = static_cast<std::size_t>(x / 30);
+            const double hz = kEqualizerHz[i] * std::pow(kEqualizerHz[i + 1] / kEqualizerHz[i], x / 30 - static_cast<double>(i));
+            EXPECT_NEAR(curve.at(x), Heard(filter, hz, kRate), 0.25) << testing::PrintToString(gains) << ' ' << hz << " Hz";
+        }
+        EXPECT_DOUBLE_EQ(curve.at(-50), knobs.y.front());
+        EXPECT_DOUBLE_EQ(curve.at(500), knobs.y.back());
     }
-    EXPECT_DOUBLE_EQ(curve.at(-50), 0);
-    EXPECT_DOUBLE_EQ(curve.at(500), 60);
 }
 
 }  // namespace

@@ -27,34 +27,11 @@ int equalizerTaps(int sampleRate) {
 }
 
 std::vector<double> equalizerCurve(const BandGains& gains, int bands, const std::vector<double>& hz) {
-    std::array<double, kBands> x{}, y{}, slope{};
-    for (int i = 0; i < bands; ++i) {
-        x[i] = std::log(kBandHz[i]);
-        y[i] = gains[i] / 10.0;
-    }
-    // Slopes at the inner points: the weighted harmonic mean of the two secants, 0 at a peak or dip.
-    for (int i = 1; i + 1 < bands; ++i) {
-        const double left = x[i] - x[i - 1], right = x[i + 1] - x[i];
-        const double before = (y[i] - y[i - 1]) / left, after = (y[i + 1] - y[i]) / right;
-        if (before * after > 0.0) {
-            const double w1 = 2.0 * right + left, w2 = right + 2.0 * left;
-            slope[i] = (w1 + w2) / (w1 / before + w2 / after);
-        }
-    }
+    std::array<double, kBands> decibels{};
+    std::transform(gains.begin(), gains.end(), decibels.begin(), [](int32_t gain) { return gain / 10.0; });
+    const quenlox::EqualizerResponse response(std::span<const double>(decibels).first(static_cast<size_t>(bands)));
     std::vector<double> db(hz.size());
-    for (size_t n = 0; n < hz.size(); ++n) {
-        const double at = std::log(hz[n]);
-        if (at <= x[0]) {
-            db[n] = y[0];
-        } else if (at >= x[bands - 1]) {
-            db[n] = y[bands - 1];
-        } else {
-            const int i = static_cast<int>(std::upper_bound(x.begin(), x.begin() + bands, at) - x.begin()) - 1;
-            const double width = x[i + 1] - x[i], t = (at - x[i]) / width, s = 1.0 - t;
-            db[n] = (1.0 + 2.0 * t) * s * s * y[i] + t * t * (3.0 - 2.0 * t) * y[i + 1] +
-                    width * t * s * (s * slope[i] - t * slope[i + 1]);
-        }
-    }
+    std::transform(hz.begin(), hz.end(), db.begin(), [&](double at) { return response.atLog(std::log(at)); });
     return db;
 }
 

@@ -1,9 +1,7 @@
 // From ten gains to the filter that has them: pure functions.
 //
-// The wanted response is a smooth curve through the ten points, drawn over the logarithm of the frequency: piecewise
-// cubic, monotone between neighbours (F. N. Fritsch and J. Butland, "A method for constructing local monotone piecewise
-// cubic interpolants", 1984), level outside the outermost points. It therefore never exceeds the largest gain, and what
-// is heard is the line that a user sees through the knobs.
+// The wanted response is the curve of libraries/response, which never exceeds the largest gain, and which a user sees
+// through the knobs.
 //
 // The filter is the minimum-phase impulse response of that curve, found through the real cepstrum (A. V. Oppenheim and
 // R. W. Schafer, "Discrete-Time Signal Processing", homomorphic minimum-phase systems). Unlike ten second-order
@@ -13,11 +11,12 @@
 #include <array>
 #include <vector>
 
+#include "libraries/response/equalizer_response.h"
 #include "libraries/vbmp3/dsp/sound_settings.h"
 
 namespace vbmp3 {
 
-inline constexpr std::array<double, kBands> kBandHz = {60, 170, 310, 600, 1000, 3000, 6000, 12000, 14000, 16000};
+inline constexpr const std::array<double, kBands>& kBandHz = quenlox::kEqualizerHz;
 
 // How many bands lie below half the sample rate; the others are left out.
 int usableBands(int sampleRate);
