@@ -1,4 +1,5 @@
-// Files as sources of bytes, and a window for parsers that walk forward through one.
+// Files as sources of bytes, and a window for parsers that walk forward through one. A source may be opened on any
+// thread and is read on one at a time.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// UTF-8 paths as Windows takes them. Windows only.
+// UTF-8 paths as Windows takes them. Windows only. Pure: any thread.
 #pragma once
 
 #include <string>

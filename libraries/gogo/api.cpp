@@ -68,7 +68,7 @@ int32_t set(Settings& settings, int32_t item, int32_t value, const char* text) {
             settings.frequency = value;
             return GOGO_OK;
         case GOGO_ITEM_VBR_QUALITY:
-            if (value < 0 || value > 9) return GOGO_ERROR_ARGUMENT;
+            if (value < -1 || value > 9) return GOGO_ERROR_ARGUMENT;
             settings.vbrQuality = value;
             return GOGO_OK;
         default: return GOGO_ERROR_ARGUMENT;

@@ -2,11 +2,12 @@
 //
 // A run is MPGE_initializeWorkVB, any MPGE_setConfigureVB, MPGE_detectConfigureVB, MPGE_processFrameVB until it gives
 // GOGO_FINISHED, MPGE_closeCoderVB, MPGE_endCoderVB. There is one work area; all calls of a run come from one thread,
-// another run may have another. Texts are UTF-8. Every call returns GOGO_OK or an error, unless it says otherwise; no
-// exception leaves the library.
+// another run may have another. MPGE_getUnitStatesVB and MPGE_getVersionVB may be called on any thread and at any time.
+// Texts are UTF-8. Every call returns GOGO_OK or an error, unless it says otherwise; without a work area that is
+// GOGO_ERROR_STATE. An error of MPGE_setConfigureVB changes nothing. No exception leaves the library.
 //
 // The library encodes on all processor cores, ahead of the frames that are asked for. The destination appears, or is
-// replaced, only with the last frame; a run that is closed before leaves nothing behind.
+// replaced, only with the last frame; a run that is closed before, or that fails, leaves what was there before.
 #pragma once
 
 #include <stdint.h>
@@ -43,35 +44,51 @@ enum {
 // clang-format off
 enum {
     GOGO_ITEM_SOURCE      = 1,   // text: WAVE file; integer PCM of 8 to 32 bits, float, A-law, mu-law, ADPCM; any rate
-                                 // and channels
+                                 // and channels (more than two are mixed down)
     GOGO_ITEM_DESTINATION = 2,   // text: MP3 file
     GOGO_ITEM_CHANNELS    = 3,   // 0 mono, 1 stereo, 2 joint stereo (default); a mono source stays mono
     GOGO_ITEM_BIT_RATE    = 4,   // kbit/s, 8 to 320 (default 128): the nearest that the output frequency allows, 320 at
                                  // most from 32 kHz on, 160 from 16 kHz on, 64 below; with VBR the least. After
                                  // MPGE_detectConfigureVB get gives what is written
-    GOGO_ITEM_FREQUENCY   = 6,   // Hz of the output, one of the nine of MPEG audio (default 44100)
-    GOGO_ITEM_FRAMES      = 15,  // get only, after MPGE_detectConfigureVB: number of frames of the whole run
-    GOGO_ITEM_VBR_QUALITY = 18   // 0 best to 9 smallest; without it the bit rate is constant
+    GOGO_ITEM_FREQUENCY   = 6,   // Hz of the output, one of the nine of MPEG audio: 8000, 11025, 12000, 16000, 22050,
+                                 // 24000, 32000, 44100 (default), 48000
+    GOGO_ITEM_FRAMES      = 15,  // get only, after MPGE_detectConfigureVB: number of MPEG frames of the whole run
+    GOGO_ITEM_VBR_QUALITY = 18   // 0 best to 9 smallest; -1, the default, is a constant bit rate
 };
 // clang-format on
 
-// Number of processor cores that an encode uses.
+// Number of processor cores that an encode uses, at least 1, into `state`.
 GOGO_API int32_t MPGE_getUnitStatesVB(int32_t* state);
+// Makes the work area, with the defaults; GOGO_ERROR_STATE when there is one already.
 GOGO_API int32_t MPGE_initializeWorkVB(void);
-// `text` counts for items 1 and 2, `value` for the others.
+// `text` counts for items 1 and 2, and must not be empty; `value` for the others: one that is out of the item's range
+// is GOGO_ERROR_ARGUMENT. GOGO_ERROR_STATE between MPGE_detectConfigureVB and MPGE_closeCoderVB. Of several settings of
+// one item the last counts.
 GOGO_API int32_t MPGE_setConfigureVB(int32_t item, int32_t value, const char* text);
-// Opens source and destination as configured.
+// Opens source and destination as configured, which is when their errors are told. After an error it may be called
+// again, with another configuration.
 GOGO_API int32_t MPGE_detectConfigureVB(void);
-// Numbers only.
+// The value of an item of numbers; GOGO_ERROR_ARGUMENT for a text, GOGO_ERROR_STATE for the frames when nothing runs.
 GOGO_API int32_t MPGE_getConfigureVB(int32_t item, int32_t* value);
 // One frame further: GOGO_OK there are more, GOGO_FINISHED the file is complete and in its place, else an error, and
-// the run is over.
+// the run is over. Waits no longer than one frame takes to encode.
 GOGO_API int32_t MPGE_processFrameVB(void);
-// Ends the run; an unfinished destination is removed.
+// Ends the run; an unfinished destination is removed. The configuration stays, for another run. Nothing open is no
+// error.
 GOGO_API int32_t MPGE_closeCoderVB(void);
-// Releases the work area, and closes what is open.
+// Releases the work area, and closes what is open. No work area is no error.
 GOGO_API int32_t MPGE_endCoderVB(void);
-GOGO_API int32_t MPGE_getVersionVB(char* text, uint32_t size);  // "1.0.0"
+// "1.1.0" into `text` of `size` bytes, cut to it; GOGO_ERROR_ARGUMENT for a null text or size 0.
+GOGO_API int32_t MPGE_getVersionVB(char* text, uint32_t size);
+
+// Every function by its name, for who loads the library at run time: GOGO_FUNCTIONS(F) is F(MPGE_getUnitStatesVB) and
+// so on.
+// clang-format off
+#define GOGO_FUNCTIONS(F)                                                                   \
+    F(MPGE_getUnitStatesVB) F(MPGE_initializeWorkVB) F(MPGE_setConfigureVB)                 \
+    F(MPGE_detectConfigureVB) F(MPGE_getConfigureVB) F(MPGE_processFrameVB)                 \
+    F(MPGE_closeCoderVB) F(MPGE_endCoderVB) F(MPGE_getVersionVB)
+// clang-format on
 
 #ifdef __cplusplus
 }

@@ -56,12 +56,16 @@ TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors) {
         const char* text;
     } wrong[] = {{1, 0, nullptr},   {2, 0, ""},        {3, 3, nullptr},     {3, -1, nullptr},
                  {4, 7, nullptr},   {4, 321, nullptr}, {6, 44000, nullptr}, {15, 1, nullptr},
-                 {18, 10, nullptr}, {18, -1, nullptr}, {99, 0, nullptr}};
+                 {18, 10, nullptr}, {18, -2, nullptr}, {99, 0, nullptr}};
     for (const auto& w : wrong)
         EXPECT_EQ(MPGE_setConfigureVB(w.item, w.value, w.text), GOGO_ERROR_ARGUMENT) << w.item << " " << w.value;
     EXPECT_EQ(MPGE_getConfigureVB(4, nullptr), GOGO_ERROR_ARGUMENT);
     ASSERT_EQ(MPGE_getConfigureVB(4, &value), GOGO_OK);
     EXPECT_EQ(value, 128);
+    EXPECT_EQ(MPGE_setConfigureVB(18, 5, nullptr), GOGO_OK);
+    EXPECT_EQ(MPGE_setConfigureVB(18, -1, nullptr), GOGO_OK) << "the bit rate is constant again";
+    EXPECT_EQ(MPGE_getConfigureVB(18, &value), GOGO_OK);
+    EXPECT_EQ(value, -1);
     EXPECT_EQ(MPGE_getUnitStatesVB(&value), GOGO_OK);
     EXPECT_GE(value, 1);
     char version[16];

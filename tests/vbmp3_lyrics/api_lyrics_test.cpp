@@ -102,16 +102,30 @@ TEST_F(LyricsApi, ASideFileThatCannotServeLeavesTheLyricsAsTheyWere) {
     EXPECT_STREQ(lines().rows[2], "good");
 }
 
-TEST_F(LyricsApi, ARecordThatIsSmallerIsNotWrittenBeyondItsSize) {
-    ASSERT_EQ(setSideFile("a.lrc", "[00:00]a\n[00:01]b"), 1);
-    vbmp3_LyricsLines record{};
-    record.size = offsetof(vbmp3_LyricsLines, progress);
-    record.progress = 77;
-    EXPECT_EQ(vbmp3_getLyrics2(&record), 1);
-    EXPECT_EQ(record.total, 2);
-    EXPECT_EQ(record.progress, 77);
-    EXPECT_EQ(record.rows[2][0], '\0');
-    EXPECT_EQ(vbmp3_getLyrics2(nullptr), 0);
+TEST_F(LyricsApi, LongRowsAndTextsAreThereWholeForWhoAsks) {
+    std::string line;
+    while (line.size() < 300) line += "長い行";
+    ASSERT_EQ(setSideFile("a.lrc", "[00:00]" + line + "\n[00:01]b"), 1);
+    EXPECT_EQ(lines().rows[2], line.substr(0, 126));
+    const uint32_t needed = vbmp3_getLyricsText(2, nullptr, 0);
+    std::string whole(needed, '#');
+    EXPECT_EQ(vbmp3_getLyricsText(2, whole.data(), needed), needed);
+    EXPECT_EQ(whole.c_str(), line);
+    EXPECT_EQ(vbmp3_getLyricsText(5, whole.data(), 1), 2u) << "the next line, cut to nothing";
+    EXPECT_EQ(whole[0], '\0');
+    EXPECT_EQ(vbmp3_getLyricsText(0, nullptr, 0), 1u);
+    EXPECT_EQ(vbmp3_getLyricsText(6, nullptr, 0), 0u);
+
+    const std::string words(70000, 'x');
+    const std::string bytes = id3v2(3, frame3("USLT", "\3eng\0"s + words)) + sound_;
+    ASSERT_EQ(readInfo(bytes), 1);
+    EXPECT_EQ(info_->textNeeded, words.size() + 1);
+    whole.resize(info_->textNeeded);
+    info_->text = whole.data();
+    info_->textSize = info_->textNeeded;
+    ASSERT_EQ(readInfo(bytes), 1);
+    EXPECT_EQ(whole.c_str(), words);
+    EXPECT_EQ(std::string(info_->lyrics).size(), size_t{VBMP3_LYRICS_TEXT - 1});
 }
 
 }  // namespace

@@ -102,6 +102,54 @@ TEST_F(TagCalls, NothingIsWrittenBeyondTheSizeTheCallerKnows) {
     EXPECT_STREQ(small, "Ro");
 }
 
+TEST_F(TagCalls, TextsOfAnyLengthComeBackWholeAndShortRecordsLeaveThemSo) {
+    const std::string path = folder_.write("a.mp3", mpegFrames(100));
+    std::string comment;
+    while (comment.size() < 5000) comment += "長い注釈";
+    vbmp3_TagTexts texts{};
+    texts.size = sizeof texts;
+    texts.genreNumber = 255;
+    texts.texts[VBMP3_TEXT_TITLE] = "曲";
+    texts.texts[VBMP3_TEXT_COMMENT] = comment.c_str();
+    ASSERT_EQ(vbmp3_writeTagTexts(path.c_str(), VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2, &texts), 1);
+
+    std::string buffer;
+    const auto read = [&](int kind) {
+        texts.buffer = buffer.data();
+        texts.bufferSize = static_cast<uint32_t>(buffer.size());
+        return vbmp3_readTagTexts(path.c_str(), kind, &texts);
+    };
+    EXPECT_EQ(read(VBMP3_TAG_ID3V2), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_SIZE);
+    buffer.resize(texts.needed - 1);
+    EXPECT_EQ(read(VBMP3_TAG_ID3V2), 0);
+    EXPECT_EQ(texts.texts[VBMP3_TEXT_TITLE], nullptr);
+    buffer.resize(texts.needed);
+    for (const int kind : {int{VBMP3_TAG_ID3V2}, 0}) {
+        ASSERT_EQ(read(kind), 1);
+        EXPECT_EQ(texts.texts[VBMP3_TEXT_COMMENT], comment);
+        EXPECT_STREQ(texts.texts[VBMP3_TEXT_TITLE], "曲");
+        EXPECT_STREQ(texts.texts[VBMP3_TEXT_ALBUM], "");
+        EXPECT_EQ(texts.present, VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2);
+    }
+    EXPECT_EQ(read(VBMP3_TAG_SI), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_OK);
+    texts.size = offsetof(vbmp3_TagTexts, texts);
+    EXPECT_EQ(read(VBMP3_TAG_ID3V2), 0);
+    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_ARGUMENT);
+
+    vbmp3_Tag tag{};
+    tag.size = sizeof tag;
+    ASSERT_EQ(vbmp3_readTag(path.c_str(), VBMP3_TAG_ID3V2, &tag), 1);
+    std::strcpy(tag.title, "別の曲");
+    ASSERT_EQ(vbmp3_writeTag(path.c_str(), VBMP3_TAG_ID3V2, &tag), 1);
+    texts.size = sizeof texts;
+    buffer.resize(buffer.size() + 100);
+    ASSERT_EQ(read(VBMP3_TAG_ID3V2), 1);
+    EXPECT_STREQ(texts.texts[VBMP3_TEXT_TITLE], "別の曲");
+    EXPECT_EQ(texts.texts[VBMP3_TEXT_COMMENT], comment);
+}
+
 TEST_F(TagCalls, FailuresHaveTheirNumbers) {
     const std::string text = folder_.write("a.txt", "text"s), mp3 = folder_.write("a.mp3", mpegFrames(10));
     vbmp3_FileInfo info{};

@@ -5,12 +5,11 @@
 #include "libraries/files/file_source.h"
 #include "libraries/files/transaction.h"
 #include "libraries/vbmp3/interface/library.h"
+#include "libraries/vbmp3/interface/records.h"
 #include "libraries/vbmp3/jobs/wave_writer.h"
 
 namespace vbmp3 {
 namespace {
-
-std::string pathOf(const char* path) { return path != nullptr ? path : ""; }
 
 // What can be said before a job begins, so that the caller hears of it at once.
 int check(Library& self, const std::string& source, const std::string& destination) {
@@ -68,7 +67,7 @@ using namespace vbmp3;
 
 int32_t vbmp3_decodeWave(const char* source, const char* destination) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        const std::string from = pathOf(source), to = pathOf(destination);
+        const std::string from = textOf(source), to = textOf(destination);
         if (const int error = check(self, from, to); error != VBMP3_OK) return report(error);
         const int threads = int(std::clamp(std::thread::hardware_concurrency(), 1u, 4u));
         self.jobs.start([=](JobControl& control) { return decodeToWave(from, to, threads, control); });
@@ -78,7 +77,7 @@ int32_t vbmp3_decodeWave(const char* source, const char* destination) {
 
 int32_t vbmp3_playDecodeWave(const char* source, const char* destination) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        const std::string from = pathOf(source), to = pathOf(destination);
+        const std::string from = textOf(source), to = textOf(destination);
         const int error = check(self, from, to);
         return report(error != VBMP3_OK ? error : playAndRecord(self, from, to));
     });
@@ -87,18 +86,18 @@ int32_t vbmp3_playDecodeWave(const char* source, const char* destination) {
 int32_t vbmp3_encodeOpen(const char* source) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         self.encodeSource.clear();
-        const auto file = openFile(pathOf(source));
+        const auto file = openFile(textOf(source));
         if (!file) return report(VBMP3_ERROR_NOT_FOUND);
         const auto info = probe(*file, scanFileLayout(*file));
         if (!info || info->mpeg) return report(VBMP3_ERROR_FORMAT);
-        self.encodeSource = pathOf(source);
+        self.encodeSource = textOf(source);
         return report(VBMP3_OK);
     });
 }
 
 int32_t vbmp3_encodeStart(const char* destination) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        const std::string from = self.encodeSource, to = pathOf(destination);
+        const std::string from = self.encodeSource, to = textOf(destination);
         if (from.empty()) return report(VBMP3_ERROR_NOT_OPEN);
         if (const int error = check(self, from, to); error != VBMP3_OK) return report(error);
         if (!hasSystemCodec()) return report(VBMP3_ERROR_NO_CODEC);

@@ -5,25 +5,19 @@
 
 #include "libraries/files/file_source.h"
 #include "libraries/vbmp3/interface/library.h"
+#include "libraries/vbmp3/interface/records.h"
 #include "libraries/vbmp3/lyrics/embedded_lyrics.h"
 #include "text/encoding.h"
 
 namespace vbmp3 {
 namespace {
 
-template <size_t N>
-void put(char (&field)[N], std::string_view text) {
-    const std::string_view cut = quenlox::CutUtf8(text, N - 1);
-    std::memcpy(field, cut.data(), cut.size());
-    field[cut.size()] = '\0';
-}
+using quenlox::PutUtf8;
 
-// Fills as much of the caller's record as he has.
-template <typename Record>
-void give(Record* to, Record& from) {
-    const uint32_t size = std::min<uint32_t>(to->size, sizeof(Record));
-    from.size = to->size;
-    std::memcpy(to, &from, size);
+// Puts a text of any length where the caller has room for it, and gives the bytes that it needs.
+uint32_t giveText(char* to, uint32_t size, std::string_view text) {
+    if (to != nullptr) PutUtf8(to, size, text);
+    return static_cast<uint32_t>(std::min<size_t>(text.size() + 1, UINT32_MAX));
 }
 
 // Those of the open file have been read with it.
@@ -55,7 +49,7 @@ int32_t vbmp3_readLyrics3Data(char* raw, char* text) {
             std::memcpy(raw, lyrics->raw.data(), length);
             raw[length] = '\0';
         }
-        if (text != nullptr) put(*reinterpret_cast<char(*)[VBMP3_LYRICS_TEXT]>(text), lyrics->text);
+        if (text != nullptr) PutUtf8(text, VBMP3_LYRICS_TEXT, lyrics->text);
         self.lyrics.set(std::move(lyrics->text), LyricsFormat::Text);
         return 1;
     });
@@ -63,21 +57,27 @@ int32_t vbmp3_readLyrics3Data(char* raw, char* text) {
 
 int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (path == nullptr || info == nullptr || info->size < sizeof info->size) return report(VBMP3_ERROR_ARGUMENT);
+        if (!isRecord(info)) return report(VBMP3_ERROR_ARGUMENT);
         const auto record = std::make_unique<vbmp3_Lyrics3Info>();
+        if (info->size >= sizeof *info) {
+            record->text = info->text;
+            record->textSize = info->textSize;
+        }
         int error = VBMP3_OK;
-        const auto found = readEmbedded(self, path, error);
+        const auto found = readEmbedded(self, textOf(path), error);
         report(error);
         if (found) {
             const Lyrics lyrics = parseLyrics(found->text, LyricsFormat::Text, self.lyrics.rules());
             const auto either = [](const std::string& a, const std::string& b) { return a.empty() ? b : a; };
             record->version = found->lyrics3Version;
             record->hasTimeTags = lyrics.timed ? 1 : 0;
-            put(record->title, either(found->title, lyrics.title));
-            put(record->artist, either(found->artist, lyrics.artist));
-            put(record->album, either(found->album, lyrics.album));
-            put(record->author, either(found->author, lyrics.author));
-            put(record->lyrics, plainText(lyrics));
+            PutUtf8(record->title, either(found->title, lyrics.title));
+            PutUtf8(record->artist, either(found->artist, lyrics.artist));
+            PutUtf8(record->album, either(found->album, lyrics.album));
+            PutUtf8(record->author, either(found->author, lyrics.author));
+            const std::string text = plainText(lyrics);
+            PutUtf8(record->lyrics, text);
+            record->textNeeded = giveText(record->text, record->textSize, text);
         }
         give(info, *record);
         return found ? 1 : 0;
@@ -86,15 +86,14 @@ int32_t vbmp3_getFileLyrics3InfoVB(const char* path, vbmp3_Lyrics3Info* info) {
 
 int32_t vbmp3_setLyricsFile(const char* path) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (path == nullptr) return report(VBMP3_ERROR_ARGUMENT);
-        const auto file = openFile(path);
+        const auto file = openFile(textOf(path));
         if (!file) return report(VBMP3_ERROR_NOT_FOUND);
         if (file->size() > kMostLyricsBytes) return report(VBMP3_ERROR_FORMAT);
         std::vector<uint8_t> bytes(static_cast<size_t>(file->size()));
         bytes.resize(file->readAt(0, bytes.data(), bytes.size()));
         auto text = decodeLyrics(bytes);
         if (!text || text->find_first_not_of(" \t\r\n") == std::string::npos) return report(VBMP3_ERROR_FORMAT);
-        self.lyrics.set(std::move(*text), lyricsFormatOf(path));
+        self.lyrics.set(std::move(*text), lyricsFormatOf(textOf(path)));
         return report(VBMP3_OK);
     });
 }
@@ -105,13 +104,22 @@ int32_t vbmp3_checkTimeTag(void) {
 
 int32_t vbmp3_getLyrics2(vbmp3_LyricsLines* lines) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (lines == nullptr || lines->size < sizeof lines->size) return report(VBMP3_ERROR_ARGUMENT);
+        if (!isRecord(lines)) return report(VBMP3_ERROR_ARGUMENT);
         const TrackPtr track = self.player.current();
         const auto position = static_cast<int64_t>(self.player.snapshot().seconds * 1000);
         vbmp3_LyricsLines record{};
         const bool filled = self.lyrics.fill(position, track ? track->info.milliseconds() : 0, record);
         give(lines, record);
         return filled ? 1 : 0;
+    });
+}
+
+uint32_t vbmp3_getLyricsText(int32_t row, char* text, uint32_t size) {
+    return withLibrary<uint32_t>(0, [&](Library& self) -> uint32_t {
+        if (row < 0 || row >= VBMP3_LYRICS_ROWS || (text == nullptr && size != 0))
+            return static_cast<uint32_t>(report(VBMP3_ERROR_ARGUMENT));
+        report(VBMP3_OK);
+        return giveText(text, size, self.lyrics.rowText(row));
     });
 }
 

@@ -1,14 +1,14 @@
 // Life, files, playing and output of the C interface.
 #include <algorithm>
-#include <cstring>
 #include <mutex>
 #include <string>
-#include <string_view>
 
 #include "libraries/files/file_source.h"
 #include "libraries/vbmp3/interface/library.h"
+#include "libraries/vbmp3/interface/records.h"
 #include "libraries/vbmp3/player/track.h"
 #include "libraries/vbmp3/tags/file_record.h"
+#include "text/encoding.h"
 
 namespace vbmp3 {
 namespace {
@@ -43,21 +43,14 @@ int32_t report(int error) {
 
 namespace {
 
-// Gives as much of the record as the caller knows of.
-void giveRecord(vbmp3_FileInfo* to, vbmp3_FileInfo from) {
-    if (to == nullptr || to->size < sizeof to->size) return;
-    const uint32_t size = std::min<uint32_t>(to->size, sizeof from);
-    from.size = to->size;
-    std::memcpy(to, &from, size);
-}
-
 // The library may be taken down while the file is being opened, which may take for ever.
 int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
+    if (info != nullptr && !isRecord(info)) return VBMP3_ERROR_ARGUMENT;
     Ticket ticket;
     OpenFile opener;
     {
         const std::lock_guard lock(lifeMutex());
-        if (!library()) return VBMP3_ERROR_NOT_OPEN;
+        if (!library()) return VBMP3_ERROR_NOT_INITIALISED;
         ticket = library()->player.beginOpen();
         opener = library()->player.fileOpener();
     }
@@ -68,7 +61,7 @@ int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
         const std::lock_guard lock(lifeMutex());
         if (!library() || library()->player.finishOpen(ticket, track) != VBMP3_OK) return VBMP3_ERROR_SUPERSEDED;
     }
-    if (error == VBMP3_OK) giveRecord(info, record);
+    if (error == VBMP3_OK && info != nullptr) give(info, record);
     return error;
 }
 
@@ -95,16 +88,12 @@ void vbmp3_free(void) {
 int32_t vbmp3_getLastErrorNo(void) { return lastError; }
 
 void vbmp3_getVersion(char* text, uint32_t size) {
-    constexpr std::string_view kVersion = QUENLOX_VERSION;
-    if (text == nullptr || size == 0) return;
-    const size_t length = std::min<size_t>(kVersion.size(), size - 1);
-    std::memcpy(text, kVersion.data(), length);
-    text[length] = '\0';
+    if (text != nullptr) quenlox::PutUtf8(text, size, QUENLOX_VERSION);
 }
 
 int32_t vbmp3_getFileType(const char* path) {
     return guarded<int32_t>(-VBMP3_ERROR_FORMAT, [&] {
-        const auto file = openFile(path != nullptr ? path : "");
+        const auto file = openFile(textOf(path));
         if (!file) {
             report(VBMP3_ERROR_NOT_FOUND);
             return -VBMP3_ERROR_NOT_FOUND;
@@ -116,7 +105,7 @@ int32_t vbmp3_getFileType(const char* path) {
 }
 
 int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info) {
-    return guarded<int32_t>(0, [&] { return report(openOnAnyThread(path != nullptr ? path : "", info)); });
+    return guarded<int32_t>(0, [&] { return report(openOnAnyThread(textOf(path), info)); });
 }
 
 void vbmp3_close(void) {
@@ -165,8 +154,7 @@ int64_t vbmp3_getPositionMs(void) {
 }
 
 int32_t vbmp3_setNextFile(const char* path) {
-    return withLibrary<int32_t>(
-        0, [&](Library& self) { return report(self.player.setNext(path != nullptr ? path : "")); });
+    return withLibrary<int32_t>(0, [&](Library& self) { return report(self.player.setNext(textOf(path))); });
 }
 
 void vbmp3_setListener(vbmp3_Listener listener, void* context) {

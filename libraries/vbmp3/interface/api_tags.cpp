@@ -1,39 +1,46 @@
 // Information on files, genres, tags and the change between MP3 and RMP of the C interface.
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <string_view>
 
 #include "libraries/files/file_source.h"
 #include "libraries/formats/stream_info.h"
 #include "libraries/vbmp3/interface/library.h"
+#include "libraries/vbmp3/interface/records.h"
 #include "libraries/vbmp3/tags/file_record.h"
 #include "libraries/vbmp3/tags/genres.h"
 #include "libraries/vbmp3/tags/tag_files.h"
+#include "text/encoding.h"
 
 namespace vbmp3 {
 namespace {
 
-std::string pathOf(const char* path) { return path != nullptr ? path : ""; }
+constexpr std::string TagFields::*kTexts[VBMP3_TEXTS] = {&TagFields::title,   &TagFields::artist, &TagFields::album,
+                                                         &TagFields::comment, &TagFields::year,   &TagFields::genre,
+                                                         &TagFields::track};
 
-// Records begin with the size that the caller knows of.
-template <class Record>
-bool isRecord(const Record* record) {
-    return record != nullptr && record->size >= sizeof record->size;
+// A record that is newer than its first version has no caller with an older one yet.
+bool isWhole(const vbmp3_TagTexts* texts) { return texts != nullptr && texts->size >= sizeof *texts; }
+
+int giveTexts(vbmp3_TagTexts& to, const TagFields& fields) {
+    size_t needed = 0;
+    for (const auto text : kTexts) needed += (fields.*text).size() + 1;
+    to.needed = static_cast<uint32_t>(std::min<size_t>(needed, UINT32_MAX));
+    to.genreNumber = fields.genreNumber;
+    std::fill_n(to.texts, VBMP3_TEXTS, nullptr);
+    if (to.buffer == nullptr || needed > to.bufferSize) return VBMP3_ERROR_SIZE;
+    char* at = to.buffer;
+    for (int i = 0; i < VBMP3_TEXTS; ++i) {
+        const std::string& text = fields.*kTexts[i];
+        to.texts[i] = at;
+        at = std::copy(text.begin(), text.end(), at);
+        *at++ = '\0';
+    }
+    return VBMP3_OK;
 }
 
-template <class Record>
-void give(Record* to, Record from) {
-    from.size = to->size;
-    std::memcpy(to, &from, std::min<size_t>(to->size, sizeof from));
-}
-
-template <class Record>
-Record take(const Record* from) {
-    Record record{};
-    std::memcpy(&record, from, std::min<size_t>(from->size, sizeof record));
-    return record;
-}
+// A tag that is not there is no error, but there is nothing to show either.
+int32_t reportTag(int error, bool there) { return report(error) != 0 && there ? 1 : 0; }
 
 }  // namespace
 }  // namespace vbmp3
@@ -45,7 +52,7 @@ int32_t vbmp3_getFileInfo(const char* path, vbmp3_FileInfo* info) {
         if (!isRecord(info)) return report(VBMP3_ERROR_ARGUMENT);
         vbmp3_FileInfo record{};
         record.genreNumber = 255;
-        const auto file = openFile(pathOf(path));
+        const auto file = openFile(textOf(path));
         if (!file) {
             give(info, record);
             return report(VBMP3_ERROR_NOT_FOUND);
@@ -65,7 +72,7 @@ int32_t vbmp3_getFileInfo(const char* path, vbmp3_FileInfo* info) {
 
 int32_t vbmp3_getGenre(int32_t number, char* text, uint32_t size) {
     const std::string_view name = genreName(number);
-    if (text != nullptr) copyText(text, size, name);
+    if (text != nullptr) quenlox::PutUtf8(text, size, name);
     return name.empty() ? 0 : 1;
 }
 
@@ -73,28 +80,48 @@ int32_t vbmp3_readTag(const char* path, int32_t kind, vbmp3_Tag* tag) {
     return guarded<int32_t>(0, [&] {
         if (!isRecord(tag)) return report(VBMP3_ERROR_ARGUMENT);
         vbmp3_Tag record{};
-        const int error = readTagFile(pathOf(path), kind, record);
+        const int error = readTagFile(textOf(path), kind, record);
         give(tag, record);
-        // A file that lacks the tag is no error, but there is nothing to show either.
-        return report(error) != 0 && (record.present & kind) != 0 ? 1 : 0;
+        return reportTag(error, (record.present & kind) != 0);
+    });
+}
+
+int32_t vbmp3_readTagTexts(const char* path, int32_t kind, vbmp3_TagTexts* texts) {
+    return guarded<int32_t>(0, [&] {
+        if (!isWhole(texts)) return report(VBMP3_ERROR_ARGUMENT);
+        TagFields fields;
+        int error = readTagFields(textOf(path), kind, texts->present, fields);
+        const int given = giveTexts(*texts, fields);
+        if (error == VBMP3_OK) error = given;
+        return reportTag(error, kind == 0 ? fields != TagFields{} : (texts->present & kind) != 0);
     });
 }
 
 int32_t vbmp3_writeTag(const char* path, int32_t kinds, const vbmp3_Tag* tag) {
     return guarded<int32_t>(0, [&] {
         if (!isRecord(tag)) return report(VBMP3_ERROR_ARGUMENT);
-        return report(writeTagFile(pathOf(path), kinds, take(tag)));
+        return report(writeTagFile(textOf(path), kinds, take(tag)));
+    });
+}
+
+int32_t vbmp3_writeTagTexts(const char* path, int32_t kinds, const vbmp3_TagTexts* texts) {
+    return guarded<int32_t>(0, [&] {
+        if (!isWhole(texts)) return report(VBMP3_ERROR_ARGUMENT);
+        TagFields fields;
+        for (int i = 0; i < VBMP3_TEXTS; ++i) fields.*kTexts[i] = textOf(texts->texts[i]);
+        fields.genreNumber = texts->genreNumber;
+        return report(writeTagFields(textOf(path), kinds, fields));
     });
 }
 
 int32_t vbmp3_removeTag(const char* path, int32_t kinds) {
-    return guarded<int32_t>(0, [&] { return report(removeTagFile(pathOf(path), kinds)); });
+    return guarded<int32_t>(0, [&] { return report(removeTagFile(textOf(path), kinds)); });
 }
 
 int32_t vbmp3_convertToRmp(const char* source, const char* destination) {
-    return guarded<int32_t>(0, [&] { return report(convertFile(pathOf(source), pathOf(destination), WrapAs::Rmp)); });
+    return guarded<int32_t>(0, [&] { return report(convertFile(textOf(source), textOf(destination), WrapAs::Rmp)); });
 }
 
 int32_t vbmp3_convertToMp3(const char* source, const char* destination) {
-    return guarded<int32_t>(0, [&] { return report(convertFile(pathOf(source), pathOf(destination), WrapAs::Mp3)); });
+    return guarded<int32_t>(0, [&] { return report(convertFile(textOf(source), textOf(destination), WrapAs::Mp3)); });
 }

@@ -41,7 +41,7 @@ template <typename Result, typename Body>
 Result withLibrary(Result otherwise, Body body) noexcept {
     try {
         if (Library* self = library()) return body(*self);
-        report(VBMP3_ERROR_NOT_OPEN);
+        report(VBMP3_ERROR_NOT_INITIALISED);
     } catch (const std::bad_alloc&) {
         report(VBMP3_ERROR_MEMORY);
     } catch (...) {

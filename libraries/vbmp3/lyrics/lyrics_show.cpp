@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 
 #include "text/encoding.h"
 
@@ -11,12 +10,8 @@ namespace {
 
 // How long the last word of the last line is taken to last.
 constexpr int64_t kLastWordMs = 2000;
-
-void putRow(char (&row)[VBMP3_LYRICS_ROW], std::string_view text) {
-    const std::string_view cut = quenlox::CutUtf8(text, VBMP3_LYRICS_ROW - 1);
-    std::memcpy(row, cut.data(), cut.size());
-    std::memset(row + cut.size(), 0, VBMP3_LYRICS_ROW - cut.size());
-}
+// Of the record: the lines around the position, and the one beside them.
+constexpr int kCurrentRow = 2, kExtraRow = 5;
 
 int32_t asStamp(int64_t ms) { return static_cast<int32_t>(std::clamp<int64_t>(ms, 0, INT32_MAX)); }
 
@@ -68,9 +63,8 @@ bool LyricsShow::fill(int64_t positionMs, int64_t lengthMs, vbmp3_LyricsLines& r
     record.current = -1;
     record.progressBytes = -1;
     std::fill(std::begin(record.stampMs), std::end(record.stampMs), -1);
-    const auto count = static_cast<int>(lyrics_.lines.size());
-    record.total = count;
-    if (count == 0 || (!lyrics_.timed && untimedStep_ == 0)) return false;
+    record.total = static_cast<int>(lyrics_.lines.size());
+    if (!runs()) return false;
 
     const int due = lineAt(positionMs, lengthMs);
     if (sought_ && !seekFollow_ && due != shown_) heldAt_ = due;
@@ -79,19 +73,21 @@ bool LyricsShow::fill(int64_t positionMs, int64_t lengthMs, vbmp3_LyricsLines& r
     if (!heldAt_) shown_ = due;
 
     record.current = shown_;
-    for (int row = 0; row < 5; ++row) {
-        const int line = shown_ - 2 + row;
-        if (line < 0 || line >= count) continue;
-        putRow(record.rows[row], lyrics_.lines[line].text);
-        record.stampMs[row] = asStamp(startOf(line, lengthMs));
-    }
-    if (translated_) {
-        if (shown_ >= 0) putRow(record.rows[5], lyrics_.lines[shown_].translation);
-    } else if (shown_ + 1 < count) {
-        putRow(record.rows[5], lyrics_.lines[shown_ + 1].text);
+    for (int row = 0; row < VBMP3_LYRICS_ROWS; ++row) quenlox::PutUtf8(record.rows[row], rowText(row));
+    for (int row = 0; row < kExtraRow; ++row) {
+        if (const int line = shown_ - kCurrentRow + row; line >= 0 && line < record.total)
+            record.stampMs[row] = asStamp(startOf(line, lengthMs));
     }
     if (karaoke_ && shown_ >= 0) fillProgress(shown_, positionMs - shift_, record);
     return true;
+}
+
+std::string_view LyricsShow::rowText(int row) const {
+    if (!runs() || row < 0 || row >= VBMP3_LYRICS_ROWS) return {};
+    const bool translation = row == kExtraRow && translated_;
+    const int line = translation ? shown_ : row == kExtraRow ? shown_ + 1 : shown_ - kCurrentRow + row;
+    if (line < 0 || line >= static_cast<int>(lyrics_.lines.size())) return {};
+    return translation ? lyrics_.lines[line].translation : lyrics_.lines[line].text;
 }
 
 void LyricsShow::fillProgress(int index, int64_t ms, vbmp3_LyricsLines& record) const {

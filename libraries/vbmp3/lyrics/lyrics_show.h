@@ -32,8 +32,11 @@ class LyricsShow {
     // The rows at `positionMs` of a track of `lengthMs` (0 when not known). False, and no rows, when there is nothing
     // to show. `record.size` stays.
     bool fill(int64_t positionMs, int64_t lengthMs, vbmp3_LyricsLines& record);
+    // A row of that record at any length, as fill() gave it last; empty when there is none.
+    std::string_view rowText(int row) const;
 
   private:
+    bool runs() const { return !lyrics_.lines.empty() && (lyrics_.timed || untimedStep_ > 0); }
     // Number of the line that is sung, -1 before the first.
     int lineAt(int64_t ms, int64_t lengthMs) const;
     int64_t startOf(int line, int64_t lengthMs) const;

@@ -1,5 +1,5 @@
 // Time stamps as they stand in lyrics: mm:ss, mm:ss.x, mm:ss.xx, mm:ss.xxx, mm:ss:xx and hh:mm:ss.xx between a pair of
-// brackets.
+// brackets. Pure: any thread.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,8 @@
 #include "libraries/vbmp3/tags/file_record.h"
 
 #include <algorithm>
-#include <cstring>
+
+#include "text/encoding.h"
 
 namespace vbmp3 {
 
@@ -29,9 +30,7 @@ void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record) {
     record.variableBitRate = info.mpeg && info.mpeg->variableBitRate ? 1 : 0;
     record.mpegVersion = info.mpeg ? info.mpeg->first.version : 0;
     record.layer = info.mpeg ? info.mpeg->first.layer : 0;
-    const size_t length = std::min(info.format.size(), sizeof record.format - 1);
-    std::memcpy(record.format, info.format.data(), length);
-    record.format[length] = '\0';
+    quenlox::PutUtf8(record.format, info.format);
 }
 
 }  // namespace vbmp3

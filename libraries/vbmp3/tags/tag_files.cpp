@@ -29,8 +29,7 @@ TagFields asShown(const TagFields& fields) {
 
 template <size_t size>
 std::string given(const char (&text)[size]) {
-    const std::string_view all(text, strnlen(text, size));
-    return quenlox::IsValidUtf8(all) ? std::string(all) : quenlox::Utf16ToUtf8(quenlox::Utf8ToUtf16(all));
+    return {text, strnlen(text, size)};
 }
 
 TagFields fieldsOf(const vbmp3_Tag& tag) {
@@ -38,15 +37,23 @@ TagFields fieldsOf(const vbmp3_Tag& tag) {
             given(tag.year),  given(tag.genre),  given(tag.track), tag.genreNumber};
 }
 
+// What a caller gives need not be whole characters.
+TagFields wellFormed(TagFields fields) {
+    for (const auto field : kTextFields)
+        if (!quenlox::IsValidUtf8(fields.*field))
+            fields.*field = quenlox::Utf16ToUtf8(quenlox::Utf8ToUtf16(fields.*field));
+    return fields;
+}
+
 template <class Record>
 void fillTexts(Record& record, const TagFields& fields) {
-    copyText(record.title, sizeof record.title, fields.title);
-    copyText(record.artist, sizeof record.artist, fields.artist);
-    copyText(record.album, sizeof record.album, fields.album);
-    copyText(record.comment, sizeof record.comment, fields.comment);
-    copyText(record.year, sizeof record.year, fields.year);
-    copyText(record.genre, sizeof record.genre, fields.genre);
-    copyText(record.track, sizeof record.track, fields.track);
+    quenlox::PutUtf8(record.title, fields.title);
+    quenlox::PutUtf8(record.artist, fields.artist);
+    quenlox::PutUtf8(record.album, fields.album);
+    quenlox::PutUtf8(record.comment, fields.comment);
+    quenlox::PutUtf8(record.year, fields.year);
+    quenlox::PutUtf8(record.genre, fields.genre);
+    quenlox::PutUtf8(record.track, fields.track);
     record.genreNumber = fields.genreNumber;
 }
 
@@ -107,13 +114,6 @@ int rewrite(const std::string& path, const std::string& target, const Plan& plan
 
 }  // namespace
 
-void copyText(char* to, size_t size, std::string_view text) {
-    if (size == 0) return;
-    const std::string_view part = quenlox::CutUtf8(text.substr(0, text.find('\0')), size - 1);
-    std::memset(to, 0, size);
-    std::copy(part.begin(), part.end(), to);
-}
-
 void fillTags(HeadTailReader& reader, const FileLayout& layout, vbmp3_FileInfo& record) {
     fillTexts(record, readTags(reader, layout));
 }
@@ -123,28 +123,40 @@ void fillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& 
     fillTags(reader, layout, record);
 }
 
-int readTagFile(const std::string& path, int kind, vbmp3_Tag& tag) {
-    fillTexts(tag, {});
-    tag.present = 0;
-    if (kind != kTagId3v1 && kind != kTagId3v2 && kind != kTagSi) return VBMP3_ERROR_ARGUMENT;
+int readTagFields(const std::string& path, int kind, int& present, TagFields& fields) {
+    present = 0;
+    fields = {};
+    if (kind != 0 && kind != kTagId3v1 && kind != kTagId3v2 && kind != kTagSi) return VBMP3_ERROR_ARGUMENT;
     const auto file = openFile(path);
     if (!file) return errorOfMissing(path);
     HeadTailReader reader(*file);
     const FileLayout layout = scanFileLayout(reader);
-    tag.present = presentTags(layout);
-    fillTexts(tag, readTagKind(reader, layout, kind));
+    present = presentTags(layout);
+    fields = kind != 0 ? readTagKind(reader, layout, kind) : readTags(reader, layout);
     return VBMP3_OK;
 }
 
-int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before) {
+int readTagFile(const std::string& path, int kind, vbmp3_Tag& tag) {
+    TagFields fields;
+    const int error = kind != 0 ? readTagFields(path, kind, tag.present, fields) : int{VBMP3_ERROR_ARGUMENT};
+    fillTexts(tag, fields);
+    return error;
+}
+
+int writeTagFields(const std::string& path, int kinds, const TagFields& given, AsShown shown,
+                   const BeforeStep& before) {
     if (kinds == 0 || (kinds & ~kTagAll) != 0) return VBMP3_ERROR_ARGUMENT;
-    const TagFields fields = fieldsOf(tag);
+    const TagFields fields = wellFormed(given);
     return rewrite(
         path, path,
         [&](HeadTailReader& reader, const FileLayout& layout) {
-            return planWrite(reader, layout, kinds, fields, asShown);
+            return planWrite(reader, layout, kinds, fields, shown);
         },
         before);
+}
+
+int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before) {
+    return writeTagFields(path, kinds, fieldsOf(tag), asShown, before);
 }
 
 int removeTagFile(const std::string& path, int kinds, const BeforeStep& before) {

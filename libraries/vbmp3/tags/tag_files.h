@@ -1,11 +1,12 @@
 // The tag operations of the C interface on files: reads the record, plans the new file, and writes it as a transaction.
-// Results are numbers as of vbmp3_getLastErrorNo. Called from one thread; holds no state.
+// Results are numbers as of vbmp3_getLastErrorNo. Any thread; holds no state.
 #pragma once
 
 #include <functional>
 #include <string>
 
 #include "libraries/formats/file_layout.h"
+#include "libraries/vbmp3/tags/tag_edit.h"
 #include "libraries/vbmp3/vbmp3.h"
 
 namespace vbmp3 {
@@ -18,13 +19,16 @@ void fillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& 
 enum class SaveStep { Begin, Write, Commit };
 using BeforeStep = std::function<bool(SaveStep)>;
 
+// The fields at any length. `kind` is one kTag* bit, or 0 for what is shown of the file.
+int readTagFields(const std::string& path, int kind, int& present, TagFields& fields);
+// `asShown` is what the caller saw of them; null: everything.
+int writeTagFields(const std::string& path, int kinds, const TagFields& fields, AsShown asShown = nullptr,
+                   const BeforeStep& before = {});
+// The same with the record of fixed lengths.
 int readTagFile(const std::string& path, int kind, vbmp3_Tag& tag);
 int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before = {});
 int removeTagFile(const std::string& path, int kinds, const BeforeStep& before = {});
 enum class WrapAs { Rmp, Mp3 };
 int convertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before = {});
-
-// Copies as much of `text` as fits with its NUL, cut at a character border.
-void copyText(char* to, size_t size, std::string_view text);
 
 }  // namespace vbmp3
