@@ -209,10 +209,8 @@ void Application::loadLibrary() {
     library.vbmp3_setNotTagLyricsLine(kNotTagLyricsLine);
     library.vbmp3_useAtMarkTag(kAtMarkTag);
     library.vbmp3_setSeekPlay(kSeekPlay);
-    std::int32_t encoderState = 0;
-    const bool encoderThere = services_.gogo->available() && services_.gogo->MPGE_getUnitStatesVB(encoderState) == 0;
     tag_.fillGenres();
-    about_.setVersions({kVersion, library.vbmp3_getVersion(), encoderThere ? services_.gogo->version() : ""});
+    about_.setVersions({kVersion, library.vbmp3_getVersion(), services_.gogo->version()});
 }
 
 void Application::openFirstFile() {

@@ -24,13 +24,14 @@ std::string PathOf(int i) {
 
 class Library : public FakeVbmp3 {
   public:
-    bool vbmp3_getFileInfo(const std::string& path, vbmp3_FileInfo& info) override {
+    LibraryResult<TrackInfo> vbmp3_getFileInfo(const std::string& path) override {
         const auto number = std::to_string(std::hash<std::string>{}(path) % kRows);
-        set(info.title, "曲の名前 " + number);
-        set(info.artist, "アーティスト " + number.substr(0, 2));
-        set(info.album, "アルバム " + number.substr(0, 3));
+        TrackInfo info;
+        info.texts.title = "曲の名前 " + number;
+        info.texts.artist = "アーティスト " + number.substr(0, 2);
+        info.texts.album = "アルバム " + number.substr(0, 3);
         info.seconds = 215;
-        return true;
+        return info;
     }
 };
 

@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <iterator>
 
-#include "platform/gogo.h"
-#include "platform/vbmp3.h"
+#include "platform/library_error.h"
 #include "state/media_formats.h"
 #include "text/numbers.h"
 #include "text/paths.h"
@@ -15,44 +13,14 @@
 namespace quenlox {
 namespace {
 
-struct Text {
-    int number;
-    const char* text;
-};
-
-template <std::size_t N>
-std::string Find(const std::array<Text, N>& table, int number, const char* otherwise) {
-    const auto found = std::ranges::find(table, number, &Text::number);
-    return found == table.end() ? otherwise : found->text;
-}
-
-constexpr std::array<Text, 6> kMessages{{{1, "デコードファイルが不正です"},
-                                         {2, "エンコードファイルが不正です"},
-                                         {3, "コーデックがありません"},
-                                         {4, "gogo.dll初期化エラー"},
-                                         {5, "gogo.dllエンコードエラー"},
-                                         {6, "gogo.dllファイルエラー"}}};
-
-constexpr const char* kUnreadable = "変換元を読めません";
-constexpr const char* kUnwritable = "保存先に書き込めません";
-constexpr const char* kSameFile = "変換元と保存先が同じファイルです";
-constexpr const char* kNoMemory = "メモリが足りません";
-
-constexpr std::array<Text, 8> kJobReasons{{{VBMP3_ERROR_NOT_FOUND, kUnreadable},
-                                           {VBMP3_ERROR_FORMAT, "変換できない形式です"},
-                                           {VBMP3_ERROR_MEMORY, kNoMemory},
-                                           {VBMP3_ERROR_WRITE, kUnwritable},
-                                           {VBMP3_ERROR_SAME_FILE, kSameFile},
-                                           {VBMP3_ERROR_BUSY, "ほかの変換が終わっていません"},
-                                           {VBMP3_ERROR_LOCKED, "保存先がほかで使われているか、読み取り専用です"},
-                                           {VBMP3_ERROR_DEVICE_BUSY, "サウンドデバイスが使われています"}}};
-
-constexpr std::array<Text, 6> kGogoReasons{{{GOGO_ERROR_SOURCE, kUnreadable},
-                                            {GOGO_ERROR_FORMAT, "変換元が音の入ったWAVEファイルではありません"},
-                                            {GOGO_ERROR_DESTINATION, kUnwritable},
-                                            {GOGO_ERROR_SAME_FILE, kSameFile},
-                                            {GOGO_ERROR_MEMORY, kNoMemory},
-                                            {GOGO_ERROR_ENCODER, "この設定ではエンコードできません"}}};
+// By the number of the error.
+constexpr std::array<const char*, 7> kMessages{"変換エラー",
+                                               "デコードファイルが不正です",
+                                               "エンコードファイルが不正です",
+                                               "コーデックがありません",
+                                               "gogo.dll初期化エラー",
+                                               "gogo.dllエンコードエラー",
+                                               "gogo.dllファイルエラー"};
 
 constexpr std::array kFrequencies{48000, 44100, 32000, 24000, 22050, 16000, 12000, 11025, 8000};
 constexpr std::array kBitRates{320, 256, 224, 192, 160, 128, 112, 96, 80, 64, 48, 40, 32};
@@ -101,20 +69,17 @@ std::vector<ComboBox::Item> VbrQualityItems() {
     return items;
 }
 
-std::string MessageOf(ConversionError error) { return Find(kMessages, static_cast<int>(error), "変換エラー"); }
+std::string MessageOf(ConversionError error) { return kMessages[static_cast<std::size_t>(error)]; }
 
-ConversionError ErrorOfJob(Operation operation, int number) {
-    switch (number) {
-        case VBMP3_ERROR_NOT_FOUND:
-        case VBMP3_ERROR_FORMAT:
+ConversionError ErrorOfJob(Operation operation, LibraryError error) {
+    switch (error) {
+        case LibraryError::NotFound:
+        case LibraryError::Format:
             return Encodes(operation) ? ConversionError::EncodeSource : ConversionError::DecodeSource;
-        case VBMP3_ERROR_NO_CODEC: return ConversionError::NoCodec;
+        case LibraryError::NoCodec: return ConversionError::NoCodec;
         default: return ConversionError::Other;
     }
 }
-
-std::string ReasonOfJob(int number) { return Find(kJobReasons, number, ""); }
-std::string ReasonOfGogo(int result) { return Find(kGogoReasons, result, ""); }
 
 FileDialog SourceDialog(Operation operation) {
     FileDialog dialog;
@@ -167,27 +132,6 @@ std::string TimeLeft(double secondsPassed, double done) {
     constexpr double kLeastSeconds = 1, kLeastDone = 0.005;
     if (secondsPassed < kLeastSeconds || done < kLeastDone || done >= 1) return {};
     return "残り " + MinutesAndSeconds(static_cast<std::int64_t>(secondsPassed * (1 - done) / done + 0.5));
-}
-
-std::optional<vbmp3_Tag> TagOf(const vbmp3_FileInfo& info) {
-    vbmp3_Tag tag{};
-    tag.size = sizeof tag;
-    tag.genreNumber = info.genreNumber;
-    const auto copy = [](char* to, const char* from, std::size_t size) {
-        std::memcpy(to, from, size);
-        to[size - 1] = '\0';
-        return *to != '\0';
-    };
-    static_assert(sizeof tag.title == sizeof info.title && sizeof tag.comment == sizeof info.comment);
-    bool any = copy(tag.title, info.title, sizeof tag.title);
-    any |= copy(tag.artist, info.artist, sizeof tag.artist);
-    any |= copy(tag.album, info.album, sizeof tag.album);
-    any |= copy(tag.comment, info.comment, sizeof tag.comment);
-    any |= copy(tag.year, info.year, sizeof tag.year);
-    any |= copy(tag.genre, info.genre, sizeof tag.genre);
-    any |= copy(tag.track, info.track, sizeof tag.track);
-    if (!any) return std::nullopt;
-    return tag;
 }
 
 }  // namespace quenlox

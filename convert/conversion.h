@@ -12,28 +12,14 @@
 #include "forms/control.h"
 #include "platform/dialogs.h"
 
-struct vbmp3_FileInfo;
-struct vbmp3_Tag;
-
 namespace quenlox {
 
 class FileSystem;
+enum class LibraryError;
 
 enum class Operation { Decode = 0, PlayDecode = 1, Encode = 2 };
 
 inline bool Encodes(Operation operation) { return operation == Operation::Encode; }
-
-// Items of the encoder's configuration.
-enum GogoItem : std::int32_t {
-    kGogoSource = 1,
-    kGogoDestination = 2,
-    kGogoMode = 3,
-    kGogoBitRate = 4,
-    kGogoFrequency = 6,
-    kGogoFrames = 15,
-    kGogoVbrQuality = 18
-};
-inline constexpr std::int32_t kGogoModeValue = 2;  // joint stereo
 
 inline constexpr int kNoVbr = -1;  // item data of "(使用しない)"
 struct EncoderSettings {
@@ -56,11 +42,8 @@ enum class ConversionError : int {
     GogoFile = 6
 };
 std::string MessageOf(ConversionError error);
-// The error for a number of vbmp3_getLastErrorNo, when a job of this operation failed.
-ConversionError ErrorOfJob(Operation operation, int number);
-// More about it than the message says, for the line under the progress bar; empty when nothing more is known.
-std::string ReasonOfJob(int number);   // of the decoding library
-std::string ReasonOfGogo(int result);  // of the encoder library
+// The error for what a job of the decoding library has failed of.
+ConversionError ErrorOfJob(Operation operation, LibraryError error);
 
 FileDialog SourceDialog(Operation operation);
 FileDialog DestinationDialog(Operation operation, const std::string& proposed);
@@ -80,8 +63,5 @@ std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Oper
 
 // "残り 01:23" from what has passed and the done part (0 to 1); empty as long as it would be guessing.
 std::string TimeLeft(double secondsPassed, double done);
-
-// The texts of a file as a tag to be written; nothing when there are none.
-std::optional<vbmp3_Tag> TagOf(const vbmp3_FileInfo& info);
 
 }  // namespace quenlox

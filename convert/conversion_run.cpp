@@ -14,9 +14,6 @@
 namespace quenlox {
 namespace {
 
-enum JobState : int { kNoJob = 0, kJobRuns = 1, kJobDone = 2, kJobFailed = 3 };  // of the library
-
-bool IsMpeg(int fileType) { return fileType >= 0 && (fileType & (VBMP3_TYPE_MPEG | VBMP3_TYPE_RMP)) != 0; }
 bool IsRmp(const std::string& path) { return FamilyOf(LastFour(path)) == MediaFamily::Rmp; }
 
 }  // namespace
@@ -176,23 +173,21 @@ void ConversionRun::startJob() {
             return;
         }
     }
-    const bool sound = Encodes(operation_) || IsMpeg(vbmp3_.vbmp3_getFileType(job.source));
-    bool started = false;
-    if (sound) {
-        switch (operation_) {
-            case Operation::Decode: started = vbmp3_.vbmp3_decodeWave(job.source, job.destination); break;
-            case Operation::PlayDecode: started = vbmp3_.vbmp3_playDecodeWave(job.source, job.destination); break;
-            case Operation::Encode:
-                started = vbmp3_.vbmp3_encodeOpen(job.source) && vbmp3_.vbmp3_encodeStart(job.destination);
-                break;
-        }
-    }
-    if (!started) {
-        failWithLibrary(sound ? vbmp3_.vbmp3_getLastErrorNo() : int{VBMP3_ERROR_FORMAT});
-        return;
-    }
+    if (const LibraryError error = startLibraryJob(job); error != LibraryError::None) return failWithLibrary(error);
     hooks_.showStatus(expectedStatus());
     hooks_.setPolling(true);
+}
+
+LibraryError ConversionRun::startLibraryJob(const ConversionJob& job) {
+    if (Encodes(operation_)) {
+        const LibraryError error = vbmp3_.vbmp3_encodeOpen(job.source);
+        return error == LibraryError::None ? vbmp3_.vbmp3_encodeStart(job.destination) : error;
+    }
+    const auto type = vbmp3_.vbmp3_getFileType(job.source);
+    if (!type) return type.error();
+    if (!type->mpeg && !type->rmp) return LibraryError::Format;
+    return operation_ == Operation::Decode ? vbmp3_.vbmp3_decodeWave(job.source, job.destination)
+                                           : vbmp3_.vbmp3_playDecodeWave(job.source, job.destination);
 }
 
 void ConversionRun::decodeEnded() {
@@ -203,13 +198,13 @@ void ConversionRun::decodeEnded() {
 
 // `heard`: nothing of a job that is done is still to be heard.
 void ConversionRun::followJob(bool heard) {
-    std::int32_t permille = 0;
-    switch (vbmp3_.vbmp3_getEncodeState(permille)) {
-        case kJobRuns: showProgress(permille / 1000.0); break;
-        case kJobDone:
+    const JobReport report = vbmp3_.vbmp3_getEncodeState();
+    switch (report.state) {
+        case JobReport::State::Running: showProgress(report.permille / 1000.0); break;
+        case JobReport::State::Done:
             if (heard) fileMade();
             break;
-        default: failWithLibrary(vbmp3_.vbmp3_getLastErrorNo());
+        default: failWithLibrary(report.error);
     }
 }
 
@@ -252,19 +247,15 @@ void ConversionRun::followEncoder() {
     } else if (report.finished) {
         encoderFinished();
     } else {
-        fail(report.error, ReasonOfGogo(report.result));
+        fail(report.error, report.reason);
     }
 }
 
 void ConversionRun::encoderFinished() {
     if (!toWrap_.empty()) {
-        const bool wrapped = vbmp3_.vbmp3_convertToRmp(toWrap_, jobs_.front().destination);
-        const int number = vbmp3_.vbmp3_getLastErrorNo();
+        const LibraryError error = vbmp3_.vbmp3_convertToRmp(toWrap_, jobs_.front().destination);
         files_.remove(toWrap_);
-        if (!wrapped) {
-            fail(ConversionError::Other, ReasonOfJob(number));
-            return;
-        }
+        if (error != LibraryError::None) return fail(ConversionError::Other, error);
     }
     fileMade();
 }
@@ -287,18 +278,16 @@ void ConversionRun::fileMade() {
 }
 
 void ConversionRun::carryTags(const ConversionJob& job) {
-    vbmp3_FileInfo info{};
-    info.size = sizeof info;
-    if (!vbmp3_.vbmp3_getFileInfo(job.source, info)) return;
-    if (const auto tag = TagOf(info)) {
-        const int kinds = IsRmp(job.destination) ? VBMP3_TAG_SI : VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2;
-        vbmp3_.vbmp3_writeTag(job.destination, kinds, *tag);
-    }
+    const auto info = vbmp3_.vbmp3_getFileInfo(job.source);
+    if (!info || std::ranges::all_of(kTrackTexts, [&](auto text) { return (info->texts.*text).empty(); })) return;
+    const int kinds = IsRmp(job.destination) ? int{kTagSi} : kTagId3v1 | kTagId3v2;
+    vbmp3_.vbmp3_writeTag(job.destination, kinds, info->texts);
 }
 
-void ConversionRun::failWithLibrary(int number) { fail(ErrorOfJob(operation_, number), ReasonOfJob(number)); }
+void ConversionRun::failWithLibrary(LibraryError error) { fail(ErrorOfJob(operation_, error), error); }
 
-void ConversionRun::fail(ConversionError error, const std::string& reason) {
+void ConversionRun::fail(ConversionError error, LibraryError why) {
+    const std::string reason(TextOf(why));
     error_ = error;
     reason_ = FileNameOf(jobs_.front().source) + (reason.empty() ? "" : ": ") + reason;
     leave(Outcome::Failed);

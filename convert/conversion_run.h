@@ -86,6 +86,7 @@ class ConversionRun {
     void startFile();
     void startEncoder();
     void startJob();
+    LibraryError startLibraryJob(const ConversionJob& job);
     PlayStatus expectedStatus() const;
     bool playedOver() const;
     void followEncoder();
@@ -94,8 +95,8 @@ class ConversionRun {
     void fileMade();
     void carryTags(const ConversionJob& job);
     void finish(const std::string& lastDestination);
-    void failWithLibrary(int number);
-    void fail(ConversionError error, const std::string& reason);
+    void failWithLibrary(LibraryError error);
+    void fail(ConversionError error, LibraryError why);
     void stopWork();
     void leave(Outcome outcome);
     void showProgress(double doneOfFile);

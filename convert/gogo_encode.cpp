@@ -15,6 +15,7 @@ namespace {
 
 // Often enough for a bar that moves evenly, seldom enough not to keep the window busy.
 constexpr std::chrono::milliseconds kReportEvery{50};
+constexpr std::int32_t kJointStereo = 2;
 
 }  // namespace
 
@@ -87,30 +88,32 @@ void GogoEncode::encode(const std::shared_ptr<Shared>& self, Report& report) {
     Gogo& gogo = *self->gogo;
     const EncoderSettings& settings = self->settings;
     report.error = ConversionError::GogoStart;
-    report.result = gogo.MPGE_initializeWorkVB();
-    if (report.result != 0) return;
+    report.reason = gogo.MPGE_initializeWorkVB();
+    if (report.reason != LibraryError::None) return;
     report.begun = true;
     publish(self, report);
-    gogo.MPGE_setConfigureVB(kGogoSource, 0, self->job.source);
-    gogo.MPGE_setConfigureVB(kGogoDestination, 0, self->job.destination);
-    gogo.MPGE_setConfigureVB(kGogoFrequency, settings.frequency, {});
-    gogo.MPGE_setConfigureVB(kGogoMode, kGogoModeValue, {});
-    if (settings.vbrQuality != kNoVbr) gogo.MPGE_setConfigureVB(kGogoVbrQuality, settings.vbrQuality, {});
-    gogo.MPGE_setConfigureVB(kGogoBitRate, BitRateAt(settings.frequency, settings.bitRate), {});
+    gogo.MPGE_setConfigureVB(GogoItem::Source, self->job.source);
+    gogo.MPGE_setConfigureVB(GogoItem::Destination, self->job.destination);
+    gogo.MPGE_setConfigureVB(GogoItem::Frequency, settings.frequency);
+    gogo.MPGE_setConfigureVB(GogoItem::Channels, kJointStereo);
+    if (settings.vbrQuality != kNoVbr) gogo.MPGE_setConfigureVB(GogoItem::VbrQuality, settings.vbrQuality);
+    gogo.MPGE_setConfigureVB(GogoItem::BitRate, BitRateAt(settings.frequency, settings.bitRate));
     report.error = ConversionError::GogoFile;
-    report.result = gogo.MPGE_detectConfigureVB();
-    if (report.result != 0) return;
-    gogo.MPGE_getConfigureVB(kGogoFrames, report.frames);
+    report.reason = gogo.MPGE_detectConfigureVB();
+    if (report.reason != LibraryError::None) return;
+    report.frames = gogo.MPGE_getConfigureVB(GogoItem::Frames).value_or(0);
     report.error = ConversionError::GogoEncode;
-    for (auto next = Clock::now(); report.result == 0 && !self->cancelled;) {
-        report.result = gogo.MPGE_processFrameVB();
+    GogoFrame frame;
+    for (auto next = Clock::now(); !frame.finished && frame.error == LibraryError::None && !self->cancelled;) {
+        frame = gogo.MPGE_processFrameVB();
+        report.reason = frame.error;
         ++report.frame;
         if (const auto now = Clock::now(); now >= next) {
             publish(self, report);
             next = now + kReportEvery;
         }
     }
-    report.finished = report.result == 1;
+    report.finished = frame.finished;
 }
 
 void GogoEncode::publish(const std::shared_ptr<Shared>& self, const Report& report) noexcept {

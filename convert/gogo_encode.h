@@ -26,7 +26,7 @@ class GogoEncode {
         bool over = false;        // the coder is closed and ended: another encode may begin
         bool finished = false;    // the file is complete and in its place; else cancelled or failed
         ConversionError error = ConversionError::GogoStart;  // when it failed
-        int result = 0;                                      // of the operation that failed
+        LibraryError reason{};                               // of the operation that failed
     };
 
     // Begins. `reported` is called on the user-interface thread some times a second and at the end, as long as this

@@ -68,8 +68,8 @@ LyricsLook FormLyrics::look() const {
     return look;
 }
 
-void FormLyrics::showLines(const vbmp3_LyricsLines& lines) {
-    const bool sameLines = SameLyricsLines(lines, lines_);
+void FormLyrics::showLines(const LyricsLines& lines) {
+    const bool sameLines = lines == lines_;
     lines_ = lines;
     if (drawn_.lines != this->lines() || Picture7.font().face != options_.LyricsFont) {
         const Rect& box = Picture7.bounds();

@@ -34,7 +34,7 @@ class FormLyrics : public Form {
     std::function<void(int key, int shift)> onKeyUp;
 
     // Draws the rows when they or the options have changed.
-    void showLines(const vbmp3_LyricsLines& lines);
+    void showLines(const LyricsLines& lines);
     void setText(const std::string& text) { Text2.setText(text); }
     // What lies behind the timed lines; an empty picture: the colour alone.
     void setPicture(Surface picture);
@@ -62,7 +62,7 @@ class FormLyrics : public Form {
     GlobalState& state_;
     const Options& options_;
     TextPainter& painter_;
-    vbmp3_LyricsLines lines_ = NoLyricsLines();
+    LyricsLines lines_;
     LyricsLook drawn_;
     Surface picture_;
     Surface background_;        // made of it for the present size and colour

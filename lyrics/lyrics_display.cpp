@@ -99,8 +99,7 @@ void LyricsDisplay::Timer6_Timer() {
     followOptions();
     followWindow();
     const bool panel = panelSeen(), window = windowSeen();
-    vbmp3_LyricsLines lines = NoLyricsLines();
-    if ((panel || window) && runs() && !vbmp3_.vbmp3_getLyrics2(lines)) lines = NoLyricsLines();
+    const LyricsLines lines = (panel || window) && runs() ? vbmp3_.vbmp3_getLyrics2() : LyricsLines{};
     if (panel) drawPanel(lines);
     if (window) {
         findPicture();
@@ -126,7 +125,7 @@ void LyricsDisplay::findPicture() {
     window_.setPicture({});
 }
 
-void LyricsDisplay::drawPanel(const vbmp3_LyricsLines& lines) {
+void LyricsDisplay::drawPanel(const LyricsLines& lines) {
     const auto color = [&](int entry) {
         return Surface::ToColor(static_cast<Surface::Pixel>(state_.LyricsColors[static_cast<std::size_t>(entry)]));
     };
@@ -139,7 +138,7 @@ void LyricsDisplay::drawPanel(const vbmp3_LyricsLines& lines) {
     look.text = color(second ? kSkinLyricsSecond : kSkinLyricsFirst);
     look.sung = color(second ? kSkinLyricsFirst : kSkinLyricsSecond);
     look.back = main_.panel.backColor();
-    if (panelLines_ && SameLyricsLines(*panelLines_, lines) && look == panelLook_) return;
+    if (panelLines_ == lines && look == panelLook_) return;
     panelLines_ = lines;
     panelLook_ = look;
     DrawLyricsPanel(main_.panel.surface(), painter_, lines, look);
@@ -148,7 +147,7 @@ void LyricsDisplay::drawPanel(const vbmp3_LyricsLines& lines) {
 }
 
 // A line shall appear when it is due and not at the next of the timer's even steps.
-void LyricsDisplay::schedule(const vbmp3_LyricsLines& lines) {
+void LyricsDisplay::schedule(const LyricsLines& lines) {
     int interval = kInterval;
     if (state_.PlayerStatus == kPlay && lines.total > 0) {
         if (lines.progressBytes >= 0) interval = kKaraokeInterval;

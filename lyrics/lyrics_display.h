@@ -53,8 +53,8 @@ class LyricsDisplay {
     bool panelSeen() const;
     bool windowSeen() const;
     void findPicture();
-    void drawPanel(const vbmp3_LyricsLines& lines);
-    void schedule(const vbmp3_LyricsLines& lines);
+    void drawPanel(const LyricsLines& lines);
+    void schedule(const LyricsLines& lines);
 
     GlobalState& state_;
     const Options& options_;
@@ -63,7 +63,7 @@ class LyricsDisplay {
     TextPainter& painter_;
     FormLyrics& window_;
     MainWindow main_;
-    std::optional<vbmp3_LyricsLines> panelLines_;  // what the panel shows; none: it has to be drawn
+    std::optional<LyricsLines> panelLines_;  // what the panel shows; none: it has to be drawn
     LyricsPanelLook panelLook_;
     int shift_ = 0;        // milliseconds, as the library knows it
     bool spread_ = false;  // the library spreads untimed lines over the track

@@ -64,15 +64,12 @@ void LyricsLookup::LoadLyrics() {
 
 bool LyricsLookup::ReadLyrics3() {
     state_.LyricsKind = kNoLyrics;
-    std::string raw, text;
-    if (!vbmp3_.vbmp3_readLyrics3Data(raw, text)) return false;
-    if (vbmp3_.vbmp3_checkTimeTag() > 0) {
+    const auto text = vbmp3_.vbmp3_readLyrics3Data();
+    if (!text) return false;
+    if (vbmp3_.vbmp3_checkTimeTag()) {
         state_.LyricsKind = kTimedLyrics;
     } else {
-        const auto info = std::make_unique<vbmp3_Lyrics3Info>();
-        info->size = sizeof *info;
-        if (vbmp3_.vbmp3_getFileLyrics3InfoVB(state_.CurrentFile, *info)) text = {info->lyrics, sizeof info->lyrics};
-        form_.setText(WithBoxLines(TrimAtNull(text)));
+        form_.setText(WithBoxLines(vbmp3_.vbmp3_getFileLyrics3InfoVB(state_.CurrentFile).value_or(*text)));
         state_.LyricsKind = kPlainLyrics;
     }
     status_.showLyricsMarker("+L");
@@ -97,7 +94,7 @@ bool LyricsLookup::FindLyricsFile() {
     state_.LyricsKind = kNoLyrics;
     const std::string path = loadSideFile();
     if (path.empty()) return false;
-    if (vbmp3_.vbmp3_checkTimeTag() == 0) {
+    if (!vbmp3_.vbmp3_checkTimeTag()) {
         if (const auto bytes = files_.read(path, kLargestText))
             form_.setText(WithBoxLines(TrimAtNull(DecodeText(*bytes))));
         state_.LyricsKind = kPlainLyrics;

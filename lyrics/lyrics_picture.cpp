@@ -1,7 +1,6 @@
 #include "lyrics/lyrics_picture.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "platform/text_painter.h"
 #include "text/encoding.h"
@@ -11,16 +10,14 @@
 namespace quenlox {
 namespace {
 
-constexpr int kCurrentRow = 2, kExtraRow = 5, kNextRow = 3;
+constexpr int kCurrentRow = LyricsLines::kCurrentRow, kExtraRow = LyricsLines::kExtraRow;
+constexpr int kNextRow = kCurrentRow + 1;
 constexpr int kMargin = 4;             // pixels left and right
 constexpr double kSmallestPoints = 6;  // of a line made to fit
 constexpr double kVeil = 0.65;         // of the background colour over a picture
 constexpr Color kSungOnLight{0, 96, 208}, kSungOnDark{255, 192, 64};
 
-std::string RowText(const vbmp3_LyricsLines& lines, int row) {
-    const auto& field = lines.rows[row];
-    return std::string(field, std::find(std::begin(field), std::end(field), '\0'));
-}
+const std::string& RowText(const LyricsLines& lines, int row) { return lines.rows[static_cast<std::size_t>(row)]; }
 
 std::string StampText(std::int32_t ms) {
     if (ms < 0) return {};
@@ -38,7 +35,7 @@ Color SungColor(Color back) {
 }
 
 // Pixels of the current line that have been sung.
-int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& line, const vbmp3_LyricsLines& lines) {
+int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& line, const LyricsLines& lines) {
     const auto whole = static_cast<std::size_t>(lines.progressBytes);
     if (whole >= line.size()) return painter.measure(line, style).width;
     if (whole == 0 && lines.progress == 0) return 0;
@@ -54,22 +51,7 @@ int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& l
 
 }  // namespace
 
-std::string CurrentLyricsLine(const vbmp3_LyricsLines& lines) { return RowText(lines, kCurrentRow); }
-
-vbmp3_LyricsLines NoLyricsLines() {
-    vbmp3_LyricsLines lines{};
-    lines.size = sizeof lines;
-    lines.current = -1;
-    lines.progressBytes = -1;
-    std::fill(std::begin(lines.stampMs), std::end(lines.stampMs), -1);
-    return lines;
-}
-
-bool SameLyricsLines(const vbmp3_LyricsLines& a, const vbmp3_LyricsLines& b) {
-    return a.current == b.current && a.progress == b.progress && a.progressBytes == b.progressBytes &&
-           std::equal(std::begin(a.stampMs), std::end(a.stampMs), std::begin(b.stampMs)) &&
-           std::memcmp(a.rows, b.rows, sizeof a.rows) == 0;
-}
+std::string CurrentLyricsLine(const LyricsLines& lines) { return RowText(lines, kCurrentRow); }
 
 std::vector<LyricsBand> LyricsBands(int lines, Size picture) {
     lines = std::max(lines, 1);
@@ -86,7 +68,7 @@ std::vector<LyricsBand> LyricsBands(int lines, Size picture) {
     return bands;
 }
 
-void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsLook& look) {
+void DrawLyricsWindow(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look) {
     if (look.behind) {
         on.copy(*look.behind, {0, 0});
     } else {
@@ -100,7 +82,7 @@ void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines
         const bool extra = band.row == kExtraRow;
         // Without a translation the extra row is the next line, which may be on the picture already.
         if (extra && look.lines > 1 && text == RowText(lines, kNextRow)) continue;
-        const std::string stamp = look.stamps && !extra ? StampText(lines.stampMs[band.row]) : std::string();
+        const std::string stamp = look.stamps && !extra ? StampText(lines.stampMs[static_cast<std::size_t>(band.row)]) : std::string();
 
         TextStyle style;
         style.font = look.font;
@@ -145,7 +127,7 @@ Surface LyricsBackground(const Surface& picture, Size size, Color back) {
     return background;
 }
 
-void DrawLyricsPanel(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsPanelLook& look) {
+void DrawLyricsPanel(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsPanelLook& look) {
     on.fill(look.back);
     const std::string text = RowText(lines, kCurrentRow);
     if (text.empty()) return;

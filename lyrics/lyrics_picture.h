@@ -13,12 +13,8 @@ namespace quenlox {
 
 class TextPainter;
 
-// Rows before any lyrics: nothing on them, no current line.
-vbmp3_LyricsLines NoLyricsLines();
-// True when both show the same.
-bool SameLyricsLines(const vbmp3_LyricsLines& a, const vbmp3_LyricsLines& b);
 // The line that is sung now, empty before the first; what a picture of lyrics tells a screen reader.
-std::string CurrentLyricsLine(const vbmp3_LyricsLines& lines);
+std::string CurrentLyricsLine(const LyricsLines& lines);
 
 struct LyricsBand {
     int row = 0;  // of the record
@@ -41,7 +37,7 @@ struct LyricsLook {
 
 // The whole picture of the lyrics window. Lines around the current one are paler; what of the current line has been
 // sung stands out when the lyrics tell; a line that is too long gets smaller type.
-void DrawLyricsWindow(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsLook& look);
+void DrawLyricsWindow(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look);
 
 // A picture made to lie behind lyrics: it fills `size`, what does not fit is cut off on both sides alike, and the
 // colour `back` lies over it so thick that the type stays easy to read.
@@ -55,6 +51,6 @@ struct LyricsPanelLook {
 };
 
 // The current line alone, wrapped at the right edge.
-void DrawLyricsPanel(Surface& on, TextPainter& painter, const vbmp3_LyricsLines& lines, const LyricsPanelLook& look);
+void DrawLyricsPanel(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsPanelLook& look);
 
 }  // namespace quenlox

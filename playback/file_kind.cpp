@@ -4,16 +4,11 @@
 
 namespace quenlox {
 
-MediaKind KindOfFileType(int fileType) {
+MediaKind KindOfFileType(const FileType& type) {
     MediaKind kind;
-    kind.base = fileType & VBMP3_TYPE_RMP    ? kRmp
-                : fileType & VBMP3_TYPE_WAVE ? kWavePcm
-                : fileType & VBMP3_TYPE_MPEG ? kMp3
-                                             : kWaveOther;
-    kind.tag = fileType & VBMP3_TYPE_ID3V2   ? TagKind::Id3v2
-               : fileType & VBMP3_TYPE_ID3V1 ? TagKind::Id3v1
-                                             : TagKind::None;
-    kind.lyrics = (fileType & VBMP3_TYPE_LYRICS) != 0;
+    kind.base = type.rmp ? kRmp : type.wave ? kWavePcm : type.mpeg ? kMp3 : kWaveOther;
+    kind.tag = type.id3v2 ? TagKind::Id3v2 : type.id3v1 ? TagKind::Id3v1 : TagKind::None;
+    kind.lyrics = type.lyrics;
     return kind;
 }
 

@@ -5,7 +5,9 @@
 
 namespace quenlox {
 
-// The kind of a file by the flags of the decoding library (VBMP3_TYPE_*).
-MediaKind KindOfFileType(int fileType);
+struct FileType;
+
+// The kind of a file by what the decoding library says of it.
+MediaKind KindOfFileType(const FileType& type);
 
 }  // namespace quenlox

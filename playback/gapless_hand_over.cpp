@@ -17,7 +17,7 @@ void GaplessHandOver::follow(std::optional<Next> next) {
     if (!next || next->path == refused_) return takeBack();
     if (!handed_ || handed_->path != next->path) {
         withdrawn_ = std::exchange(handed_, std::nullopt);
-        const bool taken = vbmp3_.vbmp3_setNextFile(next->path);
+        const bool taken = vbmp3_.vbmp3_setNextFile(next->path) == LibraryError::None;
         refused_ = taken ? std::string() : next->path;
         if (!taken) return;
     }

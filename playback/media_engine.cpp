@@ -33,15 +33,10 @@ constexpr const char* kRefusedText = "再生できません";
 // A file that answers sooner is shown at once; for a slower one its name stands in the meantime.
 constexpr std::chrono::milliseconds kShowNameAfter{100};
 
-template <std::size_t N>
-std::string Field(const char (&field)[N]) {
-    return TrimAtNull({field, N});
-}
-
 // One line that fits the information label: MPEG audio from its figures ("MPEG1 Layer3 44.1kHz 128kbps"), everything
 // else as the library names it.
-std::string FormatText(const vbmp3_FileInfo& info) {
-    std::string text = Field(info.format);
+std::string FormatText(const TrackInfo& info) {
+    std::string text = info.format;
     if (text == "WAVE_FORMAT_PCM") text = "WAVE PCM";
     if (info.layer > 0) {
         char line[64];
@@ -49,7 +44,7 @@ std::string FormatText(const vbmp3_FileInfo& info) {
                       info.sampleRate / 1000.0, (info.bitRate + 500) / 1000);
         text = line;
     }
-    return info.variableBitRate != 0 ? text + " VBR" : text;
+    return info.variableBitRate ? text + " VBR" : text;
 }
 
 }  // namespace
@@ -60,9 +55,7 @@ struct MediaEngine::Found {
     std::atomic<bool> wanted = true;
     bool exists = false;
     bool rootAnswers = true;  // its drive or share is there
-    bool open = false;        // in the decoding library
-    int error = VBMP3_OK;
-    vbmp3_FileInfo info{};
+    LibraryResult<TrackInfo> info = LibraryError::None;  // with a value it is open in the decoding library
 };
 
 MediaEngine::MediaEngine(GlobalState& state, const Options& options, Vbmp3& vbmp3, MediaControl& mediaControl,
@@ -87,7 +80,7 @@ std::int32_t MediaEngine::askMilliseconds(const std::string& command) {
 
 void MediaEngine::DetectMediaKind(const Found& found) {
     const std::string lastFour = LastFour(state_.CurrentFile);
-    state_.MediaKind = found.open ? KindOfFileType(found.info.fileType) : KindOfRefused(lastFour);
+    state_.MediaKind = found.info ? KindOfFileType(found.info->type) : KindOfRefused(lastFour);
     state_.MediaKindName = state_.MediaKind.name();
     display_.showKind(state_.MediaKindName);
 }
@@ -95,7 +88,7 @@ void MediaEngine::DetectMediaKind(const Found& found) {
 void MediaEngine::listen() {
     // An event of a file that has been closed meanwhile must not reach the one that is open now.
     underway_ = std::make_shared<std::atomic<int>>(0);
-    vbmp3_.vbmp3_setListener([this, opened = openCount_, underway = underway_](int event) {
+    vbmp3_.vbmp3_setListener([this, opened = openCount_, underway = underway_](LibraryEvent event) {
         ++*underway;
         windows_.post([this, opened, underway, event] {
             --*underway;
@@ -143,9 +136,7 @@ std::shared_ptr<const MediaEngine::Found> MediaEngine::find(int opened) {
         if (!found->exists) found->rootAnswers = files.folderExists(JoinPath(VolumeOf(found->path), ""));
         // A late answer must not open what is wanted no more over what is open by then.
         if (!found->exists || kind.base != kUnknownKind || !found->wanted) return;
-        found->info.size = sizeof found->info;
-        found->open = vbmp3.vbmp3_open(found->path, found->info);
-        if (!found->open) found->error = vbmp3.vbmp3_getLastErrorNo();
+        found->info = vbmp3.vbmp3_open(found->path);
     };
     bool named = false;
     const auto start = std::chrono::steady_clock::now();
@@ -170,9 +161,9 @@ Opening MediaEngine::openFound(const Found& found, int opened) {
     title_.clear();
     artist_.clear();
     DetectMediaKind(found);
-    Opening opening{OpenResult::Refused, found.error == VBMP3_ERROR_FORMAT};
-    if (found.open) {
-        showOpened(found.info);
+    Opening opening{OpenResult::Refused, found.info.error() == LibraryError::Format};
+    if (found.info) {
+        showOpened(*found.info);
         opening = {};
     } else if (state_.MediaKind.playedByMediaControl()) {
         opening = openWithMediaControl();
@@ -223,10 +214,10 @@ Opening MediaEngine::openWithMediaControl() {
     return {};
 }
 
-void MediaEngine::showOpened(const vbmp3_FileInfo& info) {
+void MediaEngine::showOpened(const TrackInfo& info) {
     state_.TotalSeconds = info.seconds;
-    title_ = Field(info.title);
-    artist_ = Field(info.artist);
+    title_ = info.texts.title;
+    artist_ = info.texts.artist;
     status_.showFormat(FormatText(info));
 }
 
@@ -272,10 +263,9 @@ void MediaEngine::TakeOverNextFile() {
     vbmp3_.vbmp3_clearLyrics();
     beginTrack();
     Found found;
-    found.info.size = sizeof found.info;
-    found.open = vbmp3_.vbmp3_getFileInfo(state_.CurrentFile, found.info);
-    if (found.open) DetectMediaKind(found);  // else it plays all the same, and is of the same back end
-    showOpened(found.info);
+    found.info = vbmp3_.vbmp3_getFileInfo(state_.CurrentFile);
+    if (found.info) DetectMediaKind(found);  // else it plays all the same, and is of the same back end
+    showOpened(found.info ? *found.info : TrackInfo{});
     showTrack();
 }
 
@@ -315,11 +305,9 @@ PlayResult MediaEngine::PlayMedia() {
     state_.Actions.note("play", state_.MediaKind.code());
     PlayResult result = PlayResult::Failed;
     if (state_.MediaKind.playedByVbmp3()) {
-        if (vbmp3_.vbmp3_play()) {
-            result = PlayResult::Playing;
-        } else if (vbmp3_.vbmp3_getLastErrorNo() == VBMP3_ERROR_DEVICE_BUSY) {
-            result = PlayResult::Waiting;
-        }
+        const LibraryError error = vbmp3_.vbmp3_play();
+        if (error == LibraryError::None) result = PlayResult::Playing;
+        if (error == LibraryError::DeviceBusy) result = PlayResult::Waiting;
     } else if (state_.MediaKind.playedByMediaControl()) {
         const bool disc = state_.MediaKind.base == kCdAudio;
         const int code =

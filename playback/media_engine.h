@@ -12,8 +12,6 @@
 #include "playback/opening.h"
 #include "playback/status_display.h"
 
-struct vbmp3_FileInfo;
-
 namespace quenlox {
 
 class FileSystem;
@@ -23,6 +21,8 @@ class Vbmp3;
 class WindowSystem;
 struct GlobalState;
 struct Options;
+struct TrackInfo;
+enum class LibraryEvent;
 
 class MediaEngine {
   public:
@@ -32,7 +32,7 @@ class MediaEngine {
     MediaEngine(const MediaEngine&) = delete;
     MediaEngine& operator=(const MediaEngine&) = delete;
 
-    std::function<void(int event)> onEvent;  // VBMP3_EVENT_*, never one of a file that is not open any more
+    std::function<void(LibraryEvent event)> onEvent;  // never one of a file that is not open any more
 
     // Closes what is open, and opens and shows CurrentFile; a file that cannot be opened is shown with the reason.
     // Messages are handled meanwhile, however long a disk or a server takes to answer.
@@ -70,7 +70,7 @@ class MediaEngine {
     void DetectMediaKind(const Found& found);
     Opening openFound(const Found& found, int opened);
     Opening openWithMediaControl();
-    void showOpened(const vbmp3_FileInfo& info);
+    void showOpened(const TrackInfo& info);
     void showOpenedByMediaControl();
     void showUnopened(const std::string& why);
     void showTrack();

@@ -19,7 +19,7 @@ PlayStateMonitor::PlayStateMonitor(GlobalState& state, MediaEngine& engine, Tran
       vbmp3_(vbmp3),
       mediaControl_(mediaControl),
       options_(options) {
-    engine_.onEvent = [this](int event) { libraryEvent(event); };
+    engine_.onEvent = [this](LibraryEvent event) { libraryEvent(event); };
 }
 
 // While it stands, has failed, waits for the device or encodes no track of ours can end, and neither while a file is
@@ -65,14 +65,16 @@ void PlayStateMonitor::pollMediaControl() {
 }
 
 void PlayStateMonitor::pollLibrary() {
-    switch (vbmp3_.vbmp3_getState(state_.PositionSeconds)) {
-        case 1:
+    const PlayReport report = vbmp3_.vbmp3_getState();
+    state_.PositionSeconds = report.seconds;
+    switch (report.state) {
+        case PlayReport::State::Playing:
             engine_.status().ShowTime(state_.PositionSeconds);
             engine_.TellMissingDevice();
             if (introIsOver()) transport_.trackEnded();
             break;
-        case 0: transport_.trackEnded(); break;
-        default: break;
+        case PlayReport::State::Stopped: transport_.trackEnded(); break;
+        case PlayReport::State::Paused: break;
     }
 }
 
@@ -81,21 +83,20 @@ bool PlayStateMonitor::introIsOver() const {
            state_.PositionSeconds >= options_.IntroSeconds && options_.IntroSeconds < state_.TotalSeconds;
 }
 
-void PlayStateMonitor::libraryEvent(int event) {
-    state_.Actions.note("event", event);
-    std::int32_t seconds = 0;
+void PlayStateMonitor::libraryEvent(LibraryEvent event) {
+    state_.Actions.note("event", static_cast<int>(event));
     switch (event) {
-        case VBMP3_EVENT_END_OF_TRACK:
+        case LibraryEvent::EndOfTrack:
             // It may be one that has been heard of already, by the poll.
             if (watches() && state_.PlayerStatus != kPause && state_.MediaKind.playedByVbmp3() &&
-                vbmp3_.vbmp3_getState(seconds) == 0) {
+                vbmp3_.vbmp3_getState().state == PlayReport::State::Stopped) {
                 transport_.trackEnded();
             }
             transport_.RenewNextFile();
             break;
-        case VBMP3_EVENT_NEXT_TRACK: transport_.libraryWentOn(); break;
-        case VBMP3_EVENT_DEVICE_LOST: engine_.TellMissingDevice(); break;
-        default: break;
+        case LibraryEvent::NextTrack: transport_.libraryWentOn(); break;
+        case LibraryEvent::DeviceLost: engine_.TellMissingDevice(); break;
+        case LibraryEvent::JobDone: break;
     }
 }
 

@@ -11,6 +11,7 @@ class MediaEngine;
 struct Options;
 class Transport;
 class Vbmp3;
+enum class LibraryEvent;
 struct GlobalState;
 
 class PlayStateMonitor {
@@ -25,7 +26,7 @@ class PlayStateMonitor {
 
   private:
     bool watches() const;
-    void libraryEvent(int event);
+    void libraryEvent(LibraryEvent event);
     void pollMediaControl();
     void pollLibrary();
     bool introIsOver() const;

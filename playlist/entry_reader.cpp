@@ -26,11 +26,6 @@ bool IsMidi(const std::string& path) {
     return std::string_view(".mid.rmi").find(LastFour(path)) != std::string_view::npos;
 }
 
-template <std::size_t size>
-std::string_view Field(const char (&field)[size]) {
-    return {field, size};
-}
-
 }  // namespace
 
 std::string PlayTimeText(std::int32_t seconds) {
@@ -47,13 +42,12 @@ bool EntryReader::readTags(const std::string& path, Texts& texts) {
         texts.title = bytes ? TrimAtNull(MidiTitle(*bytes)) : std::string{};
         return bytes.has_value();
     }
-    vbmp3_FileInfo info{};
-    info.size = sizeof info;
-    if (!vbmp3_.vbmp3_getFileInfo(path, info)) return false;
-    texts.title = TrimAtNull(Field(info.title));
-    texts.name = TrimAtNull(Field(info.artist));
-    texts.album = TrimAtNull(Field(info.album));
-    texts.seconds = std::max(info.seconds, 0);
+    const auto info = vbmp3_.vbmp3_getFileInfo(path);
+    if (!info) return false;
+    texts.title = info->texts.title;
+    texts.name = info->texts.artist;
+    texts.album = info->texts.album;
+    texts.seconds = std::max(info->seconds, 0);
     return true;
 }
 

@@ -19,7 +19,7 @@ constexpr std::array<const char*, FormTag::kFields> kFieldCaptions{"タイトル
                                                                    "年", "トラック", "コメント"};
 constexpr int kGenres = 192;
 constexpr int kLabelWidth = 46, kFieldWidth = 230;
-constexpr int kId3Kinds = VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2;
+constexpr int kId3Kinds = kTagId3v1 | kTagId3v2;
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
     return std::find(paths.begin(), paths.end(), path) != paths.end();
@@ -149,11 +149,14 @@ bool FormTag::mayLeave() {
 
 void FormTag::showFile(const std::string& path) {
     file_ = path;
-    fileType_ = path.empty() || !files_.fileExists(path) ? -1 : vbmp3_.vbmp3_getFileType(path);
+    fileType_.reset();
+    if (!path.empty() && files_.fileExists(path)) {
+        if (const auto type = vbmp3_.vbmp3_getFileType(path)) fileType_ = *type;
+    }
     LabelFile.setCaption(path.empty() ? "ファイルがありません" : path);
     LabelFile.setTooltip(path);
     showing_ = true;
-    if (fileType_ >= 0) TabView.setValue(fileType_ & VBMP3_TYPE_RMP ? kSiView : kId3View);
+    if (fileType_) TabView.setValue(fileType_->rmp ? kSiView : kId3View);
     showing_ = false;
     showView();
 }
@@ -175,19 +178,19 @@ void FormTag::TabView_Click() {
 
 void FormTag::showView() {
     const bool si = TabView.value() == kSiView;
-    const bool rmp = fileType_ >= 0 && fileType_ & VBMP3_TYPE_RMP;
-    const bool mpeg = fileType_ >= 0 && !rmp && fileType_ & VBMP3_TYPE_MPEG;
-    vbmp3_Tag tag{};
+    const bool rmp = fileType_ && fileType_->rmp;
+    const bool mpeg = fileType_ && !rmp && fileType_->mpeg;
+    TrackTexts texts;
     present_ = 0;
-    const bool read = fileType_ >= 0 && readFields(file_, si ? int{VBMP3_TAG_SI} : kId3Kinds, tag, present_);
+    if (fileType_) texts = readFields(file_, si ? int{kTagSi} : kId3Kinds, present_);
+    const bool read = present_ != 0;
     editable_ = si ? rmp : mpeg || (rmp && read);
     showing_ = true;
-    const char* const texts[] = {tag.title, tag.artist, tag.album, tag.genre, tag.year, tag.track, tag.comment};
-    for (int field = 0; field < kFields; ++field) setText(static_cast<Field>(field), TrimAtNull(texts[field]));
+    for (int field = 0; field < kFields; ++field) setText(static_cast<Field>(field), texts.*TextOfField(field));
     // A file without any tag gets both kinds, which every player reads one of.
     const int ticked = present_ & kId3Kinds ? present_ & kId3Kinds : kId3Kinds;
-    CheckV1.setValue(ticked & VBMP3_TAG_ID3V1 ? 1 : 0);
-    CheckV2.setValue(ticked & VBMP3_TAG_ID3V2 ? 1 : 0);
+    CheckV1.setValue(ticked & kTagId3v1 ? 1 : 0);
+    CheckV2.setValue(ticked & kTagId3v2 ? 1 : 0);
     showing_ = false;
     edited_ = false;
     for (Control* control : std::initializer_list<Control*>{&TextTitle, &TextArtist, &TextAlbum, &ComboGenre, &TextYear,
@@ -233,12 +236,12 @@ void FormTag::showLimits() {
         for (int i = 0; i < kFields; ++i) {
             const auto field = static_cast<Field>(i);
             const bool v1 = TabView.value() == kId3View && CheckV1.checked();
-            if (!FitsTagField(i, text(field)) || (v1 && !FitsId3v1(i, text(field), !text(Track).empty()))) {
+            if (v1 && !FitsId3v1(i, text(field), !text(Track).empty())) {
                 cut += (cut.empty() ? "" : "・") + std::string(kFieldCaptions[static_cast<std::size_t>(i)]);
             }
         }
     }
-    if (!cut.empty()) cut = (TabView.value() == kId3View ? "ID3v1に収まらない項目： " : "収まらない項目： ") + cut;
+    if (!cut.empty()) cut = "ID3v1に収まらない項目： " + cut;
     LabelLimit.setCaption(cut);
 }
 
@@ -246,9 +249,9 @@ void FormTag::showButtons() {
     setCaption(edited_ ? "タグ情報 *" : "タグ情報");
     cmdSave.setEnabled(editable_ && edited_);
     cmdRevert.setEnabled(edited_);
-    const bool rmp = fileType_ >= 0 && fileType_ & VBMP3_TYPE_RMP;
+    const bool rmp = fileType_ && fileType_->rmp;
     cmdConvert.setCaption(rmp ? "MP3に変換..." : "RMPに変換...");
-    cmdConvert.setEnabled(rmp || (fileType_ >= 0 && fileType_ & VBMP3_TYPE_MPEG));
+    cmdConvert.setEnabled(rmp || (fileType_ && fileType_->mpeg));
     cmdRename.setEnabled(!file_.empty());
     TextFileName.setEnabled(!file_.empty());
     const auto selected = hooks_.selectedPaths ? hooks_.selectedPaths() : std::vector<std::string>();

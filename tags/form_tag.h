@@ -5,6 +5,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,6 @@ namespace quenlox {
 class Dialogs;
 class FileSystem;
 struct Options;
-class Vbmp3;
 struct GlobalState;
 
 class FormTag : public Form {
@@ -94,6 +94,9 @@ class FormTag : public Form {
     void Form_Unload(bool& cancel) override;
 
   private:
+    // Which text of a tag a field shows.
+    static std::string TrackTexts::*TextOfField(int field);
+
     // form_tag.cpp
     void makeControls();
     void showFile(const std::string& path);
@@ -108,11 +111,12 @@ class FormTag : public Form {
     void setText(Field field, const std::string& text);
 
     // form_tag_write.cpp
-    vbmp3_Tag fieldsShown() const;
-    bool readFields(const std::string& path, int kinds, vbmp3_Tag& tag, int& present) const;
-    bool writeFile(const std::string& path, int write, int remove, const vbmp3_Tag& tag, int& error);
+    TrackTexts fieldsShown() const;
+    TrackTexts readFields(const std::string& path, int kinds, int& present) const;
+    LibraryError writeFile(const std::string& path, int write, int remove, const TrackTexts& texts);
+    LibraryError applyField(const std::string& path, Field field, const TrackTexts& from);
     void showAgain(Field field);
-    void tell(const std::string& what, int error);
+    void tell(const std::string& what, LibraryError error);
 
     GlobalState& state_;
     const Options& options_;
@@ -121,7 +125,7 @@ class FormTag : public Form {
     Dialogs& dialogs_;
     Hooks hooks_;
     std::string file_;
-    int fileType_ = -1;       // flags of the library, negative: it can do nothing with it
+    std::optional<FileType> fileType_;  // none: the library can do nothing with it
     int present_ = 0;         // tags that the file carries
     bool editable_ = false;   // the shown view can be written
     bool edited_ = false;

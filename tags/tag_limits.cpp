@@ -3,7 +3,6 @@
 #include <array>
 #include <string>
 
-#include "platform/vbmp3.h"
 #include "text/encoding.h"
 
 namespace quenlox {
@@ -29,14 +28,6 @@ bool FitsId3v1(int field, std::string_view text, bool withTrack) {
     const auto bytes = Utf8ToShiftJis(text);
     const int room = kId3v1Bytes[static_cast<std::size_t>(field)] - (field == kComment && withTrack ? kTrackBytes : 0);
     return bytes && static_cast<int>(bytes->size()) <= room;
-}
-
-bool FitsTagField(int field, std::string_view text) {
-    using Tag = vbmp3_Tag;
-    constexpr std::array<std::size_t, 7> kSizes{sizeof(Tag::title),  sizeof(Tag::artist), sizeof(Tag::album),
-                                                sizeof(Tag::genre),  sizeof(Tag::year),   sizeof(Tag::track),
-                                                sizeof(Tag::comment)};
-    return text.size() < kSizes[static_cast<std::size_t>(field)];
 }
 
 }  // namespace quenlox

@@ -31,7 +31,7 @@ class ApplicationTest : public ::testing::Test {
     FormTop& top() { return application->top(); }
     void addSong(const std::string& path) {
         files.add(path);
-        vbmp3.addFile(path, VBMP3_TYPE_MPEG, 90, "Title");
+        vbmp3.addFile(path, kMpegFile, 90, "Title");
     }
     void SetUp() override {
         files.add("C:\\Quenlox\\skin\\default\\default.tsk", "[Main]\nVer=4\nBox=1\nSize=100,50\n");
@@ -105,7 +105,7 @@ TEST_F(ApplicationTest, RepeatPlaysAFileOfTheCommandLineOnce) {
     for (const auto& c : cases) {
         start(c.commandLine);
         EXPECT_EQ(state().CurrentFile, "C:\\Users\\b.mp3");
-        vbmp3.state = 0;
+        vbmp3.playing.state = PlayReport::State::Stopped;
         top().Timer1.onTimer();
         EXPECT_EQ(vbmp3.count("play"), c.plays) << c.commandLine;
         top().unload();  // remembers the file
@@ -189,13 +189,12 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     files.add("D:\\words\\(N) T.lrc");
     files.add("D:\\pic\\m.bmp", BmpOf(Surface(1, 1, {})));
     addSong(song), addSong("C:\\m\\2.mp3");
-    vbmp3.addFile(song, VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS, 90, "A title that is longer than its place");
-    vbmp3.timeTag = 1;
-    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    vbmp3.addFile(song, FileType{.mpeg = true, .lyrics = true}, 90, "A title that is longer than its place");
+    vbmp3.timeTag = true;
+    vbmp3.lyrics3Data = "[00:01]la";
     vbmp3.lyricsFiles = {"D:\\words\\(N) T.lrc"};
-    vbmp3.lines = NoLyricsLines();
     vbmp3.lines.total = 1, vbmp3.lines.stampMs[2] = 1000;
-    FakeVbmp3::set(vbmp3.lines.rows[2], "la");
+    vbmp3.lines.rows[2] = "la";
     vbmp3.waveLeft = vbmp3.waveRight = {0, 9000};
     vbmp3.spectrum = {900, 500};
     start("\"" + song + "\" /pm2");
@@ -314,7 +313,7 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     EXPECT_TRUE(source().ends_with("+W"));
     o.CheckLyricsMain.setValue(1);
     EXPECT_TRUE(source().ends_with("+L"));
-    vbmp3.seconds = 12;
+    vbmp3.playing.seconds = 12;
     o.CheckIntro.setValue(1);
     top().Timer1.onTimer();
     EXPECT_EQ(state().CurrentFile, "C:\\m\\2.mp3");

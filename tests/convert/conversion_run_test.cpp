@@ -3,16 +3,14 @@
 namespace quenlox {
 namespace {
 
-using Configuration = std::vector<std::tuple<int, int, std::string>>;
 using Outcome = ConversionRun::Outcome;
 
 TEST_F(ConvertTest, TheEncoderIsAskedInItsOrderOnAThreadOfItsOwnAndWithoutVbrUnlessChosen) {
     const struct {
         EncoderSettings settings;
-        Configuration expected;
-    } cases[] = {{{}, {{1, 0, "C:\\a.wav"}, {2, 0, "C:\\b.mp3"}, {6, 44100, ""}, {3, 2, ""}, {4, 128, ""}}},
-                 {{8000, 320, 0},
-                  {{1, 0, "C:\\a.wav"}, {2, 0, "C:\\b.mp3"}, {6, 8000, ""}, {3, 2, ""}, {18, 0, ""}, {4, 64, ""}}}};
+        Notes expected;
+    } cases[] = {{{}, {"1 C:\\a.wav", "2 C:\\b.mp3", "6 44100", "3 2", "4 128"}},
+                 {{8000, 320, 0}, {"1 C:\\a.wav", "2 C:\\b.mp3", "6 8000", "3 2", "18 0", "4 64"}}};
     for (const auto& c : cases) {
         gogo->configuration.clear();
         gogo->calls.clear();
@@ -32,20 +30,22 @@ TEST_F(ConvertTest, TheEncoderIsAskedInItsOrderOnAThreadOfItsOwnAndWithoutVbrUnl
 
 TEST_F(ConvertTest, AFailureOfTheEncoderEndsItAndKeepsWhatIsNotDone) {
     const struct {
-        int initialise, detect, failingFrame;
+        LibraryError initialise, detect;
+        int failingFrame;
         ConversionError error;
-    } cases[] = {{1, 0, 0, ConversionError::GogoStart},
-                 {0, 4, 0, ConversionError::GogoFile},
-                 {0, 0, 3, ConversionError::GogoEncode}};
+    } cases[] = {{LibraryError::NotInitialised, {}, 0, ConversionError::GogoStart},
+                 {{}, LibraryError::NotFound, 0, ConversionError::GogoFile},
+                 {{}, {}, 3, ConversionError::GogoEncode}};
     for (const auto& c : cases) {
         SCOPED_TRACE(static_cast<int>(c.error));
-        gogo->initialiseResult = gogo->detectResult = gogo->failingFrame = 0;
+        gogo->initialiseError = gogo->detectError = LibraryError::None;
+        gogo->failingFrame = 0;
         choose(Operation::Encode, {"C:\\a.wav", "C:\\b.wav", "C:\\c.wav"});
         run.onFailed = [this] { notes.push_back(MessageOf(run.error())); };
         run.onChanged = [&] {
             if (run.progress().done == 0) return;
-            gogo->initialiseResult = c.initialise;  // of the second file, which has not begun yet
-            gogo->detectResult = c.detect;
+            gogo->initialiseError = c.initialise;  // of the second file, which has not begun yet
+            gogo->detectError = c.detect;
             gogo->failingFrame = c.failingFrame;
             run.onChanged = [] {};
         };
@@ -120,12 +120,12 @@ TEST_F(ConvertTest, TheEndOfTheProgramWaitsForAnEncoderThatComesBackAndLeavesAno
 }
 
 TEST_F(ConvertTest, TheTextsOfTheSourceGoIntoTheNewFile) {
-    vbmp3.addFile("C:\\a.wav", VBMP3_TYPE_WAVE, 60, "題名", "歌手");
-    vbmp3.addFile("C:\\none.wav", VBMP3_TYPE_WAVE, 60);
+    vbmp3.addFile("C:\\a.wav", kWaveFile, 60, "題名", "歌手");
+    vbmp3.addFile("C:\\none.wav", kWaveFile, 60);
     choose(Operation::Encode, {"C:\\a.wav", "C:\\none.wav"});
     encode();
-    EXPECT_STREQ((vbmp3.tags[{"C:\\a.mp3", VBMP3_TAG_ID3V2}].title), "題名");
-    EXPECT_STREQ((vbmp3.tags[{"C:\\a.mp3", VBMP3_TAG_ID3V1}].artist), "歌手");
+    EXPECT_EQ((vbmp3.tags[{"C:\\a.mp3", kTagId3v2}].title), "題名");
+    EXPECT_EQ((vbmp3.tags[{"C:\\a.mp3", kTagId3v1}].artist), "歌手");
     EXPECT_EQ(vbmp3.tags.size(), 2u) << "where there are no texts there is no tag";
     // An RMP is made of an MP3 that does not stay, under a name that nobody has.
     files.add("C:\\b.rmp.mp3", "of the user");
@@ -135,7 +135,7 @@ TEST_F(ConvertTest, TheTextsOfTheSourceGoIntoTheNewFile) {
     gogo->letGo();
     awaitRun();
     EXPECT_EQ(vbmp3.count("toRmp C:\\b.rmp.mp3.mp3 > C:\\b.rmp"), 1);
-    EXPECT_STREQ((vbmp3.tags[{"C:\\b.rmp", VBMP3_TAG_SI}].title), "題名");
+    EXPECT_EQ((vbmp3.tags[{"C:\\b.rmp", kTagSi}].title), "題名");
     EXPECT_FALSE(files.fileExists("C:\\b.rmp.mp3.mp3"));
     EXPECT_EQ(files.bytesOf("C:\\b.rmp.mp3"), "of the user");
 }
@@ -159,11 +159,10 @@ TEST_F(ConvertTest, AJobRunsInTheBackgroundUntilTheTimerFindsItDone) {
         EXPECT_EQ(state.PlayerStatus, c.status);
         EXPECT_TRUE(polling);
         EXPECT_TRUE(c.run.decodesUnheard());
-        vbmp3.encodeState = 1;
-        vbmp3.encodePermille = 420;
+        vbmp3.job = {JobReport::State::Running, 420};
         c.run.poll();
         EXPECT_EQ(c.run.progress().permille, 420);
-        vbmp3.encodeState = 2;
+        vbmp3.job.state = JobReport::State::Done;
         c.run.poll();
         EXPECT_EQ(Notes(notes.end() - 3, notes.end()), (Notes{c.made, "status 0", "refresh"}));
         EXPECT_FALSE(polling);
@@ -172,7 +171,7 @@ TEST_F(ConvertTest, AJobRunsInTheBackgroundUntilTheTimerFindsItDone) {
 
 TEST_F(ConvertTest, WhilePlayingTheRunEndsWithTheSound) {
     vbmp3.addFile("C:\\a.mp3");
-    vbmp3.addFile("C:\\b.rmp", VBMP3_TYPE_RMP);
+    vbmp3.addFile("C:\\b.rmp", kRmpFile);
     choose(Operation::PlayDecode, {"C:\\a.mp3", "C:\\b.rmp"});
     whileOpening = [this] { run.cancel(); };
     run.start();
@@ -185,7 +184,7 @@ TEST_F(ConvertTest, WhilePlayingTheRunEndsWithTheSound) {
     run.start();
     EXPECT_EQ(vbmp3.calls.back(), "playDecode C:\\a.mp3 > C:\\a.wav");
     EXPECT_FALSE(run.decodesUnheard());
-    vbmp3.encodeState = 2;
+    vbmp3.job.state = JobReport::State::Done;
     run.poll();  // everything is decoded, not everything heard
     EXPECT_EQ(vbmp3.calls.back(), "playDecode C:\\a.mp3 > C:\\a.wav");
     state.PlayerStatus = kStop;  // as the end of a track leaves it
@@ -199,24 +198,24 @@ TEST_F(ConvertTest, WhilePlayingTheRunEndsWithTheSound) {
 TEST_F(ConvertTest, AJobThatFailsSaysWhy) {
     ConversionRun& bare = withoutGogo();
     vbmp3.addFile("C:\\a.mp3");
-    vbmp3.addFile("C:\\w.mp3", VBMP3_TYPE_WAVE);
+    vbmp3.addFile("C:\\w.mp3", kWaveFile);
     const struct {
         Operation operation;
         const char* source;
-        int number;
+        LibraryError reason;
         ConversionError error;
         bool onTheWay;  // it starts
-    } cases[] = {{Operation::Decode, "C:\\none.mp3", VBMP3_ERROR_WRITE, ConversionError::DecodeSource, false},
-                 {Operation::Decode, "C:\\w.mp3", VBMP3_OK, ConversionError::DecodeSource, false},
-                 {Operation::PlayDecode, "C:\\a.mp3", VBMP3_ERROR_NOT_FOUND, ConversionError::DecodeSource, false},
-                 {Operation::Encode, "C:\\s.wav", VBMP3_ERROR_FORMAT, ConversionError::EncodeSource, false},
-                 {Operation::Encode, "C:\\s.wav", VBMP3_ERROR_NO_CODEC, ConversionError::NoCodec, false},
-                 {Operation::Decode, "C:\\a.mp3", VBMP3_ERROR_WRITE, ConversionError::Other, true},
-                 {Operation::PlayDecode, "C:\\a.mp3", VBMP3_ERROR_WRITE, ConversionError::Other, true}};
-    vbmp3.encodeState = 3;
+    } cases[] = {{Operation::Decode, "C:\\none.mp3", LibraryError::Write, ConversionError::DecodeSource, false},
+                 {Operation::Decode, "C:\\w.mp3", LibraryError::None, ConversionError::DecodeSource, false},
+                 {Operation::PlayDecode, "C:\\a.mp3", LibraryError::NotFound, ConversionError::DecodeSource, false},
+                 {Operation::Encode, "C:\\s.wav", LibraryError::Format, ConversionError::EncodeSource, false},
+                 {Operation::Encode, "C:\\s.wav", LibraryError::NoCodec, ConversionError::NoCodec, false},
+                 {Operation::Decode, "C:\\a.mp3", LibraryError::Write, ConversionError::Other, true},
+                 {Operation::PlayDecode, "C:\\a.mp3", LibraryError::Write, ConversionError::Other, true}};
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << static_cast<int>(c.operation) << " " << c.source << " " << c.number);
-        vbmp3.error = c.number;
+        SCOPED_TRACE(testing::Message() << static_cast<int>(c.operation) << " " << c.source << " " << TextOf(c.reason));
+        vbmp3.error = c.reason;
+        vbmp3.job = {JobReport::State::Failed, 0, c.reason};
         vbmp3.jobsWork = c.onTheWay;
         bare.setOperation(c.operation);
         bare.setSources({c.source});

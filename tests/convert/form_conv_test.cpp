@@ -109,7 +109,7 @@ TEST_F(FormConvTest, TheRunIsShownUntilItsEndAndReplacesOnlyWhatTheUserAgreesTo)
     EXPECT_EQ(form.Progress.value(), 1000);
     EXPECT_EQ(form.Label3.caption() + form.Label4.caption(), "");
     EXPECT_FALSE(form.Command4.enabled());
-    gogo->detectResult = 4;
+    gogo->detectError = LibraryError::NotFound;
     choose(2, {"C:\\a.wav"});
     encode();
     ASSERT_EQ(dialogs.messages.size(), 1u);

@@ -7,7 +7,6 @@
 #include <set>
 #include <string>
 #include <thread>
-#include <tuple>
 #include <vector>
 
 #include "platform/gogo.h"
@@ -17,13 +16,12 @@ namespace quenlox {
 class FakeGogo : public Gogo {
   public:
     std::vector<std::string> calls;
-    std::vector<std::tuple<int, int, std::string>> configuration;  // item, value, text
+    std::vector<std::string> configuration;  // "6 44100", "1 C:\\a.wav"
     std::set<std::thread::id> threads;
     bool there = true;
-    int initialiseResult = 0;
-    int detectResult = 0;
-    int frames = 3;        // processFrame gives 1 with the last
-    int failingFrame = 0;  // this one, counted from 1, gives 2
+    LibraryError initialiseError = LibraryError::None, detectError = LibraryError::None;
+    int frames = 3;        // the last one finishes
+    int failingFrame = 0;  // this one, counted from 1
     int heldFrame = 0;     // this one does not come back before letGo()
 
     bool awaitHeld() { return await(held_); }
@@ -36,46 +34,46 @@ class FakeGogo : public Gogo {
     }
 
     bool available() override { return there; }
-    int MPGE_getUnitStatesVB(std::int32_t& state) override {
-        state = 0;
-        return there ? 0 : 1;
-    }
-    int MPGE_initializeWorkVB() override {
+    std::string version() override { return there ? "1.0.0" : ""; }
+    int MPGE_getUnitStatesVB() override { return there ? 1 : 0; }
+    LibraryError MPGE_initializeWorkVB() override {
         done_ = 0;
-        return note("initialise", initialiseResult);
+        note("initialise");
+        return initialiseError;
     }
-    int MPGE_setConfigureVB(std::int32_t item, std::int32_t value, const std::string& text) override {
-        configuration.emplace_back(item, value, text);
-        return 0;
+    LibraryError MPGE_setConfigureVB(GogoItem item, std::int32_t value) override {
+        return MPGE_setConfigureVB(item, std::to_string(value));
     }
-    int MPGE_detectConfigureVB() override { return note("detect", detectResult); }
-    int MPGE_getConfigureVB(std::int32_t item, std::int32_t& value) override {
-        if (item != 15) return 1;
-        value = frames;
-        return 0;
+    LibraryError MPGE_setConfigureVB(GogoItem item, const std::string& text) override {
+        configuration.push_back(std::to_string(static_cast<int>(item)) + " " + text);
+        return LibraryError::None;
     }
-    int MPGE_processFrameVB() override {
+    LibraryError MPGE_detectConfigureVB() override {
+        note("detect");
+        return detectError;
+    }
+    std::optional<std::int32_t> MPGE_getConfigureVB(GogoItem) override { return frames; }
+    GogoFrame MPGE_processFrameVB() override {
         std::unique_lock lock(mutex_);
         held_ = ++done_ == heldFrame;
         changed_.notify_all();
         changed_.wait(lock, [this] { return done_ != heldFrame; });
-        if (done_ == failingFrame) return note("frame", 2);
-        return note("frame", done_ >= frames ? 1 : 0);
+        note("frame");
+        if (done_ == failingFrame) return {false, LibraryError::Write};
+        return {done_ >= frames};
     }
-    int MPGE_closeCoderVB() override { return note("close", 0); }
-    int MPGE_endCoderVB() override {
+    void MPGE_closeCoderVB() override { note("close"); }
+    void MPGE_endCoderVB() override {
         const std::lock_guard lock(mutex_);
         ended_ = true;
         changed_.notify_all();
-        return note("end", 0);
+        note("end");
     }
-    std::string version() override { return "1.0.0"; }
 
   private:
-    int note(const char* call, int result) {
+    void note(const char* call) {
         calls.emplace_back(call);
         threads.insert(std::this_thread::get_id());
-        return result;
     }
     bool await(const bool& reached) {
         std::unique_lock lock(mutex_);

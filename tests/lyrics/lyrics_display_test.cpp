@@ -24,7 +24,6 @@ class LyricsDisplayTest : public ::testing::Test {
         panel.setVisible(false);
         panel.surface().resize(200, 40);
         main.show();
-        vbmp3.lines = NoLyricsLines();
         vbmp3.lines.total = 3;
         vbmp3.lines.current = 0;
         setLine("窓をあければ");
@@ -33,7 +32,7 @@ class LyricsDisplayTest : public ::testing::Test {
             display.lyricsShownChanged();
         };
     }
-    void setLine(const std::string& text) { FakeVbmp3::set(vbmp3.lines.rows[2], text); }
+    void setLine(const std::string& text) { vbmp3.lines.rows[2] = text; }
     void open(int kind) {
         state.LyricsKind = kind;
         display.trackOpened();

@@ -50,9 +50,9 @@ TEST_F(LyricsLookupTest, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCou
             for (std::size_t from = 0; from <= places.size(); ++from) {
                 Room room;
                 room.options.Lyrics3First = embeddedFirst;
-                if (embedded) room.vbmp3.lyrics3Raw = "LYRICSBEGIN";
+                if (embedded) room.vbmp3.lyrics3Data = "words";
                 for (std::size_t i = from; i < places.size(); ++i) room.addSideFile(places[i]);
-                room.vbmp3.timeTag = 1;
+                room.vbmp3.timeTag = true;
                 room.lookup.LoadLyrics();
                 const bool file = from < places.size() && !(embedded && embeddedFirst);
                 const std::string expected = file ? places[from] : "";
@@ -65,15 +65,15 @@ TEST_F(LyricsLookupTest, TheSettingAndTheOrderOfTheSixPlacesDecideWhichLyricsCou
 }
 
 TEST_F(LyricsLookupTest, LookingAgainMarksTheSourceOfNowOnce) {
-    vbmp3.timeTag = 1;
+    vbmp3.timeTag = true;
     addSideFile("D:\\words\\01. a.b.lrc");
     lookup.LoadLyrics();
     status.showDevice(false);
-    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    vbmp3.lyrics3Data = "words";
     options.Lyrics3First = true;
     lookup.lookAgain();
     EXPECT_EQ(display.info, "MPEG1 Layer3+L ﾃﾞﾊﾞｲｽなし");
-    vbmp3.lyrics3Raw = "";
+    vbmp3.lyrics3Data.reset();
     options.LyricsFolder = "";
     lookup.lookAgain();
     EXPECT_EQ(display.info, "MPEG1 Layer3 ﾃﾞﾊﾞｲｽなし");
@@ -93,7 +93,7 @@ TEST_F(LyricsLookupTest, AKindOfFileWithoutLyricsIsNotAsked) {
     state.MediaKind.lyrics = false;
     state.LyricsKind = kPlainLyrics;
     form.setText("of the last track");
-    vbmp3.lyrics3Raw = "LYRICSBEGIN";
+    vbmp3.lyrics3Data = "words";
     lookup.LoadLyrics();
     EXPECT_EQ(state.LyricsKind, kNoLyrics);
     EXPECT_EQ(form.Text2.text(), "");
@@ -126,12 +126,10 @@ TEST_F(LyricsLookupTest, ASideFileWithoutTimeTagsIsShownWholeWhateverItsCodingAn
 }
 
 TEST_F(LyricsLookupTest, LyricsOfTheSoundFileWithoutTimeTagsAreShownWhole) {
-    vbmp3.lyrics3Raw = "LYRICSBEGIN";
-    vbmp3.lyrics3Text = "from the buffer";
+    vbmp3.lyrics3Data = "from the buffer";
     lookup.LoadLyrics();
     EXPECT_EQ(form.Text2.text(), "from the buffer") << "when the library gives no more of it";
-    vbmp3.lyrics3Info.version = 2;
-    FakeVbmp3::set(vbmp3.lyrics3Info.lyrics, " 朝の\nレコード ");
+    vbmp3.lyrics3Info = "朝の\nレコード";
     lookup.LoadLyrics();
     EXPECT_EQ(form.Text2.text(), "朝の\r\nレコード");
     EXPECT_EQ(state.LyricsKind, kPlainLyrics);

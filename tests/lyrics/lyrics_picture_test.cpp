@@ -5,16 +5,15 @@
 #include <algorithm>
 
 #include "tests/fakes/fake_text_painter.h"
-#include "tests/fakes/fake_vbmp3.h"
 
 namespace quenlox {
 namespace {
 
-vbmp3_LyricsLines Lines(const std::vector<std::string>& rows) {
-    vbmp3_LyricsLines lines = NoLyricsLines();
+LyricsLines Lines(const std::vector<std::string>& rows) {
+    LyricsLines lines;
     lines.total = 9;
     lines.current = 2;
-    for (std::size_t i = 0; i < rows.size(); ++i) FakeVbmp3::set(lines.rows[i], rows[i]);
+    std::ranges::copy(rows, lines.rows.begin());
     return lines;
 }
 
@@ -87,7 +86,7 @@ TEST(LyricsPicture, WhatHasBeenSungStandsOut) {
         for (const auto& c : cases) {
             FakeTextPainter painter;
             Surface surface(120, 16);
-            vbmp3_LyricsLines lines = Lines({"", "", "遠い町"});
+            LyricsLines lines = Lines({"", "", "遠い町"});
             lines.progress = c.progress;
             lines.progressBytes = c.bytes;
             lines.stampMs[2] = 83450;
@@ -127,7 +126,7 @@ TEST(LyricsPicture, ThePanelShowsTheCurrentLineWrappedAndWhatOfItHasBeenSung) {
     const LyricsPanelLook look{{"", 6, false}, 96, {10, 10, 10}, {200, 0, 0}, {250, 250, 240}};
     FakeTextPainter painter;
     Surface surface(100, 30);
-    vbmp3_LyricsLines lines = Lines(kSong);
+    LyricsLines lines = Lines(kSong);
     DrawLyricsPanel(surface, painter, lines, look);
     ASSERT_EQ(painter.drawn.size(), 1u);
     EXPECT_EQ(painter.drawn[0].text, "遠い町");
@@ -150,15 +149,6 @@ TEST(LyricsPicture, ThePanelShowsTheCurrentLineWrappedAndWhatOfItHasBeenSung) {
     ASSERT_EQ(painter.drawn.size(), 2u);
     EXPECT_EQ(painter.drawn[1].text, "the quick");
     EXPECT_EQ(painter.drawn[1].style.color, look.sung);
-}
-
-TEST(LyricsPicture, AFieldThatIsFullToItsEndIsRead) {
-    vbmp3_LyricsLines lines = NoLyricsLines();
-    std::fill(std::begin(lines.rows[2]), std::end(lines.rows[2]), 'x');
-    FakeTextPainter painter;
-    Surface surface(50, 20);
-    DrawLyricsPanel(surface, painter, lines, {});
-    EXPECT_EQ(painter.drawn[0].text.size(), static_cast<std::size_t>(VBMP3_LYRICS_ROW));
 }
 
 }  // namespace

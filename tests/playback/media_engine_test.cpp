@@ -14,35 +14,35 @@ using PlayMedia = PlayerTest;
 TEST(MediaKind, IsToldByTheExtensionElseByTheDecodingLibrary) {
     const struct {
         const char* path;
-        int type;  // what the library says, negative: refused
+        std::optional<FileType> type;  // what the library says, nothing: refused
         int kind;
         const char* name;
     } cases[] = {
-        {"C:\\SONG.MID", -2, 10, "MIDI"},
-        {"C:\\a.rmi", 1, 10, "MIDI"},
-        {"D:\\Track07.CDA", -2, 20, "CD-DA"},
-        {"C:\\a.Wma", 1, 30, "WMA"},
-        {"C:\\song.MP3", 1, 3, "MP3"},
-        {"C:\\a.wav", 64, 1, "WAV"},
-        {"C:\\a.wav", 0, 2, "WAV"},
-        {"C:\\a.WAV", -2, 40, "WAV"},
-        {"C:\\a.rmp", 2, 4, "RMP"},
-        {"C:\\a.mp3", 2 | 64 | 1, 4, "RMP"},
-        {"C:\\a.mp3", 64 | 1, 1, "WAV"},
-        {"C:\\a.mp3", 1 | 4, 203, "MP3"},
-        {"C:\\a.mp3", 1 | 4 | 16, 103, "MP3"},
-        {"C:\\a.mp3", 1 | 16 | 32, 1103, "MP3"},
-        {"C:\\a.mp3", 1 | 4 | 32, 1203, "MP3"},
-        {"C:\\a.txt", -2, 0, ""},
-        {"mid", -2, 0, ""},
-        {"x", 1, 3, "MP3"},
+        {"C:\\SONG.MID", {}, 10, "MIDI"},
+        {"C:\\a.rmi", kMpegFile, 10, "MIDI"},
+        {"D:\\Track07.CDA", {}, 20, "CD-DA"},
+        {"C:\\a.Wma", kMpegFile, 30, "WMA"},
+        {"C:\\song.MP3", kMpegFile, 3, "MP3"},
+        {"C:\\a.wav", kWaveFile, 1, "WAV"},
+        {"C:\\a.wav", FileType{}, 2, "WAV"},
+        {"C:\\a.WAV", {}, 40, "WAV"},
+        {"C:\\a.rmp", kRmpFile, 4, "RMP"},
+        {"C:\\a.mp3", FileType{.mpeg = true, .rmp = true, .wave = true}, 4, "RMP"},
+        {"C:\\a.mp3", FileType{.mpeg = true, .wave = true}, 1, "WAV"},
+        {"C:\\a.mp3", FileType{.mpeg = true, .id3v1 = true}, 203, "MP3"},
+        {"C:\\a.mp3", FileType{.mpeg = true, .id3v1 = true, .id3v2 = true}, 103, "MP3"},
+        {"C:\\a.mp3", FileType{.mpeg = true, .id3v2 = true, .lyrics = true}, 1103, "MP3"},
+        {"C:\\a.mp3", FileType{.mpeg = true, .id3v1 = true, .lyrics = true}, 1203, "MP3"},
+        {"C:\\a.txt", {}, 0, ""},
+        {"mid", {}, 0, ""},
+        {"x", kMpegFile, 3, "MP3"},
     };
     for (const auto& c : cases) {
         Player p;
-        if (c.type >= 0) p.vbmp3.addFile(c.path, c.type);
+        if (c.type) p.vbmp3.addFile(c.path, *c.type);
         p.files.add(c.path);
         p.open(c.path);
-        EXPECT_EQ(p.state.MediaKind.code(), c.kind) << c.path << ' ' << c.type;
+        EXPECT_EQ(p.state.MediaKind.code(), c.kind) << c.path << ' ' << c.kind;
         EXPECT_EQ(p.display.kind, c.name) << c.path;
         EXPECT_EQ(p.state.MediaKindName, c.name);
     }
@@ -50,15 +50,16 @@ TEST(MediaKind, IsToldByTheExtensionElseByTheDecodingLibrary) {
 
 TEST_F(OpenMedia, ShowsWhatTheFileSaysOfItself) {
     const struct {
-        int type;
+        FileType type;
         const char* title;
-        int vbr, titleMode;
+        bool vbr;
+        int titleMode;
         const char *titleShown, *information;
     } cases[] = {
-        {VBMP3_TYPE_MPEG, "Song", 0, 1, "Song", "MPEG1 Layer3 44.1kHz 128kbps"},
-        {VBMP3_TYPE_MPEG, "Song", 1, 0, "曲.mp3", "MPEG1 Layer3 44.1kHz 128kbps VBR"},
-        {VBMP3_TYPE_MPEG, "", 0, 1, "no title", "MPEG1 Layer3 44.1kHz 128kbps"},
-        {VBMP3_TYPE_WAVE, "", 0, 0, "曲.mp3", "WAVE PCM"},
+        {kMpegFile, "Song", false, 1, "Song", "MPEG1 Layer3 44.1kHz 128kbps"},
+        {kMpegFile, "Song", true, 0, "曲.mp3", "MPEG1 Layer3 44.1kHz 128kbps VBR"},
+        {kMpegFile, "", false, 1, "no title", "MPEG1 Layer3 44.1kHz 128kbps"},
+        {kWaveFile, "", false, 0, "曲.mp3", "WAVE PCM"},
     };
     for (const auto& c : cases) {
         Player p;
@@ -78,19 +79,20 @@ TEST_F(OpenMedia, WhatCannotBeOpenedShowsItselfAndWhy) {
     const struct {
         const char* path;
         bool there;
-        int error;  // of the library, or of the media control
+        LibraryError error;
+        int code;  // of the media control
         Opening opening;
         const char* why;
         int status;
     } cases[] = {
-        {"", false, 0, {Nothing, false}, "", kStop},
-        {"C:\\gone.mp3", false, 0, {Missing, true}, "ファイルがありません", kStop},
-        {"X:\\gone.mp3", false, 0, {Missing, false}, "ファイルがありません", kStop},  // so is its drive
-        {"C:\\damaged.mp3", true, VBMP3_ERROR_FORMAT, {Refused, true}, "再生できません", kLoad},
-        {"C:\\locked.mp3", true, VBMP3_ERROR_NOT_FOUND, {Refused, false}, "再生できません", kLoad},
-        {"C:\\damaged.wma", true, 296, {Refused, true}, "再生できません", kLoad},
-        {"C:\\a.mid", true, 343, {Refused, false}, "再生できません", kLoad},  // no device for it
-        {"C:\\damaged.wav", true, 296, {Refused, true}, "再生できません", kLoad},
+        {"", false, LibraryError::None, 0, {Nothing, false}, "", kStop},
+        {"C:\\gone.mp3", false, LibraryError::None, 0, {Missing, true}, "ファイルがありません", kStop},
+        {"X:\\gone.mp3", false, LibraryError::None, 0, {Missing, false}, "ファイルがありません", kStop},  // so is its drive
+        {"C:\\damaged.mp3", true, LibraryError::Format, 0, {Refused, true}, "再生できません", kLoad},
+        {"C:\\locked.mp3", true, LibraryError::NotFound, 0, {Refused, false}, "再生できません", kLoad},
+        {"C:\\damaged.wma", true, LibraryError::None, 296, {Refused, true}, "再生できません", kLoad},
+        {"C:\\a.mid", true, LibraryError::None, 343, {Refused, false}, "再生できません", kLoad},  // no device for it
+        {"C:\\damaged.wav", true, LibraryError::None, 296, {Refused, true}, "再生できません", kLoad},
     };
     for (const auto& c : cases) {
         Player p;
@@ -99,10 +101,9 @@ TEST_F(OpenMedia, WhatCannotBeOpenedShowsItselfAndWhy) {
         p.open("C:\\before.mp3");
         if (c.there) p.files.add(c.path);
         p.vbmp3.error = c.error;
-        for (const char* command :
-             {"open \"C:\\damaged.wma\" alias MediaFile", "open \"C:\\damaged.wav\" alias MediaFile",
-              "open \"C:\\a.mid\" type sequencer alias MediaFile"})
-            p.mci.answers[command] = {c.error, ""};
+        for (const char* command : {"open \"C:\\damaged.wma\" alias MediaFile", "open \"C:\\damaged.wav\" alias MediaFile",
+                                    "open \"C:\\a.mid\" type sequencer alias MediaFile"})
+            p.mci.answers[command] = {c.code, ""};
         p.state.CurrentFile = c.path;
         EXPECT_EQ(p.engine.OpenMedia(), c.opening) << c.path;
         EXPECT_EQ(p.state.PlayerStatus, c.status) << c.path;
@@ -223,21 +224,22 @@ TEST_F(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
     using enum PlayResult;
     const struct {
         const char* path;
-        int code;  // error number of the library, or of the media control; 0: it plays
+        LibraryError error;
+        int code;         // error number of the media control; 0: it plays
         PlayResult result;
         int status;  // 4 beforehand
         const char* command;
     } cases[] = {
-        {"C:\\a.mp3", 0, Playing, kPlay, nullptr},
-        {"C:\\a.mp3", 25, Waiting, kWait, nullptr},
-        {"C:\\a.mp3", 3, Failed, kLoad, nullptr},
-        {"C:\\a.mid", 0, Playing, kPlay, "play MediaFile from 0"},
-        {"C:\\a.mid", 337, Waiting, kWait, "play MediaFile from 0"},
-        {"C:\\a.wma", 277, Failed, kLoad, "play MediaFile from 0"},
-        {"C:\\a.wav", 0, Playing, kPlay, "play MediaFile from 0"},
-        {"D:\\Track02.cda", 0, Playing, kPlay, "play MediaFile from 7000"},
-        {"D:\\Track02.cda", 337, Failed, kLoad, "play MediaFile from 7000"},
-        {"C:\\a.txt", 0, Failed, kLoad, nullptr},
+        {"C:\\a.mp3", LibraryError::None, 0, Playing, kPlay, nullptr},
+        {"C:\\a.mp3", LibraryError::DeviceBusy, 0, Waiting, kWait, nullptr},
+        {"C:\\a.mp3", LibraryError::NotOpen, 0, Failed, kLoad, nullptr},
+        {"C:\\a.mid", LibraryError::None, 0, Playing, kPlay, "play MediaFile from 0"},
+        {"C:\\a.mid", LibraryError::None, 337, Waiting, kWait, "play MediaFile from 0"},
+        {"C:\\a.wma", LibraryError::None, 277, Failed, kLoad, "play MediaFile from 0"},
+        {"C:\\a.wav", LibraryError::None, 0, Playing, kPlay, "play MediaFile from 0"},
+        {"D:\\Track02.cda", LibraryError::None, 0, Playing, kPlay, "play MediaFile from 7000"},
+        {"D:\\Track02.cda", LibraryError::None, 337, Failed, kLoad, "play MediaFile from 7000"},
+        {"C:\\a.txt", LibraryError::None, 0, Failed, kLoad, nullptr},
     };
     for (const auto& c : cases) {
         Player p;
@@ -245,8 +247,8 @@ TEST_F(PlayMedia, TellsByItsResultWhatBecameOfThePlayerStatus) {
         p.vbmp3.addFile("C:\\a.mp3");
         p.mci.answers["status MediaFile position track 02"] = {0, "7000"};
         if (c.command) p.mci.answers[c.command] = {c.code, ""};
-        p.vbmp3.playWorks = c.code == 0;
-        p.vbmp3.error = c.code;
+        p.vbmp3.playWorks = c.error == LibraryError::None;
+        p.vbmp3.error = c.error;
         p.open(c.path);
         EXPECT_EQ(p.engine.PlayMedia(), c.result) << c.path << ' ' << c.code;
         EXPECT_EQ(p.state.PlayerStatus, c.status) << c.path << ' ' << c.code;

@@ -117,7 +117,7 @@ TEST_F(NextFile, AnEventOfAFileThatIsClosedIsDropped) {
     playRow(0, kProgram);
     const auto late = vbmp3.listener;
     transport.open({"C:\\other.mp3"}, kNoIntent, Transport::Start::Play);
-    late(VBMP3_EVENT_NEXT_TRACK);
+    late(LibraryEvent::NextTrack);
     windows.pumpMessages();
     EXPECT_EQ(state.CurrentFile, "C:\\other.mp3");
     EXPECT_EQ(state.CurrentIndex[0], 0);
@@ -139,7 +139,7 @@ TEST_F(NextFile, ThatWasTakenBackTooLateIsStillFollowed) {
 TEST_F(NextFile, WhatChangesWhileTheEventIsUnderwayDoesNotConfuseIt) {
     fillList(3);
     playRow(0, kProgram);
-    vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
+    vbmp3.listener(LibraryEvent::NextTrack);
     state.CurrentIndex[0] = 1;  // the next file would be another now
     monitor.Timer1_Timer();
     windows.pumpMessages();
@@ -150,7 +150,7 @@ TEST_F(NextFile, WhatChangesWhileTheEventIsUnderwayDoesNotConfuseIt) {
 TEST_F(NextFile, GoingOnJustAsTheUserStopsLeavesThePlayerStopped) {
     fillList(3);
     playRow(0, kProgram);
-    vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
+    vbmp3.listener(LibraryEvent::NextTrack);
     transport.stop();
     windows.pumpMessages();
     EXPECT_EQ(state.PlayIntent, kNoIntent);
@@ -162,12 +162,12 @@ TEST_F(EndOfTrackEvent, RunsTheRuleAtOnce) {
     options.GaplessNext = false;
     fillList(2);
     playRow(0, kProgram);
-    vbmp3.state = 0;
-    vbmp3.listener(VBMP3_EVENT_END_OF_TRACK);
+    vbmp3.playing.state = PlayReport::State::Stopped;
+    vbmp3.listener(LibraryEvent::EndOfTrack);
     windows.pumpMessages();
     EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
     // The same event once more, while the new track plays, is none of its own.
-    vbmp3.listener(VBMP3_EVENT_END_OF_TRACK);
+    vbmp3.listener(LibraryEvent::EndOfTrack);
     windows.pumpMessages();
     EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
 }
@@ -176,7 +176,7 @@ TEST_F(DeviceLost, IsToldBehindTheFormatAndTheTrackGoesOn) {
     fillList(1);
     playRow(0, kSingle);
     vbmp3.deviceThere = false;
-    vbmp3.listener(VBMP3_EVENT_DEVICE_LOST);
+    vbmp3.listener(LibraryEvent::DeviceLost);
     windows.pumpMessages();
     EXPECT_THAT(display.info, testing::EndsWith("ﾃﾞﾊﾞｲｽなし"));
     EXPECT_EQ(state.PlayerStatus, kPlay);

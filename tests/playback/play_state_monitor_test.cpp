@@ -88,7 +88,7 @@ TEST(EndOfTrack, IsDecidedByIntentModeStatusAndList) {
 TEST_F(Poll, KeepsThePositionOfTheDecodingLibrary) {
     fillList(1);
     playRow(0, kSingle);
-    vbmp3.seconds = 42;
+    vbmp3.playing.seconds = 42;
     monitor.Timer1_Timer();
     EXPECT_EQ(state.PositionSeconds, 42);
     EXPECT_EQ(display.time, "00:42");
@@ -157,7 +157,7 @@ TEST(Intro, GoesOnAfterTheFirstSecondsUnlessTheUserHasMoved) {
         p.fillList(2);
         p.playRow(0, c.mode);
         if (c.sought) p.engine.SeekMedia(0.5);
-        p.vbmp3.seconds = c.seconds;
+        p.vbmp3.playing.seconds = c.seconds;
         p.monitor.Timer1_Timer();
         EXPECT_EQ(p.state.CurrentFile, c.file) << c.mode << ' ' << c.seconds;
         EXPECT_EQ(p.state.PlayerStatus, c.status) << c.mode << ' ' << c.seconds;

@@ -37,7 +37,7 @@ struct Player {
     // A file on the disk that the decoding library knows.
     void addMp3(const std::string& path, int length = 60, const std::string& title = {}) {
         files.add(path);
-        vbmp3.addFile(path, VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS, length, title);
+        vbmp3.addFile(path, FileType{.mpeg = true, .lyrics = true}, length, title);
     }
     // List A of `count` tracks "C:\\0.mp3", "C:\\1.mp3" ...
     void fillList(int count, int list = 0) {
@@ -57,14 +57,14 @@ struct Player {
     }
     // The decoding library has come to the end of what it plays.
     void endTrack() {
-        vbmp3.state = 0;
+        vbmp3.playing.state = PlayReport::State::Stopped;
         monitor.Timer1_Timer();
     }
     // The library has gone on to the next file and says so.
     void goOn() {
         vbmp3.openFile = vbmp3.nextFile;
         vbmp3.nextFile.clear();
-        vbmp3.listener(VBMP3_EVENT_NEXT_TRACK);
+        vbmp3.listener(LibraryEvent::NextTrack);
         windows.pumpMessages();
     }
 };

@@ -157,7 +157,7 @@ TEST_F(PassingOver, AListIsKeptWhileItsDriveOrDeviceIsWhatFails) {
     files.add("C:\\a.mid");
     files.add("C:\\b.mp3");
     mci.answers["open \"C:\\a.mid\" type sequencer alias MediaFile"] = {343, ""};  // no device for it
-    vbmp3.error = VBMP3_ERROR_NOT_FOUND;                                           // another program has it open
+    vbmp3.error = LibraryError::NotFound;                                           // another program has it open
     state.PlayMode = kProgram;
     transport.NextTrack();
     EXPECT_EQ(tracks.lists[0].size(), 4U);
@@ -278,7 +278,7 @@ TEST_F(Repeat, RepeatsWhatCameFromAListOrWasPlayedByTheUserHimself) {
         {"command line, device busy at first",
          [](Player& p) {
              p.vbmp3.playWorks = false;
-             p.vbmp3.error = VBMP3_ERROR_DEVICE_BUSY;
+             p.vbmp3.error = LibraryError::DeviceBusy;
              p.transport.openFirst("C:\\0.mp3", true, true);
              p.vbmp3.playWorks = true;
              p.monitor.Timer5_Timer();
@@ -407,7 +407,7 @@ class RandomUser : public Player {
         if (what_ == "drop") removed_ = true;
         if (state.PlayerStatus == kPlay) {
             EXPECT_EQ(vbmp3.openFile, state.CurrentFile) << what_;
-            EXPECT_EQ(vbmp3.state, 1) << what_;
+            EXPECT_EQ(vbmp3.playing.state, PlayReport::State::Playing) << what_;
             EXPECT_EQ(display.info.find("できません"), std::string::npos) << what_;
         }
         EXPECT_NE(state.PlayerStatus, kWait) << what_;

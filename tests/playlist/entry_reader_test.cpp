@@ -17,9 +17,9 @@ std::string MidiFile(const std::string& name) {
 }
 
 TEST_F(EntryTexts, ComeFromTheTagsOfTheFile) {
-    vbmp3.addFile("C:\\m\\a.mp3", VBMP3_TYPE_MPEG, 185, " Title ", "Artist", "Album");
-    vbmp3.addFile("C:\\m\\bare.wav", VBMP3_TYPE_WAVE, 4500);
-    vbmp3.addFile("C:\\m\\long.mp3", VBMP3_TYPE_MPEG, 59, std::string(600, 'x'));
+    vbmp3.addFile("C:\\m\\a.mp3", kMpegFile, 185, " Title ", "Artist", "Album");
+    vbmp3.addFile("C:\\m\\bare.wav", kWaveFile, 4500);
+    vbmp3.addFile("C:\\m\\long.mp3", kMpegFile, 59, std::string(600, 'x'));
     files.add("C:\\m\\song.MID", MidiFile("Etude"));
     files.add("C:\\m\\empty.rmi", "no MIDI at all");
     const struct {
@@ -61,7 +61,7 @@ TEST_F(EntryTexts, AreEstimatedFromTheFileNameOnlyInFileNameModeWithTheOption) {
     };
     for (const auto& c : cases) {
         Lists fresh;
-        fresh.vbmp3.addFile(path, VBMP3_TYPE_MPEG, 60, "Tag", "Tagger", "Tags");
+        fresh.vbmp3.addFile(path, kMpegFile, 60, "Tag", "Tagger", "Tags");
         fresh.state.ListType = c.listType;
         fresh.options.EstimateFromFileName = c.estimate;
         fresh.options.RenameFormat = c.format;
@@ -101,10 +101,10 @@ TEST_F(EntryTexts, OfAPlaceThatDoesNotAnswerAreAskedForOnceInAWhile) {
     struct SlowLibrary : FakeVbmp3 {
         EntryReader::Clock::time_point now{};
         int asked = 0;
-        bool vbmp3_getFileInfo(const std::string& path, vbmp3_FileInfo& info) override {
+        LibraryResult<TrackInfo> vbmp3_getFileInfo(const std::string& path) override {
             ++asked;
             now += path.starts_with("D:") ? std::chrono::milliseconds(1) : std::chrono::seconds(20);
-            return FakeVbmp3::vbmp3_getFileInfo(path, info);
+            return FakeVbmp3::vbmp3_getFileInfo(path);
         }
     } library;
     files.driveList.emplace_back("E:\\", DriveType::Fixed);

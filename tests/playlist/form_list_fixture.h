@@ -37,7 +37,7 @@ struct ListWindow : Lists {
         for (int tick = 0; tick < 100000 && form.Timer1.enabled(); ++tick) form.Timer1_Timer();
     }
     void addTitled(char letter, const std::string& title, int seconds = 60) {
-        vbmp3.addFile(pathOf(letter), VBMP3_TYPE_MPEG, seconds, title, "Artist", "Album");
+        vbmp3.addFile(pathOf(letter), kMpegFile, seconds, title, "Artist", "Album");
         lists.AddEntry(pathOf(letter), 0);
     }
     ListView& view() { return form.PlayView[state.ListNo]; }

@@ -130,7 +130,7 @@ TEST_F(FormListWindow, KeysActOnTheList) {
 }
 
 TEST_F(FormListWindow, ShowsCountSelectionAndTotalTime) {
-    for (const char letter : std::string("abc")) vbmp3.addFile(Lists::pathOf(letter), VBMP3_TYPE_MPEG, 1500);
+    for (const char letter : std::string("abc")) vbmp3.addFile(Lists::pathOf(letter), kMpegFile, 1500);
     addLetters(0, "abc");
     for (int row = 0; row < 3; ++row) view().textOf(row, kTitleColumn);  // all of them are on the screen
     finishWork();
@@ -157,9 +157,9 @@ TEST_F(FormListWindow, NothingIsReadWhileItIsHidden) {
 }
 
 TEST_F(FormListWindow, TypedLettersFindTheNextTitle) {
-    vbmp3.addFile("C:\\a.mp3", VBMP3_TYPE_MPEG, 1, "さくら");
-    vbmp3.addFile("C:\\b.mp3", VBMP3_TYPE_MPEG, 1, "Alpha");
-    vbmp3.addFile("C:\\c.mp3", VBMP3_TYPE_MPEG, 1, "ALPS");
+    vbmp3.addFile("C:\\a.mp3", kMpegFile, 1, "さくら");
+    vbmp3.addFile("C:\\b.mp3", kMpegFile, 1, "Alpha");
+    vbmp3.addFile("C:\\c.mp3", kMpegFile, 1, "ALPS");
     addLetters(0, "abc");
     EXPECT_EQ(view().find("b", 0), 1) << "by the file name while the title is not known";
     finishWork();

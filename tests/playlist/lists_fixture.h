@@ -24,10 +24,10 @@ class CountingVbmp3 : public FakeVbmp3 {
   public:
     Paths infoReads;
     std::chrono::milliseconds delay{};  // of each read, as a slow disk has it
-    bool vbmp3_getFileInfo(const std::string& path, vbmp3_FileInfo& info) override {
+    LibraryResult<TrackInfo> vbmp3_getFileInfo(const std::string& path) override {
         infoReads.push_back(path);
         if (delay.count() > 0) std::this_thread::sleep_for(delay);
-        return FakeVbmp3::vbmp3_getFileInfo(path, info);
+        return FakeVbmp3::vbmp3_getFileInfo(path);
     }
 };
 

@@ -30,8 +30,7 @@ TEST_F(Sorting, OrdersTheRowsByTheTextOfTheColumn) {
     for (const auto& c : cases) {
         Lists fresh;
         for (const Row& row : rows) {
-            fresh.vbmp3.addFile(Lists::pathOf(row.letter), VBMP3_TYPE_MPEG, row.seconds, row.title, row.name,
-                                row.album);
+            fresh.vbmp3.addFile(Lists::pathOf(row.letter), kMpegFile, row.seconds, row.title, row.name, row.album);
             fresh.lists.AddEntry(Lists::pathOf(row.letter), 0);
         }
         fresh.state.CurrentIndex[0] = 2;

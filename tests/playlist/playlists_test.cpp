@@ -41,7 +41,7 @@ TEST_F(ListsTest, RemovesTheCurrentFileFromListsAAndBOnly) {
 
 TEST_F(ListsTest, ARenamedFileGetsItsNewPathInListsAAndBOnly) {
     for (int list = 0; list < 3; ++list) addLetters(list, "axa");
-    vbmp3.addFile("C:\\a.mp3", VBMP3_TYPE_MPEG, 10, "Title");
+    vbmp3.addFile("C:\\a.mp3", kMpegFile, 10, "Title");
     lists.entry(0, 0);
     lists.renamePath("C:\\a.mp3", "C:\\a much longer name.mp3");
     EXPECT_EQ(paths(0), (Paths{"C:\\a much longer name.mp3", "C:\\x.mp3", "C:\\a much longer name.mp3"}));

@@ -336,7 +336,7 @@ TEST_F(FormTopTest, ADeviceInUseIsTriedAgainUntilItIsFree) {
     openFile("C:\\a.mp3");
     state.PlayerStatus = kStop;
     vbmp3.playWorks = false;
-    vbmp3.error = VBMP3_ERROR_DEVICE_BUSY;
+    vbmp3.error = LibraryError::DeviceBusy;
     click(kPlayAt);
     EXPECT_EQ(top->mainLabel[kStatusLabel].caption(), "WAIT");
     ASSERT_TRUE(top->Timer5.enabled());

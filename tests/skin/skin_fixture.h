@@ -69,7 +69,7 @@ class SkinTest : public ::testing::Test {
     void load() { top->LoadSkin(std::string(kFolder) + "default.tsk"); }
     Surface::Pixel at(int x, int y) { return top->picture()->at(x, y); }
     static Surface::Pixel pixel(Color color) { return Surface::ToPixel(color); }
-    void openFile(const std::string& path, int type = VBMP3_TYPE_MPEG, int length = 100) {
+    void openFile(const std::string& path, FileType type = kMpegFile, int length = 100) {
         files.add(path);
         vbmp3.addFile(path, type, length, "Title");
         transport->open({path}, kNoIntent, Transport::Start::Open);

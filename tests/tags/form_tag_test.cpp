@@ -22,13 +22,13 @@ struct Editor : Player {
     Editor() {
         for (const char* path : {kSong, kOther}) {
             files.add(path, "sound");
-            vbmp3.addFile(path, VBMP3_TYPE_MPEG | VBMP3_TYPE_ID3V2);
+            vbmp3.addFile(path, FileType{.mpeg = true, .id3v2 = true});
         }
         files.add(kWrapped, "sound");
-        vbmp3.addFile(kWrapped, VBMP3_TYPE_RMP);
-        tag(kSong, VBMP3_TAG_ID3V2, "夜明け", "歌手");
-        tag(kOther, VBMP3_TAG_ID3V1, "Other", "Band");
-        tag(kWrapped, VBMP3_TAG_SI, "包み", "店");
+        vbmp3.addFile(kWrapped, kRmpFile);
+        tag(kSong, kTagId3v2, "夜明け", "歌手");
+        tag(kOther, kTagId3v1, "Other", "Band");
+        tag(kWrapped, kTagSi, "包み", "店");
         for (int list = 0; list < 3; ++list) lists.AddEntry(kSong, list);
         transport.onTrackChanged = [this] { form.currentFileOpened(); };
         form.connect({&transport,
@@ -43,10 +43,9 @@ struct Editor : Player {
         vbmp3.calls.clear();
     }
     void tag(const std::string& path, int kind, const std::string& title, const std::string& artist) {
-        vbmp3_Tag& made = vbmp3.tags[{path, kind}] = {};
-        FakeVbmp3::set(made.title, title);
-        FakeVbmp3::set(made.artist, artist);
-        made.genreNumber = 255;
+        TrackTexts& made = vbmp3.tags[{path, kind}] = {};
+        made.title = title;
+        made.artist = artist;
     }
     std::string title(const std::string& path, int kind) { return vbmp3.tags[{path, kind}].title; }
     // What the library knows follows the name on the disk.
@@ -133,7 +132,7 @@ TEST_F(FormTagTest, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
         if (c.pause) e.transport.pause();
         e.vbmp3.positionMs = 12345;
         e.vbmp3.tagWritesWork = c.works;
-        e.vbmp3.error = VBMP3_ERROR_LOCKED;
+        e.vbmp3.error = LibraryError::Locked;
         e.form.TextTitle.setText("新しい");
         e.vbmp3.calls.clear();
         e.form.cmdSave.click();
@@ -144,12 +143,12 @@ TEST_F(FormTagTest, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
         EXPECT_LT(at("play"), at("seek 12.345000"));
         EXPECT_EQ(e.vbmp3.count("seek 12.345000"), 1);
         EXPECT_EQ(e.state.PlayerStatus, c.pause ? kPause : kPlay);
-        EXPECT_EQ(e.vbmp3.state, c.pause ? 2 : 1);
-        EXPECT_EQ(e.title(kSong, VBMP3_TAG_ID3V2), c.works ? "新しい" : "夜明け");
+        EXPECT_EQ(e.vbmp3.playing.state, c.pause ? PlayReport::State::Paused : PlayReport::State::Playing);
+        EXPECT_EQ(e.title(kSong, kTagId3v2), c.works ? "新しい" : "夜明け");
         EXPECT_EQ(e.form.TextTitle.text(), "新しい");
         EXPECT_EQ(e.form.edited(), !c.works);
         if (!c.works) {
-            EXPECT_THAT(e.said(), ElementsAre("タグを書き込めませんでした\r\n読み取り専用か、ほかのプログラムが使用中です"));
+            EXPECT_THAT(e.said(), ElementsAre("タグを書き込めませんでした\r\nファイルが読み取り専用か、ほかのプログラムで使用中です"));
         }
     }
 }
@@ -159,14 +158,14 @@ TEST_F(FormTagTest, TheTicksSayWhichTagsAreWrittenAndWhichGo) {
     EXPECT_FALSE(form.CheckV1.checked());
     form.CheckV1.setValue(1);
     form.cmdSave.click();
-    EXPECT_EQ(title(kSong, VBMP3_TAG_ID3V1), "夜明け");
+    EXPECT_EQ(title(kSong, kTagId3v1), "夜明け");
     form.CheckV2.setValue(0);
     form.cmdSave.click();
-    EXPECT_FALSE(vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V2}));
+    EXPECT_FALSE(vbmp3.tags.contains({kSong, kTagId3v2}));
     form.CheckV1.setValue(0);
     form.cmdSave.click();  // the question is answered with no
     EXPECT_EQ(dialogs.questions.size(), 1U);
-    EXPECT_TRUE(vbmp3.tags.contains({kSong, VBMP3_TAG_ID3V1}));
+    EXPECT_TRUE(vbmp3.tags.contains({kSong, kTagId3v1}));
 }
 
 TEST_F(FormTagTest, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
@@ -181,7 +180,7 @@ TEST_F(FormTagTest, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
     dialogs.confirmsOrCancels = {false};
     form.cmdClose.click();
     EXPECT_FALSE(form.visible());
-    EXPECT_FALSE(vbmp3.tags.at({kSong, VBMP3_TAG_ID3V2}).album[0]);
+    EXPECT_EQ(vbmp3.tags.at({kSong, kTagId3v2}).album, "");
 
     form.fill();
     form.show();
@@ -189,7 +188,7 @@ TEST_F(FormTagTest, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
     form.TextTitle.setText("T");
     dialogs.confirmsOrCancels = {true};
     form.cmdClose.click();
-    EXPECT_EQ(title(kOther, VBMP3_TAG_ID3V1), "T");
+    EXPECT_EQ(title(kOther, kTagId3v1), "T");
 }
 
 TEST_F(FormTagTest, ItFollowsTheTrackWhenNothingIsUnsaved) {
@@ -210,12 +209,12 @@ TEST_F(FormTagTest, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
     EXPECT_TRUE(form.edited());
     form.cmdRevert.click();
     EXPECT_EQ(form.TextAlbum.text(), "全集");
-    for (const auto& [path, kind] : {std::pair{kSong, VBMP3_TAG_ID3V2}, {kOther, VBMP3_TAG_ID3V1}, {kWrapped, VBMP3_TAG_SI}}) {
-        EXPECT_STREQ(vbmp3.tags.at({path, kind}).album, "全集") << path;
-        EXPECT_STRNE(vbmp3.tags.at({path, kind}).title, "") << path;
+    for (const auto& [path, kind] : {std::pair{kSong, kTagId3v2}, {kOther, kTagId3v1}, {kWrapped, kTagSi}}) {
+        EXPECT_EQ(vbmp3.tags.at({path, kind}).album, "全集") << path;
+        EXPECT_NE(vbmp3.tags.at({path, kind}).title, "") << path;
     }
     EXPECT_EQ(written.size(), 3U);
-    EXPECT_FALSE(vbmp3.tags.contains({kOther, VBMP3_TAG_ID3V2}));
+    EXPECT_FALSE(vbmp3.tags.contains({kOther, kTagId3v2}));
     form.TextAlbum.setText("別の全集");
     dialogs.confirms = {true};
     form.cmdApply_Click();
@@ -246,9 +245,9 @@ TEST_F(FormTagTest, WrappingProposesTheOtherExtensionAndSaysWhyItFailed) {
     EXPECT_EQ(dialogs.fileDialogs.at(0).fileName, "song.rmp");
     EXPECT_EQ(vbmp3.count("toRmp C:\\music\\song.mp3 > C:\\music\\new.rmp"), 1);
     vbmp3.jobsWork = false;
-    vbmp3.error = VBMP3_ERROR_SAME_FILE;
+    vbmp3.error = LibraryError::SameFile;
     form.cmdConvert.click();
-    EXPECT_THAT(said(), ElementsAre("変換できませんでした\r\n変換元と同じファイルです"));
+    EXPECT_THAT(said(), ElementsAre("変換できませんでした\r\n変換元と保存先が同じファイルです"));
 }
 
 TEST(TagLimits, ShortTagsHoldThirtyBytesOfShiftJis) {

@@ -1,5 +1,10 @@
 // gogo.dll behind the program's own interface. Texts go to it in UTF-8.
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
 
+#include "libraries/gogo/gogo.h"
 #include "platform/gogo.h"
 #include "platform/win32/platform.h"
 #include "platform/win32/services/library.h"
@@ -7,58 +12,78 @@
 namespace quenlox::win32 {
 namespace {
 
-constexpr int kNoLibrary = -1;
+constexpr std::array<std::pair<int, LibraryError>, 9> kErrors{{{GOGO_OK, LibraryError::None},
+                                                               {GOGO_ERROR_STATE, LibraryError::NotInitialised},
+                                                               {GOGO_ERROR_ARGUMENT, LibraryError::Argument},
+                                                               {GOGO_ERROR_SOURCE, LibraryError::NotFound},
+                                                               {GOGO_ERROR_FORMAT, LibraryError::NotWave},
+                                                               {GOGO_ERROR_DESTINATION, LibraryError::Write},
+                                                               {GOGO_ERROR_SAME_FILE, LibraryError::SameFile},
+                                                               {GOGO_ERROR_MEMORY, LibraryError::Memory},
+                                                               {GOGO_ERROR_ENCODER, LibraryError::Settings}}};
+
+LibraryError ErrorOf(int result) {
+    const auto found = std::ranges::find(kErrors, result, &std::pair<int, LibraryError>::first);
+    return found == kErrors.end() ? LibraryError::Other : found->second;
+}
 
 class GogoLibrary : public Gogo {
   public:
     explicit GogoLibrary(const std::string& folder) : library_(folder, "gogo.dll") {
-        library_.resolve(getUnitStates_, "MPGE_getUnitStatesVB");
-        library_.resolve(initializeWork_, "MPGE_initializeWorkVB");
-        library_.resolve(setConfigure_, "MPGE_setConfigureVB");
-        library_.resolve(detectConfigure_, "MPGE_detectConfigureVB");
-        library_.resolve(getConfigure_, "MPGE_getConfigureVB");
-        library_.resolve(processFrame_, "MPGE_processFrameVB");
-        library_.resolve(closeCoder_, "MPGE_closeCoderVB");
-        library_.resolve(endCoder_, "MPGE_endCoderVB");
-        complete_ = library_.complete();
-        library_.resolve(getVersion_, "MPGE_getVersionVB");  // for the eye only; its lack does no harm
+#define QUENLOX_RESOLVE(name) library_.resolve(dll_.name, #name);
+        GOGO_FUNCTIONS(QUENLOX_RESOLVE)
+#undef QUENLOX_RESOLVE
+        there_ = library_.complete();
     }
 
-    bool available() override {
-        std::int32_t state = 0;
-        return MPGE_getUnitStatesVB(state) == 0;
-    }
-    int MPGE_getUnitStatesVB(std::int32_t& state) override { return complete_ ? getUnitStates_(&state) : kNoLibrary; }
-    int MPGE_initializeWorkVB() override { return complete_ ? initializeWork_() : kNoLibrary; }
-    int MPGE_setConfigureVB(std::int32_t item, std::int32_t value, const std::string& text) override {
-        return complete_ ? setConfigure_(item, value, text.c_str()) : kNoLibrary;
-    }
-    int MPGE_detectConfigureVB() override { return complete_ ? detectConfigure_() : kNoLibrary; }
-    int MPGE_getConfigureVB(std::int32_t item, std::int32_t& value) override {
-        return complete_ ? getConfigure_(item, &value) : kNoLibrary;
-    }
-    int MPGE_processFrameVB() override { return complete_ ? processFrame_() : kNoLibrary; }
-    int MPGE_closeCoderVB() override { return complete_ ? closeCoder_() : kNoLibrary; }
-    int MPGE_endCoderVB() override { return complete_ ? endCoder_() : kNoLibrary; }
+    bool available() override { return MPGE_getUnitStatesVB() > 0; }
     std::string version() override {
-        if (!complete_ || !getVersion_) return {};
         char text[64] = {};
-        getVersion_(text, sizeof text);
-        return {text, strnlen(text, sizeof text)};
+        return there_ && dll_.MPGE_getVersionVB(text, sizeof text) == GOGO_OK ? text : "";
+    }
+    int MPGE_getUnitStatesVB() override {
+        std::int32_t cores = 0;
+        return there_ && dll_.MPGE_getUnitStatesVB(&cores) == GOGO_OK ? cores : 0;
+    }
+    LibraryError MPGE_initializeWorkVB() override { return ErrorOf(there_ ? dll_.MPGE_initializeWorkVB() : kAbsent); }
+    LibraryError MPGE_setConfigureVB(GogoItem item, std::int32_t value) override { return set(item, value, ""); }
+    LibraryError MPGE_setConfigureVB(GogoItem item, const std::string& text) override { return set(item, 0, text); }
+    LibraryError MPGE_detectConfigureVB() override { return ErrorOf(there_ ? dll_.MPGE_detectConfigureVB() : kAbsent); }
+    std::optional<std::int32_t> MPGE_getConfigureVB(GogoItem item) override {
+        std::int32_t value = 0;
+        const bool known = there_ && dll_.MPGE_getConfigureVB(static_cast<std::int32_t>(item), &value) == GOGO_OK;
+        return known ? std::optional(value) : std::nullopt;
+    }
+    GogoFrame MPGE_processFrameVB() override {
+        const int result = there_ ? dll_.MPGE_processFrameVB() : kAbsent;
+        if (result == GOGO_FINISHED) return {true};
+        return {false, ErrorOf(result)};
+    }
+    void MPGE_closeCoderVB() override {
+        if (there_) dll_.MPGE_closeCoderVB();
+    }
+    void MPGE_endCoderVB() override {
+        if (there_) dll_.MPGE_endCoderVB();
     }
 
   private:
+    static constexpr int kAbsent = GOGO_ERROR_STATE;
+
+    LibraryError set(GogoItem item, std::int32_t value, const std::string& text) {
+        if (!there_) return ErrorOf(kAbsent);
+        return ErrorOf(dll_.MPGE_setConfigureVB(static_cast<std::int32_t>(item), value, text.c_str()));
+    }
+
+    // What the library exports, with the types and the names of its header.
+    struct Exports {
+#define QUENLOX_POINTER(name) decltype(::name)* name = nullptr;
+        GOGO_FUNCTIONS(QUENLOX_POINTER)
+#undef QUENLOX_POINTER
+    };
+
     Library library_;
-    bool complete_ = false;
-    decltype(::MPGE_getUnitStatesVB)* getUnitStates_ = nullptr;
-    decltype(::MPGE_initializeWorkVB)* initializeWork_ = nullptr;
-    decltype(::MPGE_setConfigureVB)* setConfigure_ = nullptr;
-    decltype(::MPGE_detectConfigureVB)* detectConfigure_ = nullptr;
-    decltype(::MPGE_getConfigureVB)* getConfigure_ = nullptr;
-    decltype(::MPGE_processFrameVB)* processFrame_ = nullptr;
-    decltype(::MPGE_closeCoderVB)* closeCoder_ = nullptr;
-    decltype(::MPGE_endCoderVB)* endCoder_ = nullptr;
-    decltype(::MPGE_getVersionVB)* getVersion_ = nullptr;
+    Exports dll_;
+    bool there_ = false;
 };
 
 }  // namespace
