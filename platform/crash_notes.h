@@ -1,4 +1,6 @@
-// What a crash leaves behind, for whoever looks into it: a short text and a memory dump in the user's folder.
+// What a crash leaves behind, for whoever looks into it: a short text and a memory dump in the user's folder. Made,
+// told and destroyed on the user-interface thread; watches all of them. What cannot be written is left out and told
+// nobody.
 #pragma once
 
 namespace quenlox {

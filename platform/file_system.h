@@ -1,4 +1,6 @@
-// Files and folders. Paths are UTF-8 with "\" between folders; any name that the system allows.
+// Files and folders. Paths are UTF-8 with "\" between folders; any name that the system allows. fileExists and
+// folderExists may be called on any thread, everything else on the user-interface thread. A call waits until the disk
+// or the server answers. Whatever cannot be found out is told as if it were not there; nothing throws but for memory.
 #pragma once
 
 #include <cstdint>
@@ -42,28 +44,28 @@ enum class DriveType { Unknown, NoRoot, Removable, Fixed, Remote, CdRom, RamDisk
 class FileSystem {
   public:
     virtual ~FileSystem() = default;
-    virtual bool fileExists(const std::string& path) = 0;
-    virtual bool folderExists(const std::string& path) = 0;
-    virtual bool isReadOnly(const std::string& path) = 0;
+    virtual bool fileExists(const std::string& path) = 0;    // false for a folder
+    virtual bool folderExists(const std::string& path) = 0;  // false for a file
+    virtual bool isReadOnly(const std::string& path) = 0;    // false for what is not there
     // The whole file; nothing when it cannot be read or is larger than `limit` bytes.
     virtual std::optional<std::string> read(const std::string& path, std::uint64_t limit = 256u << 20) = 0;
     // As a transaction: temporary file beside the target, flush, replace. A failure leaves the old file as it was.
     virtual WriteResult write(const std::string& path, std::string_view bytes) = 0;
     virtual bool rename(const std::string& from, const std::string& to) = 0;  // fails when `to` exists
-    virtual bool remove(const std::string& path) = 0;
+    virtual bool remove(const std::string& path) = 0;                         // a file; false too when there is none
     // A folder of any size is read name by name; one that cannot be read has none. The system may take its time for the
     // first name and reads ahead then.
     virtual std::unique_ptr<FolderReader> readFolder(const std::string& folder) = 0;
     // All at once, for folders that are known to be small.
     std::vector<std::string> files(const std::string& folder) { return names(folder, false); }
     std::vector<std::string> folders(const std::string& folder) { return names(folder, true); }
-    virtual std::vector<std::string> drives() = 0;                  // "C:\\" and so on
-    virtual DriveType driveType(const std::string& root) = 0;
-    virtual std::string programFolder() = 0;                        // without "\" at its end, unless it is a root
+    virtual std::vector<std::string> drives() = 0;             // "C:\\" and so on
+    virtual DriveType driveType(const std::string& root) = 0;  // Unknown when the system does not say
+    virtual std::string programFolder() = 0;                   // without "\" at its end, unless it is a root
     // Where settings and lists are written (user_files.h), found out at the first call by writing: the program's
     // folder, or one of the user's own, which is made if it has to be.
     virtual std::string userFolder() = 0;
-    virtual std::string currentFolder() = 0;
+    virtual std::string currentFolder() = 0;  // of the process
     // A text in the code page of this machine as UTF-8; nothing where that is Shift-JIS (932) or UTF-8.
     virtual std::optional<std::string> fromCodePage(std::string_view bytes) = 0;
 

@@ -1,4 +1,4 @@
-// The multimedia mixer of the system. On the user-interface thread.
+// The multimedia mixer of the system. On the user-interface thread. While none is open, no call does anything but fail.
 #pragma once
 
 #include <cstdint>
@@ -28,11 +28,14 @@ class Mixer {
     // Opens the mixer that a sound device belongs to, by the number that vbmp3_setOutput takes; -1 is the system's
     // default. False when there is none, and then none is open.
     virtual bool open(int device) = 0;
-    virtual void close() = 0;
+    virtual void close() = 0;  // a second time does nothing
     // The open mixer is still that of the device: the default device may have become another one.
     virtual bool serves(int device) = 0;
-    // Finds the volume control of a line. A failure leaves `control` as it was; the result is the mixer call's code.
+    // Finds the volume control of a line. A failure leaves `control` as it was; the result is the mixer call's code, 0
+    // for success.
     virtual int GetMixerVolumeControl(MixerControl& control, ComponentType component) = 0;
+    // Between the control's minimum and maximum, one value for all channels. False leaves `value`, and the volume, as
+    // they were.
     virtual bool GetMixerVolume(const MixerControl& control, std::uint32_t& value) = 0;
     virtual bool SetMixerVolume(const MixerControl& control, std::uint32_t value) = 0;
 };

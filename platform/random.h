@@ -1,4 +1,4 @@
-// Chance: the random orders and the random equalizer pattern draw from it.
+// Chance: the random orders and the random equalizer pattern draw from it. On the user-interface thread; never fails.
 #pragma once
 
 #include <cstdint>

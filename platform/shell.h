@@ -1,4 +1,4 @@
-// Services of the desktop: notification area, help, links, single instance.
+// Services of the desktop: notification area, help, links, single instance. On the user-interface thread.
 #pragma once
 
 #include <functional>
@@ -20,15 +20,18 @@ struct TrayIconData {
 class Shell {
   public:
     virtual ~Shell() = default;
+    // False: there is no notification area, or its owner has no window; no icon comes up later.
     virtual bool addTrayIcon(const TrayIconData& icon) = 0;
     // The taskbar has been started anew, and for seconds nobody has taken the icon: it is gone.
     std::function<void()> onTrayIconLost;
-    virtual bool changeTrayIcon(const TrayIconData& icon) = 0;
-    virtual bool deleteTrayIcon(const TrayIconData& icon) = 0;
-    virtual bool WinHelp(Form& owner, const std::string& helpFile, int command, int data) = 0;
-    virtual bool openInBrowser(const std::string& target) = 0;  // a file or an address, with the user's program for it
-    virtual Point cursor() = 0;                                  // pixels of the screen
-    virtual bool anotherInstanceRuns() = 0;                      // asked once at start; claims the name when not
+    virtual bool changeTrayIcon(const TrayIconData& icon) = 0;  // false: there is none, or it is refused
+    virtual bool deleteTrayIcon(const TrayIconData& icon) = 0;  // false: there is none
+    virtual bool WinHelp(Form& owner, const std::string& helpFile, int command, int data) = 0;  // false: not shown
+    // A file or an address, with the user's program for it; false when there is none. Returns before it is shown.
+    virtual bool openInBrowser(const std::string& target) = 0;
+    virtual Point cursor() = 0;  // pixels of the screen
+    // Asked once at start; claims the name when none runs. True also when the system does not let it ask.
+    virtual bool anotherInstanceRuns() = 0;
 };
 
 }  // namespace quenlox

@@ -1,4 +1,5 @@
-// Text on a Surface, the only drawing that needs the system.
+// Text on a Surface, the only drawing that needs the system. On the user-interface thread. What the system refuses is
+// left undrawn, and measures nothing; a face that is not there is replaced by another.
 #pragma once
 
 #include <string_view>
@@ -24,7 +25,8 @@ class TextPainter {
     virtual ~TextPainter() = default;
     // Draws over what is there, clipped to `where`; "&" is an ordinary character.
     virtual void draw(Surface& on, const Rect& where, std::string_view utf8, const TextStyle& style) = 0;
-    virtual Size measure(std::string_view utf8, const TextStyle& style, int width = 0) = 0;  // width: of wordBreak
+    // Pixels that it takes; `width` is where wordBreak breaks.
+    virtual Size measure(std::string_view utf8, const TextStyle& style, int width = 0) = 0;
 };
 
 }  // namespace quenlox

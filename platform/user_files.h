@@ -1,6 +1,6 @@
 // Where the program keeps what it remembers, the settings and the lists: beside itself, so that a copied folder takes
 // them along, or in the user's own folder when nobody may write there (installed for all users, a medium that is read
-// only).
+// only). On the user-interface thread; nothing fails: what cannot be written there is told by whoever writes.
 #pragma once
 
 #include <string>
