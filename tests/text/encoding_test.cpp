@@ -47,7 +47,7 @@ TEST(Encoding, TextFilesAreTakenByMarkThenUtf8ThenShiftJis) {
     EXPECT_EQ(DecodeText("\x8B\xC8"), "曲");
     EXPECT_EQ(DecodeText("\xFF\xFE\xF2"s), "");  // half a unit
     EXPECT_EQ(DecodeText("o\0n\0e\0"s), "one");
-    EXPECT_EQ(DecodeText("\xCC\x6B\x5E\x8A\x0D\0\x0A\0\x89\x30"s), "歌詞\r\nら");
+    EXPECT_EQ(DecodeText("\x4C\x6B\x5E\x8A\x0D\0\x0A\0\x89\x30"s), "歌詞\r\nら");
     EXPECT_EQ(DecodeText("before\0behind\0"s), "before\0behind\0"s);
 }
 

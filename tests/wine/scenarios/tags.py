@@ -64,7 +64,8 @@ def test_what_is_edited_while_it_plays_is_saved_and_the_sound_goes_on(s):
     s.wait_sound()
     s.wait_until(lambda: s.listen(0.3).frequency() > 650, "the third tone")
     field(window, "タイトル").set_text("夜明けの歌 😀")
-    field(window, "コメント").set_text("とても長いコメントなのでID3v1には収まりません")
+    comment = "とても長い注釈、" * 210
+    field(window, "コメント").set_text(comment)
     s.wait_equal(lambda: name_box(window).text(), "(Anna) 夜明けの歌 😀.mp3", "proposed name")
     mark = s.sound_mark()
     window.press("保存")
@@ -76,6 +77,7 @@ def test_what_is_edited_while_it_plays_is_saved_and_the_sound_goes_on(s):
     tags = ID3(file)
     s.equal(str(tags["TIT2"]), "夜明けの歌 😀", "title in the file")
     s.equal(str(tags["TPE1"]), "Anna", "artist in the file")
+    s.equal(str(tags.getall("COMM")[0]), comment, "comment of 5 040 bytes in the file")
     s.equal(audio(file), before, "sound in the file")
     player.end()
 
