@@ -9,6 +9,7 @@ Form::Form(std::string name, Kind kind) : name_(std::move(name)), kind_(kind) {}
 
 Form::~Form() {
     // The host goes first: it refers to the form and its controls.
+    if (host_) host_->detach();
     host_.reset();
 }
 

@@ -75,6 +75,9 @@ class Form {
     virtual void Form_MouseMove(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_MouseUp(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
     virtual void Form_DoubleClick(int button, int shift, Point at) { (void)button, (void)shift, (void)at; }
+    // Something has happened at the program's icon in the notification area: 512 the pointer is there, 514 left button
+    // up, 516 right button down.
+    virtual void Form_TrayIcon(int message) { (void)message; }
     virtual void Form_ContextMenu(Point at) { (void)at; }  // by the keyboard: Shift+F10 or the menu key
     // A media key of the keyboard, as a Windows application command (11 next, 12 previous, 13 stop, 14 play or pause,
     // 46 play, 47 pause). True when it has been dealt with.
@@ -116,7 +119,7 @@ class Form {
     std::string name_;
     Kind kind_;
     std::vector<Control*> controls_;
-    std::unique_ptr<FormHost> host_;
+    std::shared_ptr<FormHost> host_;
     WindowSystem* system_ = nullptr;
     int left_ = 0, top_ = 0, width_ = 4500, height_ = 3000;
     std::string caption_;

@@ -20,10 +20,12 @@ enum class FormProperty { Caption, Place, Visible, Topmost, Region, Picture, Men
 // The outline of a window as rectangles in pixels, in the order of a Windows region.
 using Region = std::vector<Rect>;
 
-// The real window of one form. Destroyed before the form.
+// The real window of one form, which lets go of it at its own end. A message that is being handled then keeps the window
+// until it is done, because a handler of the form may end the form.
 class FormHost {
   public:
     virtual ~FormHost() = default;
+    virtual void detach() {}                               // the form goes: no call of it comes any more
     virtual void realised() {}                             // the form has its host now; place, arrange and show it
     virtual void formChanged(FormProperty property) = 0;
     virtual void controlChanged(Control& control, Property property) = 0;
@@ -48,7 +50,7 @@ class FormHost {
 class WindowSystem {
   public:
     virtual ~WindowSystem() = default;
-    virtual std::unique_ptr<FormHost> realise(Form& form) = 0;
+    virtual std::shared_ptr<FormHost> realise(Form& form) = 0;
     virtual TwipsPerPixel twipsPerPixel() const = 0;       // of the primary monitor
     virtual Rect workArea(const Rect& near) const = 0;     // of the monitor nearest to a rectangle, in pixels
     virtual bool mouseHeld() const = 0;  // a button of the mouse is down: something may be being dragged

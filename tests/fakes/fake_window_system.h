@@ -65,8 +65,8 @@ class FakeWindowSystem : public WindowSystem {
         return nullptr;
     }
 
-    std::unique_ptr<FormHost> realise(Form& form) override {
-        auto host = std::make_unique<FakeFormHost>();
+    std::shared_ptr<FormHost> realise(Form& form) override {
+        auto host = std::make_shared<FakeFormHost>();
         host->twips = twips;
         hosts.emplace_back(&form, host.get());
         return host;

@@ -118,8 +118,6 @@ void FormWindow::timerDue(WPARAM id) {
     }
 }
 
-void FormWindow::setRegion(const Region& region) { (void)region; }
-
 void FormWindow::invalidate(const Rect& where) {
     const int k = scale();
     const RECT rect = ToRect({where.left * k, where.top * k, where.width * k, where.height * k});

@@ -1,5 +1,5 @@
 // What the windows of skinned and of ordinary forms have in common: life, place on the screen, timers, keys, dropped
-// files and menus. Kept alive by its host and by the message that is being handled.
+// files and menus. Kept alive by its form and by the message that is being handled.
 #pragma once
 
 #include <memory>
@@ -14,37 +14,34 @@ namespace quenlox::win32 {
 
 class WindowSystemWin32;
 
-class FormWindow : public std::enable_shared_from_this<FormWindow> {
+class FormWindow : public FormHost, public std::enable_shared_from_this<FormWindow> {
   public:
     FormWindow(WindowSystemWin32& system, Form& form);
-    virtual ~FormWindow() = default;
     FormWindow(const FormWindow&) = delete;
     FormWindow& operator=(const FormWindow&) = delete;
 
     static void RegisterClasses();
     static std::shared_ptr<FormWindow> FromHandle(HWND window);  // null when it is none of ours
 
-    virtual void create() = 0;  // the window and its controls, hidden
-    virtual void realised();    // places and arranges them, and shows the window if the form is visible
-    void detach();              // the form lets go of the window; it is destroyed
+    virtual void create() = 0;    // the window and its controls, hidden
     HWND handle() const { return window_; }
 
-    // As FormHost.
-    virtual void formChanged(FormProperty property);
-    virtual void controlChanged(Control& control, Property property);
-    virtual void controlRemoved(Control& control);
-    virtual void setRegion(const Region& region);
-    virtual void setScale(int factor) { (void)factor; }
-    void invalidate(const Rect& where);
-    virtual void paint(const Rect& where) { invalidate(where); }
-    virtual void partChanged(int part, PartChange change) { (void)part, (void)change; }
-    virtual void beginDrag();
-    void popup(const Menu& menu, Point at);
-    void bringToFront();
-    Point fromScreen(Point screen) const;
-    Size clientSize() const;
-    TwipsPerPixel twipsPerPixel() const;
-    void captureMouse(bool on);
+    void realised() override;     // places and arranges them, and shows the window if the form is visible
+    void detach() override;       // destroys the window
+    void formChanged(FormProperty property) override;
+    void controlChanged(Control& control, Property property) override;
+    void controlRemoved(Control& control) override;
+    void setRegion(const Region&) override {}
+    void setScale(int) override {}
+    void invalidate(const Rect& where) override;
+    void beginDrag() override;
+    void popup(const Menu& menu, Point at) override;
+    void bringToFront() override;
+    Point fromScreen(Point screen) const override;
+    Size clientSize() const override;
+    TwipsPerPixel twipsPerPixel() const override;
+    void captureMouse(bool on) override;
+    std::uintptr_t nativeHandle() const override { return reinterpret_cast<std::uintptr_t>(window_); }
 
     // Looks at a message of the loop before it is dispatched; true when it has been dealt with.
     virtual bool preview(MSG& message);

@@ -16,37 +16,6 @@ namespace {
 constexpr UINT kTasksMessage = WM_APP + 1;
 constexpr wchar_t kHiddenClass[] = L"Quenlox.Hidden";
 
-// The host that a form owns. The window behind it lives on until the message that it is handling is done, because a
-// handler of the form may destroy the form's window.
-class Host : public FormHost {
-  public:
-    explicit Host(std::shared_ptr<FormWindow> window) : window_(std::move(window)) {}
-    ~Host() override { window_->detach(); }
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
-
-    void realised() override { window_->realised(); }
-    void formChanged(FormProperty property) override { window_->formChanged(property); }
-    void controlChanged(Control& control, Property property) override { window_->controlChanged(control, property); }
-    void controlRemoved(Control& control) override { window_->controlRemoved(control); }
-    void setRegion(const Region& region) override { window_->setRegion(region); }
-    void setScale(int factor) override { window_->setScale(factor); }
-    void invalidate(const Rect& where) override { window_->invalidate(where); }
-    void paint(const Rect& where) override { window_->paint(where); }
-    void partChanged(int part, PartChange change) override { window_->partChanged(part, change); }
-    void beginDrag() override { window_->beginDrag(); }
-    void popup(const Menu& menu, Point at) override { window_->popup(menu, at); }
-    void bringToFront() override { window_->bringToFront(); }
-    Point fromScreen(Point screen) const override { return window_->fromScreen(screen); }
-    Size clientSize() const override { return window_->clientSize(); }
-    TwipsPerPixel twipsPerPixel() const override { return window_->twipsPerPixel(); }
-    void captureMouse(bool on) override { window_->captureMouse(on); }
-    std::uintptr_t nativeHandle() const override { return reinterpret_cast<std::uintptr_t>(window_->handle()); }
-
-  private:
-    std::shared_ptr<FormWindow> window_;
-};
-
 BOOL CALLBACK CollectWorkArea(HMONITOR monitor, HDC, LPRECT, LPARAM areas) {
     MONITORINFO info{};
     info.cbSize = sizeof info;
@@ -87,7 +56,7 @@ WindowSystemWin32::~WindowSystemWin32() {
     CoUninitialize();
 }
 
-std::unique_ptr<FormHost> WindowSystemWin32::realise(Form& form) {
+std::shared_ptr<FormHost> WindowSystemWin32::realise(Form& form) {
     std::shared_ptr<FormWindow> window;
     if (form.kind() == Form::Kind::Skinned) {
         window = std::make_shared<SkinnedWindow>(*this, form);
@@ -95,7 +64,7 @@ std::unique_ptr<FormHost> WindowSystemWin32::realise(Form& form) {
         window = std::make_shared<DialogWindow>(*this, form);
     }
     window->create();
-    return std::make_unique<Host>(std::move(window));
+    return window;
 }
 
 TwipsPerPixel WindowSystemWin32::twipsPerPixel() const { return TwipsFor(GetDpiForSystem()); }

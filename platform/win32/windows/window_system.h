@@ -17,7 +17,7 @@ class WindowSystemWin32 : public WindowSystem {
     WindowSystemWin32();
     ~WindowSystemWin32() override;
 
-    std::unique_ptr<FormHost> realise(Form& form) override;
+    std::shared_ptr<FormHost> realise(Form& form) override;
     TwipsPerPixel twipsPerPixel() const override;
     Rect workArea(const Rect& place) const override;
     bool mouseHeld() const override;
