@@ -8,7 +8,6 @@
 namespace quenlox {
 namespace {
 
-constexpr std::int64_t kLargestSide = 4096;
 constexpr std::size_t kFileHeader = 14;
 
 enum Compression : std::uint32_t { kRgb = 0, kRle8 = 1, kRle4 = 2, kBitFields = 3, kAlphaBitFields = 6 };
@@ -76,7 +75,7 @@ std::optional<Header> ReadHeader(const Bytes& in) {
     }
     h.topDown = height < 0;
     height = std::abs(height);
-    if (width <= 0 || height == 0 || width > kLargestSide || height > kLargestSide) return std::nullopt;
+    if (width <= 0 || height == 0 || width > kLongestBmpSide || height > kLongestBmpSide) return std::nullopt;
     h.width = static_cast<int>(width);
     h.height = static_cast<int>(height);
 
@@ -181,11 +180,12 @@ std::optional<Surface> ReadRuns(const Bytes& in, const Header& h) {
 
 }  // namespace
 
-std::optional<Surface> ReadBmp(std::string_view bytes) {
+std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels) {
     const Bytes in(bytes);
     const std::optional<Header> header = ReadHeader(in);
     if (!header) return std::nullopt;
     const Header& h = *header;
+    if (std::int64_t{h.width} * h.height > mostPixels) return std::nullopt;
     const bool bitsKnown = h.bits == 1 || h.bits == 4 || h.bits == 8 || h.bits == 16 || h.bits == 24 || h.bits == 32;
     if (!bitsKnown) return std::nullopt;
     switch (h.compression) {

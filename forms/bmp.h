@@ -3,6 +3,7 @@
 // Windows GDI documentation.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -10,8 +11,10 @@
 
 namespace quenlox {
 
-// Nothing when the bytes are no whole picture; never takes more memory than 4 bytes for each of the 4096 × 4096 pixels
-// that a picture may have. Transparency is not used: alpha is dropped.
-std::optional<Surface> ReadBmp(std::string_view bytes);
+inline constexpr int kLongestBmpSide = 4096;  // pixels
+
+// Nothing when the bytes are no whole picture, or one of more than `mostPixels` pixels or of a longer side than
+// kLongestBmpSide: then no memory is taken, else 4 bytes a pixel. Transparency is not used: alpha is dropped.
+std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels = std::int64_t{kLongestBmpSide} * kLongestBmpSide);
 
 }  // namespace quenlox

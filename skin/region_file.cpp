@@ -14,7 +14,7 @@ std::int32_t Number(std::string_view bytes, std::size_t at) {
 
 }  // namespace
 
-std::optional<Region> ReadRegionFile(std::string_view bytes) {
+std::optional<Region> ReadRegionFile(std::string_view bytes, Size window) {
     constexpr std::size_t kHeader = 32, kRectangle = 16;
     if (bytes.size() < kHeader || Number(bytes, 0) != kHeader || Number(bytes, 4) != 1) return std::nullopt;
     const auto announced = static_cast<std::uint32_t>(Number(bytes, 8));
@@ -24,13 +24,13 @@ std::optional<Region> ReadRegionFile(std::string_view bytes) {
     region.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = kHeader + i * kRectangle;
-        // Windows keeps regions within 28 bits a coordinate.
-        const auto coordinate = [&](std::size_t n) {
-            return std::clamp(Number(bytes, at + 4 * n), -(1 << 27), (1 << 27) - 1);
-        };
-        const int left = coordinate(0), top = coordinate(1), right = coordinate(2), bottom = coordinate(3);
+        const int left = std::clamp(Number(bytes, at), 0, window.width);
+        const int top = std::clamp(Number(bytes, at + 4), 0, window.height);
+        const int right = std::clamp(Number(bytes, at + 8), 0, window.width);
+        const int bottom = std::clamp(Number(bytes, at + 12), 0, window.height);
         if (right > left && bottom > top) region.push_back({left, top, right - left, bottom - top});
     }
+    if (announced > 0 && region.empty()) region.push_back({0, 0, window.width, window.height});
     return region;
 }
 

@@ -9,9 +9,7 @@
 namespace quenlox {
 namespace {
 
-// A window larger than any monitor is a mistake of the skin; it must not cost the memory for its picture.
-constexpr int kLargestWindow = 4096;
-constexpr std::uint64_t kLargestFile = 80u << 20;
+constexpr std::uint64_t kLargestRegionFile = 1u << 20, kBmpHeaders = 64u << 10;
 
 class ListReader {
   public:
@@ -23,8 +21,13 @@ class ListReader {
     }
     int field(int n) const { return values_(n); }
     bool absent() const { return field(1) < 0; }
-    Point point() const { return {field(1), field(2)}; }
-    Rect rect() const { return {field(1), field(2), std::max(field(3), 0), std::max(field(4), 0)}; }
+    Point point() const {
+        return {std::clamp(field(1), 0, kLongestSide), std::clamp(field(2), -kLongestSide, kLongestSide)};
+    }
+    Rect rect() const {
+        return {point().x, point().y, std::clamp(field(3), 0, kLongestSide), std::clamp(field(4), 0, kLongestSide)};
+    }
+    int fontSize() const { return std::clamp(field(5), 0, kLargestType); }
     Color color(int first) const {
         const auto component = [&](int n) { return static_cast<std::uint8_t>(std::clamp(field(n), 0, 255)); };
         return {component(first), component(first + 1), component(first + 2)};
@@ -34,6 +37,11 @@ class ListReader {
     const IniDocument& file_;
     SplitValues& values_;
 };
+
+Size WindowSize(int width, int height) {
+    width = std::clamp(width, 1, kLongestSide);
+    return {width, std::clamp(height, 1, std::min(kLongestSide, kMostWindowPixels / width))};
+}
 
 std::string Lettered(const char* name, int n) { return name + std::string(1, static_cast<char>('A' + n)); }
 
@@ -57,18 +65,19 @@ SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values) {
     ListReader list(file, values);
     skin.version = file.integer("Main", "Ver", 0);
     list.read("Main", "Size", "60,30");
-    skin.size = {std::clamp(list.field(1), 0, kLargestWindow), std::clamp(list.field(2), 0, kLargestWindow)};
+    skin.size = WindowSize(list.field(1), list.field(2));
     list.read("Main", "RGB", "0,0,0");
     skin.background = list.color(1);
     skin.box = file.integer("Main", "Box", 0) == 1;
 
     for (int n = 0; n < kLabelCount; ++n) {
         list.read("Label", Lettered("Label", n), "-1,0,0,0,0,0,0,0");
-        if (!list.absent()) skin.labels[n] = {list.rect(), list.field(5), list.color(6)};
+        if (!list.absent()) skin.labels[n] = {list.rect(), list.fontSize(), list.color(6)};
     }
     list.read("Label", "Lyrics", "-1,0,0,0,0,0,0,0,0,0,0");
     if (!list.absent()) {
-        skin.lyrics = {list.rect(), list.field(5), list.color(6), list.color(9), {}};
+        skin.lyrics = {Intersect(list.rect(), {0, 0, skin.size.width, skin.size.height}), list.fontSize(),
+                       list.color(6), list.color(9), {}};
         list.read("Label", "Lyrics2", "0,0,0,0,0,0,0");
         skin.lyrics->background = list.color(1);
     }
@@ -104,27 +113,30 @@ SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values) {
 
 SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values) {
     SkinDefinition skin =
-        ReadDefinition(IniDocument::Parse(files.read(definitionFile, kLargestFile).value_or("")), values);
+        ReadDefinition(IniDocument::Parse(files.read(definitionFile, kLargestDefinition).value_or("")), values);
     const std::string folder = FolderOf(definitionFile);
-    const auto picture = [&](const std::string& name) -> std::optional<Surface> {
-        const auto bytes = files.read(folder + name + ".bmp", kLargestFile);
-        return bytes ? ReadBmp(*bytes) : std::nullopt;
+    const auto picture = [&](const std::string& name, int mostPixels) -> std::optional<Surface> {
+        const auto bytes = files.read(folder + name + ".bmp", kBmpHeaders + sizeof(Surface::Pixel) * mostPixels);
+        return bytes ? ReadBmp(*bytes, mostPixels) : std::nullopt;
     };
-    skin.back = picture("main_back");
-    skin.barPicture = picture("main_bar");
-    skin.volumePicture = picture("main_vol");
-    skin.levelPicture = picture("main_level");
-    skin.panel = picture("main_panel");
+    const auto buttonPictures = [&](const std::string& name) -> SkinDefinition::ButtonPictures {
+        return {picture(name + "1", kMostButtonPixels), picture(name + "2", kMostButtonPixels)};
+    };
+    skin.back = picture("main_back", kMostWindowPixels);
+    skin.barPicture = picture("main_bar", kMostBarPixels);
+    skin.volumePicture = picture("main_vol", kMostBarPixels);
+    skin.levelPicture = picture("main_level", kMostBarPixels);
+    if (!skin.levelPicture) skin.levelPicture = skin.volumePicture;
+    skin.panel = picture("main_panel", kMostBarPixels);
     for (int n = 0; n < kButtonCount; ++n) {
-        const std::string playback = std::string("cmd_") + kPlaybackButtonNames[n];
-        const std::string command = std::string("btn_") + kCommandButtonNames[n];
-        skin.buttonPictures[n] = {picture(playback + "1"), picture(playback + "2")};
-        skin.commandPictures[n] = {picture(command + "1"), picture(command + "2")};
+        skin.buttonPictures[n] = buttonPictures(std::string("cmd_") + kPlaybackButtonNames[n]);
+        skin.commandPictures[n] = buttonPictures(std::string("btn_") + kCommandButtonNames[n]);
     }
     if (!skin.box) {
         const std::string regionFile = WithExtension(definitionFile, "rgn");
         skin.regionFileMissing = !files.fileExists(regionFile);
-        if (const auto bytes = files.read(regionFile, 1u << 20)) skin.region = ReadRegionFile(*bytes);
+        const auto bytes = files.read(regionFile, kLargestRegionFile);
+        if (bytes) skin.region = ReadRegionFile(*bytes, skin.size);
     }
     return skin;
 }

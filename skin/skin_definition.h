@@ -1,8 +1,9 @@
-// What a skin package says, read into a plain value. Nothing here touches a window: FormTop applies the value when it
-// is complete. The format is told in docs/skins.md.
+// What a skin package says, read into a plain value. Nothing here touches a window: it is shown when it is complete. The
+// format is told in docs/skins.md. Every number is brought to what a window can have before anything is made of it.
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -21,6 +22,15 @@ inline constexpr int kButtonCount = 7;  // playback buttons; there are as many c
 inline constexpr int kOldestSkinVersion = 4;
 inline constexpr Size kPanelDisplay{85, 30};  // display B, whatever a skin says
 
+// What a package may take, in pixels. A window of many more pixels than a monitor shows is a mistake; the pictures are
+// held beside those of the skin that is being left.
+inline constexpr int kLongestSide = 4096;                // of the window and of every element in it
+inline constexpr int kMostWindowPixels = 1 << 21;        // of the window, and of the picture behind it
+inline constexpr int kMostBarPixels = 1 << 18;           // of each bar, of the level and of the operation panel
+inline constexpr int kMostButtonPixels = 1 << 17;        // of each picture of a button
+inline constexpr std::uint64_t kLargestDefinition = 128u << 10;  // bytes of the definition file
+inline constexpr int kLargestType = 300;                 // points
+
 inline constexpr std::array<const char*, kButtonCount> kPlaybackButtonNames = {"play", "pause", "back",  "next",
                                                                               "low",  "high",  "double"};
 inline constexpr std::array<const char*, kButtonCount> kCommandButtonNames = {"list", "opt",  "tag",  "conv",
@@ -30,11 +40,11 @@ struct SkinDefinition {
     // An element that the skin leaves out has no place.
     struct Text {
         Rect bounds;
-        int fontField = 0;  // points at 96 dots per inch
+        int fontField = 0;  // points at 96 dots per inch, 0 to kLargestType
         Color color;
     };
     struct LyricsArea {
-        Rect bounds;
+        Rect bounds;        // the part of it that lies in the window
         int fontField = 0;
         Color first, second, background;
     };
@@ -47,7 +57,7 @@ struct SkinDefinition {
     };
 
     int version = 0;
-    Size size;
+    Size size;  // each side 1 or more
     Color background;
     bool box = false;
     std::array<std::optional<Text>, kLabelCount> labels;
@@ -59,8 +69,9 @@ struct SkinDefinition {
     std::optional<Point> bar, volume;
     bool barHidden = false, volumeHidden = false;
 
-    // A picture that is missing or damaged has no value.
-    std::optional<Surface> back, barPicture, volumePicture, levelPicture, panel;
+    // A picture that is missing, damaged or too large has no value.
+    std::optional<Surface> back, barPicture, volumePicture, panel;
+    std::optional<Surface> levelPicture;  // or, without one of its own, that of the volume bar
     std::array<ButtonPictures, kButtonCount> buttonPictures, commandPictures;
 
     // With `box` unused; no value when the file is there but is no region file.

@@ -19,7 +19,9 @@ LETTERS = "ABCDEFGHI"
 MOST_RECTANGLES = 4001
 LONGEST_VALUE = 127  # UTF-16 units
 FIELDS = 12
-LARGEST_WINDOW = 4096
+LONGEST_SIDE = 4096
+# Pixels; a window or picture of more is cut or passed over.
+MOST_WINDOW, MOST_BAR, MOST_BUTTON = 1 << 21, 1 << 18, 1 << 17
 
 # section -> key -> how many fields its list needs (0: one integer)
 KEYS = {
@@ -223,6 +225,10 @@ def check_pictures(found, folder, entries):
         result = read_bmp(os.path.join(folder, entry))
         if isinstance(result, str):
             found.error(entry, result)
+            continue
+        most = MOST_WINDOW if name == "main_back" else MOST_BAR if name.startswith("main_") else MOST_BUTTON
+        if result[0] * result[1] > most:
+            found.error(entry, f"{result[0]} x {result[1]} pixels, and at most {most} pixels are read")
         else:
             sizes[name] = result
     for stem in {a for a, _ in pairs}:
@@ -359,7 +365,7 @@ def check(folder):
     lists = read_lists(found, name, values)
     check_colours(found, name, lists)
     width, height = lists["Size"]
-    if not (0 < width <= LARGEST_WINDOW and 0 < height <= LARGEST_WINDOW):
+    if not (0 < width <= LONGEST_SIDE and 0 < height <= LONGEST_SIDE and width * height <= MOST_WINDOW):
         found.error(name, f"a window of {width} x {height} cannot be shown")
         return found
     inside = None

@@ -84,9 +84,10 @@ class ShippedSkin : public SkinTest, public ::testing::WithParamInterface<const 
 };
 
 TEST_P(ShippedSkin, IsComposedAsStoredInTheOutlineOfItsRegionFile) {
-    look("released", *top->picture());
+    const Surface released = *top->picture();
+    look("released", released);
     ASSERT_FALSE(host->regions.empty());
-    EXPECT_TRUE(host->regions.back() == ReadRegionFile(files.bytesOf(folder() + skin() + ".rgn")));
+    EXPECT_TRUE(host->regions.back() == ReadRegionFile(files.bytesOf(folder() + skin() + ".rgn"), {released.width(), released.height()}));
 }
 
 TEST_P(ShippedSkin, AHeldButtonShowsItsPressedPictureAndChangesNothingElse) {

@@ -5,7 +5,6 @@
 #include <array>
 
 #include "skin/region_file.h"
-#include "tests/fakes/fake_file_system.h"
 
 namespace quenlox {
 namespace {
@@ -42,37 +41,23 @@ TEST(SkinDefinition, TheSecondLyricsListIsReadOnlyWhenThereIsALyricsArea) {
     EXPECT_EQ(without.buttons[0], (Point{4, 33}));
 }
 
-TEST(SkinDefinition, EveryKeyLandsInItsPlace) {
-    const SkinDefinition skin = Read(
-        "[Main]\nVer=5\nSize=400,150\nRGB=1,2,3\nBox=1\n[Button]\nButtonA=1,2\nButtonG=3,4\n[Command]\nCommandA=5,6\n"
-        "CommandG=7,8\n[Disp]\nDispA=9,10\nDispB=11,12\nDispC=13,14,15,16,17,18,19\nDispD=20,21,22,23,24,25,26\n"
-        "Bar=27,28\nVol=29,30\n");
-    EXPECT_EQ(skin.version, 5);
-    EXPECT_EQ(skin.size, (Size{400, 150}));
-    EXPECT_EQ(skin.background, (Color{1, 2, 3}));
-    EXPECT_TRUE(skin.box);
-    EXPECT_EQ(skin.buttons[0], (Point{1, 2}));
-    EXPECT_EQ(skin.buttons[6], (Point{3, 4}));
-    EXPECT_EQ(skin.commands[0], (Point{5, 6}));
-    EXPECT_EQ(skin.commands[6], (Point{7, 8}));
-    EXPECT_EQ(skin.displayA, (Point{9, 10}));
-    EXPECT_EQ(skin.displayB, (Point{11, 12}));
-    EXPECT_EQ(skin.displayC->bounds, (Rect{13, 14, 15, 16}));
-    EXPECT_EQ(skin.displayC->background, (Color{17, 18, 19}));
-    EXPECT_EQ(skin.displayD->bounds, (Rect{20, 21, 22, 23}));
-    EXPECT_EQ(skin.bar, (Point{27, 28}));
-    EXPECT_EQ(skin.volume, (Point{29, 30}));
-}
-
-TEST(SkinDefinition, HostileNumbersStayWithinBounds) {
-    std::string many = "[Label]\nLabelA=1";
-    for (int i = 0; i < 100; ++i) many += ",99999999999999";
-    const SkinDefinition skin =
-        Read("[Main]\nSize=2000000000,-7\nRGB=300,-5,x\nBox=01\n" + many + "\nLabelB=5,5,-3,-4,9\n");
-    EXPECT_EQ(skin.size, (Size{4096, 0}));
-    EXPECT_EQ(skin.background, (Color{255, 0, 0}));
-    EXPECT_TRUE(skin.box);
+TEST(SkinDefinition, NumbersAreBroughtToWhatAWindowCanHave) {
+    const std::string huge = "99999999999999,-99999999999,100000,60000,100000,300,-5,x";
+    const SkinDefinition skin = Read("[Main]\nSize=2000000000,2000000000\n[Label]\nLabelA=" + huge + "\nLabelB=5,5,-3,-4,-9\nLyrics=100,-20,100000,100000,9\n"
+                                     "[Button]\nButtonA=" + huge + "\n[Disp]\nDispC=" + huge + "\nDispD=" + huge + "\nBar=" + huge + "\n");
+    const Rect most{kLongestSide, -kLongestSide, kLongestSide, kLongestSide};
+    EXPECT_EQ(skin.size, (Size{4096, kMostWindowPixels / 4096}));
+    EXPECT_EQ(Read("[Main]\nSize=0,-7\n").size, (Size{1, 1}));
+    EXPECT_EQ(Read("[Main]\nSize=1920,1080\n").size, (Size{1920, 1080}));
+    EXPECT_EQ(skin.labels[0]->bounds, most);
+    EXPECT_EQ(skin.labels[0]->fontField, kLargestType);
+    EXPECT_EQ(skin.labels[0]->color, (Color{255, 0, 0}));
     EXPECT_EQ(skin.labels[1]->bounds, (Rect{5, 5, 0, 0}));
+    EXPECT_EQ(skin.labels[1]->fontField, 0);
+    EXPECT_EQ(skin.lyrics->bounds, (Rect{100, 0, 3996, kMostWindowPixels / 4096}));
+    EXPECT_EQ(skin.displayC->bounds, most);
+    EXPECT_EQ(skin.displayD->bounds, most);
+    for (const auto& place : {skin.buttons[0], skin.bar}) EXPECT_EQ(place, (Point{kLongestSide, -kLongestSide}));
 }
 
 TEST(SkinDefinition, BarsOfAPackageThatDoesNotPlaceThemLieBesideItsLabelsInsideTheWindow) {
@@ -98,34 +83,29 @@ std::string RegionBytes(const std::vector<std::array<std::int32_t, 4>>& rectangl
     return out;
 }
 
-TEST(RegionFile, RectanglesAreLeftTopRightBottom) {
-    EXPECT_EQ(ReadRegionFile(RegionBytes({{1, 2, 4, 9}, {-5, 9, 5, 10}}, 2)), (Region{{1, 2, 3, 7}, {-5, 9, 10, 1}}));
-}
+constexpr Size kWindow{50, 40};
 
-TEST(RegionFile, NoRectanglesAreAnEmptyRegionAndNotNone) {
-    ASSERT_TRUE(ReadRegionFile(RegionBytes({}, 0)));
-    EXPECT_TRUE(ReadRegionFile(RegionBytes({}, 0))->empty());
-}
-
-TEST(RegionFile, NoMoreIsTakenThanTheStoreHoldsAndTheFileHas) {
+TEST(RegionFile, ItsRectanglesAreLeftTopRightBottomInsideTheWindow) {
+    const std::optional<Region> none, empty = Region{}, whole = Region{{0, 0, 50, 40}};
     const std::vector<std::array<std::int32_t, 4>> many(5000, {0, 0, 1, 1});
-    EXPECT_EQ(ReadRegionFile(RegionBytes(many, 5000))->size(), kMostRectangles);
-    EXPECT_EQ(ReadRegionFile(RegionBytes({{0, 0, 1, 1}}, 0xFFFFFFFF))->size(), 1u);
-    EXPECT_EQ(ReadRegionFile(RegionBytes({{0, 0, 1, 1}, {5, 5, 5, 5}, {9, 0, 1, 1}}, 3))->size(), 1u);
-    EXPECT_EQ(ReadRegionFile(std::string(31, '\0')), std::nullopt);
-    EXPECT_EQ(ReadRegionFile(std::string(64, 'x')), std::nullopt);
-}
-
-TEST(SkinPackage, FileNamesMatchWhateverTheirCaseAndDamagedPicturesCountAsMissing) {
-    FakeFileSystem files;
-    files.add("C:\\Quenlox\\skin\\x\\Round.tsk", "[Main]\nVer=4\n");
-    files.add("C:\\Quenlox\\skin\\x\\ROUND.RGN", RegionBytes({{0, 0, 7, 7}}, 1));
-    files.add("C:\\Quenlox\\skin\\x\\Main_Back.BMP", "not a picture");
-    SplitValues values;
-    const SkinDefinition skin = ReadSkin(files, "C:\\Quenlox\\skin\\x\\Round.tsk", values);
-    EXPECT_FALSE(skin.regionFileMissing);
-    EXPECT_EQ(skin.region, (Region{{0, 0, 7, 7}}));
-    EXPECT_FALSE(skin.back);
+    const struct {
+        const char* what;
+        std::string bytes;
+        std::optional<Region> expected;
+    } cases[] = {
+        {"two", RegionBytes({{1, 2, 4, 9}, {-5, 9, 5, 10}}, 2), Region{{1, 2, 3, 7}, {0, 9, 5, 1}}},
+        {"beyond the window", RegionBytes({{-2000000000, 9, 2000000000, 2000000000}}, 1), Region{{0, 9, 50, 31}}},
+        {"more than the store holds", RegionBytes(many, 5000), Region(kMostRectangles, {0, 0, 1, 1})},
+        {"more than the file holds", RegionBytes({{0, 0, 1, 1}}, 0xFFFFFFFF), Region{{0, 0, 1, 1}}},
+        {"some without area", RegionBytes({{0, 0, 1, 1}, {5, 5, 5, 5}, {9, 0, 1, 1}}, 3), Region{{0, 0, 1, 1}}},
+        {"a window that shall not be seen", RegionBytes({}, 0), empty},
+        {"all without area", RegionBytes({{5, 5, 5, 5}, {9, 0, 1, 1}}, 2), whole},
+        {"all outside", RegionBytes({{50, 0, 60, 40}}, 1), whole},
+        {"none of those announced", RegionBytes({}, 7), whole},
+        {"a cut header", std::string(31, '\0'), none},
+        {"no region file", std::string(64, 'x'), none},
+    };
+    for (const auto& c : cases) EXPECT_EQ(ReadRegionFile(c.bytes, kWindow), c.expected) << c.what;
 }
 
 }  // namespace
