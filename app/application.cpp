@@ -44,12 +44,12 @@ Application::Application(const Services& services, std::string commandLine)
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, engine_.status(), lyrics_),
       lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_,
-                     {top_, top_.LyricsPicture, top_.Timer6, [this] { top_.showWindow(lyrics_, false); }}),
+                     lyricsScreen_),
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
       conversion_(state_, services.vbmp3, services.gogo, services.files, services.windows),
       convert_(conversion_, state_, services.dialogs),
       about_(services.dialogs, services.files, services.shell),
-      panel_(state_, options_, services.vbmp3, top_.DisplayB, top_.Timer2, top_.mainLabel[kTimeLabel]),
+      panel_(state_, options_, services.vbmp3, panelScreen_),
       settings_({state_, options_, splitValues_, services.files,
                  [this](const std::string& file) { transport_.remember(file); }, top_, list_, optionsWindow_,
                  equalizer_, lyrics_, tag_}),
@@ -78,7 +78,7 @@ Application::Application(const Services& services, std::string commandLine)
                   [this] { return list_.selectedPaths(); }});
     FormTop::Hooks hooks;
     hooks.fillTagWindow = [this] { tag_.fill(); };
-    hooks.drawPanel = [this] { panel_.Timer2_Timer(); };
+    hooks.drawPanel = [this] { panel_.drawFrame(); };
     hooks.panelClicked = [this](int button) { panel_.clicked(button); };
     hooks.unload = [this] { unload(); };
     hooks.idle = [this] {
@@ -86,7 +86,7 @@ Application::Application(const Services& services, std::string commandLine)
         quietSave_.tick(QuietSave::Clock::now(), list_.busy() || services_.windows.mouseHeld());
     };
     hooks.help = [this] { showHelp(); };
-    hooks.updateLyrics = [this] { lyricsDisplay_.Timer6_Timer(); };
+    hooks.updateLyrics = [this] { lyricsDisplay_.update(); };
     hooks.lyricsDisplayMode = [this](bool inWindow) { lyricsDisplay_.lyricsDisplayMode(inWindow); };
     hooks.figures = [this] { return figures(); };
     hooks.pollConverter = [this] { conversion_.poll(); };
@@ -174,7 +174,7 @@ void Application::followOptions() {
     follow({&Options::LyricsShown}, [this] { lyricsDisplay_.lyricsShownChanged(); });
     follow({&Options::LyricsLine, &Options::LyricsFont, &Options::LyricsBold, &Options::LyricsSecondColor,
             &Options::TimeTagShown, &Options::LyricsSelf, &Options::LyricsTime},
-           [this] { lyricsDisplay_.Timer6_Timer(); });
+           [this] { lyricsDisplay_.update(); });
     follow({&Options::LyricsFolder, &Options::Lyrics3First}, [this] {
         lyricsLookup_.lookAgain();
         lyricsDisplay_.trackOpened();

@@ -9,6 +9,7 @@
 #include "about/form_info.h"
 #include "state/global_state.h"
 #include "state/option_store.h"
+#include "app/main_screens.h"
 #include "app/settings_file.h"
 #include "convert/conversion_run.h"
 #include "convert/form_conv.h"
@@ -109,12 +110,14 @@ class Application {
     FormList list_;
     FormGra equalizer_;
     FormLyrics lyrics_;
+    LyricsOfMain lyricsScreen_{top_, lyrics_};
     LyricsLookup lyricsLookup_;
     LyricsDisplay lyricsDisplay_;
     FormTag tag_;
     ConversionRun conversion_;
     FormConv convert_;
     FormInfo about_;
+    PanelOfMain panelScreen_{top_};
     PanelAnimation panel_;
     SettingsFile settings_;
     QuietSave quietSave_;

@@ -22,15 +22,9 @@ constexpr int kShiftUnit = 100;                       // milliseconds for one st
 }  // namespace
 
 LyricsDisplay::LyricsDisplay(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
-                             TextPainter& painter, FormLyrics& window, MainWindow main)
-    : state_(state),
-      options_(options),
-      vbmp3_(vbmp3),
-      files_(files),
-      painter_(painter),
-      window_(window),
-      main_(std::move(main)) {
-    window_.onShown = [this] { Timer6_Timer(); };
+                             TextPainter& painter, FormLyrics& window, LyricsScreen& main)
+    : state_(state), options_(options), vbmp3_(vbmp3), files_(files), painter_(painter), window_(window), main_(main) {
+    window_.onShown = [this] { update(); };
 }
 
 bool LyricsDisplay::runs() const {
@@ -50,7 +44,7 @@ void LyricsDisplay::chooseWindow() {
 void LyricsDisplay::trackOpened() {
     chooseWindow();
     followWindow();
-    Timer6_Timer();
+    update();
 }
 
 void LyricsDisplay::lyricsDisplayMode(bool inWindow) {
@@ -71,7 +65,7 @@ void LyricsDisplay::lyricsShownChanged() {
 
 // While the main window is not on the screen, at the start and in the notification area, no window comes up.
 void LyricsDisplay::followWindow() {
-    if (!windowDue_ || !main_.form.visible() || state_.ShuttingDown) return;
+    if (!windowDue_ || !main_.seen() || state_.ShuttingDown) return;
     windowDue_ = false;
     if (!window_.visible()) main_.showLyricsWindow();
 }
@@ -88,17 +82,15 @@ void LyricsDisplay::followOptions() {
     spread_ = spread;
 }
 
-bool LyricsDisplay::panelSeen() const { return main_.form.visible() && main_.panel.visible(); }
-
 bool LyricsDisplay::windowSeen() const {
     if (!window_.visible()) return false;
     return !window_.host() || window_.host()->clientSize().height > 0;  // minimised it has none
 }
 
-void LyricsDisplay::Timer6_Timer() {
+void LyricsDisplay::update() {
     followOptions();
     followWindow();
-    const bool panel = panelSeen(), window = windowSeen();
+    const bool panel = main_.seen() && main_.hasPanel(), window = windowSeen();
     const LyricsLines lines = (panel || window) && runs() ? vbmp3_.vbmp3_getLyrics2() : LyricsLines{};
     if (panel) drawPanel(lines);
     if (window) {
@@ -111,7 +103,7 @@ void LyricsDisplay::Timer6_Timer() {
 
 void LyricsDisplay::picturesChanged() {
     picturedTrack_.reset();
-    Timer6_Timer();
+    update();
 }
 
 // A picture is read only when it will be seen.
@@ -129,21 +121,17 @@ void LyricsDisplay::drawPanel(const LyricsLines& lines) {
     const auto color = [&](int entry) {
         return Surface::ToColor(static_cast<Surface::Pixel>(state_.LyricsColors[static_cast<std::size_t>(entry)]));
     };
-    LyricsPanelLook look;
-    look.font = main_.panel.font();
+    LyricsPanelLook look = main_.panelLook();
     look.font.face = options_.LyricsFont;
     look.font.bold = options_.LyricsBold;
-    if (main_.form.host()) look.dotsPerInch = 1440.0 / main_.form.host()->twipsPerPixel().x;
     const bool second = options_.LyricsSecondColor;
     look.text = color(second ? kSkinLyricsSecond : kSkinLyricsFirst);
     look.sung = color(second ? kSkinLyricsFirst : kSkinLyricsSecond);
-    look.back = main_.panel.backColor();
     if (panelLines_ == lines && look == panelLook_) return;
     panelLines_ = lines;
     panelLook_ = look;
-    DrawLyricsPanel(main_.panel.surface(), painter_, lines, look);
-    main_.panel.setCaption(CurrentLyricsLine(lines));
-    main_.panel.refresh();
+    DrawLyricsPanel(main_.panel(), painter_, lines, look);
+    main_.panelDrawn(CurrentLyricsLine(lines));
 }
 
 // A line shall appear when it is due and not at the next of the timer's even steps.
@@ -156,7 +144,7 @@ void LyricsDisplay::schedule(const LyricsLines& lines) {
             if (left > 0) interval = static_cast<int>(std::clamp<std::int64_t>(left, kShortestInterval, interval));
         }
     }
-    main_.timer.setInterval(interval);
+    main_.setInterval(interval);
 }
 
 }  // namespace quenlox

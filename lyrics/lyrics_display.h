@@ -3,7 +3,6 @@
 // can see, and only what has changed.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -12,28 +11,32 @@
 namespace quenlox {
 
 class FileSystem;
-class Form;
 class FormLyrics;
 struct Options;
 class TextPainter;
-class Timer;
 class Vbmp3;
 struct GlobalState;
 
+// What the lyrics need of the main window.
+class LyricsScreen {
+  public:
+    virtual ~LyricsScreen() = default;
+    virtual bool seen() const = 0;                  // the window is on the screen
+    virtual bool hasPanel() const = 0;              // the skin has a lyrics area
+    virtual LyricsPanelLook panelLook() const = 0;  // size of the type, resolution and background of the area
+    virtual Surface& panel() = 0;
+    virtual void panelDrawn(const std::string& line) = 0;  // with the line that is sung now
+    virtual void setInterval(int milliseconds) = 0;        // until the next update
+    virtual void showLyricsWindow() = 0;                   // without taking the keyboard
+};
+
 class LyricsDisplay {
   public:
-    struct MainWindow {
-        Form& form;
-        PictureBox& panel;  // visible while the skin has a lyrics area
-        Timer& timer;
-        std::function<void()> showLyricsWindow;  // without taking the keyboard
-    };
-
     LyricsDisplay(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
-                  TextPainter& painter, FormLyrics& window, MainWindow main);
+                  TextPainter& painter, FormLyrics& window, LyricsScreen& main);
 
-    // One step of the lyrics timer, and whenever something has to be seen at once.
-    void Timer6_Timer();
+    // With every tick of its timer, and whenever something has to be seen at once.
+    void update();
     // A track has been opened and its lyrics looked for: the window comes up for lyrics, and stays for tracks without.
     void trackOpened();
     // A skin has been loaded; `inWindow` when it has no lyrics area. On the panel the window is wanted only for text
@@ -50,7 +53,6 @@ class LyricsDisplay {
     void chooseWindow();
     void followOptions();
     void followWindow();
-    bool panelSeen() const;
     bool windowSeen() const;
     void findPicture();
     void drawPanel(const LyricsLines& lines);
@@ -62,7 +64,7 @@ class LyricsDisplay {
     FileSystem& files_;
     TextPainter& painter_;
     FormLyrics& window_;
-    MainWindow main_;
+    LyricsScreen& main_;
     std::optional<LyricsLines> panelLines_;  // what the panel shows; none: it has to be drawn
     LyricsPanelLook panelLook_;
     int shift_ = 0;        // milliseconds, as the library knows it

@@ -10,8 +10,7 @@ namespace quenlox {
 
 class Form;
 
-// The icon of the program in the notification area. Its events arrive as mouse moves over the owner's window: the
-// horizontal coordinate in pixels carries the message (514 left button up, 516 right button down).
+// The icon of the program in the notification area. What happens at it comes to Form::Form_TrayIcon of the owner.
 struct TrayIconData {
     Form* owner = nullptr;
     std::string tip;
@@ -22,9 +21,10 @@ class Shell {
     virtual ~Shell() = default;
     // False: there is no notification area, or its owner has no window; no icon comes up later.
     virtual bool addTrayIcon(const TrayIconData& icon) = 0;
-    // The taskbar has been started anew, and for seconds nobody has taken the icon: it is gone.
+    // Without an icon there, or when the system does not take it as changed: false, and the icon is put there anew.
+    virtual bool changeTrayIcon(const TrayIconData& icon) = 0;
+    // The icon was lost, perhaps with the taskbar, and for seconds nobody has taken it again: it is gone.
     std::function<void()> onTrayIconLost;
-    virtual bool changeTrayIcon(const TrayIconData& icon) = 0;  // false: there is none, or it is refused
     virtual bool deleteTrayIcon(const TrayIconData& icon) = 0;  // false: there is none
     virtual bool WinHelp(Form& owner, const std::string& helpFile, int command, int data) = 0;  // false: not shown
     // A file or an address, with the user's program for it; false when there is none. Returns before it is shown.

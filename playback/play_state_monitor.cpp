@@ -34,7 +34,7 @@ bool PlayStateMonitor::watches() const {
     }
 }
 
-void PlayStateMonitor::Timer1_Timer() {
+void PlayStateMonitor::poll() {
     if (watches()) {
         if (state_.MediaKind.playedByMediaControl()) {
             pollMediaControl();
@@ -45,7 +45,7 @@ void PlayStateMonitor::Timer1_Timer() {
     transport_.RenewNextFile();
 }
 
-void PlayStateMonitor::Timer5_Timer() { transport_.retry(); }
+void PlayStateMonitor::retry() { transport_.retry(); }
 
 void PlayStateMonitor::pollMediaControl() {
     const int code = mediaControl_.sendString("status MediaFile mode", &state_.MciReturn);

@@ -21,8 +21,8 @@ class PlayStateMonitor {
 
     std::function<bool()> decodesUnheard;  // a decode runs without sound: no track of it can end
 
-    void Timer1_Timer();  // the poll
-    void Timer5_Timer();  // tries a waiting play again
+    void poll();  // the poll
+    void retry();  // tries a waiting play again
 
   private:
     bool watches() const;

@@ -31,6 +31,7 @@ std::string StatusWord(int status, int pitchMode) {
 std::string PlayModeWord(int playMode) { return WordAt(kModeWords, playMode, ""); }
 
 std::string Information::text() const {
+    if (!notice.empty()) return notice;
     return format + (format.ends_with('+') ? std::string() : lyrics) + (withoutDevice ? kNoDevice : "");
 }
 
@@ -40,11 +41,17 @@ void StatusDisplay::showInformation(Information information) {
 }
 
 void StatusDisplay::showLyricsMarker(const std::string& marker) {
-    showInformation({information_.format, marker, information_.withoutDevice});
+    showInformation({information_.format, marker, information_.withoutDevice, {}});
 }
 
 void StatusDisplay::showDevice(bool there) {
-    if (information_.withoutDevice == there) showInformation({information_.format, information_.lyrics, !there});
+    if (information_.withoutDevice == there) showInformation({information_.format, information_.lyrics, !there, {}});
+}
+
+void StatusDisplay::showNotice(const std::string& text) {
+    Information told = information_;
+    told.notice = text;
+    showInformation(std::move(told));
 }
 
 void StatusDisplay::ShowStatus(int code) {

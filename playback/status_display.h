@@ -18,6 +18,7 @@ struct Information {
     std::string format;          // "MPEG1 Layer3 44.1kHz 128kbps VBR", or why the track cannot be played
     std::string lyrics;          // where its lyrics come from: "+L", "+W"
     bool withoutDevice = false;  // it plays, and there is no sound device
+    std::string notice;          // something of the program, in place of all this for a while
 
     std::string text() const;
     bool operator==(const Information&) const = default;
@@ -33,9 +34,11 @@ class StatusDisplay {
     void ShowTime(std::int32_t seconds);
 
     // The parts of the information label. Another format is another track: no lyrics yet, and a device.
-    void showFormat(const std::string& format) { showInformation({format, {}, false}); }
+    void showFormat(const std::string& format) { showInformation({format, {}, false, {}}); }
     void showLyricsMarker(const std::string& marker);
     void showDevice(bool there);
+    // Shown instead, until there is something else to tell; an empty one ends it.
+    void showNotice(const std::string& text);
 
   private:
     void showInformation(Information information);

@@ -1,106 +1,86 @@
 #include "skin/form_top.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <exception>
+#include <utility>
 
 #include "platform/dialogs.h"
 #include "playback/media_engine.h"
-#include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"
 #include "playback/transport.h"
 #include "playback/volume_control.h"
-#include "state/media_formats.h"
 #include "text/paths.h"
+#include "text/strings.h"
 
 namespace quenlox {
 namespace {
 
-constexpr int kLeft = 1, kRight = 2;      // mouse buttons
-constexpr int kAlt = 4;                   // shift state
-constexpr int kDragThreshold = 3;         // pixels that the pointer moves before the title drags the window
-constexpr int kWheelStep = 5;             // percent of volume for one notch
-
-enum Key : int { kLeftKey = 37, kUpKey = 38, kRightKey = 39, kDownKey = 40 };
-enum AppCommand : int {
-    kMediaNext = 11,
-    kMediaPrevious = 12,
-    kMediaStop = 13,
-    kMediaPlayPause = 14,
-    kMediaPlay = 46,
-    kMediaPause = 47
-};
-
-Point Within(const Control& control, Point at) { return {at.x - control.bounds().left, at.y - control.bounds().top}; }
-
-bool InsidePicture(const PictureBox& box, Point at) {
-    return Rect{0, 0, box.bounds().width, box.bounds().height}.contains(at);
-}
-
-constexpr const char* kPlaybackHints[kButtonCount] = {"再生／停止", "一時停止", "前の曲", "次の曲", "音程を下げる", "音程を上げる", "速度変更"};
-constexpr const char* kCommandHints[kButtonCount] = {"プレイリスト", "オプション", "タグ情報", "ファイル変換", "ヘルプ", "通知領域に入れる", "終了"};
+constexpr int kLeft = 1;          // mouse button
+constexpr int kNoticeTicks = 15;  // of the status timer: six seconds
 
 }  // namespace
 
 FormTop::FormTop(GlobalState& state, OptionStore& options, FileSystem& files, Dialogs& dialogs, Shell& shell,
                  TextPainter& painter, SplitValues& splitValues)
     : Form("FormTop", Kind::Skinned),
+      TopControls(static_cast<Form&>(*this)),
       state_(state),
       options_(options),
       files_(files),
       dialogs_(dialogs),
       shell_(shell),
-      painter_(painter),
       splitValues_(splitValues),
-      packages_(files, dialogs) {
-    cmdPicture.fill(*this, "cmdPicture", 0, kButtonCount - 1);
-    cmdPicture.fill(*this, "cmdPicture", kPressed, kPressed + kButtonCount - 1);
-    taskPicture.fill(*this, "taskPicture", 0, kButtonCount - 1);
-    taskPicture.fill(*this, "taskPicture", kPressed, kPressed + kButtonCount - 1);
-    mainLabel.fill(*this, "mainLabel", 0, kLabelCount - 1);
-    for (int n = 0; n < kButtonCount; ++n) {
-        cmdPicture[n + kPressed].setVisible(false);
-        taskPicture[n + kPressed].setVisible(false);
-        cmdPicture[n].setTooltip(kPlaybackHints[n]);
-        taskPicture[n].setTooltip(kCommandHints[n]);
-    }
-    mainLabel[kPlayModeLabel].setTooltip("クリックで再生モードを変更");
-    mainLabel[kTimeLabel].setTooltip("クリックで経過／残り時間");
-    mainLabel[kLengthLabel].setTooltip("クリックで経過／残り時間");
-    mainLabel[kTitleLabel].setTooltip("ダブルクリックで曲名／ファイル名");
-    SeekBar.setTooltip("再生位置");
-    VolumeBar.setTooltip("音量");
-
-    Timer5.setEnabled(false);
-    Timer7.setEnabled(false);
-    TimerTitle.setEnabled(false);
-    Timer1.onTimer = [this] { playback_.monitor->Timer1_Timer(); };
-    Timer2.onTimer = [this] {
-        if (hooks_.drawPanel) hooks_.drawPanel();
-    };
-    Timer3.onTimer = [this] {
-        playback_.engine->status().ShowStatus();
-        showFigures();
-    };
-    Timer4.onTimer = [this] {
-        playback_.volume->refresh();  // another program may have changed it
-        if (hooks_.idle) hooks_.idle();
-    };
-    Timer5.onTimer = [this] { playback_.monitor->Timer5_Timer(); };
-    Timer6.onTimer = [this] {
-        if (hooks_.updateLyrics) hooks_.updateLyrics();
-    };
-    Timer7.onTimer = [this] {
-        if (hooks_.pollConverter) hooks_.pollConverter();
-    };
-    TimerTitle.onTimer = [this] { titleTick(); };
+      packages_(files, dialogs),
+      view_(*this, *this, painter),
+      tray_(*this, shell, [this] { return trayTip(); }),
+      accessible_(*this, view_, buttons_, state) {
+    Timer1.onTimer = [this] { Timer1_Timer(); };
+    Timer2.onTimer = [this] { Timer2_Timer(); };
+    Timer3.onTimer = [this] { Timer3_Timer(); };
+    Timer4.onTimer = [this] { Timer4_Timer(); };
+    Timer5.onTimer = [this] { Timer5_Timer(); };
+    Timer6.onTimer = [this] { Timer6_Timer(); };
+    Timer7.onTimer = [this] { Timer7_Timer(); };
+    TimerTitle.onTimer = [this] { view_.moveTitle(); };
+    tray_.onClick = [this] { restoreFromTray(); };
+    tray_.onMenu = [this] { popupTrayMenu(); };
+    tray_.onLost = [this] { comeBack(); };
 }
 
 void FormTop::connect(const Playback& playback, const Windows& windows, const Hooks& hooks) {
     playback_ = playback;
     windows_ = windows;
     hooks_ = hooks;
-    playback_.volume->onChange = [this] { drawVolumeLevel(); };
-    shell_.onTrayIconLost = [this] { restoreFromTray(); };
+    buttons_.connect(*playback.transport, *playback.pitch);
+    playback_.volume->onChange = [this] { volumeChanged(); };
+}
+
+void FormTop::Timer1_Timer() { playback_.monitor->poll(); }
+
+void FormTop::Timer2_Timer() {
+    if (hooks_.drawPanel) hooks_.drawPanel();
+}
+
+void FormTop::Timer3_Timer() {
+    StatusDisplay& status = playback_.engine->status();
+    status.ShowStatus();
+    showFigures();
+    if (noticeTicks_ > 0 && --noticeTicks_ == 0) status.showNotice({});
+}
+
+void FormTop::Timer4_Timer() {
+    playback_.volume->refresh();  // another program may have changed it
+    if (hooks_.idle) hooks_.idle();
+}
+
+void FormTop::Timer5_Timer() { playback_.monitor->retry(); }
+
+void FormTop::Timer6_Timer() {
+    if (hooks_.updateLyrics) hooks_.updateLyrics();
+}
+
+void FormTop::Timer7_Timer() {
+    if (hooks_.pollConverter) hooks_.pollConverter();
 }
 
 // What the playback shows.
@@ -115,8 +95,8 @@ void FormTop::showTitle(const std::string& title, const std::string& artist) {
     mainLabel[kArtistLabel].setCaption(artist);
     if (mainLabel[kTitleLabel].caption() == title) return;
     mainLabel[kTitleLabel].setCaption(title);
-    restartTitle();
-    renewTrayTip();
+    view_.restartTitle();
+    tray_.renewTip();
 }
 
 void FormTop::showStatus(const std::string& word) {
@@ -125,94 +105,182 @@ void FormTop::showStatus(const std::string& word) {
 }
 
 void FormTop::showBar(double fraction) {
-    fraction = std::clamp(fraction, 0.0, 1.0);
-    const int before = filledWidth();
-    barFraction_ = fraction;
-    if (filledWidth() == before) return;
-    repaint(SeekBar.bounds());
-    tellPart(SeekBar, PartChange::Value);
+    const int before = view_.filledWidth();
+    view_.setBar(fraction);
+    if (view_.filledWidth() != before) accessible_.tell(TopPart::Kind::SeekBar, 0, PartChange::Value);
 }
 
 void FormTop::refreshDisplay() {
     showFigures();
-    repaint(composed_.rect());
+    view_.repaintAll();
 }
 
-// Labels.
-
-void FormTop::PlayModeLabel_Click(int button) {
-    if (button == kLeft) playback_.transport->StepPlayMode();
+void FormTop::showFigures() {
+    const Figures figures = hooks_.figures ? hooks_.figures() : Figures{};
+    mainLabel[kListLabel].setCaption(figures.listPlace);
+    view_.setFigures(figures.listPlace + "  " + figures.clock);
 }
 
-void FormTop::TimeLabel_Click(int index, int button) {
-    if (button == kLeft && (index == kTimeLabel || index == kLengthLabel)) playback_.transport->StepTimeMode();
+void FormTop::volumeChanged() {
+    view_.setVolume(state_.VolumePercent);
+    accessible_.tell(TopPart::Kind::VolumeBar, 0, PartChange::Value);
 }
 
-void FormTop::TitleLabel_DblClick() { playback_.engine->ToggleTitleMode(); }
-
-// Buttons.
-
-void FormTop::press(ControlArray<PictureBox>& array, int index, bool onPanel) {
-    if (!playback_.transport->mayAct()) return;
-    pressed_ = Pressed{&array, index, onPanel};
-    repaint(onPanel ? DisplayA.bounds() : array[index].bounds());
-}
-
-void FormTop::release() {
-    if (!pressed_) return;
-    const Rect where = pressed_->onPanel ? DisplayA.bounds() : (*pressed_->array)[pressed_->index].bounds();
-    pressed_.reset();
-    repaint(where);
-    state_.ButtonHeld = false;
-}
-
-void FormTop::cmdPicture_MouseDown(int index, int button, int, Point) {
-    if (button == kLeft) press(cmdPicture, index, false);
-}
-
-void FormTop::taskPicture_MouseDown(int index, int button, int, Point) {
-    if (button == kLeft) press(taskPicture, index, false);
-}
-
-void FormTop::cmdPicture_MouseUp(int index, int button, int, Point at) {
-    if (button == kLeft && InsidePicture(cmdPicture[index], at)) {
-        state_.ButtonHeld = true;
-        performPlayback(index);
+void FormTop::controlChangedHere(Control& control, Property property) {
+    view_.controlChanged(control, property);
+    if (property != Property::Caption) return;
+    if (&control == &LyricsPicture) accessible_.tell(TopPart::Kind::Lyrics, 0, PartChange::Name);
+    for (int n = 0; n < kLabelCount; ++n) {
+        if (&control == &mainLabel[n]) accessible_.tell(TopPart::Kind::Label, n, PartChange::Name);
     }
-    release();
-    state_.ButtonHeld = false;
 }
 
-void FormTop::taskPicture_MouseUp(int index, int button, int, Point at) {
-    // Released before the action: closing and hiding leave no window to restore.
-    const bool acts = playback_.transport->mayAct() && button == kLeft && InsidePicture(taskPicture[index], at);
-    release();
-    if (acts) performCommand(index);
+// Skins.
+
+void FormTop::LoadSkinNamed(const std::string& skinName) {
+    const std::string standard = packages_.defaultDefinitionFile();
+    if (!load(skinName.empty() ? standard : packages_.definitionFileOf(skinName))) load(standard);
 }
 
-void FormTop::performPlayback(int index) {
-    Transport& transport = *playback_.transport;
-    if (!transport.mayAct()) return;
-    switch (index) {
-        case kPlayButton: transport.playOrStop(); break;
-        case kPauseButton: transport.pause(); break;
-        case kBackButton: transport.PreviousTrack(); break;
-        case kNextButton: transport.NextTrack(); break;
-        case kLowButton: playback_.pitch->Low(); break;
-        case kHighButton: playback_.pitch->High(); break;
-        case kDoubleButton: playback_.pitch->Double(); break;
-        default: break;
+void FormTop::LoadSkin(const std::string& skinFile) { load(skinFile); }
+
+void FormTop::skinName_Click(int index) {
+    // The first item is the default skin, which the menu always has.
+    const std::string name = index == 0 ? "default" : skinNames_.at(static_cast<std::size_t>(index - 1));
+    const std::string file = packages_.definitionFileOf(name);
+    if (file.empty() || !load(file)) return;
+    state_.SkinName = name;
+    show();
+    if (packages_.firstStart() && !EqualsNoCase(folderNameOfSkin(), name)) {
+        playback_.engine->status().showNotice("スキンは次回の起動から変わります");
+        noticeTicks_ = kNoticeTicks;
+    }
+}
+
+// False when there was too little memory for it: everything is as it was.
+bool FormTop::load(const std::string& skinFile) {
+    SplitValues values = splitValues_;
+    std::string file;
+    std::optional<PreparedSkin> skin;
+    try {
+        file = packages_.choose(skinFile);
+        skin = PrepareSkin(files_, file, values, twips());
+    } catch (const std::exception&) {
+        return false;
+    }
+    splitValues_ = values;
+    state_.CurrentSkinFile = file;
+    state_.Actions.note("skin", folderNameOfSkin());
+    takeOver(std::move(*skin));
+    return true;
+}
+
+void FormTop::takeOver(PreparedSkin skin) {
+    const Size size = skin.definition.size;
+    const std::optional<Region> region = std::move(skin.definition.region);
+    const bool outlineMissing = skin.definition.regionFileMissing;
+    if (const auto& lyrics = skin.definition.lyrics) {
+        state_.LyricsColors[kSkinLyricsFirst] = static_cast<int>(Surface::ToPixel(lyrics->first));
+        state_.LyricsColors[kSkinLyricsSecond] = static_cast<int>(Surface::ToPixel(lyrics->second));
+    }
+    state_.SkinLacksLyricsArea = !skin.definition.lyrics;
+    view_.takeOver(std::move(skin), look());
+    view_.setVolume(state_.VolumePercent);
+    setSize(PixelsToTwips(size.width, twips().x), PixelsToTwips(size.height, twips().y));
+    if (region && host()) host()->setRegion(*region);
+    formChanged(FormProperty::Picture);
+    if (host()) host()->partChanged(0, PartChange::All);
+    tellSkin();
+    if (outlineMissing) dialogs_.message("Skinの矩形データが見つかりません", MessageIcon::Stop);
+}
+
+// To those who offer what the skin has a place for, now that it is shown as a whole.
+void FormTop::tellSkin() {
+    options_.setAvailable(&Options::LyricsShown, state_.SkinLacksLyricsArea);
+    options_.setAvailable(&Options::LyricsLine, state_.SkinLacksLyricsArea);
+    if (hooks_.lyricsDisplayMode) hooks_.lyricsDisplayMode(state_.SkinLacksLyricsArea);
+    if (!view_.hasOperationPanel()) options_.set(&Options::OperationPanel, false);
+    options_.setAvailable(&Options::OperationPanel, view_.hasOperationPanel());
+    options_.setAvailable(&Options::SpectrumShown, view_.hasSpectrum());
+}
+
+SkinView::Look FormTop::look() const {
+    return {options_->OperationPanel, options_->SpectrumShown, options_->TitleAnimation,
+            options_->TitleAnimationSpeed};
+}
+
+void FormTop::optionsChanged() {
+    view_.setLook(look());
+    setScale(options_->SkinScale);
+}
+
+std::string FormTop::folderNameOfSkin() const {
+    const std::string folder = FolderOf(state_.CurrentSkinFile);
+    return folder.empty() ? std::string() : FileNameOf(folder.substr(0, folder.size() - 1));
+}
+
+void FormTop::setScale(int factor) {
+    factor = std::clamp(factor, 1, kLargestScale);
+    if (factor == scale_) return;
+    scale_ = factor;
+    if (host()) host()->setScale(factor);
+}
+
+void FormTop::Form_Resize(Size) {
+    if (host()) view_.setTwips(twips().x);
+}
+
+// Menus.
+
+Menu FormTop::menuMain() {
+    const auto shown = [](const Form* form) { return form && form->visible(); };
+    const MainMenuFacts facts{alwaysOnTop_,
+                              options_->OperationPanel,
+                              view_.hasOperationPanel(),
+                              options_->TitleAnimation,
+                              options_->SpectrumShown,
+                              view_.hasSpectrum(),
+                              shown(windows_.equalizer),
+                              shown(windows_.list),
+                              shown(windows_.options),
+                              options_->LyricsShown,
+                              scale_,
+                              folderNameOfSkin(),
+                              skinNames_};
+    return MainMenu(facts, [this](TopCommand command, int index) { perform(command, index); });
+}
+
+Menu FormTop::menuTray() {
+    return TrayMenu([this](TopCommand command, int index) { perform(command, index); });
+}
+
+void FormTop::perform(TopCommand command, int index) {
+    switch (command) {
+        case TopCommand::AlwaysOnTop: setAlwaysOnTop(!alwaysOnTop_); break;
+        case TopCommand::OperationPanel: options_.set(&Options::OperationPanel, !options_->OperationPanel); break;
+        case TopCommand::Skin: skinName_Click(index); break;
+        case TopCommand::TitleAnimation: options_.set(&Options::TitleAnimation, !options_->TitleAnimation); break;
+        case TopCommand::Spectrum: options_.set(&Options::SpectrumShown, !options_->SpectrumShown); break;
+        case TopCommand::Equalizer: toggleWindow(windows_.equalizer); break;
+        case TopCommand::About:
+            if (windows_.about) showWindow(*windows_.about);
+            break;
+        case TopCommand::Lyrics: options_.set(&Options::LyricsShown, !options_->LyricsShown); break;
+        case TopCommand::Command: performCommand(index); break;
+        case TopCommand::Playback: buttons_.perform(index); break;
+        case TopCommand::PlayMode: PlayModeLabel_Click(kLeft); break;
+        case TopCommand::TimeMode: TimeLabel_Click(kTimeLabel, kLeft); break;
+        case TopCommand::TitleMode: TitleLabel_DblClick(); break;
+        case TopCommand::Scale: options_.set(&Options::SkinScale, index); break;
+        case TopCommand::Restore: restoreFromTray(); break;
+        case TopCommand::Quit: unload(); break;
     }
 }
 
 void FormTop::performCommand(int index) {
     switch (index) {
-        case kListCommand:
-            toggleWindow(windows_.list);
-            break;
-        case kOptCommand:
-            toggleWindow(windows_.options);
-            break;
+        case kListCommand: toggleWindow(windows_.list); break;
+        case kOptCommand: toggleWindow(windows_.options); break;
         case kTagCommand:
             if (windows_.tag && !windows_.tag->visible() && hooks_.fillTagWindow) hooks_.fillTagWindow();
             toggleWindow(windows_.tag);
@@ -223,208 +291,84 @@ void FormTop::performCommand(int index) {
         case kHelpCommand:
             if (hooks_.help) hooks_.help();
             break;
-        case kMiniCommand:
-            moveToTray();
-            break;
-        case kCloseCommand:
-            unload();
-            break;
-        default:
-            break;
+        case kMiniCommand: moveToTray(); break;
+        case kCloseCommand: unload(); break;
+        default: break;
     }
 }
 
-// Mouse on the window.
-
-Rect FormTop::panelColumn(int index) const {
-    const int width = DisplayA.bounds().width;
-    const int left = width * index / kButtonCount;
-    return {left, 0, width * (index + 1) / kButtonCount - left, DisplayA.bounds().height};
+void FormTop::Form_ContextMenu(Point at) {
+    if (buttons_.mayAct()) popup(menuMain(), at);
 }
 
-int FormTop::panelColumnAt(Point at) const {
-    for (int n = 0; n < kButtonCount; ++n) {
-        if (panelColumn(n).contains(at)) return n;
-    }
-    return -1;
-}
+// Windows, above others.
 
-Control* FormTop::controlAt(Point at) {
-    const auto hit = [&](const Control& control) { return control.visible() && control.bounds().contains(at); };
-    for (int n = 0; n < kButtonCount; ++n) {
-        if (hit(taskPicture[n])) return &taskPicture[n];
-        if (hit(cmdPicture[n])) return &cmdPicture[n];
-    }
-    for (int n = 0; n < kLabelCount; ++n) {
-        if (hit(mainLabel[n])) return &mainLabel[n];
-    }
-    // Display D lies over the volume bar and takes no clicks itself.
-    for (PictureBox* box : {&VolumeBar, &SeekBar, &DisplayA, &DisplayB, &LyricsPicture, &DisplayC}) {
-        if (hit(*box)) return box;
-    }
-    return nullptr;
-}
-
-void FormTop::Form_MouseDown(int button, int shift, Point at) {
-    Control* control = controlAt(at);
-    if (control == &DisplayB) {
-        if (hooks_.panelClicked) hooks_.panelClicked(button);
-        return;
-    }
-    if (button == kRight) {
-        Form_ContextMenu(at);
-        return;
-    }
-    if (button != kLeft) return;
-    if (host() && control) host()->captureMouse(true);
-    if (control) {
-        const Point inside = Within(*control, at);
-        if (control->name() == "cmdPicture") return cmdPicture_MouseDown(control->index(), button, shift, inside);
-        if (control->name() == "taskPicture") return taskPicture_MouseDown(control->index(), button, shift, inside);
-        if (control == &SeekBar) return SeekBar_MouseDown(button, shift, inside);
-        if (control == &VolumeBar) return VolumeBar_MouseDown(button, shift, inside);
-        if (control == &DisplayA) return press(cmdPicture, panelColumnAt(inside), true);
-        if (control == &mainLabel[kPlayModeLabel]) return PlayModeLabel_Click(button);
-        if (control == &mainLabel[kTimeLabel] || control == &mainLabel[kLengthLabel]) {
-            return TimeLabel_Click(control->index(), button);
-        }
-        if (control == &mainLabel[kTitleLabel]) {
-            titleHeld_ = at;  // a double click must reach the title, so it drags only when the pointer moves
-            return;
-        }
-    }
-    if (host()) {
-        host()->captureMouse(false);
-        host()->beginDrag();
+void FormTop::setAlwaysOnTop(bool on) {
+    alwaysOnTop_ = on;
+    setTopmost(on);
+    for (Form* form : {windows_.list, windows_.options, windows_.lyrics, windows_.equalizer, windows_.tag,
+                       windows_.convert, windows_.about}) {
+        if (form && form->visible()) form->setTopmost(on);
     }
 }
 
-void FormTop::Form_MouseMove(int button, int shift, Point at) {
-    if (inTray_) return trayEvent(at.x);
-    if (button != kLeft) {
-        draggingVolume_ = false;
-        titleHeld_.reset();
-        return;
-    }
-    if (draggingVolume_) return VolumeBar_MouseMove(button, shift, Within(VolumeBar, at));
-    if (titleHeld_ && std::max(std::abs(at.x - titleHeld_->x), std::abs(at.y - titleHeld_->y)) > kDragThreshold) {
-        titleHeld_.reset();
-        if (host()) {
-            host()->captureMouse(false);
-            host()->beginDrag();
-        }
-    }
+void FormTop::showWindow(Form& form, bool activate) {
+    state_.Actions.note("show", form.name());
+    form.setTopmost(alwaysOnTop_);
+    form.show(activate);
+    if (&form == windows_.list) state_.ListShown = true;
 }
 
-void FormTop::Form_MouseUp(int button, int shift, Point at) {
-    if (host()) host()->captureMouse(false);
-    draggingVolume_ = false;
-    titleHeld_.reset();
-    if (!pressed_) return;
-    const Pressed pressed = *pressed_;
-    if (pressed.onPanel) {
-        const bool acts = panelColumnAt(Within(DisplayA, at)) == pressed.index;
-        release();
-        if (acts) performPlayback(pressed.index);
-    } else if (pressed.array == &cmdPicture) {
-        cmdPicture_MouseUp(pressed.index, button, shift, Within(cmdPicture[pressed.index], at));
-    } else {
-        taskPicture_MouseUp(pressed.index, button, shift, Within(taskPicture[pressed.index], at));
-    }
+void FormTop::toggleWindow(Form* form) {
+    if (!form) return;
+    if (!form->visible()) return showWindow(*form);
+    form->hide();
+    if (form == windows_.list) state_.ListShown = false;
 }
 
-void FormTop::Form_DoubleClick(int button, int shift, Point at) {
-    Control* control = controlAt(at);
-    if (control == &mainLabel[kTitleLabel] && button == kLeft) return TitleLabel_DblClick();
-    if (control == &DisplayB) {
-        if (hooks_.panelClicked) hooks_.panelClicked(kRight);
-        return;
-    }
-    // For everything else the second press of a double click is a press like the first.
-    Form_MouseDown(button, shift, at);
+// The notification area.
+
+std::string FormTop::trayTip() const {
+    const std::string& title = mainLabel[kTitleLabel].caption();
+    if (state_.PlayerStatus != kPlay) return title.empty() ? "Quenlox" : title;
+    return title + "／" + mainLabel[kTimeLabel].caption();
 }
 
-void FormTop::SeekBar_MouseDown(int button, int, Point at) {
-    const int width = SeekBar.bounds().width;
-    if (button != kLeft || at.x < 0 || at.x > width || width == 0) return;
-    playback_.transport->seek(static_cast<double>(at.x) / width);
+void FormTop::moveToTray() {
+    if (tray_.shown() || !tray_.put()) return;
+    hide();
+    view_.setOnScreen(false);
 }
 
-void FormTop::VolumeBar_MouseDown(int button, int, Point at) {
-    draggingVolume_ = button == kLeft;
-    if (draggingVolume_) setVolumeFrom(at);
+void FormTop::restoreFromTray() {
+    if (!tray_.shown()) return;
+    tray_.take();
+    comeBack();
 }
 
-void FormTop::VolumeBar_MouseMove(int button, int, Point at) {
-    if (button == kLeft) setVolumeFrom(at);
-}
-
-void FormTop::setVolumeFrom(Point at) {
-    playback_.volume->setFromBar(at.y, VolumeBar.bounds().height);
-}
-
-void FormTop::Form_Wheel(int notches, Point) {
-    playback_.volume->setPercent(state_.VolumePercent + notches * kWheelStep);
-}
-
-std::string FormTop::Form_TooltipAt(Point at) {
-    const Control* control = controlAt(at);
-    if (!control) return {};
-    if (control == &DisplayA) {
-        const int column = panelColumnAt(Within(*control, at));
-        return column < 0 ? std::string() : cmdPicture[column].tooltip();
-    }
-    if (control == &VolumeBar) return "音量 " + std::to_string(state_.VolumePercent) + "%";
-    return control->tooltip();
-}
-
-// Keys.
-
-void FormTop::Form_KeyDown(int key, int shift) {
-    const bool handled = key == kUpKey || key == kDownKey || key == kRightKey || key == kLeftKey;
-    Transport& transport = *playback_.transport;
-    if (shift != kAlt || state_.KeyLatch || !handled || !transport.mayAct()) return;
-    // Set first: opening a file handles messages, and a key that is let go meanwhile must find it.
-    state_.KeyLatch = true;
-    switch (key) {
-        case kUpKey: transport.play(); break;
-        case kDownKey:
-            if (state_.PlayerStatus == kPlay) transport.stop();
-            break;
-        case kRightKey: transport.NextTrack(); break;
-        default: transport.PreviousTrack(); break;
+void FormTop::comeBack() {
+    view_.setOnScreen(true);
+    show();
+    // Started in the notification area it has not been shown yet.
+    if (state_.ListShown && windows_.list && !windows_.list->visible()) showWindow(*windows_.list, false);
+    if (!alwaysOnTop_) return;
+    setTopmost(true);
+    for (Form* form : {windows_.list, windows_.lyrics}) {
+        if (form && form->visible()) form->setTopmost(true);
     }
 }
 
-void FormTop::Form_KeyUp(int, int) { state_.KeyLatch = false; }
-
-bool FormTop::Form_AppCommand(int command) {
-    Transport& transport = *playback_.transport;
-    switch (command) {
-        case kMediaNext: return transport.NextTrack();
-        case kMediaPrevious: return transport.PreviousTrack();
-        case kMediaStop: return transport.stop();
-        case kMediaPlay:
-        case kMediaPlayPause:
-            if (state_.PlayerStatus < kPlay) return transport.play();
-            return command == kMediaPlay && state_.PlayerStatus == kPlay ? transport.mayAct() : transport.pause();
-        case kMediaPause: return state_.PlayerStatus == kPlay ? transport.pause() : transport.mayAct();
-        default: return false;
-    }
-}
-
-// Files.
-
-void FormTop::Form_FilesDropped(const std::vector<std::string>& files, Point) {
-    if (files.empty() || !MatchesMediaFilter(files.front())) return;
-    if (playback_.transport->open({files.front()}, kNoIntent, Transport::Start::Play) == OpenResult::Busy) {
-        dialogs_.message("ファイル変換中は再生できません", MessageIcon::Information);
-    }
+void FormTop::popupTrayMenu() {
+    if (host()) host()->bringToFront();
+    // The menu is wanted at the pointer, wherever the hidden window lies.
+    const Point cursor = shell_.cursor();
+    popup(menuTray(), {(cursor.x - TwipsToPixels(left(), twips().x)) / scale_,
+                       (cursor.y - TwipsToPixels(top(), twips().y)) / scale_});
 }
 
 void FormTop::Form_Unload(bool& cancel) {
     cancel = false;
-    if (inTray_) shell_.deleteTrayIcon({this, {}});
+    tray_.take();
     for (Timer* timer : {&Timer1, &Timer2, &Timer3, &Timer4, &Timer5, &Timer6, &Timer7, &TimerTitle}) {
         timer->setEnabled(false);
     }

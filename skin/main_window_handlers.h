@@ -7,12 +7,12 @@ namespace quenlox {
 class MainWindowHandlers {
   public:
     virtual ~MainWindowHandlers() = default;
-    virtual void PlayModeLabel_Click(int button) = 0;          // 1: the left button, the only one that acts
+    virtual void PlayModeLabel_Click(int button) = 0;  // 1: the left button, the only one that acts
     virtual void TitleLabel_DblClick() = 0;
-    virtual void TimeLabel_Click(int index, int button) = 0;   // index of the label, 2 or 3
+    virtual void TimeLabel_Click(int index, int button) = 0;  // index of the label, 2 or 3
     virtual bool alwaysOnTop() const = 0;
     virtual void setAlwaysOnTop(bool on) = 0;
-    virtual void moveTo(int left, int top) = 0;                // twips
+    virtual void moveTo(int left, int top) = 0;  // twips
     virtual int leftTwips() const = 0;
     virtual int topTwips() const = 0;
 };

@@ -76,8 +76,11 @@ SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values) {
     }
     list.read("Label", "Lyrics", "-1,0,0,0,0,0,0,0,0,0,0");
     if (!list.absent()) {
-        skin.lyrics = {Intersect(list.rect(), {0, 0, skin.size.width, skin.size.height}), list.fontSize(),
-                       list.color(6), list.color(9), {}};
+        skin.lyrics = {Intersect(list.rect(), {0, 0, skin.size.width, skin.size.height}),
+                       list.fontSize(),
+                       list.color(6),
+                       list.color(9),
+                       {}};
         list.read("Label", "Lyrics2", "0,0,0,0,0,0,0");
         skin.lyrics->background = list.color(1);
     }

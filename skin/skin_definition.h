@@ -1,5 +1,5 @@
-// What a skin package says, read into a plain value. Nothing here touches a window: it is shown when it is complete. The
-// format is told in docs/skins.md. Every number is brought to what a window can have before anything is made of it.
+// What a skin package says, read into a plain value. Nothing here touches a window: it is shown when it is complete.
+// The format is told in docs/skins.md. Every number is brought to what a window can have before anything is made of it.
 #pragma once
 
 #include <array>
@@ -10,8 +10,8 @@
 
 #include "forms/geometry.h"
 #include "forms/surface.h"
-#include "platform/file_system.h"
 #include "forms/window_host.h"
+#include "platform/file_system.h"
 #include "text/ini_document.h"
 #include "text/numbers.h"
 
@@ -24,17 +24,17 @@ inline constexpr Size kPanelDisplay{85, 30};  // display B, whatever a skin says
 
 // What a package may take, in pixels. A window of many more pixels than a monitor shows is a mistake; the pictures are
 // held beside those of the skin that is being left.
-inline constexpr int kLongestSide = 4096;                // of the window and of every element in it
-inline constexpr int kMostWindowPixels = 1 << 21;        // of the window, and of the picture behind it
-inline constexpr int kMostBarPixels = 1 << 18;           // of each bar, of the level and of the operation panel
-inline constexpr int kMostButtonPixels = 1 << 17;        // of each picture of a button
+inline constexpr int kLongestSide = 4096;                        // of the window and of every element in it
+inline constexpr int kMostWindowPixels = 1 << 21;                // of the window, and of the picture behind it
+inline constexpr int kMostBarPixels = 1 << 17;                   // of each bar, of the level and of the operation panel
+inline constexpr int kMostButtonPixels = 1 << 16;                // of each picture of a button
 inline constexpr std::uint64_t kLargestDefinition = 128u << 10;  // bytes of the definition file
-inline constexpr int kLargestType = 300;                 // points
+inline constexpr int kLargestType = 300;                         // points
 
 inline constexpr std::array<const char*, kButtonCount> kPlaybackButtonNames = {"play", "pause", "back",  "next",
-                                                                              "low",  "high",  "double"};
+                                                                               "low",  "high",  "double"};
 inline constexpr std::array<const char*, kButtonCount> kCommandButtonNames = {"list", "opt",  "tag",  "conv",
-                                                                             "help", "mini", "close"};
+                                                                              "help", "mini", "close"};
 
 struct SkinDefinition {
     // An element that the skin leaves out has no place.
@@ -44,7 +44,7 @@ struct SkinDefinition {
         Color color;
     };
     struct LyricsArea {
-        Rect bounds;        // the part of it that lies in the window
+        Rect bounds;  // the part of it that lies in the window
         int fontField = 0;
         Color first, second, background;
     };

@@ -36,17 +36,20 @@ std::string SkinPackages::definitionFileOf(const std::string& skinName) const {
 
 std::string SkinPackages::defaultPackage() const {
     const std::string file = defaultDefinitionFile();
-    if (!files_.fileExists(file)) dialogs_.message("DefaultSkinが見つかりません\r再インストールしてください", MessageIcon::Stop);
+    if (!files_.fileExists(file))
+        dialogs_.message("DefaultSkinが見つかりません\r再インストールしてください", MessageIcon::Stop);
     return file;
 }
+
+bool SkinPackages::firstStart() const { return !files_.fileExists(UserFileToRead(files_, "Quenlox.ini")); }
 
 std::string SkinPackages::choose(const std::string& skinFile) const {
     if (!files_.fileExists(skinFile)) {
         dialogs_.message("指定のSkinが見つかりません\rDefaultSkinをロードします", MessageIcon::Stop);
         return defaultPackage();
     }
-    if (!files_.fileExists(UserFileToRead(files_, "Quenlox.ini"))) return defaultPackage();
-    const IniDocument definition = IniDocument::Parse(files_.read(skinFile).value_or(""));
+    if (firstStart()) return defaultPackage();
+    const IniDocument definition = IniDocument::Parse(files_.read(skinFile, kLargestDefinition).value_or(""));
     if (definition.integer("Main", "Ver", 0) < kOldestSkinVersion) {
         dialogs_.message("Skinのバージョンが異なります\rDefaultSkinをロードします", MessageIcon::Stop);
         return defaultPackage();

@@ -21,6 +21,7 @@ class SkinPackages {
     // The definition file to load for the one asked for: itself, or the default package's, with the message that says
     // why. Without a settings file, which is the first start, always the default package and no message.
     std::string choose(const std::string& skinFile) const;
+    bool firstStart() const;  // there are no settings yet
 
   private:
     std::string skinFolder() const;

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/vbmp3.h"
 #include "state/global_state.h"
 #include "state/options.h"
-#include "platform/vbmp3.h"
 
 namespace quenlox {
 namespace {
@@ -13,18 +13,20 @@ namespace {
 constexpr int kLeftButton = 1;
 constexpr int kSlowest = 80, kFasterBy = 6;  // milliseconds, and milliseconds for each step of the speed
 constexpr int kFastest = 20;
-constexpr int kFramesToRest = 90;            // longer than the highest peak needs to fall and the longest trail to fade
+constexpr int kFramesToRest = 90;  // longer than the highest peak needs to fall and the longest trail to fade
 constexpr std::array kBands{21, 42, 85};
 
 }  // namespace
 
-PanelAnimation::PanelAnimation(GlobalState& state, const Options& options, Vbmp3& vbmp3, PictureBox& display,
-                               Timer& timer, const Label& accent)
-    : state_(state), options_(options), vbmp3_(vbmp3), display_(display), timer_(timer), accent_(accent) {}
+PanelAnimation::PanelAnimation(GlobalState& state, const Options& options, Vbmp3& vbmp3, PanelScreen& screen)
+    : state_(state), options_(options), vbmp3_(vbmp3), screen_(screen), interval_(kSlowest) {}
 
 int PanelAnimation::intervalOf(int speed) { return std::max(kFastest, kSlowest - kFasterBy * std::max(0, speed)); }
 
-void PanelAnimation::followSpeed() { timer_.setInterval(intervalOf(options_.SpectrumSpeed)); }
+void PanelAnimation::followSpeed() {
+    interval_ = intervalOf(options_.SpectrumSpeed);
+    screen_.setInterval(interval_);
+}
 
 void PanelAnimation::setBands(int choice) {
     sound_.bands = kBands[static_cast<std::size_t>(std::clamp(choice, 0, static_cast<int>(kBands.size()) - 1))];
@@ -33,7 +35,7 @@ void PanelAnimation::setBands(int choice) {
 
 void PanelAnimation::clicked(int button) {
     state_.ViewType = button == kLeftButton ? NextVariant(state_.ViewType) : NextGroup(state_.ViewType);
-    Timer2_Timer();
+    drawFrame();
 }
 
 // Takes the sound of now in; false when there is none.
@@ -50,15 +52,15 @@ bool PanelAnimation::listen() {
 }
 
 void PanelAnimation::changeByItself() {
-    shownMs_ += timer_.interval();
+    shownMs_ += interval_;
     const int seconds = options_.SpectrumIntro * 2;
     if (seconds <= 0 || shownMs_ < seconds * 1000) return;
     state_.ViewType = lastView_ = NextByItself(state_.ViewType);
     shownMs_ = 0;
 }
 
-void PanelAnimation::Timer2_Timer() {
-    if (!display_.visible()) return;
+void PanelAnimation::drawFrame() {
+    if (!screen_.seen()) return;
     if (state_.ViewType != lastView_) {
         lastView_ = state_.ViewType;
         shownMs_ = 0;
@@ -68,22 +70,10 @@ void PanelAnimation::Timer2_Timer() {
     if (heard) changeByItself();
     silentFrames_ = heard ? 0 : silentFrames_ + 1;
     if (silentFrames_ <= kFramesToRest) {
-        speana_.setAccent(accent_.foreColor());
+        speana_.setAccent(screen_.accent());
         speana_.draw(state_.ViewType, sound_);
     }
-    show();
-}
-
-void PanelAnimation::show() {
-    const Surface& frame = speana_.frame();
-    Surface& screen = display_.surface();
-    // A skin gives the display a new, empty picture; then the frame is put there even at rest.
-    if (screen == frame) return;
-    if (screen.width() != frame.width() || screen.height() != frame.height())
-        screen.resize(frame.width(), frame.height());
-    if (screen == frame) return;
-    screen.copy(frame, {0, 0});
-    display_.refresh();
+    screen_.show(speana_.frame());
 }
 
 }  // namespace quenlox

@@ -21,7 +21,7 @@ LONGEST_VALUE = 127  # UTF-16 units
 FIELDS = 12
 LONGEST_SIDE = 4096
 # Pixels; a window or picture of more is cut or passed over.
-MOST_WINDOW, MOST_BAR, MOST_BUTTON = 1 << 21, 1 << 18, 1 << 17
+MOST_WINDOW, MOST_BAR, MOST_BUTTON = 1 << 21, 1 << 17, 1 << 16
 
 # section -> key -> how many fields its list needs (0: one integer)
 KEYS = {

@@ -46,6 +46,7 @@ class FakeFileSystem : public FileSystem {
     bool renamesFail = false;
     std::set<std::string> unreadable;     // paths that exist and cannot be read
     std::function<void()> perName;        // called before each name of a folder that is read
+    std::function<void()> perRead;        // called before each file that is read; may throw
     int writes = 0;
     int reads = 0;
 
@@ -79,6 +80,7 @@ class FakeFileSystem : public FileSystem {
     }
     std::optional<std::string> read(const std::string& path, std::uint64_t limit) override {
         ++reads;
+        if (perRead) perRead();
         const File* file = lookUp(path);
         if (!file || unreadable.contains(path) || file->bytes.size() > limit) return std::nullopt;
         return file->bytes;

@@ -15,15 +15,37 @@
 namespace quenlox {
 namespace {
 
+// A main window whose panel is 200 pixels wide.
+struct FakeScreen : LyricsScreen {
+    explicit FakeScreen(FormLyrics& lyrics, FakeWindowSystem& system) : form(lyrics), windows(system) {}
+    bool seen() const override { return visible; }
+    bool hasPanel() const override { return skinHasPanel; }
+    LyricsPanelLook panelLook() const override { return {}; }
+    Surface& panel() override { return surface; }
+    void panelDrawn(const std::string& text) override { line = text; }
+    void setInterval(int milliseconds) override { interval = milliseconds; }
+    void showLyricsWindow() override {
+        ++shown;
+        form.show(false);
+        windows.hostOf(form)->client = {300, 200};
+        form.Form_Resize({300, 200});
+    }
+
+    FormLyrics& form;
+    FakeWindowSystem& windows;
+    bool visible = true, skinHasPanel = false;
+    Surface surface{200, 40};
+    std::string line;
+    int interval = 500;
+    int shown = 0;
+};
+
 class LyricsDisplayTest : public ::testing::Test {
   protected:
     void SetUp() override {
         form.realiseWhenShown(windows);
         state.SkinLacksLyricsArea = true;
         state.PlayerStatus = kPlay;
-        panel.setVisible(false);
-        panel.surface().resize(200, 40);
-        main.show();
         vbmp3.lines.total = 3;
         vbmp3.lines.current = 0;
         setLine("窓をあければ");
@@ -41,12 +63,12 @@ class LyricsDisplayTest : public ::testing::Test {
         state.SkinLacksLyricsArea = false;
         state.LyricsColors[kSkinLyricsFirst] = 0x0A0B0C;
         state.LyricsColors[kSkinLyricsSecond] = 0xB03428;
-        panel.setVisible(true);
+        main.skinHasPanel = true;
         display.lyricsDisplayMode(false);
     }
     int tick() {
         painter.drawn.clear();
-        display.Timer6_Timer();
+        display.update();
         return static_cast<int>(painter.drawn.size());
     }
 
@@ -56,17 +78,9 @@ class LyricsDisplayTest : public ::testing::Test {
     FakeFileSystem files;
     FakeTextPainter painter;
     FakeWindowSystem windows;
-    Form main{"FormTop", Form::Kind::Skinned};
-    PictureBox panel{main, "LyricsPicture"};
-    Timer timer{main, "Timer6", 500};
     FormLyrics form{state, options, painter};
-    int shown = 0;
-    LyricsDisplay display{state, options, vbmp3, files, painter, form, {main, panel, timer, [this] {
-                                                                            ++shown;
-                                                                            form.show(false);
-                                                                            windows.hostOf(form)->client = {300, 200};
-                                                                            form.Form_Resize({300, 200});
-                                                                        }}};
+    FakeScreen main{form, windows};
+    LyricsDisplay display{state, options, vbmp3, files, painter, form, main};
 };
 
 TEST_F(LyricsDisplayTest, TheWindowComesUpByItselfForTheLyricsThatOnlyItCanShow) {
@@ -108,7 +122,7 @@ TEST_F(LyricsDisplayTest, AStepDrawsOnlyWhatHasChanged) {
     windows.hostOf(form)->client = {0, 0};  // minimised
     setLine("x");
     EXPECT_EQ(tick(), 0);
-    EXPECT_EQ(timer.interval(), 500);
+    EXPECT_EQ(main.interval, 500);
 }
 
 TEST_F(LyricsDisplayTest, ASkinWithALyricsAreaTakesTheLinesFromTheWindow) {
@@ -121,12 +135,12 @@ TEST_F(LyricsDisplayTest, ASkinWithALyricsAreaTakesTheLinesFromTheWindow) {
     options.LyricsSecondColor = true;
     EXPECT_EQ(tick(), 1);
     EXPECT_EQ(painter.drawn[0].style.color, (Color{0xB0, 0x34, 0x28}));
-    main.hide();
+    main.visible = false;
     setLine("unseen");
     EXPECT_EQ(tick(), 0);
-    main.show();
+    main.visible = true;
     state.SkinLacksLyricsArea = true;
-    panel.setVisible(false);
+    main.skinHasPanel = false;
     display.lyricsDisplayMode(true);
     tick();
     EXPECT_TRUE(form.visible());
@@ -204,7 +218,7 @@ TEST_F(LyricsDisplayTest, ALineIsDrawnWhenItIsDue) {
         vbmp3.lines.progressBytes = c.progressBytes;
         state.PlayerStatus = static_cast<PlayStatus>(c.status);
         tick();
-        EXPECT_EQ(timer.interval(), c.interval) << c.position << ' ' << c.next;
+        EXPECT_EQ(main.interval, c.interval) << c.position << ' ' << c.next;
     }
 }
 

@@ -44,7 +44,7 @@ TEST_F(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
         p.playRow(0, kProgram);
         EXPECT_EQ(p.vbmp3.nextFile, "C:\\1.mp3");
         c.change(p);
-        p.monitor.Timer1_Timer();
+        p.monitor.poll();
         EXPECT_EQ(p.vbmp3.nextFile, c.next) << c.what;
     }
 }
@@ -54,15 +54,15 @@ TEST_F(NextFile, IsSentOnceNotWithEveryTick) {
     fillList(2);
     tracks.lists[0].push_back("C:\\x.txt");
     playRow(0, kProgram);
-    for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
+    for (int i = 0; i < 3; ++i) monitor.poll();
     EXPECT_EQ(vbmp3.count("next C:\\1.mp3"), 1);
     transport.letGoOf("C:\\2.mp3");
     EXPECT_EQ(vbmp3.nextFile, "C:\\1.mp3");
     transport.letGoOf("c:\\1.MP3");  // somebody replaces it
     EXPECT_EQ(vbmp3.nextFile, "");
-    monitor.Timer1_Timer();
+    monitor.poll();
     goOn();
-    for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
+    for (int i = 0; i < 3; ++i) monitor.poll();
     EXPECT_EQ(vbmp3.count("next C:\\x.txt"), 1);
     endTrack();  // what the library refused is stepped to as ever
     EXPECT_EQ(state.CurrentFile, "C:\\x.txt");
@@ -100,7 +100,7 @@ TEST_F(NextFile, ANewPassIsDrawnAheadAndTakenWhenTheLibraryGetsThere) {
     EXPECT_EQ(vbmp3.nextFile, "C:\\2.mp3");  // the pass to come is 2 0 1
     EXPECT_THAT(state.ShuffleOrder[0].order(), ElementsAre(1, 2, 0));
     EXPECT_EQ(state.ShuffleOrder[0].position(), 2);
-    for (int i = 0; i < 3; ++i) monitor.Timer1_Timer();
+    for (int i = 0; i < 3; ++i) monitor.poll();
     EXPECT_EQ(tracks.ordersBuilt, 2);
     std::vector<std::string> played;
     for (int i = 0; i < 3; ++i) {
@@ -141,7 +141,7 @@ TEST_F(NextFile, WhatChangesWhileTheEventIsUnderwayDoesNotConfuseIt) {
     playRow(0, kProgram);
     vbmp3.listener(LibraryEvent::NextTrack);
     state.CurrentIndex[0] = 1;  // the next file would be another now
-    monitor.Timer1_Timer();
+    monitor.poll();
     windows.pumpMessages();
     EXPECT_EQ(state.CurrentFile, "C:\\1.mp3");
     EXPECT_EQ(vbmp3.nextFile, "C:\\2.mp3");

@@ -89,12 +89,12 @@ TEST_F(Poll, KeepsThePositionOfTheDecodingLibrary) {
     fillList(1);
     playRow(0, kSingle);
     vbmp3.playing.seconds = 42;
-    monitor.Timer1_Timer();
+    monitor.poll();
     EXPECT_EQ(state.PositionSeconds, 42);
     EXPECT_EQ(display.time, "00:42");
     engine.PauseMedia();
     display.time = "?";
-    monitor.Timer1_Timer();
+    monitor.poll();
     EXPECT_EQ(display.time, "?");
     EXPECT_EQ(state.PlayerStatus, kPause);
 }
@@ -106,18 +106,18 @@ TEST_F(Poll, FollowsTheMediaControl) {
     engine.PlayMedia();
     mci.answers["status MediaFile mode"] = {0, "playing"};
     mci.answers["status MediaFile position"] = {0, "12999"};
-    monitor.Timer1_Timer();
+    monitor.poll();
     EXPECT_EQ(state.PositionSeconds, 12);
     EXPECT_EQ(display.time, "00:12");
     mci.answers["status MediaFile mode"] = {0, std::string("Stopped\0junk", 12)};
     engine.PauseMedia();
-    monitor.Timer1_Timer();
+    monitor.poll();
     EXPECT_EQ(state.PlayerStatus, kPause) << "some drivers stop for a pause";
     const std::vector<FakeMediaControl::Answer> ends{{0, std::string("Stopped\0junk", 12)}, {263, ""}};
     for (const FakeMediaControl::Answer& ended : ends) {
         state.PlayerStatus = kPlay;
         mci.answers["status MediaFile mode"] = ended;
-        monitor.Timer1_Timer();
+        monitor.poll();
         EXPECT_EQ(state.PlayerStatus, kStop);
     }
 }
@@ -131,11 +131,11 @@ TEST_F(Poll, ACdTrackCountsFromItsStartAndStopsAtItsOwnEnd) {
     engine.PlayMedia();
     mci.commands.clear();
     mci.answers["status MediaFile position"] = {0, "239999"};
-    monitor.Timer1_Timer();
+    monitor.poll();
     EXPECT_EQ(state.PositionSeconds, 59);
     EXPECT_EQ(mci.count("stop MediaFile"), 0);
     mci.answers["status MediaFile position"] = {0, "240000"};
-    monitor.Timer1_Timer();
+    monitor.poll();
     EXPECT_EQ(display.time, "01:00");
     EXPECT_EQ(mci.count("stop MediaFile"), 1);
 }
@@ -158,7 +158,7 @@ TEST(Intro, GoesOnAfterTheFirstSecondsUnlessTheUserHasMoved) {
         p.playRow(0, c.mode);
         if (c.sought) p.engine.SeekMedia(0.5);
         p.vbmp3.playing.seconds = c.seconds;
-        p.monitor.Timer1_Timer();
+        p.monitor.poll();
         EXPECT_EQ(p.state.CurrentFile, c.file) << c.mode << ' ' << c.seconds;
         EXPECT_EQ(p.state.PlayerStatus, c.status) << c.mode << ' ' << c.seconds;
     }

@@ -58,7 +58,7 @@ struct Player {
     // The decoding library has come to the end of what it plays.
     void endTrack() {
         vbmp3.playing.state = PlayReport::State::Stopped;
-        monitor.Timer1_Timer();
+        monitor.poll();
     }
     // The library has gone on to the next file and says so.
     void goOn() {

@@ -189,7 +189,7 @@ TEST_F(WhileOpening, WhatIsAskedForWhileAFileOpensCountsInstead) {
              p.transport.open({"C:\\0.mp3", 0, 0}, kNoIntent, Transport::Start::Open);
          },
          "C:\\0.mp3", kStop, 0},
-        {"poll", [](Player& p) { p.monitor.Timer1_Timer(); }, "C:\\1.mp3", kPlay, 1},
+        {"poll", [](Player& p) { p.monitor.poll(); }, "C:\\1.mp3", kPlay, 1},
         {"play", [](Player& p) { p.transport.play(); }, "C:\\1.mp3", kPlay, 1},
     };
     for (const auto& c : cases) {
@@ -281,7 +281,7 @@ TEST_F(Repeat, RepeatsWhatCameFromAListOrWasPlayedByTheUserHimself) {
              p.vbmp3.error = LibraryError::DeviceBusy;
              p.transport.openFirst("C:\\0.mp3", true, true);
              p.vbmp3.playWorks = true;
-             p.monitor.Timer5_Timer();
+             p.monitor.retry();
          },
          false},
         {"command line, then on to a row without a gap",
@@ -368,7 +368,7 @@ class RandomUser : public Player {
                 break;
             default:
                 what_ = "poll";
-                monitor.Timer1_Timer();
+                monitor.poll();
                 mayPlay = false;
         }
         if (!mayPlay && stood) {

@@ -23,19 +23,6 @@ class FormTopTest : public SkinTest {
     std::vector<int> panelClicks;
 };
 
-TEST_F(FormTopTest, AButtonShowsItsPressedPictureUntilItIsReleased) {
-    top->Form_MouseDown(1, 0, kPauseAt);
-    EXPECT_EQ(at(20, 60), pixel(playback(1, true)));
-    EXPECT_TRUE(host->captured);
-    top->Form_MouseUp(1, 0, kPauseAt);
-    EXPECT_EQ(at(20, 60), pixel(playback(1, false)));
-    EXPECT_FALSE(host->captured);
-    top->Form_MouseDown(1, 0, {32, 4});
-    EXPECT_EQ(at(30, 2), pixel(command(2, true)));
-    top->Form_MouseUp(1, 0, {32, 4});
-    EXPECT_EQ(at(30, 2), pixel(command(2, false)));
-}
-
 // What the doors to one command do in one status: played, paused, stopped, and which file is the current one.
 struct Door {
     const char* command;
@@ -272,8 +259,8 @@ TEST_F(FormTopTest, MediaKeysMeanWhatTheySay) {
 TEST_F(FormTopTest, TheNotificationAreaHoldsTheProgramUntilItsIconIsClicked) {
     openFile("C:\\a.mp3");
     top->show();
-    top->Form_MouseMove(0, 0, {516, 3});
-    EXPECT_TRUE(host->popups.empty()) << "a mouse that moves over the window is no click on the icon";
+    top->Form_TrayIcon(516);
+    EXPECT_TRUE(host->popups.empty()) << "there is no icon to be clicked";
     shell.works = false;
     click({62, 4});
     EXPECT_TRUE(top->visible()) << "there is no such area";
@@ -282,15 +269,15 @@ TEST_F(FormTopTest, TheNotificationAreaHoldsTheProgramUntilItsIconIsClicked) {
     EXPECT_TRUE(shell.trayIconShown);
     EXPECT_FALSE(top->visible());
     EXPECT_FALSE(top->Timer2.enabled());
-    top->Form_MouseMove(0, 0, {516, 0});
+    top->Form_TrayIcon(516);
     EXPECT_EQ(host->popups, std::vector<std::string>{"menuTray"});
     EXPECT_EQ(top->menuTray().items[0].caption, "ﾒｲﾝ画面を表示");
-    top->Form_MouseMove(0, 0, {514, 0});
+    top->Form_TrayIcon(514);
     EXPECT_FALSE(shell.trayIconShown);
     EXPECT_TRUE(top->visible());
     click({62, 4});
     shell.onTrayIconLost();
-    EXPECT_TRUE(top->visible());
+    EXPECT_TRUE(top->visible()) << "without the icon there is no other way back";
 }
 
 TEST_F(FormTopTest, TheTrayIconTellsTheTitleAndWhilePlayingTheTimeWhenThePointerComesToIt) {
@@ -301,24 +288,15 @@ TEST_F(FormTopTest, TheTrayIconTellsTheTitleAndWhilePlayingTheTimeWhenThePointer
     EXPECT_EQ(shell.trayTip, "a.mp3／00:10");
     top->showTime("00:11");
     EXPECT_EQ(shell.trayTip, "a.mp3／00:10") << "nobody looks";
-    top->Form_MouseMove(0, 0, {512, 0});
+    top->Form_TrayIcon(512);
     EXPECT_EQ(shell.trayTip, "a.mp3／00:11");
     top->showTitle("b.mp3", "");
     EXPECT_EQ(shell.trayTip, "b.mp3／00:11");
     state.PlayerStatus = kStop;
-    top->Form_MouseMove(0, 0, {512, 0});
+    top->Form_TrayIcon(512);
     EXPECT_EQ(shell.trayTip, "b.mp3");
     top->unload();
     EXPECT_FALSE(shell.trayIconShown);
-}
-
-TEST_F(FormTopTest, TheMainMenuSwitchesAnimationAndSpectrum) {
-    const Menu menu = top->menuMain();
-    menu.items[4].click();
-    EXPECT_TRUE(options->SpectrumShown);
-    menu.items[3].click();
-    EXPECT_TRUE(options->TitleAnimation);
-    EXPECT_EQ(menu.items.back().caption, "Quenloxの終了(&Q)");
 }
 
 TEST_F(FormTopTest, DisplayBTellsLeftFromRightAndDoubleClicks) {
@@ -332,22 +310,6 @@ TEST_F(FormTopTest, DisplayBTellsLeftFromRightAndDoubleClicks) {
     EXPECT_TRUE(host->popups.empty());
 }
 
-TEST_F(FormTopTest, ADeviceInUseIsTriedAgainUntilItIsFree) {
-    openFile("C:\\a.mp3");
-    state.PlayerStatus = kStop;
-    vbmp3.playWorks = false;
-    vbmp3.error = LibraryError::DeviceBusy;
-    click(kPlayAt);
-    EXPECT_EQ(top->mainLabel[kStatusLabel].caption(), "WAIT");
-    ASSERT_TRUE(top->Timer5.enabled());
-    top->Timer5.onTimer();
-    EXPECT_EQ(state.PlayerStatus, kWait);
-    vbmp3.playWorks = true;
-    top->Timer5.onTimer();
-    EXPECT_EQ(state.PlayerStatus, kPlay);
-    EXPECT_FALSE(top->Timer5.enabled());
-}
-
 TEST_F(FormTopTest, AVolumeThatAnotherProgramHasSetIsShown) {
     mixer.lines[Mixer::kSpeakers].value = 65535 / 4;
     top->Timer4.onTimer();
@@ -358,6 +320,7 @@ TEST_F(FormTopTest, AVolumeThatAnotherProgramHasSetIsShown) {
 
 TEST_F(FormTopTest, ALongTitleRunsAndComesBack) {
     options.set(&Options::TitleAnimation, true);
+    top->optionsChanged();
     std::string title;
     for (int i = 0; i < 20; ++i) title += "xx ";
     top->showTitle(title, "");

@@ -1,9 +1,21 @@
+#include <new>
+
 #include "tests/skin/skin_fixture.h"
 
 namespace quenlox {
 namespace {
 
-class LoadSkin : public SkinTest {};
+class LoadSkin : public SkinTest {
+  protected:
+    static constexpr const char* kOther = "C:\\Quenlox\\skin\\x\\x.tsk";
+
+    FormTop::Hooks hooks() override {
+        FormTop::Hooks all;
+        all.lyricsDisplayMode = [this](bool) { toldAt = *top->picture(); };
+        return all;
+    }
+    Surface toldAt;  // what was to be seen when the others were told of the skin
+};
 
 TEST_F(LoadSkin, APackageIsAppliedWhole) {
     load();
@@ -22,8 +34,51 @@ TEST_F(LoadSkin, APackageIsAppliedWhole) {
     EXPECT_TRUE(options.available(&Options::OperationPanel));
 }
 
+TEST_F(LoadSkin, ASkinThatCannotBeReadToItsEndLeavesTheOldOneAsItWas) {
+    load();
+    addPackage("C:\\Quenlox\\skin\\x\\", "x", "[Main]\nVer=4\nBox=1\nSize=70,70\n[Label]\nLyrics=1,1,9,9,9,1,2,3,4,5,6\n[Button]\nButtonA=1,1\n");
+    const auto look = [this] {
+        std::vector<Rect> places;
+        for (const Control* control : top->controls()) places.push_back(control->visible() ? control->bounds() : Rect{});
+        return std::tuple(places, *top->picture(), top->width(), host->regions, state.CurrentSkinFile, state.SkinLacksLyricsArea,
+                          state.LyricsColors, options.available(&Options::OperationPanel), options.available(&Options::LyricsShown), values(1), values(9));
+    };
+    const auto before = look();
+    int reads = 0, last = 0;
+    files.perRead = [&] {
+        if (++reads == last) throw std::bad_alloc();
+    };
+    for (last = 1; last <= 35; ++last, reads = 0) {
+        top->LoadSkin(kOther);
+        ASSERT_EQ(look(), before) << last;
+    }
+    top->LoadSkin(kOther);
+    EXPECT_EQ(toldAt, *top->picture()) << "others hear of the whole skin";
+    EXPECT_EQ(toldAt.width(), 70);
+    EXPECT_EQ(reads, 35) << "each of its files was the one that failed";
+}
+
+TEST_F(LoadSkin, OnTheFirstRunAChosenSkinIsToldToComeWithTheNextStart) {
+    files.all.clear();
+    addPackage(kFolder, "default", kDefinition);
+    files.add(kOther, "[Main]\nVer=4\nBox=1\nSize=70,70\n");
+    load();
+    top->ListSkins();
+    openFile("C:\\a.mp3");
+    const std::string before = top->mainLabel[kInformationLabel].caption();
+    top->skinName_Click(1);
+    EXPECT_TRUE(dialogs.messages.empty());
+    EXPECT_EQ(top->picture()->width(), 200);
+    EXPECT_EQ(state.SkinName, "x");
+    EXPECT_EQ(top->mainLabel[kInformationLabel].caption(), "スキンは次回の起動から変わります");
+    for (int tick = 0; tick < 20; ++tick) top->Timer3_Timer();
+    EXPECT_EQ(top->mainLabel[kInformationLabel].caption(), before);
+    top->skinName_Click(0);
+    EXPECT_EQ(top->mainLabel[kInformationLabel].caption(), before) << "the default skin is there already";
+}
+
 TEST_F(LoadSkin, TheDefaultPackageStandsInForABrokenOne) {
-    const std::string other = "C:\\Quenlox\\skin\\x\\x.tsk";
+    const std::string other = kOther;
     files.add(other, "[Main]\nVer=3\n");
     top->LoadSkin(other);
     EXPECT_EQ(state.CurrentSkinFile, std::string(kFolder) + "default.tsk");
@@ -57,18 +112,19 @@ TEST_F(LoadSkin, WithoutTheDefaultPackageEveryKeyTakesItsDefault) {
 
 TEST_F(LoadSkin, AMissingRegionFileIsSaidAndLeavesTheOutline) {
     load();
-    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nSize=50,50\n");
-    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
+    files.add(kOther, "[Main]\nVer=4\nSize=50,50\n");
+    top->LoadSkin(kOther);
     ASSERT_EQ(dialogs.messages.size(), 1u);
     EXPECT_EQ(dialogs.messages[0].text, "Skinの矩形データが見つかりません");
     EXPECT_EQ(host->regions.size(), 1u);
 }
 
-TEST_F(LoadSkin, PicturesThatTheNewSkinLacksStayThoseOfTheOldOne) {
+TEST_F(LoadSkin, PicturesThatTheNewSkinLacksOrThatTakeTooMuchStayThoseOfTheOldOne) {
     load();
-    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=50,50\n[Button]\nButtonA=1,1\n");
+    files.add(kOther, "[Main]\nVer=4\nBox=1\nSize=50,50\n[Button]\nButtonA=1,1\n");
     files.add("C:\\Quenlox\\skin\\x\\main_back.bmp", "broken");
-    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
+    files.add("C:\\Quenlox\\skin\\x\\cmd_play1.bmp", BmpOf(Surface(256, 257, kBar)));  // too large
+    top->LoadSkin(kOther);
     EXPECT_EQ(at(1, 1), pixel(playback(0, false)));
     EXPECT_EQ(at(30, 30), pixel(kBack));
     EXPECT_FALSE(options.available(&Options::OperationPanel));
@@ -123,8 +179,8 @@ TEST_F(LoadSkin, TheOperationPanelStandsInPlaceOfTheButtons) {
     click({25, 82});
     EXPECT_EQ(state.PlayerStatus, kPause);
     // A skin without display A ends the mode.
-    files.add("C:\\Quenlox\\skin\\x\\x.tsk", "[Main]\nVer=4\nBox=1\nSize=200,100\n[Button]\nButtonA=10,60\n");
-    top->LoadSkin("C:\\Quenlox\\skin\\x\\x.tsk");
+    files.add(kOther, "[Main]\nVer=4\nBox=1\nSize=200,100\n[Button]\nButtonA=10,60\n");
+    top->LoadSkin(kOther);
     EXPECT_FALSE(options->OperationPanel);
     EXPECT_TRUE(top->cmdPicture[0].visible());
 }

@@ -100,6 +100,7 @@ TEST_P(ShippedSkin, AHeldButtonShowsItsPressedPictureAndChangesNothingElse) {
             ASSERT_TRUE(button.visible());
             const Rect place = button.bounds();
             top->Form_MouseDown(1, 0, middleOf(button));
+            EXPECT_TRUE(host->captured);
             const Surface held = *top->picture();
             Surface expected = released;
             expected.copy(picture(std::string(prefix) + names[static_cast<std::size_t>(n)] + "2"), {place.left, place.top});

@@ -64,40 +64,6 @@ TEST(Speana, APictureFollowsFromTheSoundAloneAlsoAfterAnotherView) {
     }
 }
 
-// Height of the lit pixels of a bar's column from the ground, its mark left out.
-int BarHeight(const Surface& frame, int x) {
-    int high = 0;
-    while (high < frame.height() && Surface::ToColor(frame.at(x, frame.height() - 1 - high)).red > 40) ++high;
-    return high;
-}
-
-TEST(Speana, ALouderBandHasAHigherBarAndItsMarkFallsAfterIt) {
-    SoundFrame sound;
-    for (int i = 0; i < sound.bands; ++i) sound.levels[static_cast<std::size_t>(i)] = 300 + i * 20;
-    Speana speana;
-    speana.draw(30, sound);
-    int last = 0;
-    for (int band = 0; band < sound.bands; ++band) {
-        const int high = BarHeight(speana.frame(), 2 + band * 4);
-        EXPECT_GE(high, last) << band;
-        last = high;
-    }
-    EXPECT_GT(last, 15);
-
-    const auto top = [&] {
-        for (int y = 0; y < 30; ++y) {
-            if (speana.frame().at(82, y) != Surface::ToPixel(PanelColors::kBack)) return y;
-        }
-        return 30;
-    };
-    const int mark = top();
-    for (int n = 0; n < 9; ++n) speana.draw(30, SoundFrame());
-    EXPECT_EQ(top(), mark);  // it stays for a while
-    EXPECT_LT(BarHeight(speana.frame(), 82), last);
-    for (int n = 0; n < 30; ++n) speana.draw(30, SoundFrame());
-    EXPECT_EQ(top(), 29);    // and is on the ground in the end
-}
-
 bool ShowsWord(const Surface& frame, const char* word) {
     Surface mask(PixelTextWidth(word), kPixelTextHeight);
     DrawPixelText(mask, {0, 0}, word, {255, 255, 255});

@@ -47,7 +47,9 @@ class ShellWin32 : public Shell {
     }
     bool changeTrayIcon(const TrayIconData& icon) override {
         if (!shown_ || !fill(icon)) return false;
-        return Shell_NotifyIconW(NIM_MODIFY, &data_) != FALSE;
+        if (Shell_NotifyIconW(NIM_MODIFY, &data_)) return true;
+        putBackIcon(kTries);
+        return false;
     }
     bool deleteTrayIcon(const TrayIconData&) override {
         if (!shown_) return false;
@@ -118,10 +120,7 @@ class ShellWin32 : public Shell {
     void putBackIcon(int tries) {
         KillTimer(listener_.get(), static_cast<UINT_PTR>(tries));
         if (!shown_ || Shell_NotifyIconW(NIM_ADD, &data_) || Shell_NotifyIconW(NIM_MODIFY, &data_)) return;
-        if (tries > 1) {
-            SetTimer(listener_.get(), static_cast<UINT_PTR>(tries - 1), kTryAgain, nullptr);
-            return;
-        }
+        if (tries > 1 && SetTimer(listener_.get(), static_cast<UINT_PTR>(tries - 1), kTryAgain, nullptr)) return;
         shown_ = false;
         if (onTrayIconLost) onTrayIconLost();
     }

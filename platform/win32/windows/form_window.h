@@ -23,11 +23,11 @@ class FormWindow : public FormHost, public std::enable_shared_from_this<FormWind
     static void RegisterClasses();
     static std::shared_ptr<FormWindow> FromHandle(HWND window);  // null when it is none of ours
 
-    virtual void create() = 0;    // the window and its controls, hidden
+    virtual void create() = 0;  // the window and its controls, hidden
     HWND handle() const { return window_; }
 
-    void realised() override;     // places and arranges them, and shows the window if the form is visible
-    void detach() override;       // destroys the window
+    void realised() override;  // places and arranges them, and shows the window if the form is visible
+    void detach() override;    // destroys the window
     void formChanged(FormProperty property) override;
     void controlChanged(Control& control, Property property) override;
     void controlRemoved(Control& control) override;

@@ -225,7 +225,7 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_ERASEBKGND: return TRUE;
         case WM_MOUSEMOVE:
             if (isTrayEvent(w, l)) {
-                form()->Form_MouseMove(0, 0, {static_cast<int>(l), 0});
+                form()->Form_TrayIcon(static_cast<int>(l));
                 return 0;
             }
             return mouse(message, w, l);

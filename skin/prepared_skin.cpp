@@ -1,0 +1,25 @@
+#include "skin/prepared_skin.h"
+
+namespace quenlox {
+
+PreparedSkin PrepareSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values,
+                         const TwipsPerPixel& twips) {
+    PreparedSkin skin;
+    skin.twips = twips.x;
+    skin.definition = ReadSkin(files, definitionFile, values);
+    const SkinDefinition& definition = skin.definition;
+    // The fields are right on a monitor of 96 dots per inch, where a pixel has 15 twips.
+    const auto points = [&](int fontField) { return fontField * twips.x / 15.0; };
+    for (std::size_t n = 0; n < skin.labelFonts.size(); ++n) {
+        if (definition.labels[n]) skin.labelFonts[n].points = points(definition.labels[n]->fontField);
+    }
+    if (const auto& area = definition.lyrics) {
+        skin.lyricsFont.points = points(area->fontField);
+        skin.lyrics.resize(area->bounds.width, area->bounds.height, area->background);
+    }
+    if (definition.box) skin.definition.region = Region{{0, 0, definition.size.width, definition.size.height}};
+    skin.window.resize(definition.size.width, definition.size.height, definition.background);
+    return skin;
+}
+
+}  // namespace quenlox

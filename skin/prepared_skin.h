@@ -1,0 +1,26 @@
+// A skin that is ready to be shown: everything is read, decoded and made, so that putting it in place of another takes
+// no memory and cannot fail. Knows no window.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "forms/control.h"
+#include "skin/skin_definition.h"
+
+namespace quenlox {
+
+struct PreparedSkin {
+    SkinDefinition definition;  // with the outline of a box too
+    double twips = 15;          // of a pixel, which the type is made for
+    std::array<Font, kLabelCount> labelFonts;
+    Font lyricsFont;
+    Surface lyrics;  // the empty lyrics area
+    Surface window;  // of its size, not drawn yet
+};
+
+// Reads the package of that definition file for a monitor with so many twips to a pixel. Throws std::bad_alloc.
+PreparedSkin PrepareSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values,
+                         const TwipsPerPixel& twips);
+
+}  // namespace quenlox

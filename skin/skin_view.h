@@ -1,0 +1,101 @@
+// What the main window looks like: the pictures of the skin, and over the background the controls that lie in the part
+// that has changed. Reads the controls, never acts for them. On the user-interface thread.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "skin/prepared_skin.h"
+#include "skin/title_animation.h"
+#include "skin/top_controls.h"
+
+namespace quenlox {
+
+// A button that is held down.
+struct HeldButton {
+    TopPart::Kind kind;  // Playback, Command, or Column: a playback button on display A
+    int index;
+    bool operator==(const HeldButton&) const = default;
+};
+
+class SkinView {
+  public:
+    // What the options say of the window.
+    struct Look {
+        bool operationPanel = false;
+        bool spectrumShown = false;
+        bool titleRuns = false;
+        int titleSpeed = 0;  // 0 or more
+    };
+
+    SkinView(Form& form, TopControls& controls, TextPainter& painter);
+
+    // Puts the skin in place of the one that is shown. A picture that it lacks stays the one that was there.
+    void takeOver(PreparedSkin skin, const Look& look);
+    void setLook(const Look& look);
+    void setOnScreen(bool on);    // nothing moves while nobody can see it
+    void setTwips(double twips);  // of a pixel of the monitor: type stays as many pixels high as the skin wants it
+
+    void setBar(double fraction);  // filled part of the seek bar
+    double bar() const { return bar_; }
+    int filledWidth() const { return RoundHalfToEven(bar_ * controls_.SeekBar.bounds().width); }
+    void setVolume(int percent);
+    void setFigures(const std::string& text);  // of display C
+    const std::string& figures() const { return figures_; }
+    void setHeld(const std::optional<HeldButton>& held);
+    const std::optional<HeldButton>& held() const { return held_; }
+    void restartTitle();
+    void moveTitle();  // one tick of its timer
+    void controlChanged(const Control& control, Property property);
+
+    bool hasOperationPanel() const { return hasDisplayA_; }
+    bool hasSpectrum() const { return hasDisplayB_; }
+    void repaint(const Rect& where);
+    void repaintAll() { repaint(composed_.rect()); }
+    const Surface& picture();  // brought up to date
+
+  private:
+    void placeTexts(PreparedSkin& skin);
+    void placeButtons(const SkinDefinition& skin);
+    void placeDisplays(const SkinDefinition& skin);
+    void placeBars(const SkinDefinition& skin);
+    void takePictures(SkinDefinition& skin);
+    void showParts();
+    void animate(const Rect& where);
+    bool markStale(const Rect& where);
+    void compose(Rect where);
+    void drawGround(const Rect& where);
+    void drawBoxes(const Rect& where);
+    void drawHeld(const Rect& where);
+    void drawDarkColumn(const Rect& column);
+    void drawFigures();
+    void drawLevel();
+    void drawLabels(const Rect& where);
+    TextStyle styleOf(const Label& label) const;
+
+    Form& form_;
+    TopControls& controls_;
+    TextPainter& painter_;
+    RunningTitle title_;
+    Look look_;
+    bool onScreen_ = true;
+    bool placing_ = false;  // a skin is being put in place: it is drawn as a whole at the end
+    double twips_ = 15;     // that the type of the labels is made for
+    Color background_;
+    Surface back_;
+    Surface level_;  // display D at full volume
+    Surface composed_;
+    std::vector<Rect> stale_;  // what of composed_ is out of date
+    double bar_ = 0;
+    int volume_ = 0;
+    std::string figures_;
+    std::optional<HeldButton> held_;
+    // What the skin has a place for, whether it is shown at the moment or not.
+    std::array<bool, kButtonCount> hasButton_{};
+    bool hasDisplayA_ = false;
+    bool hasDisplayB_ = false;
+};
+
+}  // namespace quenlox

@@ -1,0 +1,46 @@
+// The menus of the main window, made from what is so at the moment. They do nothing themselves: every item is a command
+// that the window performs.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "forms/menu.h"
+
+namespace quenlox {
+
+inline constexpr int kLargestScale = 4;
+
+enum class TopCommand {
+    AlwaysOnTop,
+    OperationPanel,
+    Skin,  // index 0: the default skin, then those of the list
+    TitleAnimation,
+    Spectrum,
+    Equalizer,
+    About,
+    Lyrics,
+    Command,   // index: a CommandButtonIndex
+    Playback,  // index: a PlaybackButton
+    PlayMode,
+    TimeMode,
+    TitleMode,
+    Scale,  // index: screen pixels for one of the skin
+    Restore,
+    Quit
+};
+using PerformCommand = std::function<void(TopCommand command, int index)>;
+
+struct MainMenuFacts {
+    bool alwaysOnTop, operationPanel, hasOperationPanel, titleRuns, spectrum, hasSpectrum, equalizer, list, options,
+        lyrics;
+    int scale;
+    std::string skin;                // folder of the one that is shown
+    std::vector<std::string> skins;  // folders, without the default skin
+};
+
+Menu MainMenu(const MainMenuFacts& facts, const PerformCommand& perform);
+Menu TrayMenu(const PerformCommand& perform);
+
+}  // namespace quenlox
