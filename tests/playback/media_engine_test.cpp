@@ -153,7 +153,7 @@ TEST_F(OpenMedia, EachBackEndIsGivenItsOrdersFromOpeningToTheStop) {
         SCOPED_TRACE(c.path);
         Player p;
         p.files.add(c.path, std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0C\0\xFF\3\4Tune\0\xFF\x2F\0", 34));
-        p.vbmp3.addFile("C:\\a.mp3", VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS, 95);
+        p.vbmp3.addFile("C:\\a.mp3", FileType{.mpeg = true, .lyrics = true}, 95);
         p.mci.answers[length] = {0, "95500"};
         p.mci.answers["status MediaFile length track 12"] = {0, "95999"};
         p.mci.answers["status MediaFile position track 12"] = {0, "180000"};

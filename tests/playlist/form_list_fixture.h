@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "playlist/form_list.h"
+#include "state/option_store.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_window_system.h"
 #include "tests/playlist/lists_fixture.h"
