@@ -128,8 +128,8 @@ void FormOpt::chooseFolder(TextBox& box, const std::string& title) {
 
 void FormOpt::CommandDefaults_Click() {
     if (!services_.dialogs || !services_.dialogs->confirm("すべてのオプションを初期設定に戻しますか？")) return;
+    settleTexts();  // or half a text would outlive it
     options_.assign({});
-    settleTexts();
 }
 
 // Devices and drives come and go, so they are listed anew with every opening of the window.

@@ -345,11 +345,11 @@ TEST_F(ApplicationTest, TheTimeColumnGoesAndComesWithItsOptionAndTheUsersOwnWidt
     EXPECT_EQ(list.columnWidths(2), (std::array{9000, 0, 0, 0, 0}));
     options.CheckListTypeS.setValue(1);
     EXPECT_EQ(list.columnWidths(2), (std::array{162, 113, 162, 0, 300}));
-    options.CheckListTypeS.setValue(0);
     list.TabList.setValue(1);  // a list other than the first
     const std::array own{50, 60, 70, 0, 80};
-    for (int column = 0; column < 5; ++column)
-        list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
+    for (int column = 0; column < 5; ++column) list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
+    options.CheckListTypeS.setValue(0);
+    EXPECT_EQ(list.columnWidths(2), (std::array{9000, 0, 0, 0, 0}));
     options.CheckListTypeS.setValue(1);
     options.CheckListTime.setValue(1);
     for (int view = 0; view < FormList::kViews; ++view) {

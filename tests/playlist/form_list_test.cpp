@@ -61,7 +61,7 @@ TEST_F(FormListWindow, CommandsForRowsAreEnabledWithRowsOnly) {
 
 TEST_F(FormListWindow, ColumnsAreAModeAndTheirWidthsOutliveIt) {
     const auto seen = [&] { return form.columnWidths(state.ListNo); };
-    const auto choose = [&](const char* caption) { menu(caption)->click(); };
+    const auto choose = [&](const char* caption) { MenuItem(*find(menu("表示する項目(&V)")->items, caption)).click(); };
     state.ListType = 0;
     form.showColumns();
     EXPECT_EQ(seen(), FormList::kSingleColumn);
