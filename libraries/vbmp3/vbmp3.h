@@ -71,6 +71,7 @@ enum {
     VBMP3_ERROR_ARGUMENT        = 9,   // out of the range that the call names, a null that is not allowed
     VBMP3_ERROR_LOCKED          = 10,  // file locked by another program, or read-only
     VBMP3_ERROR_SUPERSEDED      = 11,  // another file was opened, or this one closed, while it was being opened
+    VBMP3_ERROR_TAG             = 12,  // a tag that cannot be edited without losing what it holds, or too large with it
     VBMP3_ERROR_NOT_INITIALISED = 13,  // before vbmp3_init or after vbmp3_free
     VBMP3_ERROR_SIZE            = 14,  // the caller's buffer is too small; the call has told which size it needs
     VBMP3_ERROR_DEVICE_BUSY     = 25   // the sound device is in use
@@ -294,7 +295,8 @@ VBMP3_API int32_t vbmp3_getEncodeState(int32_t* permille);
 enum {
     VBMP3_TAG_ID3V1 = 1,  // title, artist, album 30 bytes of Shift-JIS, comment 28 to 30, year 4: longer texts are cut
     VBMP3_TAG_ID3V2 = 2,
-    VBMP3_TAG_SI    = 4   // the INFO fields of RMP and WAVE
+    VBMP3_TAG_SI    = 4,  // the INFO fields of RMP and WAVE
+    VBMP3_TAG_APE   = 8   // read and taken off, never written
 };
 
 typedef struct vbmp3_Tag {
@@ -350,6 +352,9 @@ VBMP3_API int32_t vbmp3_removeTag(const char* path, int32_t kinds);
 // destination that exists is replaced.
 VBMP3_API int32_t vbmp3_convertToRmp(const char* source, const char* destination);
 VBMP3_API int32_t vbmp3_convertToMp3(const char* source, const char* destination);
+// What the tags of one kind hold beyond the fields of vbmp3_Tag, and what taking them off would lose: the number of
+// pictures and of other frames or items (either pointer may be null). A tag that cannot be read counts as one.
+VBMP3_API int32_t vbmp3_countTagExtras(const char* path, int32_t kind, int32_t* pictures, int32_t* others);
 
 // Every function by its name, for who loads the library at run time: VBMP3_FUNCTIONS(F) is F(vbmp3_init) F(vbmp3_free)
 // and so on.
@@ -368,7 +373,7 @@ VBMP3_API int32_t vbmp3_convertToMp3(const char* source, const char* destination
     F(vbmp3_decodeWave) F(vbmp3_playDecodeWave) F(vbmp3_encodeOpen) F(vbmp3_encodeStart) F(vbmp3_encodeStop)    \
     F(vbmp3_getEncodeState)                                                                                     \
     F(vbmp3_readTag) F(vbmp3_readTagTexts) F(vbmp3_writeTag) F(vbmp3_writeTagTexts) F(vbmp3_removeTag)          \
-    F(vbmp3_convertToRmp) F(vbmp3_convertToMp3)
+    F(vbmp3_convertToRmp) F(vbmp3_convertToMp3) F(vbmp3_countTagExtras)
 // clang-format on
 
 #ifdef __cplusplus

@@ -76,7 +76,7 @@ TEST_F(TagFiles, WhatCannotBeWrittenSaysWhyAndStaysWhole) {
     EXPECT_EQ(writeTagFile(mp3, VBMP3_TAG_SI, tag), VBMP3_ERROR_FORMAT);
     EXPECT_EQ(writeTagFile(mp3, 0, tag), VBMP3_ERROR_ARGUMENT);
     EXPECT_EQ(writeTagFile(mp3, 8, tag), VBMP3_ERROR_ARGUMENT);
-    EXPECT_EQ(removeTagFile(mp3, 8), VBMP3_ERROR_ARGUMENT);
+    EXPECT_EQ(removeTagFile(mp3, 16), VBMP3_ERROR_ARGUMENT);
     vbmp3_Tag read{};
     EXPECT_EQ(readTagFile(mp3, kBoth, read), VBMP3_ERROR_ARGUMENT);
 

@@ -1,6 +1,8 @@
 #include "libraries/vbmp3/tags/ape.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string>
 #include <string_view>
 
 #include "libraries/formats/bytes.h"
@@ -23,40 +25,80 @@ constexpr Key kKeys[] = {
     {"track", &TagFields::track},
 };
 
+struct Item {
+    std::string key;  // in lower case
+    bool isText = false;
+    ByteRange value;
+};
+
+const Key* fieldOf(const Item& item) {
+    const auto found = std::find_if(std::begin(kKeys), std::end(kKeys), [&](const Key& known) {
+        return item.isText && known.name == item.key;
+    });
+    return found == std::end(kKeys) ? nullptr : &*found;
+}
+
+// Hands over every item that lies in the tag. False when something else stands between them.
+template <class Take>
+bool forEachItem(HeadTailReader& reader, ByteRange range, Take take) {
+    int64_t at = range.begin;
+    if (startsWith(reader.view(at, 8), "APETAGEX")) at += 32;
+    for (int n = 0; n < kMostItems && at < range.end; ++n) {
+        const auto bytes = reader.view(at, static_cast<size_t>(std::min<int64_t>(range.end - at, 8 + kMostKey + 1)));
+        if (startsWith(bytes, "APETAGEX")) return true;
+        if (bytes.size() < 10) return false;
+        const int64_t size = littleEndian32(bytes.data());
+        const auto end = std::find(bytes.begin() + 8, bytes.end(), uint8_t{0});
+        if (end == bytes.end()) return false;
+        Item item{std::string(bytes.begin() + 8, end), (bytes[4] >> 1 & 3) == 0, {}};
+        for (char& c : item.key)
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+        const int64_t value = at + 8 + static_cast<int64_t>(item.key.size()) + 1;
+        if (size > range.end - value) return false;
+        item.value = {value, value + size};
+        take(item);
+        at = item.value.end;
+    }
+    return at == range.end;
+}
+
+// Several values are parted by NUL. Version 1 has no encoding of its own.
+std::string textOf(HeadTailReader& reader, ByteRange value) {
+    std::string text;
+    auto rest = reader.view(value.begin, static_cast<size_t>(std::min<int64_t>(value.size(), kMostText)));
+    while (!rest.empty()) {
+        const auto part =
+            rest.first(static_cast<size_t>(std::find(rest.begin(), rest.end(), uint8_t{0}) - rest.begin()));
+        const std::string one = legacyText(part);
+        if (!one.empty()) text += (text.empty() ? "" : " / ") + one;
+        rest = rest.subspan(std::min(rest.size(), part.size() + 1));
+    }
+    return text;
+}
+
 }  // namespace
 
 TagFields readApe(HeadTailReader& reader, ByteRange range) {
     TagFields fields;
-    int64_t at = range.begin;
-    if (startsWith(reader.view(at, 8), "APETAGEX")) at += 32;
-    for (int n = 0; n < kMostItems && at + 10 < range.end; ++n) {
-        const auto bytes = reader.view(at, static_cast<size_t>(std::min<int64_t>(range.end - at, 8 + kMostKey + 1)));
-        if (bytes.size() < 10 || startsWith(bytes, "APETAGEX")) break;
-        const int64_t size = littleEndian32(bytes.data());
-        const bool isText = (bytes[4] >> 1 & 3) == 0;
-        const auto end = std::find(bytes.begin() + 8, bytes.end(), uint8_t{0});
-        if (end == bytes.end()) break;
-        std::string key(bytes.begin() + 8, end);
-        for (char& c : key)
-            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-        const int64_t value = at + 8 + static_cast<int64_t>(key.size()) + 1;
-        if (size > range.end - value) break;
-        for (const Key& known : kKeys) {
-            if (known.name != key || !isText || !(fields.*(known.field)).empty()) continue;
-            std::string& text = fields.*(known.field);
-            for (auto rest = reader.view(value, static_cast<size_t>(std::min<int64_t>(size, kMostText)));
-                 !rest.empty();) {
-                const auto part =
-                    rest.first(static_cast<size_t>(std::find(rest.begin(), rest.end(), uint8_t{0}) - rest.begin()));
-                const std::string one = legacyText(part);  // version 1 has no encoding of its own
-                if (!one.empty()) text += (text.empty() ? "" : " / ") + one;
-                rest = rest.subspan(std::min(rest.size(), part.size() + 1));
-            }
-        }
-        at = value + size;
-    }
+    forEachItem(reader, range, [&](const Item& item) {
+        const Key* known = fieldOf(item);
+        if (known != nullptr && (fields.*(known->field)).empty())
+            fields.*(known->field) = textOf(reader, item.value);
+    });
     fields.genreNumber = findGenre(fields.genre);
     return fields;
+}
+
+TagExtras readApeExtras(HeadTailReader& reader, ByteRange range) {
+    TagExtras extras;
+    const bool whole = forEachItem(reader, range, [&](const Item& item) {
+        if (item.key.starts_with("cover art"))
+            ++extras.pictures;
+        else if (fieldOf(item) == nullptr)
+            ++extras.others;
+    });
+    extras.others += whole ? 0 : 1;
+    return extras;
 }
 
 }  // namespace vbmp3

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <vector>
 
 #include "libraries/vbmp3/tags/tag_fields.h"
 
@@ -232,22 +233,29 @@ Genre readGenre(std::string_view text) {
     if (text.starts_with("((")) return {std::string(text.substr(1)), kNoGenre};
     if (const int number = wholeNumber(text); number >= 0 && number < kGenreCount)
         return {std::string(genreName(number)), number};
-    if (text.starts_with('(')) {
-        const size_t close = text.find(')');
-        if (close != std::string_view::npos) {
-            const std::string_view inner = text.substr(1, close - 1), rest = text.substr(close + 1);
-            const int number = wholeNumber(inner);
-            const bool special = inner == "RX" || inner == "CR";
-            if (number >= 0 || special) {
-                // The text behind the number refines it, "(4)Eurodisco"; a second number does not.
-                if (!rest.empty() && !rest.starts_with('(')) return {std::string(rest), findGenre(rest)};
-                if (special) return {inner == "RX" ? "Remix" : "Cover", kNoGenre};
-                if (number < kGenreCount) return {std::string(genreName(number)), number};
-                return {{}, kNoGenre};
-            }
-        }
+    std::vector<Genre> all;
+    std::string_view rest = text;
+    while (rest.starts_with('(') && !rest.starts_with("((")) {
+        const size_t close = rest.find(')');
+        if (close == std::string_view::npos) break;
+        const std::string_view inner = rest.substr(1, close - 1);
+        const int number = wholeNumber(inner);
+        if (inner == "RX" || inner == "CR")
+            all.push_back({inner == "RX" ? "Remix" : "Cover", kNoGenre});
+        else if (number >= 0)
+            all.push_back({std::string(genreName(number)), number < kGenreCount ? number : kNoGenre});
+        else
+            break;
+        rest = rest.substr(close + 1);
     }
-    return {std::string(text), findGenre(text)};
+    if (all.empty()) return {std::string(text), findGenre(text)};
+    // A text behind a number refines it, "(4)Eurodisco"; one in brackets has a second in front.
+    if (rest.starts_with('(')) rest = rest.starts_with("((") ? rest.substr(1) : std::string_view{};
+    if (!rest.empty()) all.back() = {std::string(rest), findGenre(rest)};
+    Genre genre{{}, all.front().number};
+    for (const Genre& one : all)
+        if (!one.name.empty()) genre.name += (genre.name.empty() ? "" : " / ") + one.name;
+    return genre;
 }
 
 }  // namespace vbmp3

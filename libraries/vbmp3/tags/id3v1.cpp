@@ -39,7 +39,7 @@ std::optional<std::string> utf8ToLatin1(std::string_view utf8) {
 TagFields readId3v1(std::span<const uint8_t> block) {
     TagFields fields;
     if (block.size() < kId3v1Size || !startsWith(block, "TAG")) return fields;
-    const auto text = [&](Place place) { return legacyText(block.subspan(place.offset, place.length)); };
+    const auto text = [&](Place place) { return legacyField(block.subspan(place.offset, place.length)); };
     fields.title = text(kTitle);
     fields.artist = text(kArtist);
     fields.album = text(kAlbum);
@@ -68,7 +68,9 @@ std::array<uint8_t, kId3v1Size> makeId3v1(const TagFields& fields) {
     const int track = trackNumber(fields.track);
     put(track > 0 ? Place{kComment.offset, 28} : kComment, fields.comment);
     if (track > 0) block[kTrack] = static_cast<uint8_t>(track);
-    const int genre = fields.genre.empty() ? fields.genreNumber : findGenre(fields.genre);
+    // Of several genres the first.
+    const int genre =
+        fields.genre.empty() ? fields.genreNumber : findGenre(fields.genre.substr(0, fields.genre.find(" / ")));
     block[kGenre] = static_cast<uint8_t>(genre >= 0 && genre < kGenreCount ? genre : kNoGenre);
     return block;
 }

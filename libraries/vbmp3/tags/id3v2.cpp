@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 #include "libraries/formats/bytes.h"
 #include "libraries/vbmp3/tags/genres.h"
@@ -52,11 +53,6 @@ Comment readComment(std::span<const uint8_t> bytes) {
     const auto parts = splitId3v2Text(encoding, bytes.subspan(4), 2);
     if (parts.size() < 2) return {{}, parts.empty() ? "" : parts[0]};  // writers that forgot the description
     return {parts[0], std::string(trimmed(parts[1]))};
-}
-
-// Notes that programs leave for themselves in comments.
-bool isProgramNote(const Comment& comment) {
-    return comment.description.starts_with("iTun") || comment.description.starts_with("MusicMatch");
 }
 
 // The year of a timestamp, 2004-05-06T07:08; other texts whole.
@@ -119,17 +115,11 @@ class FieldCollector {
 
   private:
     void addComment(Comment comment) {
-        if (comment.text.empty() || isProgramNote(comment)) return;
-        const bool plain = comment.description.empty();
-        if (fields_.comment.empty() || (plain && !plainComment_)) {
-            fields_.comment = std::move(comment.text);
-            plainComment_ = plain;
-        }
+        if (comment.description.empty() && fields_.comment.empty()) fields_.comment = std::move(comment.text);
     }
 
     TagFields fields_;
     std::string bandArtist_, date_;
-    bool plainComment_ = false;
 };
 
 void appendFrame(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version) {
@@ -155,43 +145,99 @@ Id3v2Frame textFrame(Role role, int version, const std::string& text) {
     return frame;
 }
 
-Id3v2Frame commentFrame(int version, const std::string& text) {
+Id3v2Frame commentFrame(int version, const std::string& text, std::string_view language) {
     Id3v2Frame frame{std::string(idOf(Role::Comment, version)), 0, {}};
     const int encoding = encodingFor(text, version);
-    frame.data = {static_cast<uint8_t>(encoding), 'e', 'n', 'g'};
+    frame.data.push_back(static_cast<uint8_t>(encoding));
+    frame.data.insert(frame.data.end(), language.begin(), language.end());
     appendId3v2Text(frame.data, "", encoding, true);
     appendId3v2Text(frame.data, text, encoding, false);
     return frame;
 }
 
-// Contents of a stored frame, through the same walk as in a file.
-std::vector<uint8_t> contentsOf(const Id3v2Tag& tag, const Id3v2Frame& frame) {
-    std::vector<uint8_t> bytes = {'I', 'D', '3', static_cast<uint8_t>(tag.version), 0, 0, 0x7F, 0x7F, 0x7F, 0x7F};
+std::vector<uint8_t> headerOf(const Id3v2Tag& tag) {
+    const uint8_t flags = tag.unsynchronised ? 0x80 : 0;
+    return {'I', 'D', '3', static_cast<uint8_t>(tag.version), 0, flags, 0, 0, 0, 0};
+}
+
+void putSize(std::vector<uint8_t>& bytes, size_t size) {
+    for (size_t i = 0; i < 4; ++i) bytes[6 + i] = static_cast<uint8_t>(size >> (21 - 7 * i) & 0x7F);
+}
+
+// Contents of a stored frame, through the same walk as in a file. Nothing when they cannot be read.
+std::optional<std::vector<uint8_t>> contentsOf(const Id3v2Tag& tag, const Id3v2Frame& frame) {
+    std::vector<uint8_t> bytes = headerOf(tag);
     appendFrame(bytes, frame, tag.version);
+    putSize(bytes, bytes.size() - 10);
     const MemorySource source(bytes);
     HeadTailReader reader(source);
     auto walk = Id3v2Walk::open(reader, {0, static_cast<int64_t>(bytes.size())});
     FrameView view;
-    if (!walk || !walk->next(view)) return {};
-    return walk->contents(view, kMostText).value_or(std::vector<uint8_t>{});
+    if (!walk || !walk->next(view)) return std::nullopt;
+    return walk->contents(view, kMostText);
 }
 
-// The comments without description are the one that is shown, in however many languages; only where there are none is
-// it one with a description.
-void removeShownComment(Id3v2Tag& tag, const std::string& text) {
-    const auto commentOf = [&](const Id3v2Frame& frame) {
-        return roleOf(frame.id) == Role::Comment ? std::optional(readComment(contentsOf(tag, frame))) : std::nullopt;
-    };
-    const size_t removed = std::erase_if(tag.frames, [&](const Id3v2Frame& frame) {
-        const auto comment = commentOf(frame);
-        return comment && comment->description.empty();
+// The comment that is shown is a frame without description; nothing for other frames.
+std::optional<std::string> shownComment(const Id3v2Tag& tag, const Id3v2Frame& frame) {
+    if (roleOf(frame.id) != Role::Comment) return std::nullopt;
+    const auto contents = contentsOf(tag, frame);
+    if (!contents) return std::nullopt;
+    Comment comment = readComment(*contents);
+    if (!comment.description.empty()) return std::nullopt;
+    return std::move(comment.text);
+}
+
+// Puts the frame in the place of the first of those that go, else at the end. A frame without data only takes them away.
+void replaceFrames(Id3v2Tag& tag, const std::function<bool(const Id3v2Frame&)>& goes, Id3v2Frame frame) {
+    std::vector<Id3v2Frame> kept;
+    std::optional<size_t> place;
+    for (Id3v2Frame& old : tag.frames) {
+        if (!goes(old))
+            kept.push_back(std::move(old));
+        else if (!place)
+            place = kept.size();
+    }
+    if (!frame.data.empty())
+        kept.insert(kept.begin() + static_cast<std::ptrdiff_t>(place.value_or(kept.size())), std::move(frame));
+    tag.frames = std::move(kept);
+}
+
+// Comments that say the same in other languages go with the one that is shown, whose language the new one has.
+void setComment(Id3v2Tag& tag, const std::string& old, const std::string& text) {
+    const auto goes = [&](const Id3v2Frame& frame) { return shownComment(tag, frame) == old; };
+    const auto first = std::find_if(tag.frames.begin(), tag.frames.end(), goes);
+    std::string language = "eng";
+    if (first != tag.frames.end())
+        if (const auto contents = contentsOf(tag, *first); contents && contents->size() >= 4)
+            language.assign(contents->begin() + 1, contents->begin() + 4);
+    replaceFrames(tag, goes, text.empty() ? Id3v2Frame{} : commentFrame(tag.version, text, language));
+}
+
+bool hasArtist(const Id3v2Tag& tag) {
+    return std::any_of(tag.frames.begin(), tag.frames.end(), [&](const Id3v2Frame& frame) {
+        if (roleOf(frame.id) != Role::Artist) return false;
+        const auto contents = contentsOf(tag, frame);
+        return !contents || !id3v2Text(*contents).empty();
     });
-    if (removed > 0) return;
-    const auto found = std::find_if(tag.frames.begin(), tag.frames.end(), [&](const Id3v2Frame& frame) {
-        const auto comment = commentOf(frame);
-        return comment && !isProgramNote(*comment) && comment->text == text;
-    });
-    if (found != tag.frames.end()) tag.frames.erase(found);
+}
+
+void setText(Id3v2Tag& tag, Role role, const std::string& text) {
+    const bool year = role == Role::Year;
+    // The band is shown as the artist while there is none; clearing what is shown clears it too.
+    const bool band = role == Role::Artist && text.empty() && !hasArtist(tag);
+    Id3v2Frame frame;
+    if (!text.empty()) {
+        // A genre that begins with a bracket would be taken for a number.
+        const bool bracket = role == Role::Genre && text.starts_with('(');
+        frame = textFrame(year && tag.version == 4 ? Role::Date : role, tag.version, bracket ? "(" + text : text);
+    }
+    replaceFrames(
+        tag,
+        [&](const Id3v2Frame& old) {
+            const Role its = roleOf(old.id);
+            return its == role || (year && its == Role::Date) || (band && its == Role::BandArtist);
+        },
+        std::move(frame));
 }
 
 }  // namespace
@@ -219,33 +265,45 @@ std::optional<Id3v2Tag> parseId3v2(HeadTailReader& reader, ByteRange range) {
     if (range.size() > static_cast<int64_t>(kMostFrame)) return std::nullopt;
     auto walk = Id3v2Walk::open(reader, range);
     if (!walk) return std::nullopt;
-    Id3v2Tag tag{walk->version(), {}};
+    Id3v2Tag tag{walk->version(), walk->framesUnsynchronised(), {}, {}};
     FrameView view;
     while (tag.frames.size() < kMostFrames && walk->next(view)) {
-        Id3v2Frame frame{std::string(view.name()), walk->flagsAlone(view), {}};
+        Id3v2Frame frame{std::string(view.name()), view.flags, {}};
         const auto bytes = walk->stored(view, kMostFrame);
         frame.data.assign(bytes.begin(), bytes.end());
         tag.frames.push_back(std::move(frame));
     }
+    tag.rest = walk->unread();
     return tag;
 }
 
 TagFields fieldsOf(const Id3v2Tag& tag) {
     FieldCollector fields;
     for (const Id3v2Frame& frame : tag.frames)
-        if (FieldCollector::wants(frame.id)) fields.add(frame.id, contentsOf(tag, frame));
+        if (FieldCollector::wants(frame.id))
+            if (const auto contents = contentsOf(tag, frame)) fields.add(frame.id, *contents);
     return fields.result(tag.version);
+}
+
+TagExtras extrasOf(const Id3v2Tag& tag) {
+    TagExtras extras;
+    int comments = 0;
+    for (const Id3v2Frame& frame : tag.frames) {
+        const Role role = roleOf(frame.id);
+        if (frame.id == "APIC" || frame.id == "PIC")
+            ++extras.pictures;
+        else if (role == Role::Comment)
+            extras.others += !shownComment(tag, frame) || ++comments > 1;
+        else
+            extras.others += role == Role::None || role == Role::BandArtist || !contentsOf(tag, frame);
+    }
+    extras.others += tag.rest.empty() ? 0 : 1;
+    return extras;
 }
 
 void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown) {
     const TagFields old = fieldsOf(tag);
     const TagFields& seen = shown != nullptr ? *shown : old;
-    const auto remove = [&](Role role) {
-        if (role == Role::Comment)
-            removeShownComment(tag, old.comment);
-        else
-            std::erase_if(tag.frames, [&](const Id3v2Frame& frame) { return roleOf(frame.id) == role; });
-    };
     struct Entry {
         std::string TagFields::*field;
         Role role;
@@ -258,36 +316,26 @@ void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown) {
     for (const Entry& entry : kEntries) {
         const std::string& text = fields.*(entry.field);
         if (text == seen.*(entry.field)) continue;
-        remove(entry.role);
-        if (entry.role == Role::Year) remove(Role::Date);
-        // The band is shown as the artist while there is none; clearing what is shown clears it too.
-        if (entry.role == Role::Artist && text.empty()) remove(Role::BandArtist);
-        if (text.empty()) continue;
-        if (entry.role == Role::Comment) {
-            tag.frames.push_back(commentFrame(tag.version, text));
-        } else if (entry.role == Role::Genre) {
-            // A text that begins with a bracket would be taken for a number.
-            tag.frames.push_back(textFrame(Role::Genre, tag.version, text.starts_with('(') ? "(" + text : text));
-        } else {
-            const bool date = entry.role == Role::Year && tag.version == 4;
-            tag.frames.push_back(textFrame(date ? Role::Date : entry.role, tag.version, text));
-        }
+        if (entry.role == Role::Comment)
+            setComment(tag, old.comment, text);
+        else
+            setText(tag, entry.role, text);
     }
 }
 
 std::optional<std::vector<uint8_t>> makeId3v2(const Id3v2Tag& tag, size_t padding) {
-    std::vector<uint8_t> out;
-    if (tag.frames.empty()) return out;
-    out = {'I', 'D', '3', static_cast<uint8_t>(tag.version), 0, 0, 0, 0, 0, 0};
+    if (tag.frames.empty() && tag.rest.empty()) return std::vector<uint8_t>{};
+    std::vector<uint8_t> out = headerOf(tag);
     const size_t mostFrame = tag.version == 2 ? (1 << 24) - 1 : kMostTag;
     for (const Id3v2Frame& frame : tag.frames) {
         if (frame.data.size() > mostFrame || out.size() + frame.data.size() > kMostTag) return std::nullopt;
         appendFrame(out, frame, tag.version);
     }
-    out.resize(out.size() + padding);
-    const size_t size = out.size() - 10;
-    if (size > kMostTag) return std::nullopt;
-    for (int i = 0; i < 4; ++i) out[6 + i] = static_cast<uint8_t>(size >> (21 - 7 * i) & 0x7F);
+    // A frame whose size is wrong must not find more room than it had.
+    out.insert(out.end(), tag.rest.begin(), tag.rest.end());
+    if (tag.rest.empty()) out.resize(out.size() + padding);
+    if (out.size() - 10 > kMostTag) return std::nullopt;
+    putSize(out, out.size() - 10);
     return out;
 }
 

@@ -40,6 +40,22 @@ std::string decodeUtf16(std::span<const uint8_t> bytes, bool& bigEndian, bool& o
     return quenlox::Utf16BytesToUtf8(asText(bytes), bigEndian);
 }
 
+// A text that says UTF-8 and is it but for a few bytes loses those and no more. Others are taken for what their bytes
+// look like, for writers that did not convert.
+std::string decodeUtf8(std::span<const uint8_t> bytes) {
+    const std::string_view text = asText(bytes);
+    if (quenlox::IsValidUtf8(text)) return legacyText(bytes);
+    const std::string mended = quenlox::Utf16ToUtf8(quenlox::Utf8ToUtf16(text));
+    constexpr std::string_view kBad = "\xEF\xBF\xBD";
+    size_t bad = 0, high = 0;
+    for (size_t at = 0; (at = mended.find(kBad, at)) != std::string::npos; at += kBad.size()) ++bad;
+    for (const char c : mended) high += static_cast<signed char>(c) < 0;
+    const size_t good = high - bad * kBad.size();
+    // Half-width kana of Shift-JIS happen to make pairs of UTF-8, Western letters do not.
+    const bool isUtf8 = quenlox::IsValidShiftJis(text) ? good > 2 * bad : good > 0 && good >= bad;
+    return isUtf8 ? std::string(trimmed(mended)) : legacyText(bytes);
+}
+
 // Where the first part ends.
 size_t endOfPart(std::span<const uint8_t> bytes, bool wide) {
     if (!wide) return static_cast<size_t>(std::find(bytes.begin(), bytes.end(), uint8_t{0}) - bytes.begin());
@@ -57,8 +73,9 @@ std::vector<std::string> splitId3v2Text(int encoding, std::span<const uint8_t> b
     while (parts.size() < most) {
         const size_t end = endOfPart(bytes, wide);
         const auto part = bytes.first(end);
-        // "UTF-8" of writers that did not convert is caught by the same guess as Latin-1.
-        parts.push_back(wide ? decodeUtf16(part, bigEndian, orderKnown, encoding) : legacyText(part));
+        parts.push_back(wide            ? decodeUtf16(part, bigEndian, orderKnown, encoding)
+                        : encoding == 3 ? decodeUtf8(part)
+                                        : legacyText(part));
         if (end >= bytes.size()) break;
         bytes = bytes.subspan(std::min(bytes.size(), end + (wide ? 2 : 1)));
     }

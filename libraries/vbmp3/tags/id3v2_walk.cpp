@@ -10,6 +10,10 @@ namespace {
 
 constexpr uint8_t kUnsynchronised = 0x80, kExtended = 0x40, kFooter = 0x10;
 constexpr uint8_t kCompressedTag = 0x40;  // version 2.2
+constexpr int kMostTried = 100000;                        // frames, for a decision on the whole tag
+constexpr size_t kBlock = HeadTailReader::kBlock;
+constexpr int64_t kCandidateCost = 4096;                  // a look at a place costs as much as so many bytes
+
 // Frame flags, the second byte.
 constexpr uint16_t k3Compressed = 0x80, k3Encrypted = 0x40, k3Grouped = 0x20;
 constexpr uint16_t k4Grouped = 0x40, k4Compressed = 0x08, k4Encrypted = 0x04, k4Unsynchronised = 0x02, k4Length = 0x01;
@@ -23,6 +27,13 @@ bool isFrameId(std::span<const uint8_t> bytes, size_t length) {
         if (!plain && !(i == 3 && (c == ' ' || c == 0))) return false;
     }
     return true;
+}
+
+// A name that no writer should have given: printable, but not of capitals and digits.
+bool isOddId(std::span<const uint8_t> bytes, size_t length) {
+    return bytes.size() >= length &&
+           std::all_of(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length),
+                       [](uint8_t c) { return c > ' ' && c < 0x7F; });
 }
 
 }  // namespace
@@ -49,16 +60,36 @@ std::optional<Id3v2Walk> Id3v2Walk::open(HeadTailReader& reader, ByteRange range
     walk.body_ = {range.begin + 10,
                   std::min(range.end - footer, range.begin + 10 + int64_t{synchsafe32(header.data() + 6)})};
     if (walk.body_.empty()) walk.body_.end = walk.body_.begin;
-    if ((flags & kUnsynchronised) != 0 && walk.version_ == 4) walk.allUnsynchronised_ = true;
-    if ((flags & kUnsynchronised) != 0 && walk.version_ < 4) {
-        if (walk.body_.size() > kMostUnsynchronised) return std::nullopt;
-        walk.memory_ = resynchronised(reader.view(walk.body_.begin, static_cast<size_t>(walk.body_.size())));
-        walk.inMemory_ = true;
-        walk.body_ = {0, static_cast<int64_t>(walk.memory_.size())};
+    const bool extended = walk.version_ > 2 && (flags & kExtended) != 0;
+    if ((flags & kUnsynchronised) == 0 || walk.version_ == 4) {
+        walk.allUnsynchronised_ = (flags & kUnsynchronised) != 0;
+        walk.start(extended);
+        return walk;
     }
-    walk.at_ = walk.body_.begin;
-    if (walk.version_ > 2 && (flags & kExtended) != 0) walk.skipExtendedHeader();
-    return walk;
+    if (walk.body_.size() > kMostUnsynchronised) return std::nullopt;
+    Id3v2Walk undone = walk;
+    undone.memory_ = resynchronised(reader.view(walk.body_.begin, static_cast<size_t>(walk.body_.size())));
+    undone.inMemory_ = true;
+    undone.body_ = {0, static_cast<int64_t>(undone.memory_.size())};
+    undone.start(extended);
+    if (undone.trial().clean) return undone;
+    // Some writers say so and leave the bytes alone.
+    walk.start(extended);
+    if (walk.trial().clean) return walk;
+    return undone;
+}
+
+// Version 2.4 has sizes of seven bits a byte; a well-known writer put plain numbers there. Only the whole tag tells:
+// with the wrong ones some frame is not followed by another, nor by padding that goes to the end.
+void Id3v2Walk::start(bool extended) {
+    at_ = body_.begin;
+    if (extended) skipExtendedHeader();
+    if (version_ != 4) return;
+    const Trial safe = trial();
+    if (safe.clean) return;
+    plainSizes_ = true;
+    const Trial plain = trial();
+    plainSizes_ = plain.clean || plain.frames > safe.frames;
 }
 
 std::span<const uint8_t> Id3v2Walk::view(int64_t offset, size_t length) {
@@ -66,12 +97,6 @@ std::span<const uint8_t> Id3v2Walk::view(int64_t offset, size_t length) {
     length = static_cast<size_t>(std::min<uint64_t>(length, static_cast<uint64_t>(body_.end - offset)));
     if (!inMemory_) return reader_->view(offset, length);
     return std::span<const uint8_t>(memory_).subspan(static_cast<size_t>(offset), length);
-}
-
-bool Id3v2Walk::isFrameAt(int64_t offset) {
-    if (offset == body_.end) return true;
-    const auto bytes = view(offset, 4);
-    return (!bytes.empty() && bytes[0] == 0) || isFrameId(bytes, version_ == 2 ? 3 : 4);
 }
 
 // Version 2.3 counts its size without the four bytes of the size, 2.4 with them, and writers mix both up.
@@ -87,41 +112,125 @@ void Id3v2Walk::skipExtendedHeader() {
     for (const bool paddingToo : {false, true}) {
         for (const int64_t size : guesses) {
             if (size < 4 || size > body_.end - at_) continue;
-            if (isFrameId(view(at_ + size, 4), 4) || (paddingToo && isFrameAt(at_ + size))) {
+            if (isFrameId(view(at_ + size, 4), 4) || (paddingToo && isEndAt(at_ + size))) {
                 at_ += size;
                 return;
             }
         }
     }
-    at_ = body_.end;
+    // One that makes no sense is passed over as any damaged part.
 }
 
-// Version 2.4 has sizes of seven bits a byte; a well-known writer put plain numbers there. What follows decides.
-int64_t Id3v2Walk::frameSize(int64_t headerAt, const uint8_t* size) {
-    if (version_ == 2) return bigEndian24(size);
-    const int64_t plain = bigEndian32(size);
-    if (version_ == 3 || plain < 0x80) return plain;
-    if (!isSynchsafe(size)) return plain;
-    const int64_t safe = synchsafe32(size);
-    const auto fits = [&](int64_t n) { return n <= body_.end - headerAt - 10 && isFrameAt(headerAt + 10 + n); };
-    return !fits(safe) && fits(plain) ? plain : safe;
+std::optional<Id3v2Walk::Header> Id3v2Walk::headerAt(int64_t at) {
+    const auto bytes = view(at, static_cast<size_t>(headerSize()));
+    if (static_cast<int64_t>(bytes.size()) < headerSize()) return std::nullopt;
+    if (!isFrameId(bytes, idLength()) && !isOddId(bytes, idLength())) return std::nullopt;
+    Header header;
+    std::copy(bytes.begin(), bytes.end(), header.bytes.begin());
+    const uint8_t* size = header.bytes.data() + idLength();
+    if (version_ == 2)
+        header.size = bigEndian24(size);
+    else
+        header.size = version_ == 3 || plainSizes_ || !isSynchsafe(size) ? bigEndian32(size) : synchsafe32(size);
+    if (header.size > body_.end - at - headerSize()) return std::nullopt;
+    return header;
+}
+
+// A frame with an odd name is one when something sensible follows.
+std::optional<Id3v2Walk::Header> Id3v2Walk::frameAt(int64_t at) {
+    auto header = headerAt(at);
+    if (header && !isFrameId(header->bytes, idLength()) && !leadsOn(at + headerSize() + header->size)) header.reset();
+    return header;
+}
+
+bool Id3v2Walk::leadsOn(int64_t at) { return headerAt(at).has_value() || isEndAt(at); }
+
+bool Id3v2Walk::isZero(int64_t from, int64_t to) {
+    while (from < to) {
+        const auto bytes = view(from, static_cast<size_t>(std::min<int64_t>(to - from, kBlock)));
+        if (bytes.empty() || std::any_of(bytes.begin(), bytes.end(), [](uint8_t b) { return b != 0; })) return false;
+        from += static_cast<int64_t>(bytes.size());
+    }
+    return true;
+}
+
+// A zero byte alone is no padding: pictures are full of them.
+bool Id3v2Walk::isEndAt(int64_t at) {
+    if (at >= body_.end) return at == body_.end;
+    for (int64_t end = body_.end; padding_ < 0;) {
+        const int64_t from = std::max(end - static_cast<int64_t>(kBlock), body_.begin);
+        const auto bytes = view(from, static_cast<size_t>(end - from));
+        const auto last = std::find_if(bytes.rbegin(), bytes.rend(), [](uint8_t b) { return b != 0; });
+        if (last != bytes.rend() || from == body_.begin) padding_ = from + (bytes.rend() - last);
+        end = from;
+    }
+    return at >= padding_;
+}
+
+// The next place that looks like a frame and leads to another or to the end; the end of the body when there is none.
+int64_t Id3v2Walk::findFrame(int64_t from) {
+    while (from < body_.end && searchLeft_ > 0) {
+        const auto seen = view(from, kBlock);
+        const std::vector<uint8_t> bytes(seen.begin(), seen.end());
+        if (bytes.size() < idLength()) break;
+        for (size_t i = 0; i + idLength() <= bytes.size() && searchLeft_ > 0; ++i) {
+            const bool letter = bytes[i] >= 'A' && bytes[i] <= 'Z';
+            if (!letter || !isFrameId(std::span(bytes).subspan(i), idLength())) continue;
+            searchLeft_ -= kCandidateCost;
+            const int64_t at = from + static_cast<int64_t>(i);
+            const auto header = headerAt(at);
+            if (header && header->size > 0 && leadsOn(at + headerSize() + header->size)) return at;
+        }
+        const auto done = static_cast<int64_t>(bytes.size() - idLength() + 1);
+        searchLeft_ -= done;
+        from += done;
+    }
+    return body_.end;
+}
+
+// How far the frames follow each other without a fault.
+Id3v2Walk::Trial Id3v2Walk::trial() {
+    Trial result;
+    for (int64_t at = at_; result.frames < kMostTried; ++result.frames) {
+        const auto header = headerAt(at);
+        if (!header) {
+            result.clean = isEndAt(at);
+            break;
+        }
+        at += headerSize() + header->size;
+    }
+    return result;
 }
 
 bool Id3v2Walk::next(FrameView& frame) {
-    const int64_t headerSize = version_ == 2 ? 6 : 10;
-    const auto view10 = view(at_, static_cast<size_t>(headerSize));
-    frame.idLength = version_ == 2 ? 3 : 4;
-    if (static_cast<int64_t>(view10.size()) < headerSize || !isFrameId(view10, static_cast<size_t>(frame.idLength)))
-        return false;
-    std::array<uint8_t, 10> header{};
-    std::copy(view10.begin(), view10.end(), header.begin());
-    std::memcpy(frame.id, header.data(), version_ == 2 ? 3 : 4);
-    frame.flags = version_ == 2 ? uint16_t{0} : static_cast<uint16_t>(header[8] << 8 | header[9]);
-    frame.offset = at_ + headerSize;
-    frame.size = frameSize(at_, header.data() + frame.idLength);
-    if (frame.size > body_.end - frame.offset) return false;
-    at_ = frame.offset + frame.size;
-    return true;
+    while (at_ < body_.end) {
+        if (const auto header = frameAt(at_)) {
+            const auto& bytes = header->bytes;
+            frame.idLength = static_cast<int>(idLength());
+            std::memcpy(frame.id, bytes.data(), idLength());
+            frame.flags = version_ == 2 ? uint16_t{0} : static_cast<uint16_t>(bytes[8] << 8 | bytes[9]);
+            frame.offset = at_ + headerSize();
+            frame.size = header->size;
+            at_ = frame.offset + frame.size;
+            return true;
+        }
+        const bool padding = isEndAt(at_);
+        const int64_t found = padding ? body_.end : findFrame(at_ + 1);
+        if (!padding && !isZero(at_, found)) passedOver_.push_back({at_, found});
+        at_ = found;
+    }
+    return false;
+}
+
+std::vector<uint8_t> Id3v2Walk::unread() {
+    std::vector<uint8_t> out;
+    std::vector<ByteRange> ranges = passedOver_;
+    if (!isEndAt(at_)) ranges.push_back({at_, body_.end});
+    for (const ByteRange& range : ranges) {
+        const auto bytes = view(range.begin, static_cast<size_t>(range.size()));
+        out.insert(out.end(), bytes.begin(), bytes.end());
+    }
+    return out;
 }
 
 std::span<const uint8_t> Id3v2Walk::stored(const FrameView& frame, size_t most) {
@@ -138,10 +247,6 @@ bool Id3v2Walk::isUnsynchronised(const FrameView& frame) {
     for (size_t i = 0; i + 1 < bytes.size(); ++i)
         if (bytes[i] == 0xFF && bytes[i + 1] >= 0xE0) return false;
     return true;
-}
-
-uint16_t Id3v2Walk::flagsAlone(const FrameView& frame) {
-    return isUnsynchronised(frame) ? static_cast<uint16_t>(frame.flags | k4Unsynchronised) : frame.flags;
 }
 
 std::optional<std::vector<uint8_t>> Id3v2Walk::contents(const FrameView& frame, size_t most) {

@@ -1,7 +1,8 @@
 // Walks over the frames of an ID3v2 tag: its header, extended header, unsynchronisation and the sizes that writers get
-// wrong. Internal to the readers of the tag.
+// wrong. What is neither frame nor padding is passed over and can be asked for. Internal to the readers of the tag.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -29,21 +30,40 @@ class Id3v2Walk {
     static std::optional<Id3v2Walk> open(HeadTailReader& reader, ByteRange range);
 
     int version() const { return version_; }
+    // Version 2.4 says in the tag's header that all frames are unsynchronised; they are, as stored.
+    bool framesUnsynchronised() const { return allUnsynchronised_; }
     bool next(FrameView& frame);  // false at the end
     // Bytes of a frame as stored, at most `most`; valid until the next call.
     std::span<const uint8_t> stored(const FrameView& frame, size_t most);
     // Bytes of a frame's contents: without group, length and unsynchronisation. Nothing when it is compressed,
     // encrypted or larger than `most`.
     std::optional<std::vector<uint8_t>> contents(const FrameView& frame, size_t most);
-    // The flags with which `stored` means the same in a tag whose header does not say "unsynchronised".
-    uint16_t flagsAlone(const FrameView& frame);
+    // What no frame holds, in its order: what was passed over, and what has not been walked yet. Zero bytes to the end
+    // of the tag are padding and not in it.
+    std::vector<uint8_t> unread();
 
   private:
+    struct Header {
+        std::array<uint8_t, 10> bytes{};
+        int64_t size = 0;  // of the frame's data
+    };
+    struct Trial {
+        int frames = 0;
+        bool clean = false;
+    };
     explicit Id3v2Walk(HeadTailReader& reader) : reader_(&reader) {}
-    std::span<const uint8_t> view(int64_t offset, size_t length);
-    bool isFrameAt(int64_t offset);  // or padding, or the end
+    void start(bool extended);
     void skipExtendedHeader();
-    int64_t frameSize(int64_t headerAt, const uint8_t* size);
+    std::span<const uint8_t> view(int64_t offset, size_t length);
+    size_t idLength() const { return version_ == 2 ? 3 : 4; }
+    int64_t headerSize() const { return version_ == 2 ? 6 : 10; }
+    std::optional<Header> headerAt(int64_t at);
+    std::optional<Header> frameAt(int64_t at);
+    bool leadsOn(int64_t at);
+    bool isZero(int64_t from, int64_t to);
+    bool isEndAt(int64_t at);
+    int64_t findFrame(int64_t from);
+    Trial trial();
     bool isUnsynchronised(const FrameView& frame);
 
     HeadTailReader* reader_;
@@ -51,8 +71,12 @@ class Id3v2Walk {
     bool inMemory_ = false;
     ByteRange body_;
     int64_t at_ = 0;
+    int64_t padding_ = -1;           // where the zero bytes begin that go to the end; negative: not looked for yet
+    int64_t searchLeft_ = 4 << 20;   // bytes of damaged parts that are looked through for the next frame
     int version_ = 3;
-    bool allUnsynchronised_ = false;  // version 2.4 says so in the tag's header
+    bool plainSizes_ = false;        // version 2.4 with sizes of eight bits a byte
+    bool allUnsynchronised_ = false;
+    std::vector<ByteRange> passedOver_;
 };
 
 // Takes the zero bytes out that were put behind 0xFF.

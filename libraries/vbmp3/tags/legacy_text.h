@@ -1,6 +1,7 @@
 // Texts of tags without a declared encoding (ID3v1, RIFF INFO, ID3v2 fields that claim Latin-1).
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -23,6 +24,33 @@ inline std::string legacyText(std::span<const uint8_t> bytes) {
     text = trimmed(text.substr(0, text.find('\0')));
     if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
     return quenlox::DecodeLegacyField(text);
+}
+
+inline bool isAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+}
+
+// The same for a field of fixed length: a character that its end has cut in two is left off, as it would make the rest
+// unreadable.
+inline std::string legacyField(std::span<const uint8_t> field) {
+    std::string_view text(reinterpret_cast<const char*>(field.data()), field.size());
+    text = text.substr(0, text.find('\0'));
+    // Some writers leave the last byte for a NUL.
+    if (text.empty() || text.size() + 1 < field.size() || quenlox::IsValidUtf8(text)) return legacyText(field);
+    for (size_t cut = 1; cut <= 3 && cut < text.size(); ++cut) {
+        const std::string_view whole = text.substr(0, text.size() - cut);
+        const bool lead = static_cast<uint8_t>(text[whole.size()]) >= 0xC0;
+        if (lead && !isAscii(whole) && quenlox::IsValidUtf8(whole)) return legacyText(field.first(whole.size()));
+    }
+    if (quenlox::IsValidShiftJis(text)) return legacyText(field);
+    const std::string_view whole = text.substr(0, text.size() - 1);
+    const auto last = static_cast<uint8_t>(text.back());
+    const bool lead = (last >= 0x81 && last <= 0x9F) || (last >= 0xE0 && last <= 0xFC);
+    if (!lead || !quenlox::IsValidShiftJis(whole)) return legacyText(field);
+    // Behind plain letters it may as well be the accented last one of a Western word.
+    const bool japanese = isAscii(whole) ? last <= 0x9F
+                                         : quenlox::DecodeLegacyField(whole) == quenlox::ShiftJisToUtf8(whole);
+    return legacyText(japanese ? field.first(whole.size()) : field);
 }
 
 }  // namespace vbmp3

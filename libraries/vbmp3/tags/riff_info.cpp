@@ -10,7 +10,8 @@
 namespace vbmp3 {
 namespace {
 
-constexpr size_t kMostText = 1 << 16, kMostKept = 16 << 20;
+constexpr size_t kMostText = 1 << 16;
+constexpr int64_t kMostKept = 16 << 20;
 
 struct InfoName {
     std::string_view id;  // the first of a field is the one that is written
@@ -33,6 +34,24 @@ void appendChunk(std::vector<uint8_t>& out, std::string_view id, std::span<const
     for (int shift = 0; shift < 32; shift += 8) out.push_back(static_cast<uint8_t>(body.size() >> shift));
     out.insert(out.end(), body.begin(), body.end());
     if (body.size() % 2 != 0) out.push_back(0);
+}
+
+// What stands behind the last sub-chunk and is none; zero bytes do not count.
+ByteRange restOfList(HeadTailReader& reader, const FileLayout& layout) {
+    if (layout.info.empty()) return {};
+    const ByteRange& last = layout.info.back().body;
+    for (const RiffChunk& chunk : layout.chunks) {
+        if (!chunk.body.contains(last)) continue;
+        for (int64_t at = last.end; at < chunk.body.end;) {
+            const auto bytes = reader.view(at, HeadTailReader::kBlock);
+            const auto length = std::min<int64_t>(static_cast<int64_t>(bytes.size()), chunk.body.end - at);
+            if (length <= 0) break;
+            if (std::any_of(bytes.begin(), bytes.begin() + length, [](uint8_t b) { return b != 0; }))
+                return {last.end, chunk.body.end};
+            at += length;
+        }
+    }
+    return {};
 }
 
 }  // namespace
@@ -62,19 +81,25 @@ std::string encodeInfoField(std::string_view utf8) {
     return "\xEF\xBB\xBF" + std::string(utf8);
 }
 
-std::vector<uint8_t> makeRiffInfo(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
-                                  const TagFields* shown, const std::vector<uint8_t>& id3v1) {
+std::optional<std::vector<uint8_t>> makeRiffInfo(HeadTailReader& reader, const FileLayout& layout,
+                                                 const TagFields& fields, const TagFields* shown,
+                                                 const std::vector<uint8_t>& id3v1) {
     const TagFields old = readRiffInfo(reader, layout);
     const TagFields& seen = shown != nullptr ? *shown : old;
     const auto unchanged = [&](std::string TagFields::*field) { return fields.*field == seen.*field; };
 
     std::vector<uint8_t> out = {'I', 'N', 'F', 'O'};
+    const auto keep = [&](const ByteRange& body, std::string_view id) {
+        if (body.size() > kMostKept) return false;
+        appendChunk(out, id, reader.view(body.begin, static_cast<size_t>(std::max<int64_t>(body.size(), 0))));
+        return true;
+    };
     for (const RiffChunk& chunk : layout.info) {
         const auto field = fieldOf(chunk);
         if (chunk.is("IID3") || (field != nullptr && !unchanged(field))) continue;
-        const auto size = static_cast<size_t>(std::clamp<int64_t>(chunk.body.size(), 0, kMostKept));
-        appendChunk(out, std::string_view(chunk.id.data(), 4), reader.view(chunk.body.begin, size));
+        if (!keep(chunk.body, std::string_view(chunk.id.data(), 4))) return std::nullopt;
     }
+    if (const ByteRange rest = restOfList(reader, layout); !rest.empty() && !keep(rest, "JUNK")) return std::nullopt;
     for (const InfoName& name : kNames) {
         // The further names of a field come after the first and are not written.
         const bool first = std::find_if(std::begin(kNames), std::end(kNames), [&](const InfoName& other) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,9 +21,10 @@ TagFields readRiffInfo(HeadTailReader& reader, const FileLayout& layout);
 std::string encodeInfoField(std::string_view utf8);
 
 // The body of a list ("INFO" and its sub-chunks) with these fields. Sub-chunks that hold no field are kept in their
-// order; a field that reads the same as in `shown` (null: as in the file) keeps its bytes; IID3 comes last when `id3v1`
-// is not empty. "INFO" alone when nothing is in it.
-std::vector<uint8_t> makeRiffInfo(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
+// order, and what is no sub-chunk as one of the name JUNK; a field that reads the same as in `shown` (null: as in the
+// file) keeps its bytes; IID3 comes last when `id3v1` is not empty. "INFO" alone when nothing is in it. Nothing when a
+// sub-chunk is larger than 16 MiB.
+std::optional<std::vector<uint8_t>> makeRiffInfo(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
                                   const TagFields* shown, const std::vector<uint8_t>& id3v1);
 
 }  // namespace vbmp3

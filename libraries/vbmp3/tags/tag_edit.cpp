@@ -21,7 +21,7 @@ struct Splice {
 
 // New contents of each tag; without a value it stays as it is, an empty value takes it off.
 struct NewTags {
-    std::optional<Bytes> id3v2, id3v1, info;  // info: the body of LIST
+    std::optional<Bytes> id3v2, id3v1, info, ape;  // info: the body of LIST; ape: taken off only
 };
 
 void copySpliced(Recipe& recipe, ByteRange range, std::vector<Splice> splices) {
@@ -83,6 +83,7 @@ Recipe assemblePlain(HeadTailReader& reader, const FileLayout& layout, const New
     std::vector<Splice> splices;
     repairLengths(splices, reader, layout);
     replaceTag(splices, layout, {TagKind::Id3v2, TagKind::Id3v2Appended}, tags.id3v2, 0);
+    replaceTag(splices, layout, {TagKind::Ape}, tags.ape, 0);
     replaceTag(splices, layout, {TagKind::Id3v1}, tags.id3v1, layout.fileSize);
     Recipe recipe;
     copySpliced(recipe, {0, layout.fileSize}, splices);
@@ -120,16 +121,22 @@ std::optional<Recipe> assembleRiff(HeadTailReader& reader, const FileLayout& lay
     std::vector<Splice> splices;
     repairLengths(splices, reader, layout);
     replaceTag(splices, layout, {TagKind::Id3v2, TagKind::Id3v2Appended}, tags.id3v2, layout.data.begin);
+    replaceTag(splices, layout, {TagKind::Ape}, tags.ape, 0);
     // ID3v1 of a RIFF file lives in IID3; one that stands elsewhere would contradict it.
     if (tags.info)
         for (const TagBlock& tag : layout.tags)
             if (tag.kind == TagKind::Id3v1 && tags.id3v1) splices.push_back({tag.range, {}});
 
+    const auto goes = [&](const RiffChunk& chunk) {
+        // Of several lists the first that has fields counts and is written at the end.
+        if (tags.info && !layout.info.empty() && chunk.body.contains(layout.info.front().body)) return true;
+        if (!tags.id3v2 || !(chunk.is("id3 ") || chunk.is("ID3 "))) return false;
+        const TagBlock* edited = findId3v2(layout);
+        return tags.id3v2->empty() || (edited != nullptr && edited->range.begin == chunk.body.begin);
+    };
     std::vector<std::pair<std::string, Recipe>> chunks;
     for (const RiffChunk& chunk : layout.chunks) {
-        const bool isInfo = chunk.is("LIST") && startsWith(reader.view(chunk.body.begin, 4), "INFO");
-        if (isInfo && tags.info) continue;                                   // written at the end
-        if (tags.id3v2 && (chunk.is("id3 ") || chunk.is("ID3 "))) continue;  // its frames are in the new tag
+        if (goes(chunk)) continue;
         Recipe body;
         const bool isData = chunk.is("data") && chunk.body.begin == layout.data.begin;
         copySpliced(body, chunk.body, isData ? splices : std::vector<Splice>{});
@@ -178,14 +185,14 @@ std::optional<Bytes> editId3v2(HeadTailReader& reader, const FileLayout& layout,
     return makeId3v2(tag);
 }
 
+}  // namespace
+
 bool canHold(HeadTailReader& reader, const FileLayout& layout, int kinds) {
-    if (kinds == 0 || (kinds & ~kTagAll) != 0) return false;
+    if (kinds == 0 || (kinds & ~kTagAll) != 0 || layout.wide) return false;
     if ((kinds & kTagSi) != 0 && layout.container == Container::None) return false;
     const bool mpeg = layout.container != Container::Wave || isMpegInWave(reader, layout);
     return mpeg || (kinds & (kTagId3v1 | kTagId3v2)) == 0;
 }
-
-}  // namespace
 
 bool isMpegInWave(HeadTailReader& reader, const FileLayout& layout) {
     if (layout.container != Container::Wave) return false;
@@ -230,6 +237,7 @@ std::optional<Recipe> planWrite(HeadTailReader& reader, const FileLayout& layout
         const TagFields shown = shownOf(kTagSi);
         const Bytes id3v1 = tags.id3v1 ? *tags.id3v1 : bytesOf(reader, iid3 ? layout.id3v1() : ByteRange{});
         tags.info = makeRiffInfo(reader, layout, si ? fields : shown, &shown, id3v1);
+        if (!tags.info) return std::nullopt;
     }
     return assembleRiff(reader, layout, tags);
 }
@@ -239,12 +247,14 @@ std::optional<Recipe> planRemove(HeadTailReader& reader, const FileLayout& layou
     NewTags tags;
     if ((kinds & kTagId3v2) != 0) tags.id3v2 = Bytes{};
     if ((kinds & kTagId3v1) != 0) tags.id3v1 = Bytes{};
+    if ((kinds & kTagApe) != 0) tags.ape = Bytes{};
     if (layout.container == Container::None) return assemblePlain(reader, layout, tags);
     if ((kinds & (kTagSi | kTagId3v1)) != 0) {
         const TagFields old = readRiffInfo(reader, layout);
         const bool keepsId3v1 = (kinds & kTagId3v1) == 0 && layout.findInfo("IID3") != nullptr;
         tags.info = makeRiffInfo(reader, layout, (kinds & kTagSi) != 0 ? TagFields{} : old, &old,
                                  keepsId3v1 ? bytesOf(reader, layout.findInfo("IID3")->body) : Bytes{});
+        if (!tags.info) return std::nullopt;
     }
     return assembleRiff(reader, layout, tags);
 }
@@ -265,10 +275,11 @@ std::optional<Recipe> planRmp(HeadTailReader& reader, const FileLayout& layout) 
     copySpliced(data, plain ? ByteRange{0, layout.fileSize} : layout.data, splices);
     std::vector<std::pair<std::string, Recipe>> chunks;
     chunks.emplace_back("data", std::move(data));
-    const Bytes info = makeRiffInfo(reader, layout, fields, nullptr, id3v1);
-    if (info.size() > 4) {
+    const auto info = makeRiffInfo(reader, layout, fields, nullptr, id3v1);
+    if (!info) return std::nullopt;
+    if (info->size() > 4) {
         Recipe list;
-        list.add(info);
+        list.add(*info);
         chunks.emplace_back("LIST", std::move(list));
     }
     return makeRiff(layout, "RMP3", chunks, splices, plain ? layout.fileSize : endOfChunks(reader, layout));

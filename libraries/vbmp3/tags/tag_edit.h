@@ -18,11 +18,13 @@ using AsShown = TagFields (*)(const TagFields&);
 // Writes the fields into the tags of the mask `kinds`. Every other part of the file stays: pictures and unknown frames,
 // lyrics, APE, chunks. ID3v2 keeps its version; a new one is 2.3. An appended ID3v2 tag moves to the head. In an RMP
 // the SI fields bring the ID3v1 block IID3 along, which stays the last 128 bytes of the file. ID3v1 and ID3v2 are for
-// MPEG audio (alone, in RMP, in WAVE), SI for RIFF files; nothing for another combination, or a tag too large for its
-// format.
+// MPEG audio (alone, in RMP, in WAVE), SI for RIFF files; nothing for another combination, for a tag too large for its
+// format, and for one that cannot be read whole and would lose what it holds.
 std::optional<Recipe> planWrite(HeadTailReader& reader, const FileLayout& layout, int kinds, const TagFields& fields,
                                 AsShown asShown = nullptr);
-// Takes the tags of the mask off; those that are not there are no failure.
+// Whether a file of this kind can have the tags of the mask.
+bool canHold(HeadTailReader& reader, const FileLayout& layout, int kinds);
+// Takes the tags of the mask off, APE too; those that are not there are no failure.
 std::optional<Recipe> planRemove(HeadTailReader& reader, const FileLayout& layout, int kinds);
 
 // MP3 (or MP3 in WAVE) to RMP: everything but ID3v1 goes into the data chunk, the fields into SI, ID3v1 into IID3.

@@ -14,6 +14,11 @@ struct TagFields {
     bool operator==(const TagFields&) const = default;
 };
 
+// What a tag holds beyond these fields.
+struct TagExtras {
+    int pictures = 0, others = 0;
+};
+
 // All text fields, for what is done to each of them alike.
 constexpr std::string TagFields::*kTextFields[] = {&TagFields::title,   &TagFields::artist, &TagFields::album,
                                                    &TagFields::comment, &TagFields::year,   &TagFields::genre,

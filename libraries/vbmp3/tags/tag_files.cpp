@@ -96,20 +96,26 @@ bool isReadOnly(const std::string& path) {
     return !error && exists(status) && (status.permissions() & writable) == perms::none;
 }
 
-using Plan = std::function<std::optional<Recipe>(HeadTailReader&, const FileLayout&)>;
+// What the new file is made of, or nothing and why.
+using Plan = std::function<std::optional<Recipe>(HeadTailReader&, const FileLayout&, int& error)>;
 
 int rewrite(const std::string& path, const std::string& target, const Plan& plan, const BeforeStep& before) {
     auto file = openFile(path);
     if (!file) return errorOfMissing(path);
     if (isReadOnly(target)) return VBMP3_ERROR_LOCKED;
     std::optional<Recipe> recipe;
+    int error = VBMP3_ERROR_FORMAT;
     {
         HeadTailReader reader(*file);
         const FileLayout layout = scanFileLayout(reader);
         if (!holdsSound(*file, layout)) return VBMP3_ERROR_FORMAT;
-        recipe = plan(reader, layout);
+        recipe = plan(reader, layout, error);
     }
-    return recipe ? save(std::move(file), *recipe, target, before) : VBMP3_ERROR_FORMAT;
+    return recipe ? save(std::move(file), *recipe, target, before) : error;
+}
+
+bool isOneKind(int kind) {
+    return kind == kTagId3v1 || kind == kTagId3v2 || kind == kTagSi || kind == kTagApe;
 }
 
 }  // namespace
@@ -126,7 +132,7 @@ void fillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& 
 int readTagFields(const std::string& path, int kind, int& present, TagFields& fields) {
     present = 0;
     fields = {};
-    if (kind != 0 && kind != kTagId3v1 && kind != kTagId3v2 && kind != kTagSi) return VBMP3_ERROR_ARGUMENT;
+    if (kind != 0 && !isOneKind(kind)) return VBMP3_ERROR_ARGUMENT;
     const auto file = openFile(path);
     if (!file) return errorOfMissing(path);
     HeadTailReader reader(*file);
@@ -149,7 +155,8 @@ int writeTagFields(const std::string& path, int kinds, const TagFields& given, A
     const TagFields fields = wellFormed(given);
     return rewrite(
         path, path,
-        [&](HeadTailReader& reader, const FileLayout& layout) {
+        [&](HeadTailReader& reader, const FileLayout& layout, int& error) {
+            if (canHold(reader, layout, kinds)) error = VBMP3_ERROR_TAG;
             return planWrite(reader, layout, kinds, fields, shown);
         },
         before);
@@ -160,16 +167,32 @@ int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const
 }
 
 int removeTagFile(const std::string& path, int kinds, const BeforeStep& before) {
-    if (kinds == 0 || (kinds & ~kTagAll) != 0) return VBMP3_ERROR_ARGUMENT;
+    if (kinds == 0 || (kinds & ~(kTagAll | kTagApe)) != 0) return VBMP3_ERROR_ARGUMENT;
     return rewrite(
-        path, path, [&](HeadTailReader& reader, const FileLayout& layout) { return planRemove(reader, layout, kinds); },
+        path, path,
+        [&](HeadTailReader& reader, const FileLayout& layout, int&) { return planRemove(reader, layout, kinds); },
         before);
+}
+
+int countExtrasInFile(const std::string& path, int kind, TagExtras& extras) {
+    extras = {};
+    if (!isOneKind(kind)) return VBMP3_ERROR_ARGUMENT;
+    const auto file = openFile(path);
+    if (!file) return errorOfMissing(path);
+    HeadTailReader reader(*file);
+    extras = readTagExtras(reader, scanFileLayout(reader), kind);
+    return VBMP3_OK;
 }
 
 int convertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before) {
     if (source.empty() || destination.empty()) return VBMP3_ERROR_ARGUMENT;
     if (isSameFile(source, destination)) return VBMP3_ERROR_SAME_FILE;
-    return rewrite(source, destination, form == WrapAs::Rmp ? planRmp : planMp3, before);
+    return rewrite(
+        source, destination,
+        [&](HeadTailReader& reader, const FileLayout& layout, int&) {
+            return form == WrapAs::Rmp ? planRmp(reader, layout) : planMp3(reader, layout);
+        },
+        before);
 }
 
 }  // namespace vbmp3

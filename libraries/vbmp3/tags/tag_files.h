@@ -7,6 +7,7 @@
 
 #include "libraries/formats/file_layout.h"
 #include "libraries/vbmp3/tags/tag_edit.h"
+#include "libraries/vbmp3/tags/tag_fields.h"
 #include "libraries/vbmp3/vbmp3.h"
 
 namespace vbmp3 {
@@ -28,6 +29,7 @@ int writeTagFields(const std::string& path, int kinds, const TagFields& fields, 
 int readTagFile(const std::string& path, int kind, vbmp3_Tag& tag);
 int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before = {});
 int removeTagFile(const std::string& path, int kinds, const BeforeStep& before = {});
+int countExtrasInFile(const std::string& path, int kind, TagExtras& extras);
 enum class WrapAs { Rmp, Mp3 };
 int convertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before = {});
 

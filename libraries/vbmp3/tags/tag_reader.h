@@ -6,12 +6,14 @@
 
 namespace vbmp3 {
 
-// Kinds of tag that can be read and edited; the numbers are those of VBMP3_TAG_*.
-enum : int { kTagId3v1 = 1, kTagId3v2 = 2, kTagSi = 4, kTagAll = 7 };
+// Kinds of tag that can be read; the numbers are those of VBMP3_TAG_*. APE is never written, but can be taken off.
+enum : int { kTagId3v1 = 1, kTagId3v2 = 2, kTagSi = 4, kTagAll = 7, kTagApe = 8 };
 
 int presentTags(const FileLayout& layout);  // bit mask
 // The fields of one kind; empty when the file does not carry it. Of several ID3v2 tags the first counts.
 TagFields readTagKind(HeadTailReader& reader, const FileLayout& layout, int kind);
+// What one kind holds beyond its fields, all tags of that kind taken together. A tag that cannot be read counts as one.
+TagExtras readTagExtras(HeadTailReader& reader, const FileLayout& layout, int kind);
 // What to show of a file. The SI fields of a RIFF file come first, then ID3v2, ID3v1 and APE, each filling what is
 // missing.
 TagFields readTags(HeadTailReader& reader, const FileLayout& layout);
