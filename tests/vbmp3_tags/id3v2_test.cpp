@@ -28,16 +28,6 @@ std::string written(const Id3v2Tag& tag) {
     return bytes ? std::string(bytes->begin(), bytes->end()) : "too large";
 }
 
-std::string unsynchronised(const std::string& body) {
-    std::string out;
-    for (size_t i = 0; i < body.size(); ++i) {
-        out += body[i];
-        const bool last = i + 1 == body.size();
-        if (body[i] == '\xFF' && (last || body[i + 1] == '\0' || (body[i + 1] & 0xE0) == 0xE0)) out += '\0';
-    }
-    return out;
-}
-
 // "夜" and "曲" in the encodings of the tag.
 const std::string kShiftJis = "\x96\xE9\x8B\xC8", kUtf8 = "夜曲";
 const std::string kUtf16Le = "\x1C\x59\xF2\x66", kUtf16Be = "\x59\x1C\x66\xF2";

@@ -80,6 +80,16 @@ inline std::string id3v2(int version, const std::string& frames, int flags = 0) 
     return tag;
 }
 
+inline std::string unsynchronised(const std::string& body) {
+    std::string out;
+    for (size_t i = 0; i < body.size(); ++i) {
+        out += body[i];
+        const bool last = i + 1 == body.size();
+        if (body[i] == '\xFF' && (last || body[i + 1] == '\0' || (body[i + 1] & 0xE0) == 0xE0)) out += '\0';
+    }
+    return out;
+}
+
 inline std::string chunk(const std::string& id, const std::string& body, bool pad = true) {
     return id + le32(static_cast<uint32_t>(body.size())) + body +
            (pad && body.size() % 2 != 0 ? std::string(1, '\0') : "");

@@ -89,7 +89,7 @@ void Id3v2Walk::start(bool extended) {
     if (safe.clean) return;
     plainSizes_ = true;
     const Trial plain = trial();
-    plainSizes_ = plain.clean || plain.frames > safe.frames;
+    plainSizes_ = plain.frames > safe.frames || (plain.clean && plain.frames == safe.frames);
 }
 
 std::span<const uint8_t> Id3v2Walk::view(int64_t offset, size_t length) {
@@ -112,8 +112,9 @@ void Id3v2Walk::skipExtendedHeader() {
     for (const bool paddingToo : {false, true}) {
         for (const int64_t size : guesses) {
             if (size < 4 || size > body_.end - at_) continue;
-            if (isFrameId(view(at_ + size, 4), 4) || (paddingToo && isEndAt(at_ + size))) {
-                at_ += size;
+            const int64_t to = at_ + size;
+            if (isFrameId(view(to, 4), 4) || frameAt(to) || (paddingToo && isEndAt(to))) {
+                at_ = to;
                 return;
             }
         }
@@ -194,7 +195,8 @@ Id3v2Walk::Trial Id3v2Walk::trial() {
     for (int64_t at = at_; result.frames < kMostTried; ++result.frames) {
         const auto header = headerAt(at);
         if (!header) {
-            result.clean = isEndAt(at);
+            // A text may end with zeros of its own; a wrong size that leads far into the padding proves nothing.
+            result.clean = isEndAt(at) && (at == body_.end || at - padding_ <= 2);
             break;
         }
         at += headerSize() + header->size;
