@@ -129,7 +129,7 @@ int32_t vbmp3_convertToMp3(const char* source, const char* destination) {
 int32_t vbmp3_countTagExtras(const char* path, int32_t kind, int32_t* pictures, int32_t* others) {
     return guarded<int32_t>(0, [&] {
         TagExtras extras;
-        const int error = countExtrasInFile(pathOf(path), kind, extras);
+        const int error = countExtrasInFile(textOf(path), kind, extras);
         if (pictures != nullptr) *pictures = extras.pictures;
         if (others != nullptr) *others = extras.others;
         return report(error);
