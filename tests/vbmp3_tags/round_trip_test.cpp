@@ -40,12 +40,15 @@ class RandomFile {
     // Bytes as in pictures: many zeros and marks of frames.
     std::string noise(int size) {
         std::string all;
-        for (int i = 0; i < size; ++i) all += "\0\xFF\xE0\xD8\x01xyz"[random_() % 16 < 8 ? pick(8) : 7] + (chance(2) ? pick(9) : 0);
+        for (int i = 0; i < size; ++i)
+            all += static_cast<char>("\0\xFF\xE0\xD8\x01xyz"[random_() % 16 < 8 ? pick(8) : 7] +
+                                     (chance(2) ? pick(9) : 0));
         return all + "end" + std::to_string(random_());
     }
     std::string text(const std::string& prefix) { return prefix + std::to_string(random_()); }
 
-    std::string frame(const std::string& id, const std::string& id2, std::string data, int flags = 0, bool keep = true) {
+    std::string frame(const std::string& id, const std::string& id2, std::string data, int flags = 0,
+                      bool keep = true) {
         if (version_ == 2) {
             if (keep) kept.push_back(frame2(id2, data));
             return frame2(id2, data);
@@ -60,8 +63,10 @@ class RandomFile {
             std::string TagFields::*field;
             const char *id, *id2;
         };
-        constexpr Field kFields[] = {{&TagFields::artist, "TPE1", "TP1"}, {&TagFields::album, "TALB", "TAL"},
-                                     {&TagFields::track, "TRCK", "TRK"}, {&TagFields::year, "TYER", "TYE"}};
+        constexpr Field kFields[] = {{&TagFields::artist, "TPE1", "TP1"},
+                                     {&TagFields::album, "TALB", "TAL"},
+                                     {&TagFields::track, "TRCK", "TRK"},
+                                     {&TagFields::year, "TYER", "TYE"}};
         const Field& field = kFields[which];
         if (!(fields.*(field.field)).empty()) return {};
         fields.*(field.field) = text("");
@@ -96,7 +101,9 @@ class RandomFile {
         std::string part;
         switch (pick(3)) {
             case 0: note("gap"), frames_ += std::string(static_cast<size_t>(1 + pick(40)), '\0'); return;
-            case 1: note("over-long frame"), part = version_ == 2 ? "XXX\xFF\xFF\xFF" : "XXXX\x7F\x7F\x7F\x7F\0\0"s; break;
+            case 1:
+                note("over-long frame"), part = version_ == 2 ? "XXX\xFF\xFF\xFF" : "XXXX\x7F\x7F\x7F\x7F\0\0"s;
+                break;
             default: note("junk"), part = "\1\2"s; break;
         }
         part += text("{broken ") + "}";
@@ -106,7 +113,8 @@ class RandomFile {
     std::string tag() {
         std::string body = frames_ + std::string(chance(2) ? 0 : static_cast<size_t>(pick(600)), '\0');
         int flags = version_ == 4 && whole_ ? 0x80 : 0;
-        if (version_ == 3 && chance(4)) flags |= 0x40, body = be32(6) + std::string(6, '\0') + body, note("extended header");
+        if (version_ == 3 && chance(4))
+            flags |= 0x40, body = be32(6) + std::string(6, '\0') + body, note("extended header");
         if (version_ == 4 && chance(4)) flags |= 0x40, body = synchsafe(6) + "\1\0"s + body, note("extended header");
         if (version_ < 4 && whole_) flags |= 0x80, body = unsynchronised(body);
         return id3v2(version_, body, flags);
@@ -146,10 +154,11 @@ std::string withTitle(const std::string& file, TagFields fields, const std::stri
     HeadTailReader reader(source);
     const auto plan = planWrite(reader, scanFileLayout(reader), kTagId3v2, fields);
     std::string out;
-    if (plan) plan->carryOut(source, [&](std::span<const uint8_t> part) {
-        out.append(reinterpret_cast<const char*>(part.data()), part.size());
-        return true;
-    });
+    if (plan)
+        plan->carryOut(source, [&](std::span<const uint8_t> part) {
+            out.append(reinterpret_cast<const char*>(part.data()), part.size());
+            return true;
+        });
     return out;
 }
 
