@@ -172,6 +172,82 @@ bool DeviceThread::lost() {
 
 int DeviceThread::leftBehind() { return leftBehindCount; }
 
+// What is given to the device in one go, taken under the lock.
+struct DeviceThread::Round {
+    uint64_t flush = 0;  // number of the flush that it belongs to
+    bool afresh = false;
+    bool run = false, drain = false;  // what the owner wants
+    bool more = false;                // there is sound behind the piece
+    bool starved = false;
+    std::vector<float> piece;
+};
+
+// How the device stands, as its thread left it. Everything of it is done without the lock: any call may hang.
+struct DeviceThread::Device {
+    bool running = false, drained = false, lost = false;
+    size_t room = 0;
+    int64_t played = 0;
+
+    void act(Output& output, const Round& round) {
+        if (round.afresh) {
+            output.flush();
+            running = drained = false;
+        }
+        if (!round.piece.empty()) {
+            output.write(round.piece);
+            drained = false;
+        }
+        if ((round.drain || round.starved) && !std::exchange(drained, true)) output.drain();
+        room = output.room();
+        if (round.run && !running && !(round.more && room > 0)) {
+            output.start();
+            running = true;
+        } else if (!round.run && running) {
+            output.pause();
+            running = false;
+        }
+        played = output.played();
+        lost = output.lost();
+    }
+};
+
+void DeviceThread::takeRound(Shared& s, const Device& device, Round& round) {
+    round.flush = s.flushes;
+    round.afresh = round.flush != s.flushed;
+    const auto end = s.queue.begin() + std::ptrdiff_t(round.afresh ? 0 : std::min(s.queue.size(), 2 * device.room));
+    round.piece.assign(s.queue.begin(), end);
+    s.queue.erase(s.queue.begin(), end);
+    round.more = !s.queue.empty();
+    round.run = s.running;
+    round.drain = s.drain && !round.more;
+    // A file stalls. A device that plays whole buffers keeps the last one back, and looked dead if it did so for long.
+    round.starved =
+        device.running && round.piece.empty() && !round.more && Clock::now() - s.movedAt > milliseconds(2 * s.pieceMs);
+}
+
+void DeviceThread::noteRound(Shared& s, const Device& device, const Round& round) {
+    const Clock::time_point now = Clock::now();
+    s.taken = (round.afresh ? 0 : s.taken) + int64_t(round.piece.size() / 2);
+    if (round.afresh || device.played != s.heard.frames || !device.running || device.played >= s.taken) s.movedAt = now;
+    s.flushed = round.flush;
+    s.lost = device.lost;
+    const int64_t sight = device.played + 2 * int64_t(s.capacity);
+    s.heard = {device.played, now, device.played > 0 && device.running && s.running ? double(s.sampleRate) : 0.0,
+               std::min(sight, s.taken - 1)};
+    s.hungry = device.room > 0 && s.queue.empty();
+    const bool ended = device.drained && device.played >= s.taken;
+    if (device.lost || ended || s.queue.size() / 2 <= s.capacity / 2) s.wakeOwner();
+}
+
+// Milliseconds until the next round, unless something wakes; -1 no end.
+int DeviceThread::restMs(const Shared& s, const Device& device) {
+    if (!device.running || device.played >= s.taken) return -1;
+    // The device tells when it wants more; what it does not tell is seen soon after.
+    const int longest = 2 * s.pieceMs;
+    if (!s.queue.empty()) return longest;
+    return int(std::clamp<int64_t>((s.taken - device.played) * 1000 / s.sampleRate + 1, 5, longest));
+}
+
 void DeviceThread::run(std::shared_ptr<Shared> shared) {
     Shared& s = *shared;
     const OutputError error = s.device->open(s.sampleRate, s.settings, s.wake);
@@ -179,65 +255,20 @@ void DeviceThread::run(std::shared_ptr<Shared> shared) {
     s.opened = error;
     s.calling.reset();
     s.wakeOwner();
-    bool running = false, drained = false;  // the device
-    size_t room = 0;
-    std::vector<float> piece;
+    Device device;
+    Round round;
     while (error == OutputError::None && !s.close) {
-        const uint64_t flush = s.flushes;
-        const bool afresh = flush != s.flushed;
-        const size_t count = afresh ? 0 : std::min(s.queue.size(), 2 * room);
-        piece.assign(s.queue.begin(), s.queue.begin() + std::ptrdiff_t(count));
-        s.queue.erase(s.queue.begin(), s.queue.begin() + std::ptrdiff_t(count));
-        const bool more = !s.queue.empty();
-        const bool toRun = s.running, toDrain = s.drain && !more;
-        // A file stalls. A device that plays whole buffers keeps the last one back, and looked dead if it did so for
-        // long.
-        const bool starved = running && count == 0 && !more && Clock::now() - s.movedAt > milliseconds(2 * s.pieceMs);
+        takeRound(s, device, round);
         s.calling = Clock::now();
         lock.unlock();
-
-        if (afresh) {
-            s.device->flush();
-            running = drained = false;
-        }
-        if (count > 0) {
-            s.device->write(piece);
-            drained = false;
-        }
-        if ((toDrain || starved) && !std::exchange(drained, true)) s.device->drain();
-        room = s.device->room();
-        if (toRun && !running && !(more && room > 0)) {
-            s.device->start();
-            running = true;
-        } else if (!toRun && running) {
-            s.device->pause();
-            running = false;
-        }
-        const int64_t played = s.device->played();
-        const bool lost = s.device->lost();
-
+        device.act(*s.device, round);
         lock.lock();
         s.calling.reset();
-        const Clock::time_point now = Clock::now();
-        s.taken = (afresh ? 0 : s.taken) + int64_t(count / 2);
-        if (afresh || played != s.heard.frames || !running || played >= s.taken) s.movedAt = now;
-        s.flushed = flush;
-        s.lost = lost;
-        const int64_t sight = played + 2 * int64_t(s.capacity);
-        s.heard = {played, now, played > 0 && running && s.running ? double(s.sampleRate) : 0.0,
-                   std::min(sight, s.taken - 1)};
-        s.hungry = room > 0 && s.queue.empty();
-        const bool ended = drained && played >= s.taken;
-        if (lost || ended || s.queue.size() / 2 <= s.capacity / 2) s.wakeOwner();
-        if (room > 0 && !s.queue.empty()) continue;
-        int wait = -1;
-        if (running && played < s.taken) {
-            // The device tells when it wants more; what it does not tell is seen soon after.
-            wait = 2 * s.pieceMs;
-            if (s.queue.empty()) wait = int(std::clamp<int64_t>((s.taken - played) * 1000 / s.sampleRate + 1, 5, wait));
-        }
+        noteRound(s, device, round);
+        if (device.room > 0 && !s.queue.empty()) continue;
+        const int rest = restMs(s, device);
         lock.unlock();
-        s.wake.wait(wait);
+        s.wake.wait(rest);
         lock.lock();
     }
     s.calling = Clock::now();

@@ -41,7 +41,12 @@ class DeviceThread final : public Output {
 
   private:
     struct Shared;
+    struct Device;
+    struct Round;
     static void run(std::shared_ptr<Shared> shared);
+    static void takeRound(Shared& s, const Device& device, Round& round);
+    static void noteRound(Shared& s, const Device& device, const Round& round);
+    static int restMs(const Shared& s, const Device& device);
 
     std::shared_ptr<Shared> shared_;
     bool audible_;
