@@ -114,7 +114,7 @@ TEST_F(WindowsTagFiles, AFileThatIsHeldForAMomentIsWaitedForAndKeepsItsLook) {
             CloseHandle(other);
         });
         EXPECT_TRUE(library ? writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")) == VBMP3_OK
-                            : program_->write(path, "new"));
+                            : bool(program_->write(path, "new")));
         release.join();
         const WIN32_FILE_ATTRIBUTE_DATA now = look();
         EXPECT_TRUE(!dated || CompareFileTime(&now.ftCreationTime, &made) == 0) << library;
