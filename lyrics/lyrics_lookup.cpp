@@ -26,7 +26,9 @@ std::string WithBoxLines(const std::string& text) {
 
 std::array<std::string, 3> LyricsCandidates(const std::string& track) {
     const std::string name = FileNameOf(track);
-    return {WithExtension(name, "kra"), WithExtension(name, "lrc"), WithExtension(name, "txt")};
+    std::array<std::string, 3> names;
+    for (std::size_t i = 0; i < names.size(); ++i) names[i] = WithExtension(name, kLyricsExtensions[i]);
+    return names;
 }
 
 std::vector<std::string> LyricsPictures(const std::string& track, const std::string& pictureFolder) {

@@ -37,6 +37,8 @@ FormOpt::FormOpt(GlobalState& state, OptionStore& options)
     LyricsOption.fill(*this, "LyricsOption", 0, 5);
     for (const int unused : {0, 2, 4}) LyricsOption[unused].setVisible(false);
     ComboSkinScale.setItems({{"等倍", 1}, {"2倍", 2}, {"3倍", 3}, {"4倍", 4}});
+    ComboSideFiles.setItems(
+        {{"確認する", kAskSideFiles}, {"いっしょに変える", kTakeSideFiles}, {"変えない", kLeaveSideFiles}});
     ComboDevice.setItems({{kDefaultDeviceText, kDefaultDevice}});
     ComboDevice.setListIndex(0);
 

@@ -91,13 +91,15 @@ class FormOpt : public Form {
 
     // Lists and names.
     Frame FrameList{*this, "FrameList"}, FrameReName{*this, "FrameReName"};
-    Label LabelTokens{*this, "LabelTokens"}, LabelCase{*this, "LabelCase"}, LabelForbidden{*this, "LabelForbidden"};
+    Label LabelTokens{*this, "LabelTokens"}, LabelCase{*this, "LabelCase"}, LabelForbidden{*this, "LabelForbidden"},
+        LabelSideFiles{*this, "LabelSideFiles"};
     CheckBox CheckReName{*this, "CheckReName"};
     TextBox TextReName{*this, "TextReName"};
     CheckBox CheckListType{*this, "CheckListType"};
     CheckBox CheckListTypeS{*this, "CheckListTypeS"};
     CheckBox CheckListTime{*this, "CheckListTime"};
     CheckBox CheckDelList{*this, "CheckDelList"};
+    ComboBox ComboSideFiles{*this, "ComboSideFiles"};
 
     CommandButton CommandDefaults{*this, "CommandDefaults"};
     CommandButton CommandClose{*this, "CommandClose"};

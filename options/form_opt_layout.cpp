@@ -65,6 +65,7 @@ void FormOpt::bindControls() {
     bind(CheckListTypeS, &Options::ListColumns);
     bind(CheckListTime, &Options::ListTimeColumn);
     bind(CheckDelList, &Options::DeleteFromList);
+    bind(ComboSideFiles, &Options::RenameSideFiles);
 }
 
 void FormOpt::setCaptions() {
@@ -96,6 +97,7 @@ void FormOpt::setCaptions() {
         {CheckListTypeS, "ファイル名表示でも項目に分ける"}, {CheckListTime, "演奏時間を表示する"},
         {CheckDelList, "再生できないファイルをリストから外す"},
         {FrameReName, "ﾌｧｲﾙ名変換の標準書式"}, {CheckReName, "ﾌｧｲﾙ名変換の標準書式でﾀｸﾞ情報を推定"},
+        {LabelSideFiles, "同じ名前の歌詞など"},
         {LabelTokens, "*T ＝ タイトル　*N ＝ アーティスト名\r\n*B ＝ アルバム名　*G ＝ ジャンル"},
         {LabelCase, "半角で大文字小文字の区別なし。拡張子は不要。"},
         {LabelForbidden, "\\ / : , ; ? \" < > | はWindowsの制限により使用不可。"},
@@ -110,6 +112,7 @@ void FormOpt::setCaptions() {
         {QualityOption[0], "ピッチや速度を変えて再生するときの音質"},
         {QualityOption[1], "高い音まできれいに変えます"},
         {QualityOption[2], "CPUの負担を減らします"},
+        {ComboSideFiles, "曲のファイル名を変えるとき、同じ名前の歌詞や画像のファイルの名前も変えるかどうか"},
         {TextBmpDir, "歌詞ウィンドウの背景に表示するBMPファイルのフォルダ"},
     };
     for (const auto& [control, tooltip] : tooltips) control.setTooltip(tooltip);
@@ -155,7 +158,8 @@ Layout FormOpt::layout() {
     const Layout lists = Column(
         {Group(FrameList, Column({Item(CheckListType), Item(CheckListTypeS), Item(CheckListTime), Item(CheckDelList)})),
          Group(FrameReName, Column({Item(TextReName, 200, 0, 1), Item(LabelTokens, 230, 20), Item(LabelCase, 230),
-                                    Item(LabelForbidden, 230), Item(CheckReName)}))});
+                                    Item(LabelForbidden, 230), Item(CheckReName),
+                                    Row({Item(LabelSideFiles, kName), Item(ComboSideFiles, 80)})}))});
     return Column({Pages(Tabs, {display, play, lyrics, lists}, 1),
                    Row({Item(CommandDefaults, kButtonWidth, kButtonHeight), Space(0, 0, 1),
                         Item(CommandClose, kButtonWidth, kButtonHeight)})});

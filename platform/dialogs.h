@@ -24,6 +24,8 @@ class Dialogs {
     // Text lines are parted by CR, LF or both.
     virtual void message(const std::string& text, MessageIcon icon, const std::string& title = "Quenlox") = 0;
     virtual bool confirm(const std::string& question, const std::string& title = "Quenlox") = 0;  // yes; else no
+    // The same about something that would be lost: no is what Enter answers.
+    virtual bool confirmLoss(const std::string& question, const std::string& title = "Quenlox") = 0;
     // Yes true, no false, cancelled nothing.
     virtual std::optional<bool> confirmOrCancel(const std::string& question, const std::string& title = "Quenlox") = 0;
     // What was chosen, whole paths; nothing, or none, when cancelled. A file to open exists, and the user has agreed to

@@ -20,6 +20,7 @@ enum class LibraryError {
     Write,           // the destination cannot be written: no such folder, disk full
     SameFile,        // the destination is the source
     NoCodec,         // the system has no MP3 encoder
+    Tag,             // a tag that cannot be edited without losing what it holds, or too large with it
     Settings,        // gogo.dll: the encoder refuses the settings
     Busy,            // a job runs already
     Locked,          // by another program, or read-only
@@ -42,6 +43,7 @@ constexpr std::string_view TextOf(LibraryError error) {
         "保存先に書き込めません",
         "変換元と保存先が同じファイルです",
         "MP3のコーデックがありません",
+        "タグの形が特殊か大きすぎるため、中身を失わずに書き換えることができません",
         "この設定ではエンコードできません",
         "ほかの変換を実行中です",
         "ファイルが読み取り専用か、ほかのプログラムで使用中です",

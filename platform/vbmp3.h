@@ -78,8 +78,13 @@ struct JobReport {
     LibraryError error = LibraryError::None;  // when it failed
 };
 
-// Kinds of tags; a mask of them is several.
-enum TagBit : int { kTagId3v1 = 1, kTagId3v2 = 2, kTagSi = 4 };
+// Kinds of tags; a mask of them is several. APE is read and taken off, never written.
+enum TagBit : int { kTagId3v1 = 1, kTagId3v2 = 2, kTagSi = 4, kTagApe = 8 };
+
+// What a tag holds beyond its texts.
+struct TagExtras {
+    int pictures = 0, others = 0;
+};
 
 class Vbmp3 {
   public:
@@ -159,7 +164,8 @@ class Vbmp3 {
     // The texts of one kind, or with 0 those that vbmp3_getFileInfo shows. Neither texts nor an error: it has no such
     // tag.
     virtual LibraryResult<TrackTexts> vbmp3_readTag(const std::string& path, int kind) = 0;
-    // A failure leaves the file as it was: NotFound, Format, Write, Locked, Memory.
+    virtual TagExtras vbmp3_countTagExtras(const std::string& path, int kinds) = 0;  // none when it cannot be read
+    // A failure leaves the file as it was: NotFound, Format, Tag, Write, Locked, Memory.
     virtual LibraryError vbmp3_writeTag(const std::string& path, int kinds, const TrackTexts& texts) = 0;
     virtual LibraryError vbmp3_removeTag(const std::string& path, int kinds) = 0;
     virtual LibraryError vbmp3_convertToRmp(const std::string& source, const std::string& destination) = 0;

@@ -62,6 +62,7 @@ constexpr OptionRow kRows[] = {
     Number("OutputBuffer", &Options::OutputBuffer, 50, 2000),
     Check("LyricsBold", &Options::LyricsBold),
     Check("LyricsColor2", &Options::LyricsSecondColor),
+    Choice("ReNameFiles", &Options::RenameSideFiles, kLeaveSideFiles),
 };
 
 // A value as the file has it; each takes the value of a fresh start and gives the one read.

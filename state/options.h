@@ -27,6 +27,8 @@ class OnOff {
 
 enum VolumeChoice : int { kMasterAlone = 0, kSourcesToo = 1 };
 
+enum SideFilesChoice : int { kAskSideFiles = 0, kTakeSideFiles = 1, kLeaveSideFiles = 2 };
+
 inline constexpr std::int32_t kDefaultDevice = -1;
 
 struct Options {
@@ -75,6 +77,8 @@ struct Options {
     OnOff DeleteFromList;        // what cannot be played leaves the list
     OnOff EstimateFromFileName;  // texts of a row are told from its file name
     std::string RenameFormat = "(*N) *T";
+    // Whether lyrics and pictures of its name are renamed with a track: a SideFilesChoice.
+    std::int32_t RenameSideFiles = kAskSideFiles;
 
     bool operator==(const Options&) const = default;
 };

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "state/global_state.h"
-#include "state/options.h"
+#include "state/option_store.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
@@ -20,6 +20,7 @@ constexpr std::array<const char*, FormTag::kFields> kFieldCaptions{"タイトル
 constexpr int kGenres = 192;
 constexpr int kLabelWidth = 46, kFieldWidth = 230;
 constexpr int kId3Kinds = kTagId3v1 | kTagId3v2;
+constexpr std::array<const char*, 3> kViewExtensions{".mp3", ".rmp", ".wav"};
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
     return std::find(paths.begin(), paths.end(), path) != paths.end();
@@ -27,7 +28,7 @@ bool Contains(const std::vector<std::string>& paths, const std::string& path) {
 
 }  // namespace
 
-FormTag::FormTag(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs)
+FormTag::FormTag(GlobalState& state, OptionStore& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs)
     : Form("FormTag", Kind::Dialog), state_(state), options_(options), vbmp3_(vbmp3), files_(files), dialogs_(dialogs) {
     setCaption("タグ情報");
     makeControls();
@@ -51,7 +52,9 @@ void FormTag::makeControls() {
     CheckV2.setTooltip("チェックを外して保存すると、このタグを削除します");
     CheckV1.setTooltip("タイトル・アーティスト・アルバムは全角15文字、コメントは全角14文字まで。"
                        "チェックを外して保存すると、このタグを削除します");
-    CheckV2.onClick = CheckV1.onClick = [this] { fieldEdited(); };
+    CheckApe.setCaption("APEタグを残す");
+    CheckApe.setTooltip("APEタグの内容は書き換えません。チェックを外して保存すると、このタグを削除します");
+    CheckV2.onClick = CheckV1.onClick = CheckApe.onClick = [this] { fieldEdited(); };
     TabView.onClick = [this] { TabView_Click(); };
     const auto button = [](CommandButton& made, const char* caption, std::function<void()> onClick) {
         made.setCaption(caption);
@@ -82,6 +85,7 @@ Layout FormTag::layout() {
     Layout fields =
         Column({row(Title, TextTitle), row(Artist, TextArtist), row(Album, TextAlbum), numbers,
                 row(Comment, TextComment), Row({Space(kLabelWidth, 0), Item(CheckV2, 130), Item(CheckV1, 0, 0, 1)}),
+                Row({Space(kLabelWidth, 0), Item(CheckApe, 0, 0, 1)}),
                 Item(LabelLimit, kLabelWidth + kFieldWidth, 18),
                 Row({Item(cmdSave), Item(cmdRevert), Space(0, 0, 1), Item(cmdConvert, 64)})});
     Layout name = Row({Item(TextFileName, 0, 0, 1), Item(cmdRename)});
@@ -156,7 +160,8 @@ void FormTag::showFile(const std::string& path) {
     LabelFile.setCaption(path.empty() ? "ファイルがありません" : path);
     LabelFile.setTooltip(path);
     showing_ = true;
-    if (fileType_) TabView.setValue(fileType_->rmp ? kSiView : kId3View);
+    if (fileType_) TabView.setValue(fileType_->rmp ? kSiView : fileType_->mpeg ? kId3View : kInfoView);
+    view_ = TabView.value();
     showing_ = false;
     showView();
 }
@@ -167,38 +172,53 @@ void FormTag::TabView_Click() {
     if (edited_) {
         // The question is about what the other view shows.
         showing_ = true;
-        TabView.setValue(1 - wanted);
+        TabView.setValue(view_);
         const bool leave = mayLeave();
         if (leave) TabView.setValue(wanted);
         showing_ = false;
         if (!leave) return;
     }
+    view_ = wanted;
     showView();
 }
 
+// The library tells a WAVE that holds MPEG audio apart by nothing but its tags.
+bool FormTag::isWave() const {
+    return fileType_ && !fileType_->rmp && (!fileType_->mpeg || LastFour(file_) == ".wav");
+}
+
+std::string FormTag::whyNotEditable() const {
+    if (!fileType_) return "タグのないファイルです";
+    if (view_ == kSiView) return "SIはRMPファイルだけにあります";
+    if (view_ == kInfoView) return "INFOはWAVEファイルだけにあります";
+    return fileType_->rmp ? "このRMPファイルにはID3タグがありません" : "WAVEファイルのタグはINFOで編集します";
+}
+
 void FormTag::showView() {
-    const bool si = TabView.value() == kSiView;
+    const bool id3 = view_ == kId3View;
     const bool rmp = fileType_ && fileType_->rmp;
     const bool mpeg = fileType_ && !rmp && fileType_->mpeg;
     TrackTexts texts;
     present_ = 0;
-    if (fileType_) texts = readFields(file_, si ? int{kTagSi} : kId3Kinds, present_);
+    if (fileType_) texts = readFields(file_, id3 ? kId3Kinds | kTagApe : int{kTagSi}, present_);
     const bool read = present_ != 0;
-    editable_ = si ? rmp : mpeg || (rmp && read);
+    editable_ = id3 ? mpeg || (rmp && read) : view_ == kSiView ? rmp : isWave();
     showing_ = true;
     for (int field = 0; field < kFields; ++field) setText(static_cast<Field>(field), texts.*TextOfField(field));
     // A file without any tag gets both kinds, which every player reads one of.
     const int ticked = present_ & kId3Kinds ? present_ & kId3Kinds : kId3Kinds;
     CheckV1.setValue(ticked & kTagId3v1 ? 1 : 0);
     CheckV2.setValue(ticked & kTagId3v2 ? 1 : 0);
+    CheckApe.setValue(1);
     showing_ = false;
     edited_ = false;
     for (Control* control : std::initializer_list<Control*>{&TextTitle, &TextArtist, &TextAlbum, &ComboGenre, &TextYear,
-                                                            &TextTrack, &TextComment, &CheckV1, &CheckV2}) {
+                                                            &TextTrack, &TextComment, &CheckV1, &CheckV2, &CheckApe}) {
         control->setEnabled(editable_);
     }
-    CheckV1.setVisible(!si);
-    CheckV2.setVisible(!si);
+    CheckV1.setVisible(id3);
+    CheckV2.setVisible(id3);
+    CheckApe.setVisible(id3 && present_ & kTagApe);
     proposeName();
     showLimits();
     showButtons();
@@ -207,18 +227,18 @@ void FormTag::showView() {
     } else if (editable_) {
         say(read ? "" : "このファイルにはまだタグがありません");
     } else {
-        say(si && mpeg ? "SIはRMPファイルだけにあります" : rmp ? "このRMPファイルにはID3タグがありません" : "タグのないファイルです");
+        say(whyNotEditable());
     }
 }
 
-// The extension is that of the view. A file that can have no tag keeps its name.
+// The extension is that of the view. A file that can have no tag keeps its name, and so does a WAVE that has none yet.
 void FormTag::proposeName() {
-    if (!editable_) {
+    if (!editable_ || (view_ == kInfoView && text(Title).empty() && text(Artist).empty())) {
         TextFileName.setText(FileNameOf(file_));
         return;
     }
-    TextFileName.setText(FormatFileName(options_.RenameFormat, text(Title), text(Artist), text(Album), text(Genre)) +
-                         (TabView.value() == kSiView ? ".rmp" : ".mp3"));
+    TextFileName.setText(FormatFileName(options_->RenameFormat, text(Title), text(Artist), text(Album), text(Genre)) +
+                         kViewExtensions[static_cast<std::size_t>(view_)]);
 }
 
 void FormTag::fieldEdited() {
@@ -230,19 +250,20 @@ void FormTag::fieldEdited() {
     showButtons();
 }
 
-void FormTag::showLimits() {
+// The fields whose texts ID3v1 cannot hold whole, when it is to be written.
+std::string FormTag::tooLongFields() const {
     std::string cut;
-    if (editable_) {
-        for (int i = 0; i < kFields; ++i) {
-            const auto field = static_cast<Field>(i);
-            const bool v1 = TabView.value() == kId3View && CheckV1.checked();
-            if (v1 && !FitsId3v1(i, text(field), !text(Track).empty())) {
-                cut += (cut.empty() ? "" : "・") + std::string(kFieldCaptions[static_cast<std::size_t>(i)]);
-            }
-        }
+    if (view_ != kId3View || !CheckV1.checked()) return cut;
+    for (int i = 0; i < kFields; ++i) {
+        const auto field = static_cast<Field>(i);
+        if (FitsId3v1(i, text(field), !text(Track).empty())) continue;
+        cut += (cut.empty() ? "" : "・") + std::string(kFieldCaptions[static_cast<std::size_t>(i)]);
     }
-    if (!cut.empty()) cut = "ID3v1に収まらない項目： " + cut;
-    LabelLimit.setCaption(cut);
+    return cut.empty() ? cut : "ID3v1に収まらない項目： " + cut;
+}
+
+void FormTag::showLimits() {
+    LabelLimit.setCaption(editable_ ? tooLongFields() : std::string());
 }
 
 void FormTag::showButtons() {

@@ -1,5 +1,6 @@
-// The tag editor: shows and edits the tags of one file in two views, ID3 (versions 1 and 2) and SI (the fields of RMP
-// files), proposes a file name by the standard format, renames, wraps and unwraps, and gives one field to many files.
+// The tag editor: shows and edits the tags of one file in three views, ID3 (versions 1 and 2, and APE where there is
+// one), SI (the fields of RMP files) and INFO (those of WAVE files), proposes a file name by the standard format,
+// renames, wraps and unwraps, and gives one field to many files.
 // It shows the current file and follows it, unless there are edits that are not saved. On the user-interface thread.
 #pragma once
 
@@ -17,16 +18,16 @@ namespace quenlox {
 
 class Dialogs;
 class FileSystem;
-struct Options;
+class OptionStore;
 struct GlobalState;
 
 class FormTag : public Form {
   public:
-    static constexpr int kId3View = 0, kSiView = 1;
+    static constexpr int kId3View = 0, kSiView = 1, kInfoView = 2;
     enum Field { Title, Artist, Album, Genre, Year, Track, Comment };
     static constexpr int kFields = 7;
 
-    FormTag(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs);
+    FormTag(GlobalState& state, OptionStore& options, Vbmp3& vbmp3, FileSystem& files, Dialogs& dialogs);
 
     struct Hooks {
         Transport* transport = nullptr;
@@ -37,7 +38,7 @@ class FormTag : public Form {
     void connect(Hooks hooks) { hooks_ = std::move(hooks); }
 
     Label LabelFile{*this, "LabelFile"};
-    TabStrip TabView{*this, "TabView", {"ID3タグ", "SI (RMP)"}};
+    TabStrip TabView{*this, "TabView", {"ID3タグ", "SI (RMP)", "INFO (WAVE)"}};
     std::array<Label, kFields> LabelField{Label{*this, "LabelField", 0}, Label{*this, "LabelField", 1},
                                           Label{*this, "LabelField", 2}, Label{*this, "LabelField", 3},
                                           Label{*this, "LabelField", 4}, Label{*this, "LabelField", 5},
@@ -51,6 +52,7 @@ class FormTag : public Form {
     TextBox TextComment{*this, "TextComment"};
     CheckBox CheckV2{*this, "CheckV2"};               // saving writes ID3v2; without the tick it takes the tag away
     CheckBox CheckV1{*this, "CheckV1"};
+    CheckBox CheckApe{*this, "CheckApe"};             // saving keeps APE as it is; without the tick it takes the tag away
     Label LabelLimit{*this, "LabelLimit"};            // what the chosen tags cannot hold
     CommandButton cmdSave{*this, "cmdSave"};
     CommandButton cmdRevert{*this, "cmdRevert"};
@@ -101,8 +103,11 @@ class FormTag : public Form {
     void makeControls();
     void showFile(const std::string& path);
     void showView();
+    bool isWave() const;
+    std::string whyNotEditable() const;
     void proposeName();
     void fieldEdited();
+    std::string tooLongFields() const;
     void showLimits();
     void showButtons();
     void say(const std::string& text) { LabelState.setCaption(text); }
@@ -115,11 +120,13 @@ class FormTag : public Form {
     TrackTexts readFields(const std::string& path, int kinds, int& present) const;
     LibraryError writeFile(const std::string& path, int write, int remove, const TrackTexts& texts);
     LibraryError applyField(const std::string& path, Field field, const TrackTexts& from);
+    std::string lossOf(int remove, bool all) const;
+    bool takesSideFiles(const std::vector<std::string>& found);
     void showAgain(Field field);
     void tell(const std::string& what, LibraryError error);
 
     GlobalState& state_;
-    const Options& options_;
+    OptionStore& options_;
     Vbmp3& vbmp3_;
     FileSystem& files_;
     Dialogs& dialogs_;
@@ -127,6 +134,7 @@ class FormTag : public Form {
     std::string file_;
     std::optional<FileType> fileType_;  // none: the library can do nothing with it
     int present_ = 0;         // tags that the file carries
+    int view_ = kId3View;     // what TabView shows
     bool editable_ = false;   // the shown view can be written
     bool edited_ = false;
     bool showing_ = false;    // fields change because a file is shown

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "state/global_state.h"
+#include "state/option_store.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
@@ -24,11 +25,11 @@ std::string TrackTexts::*FormTag::TextOfField(int field) {
     return kTexts[field];
 }
 
-// The richest tag there is, and what only the other one knows. `present` is the mask of those there are.
+// The richest tag there is, and what only the others know. `present` is the mask of those there are.
 TrackTexts FormTag::readFields(const std::string& path, int kinds, int& present) const {
     TrackTexts all;
     present = 0;
-    for (const int kind : {kTagId3v2, kTagId3v1, kTagSi}) {
+    for (const int kind : {kTagId3v2, kTagId3v1, kTagApe, kTagSi}) {
         const auto read = kinds & kind ? vbmp3_.vbmp3_readTag(path, kind) : LibraryError::None;
         if (!read) continue;
         if (all.genre.empty()) all.genreNumber = read->genreNumber;
@@ -66,16 +67,37 @@ void FormTag::tell(const std::string& what, LibraryError error) {
     dialogs_.message(what + "\r\n" + std::string(TextOf(error)), MessageIcon::Stop, caption());
 }
 
+// The question about what goes with the tags that are taken off; empty when nothing does that is not kept elsewhere.
+std::string FormTag::lossOf(int remove, bool all) const {
+    TagExtras extras;
+    for (const int kind : {kTagId3v2, kTagApe}) {
+        if (!(remove & kind)) continue;
+        const TagExtras its = vbmp3_.vbmp3_countTagExtras(file_, kind);
+        extras.pictures += its.pictures;
+        extras.others += its.others;
+    }
+    std::string lost;
+    if (extras.pictures > 0) lost += "画像 " + std::to_string(extras.pictures) + "枚\n";
+    if (extras.others > 0) lost += "そのほかの項目 " + std::to_string(extras.others) + "個\n";
+    if (const std::string cut = tooLongFields(); remove & kTagId3v2 && !all && !cut.empty()) lost += cut + "\n";
+    if (lost.empty() && !all) return {};
+    const std::string what = all                  ? "タグをすべて"
+                             : remove & kTagId3v2 ? "ID3v2タグを"
+                                                  : "APEタグを";
+    return what + "削除します。よろしいですか？\n" + FileNameOf(file_) +
+           (lost.empty() ? "" : "\n\n次の内容が失われます：\n" + lost);
+}
+
 bool FormTag::save() {
     if (!editable_ || file_.empty()) return false;
     int write = kTagSi, remove = 0;
-    if (TabView.value() == kId3View) {
+    if (view_ == kId3View) {
         write = (CheckV1.checked() ? kTagId3v1 : 0) | (CheckV2.checked() ? kTagId3v2 : 0);
-        remove = present_ & kId3Kinds & ~write;
-        if (write == 0 && remove != 0 &&
-            !dialogs_.confirm("タグをすべて削除します。よろしいですか？\n" + FileNameOf(file_), caption())) {
-            return false;
-        }
+        const int keep = write | (CheckApe.checked() ? kTagApe : 0);
+        remove = present_ & ~keep;
+        const bool all = remove != 0 && write == 0 && !(present_ & keep);
+        const std::string question = remove != 0 ? lossOf(remove, all) : std::string();
+        if (!question.empty() && !dialogs_.confirmLoss(question, caption())) return false;
     }
     state_.Actions.noteFile("save tag", file_);
     if (const auto error = writeFile(file_, write, remove, fieldsShown()); error != LibraryError::None) {
@@ -97,18 +119,38 @@ void FormTag::cmdRename_Click() {
     state_.Actions.note("rename");
     const std::string name = TextFileName.text();
     // A name that will be refused is not worth the question about unsaved edits.
-    if (IsAcceptableFileName(name)) {
-        if (!mayLeave()) return;
+    const bool acceptable = IsAcceptableFileName(name);
+    if (acceptable && !mayLeave()) return;
+    RenameFollowers followers = hooks_.followers;
+    std::vector<std::string> sideFiles;
+    if (acceptable && BaseNameOf(TrimBlanks(name)) != BaseNameOf(file_)) {
+        sideFiles = SideFilesOf(files_, file_, options_->LyricsFolder, options_->PictureFolder);
+    }
+    int left = 0;
+    if (!sideFiles.empty() && takesSideFiles(sideFiles)) {
+        followers.sideFiles = [&](const std::string&, const std::string& to) {
+            left = RenameSideFiles(files_, sideFiles, to);
+        };
     }
     std::string renamed;
     writing_ = true;
-    const RenameResult result =
-        RenameFile(files_, dialogs_, *hooks_.transport, file_, name, hooks_.followers, renamed);
+    const RenameResult result = RenameFile(files_, dialogs_, *hooks_.transport, file_, name, followers, renamed);
     writing_ = false;
     if (result != RenameResult::Done) return showButtons();
     showFile(renamed);
     TextFileName.setText(FileNameOf(renamed));
-    say("名前を変更しました");
+    say(left == 0 ? "名前を変更しました" : "名前を変更しました（変更できなかった歌詞などのファイルがあります）");
+}
+
+// Asked once: the answer becomes the option.
+bool FormTag::takesSideFiles(const std::vector<std::string>& found) {
+    if (options_->RenameSideFiles == kAskSideFiles) {
+        std::string question = "同じ名前の歌詞などのファイルも、いっしょに名前を変更しますか？\n次からは同じようにします。\n";
+        for (const std::string& path : found) question += "\n" + FileNameOf(path);
+        const bool take = dialogs_.confirm(question, caption());
+        options_.set(&Options::RenameSideFiles, take ? kTakeSideFiles : kLeaveSideFiles);
+    }
+    return options_->RenameSideFiles == kTakeSideFiles;
 }
 
 void FormTag::cmdConvert_Click() {
@@ -158,13 +200,13 @@ void FormTag::showAgain(Field field) {
 LibraryError FormTag::applyField(const std::string& path, Field field, const TrackTexts& from) {
     const auto type = vbmp3_.vbmp3_getFileType(path);
     if (!type) return type.error();
-    if (!type->rmp && !type->mpeg) return LibraryError::Format;
-    const int kinds = type->rmp ? int{kTagSi} : kId3Kinds;
+    const bool id3 = type->mpeg && !type->rmp;
+    const int kinds = id3 ? kId3Kinds : int{kTagSi};
     int present = 0;
-    TrackTexts texts = readFields(path, kinds, present);
+    TrackTexts texts = readFields(path, id3 ? kinds | kTagApe : kinds, present);
     texts.*TextOfField(field) = from.*TextOfField(field);
     if (field == Genre) texts.genreNumber = from.genreNumber;
-    return writeFile(path, present != 0 ? present : kinds, 0, texts);
+    return writeFile(path, present & kinds ? present & kinds : kinds, 0, texts);
 }
 
 void FormTag::cmdApply_Click() {

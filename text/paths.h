@@ -1,6 +1,7 @@
 // Windows paths as texts: no look at the disk. "\" parts folders.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ std::string BaseNameOf(std::string_view path);
 std::string ExtensionOf(std::string_view path);
 // The path up to and including the last "." of its file name, then `extension`; a name without "." gets one.
 std::string WithExtension(std::string_view path, std::string_view extension);
+
+// The extensions of the files beside a track that hold its lyrics, the one that counts most first.
+inline constexpr std::array<std::string_view, 3> kLyricsExtensions{"kra", "lrc", "txt"};
 
 // The drive "C:" or the network share "\\server\share" that holds the file; empty for a relative path.
 std::string_view VolumeOf(std::string_view path);

@@ -33,6 +33,7 @@ class FakeDialogs : public Dialogs {
         questions.push_back(question);
         return take(confirms, false);
     }
+    bool confirmLoss(const std::string& question, const std::string& title) override { return confirm(question, title); }
     std::optional<bool> confirmOrCancel(const std::string& question, const std::string&) override {
         questions.push_back(question);
         return take(confirmsOrCancels, std::optional<bool>());

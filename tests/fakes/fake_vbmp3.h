@@ -38,6 +38,7 @@ class FakeVbmp3 : public Vbmp3 {
     JobReport job;
     bool jobsWork = true;
     std::map<std::pair<std::string, int>, TrackTexts> tags;
+    std::map<std::pair<std::string, int>, TagExtras> tagExtras;
     bool tagWritesWork = true;
 
     // A file of the given type, length and texts.
@@ -177,6 +178,7 @@ class FakeVbmp3 : public Vbmp3 {
         if (found == tags.end()) return LibraryError::None;
         return found->second;
     }
+    TagExtras vbmp3_countTagExtras(const std::string& path, int kind) override { return tagExtras[{path, kind}]; }
     LibraryError vbmp3_writeTag(const std::string& path, int kinds, const TrackTexts& texts) override {
         for (const int kind : {kTagId3v1, kTagId3v2, kTagSi}) {
             if (tagWritesWork && kinds & kind) tags[{path, kind}] = texts;
@@ -184,7 +186,7 @@ class FakeVbmp3 : public Vbmp3 {
         return note("writeTag " + path + " " + std::to_string(kinds), tagWritesWork);
     }
     LibraryError vbmp3_removeTag(const std::string& path, int kinds) override {
-        for (const int kind : {kTagId3v1, kTagId3v2, kTagSi}) {
+        for (const int kind : {kTagId3v1, kTagId3v2, kTagSi, kTagApe}) {
             if (tagWritesWork && kinds & kind) tags.erase({path, kind});
         }
         return note("removeTag " + path + " " + std::to_string(kinds), tagWritesWork);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "playlist/playlists.h"
+#include "state/option_store.h"
 #include "tags/tag_limits.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_random.h"
@@ -64,7 +65,8 @@ struct Editor : Player {
     FakeRandom random;
     Playlists lists{state, options, files, vbmp3, random};
     std::vector<std::string> selected, written, seenByBrowser;
-    FormTag form{state, options, vbmp3, files, dialogs};
+    OptionStore chosen;
+    FormTag form{state, chosen, vbmp3, files, dialogs};
 };
 
 struct FormTagTest : testing::Test, Editor {};
@@ -92,6 +94,7 @@ TEST_F(FormTagTest, ARenameThatIsRefusedIsSaidAndChangesNothing) {
         {"", "ファイル名が不正です", false},           {"   ", "ファイル名が不正です", false},
         {"() .mp3", "ファイル名が不正です", false},    {"  () a.mp3", "ファイル名が不正です", false},
         {"a?.mp3", "ファイル名変換エラー", true},      {"other.mp3", "ファイル名変換エラー", true},
+        {"x\\a.mp3", "ファイル名変換エラー", true},    {"../a.mp3", "ファイル名変換エラー", true},
     };
     for (const auto& c : cases) {
         Editor e;
@@ -107,6 +110,24 @@ TEST_F(FormTagTest, ARenameThatIsRefusedIsSaidAndChangesNothing) {
         // A player that has lost its file does not go on to the next one.
         EXPECT_EQ(e.state.PlayerStatus, c.closed ? kStop : kPlay);
     }
+}
+
+TEST_F(FormTagTest, FilesOfTheSameNameGoAlongWhenTheUserHasSaidSoOnce) {
+    chosen.set(&Options::LyricsFolder, "D:\\words");
+    for (const char* path : {"C:\\music\\song.lrc", "D:\\words\\song.txt", "C:\\music\\song.kra", "C:\\music\\song.doc"})
+        files.add(path);
+    files.add("C:\\music\\new.kra");  // stands in the way
+    dialogs.confirms = {true};
+    rename("new.mp3");
+    EXPECT_TRUE(files.fileExists("C:\\music\\new.lrc") && files.fileExists("D:\\words\\new.txt"));
+    EXPECT_TRUE(files.fileExists("C:\\music\\song.kra") && files.fileExists("C:\\music\\song.doc"));
+    EXPECT_NE(form.LabelState.caption(), "名前を変更しました");
+    vbmp3.files["C:\\music\\third.mp3"] = vbmp3.files[kSong];
+    form.TextFileName.setText("third.mp3");
+    form.cmdRename.click();
+    EXPECT_TRUE(files.fileExists("C:\\music\\third.lrc"));
+    EXPECT_EQ(dialogs.questions.size(), 1U);
+    EXPECT_EQ(chosen->RenameSideFiles, kTakeSideFiles);
 }
 
 TEST_F(FormTagTest, EveryViewProposesTheNameWithItsExtension) {
@@ -166,6 +187,44 @@ TEST_F(FormTagTest, TheTicksSayWhichTagsAreWrittenAndWhichGo) {
     form.cmdSave.click();  // the question is answered with no
     EXPECT_EQ(dialogs.questions.size(), 1U);
     EXPECT_TRUE(vbmp3.tags.contains({kSong, kTagId3v1}));
+}
+
+TEST_F(FormTagTest, ATagThatHoldsMoreThanTheOthersGoesOnlyWithAYes) {
+    tag(kSong, kTagApe, "", "");
+    vbmp3.tags[{kSong, kTagApe}].album = "APEの題";
+    vbmp3.tagExtras[{kSong, kTagId3v2}] = {1, 3};
+    form.fill();
+    EXPECT_EQ(form.TextAlbum.text(), "APEの題");
+    EXPECT_TRUE(form.CheckApe.visible() && form.CheckApe.checked());
+    form.CheckV1.setValue(1);
+    form.CheckV2.setValue(0);
+    form.cmdSave.click();  // no
+    ASSERT_EQ(dialogs.questions.size(), 1U);
+    EXPECT_NE(dialogs.questions[0].find("画像 1枚\nそのほかの項目 3個"), std::string::npos);
+    EXPECT_EQ(vbmp3.calls.size(), 0U);
+    dialogs.confirms = {true};
+    form.CheckApe.setValue(0);
+    form.cmdSave.click();
+    EXPECT_TRUE(vbmp3.tags.contains({kSong, kTagId3v1}));
+    EXPECT_FALSE(vbmp3.tags.contains({kSong, kTagId3v2}) || vbmp3.tags.contains({kSong, kTagApe}));
+    EXPECT_FALSE(form.CheckApe.visible());
+}
+
+TEST_F(FormTagTest, TheFieldsOfAWaveHaveAPageOfTheirOwn) {
+    const std::string wave = "C:\\music\\take.wav";
+    files.add(wave);
+    vbmp3.addFile(wave, kWaveFile);
+    selected = {wave};
+    form.step(1);
+    EXPECT_EQ(form.TabView.value(), FormTag::kInfoView);
+    EXPECT_EQ(form.TextFileName.text(), "take.wav");
+    form.TextTitle.setText("録音");
+    EXPECT_EQ(form.TextFileName.text(), "() 録音.wav");
+    form.cmdSave.click();
+    EXPECT_EQ(title(wave, kTagSi), "録音");
+    form.TabView.setValue(FormTag::kId3View);
+    EXPECT_EQ(form.LabelState.caption(), "WAVEファイルのタグはINFOで編集します");
+    EXPECT_FALSE(form.TextTitle.enabled());
 }
 
 TEST_F(FormTagTest, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {

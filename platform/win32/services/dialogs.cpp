@@ -121,6 +121,9 @@ class DialogsWin32 : public Dialogs {
     bool confirm(const std::string& question, const std::string& title) override {
         return Show(question, title, MB_YESNO | MB_ICONQUESTION) == IDYES;
     }
+    bool confirmLoss(const std::string& question, const std::string& title) override {
+        return Show(question, title, MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) == IDYES;
+    }
     std::optional<bool> confirmOrCancel(const std::string& question, const std::string& title) override {
         const int answer = Show(question, title, MB_YESNOCANCEL | MB_ICONQUESTION);
         if (answer == IDCANCEL) return std::nullopt;

@@ -29,7 +29,7 @@ struct Exports {
     }
 };
 
-constexpr std::array<std::pair<int, LibraryError>, 15> kErrors{
+constexpr std::array<std::pair<int, LibraryError>, 16> kErrors{
     {{VBMP3_OK, LibraryError::None},
      {VBMP3_ERROR_NOT_FOUND, LibraryError::NotFound},
      {VBMP3_ERROR_FORMAT, LibraryError::Format},
@@ -44,7 +44,8 @@ constexpr std::array<std::pair<int, LibraryError>, 15> kErrors{
      {VBMP3_ERROR_SUPERSEDED, LibraryError::Superseded},
      {VBMP3_ERROR_NOT_INITIALISED, LibraryError::NotInitialised},
      {VBMP3_ERROR_SIZE, LibraryError::Argument},
-     {VBMP3_ERROR_DEVICE_BUSY, LibraryError::DeviceBusy}}};
+     {VBMP3_ERROR_DEVICE_BUSY, LibraryError::DeviceBusy},
+     {VBMP3_ERROR_TAG, LibraryError::Tag}}};
 
 LibraryError ErrorOf(int number) {
     const auto found = std::ranges::find(kErrors, number, &std::pair<int, LibraryError>::first);
@@ -258,6 +259,12 @@ class Vbmp3Library : public Vbmp3 {
         for (std::size_t i = 0; i < kTrackTexts.size(); ++i) texts.*kTrackTexts[i] = TrimAtNull(record.texts[i]);
         texts.genreNumber = record.genreNumber;
         return texts;
+    }
+    TagExtras vbmp3_countTagExtras(const std::string& path, int kinds) override {
+        TagExtras extras;
+        std::int32_t pictures = 0, others = 0;
+        if (dll_.vbmp3_countTagExtras(path.c_str(), kinds, &pictures, &others)) extras = {pictures, others};
+        return extras;
     }
     LibraryError vbmp3_writeTag(const std::string& path, int kinds, const TrackTexts& texts) override {
         auto record = Sized<vbmp3_TagTexts>();
