@@ -273,7 +273,7 @@ void Application::unload() {
     tag_.offerToSave();
     optionsWindow_.settleTexts();
     // Before all that a file or a device which does not answer may hold up for ever.
-    SaveAtEnd(settings_, lists_, services_.dialogs);
+    options_->TellUnsaved ? SaveAtEnd(settings_, lists_, services_.dialogs) : save();
     state_.ShuttingDown = true;
     convert_.unload();  // what it is making is given up
     services_.mediaControl.sendString("stop MediaFile");

@@ -99,6 +99,7 @@ class FormOpt : public Form {
     CheckBox CheckListTypeS{*this, "CheckListTypeS"};
     CheckBox CheckListTime{*this, "CheckListTime"};
     CheckBox CheckDelList{*this, "CheckDelList"};
+    CheckBox CheckTellUnsaved{*this, "CheckTellUnsaved"};
     ComboBox ComboSideFiles{*this, "ComboSideFiles"};
 
     CommandButton CommandDefaults{*this, "CommandDefaults"};

@@ -66,6 +66,7 @@ void FormOpt::bindControls() {
     bind(CheckListTime, &Options::ListTimeColumn);
     bind(CheckDelList, &Options::DeleteFromList);
     bind(ComboSideFiles, &Options::RenameSideFiles);
+    bind(CheckTellUnsaved, &Options::TellUnsaved);
 }
 
 void FormOpt::setCaptions() {
@@ -95,7 +96,7 @@ void FormOpt::setCaptions() {
         {LabelBmpNames, "「曲のファイル名.bmp」か「曲のフォルダ名.bmp」を表示します。"},
         {FrameList, "プレイリスト"}, {CheckListType, "ﾌﾟﾚｲﾘｽﾄをﾀｸﾞ情報取得ﾓｰﾄﾞにする(要再起動)"},
         {CheckListTypeS, "ファイル名表示でも項目に分ける"}, {CheckListTime, "演奏時間を表示する"},
-        {CheckDelList, "再生できないファイルをリストから外す"},
+        {CheckDelList, "再生できないファイルをリストから外す"}, {CheckTellUnsaved, "終了時に保存できなければ知らせる"},
         {FrameReName, "ﾌｧｲﾙ名変換の標準書式"}, {CheckReName, "ﾌｧｲﾙ名変換の標準書式でﾀｸﾞ情報を推定"},
         {LabelSideFiles, "同じ名前の歌詞など"},
         {LabelTokens, "*T ＝ タイトル　*N ＝ アーティスト名\r\n*B ＝ アルバム名　*G ＝ ジャンル"},
@@ -113,6 +114,7 @@ void FormOpt::setCaptions() {
         {QualityOption[1], "高い音まできれいに変えます"},
         {QualityOption[2], "CPUの負担を減らします"},
         {ComboSideFiles, "曲のファイル名を変えるとき、同じ名前の歌詞や画像のファイルの名前も変えるかどうか"},
+        {CheckTellUnsaved, "設定かプレイリストを書き込めないとき、ファイルと理由を示して、もう一度保存するかどうかをたずねます"},
         {TextBmpDir, "歌詞ウィンドウの背景に表示するBMPファイルのフォルダ"},
     };
     for (const auto& [control, tooltip] : tooltips) control.setTooltip(tooltip);
@@ -156,7 +158,8 @@ Layout FormOpt::layout() {
                                              Item(CommandBmpDir, 44, kButtonHeight)}),
                                         Item(LabelBmpNames, 230)}))});
     const Layout lists = Column(
-        {Group(FrameList, Column({Item(CheckListType), Item(CheckListTypeS), Item(CheckListTime), Item(CheckDelList)})),
+        {Group(FrameList, Column({Item(CheckListType), Item(CheckListTypeS), Item(CheckListTime), Item(CheckDelList),
+                                  Item(CheckTellUnsaved)})),
          Group(FrameReName, Column({Item(TextReName, 200, 0, 1), Item(LabelTokens, 230, 20), Item(LabelCase, 230),
                                     Item(LabelForbidden, 230), Item(CheckReName),
                                     Row({Item(LabelSideFiles, kName), Item(ComboSideFiles, 80)})}))});

@@ -63,6 +63,7 @@ constexpr OptionRow kRows[] = {
     Check("LyricsBold", &Options::LyricsBold),
     Check("LyricsColor2", &Options::LyricsSecondColor),
     Choice("ReNameFiles", &Options::RenameSideFiles, kLeaveSideFiles),
+    Check("SaveCheck", &Options::TellUnsaved),
 };
 
 // A value as the file has it; each takes the value of a fresh start and gives the one read.

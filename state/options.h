@@ -79,6 +79,7 @@ struct Options {
     std::string RenameFormat = "(*N) *T";
     // Whether lyrics and pictures of its name are renamed with a track: a SideFilesChoice.
     std::int32_t RenameSideFiles = kAskSideFiles;
+    OnOff TellUnsaved;  // what the end of the program could not write is said, and can be tried again
 
     bool operator==(const Options&) const = default;
 };

@@ -152,9 +152,13 @@ TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
     EXPECT_TRUE(windows.hasQuit);
 }
 
-TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutButNotAtTheEndOfTheSession) {
-    for (const bool session : {false, true}) {
+TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutWhenTheUserWantsItAndNotAtTheEndOfTheSession) {
+    const struct {
+        bool tell, session;
+    } cases[] = {{true, false}, {false, false}, {true, true}};
+    for (const auto& [tell, session] : cases) {
         files.writesFail = true;
+        files.add("C:\\Quenlox\\Quenlox.ini", tell ? "[Option]\r\nSaveCheck=1\r\n" : "");
         start();
         top().move(300, 450);
         application->list().Form_FilesDropped({"C:\\b.mp3"}, {});
@@ -163,12 +167,13 @@ TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutButNotAtTheEndOfT
         // The settings: once more, then on without. The lists: not again, but elsewhere.
         dialogs.confirms = {true, false, false, true};
         dialogs.fileAnswers = {"D:\\saved"};
-        if (session) {
-            windows.onSessionEnd();
-            EXPECT_TRUE(dialogs.questions.empty());
+        files.writes = 0;
+        session ? windows.onSessionEnd() : (void)top().unload();
+        EXPECT_GE(files.writes, 2) << "it is tried";
+        if (!tell || session) {
+            EXPECT_TRUE(dialogs.questions.empty() && dialogs.messages.empty());
             continue;
         }
-        top().unload();
         ASSERT_EQ(dialogs.questions.size(), 5u);
         EXPECT_EQ(dialogs.questions[0], dialogs.questions[1]);
         EXPECT_NE(dialogs.questions[0].find("C:\\Quenlox\\Quenlox.ini\rディスクに書き込めません"), std::string::npos);
