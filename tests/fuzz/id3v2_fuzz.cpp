@@ -1,10 +1,12 @@
+#include <algorithm>
 #include <cstdlib>
 
 #include "libraries/vbmp3/tags/id3v2.h"
 
 using namespace vbmp3;
 
-// Any bytes are read as a tag; what can be read whole can be edited, and the edit is read back.
+// Any bytes are read as a tag; what can be read whole can be edited, no picture is lost by it nor what is no frame, and
+// the edit is read back.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const MemorySource source({data, size});
     HeadTailReader reader(source);
@@ -13,9 +15,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     auto tag = parseId3v2(reader, all);
     if (!tag) return 0;
     TagFields fields{"title", "夜曲", "🎵", "comment", "2001", "Rock", "5", 17};
+    const int pictures = extrasOf(*tag).pictures;
+    const auto rest = tag->rest;
     setFields(*tag, fields);
+    if (extrasOf(*tag).pictures != pictures) std::abort();
     const auto bytes = makeId3v2(*tag);
     if (!bytes) return 0;
+    if (!std::equal(rest.rbegin(), rest.rend(), bytes->rbegin())) std::abort();
+    // What is no frame may look like one to who does not know where it began.
+    if (!rest.empty()) return 0;
     const MemorySource edited(*bytes);
     HeadTailReader again(edited);
     if (readId3v2(again, {0, edited.size()}) != fields) std::abort();

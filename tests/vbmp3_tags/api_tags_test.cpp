@@ -149,27 +149,3 @@ TEST_F(TagCalls, TextsOfAnyLengthComeBackWholeAndShortRecordsLeaveThemSo) {
     EXPECT_STREQ(texts.texts[VBMP3_TEXT_TITLE], "別の曲");
     EXPECT_EQ(texts.texts[VBMP3_TEXT_COMMENT], comment);
 }
-
-TEST_F(TagCalls, FailuresHaveTheirNumbers) {
-    const std::string text = folder_.write("a.txt", "text"s), mp3 = folder_.write("a.mp3", mpegFrames(10));
-    vbmp3_FileInfo info{};
-    info.size = sizeof info;
-    EXPECT_EQ(vbmp3_getFileInfo("/no/such/file", &info), 0);
-    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NOT_FOUND);
-    EXPECT_EQ(vbmp3_getFileInfo(nullptr, &info), 0);
-    EXPECT_EQ(vbmp3_getFileInfo(text.c_str(), &info), 0);
-    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_FORMAT);
-    EXPECT_EQ(info.genreNumber, 255);
-
-    vbmp3_Tag tag{};
-    tag.size = sizeof tag;
-    EXPECT_EQ(vbmp3_readTag(mp3.c_str(), VBMP3_TAG_ID3V2, &tag), 0);  // carries none
-    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_OK);
-    EXPECT_EQ(vbmp3_removeTag(mp3.c_str(), VBMP3_TAG_ID3V2), 1);
-    EXPECT_EQ(vbmp3_convertToRmp(mp3.c_str(), folder_.path("none/a.rmp").c_str()), 0);
-    EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_WRITE);
-    char name[64];
-    EXPECT_EQ(vbmp3_getGenre(192, name, sizeof name), 0);
-    EXPECT_STREQ(name, "");
-    EXPECT_EQ(vbmp3_getGenre(-1, nullptr, 0), 0);
-}

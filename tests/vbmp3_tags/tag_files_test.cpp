@@ -39,22 +39,6 @@ constexpr int kBoth = VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2;
 
 }  // namespace
 
-TEST_F(TagFiles, FieldsAreWrittenReadAndTakenOff) {
-    const std::string path = folder_.write("夜曲 🎵.mp3", kSound);
-    ASSERT_EQ(writeTagFile(path, kBoth, tagOf("夜曲")), VBMP3_OK);
-    vbmp3_Tag tag{};
-    for (const int kind : {VBMP3_TAG_ID3V1, VBMP3_TAG_ID3V2}) {
-        EXPECT_EQ(readTagFile(path, kind, tag), VBMP3_OK);
-        EXPECT_STREQ(tag.title, "夜曲");
-        EXPECT_EQ(tag.present, kBoth);
-    }
-    EXPECT_EQ(readTagFile(path, VBMP3_TAG_SI, tag), VBMP3_OK);
-    EXPECT_STREQ(tag.title, "");
-    EXPECT_EQ(removeTagFile(path, kBoth), VBMP3_OK);
-    EXPECT_EQ(readFile(path), kSound);
-    EXPECT_EQ(files(), 1u);
-}
-
 TEST_F(TagFiles, AFieldWithoutItsNulAndWithBrokenBytesIsTakenAsFarAsItGoes) {
     const std::string path = folder_.write("a.mp3", kSound);
     vbmp3_Tag tag{};
