@@ -43,8 +43,7 @@ Application::Application(const Services& services, std::string commandLine)
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, engine_.status(), lyrics_),
-      lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_,
-                     lyricsScreen_),
+      lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_, lyricsScreen_),
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
       conversion_(state_, services.vbmp3, services.gogo, services.files, services.windows),
       convert_(conversion_, state_, services.dialogs),
@@ -54,6 +53,15 @@ Application::Application(const Services& services, std::string commandLine)
                  [this](const std::string& file) { transport_.remember(file); }, top_, list_, optionsWindow_,
                  equalizer_, lyrics_, tag_}),
       quietSave_(state_, lists_) {
+    connectWindows();
+    connectConverter();
+    top_.connect({&transport_, &engine_, &monitor_, &pitch_, &volume_},
+                 {&list_, &optionsWindow_, &tag_, &convert_, &equalizer_, &lyrics_, &about_}, hooksOfMain());
+}
+
+Application::~Application() = default;
+
+void Application::connectWindows() {
     // A file that could not be opened is the current one too.
     transport_.onTrackChanged = [this] {
         list_.trackChanged();
@@ -76,6 +84,9 @@ Application::Application(const Services& services, std::string commandLine)
                    [this] { list_.refreshBrowser(); }},
                   [this](const std::string& path) { lists_.forgetTexts(path); },
                   [this] { return list_.selectedPaths(); }});
+}
+
+FormTop::Hooks Application::hooksOfMain() {
     FormTop::Hooks hooks;
     hooks.fillTagWindow = [this] { tag_.fill(); };
     hooks.drawPanel = [this] { panel_.drawFrame(); };
@@ -90,12 +101,8 @@ Application::Application(const Services& services, std::string commandLine)
     hooks.lyricsDisplayMode = [this](bool inWindow) { lyricsDisplay_.lyricsDisplayMode(inWindow); };
     hooks.figures = [this] { return figures(); };
     hooks.pollConverter = [this] { conversion_.poll(); };
-    connectConverter();
-    top_.connect({&transport_, &engine_, &monitor_, &pitch_, &volume_},
-                 {&list_, &optionsWindow_, &tag_, &convert_, &equalizer_, &lyrics_, &about_}, hooks);
+    return hooks;
 }
-
-Application::~Application() = default;
 
 std::array<Form*, 7> Application::otherWindows() {
     return {&list_, &optionsWindow_, &equalizer_, &lyrics_, &tag_, &convert_, &about_};

@@ -7,13 +7,12 @@
 #include <string>
 
 #include "about/form_info.h"
-#include "state/global_state.h"
-#include "state/option_store.h"
 #include "app/main_screens.h"
 #include "app/settings_file.h"
 #include "convert/conversion_run.h"
 #include "convert/form_conv.h"
 #include "equalizer/form_gra.h"
+#include "forms/window_host.h"
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_display.h"
 #include "lyrics/lyrics_lookup.h"
@@ -28,7 +27,6 @@
 #include "platform/shell.h"
 #include "platform/text_painter.h"
 #include "platform/vbmp3.h"
-#include "forms/window_host.h"
 #include "playback/media_engine.h"
 #include "playback/pitch_control.h"
 #include "playback/play_state_monitor.h"
@@ -39,6 +37,8 @@
 #include "playlist/quiet_save.h"
 #include "skin/form_top.h"
 #include "speana/panel_animation.h"
+#include "state/global_state.h"
+#include "state/option_store.h"
 #include "tags/form_tag.h"
 
 namespace quenlox {
@@ -87,7 +87,9 @@ class Application {
     void followOptions();
     void setOutput();
     void followDevices();
+    void connectWindows();
     void connectConverter();
+    FormTop::Hooks hooksOfMain();
     void openFirstFile();
     void showHelp();
     FormTop::Figures figures() const;
@@ -97,7 +99,7 @@ class Application {
     std::string helpFile_;
 
     GlobalState state_;
-    OptionStore options_;       // outlives whoever listens to it
+    OptionStore options_;      // outlives whoever listens to it
     SplitValues splitValues_;  // of settings and skins
     FormOpt optionsWindow_;
     FormTop top_;
