@@ -12,10 +12,10 @@ enum class MessageIcon { None, Stop, Question, Warning, Information };
 
 struct FileDialog {
     std::string title;
-    std::string filterName;   // "M3Uﾌｧｲﾙ"
-    std::string filter;       // "*.m3u" or "*.mp?;*.rmp"
-    std::string folder;       // where it opens, empty for the system's choice
-    std::string fileName;     // proposed name
+    std::string filterName;  // "M3Uﾌｧｲﾙ"
+    std::string filter;      // "*.m3u" or "*.mp?;*.rmp"
+    std::string folder;      // where it opens, empty for the system's choice
+    std::string fileName;    // proposed name
 };
 
 class Dialogs {

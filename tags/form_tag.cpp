@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "state/global_state.h"
-#include "state/option_store.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
-#include "text/format_file_name.h"
+#include "state/global_state.h"
+#include "state/option_store.h"
 #include "tags/tag_limits.h"
+#include "text/format_file_name.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -16,7 +16,7 @@ namespace quenlox {
 namespace {
 
 constexpr std::array<const char*, FormTag::kFields> kFieldCaptions{"タイトル", "アーティスト", "アルバム", "ジャンル",
-                                                                   "年", "トラック", "コメント"};
+                                                                   "年",       "トラック",     "コメント"};
 constexpr int kGenres = 192;
 constexpr int kLabelWidth = 46, kFieldWidth = 230;
 constexpr int kId3Kinds = kTagId3v1 | kTagId3v2;
@@ -50,8 +50,9 @@ void FormTag::makeControls() {
     CheckV2.setCaption("ID3v2 （長い項目とすべての文字）");
     CheckV1.setCaption("ID3v1 （短い項目だけ）");
     CheckV2.setTooltip("チェックを外して保存すると、このタグを削除します");
-    CheckV1.setTooltip("タイトル・アーティスト・アルバムは全角15文字、コメントは全角14文字まで。"
-                       "チェックを外して保存すると、このタグを削除します");
+    CheckV1.setTooltip(
+        "タイトル・アーティスト・アルバムは全角15文字、コメントは全角14文字まで。"
+        "チェックを外して保存すると、このタグを削除します");
     CheckApe.setCaption("APEタグを残す");
     CheckApe.setTooltip("APEタグの内容は書き換えません。チェックを外して保存すると、このタグを削除します");
     CheckV2.onClick = CheckV1.onClick = CheckApe.onClick = [this] { fieldEdited(); };
@@ -85,8 +86,7 @@ Layout FormTag::layout() {
     Layout fields =
         Column({row(Title, TextTitle), row(Artist, TextArtist), row(Album, TextAlbum), numbers,
                 row(Comment, TextComment), Row({Space(kLabelWidth, 0), Item(CheckV2, 130), Item(CheckV1, 0, 0, 1)}),
-                Row({Space(kLabelWidth, 0), Item(CheckApe, 0, 0, 1)}),
-                Item(LabelLimit, kLabelWidth + kFieldWidth, 18),
+                Row({Space(kLabelWidth, 0), Item(CheckApe, 0, 0, 1)}), Item(LabelLimit, kLabelWidth + kFieldWidth, 18),
                 Row({Item(cmdSave), Item(cmdRevert), Space(0, 0, 1), Item(cmdConvert, 64)})});
     Layout name = Row({Item(TextFileName, 0, 0, 1), Item(cmdRename)});
     Layout selected = Column({Row({Item(cmdPrevious), Item(cmdNext), Item(cmdCurrent), Item(LabelPlace, 0, 0, 1)}),
@@ -183,9 +183,7 @@ void FormTag::TabView_Click() {
 }
 
 // The library tells a WAVE that holds MPEG audio apart by nothing but its tags.
-bool FormTag::isWave() const {
-    return fileType_ && !fileType_->rmp && (!fileType_->mpeg || LastFour(file_) == ".wav");
-}
+bool FormTag::isWave() const { return fileType_ && !fileType_->rmp && (!fileType_->mpeg || LastFour(file_) == ".wav"); }
 
 std::string FormTag::whyNotEditable() const {
     if (!fileType_) return "タグのないファイルです";
@@ -262,9 +260,7 @@ std::string FormTag::tooLongFields() const {
     return cut.empty() ? cut : "ID3v1に収まらない項目： " + cut;
 }
 
-void FormTag::showLimits() {
-    LabelLimit.setCaption(editable_ ? tooLongFields() : std::string());
-}
+void FormTag::showLimits() { LabelLimit.setCaption(editable_ ? tooLongFields() : std::string()); }
 
 void FormTag::showButtons() {
     setCaption(edited_ ? "タグ情報 *" : "タグ情報");

@@ -32,8 +32,8 @@ class FormTag : public Form {
     struct Hooks {
         Transport* transport = nullptr;
         RenameFollowers followers;
-        std::function<void(const std::string& path)> tagWritten;   // what lists show of it is out of date
-        std::function<std::vector<std::string>()> selectedPaths;   // rows of the play list, in their order
+        std::function<void(const std::string& path)> tagWritten;  // what lists show of it is out of date
+        std::function<std::vector<std::string>()> selectedPaths;  // rows of the play list, in their order
     };
     void connect(Hooks hooks) { hooks_ = std::move(hooks); }
 
@@ -50,22 +50,22 @@ class FormTag : public Form {
     TextBox TextYear{*this, "TextYear"};
     TextBox TextTrack{*this, "TextTrack"};
     TextBox TextComment{*this, "TextComment"};
-    CheckBox CheckV2{*this, "CheckV2"};               // saving writes ID3v2; without the tick it takes the tag away
+    CheckBox CheckV2{*this, "CheckV2"};  // saving writes ID3v2; without the tick it takes the tag away
     CheckBox CheckV1{*this, "CheckV1"};
-    CheckBox CheckApe{*this, "CheckApe"};             // saving keeps APE as it is; without the tick it takes the tag away
-    Label LabelLimit{*this, "LabelLimit"};            // what the chosen tags cannot hold
+    CheckBox CheckApe{*this, "CheckApe"};   // saving keeps APE as it is; without the tick it takes the tag away
+    Label LabelLimit{*this, "LabelLimit"};  // what the chosen tags cannot hold
     CommandButton cmdSave{*this, "cmdSave"};
     CommandButton cmdRevert{*this, "cmdRevert"};
-    CommandButton cmdConvert{*this, "cmdConvert"};    // MP3 to RMP and back
+    CommandButton cmdConvert{*this, "cmdConvert"};  // MP3 to RMP and back
     TextBox TextFileName{*this, "TextFileName"};
     CommandButton cmdRename{*this, "cmdRename"};
     Frame FrameName{*this, "FrameName"};
     CommandButton cmdPrevious{*this, "cmdPrevious"};  // among the selected rows of the play list
     CommandButton cmdNext{*this, "cmdNext"};
-    CommandButton cmdCurrent{*this, "cmdCurrent"};    // back to the file that is playing
+    CommandButton cmdCurrent{*this, "cmdCurrent"};  // back to the file that is playing
     Label LabelPlace{*this, "LabelPlace"};
     ComboBox ComboField{*this, "ComboField"};
-    CommandButton cmdApply{*this, "cmdApply"};        // gives the chosen field to all of them
+    CommandButton cmdApply{*this, "cmdApply"};  // gives the chosen field to all of them
     Frame FrameSelected{*this, "FrameSelected"};
     Label LabelState{*this, "LabelState"};
     CommandButton cmdClose{*this, "cmdClose"};
@@ -133,11 +133,11 @@ class FormTag : public Form {
     Hooks hooks_;
     std::string file_;
     std::optional<FileType> fileType_;  // none: the library can do nothing with it
-    int present_ = 0;         // tags that the file carries
-    int view_ = kId3View;     // what TabView shows
-    bool editable_ = false;   // the shown view can be written
+    int present_ = 0;                   // tags that the file carries
+    int view_ = kId3View;               // what TabView shows
+    bool editable_ = false;             // the shown view can be written
     bool edited_ = false;
-    bool showing_ = false;    // fields change because a file is shown
+    bool showing_ = false;  // fields change because a file is shown
     bool writing_ = false;
 };
 

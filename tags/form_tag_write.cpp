@@ -1,12 +1,12 @@
 // What the tag editor does to files: saving, renaming, wrapping, and one field for many.
 #include <algorithm>
 
-#include "state/global_state.h"
-#include "state/option_store.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
 #include "playback/transport.h"
+#include "state/global_state.h"
+#include "state/option_store.h"
 #include "tags/form_tag.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -19,9 +19,9 @@ constexpr int kId3Kinds = kTagId3v1 | kTagId3v2;
 }  // namespace
 
 std::string TrackTexts::*FormTag::TextOfField(int field) {
-    constexpr std::string TrackTexts::*kTexts[] = {&TrackTexts::title, &TrackTexts::artist, &TrackTexts::album,
-                                                    &TrackTexts::genre, &TrackTexts::year,   &TrackTexts::track,
-                                                    &TrackTexts::comment};
+    constexpr std::string TrackTexts::*kTexts[] = {&TrackTexts::title,  &TrackTexts::artist, &TrackTexts::album,
+                                                   &TrackTexts::genre,  &TrackTexts::year,   &TrackTexts::track,
+                                                   &TrackTexts::comment};
     return kTexts[field];
 }
 
@@ -81,9 +81,7 @@ std::string FormTag::lossOf(int remove, bool all) const {
     if (extras.others > 0) lost += "そのほかの項目 " + std::to_string(extras.others) + "個\n";
     if (const std::string cut = tooLongFields(); remove & kTagId3v2 && !all && !cut.empty()) lost += cut + "\n";
     if (lost.empty() && !all) return {};
-    const std::string what = all                  ? "タグをすべて"
-                             : remove & kTagId3v2 ? "ID3v2タグを"
-                                                  : "APEタグを";
+    const std::string what = all ? "タグをすべて" : remove & kTagId3v2 ? "ID3v2タグを" : "APEタグを";
     return what + "削除します。よろしいですか？\n" + FileNameOf(file_) +
            (lost.empty() ? "" : "\n\n次の内容が失われます：\n" + lost);
 }
@@ -145,7 +143,8 @@ void FormTag::cmdRename_Click() {
 // Asked once: the answer becomes the option.
 bool FormTag::takesSideFiles(const std::vector<std::string>& found) {
     if (options_->RenameSideFiles == kAskSideFiles) {
-        std::string question = "同じ名前の歌詞などのファイルも、いっしょに名前を変更しますか？\n次からは同じようにします。\n";
+        std::string question =
+            "同じ名前の歌詞などのファイルも、いっしょに名前を変更しますか？\n次からは同じようにします。\n";
         for (const std::string& path : found) question += "\n" + FileNameOf(path);
         const bool take = dialogs_.confirm(question, caption());
         options_.set(&Options::RenameSideFiles, take ? kTakeSideFiles : kLeaveSideFiles);
@@ -168,8 +167,7 @@ void FormTag::cmdConvert_Click() {
     // The target may be the file that plays.
     writing_ = true;
     // A file cannot become itself: the library says so, and what plays need not be closed for that.
-    const auto released =
-        EqualsNoCase(*target, file_) ? Transport::LetGo{} : hooks_.transport->letGoOf(*target);
+    const auto released = EqualsNoCase(*target, file_) ? Transport::LetGo{} : hooks_.transport->letGoOf(*target);
     const LibraryError error = !released ? LibraryError::Busy
                                : toMp3   ? vbmp3_.vbmp3_convertToMp3(file_, *target)
                                          : vbmp3_.vbmp3_convertToRmp(file_, *target);
@@ -214,8 +212,9 @@ void FormTag::cmdApply_Click() {
     if (selected.empty() || ComboField.listIndex() < 0) return;
     const auto field = static_cast<Field>(ComboField.listIndex());
     const std::string value = text(field);
-    if (!dialogs_.confirm("選択した" + std::to_string(selected.size()) + "曲の「" + ComboField.text() + "」を「" + value +
-                              "」にします。よろしいですか？", caption())) {
+    if (!dialogs_.confirm("選択した" + std::to_string(selected.size()) + "曲の「" + ComboField.text() + "」を「" +
+                              value + "」にします。よろしいですか？",
+                          caption())) {
         return;
     }
     const TrackTexts shown = fieldsShown();

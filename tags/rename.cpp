@@ -40,9 +40,8 @@ int RenameSideFiles(FileSystem& files, const std::vector<std::string>& sideFiles
     return failed;
 }
 
-RenameResult RenameFile(FileSystem& files, Dialogs& dialogs, Transport& transport,
-                        const std::string& file, std::string_view name, const RenameFollowers& followers,
-                        std::string& newPath) {
+RenameResult RenameFile(FileSystem& files, Dialogs& dialogs, Transport& transport, const std::string& file,
+                        std::string_view name, const RenameFollowers& followers, std::string& newPath) {
     const std::string trimmed(TrimBlanks(name));
     if (!IsAcceptableFileName(trimmed)) {
         dialogs.message("ファイル名が不正です", MessageIcon::Stop);

@@ -21,7 +21,8 @@ enum class RenameResult { Refused, Failed, Done };
 struct RenameFollowers {
     std::function<void(const std::string& from, const std::string& to)> lists;  // rows that show the old path
     std::function<void()> browser;
-    std::function<void(const std::string& from, const std::string& to)> sideFiles{};  // before the track is opened again
+    std::function<void(const std::string& from, const std::string& to)>
+        sideFiles{};  // before the track is opened again
 };
 
 // The files that belong to a track by bearing its name, those there are: lyrics beside it and in the lyrics folder, and
@@ -35,8 +36,7 @@ int RenameSideFiles(FileSystem& files, const std::vector<std::string>& sideFiles
 // it; after a failure it stays closed, after a success CurrentFile is the new path and the track goes on where it was.
 // Characters that no file name may have are left to the file system to refuse, save "\" and "/", which would move the
 // file. `newPath` is set when done.
-RenameResult RenameFile(FileSystem& files, Dialogs& dialogs, Transport& transport,
-                        const std::string& file, std::string_view name, const RenameFollowers& followers,
-                        std::string& newPath);
+RenameResult RenameFile(FileSystem& files, Dialogs& dialogs, Transport& transport, const std::string& file,
+                        std::string_view name, const RenameFollowers& followers, std::string& newPath);
 
 }  // namespace quenlox

@@ -153,9 +153,7 @@ TEST_F(ApplicationTest, TheEndStopsReleasesAndSavesInOrder) {
 }
 
 TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutWhenTheUserWantsItAndNotAtTheEndOfTheSession) {
-    const struct {
-        bool tell, session;
-    } cases[] = {{true, false}, {false, false}, {true, true}};
+    const struct { bool tell, session; } cases[] = {{true, false}, {false, false}, {true, true}};
     for (const auto& [tell, session] : cases) {
         files.writesFail = true;
         files.add("C:\\Quenlox\\Quenlox.ini", tell ? "[Option]\r\nSaveCheck=1\r\n" : "");
@@ -183,8 +181,8 @@ TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutWhenTheUserWantsI
     }
 }
 
-// Each option with what it changes in the running program: a text that must be another one behind the change, and the first
-// one again when the option is put back.
+// Each option with what it changes in the running program: a text that must be another one behind the change, and the
+// first one again when the option is put back.
 TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     const std::string song = "C:\\m\\(N) T.mp3";
     files.add("C:\\Quenlox\\skin\\default\\default.tsk",
@@ -352,7 +350,8 @@ TEST_F(ApplicationTest, TheTimeColumnGoesAndComesWithItsOptionAndTheUsersOwnWidt
     EXPECT_EQ(list.columnWidths(2), (std::array{162, 113, 162, 0, 300}));
     list.TabList.setValue(1);  // a list other than the first
     const std::array own{50, 60, 70, 0, 80};
-    for (int column = 0; column < 5; ++column) list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
+    for (int column = 0; column < 5; ++column)
+        list.PlayView[1].setColumnWidth(column, own[static_cast<std::size_t>(column)]);
     options.CheckListTypeS.setValue(0);
     EXPECT_EQ(list.columnWidths(2), (std::array{9000, 0, 0, 0, 0}));
     options.CheckListTypeS.setValue(1);

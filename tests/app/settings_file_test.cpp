@@ -67,8 +67,9 @@ struct Program {
     FormLyrics lyrics{state, options, painter};
     FormTag tag{state, options, vbmp3, files, dialogs};
     SplitValues splitValues;
-    SettingsFile settings{{state, options, splitValues, files, [this](const std::string& file) { state.CurrentFile = file; },
-                           top, list, opt, gra, lyrics, tag}};
+    SettingsFile settings{{state, options, splitValues, files,
+                           [this](const std::string& file) { state.CurrentFile = file; }, top, list, opt, gra, lyrics,
+                           tag}};
 };
 
 constexpr const char* kPath = "C:\\Quenlox\\Quenlox.ini";
@@ -226,7 +227,9 @@ TEST(SettingsFile, EveryControlOfTheOptionsIsWrittenUnderItsKeyAndFilledFromIt) 
     const auto choose = [](ControlArray<OptionButton> FormOpt::*group, int index) {
         return [group, index](FormOpt& opt) { (opt.*group)[index].setValue(true); };
     };
-    const auto type = [](TextBox FormOpt::*box) { return [box](FormOpt& opt) { (opt.*box).setText("D:\\曲 1"), opt.settleTexts(); }; };
+    const auto type = [](TextBox FormOpt::*box) {
+        return [box](FormOpt& opt) { (opt.*box).setText("D:\\曲 1"), opt.settleTexts(); };
+    };
     const struct {
         const char* key;
         std::function<void(FormOpt&)> change;

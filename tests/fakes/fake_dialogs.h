@@ -19,9 +19,9 @@ class FakeDialogs : public Dialogs {
     std::vector<Message> messages;
     std::vector<std::string> questions;
     std::vector<FileDialog> fileDialogs;
-    std::deque<bool> confirms;                             // none left: no
-    std::deque<std::optional<bool>> confirmsOrCancels;     // none left: cancelled
-    std::deque<std::optional<std::string>> fileAnswers;    // none left: cancelled
+    std::deque<bool> confirms;                           // none left: no
+    std::deque<std::optional<bool>> confirmsOrCancels;   // none left: cancelled
+    std::deque<std::optional<std::string>> fileAnswers;  // none left: cancelled
     std::deque<std::vector<std::string>> filesAnswers;
     std::deque<std::optional<std::string>> folderAnswers;
     std::deque<std::optional<std::string>> textAnswers;
@@ -33,7 +33,9 @@ class FakeDialogs : public Dialogs {
         questions.push_back(question);
         return take(confirms, false);
     }
-    bool confirmLoss(const std::string& question, const std::string& title) override { return confirm(question, title); }
+    bool confirmLoss(const std::string& question, const std::string& title) override {
+        return confirm(question, title);
+    }
     std::optional<bool> confirmOrCancel(const std::string& question, const std::string&) override {
         questions.push_back(question);
         return take(confirmsOrCancels, std::optional<bool>());

@@ -91,10 +91,10 @@ TEST_F(FormTagTest, ARenameThatIsRefusedIsSaidAndChangesNothing) {
         const char *name, *message;
         bool closed;
     } cases[] = {
-        {"", "ファイル名が不正です", false},           {"   ", "ファイル名が不正です", false},
-        {"() .mp3", "ファイル名が不正です", false},    {"  () a.mp3", "ファイル名が不正です", false},
-        {"a?.mp3", "ファイル名変換エラー", true},      {"other.mp3", "ファイル名変換エラー", true},
-        {"x\\a.mp3", "ファイル名変換エラー", true},    {"../a.mp3", "ファイル名変換エラー", true},
+        {"", "ファイル名が不正です", false},        {"   ", "ファイル名が不正です", false},
+        {"() .mp3", "ファイル名が不正です", false}, {"  () a.mp3", "ファイル名が不正です", false},
+        {"a?.mp3", "ファイル名変換エラー", true},   {"other.mp3", "ファイル名変換エラー", true},
+        {"x\\a.mp3", "ファイル名変換エラー", true}, {"../a.mp3", "ファイル名変換エラー", true},
     };
     for (const auto& c : cases) {
         Editor e;
@@ -114,7 +114,8 @@ TEST_F(FormTagTest, ARenameThatIsRefusedIsSaidAndChangesNothing) {
 
 TEST_F(FormTagTest, FilesOfTheSameNameGoAlongWhenTheUserHasSaidSoOnce) {
     chosen.set(&Options::LyricsFolder, "D:\\words");
-    for (const char* path : {"C:\\music\\song.lrc", "D:\\words\\song.txt", "C:\\music\\song.kra", "C:\\music\\song.doc"})
+    for (const char* path :
+         {"C:\\music\\song.lrc", "D:\\words\\song.txt", "C:\\music\\song.kra", "C:\\music\\song.doc"})
         files.add(path);
     files.add("C:\\music\\new.kra");  // stands in the way
     dialogs.confirms = {true};
@@ -157,7 +158,9 @@ TEST_F(FormTagTest, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
         e.form.TextTitle.setText("新しい");
         e.vbmp3.calls.clear();
         e.form.cmdSave.click();
-        const auto at = [&](const std::string& call) { return std::ranges::find(e.vbmp3.calls, call) - e.vbmp3.calls.begin(); };
+        const auto at = [&](const std::string& call) {
+            return std::ranges::find(e.vbmp3.calls, call) - e.vbmp3.calls.begin();
+        };
         const std::string write = "writeTag " + std::string(kSong) + " 2";
         EXPECT_LT(at("close"), at(write));
         EXPECT_LT(at(write), at("open " + std::string(kSong)));
@@ -169,7 +172,9 @@ TEST_F(FormTagTest, SavingWhileItPlaysClosesWritesAndGoesOnWhereItWas) {
         EXPECT_EQ(e.form.TextTitle.text(), "新しい");
         EXPECT_EQ(e.form.edited(), !c.works);
         if (!c.works) {
-            EXPECT_THAT(e.said(), ElementsAre("タグを書き込めませんでした\r\nファイルが読み取り専用か、ほかのプログラムで使用中です"));
+            EXPECT_THAT(
+                e.said(),
+                ElementsAre("タグを書き込めませんでした\r\nファイルが読み取り専用か、ほかのプログラムで使用中です"));
         }
     }
 }
@@ -317,7 +322,7 @@ TEST(TagLimits, ShortTagsHoldThirtyBytesOfShiftJis) {
         bool track, fits;
     } cases[] = {
         {FormTag::Title, fifteen, false, true},   {FormTag::Title, fifteen + "a", false, false},
-        {FormTag::Title, "😀", false, false},     {FormTag::Comment, fifteen, false, true},
+        {FormTag::Title, "😀", false, false},      {FormTag::Comment, fifteen, false, true},
         {FormTag::Comment, fifteen, true, false}, {FormTag::Year, "2026", false, true},
         {FormTag::Year, "2026-11", false, false}, {FormTag::Track, "3/12", false, true},
         {FormTag::Track, "256", false, false},    {FormTag::Track, "A1", false, false},

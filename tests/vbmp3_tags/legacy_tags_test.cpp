@@ -28,7 +28,10 @@ TEST(Id3v1, FieldsEndAtNulOrBlanksAndTrackNumberNeedsItsNul) {
     EXPECT_EQ(readId3v1(bytes(id3v1("\x96\xE9\x8B\xC8", "Bj\xF6rk"))),
               (TagFields{"夜曲", "Björk", "", "", "", "", "", kNoGenre}));
     // A character that the field's end has cut in two is left off.
-    const std::string fourteen = "x" "\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9";
+    const std::string fourteen =
+        "x"
+        "\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96\xE9\x96"
+        "\xE9";
     const std::string nights = "x夜夜夜夜夜夜夜夜夜夜夜夜夜夜", western = std::string(29, 'e') + "\xE9";
     EXPECT_EQ(readId3v1(bytes(id3v1(fourteen + "\x96", western, std::string(29, 'e') + "\x96"))),
               (TagFields{nights, std::string(29, 'e') + "é", std::string(29, 'e'), "", "", "", "", kNoGenre}));

@@ -68,8 +68,8 @@ class RandomFile {
             const char *id, *id2;
         };
         constexpr Field kFields[] = {{&TagFields::artist, "TPE1", "TP1"}, {&TagFields::album, "TALB", "TAL"},
-                                     {&TagFields::track, "TRCK", "TRK"}, {&TagFields::year, "TYER", "TYE"},
-                                     {&TagFields::genre, "TCON", "TCO"}, {&TagFields::comment, "COMM", "COM"}};
+                                     {&TagFields::track, "TRCK", "TRK"},  {&TagFields::year, "TYER", "TYE"},
+                                     {&TagFields::genre, "TCON", "TCO"},  {&TagFields::comment, "COMM", "COM"}};
         const Field& field = kFields[which];
         if (!(fields.*(field.field)).empty()) return {};
         fields.*(field.field) = text("a");
@@ -179,8 +179,9 @@ TagFields readByTagLib(const std::string& file) {
         const auto& list = tag.frameList(id);
         return list.isEmpty() ? "" : list.front()->toString().to8Bit(true);
     };
-    return {text("TIT2"), text("TPE1"), text("TALB"), tag.comment().to8Bit(true), text("TDRC"),
-            tag.genre().to8Bit(true), text("TRCK"), kNoGenre};
+    return {
+        text("TIT2"), text("TPE1"), text("TALB"), tag.comment().to8Bit(true), text("TDRC"), tag.genre().to8Bit(true),
+        text("TRCK"), kNoGenre};
 }
 
 }  // namespace
