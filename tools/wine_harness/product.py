@@ -32,7 +32,8 @@ class Product(MainWindow):
     def kept(self, extension="ini"):
         """What stands in the settings (or the list file) now."""
         data = (self.folder / f"Quenlox.{extension}").read_bytes()
-        return data.decode("utf-16" if data[:2] == b"\xff\xfe" else "cp932").replace("\r\n", "\n")
+        marks = {b"\xff\xfe": "utf-16", b"\xef\xbb": "utf-8-sig"}
+        return data.decode(marks.get(data[:2], "cp932")).replace("\r\n", "\n")
 
     def end(self, program=None):
         super().end(program or self.program)

@@ -113,7 +113,7 @@ def test_a_file_that_cannot_be_written_stays_whole_and_the_reason_is_said(s):
     file.chmod(0o444)
     field(window, "タイトル").set_text("Changed")
     window.press("保存")
-    s.answer("読み取り専用か、ほかのプログラムが使用中です")
+    s.answer("読み取り専用か、ほかのプログラムで使用中です")
     s.equal(file.read_bytes(), original, "the file")
     s.equal(field(window, "タイトル").text(), "Changed", "what was typed")
     file.chmod(0o644)
