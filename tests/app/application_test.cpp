@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "state/option_table.h"
 #include "tests/fakes/bmp_of.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_file_system.h"
@@ -181,8 +182,8 @@ TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutWhenTheUserWantsI
     }
 }
 
-// Each option with what it changes in the running program: a text that must be another one behind the change, and the
-// first one again when the option is put back.
+// Each option by its key in the settings file, the only one that the control may change, with what it changes in the running
+// program: a text that must be another one behind the change, and the first one again when the option is put back.
 TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     const std::string song = "C:\\m\\(N) T.mp3";
     files.add("C:\\Quenlox\\skin\\default\\default.tsk",
@@ -251,6 +252,16 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
         return text;
     };
     const auto lyricsPicture = [&] { return sum(lyrics.Picture7.surface()); };
+    const auto nothing = [] { return std::string(); };
+    const auto changedFrom = [this](const Options& before) {
+        std::string keys;
+        for (const OptionRow& option : OptionRows()) {
+            IniDocument was, is;
+            WriteOption(option, before, was), WriteOption(option, application->options(), is);
+            if (was.serialise() != is.serialise()) keys += option.key;
+        }
+        return keys;
+    };
 
     const struct {
         const char* what;
@@ -299,18 +310,30 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
              o.CheckListTypeS.setValue(1);
              return columns();
          }},
+        {"AnimeTime", slide(o.HScrollAnime, 7), nothing},
+        {"SpeanaIntro", slide(o.HScrollSpeanaIntro, 15), nothing},
+        {"IntroPlay", check(o.CheckIntro), nothing},
+        {"IntroTime", slide(o.HScrollIntro, 25), nothing},
+        {"PassOver", uncheck(o.CheckPassOver), nothing},
+        {"LyricsMain", check(o.CheckLyricsMain), nothing},
+        {"ListType", check(o.CheckListType), nothing},
+        {"DelList", check(o.CheckDelList), nothing},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         c.seen(), c.change(true), c.change(false);  // so that what is seen is that of the option's first value
         const std::string before = c.seen();
+        const Options options = application->options();
         c.change(true);
-        EXPECT_NE(c.seen(), before);
+        EXPECT_EQ(changedFrom(options), c.what);
+        EXPECT_TRUE(c.seen() != before || before.empty());
         c.change(false);
         EXPECT_EQ(c.seen(), before);
     }
     // What cannot be put back: a source that has been made as loud as the master, the end of an introduction.
+    const Options options = application->options();
     o.VolumeOption[1].setValue(true);
+    EXPECT_EQ(changedFrom(options), "Volume");
     EXPECT_EQ(mixer.lines[Mixer::kWaveOut].value, mixer.lines[Mixer::kSpeakers].value);
     o.TextLyricsDir.setText("D:\\words"), o.TextLyricsDir.onLeave();
     EXPECT_TRUE(source().ends_with("+W"));

@@ -2,25 +2,17 @@
 
 #include "libraries/vbmp3/lyrics/id3v2_lyrics.h"
 #include "libraries/vbmp3/lyrics/lyrics3.h"
-#include "libraries/vbmp3/lyrics/lyrics_text.h"
 #include "tests/vbmp3_tags/tag_bytes.h"
 
 namespace vbmp3 {
 namespace {
 
 using namespace std::string_literals;
-using tagbytes::bytes, tagbytes::lyrics3v1, tagbytes::lyrics3v2;
+using tagbytes::bytes, tagbytes::lyrics3v2;
 
 std::string field(const std::string& id, const std::string& data) {
     std::string length = std::to_string(data.size());
     return id + std::string(5 - length.size(), '0') + length + data;
-}
-
-TEST(Lyrics3, VersionOneIsTheTextBetweenItsMarks) {
-    const auto block = parseLyrics3(bytes(lyrics3v1("[00:01]\x82\xA0\r\n[00:02]b\r\n")));
-    ASSERT_TRUE(block);
-    EXPECT_EQ(block->version, 1);
-    EXPECT_EQ(block->lyrics, "[00:01]あ\r\n[00:02]b");
 }
 
 TEST(Lyrics3, VersionTwoHasFields) {
@@ -81,15 +73,6 @@ TEST(Id3v2Lyrics, SynchronisedLyricsBecomeTextWithStamps) {
         const auto text = readSylt(bytes(c.frame), c.msPerFrame);
         EXPECT_EQ(text.value_or("refused"), c.expected ? c.expected : "refused") << c.rule;
     }
-}
-
-TEST(Id3v2Lyrics, SyllablesSurviveAsWordsOfTheirLine) {
-    const auto text =
-        readSylt(bytes(sylt(3, 2, 1, "Hel\0\0\0\3\xE8lo \0\0\0\7\xD0you\0\0\0\x0B\xB8\nend\0\0\0\x0F\xA0"s)), 0);
-    const Lyrics lyrics = parseLyrics(text.value(), LyricsFormat::Text);
-    ASSERT_EQ(lyrics.lines.size(), 2u);
-    EXPECT_EQ(lyrics.lines[0].text, "Hello you");
-    EXPECT_EQ(lyrics.lines[0].words, (std::vector<LyricsWord>{{1000, 0}, {2000, 3}, {3000, 6}}));
 }
 
 TEST(Id3v2Lyrics, UnsynchronisedLyricsAreReadInEveryEncoding) {

@@ -63,15 +63,6 @@ TEST_F(Show, TheExtraRowIsTheTranslationWhereThereIsOneAndElseTheNextLine) {
     EXPECT_STREQ(at(3000).rows[5], "noon");
 }
 
-TEST_F(Show, LongLinesAreCutAtACharacter) {
-    std::string line;
-    for (int i = 0; i < 60; ++i) line += "あ";
-    show_.set("[00:00]" + line, LyricsFormat::Lrc);
-    const std::string row = at(0).rows[2];
-    EXPECT_EQ(row.size(), 126u);  // 42 characters of three bytes; 127 would split one
-    EXPECT_EQ(row, line.substr(0, 126));
-}
-
 TEST_F(Show, KaraokeTellsHowMuchOfTheLineHasBeenSung) {
     show_.set("[00:10:00]さく[00:11:00]ら[00:12:00]\n[00:20:00]x", LyricsFormat::Kra);
     const struct {
