@@ -182,7 +182,7 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile) {
         return error;
     };
     EXPECT_EQ(failure(result), Error::Source);
-    const Bytes sound = wave(music(44100, 2, 3000), 44100, 2);
+    const Bytes sound = wave(gogo::test::music(44100, 2, 3000), 44100, 2);
     for (const Bytes& bytes :
          {Bytes{}, Bytes(3000, 'x'), mp3File(44100, 2, std::vector<int16_t>(20000)), wave({}, 44100, 2),
           waveFile(500, 2, std::vector<int16_t>(6000)), waveFile(pcmFmt(0x161, 2, 44100, 16), Bytes(2000))}) {

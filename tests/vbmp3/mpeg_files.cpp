@@ -1,54 +1,10 @@
 #include "tests/vbmp3/mpeg_files.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 
 #include "libraries/formats/mpeg_header.h"
 
 namespace vbmp3::test {
-namespace {
-
-class Bits {
-  public:
-    void put(uint32_t value, int count) {
-        for (int i = count - 1; i >= 0; --i) {
-            if (used_ % 8 == 0) bytes.push_back(0);
-            bytes.back() = uint8_t(bytes.back() | (value >> i & 1) << (7 - used_ % 8));
-            ++used_;
-        }
-    }
-    Bytes bytes;
-
-  private:
-    size_t used_ = 0;
-};
-
-}  // namespace
-
-Bytes layer1File(int frames) {
-    constexpr int kFrameBytes = 12 * 192000 / 48000 * 4;
-    constexpr int kBits = 15;  // a sample of subband 0
-    Bytes file;
-    for (int frame = 0; frame < frames; ++frame) {
-        Bits bits;
-        bits.put(0xFFFF, 16);  // MPEG-1, layer 1, no checksum
-        bits.put(0x64, 8);     // 192 kbit/s, 48 kHz
-        bits.put(0xC0, 8);     // mono
-        for (int band = 0; band < 32; ++band) bits.put(band == 0 ? kBits - 1 : 0, 4);
-        bits.put(9, 6);  // scale factor 2 * 2^(-9/3) = 0.25
-        for (int i = 0; i < 12; ++i) {
-            const double phase = 2 * std::numbers::pi * 440 * 32 / 48000 * (frame * 12 + i);
-            const double value = 0.9 * std::cos(phase);
-            // Offset binary with the top bit inverted (ISO 11172-3, 2.4.3.2).
-            bits.put(uint32_t(std::lround(value * 16383) + 16383) & 0x7FFF, kBits);
-        }
-        bits.bytes.resize(kFrameBytes);
-        file = std::move(file) + bits.bytes;
-    }
-    return file;
-}
-
 std::vector<size_t> frameOffsets(const Bytes& stream) {
     std::vector<size_t> offsets;
     size_t at = 0;

@@ -5,9 +5,6 @@
 
 namespace vbmp3::test {
 
-// MPEG-1 layer 1 at 48 kHz, mono, `frames` of 384 samples each: a 440 Hz tone as the samples of the lowest subbands.
-Bytes layer1File(int frames);
-
 // Offsets of every frame header in a stream that begins with one.
 std::vector<size_t> frameOffsets(const Bytes& stream);
 

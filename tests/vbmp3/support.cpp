@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <numbers>
+#include <random>
 #include <thread>
 
 #include <lame/lame.h>
@@ -148,6 +149,20 @@ std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz
         for (int c = 0; c < channels; ++c)
             samples.push_back(
                 int16_t(std::lround(amplitude * std::sin(2 * std::numbers::pi * hertz * (c + 1) * i / sampleRate))));
+    return samples;
+}
+
+std::vector<int16_t> music(int sampleRate, int channels, int frames) {
+    std::mt19937 random(1);
+    std::vector<int16_t> samples;
+    for (int i = 0; i < frames; ++i)
+        for (int c = 0; c < channels; ++c) {
+            const double t = double(i) / sampleRate;
+            const double value =
+                5000 * std::sin(2 * M_PI * (220 + 100 * t) * t) + 3000 * std::sin(2 * M_PI * 1234 * t + c) +
+                2000 * std::sin(2 * M_PI * 0.7 * t) * std::sin(2 * M_PI * 3000 * t) + double(random() % 400) - 200;
+            samples.push_back(int16_t(value));
+        }
     return samples;
 }
 

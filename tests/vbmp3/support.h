@@ -34,6 +34,9 @@ Bytes riff(const std::string& form, const Bytes& chunks);
 // Interleaved samples of a sine; right is at twice the frequency.
 std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz = 440, double amplitude = 8000);
 
+// Several partials and a little noise: every frame differs from every other.
+std::vector<int16_t> music(int sampleRate, int channels, int frames);
+
 // A RIFF WAVE file with 16-bit samples.
 Bytes waveFile(int sampleRate, int channels, const std::vector<int16_t>& samples);
 // The same with any "fmt " and "data" contents.

@@ -10,16 +10,9 @@ namespace {
 
 std::vector<BandGains> curves() {
     std::vector<BandGains> all = {
-        {20, 50, 0, -20, 30, 10, -20, 50, 30, 10},
-        {-30, 0, 40, 0, 0, -30, 60, 40, 0, -30},
-        {-20, -40, 0, 0, -20, 40, 50, 10, 40, 20},
-        {-70, -20, -30, 40, -20, 30, -30, 0, -50, -70},
         {120, 120, 120, 120, 120, 120, 120, 120, 120, 120},
         {-120, -120, -120, -120, -120, -120, -120, -120, -120, -120},
         {120, -120, 120, -120, 120, -120, 120, -120, 120, -120},
-        {-120, 120, -120, 120, -120, 120, -120, 120, -120, 120},
-        {120, 0, 0, 0, 0, 0, 0, 0, 0, 0},
-        {0, 0, 0, 0, 0, 0, 0, 0, 0, 120},
     };
     std::mt19937 random(42);
     for (int i = 0; i < 12; ++i)
@@ -49,14 +42,17 @@ TEST(Equalizer, EveryBandHasItsGainWithinATenthOfADecibelWhateverTheOthersAre) {
     }
 }
 
-TEST(Equalizer, OffOrFlatPassesEverySampleBitExact) {
+TEST(Equalizer, OffOrFlatPassesEverySampleBitExactAndNoResultDependsOnTheSizeOfTheBlocks) {
     const Samples in = noise(20000, 1.5f);  // decoders give values beyond full scale too
     const Wanted flat(BandGains{});
     Wanted switchedOff(BandGains{50});
     switchedOff.equalize(std::nullopt);
-    for (const size_t block : {1u, 7u, 1152u, 20000u}) {
+    const Wanted rock(BandGains{20, 50, 0, -20, 30, 10, -20, 50, 30, 10});
+    const Samples whole = through(rock, in, 44100, 20000);
+    for (const size_t block : {1u, 7u, 1152u, 4097u}) {
         EXPECT_EQ(through(flat, in, 44100, block), in);
         EXPECT_EQ(through(switchedOff, in, 44100, block), in);
+        EXPECT_EQ(through(rock, in, 44100, block), whole) << block;
     }
 }
 
@@ -70,14 +66,6 @@ TEST(Equalizer, GainsWaitForBeingAppliedAndAreLimitedToTwelveDecibels) {
     EXPECT_TRUE(values->equalizer);
     EXPECT_EQ(values->gains[0], 120);
     EXPECT_EQ(values->gains[1], -120);
-}
-
-TEST(Equalizer, TheResultDoesNotDependOnTheSizeOfTheBlocks) {
-    const Samples in = noise(30000, 0.2f);
-    const Wanted settings(BandGains{20, 50, 0, -20, 30, 10, -20, 50, 30, 10});
-    const Samples whole = through(settings, in, 44100, 30000);
-    ASSERT_EQ(whole.size(), in.size());
-    for (const size_t block : {1u, 1152u, 4097u}) EXPECT_EQ(through(settings, in, 44100, block), whole) << block;
 }
 
 TEST(Equalizer, ChangesWhilePlayingMakeNoClickAndLoseNoSample) {

@@ -56,17 +56,6 @@ TEST(Pitch, QualityDecidesWhatIsLeftOfTonesThatNoLongerFit) {
     EXPECT_GT(ghost[2], ghost[0]);
 }
 
-TEST(Pitch, AtNormalSamplesPassBitExactAndAtOnce) {
-    const Samples in = noise(5000, 1.2f);
-    Wanted settings(130, 6);
-    settings.setPitch(100);
-    settings.setStepPitch(1, 5);
-    settings.setQuality(1);
-    ChainRun run(settings, 44100);
-    run.chain.process(in, run.out);
-    EXPECT_EQ(run.out, in);
-}
-
 TEST(Pitch, ValuesOutOfRangeAreRefusedAndChangeNothing) {
     SoundSettings settings;
     for (const int percent : {49, 201}) EXPECT_FALSE(settings.setPitch(percent)) << percent;

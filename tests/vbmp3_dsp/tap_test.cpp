@@ -29,15 +29,10 @@ TEST(Tap, GivesTheFramesAskedForAndSilenceForThoseNotThere) {
     tap.write(5100, std::span(ramp).first(2 * 2));
     tap.read(5099, 4, left.data(), right.data());
     EXPECT_EQ(left, (std::array<int16_t, 4>{99, 0, 1, 0}));
-}
 
-TEST(Tap, OverloadIsCutAndDoesNotWrapAround) {
-    Tap tap;
-    tap.write(0, Samples{2.0f, -2.0f});
-    int16_t left = 0, right = 0;
-    tap.read(0, 1, &left, &right);
-    EXPECT_EQ(left, 32767);
-    EXPECT_EQ(right, -32768);
+    tap.write(7000, Samples{2.0f, -2.0f});
+    tap.read(7000, 1, left.data(), right.data());
+    EXPECT_TRUE(left[0] == 32767 && right[0] == -32768) << "overload is cut and does not wrap around";
 }
 
 TEST(Spectrum, AToneStandsInItsBandAtItsLevel) {
