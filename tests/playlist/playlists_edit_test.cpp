@@ -85,31 +85,6 @@ TEST(Moving, TakesEachBlockOnePlaceAndStopsAtTheEdge) {
     }
 }
 
-TEST(Moving, DraggedRowsArriveAsOneBlockBeforeTheRow) {
-    const struct {
-        const char* marks;
-        int before;
-        const char *order, *marksAfter;
-        bool dirty;
-    } cases[] = {
-        {"x....", 3, "bcade", "..x..", true},  {".x.x.", 5, "acebd", "...xx", true},
-        {"...xx", 0, "deabc", "xx...", true},  {".x.x.", 2, "abdce", ".xx..", true},
-        {".xx..", 1, "abcde", ".xx..", false}, {".xx..", 3, "abcde", ".xx..", false},
-        {".....", 2, "abcde", ".....", false}, {"x....", 99, "bcdea", "....x", true},
-    };
-    for (const auto& c : cases) {
-        Lists lists;
-        lists.addLetters(0, "abcde");
-        lists.state.CurrentIndex[0] = 3;
-        auto selection = Marked(c.marks);
-        lists.lists.moveBefore(0, c.before, selection);
-        EXPECT_EQ(lists.names(0), c.order) << c.marks << c.before;
-        EXPECT_EQ(MarksOf(selection), c.marksAfter) << c.marks << c.before;
-        EXPECT_EQ(lists.names(0)[static_cast<std::size_t>(lists.state.CurrentIndex[0])], 'd');
-        EXPECT_EQ(lists.state.ListDirty, c.dirty) << c.marks << c.before;
-    }
-}
-
 TEST(Removing, TakesTheSelectedRowsAndDrawsANewOrder) {
     const struct {
         const char* marks;
