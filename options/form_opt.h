@@ -127,6 +127,8 @@ class FormOpt : public Form {
     // form_opt_layout.cpp
     void bindControls();
     void setCaptions();
+    void captionDisplayAndPlayback();
+    void captionLyricsAndLists();
 
     // form_opt.cpp: the control shows the field and sets it.
     void bind(CheckBox& box, OnOff Options::*field);

@@ -1,6 +1,7 @@
 // What the options window shows: which field stands behind which control, captions, the figures beside the sliders,
 // four tabs.
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
 
 #include "options/form_opt.h"
@@ -22,6 +23,15 @@ std::string Speed(std::int32_t step) { return Tenths(10 + (step - 1) * 2) + "倍
 std::string Shift(std::int32_t tenths) {
     const char* const sign = tenths > 0 ? "+" : tenths < 0 ? "-" : "";
     return sign + Tenths(std::abs(tenths)) + "秒";
+}
+
+struct Text {
+    Control& control;
+    const char* text;
+};
+
+void Caption(std::initializer_list<Text> captions) {
+    for (const auto& [control, caption] : captions) control.setCaption(caption);
 }
 
 }  // namespace
@@ -71,10 +81,26 @@ void FormOpt::bindControls() {
 
 void FormOpt::setCaptions() {
     setCaption("オプション");
-    const struct {
-        Control& control;
-        const char* caption;
-    } captions[] = {
+    captionDisplayAndPlayback();
+    captionLyricsAndLists();
+    for (const auto& [control, tooltip] : std::initializer_list<Text>{
+             {ComboCdDrive,
+              "音楽CDの曲を表示・再生するドライブ。記憶した曲が見つからないときも、このドライブの同じ番号の曲を再生しま"
+              "す"},
+             {QualityOption[0], "ピッチや速度を変えて再生するときの音質"},
+             {QualityOption[1], "高い音まできれいに変えます"},
+             {QualityOption[2], "CPUの負担を減らします"},
+             {ComboSideFiles, "曲のファイル名を変えるとき、同じ名前の歌詞や画像のファイルの名前も変えるかどうか"},
+             {CheckTellUnsaved,
+              "設定かプレイリストを書き込めないとき、ファイルと理由を示して、もう一度保存するかどうかをたずねます"},
+             {TextBmpDir, "歌詞ウィンドウの背景に表示するBMPファイルのフォルダ"},
+         }) {
+        control.setTooltip(tooltip);
+    }
+}
+
+void FormOpt::captionDisplayAndPlayback() {
+    Caption({
         {FrameMain, "メイン画面"},
         {LabelScale, "表示倍率"},
         {CheckPanel, "操作パネルモード"},
@@ -107,6 +133,11 @@ void FormOpt::setCaptions() {
         {FrameVolume, "音量バーで変える音量"},
         {VolumeOption[0], "マスター音量だけ"},
         {VolumeOption[1], "WAVE・MIDI・CDの音量も"},
+    });
+}
+
+void FormOpt::captionLyricsAndLists() {
+    Caption({
         {FrameLyrics, "歌詞の表示"},
         {CheckLyrics, "歌詞ウィンドウを表示する"},
         {LabelLines, "表示する行数"},
@@ -141,23 +172,7 @@ void FormOpt::setCaptions() {
         {LabelForbidden, "\\ / : , ; ? \" < > | はWindowsの制限により使用不可。"},
         {CommandDefaults, "初期設定に戻す(&R)"},
         {CommandClose, "閉じる"},
-    };
-    for (const auto& [control, caption] : captions) control.setCaption(caption);
-    const struct {
-        Control& control;
-        const char* tooltip;
-    } tooltips[] = {
-        {ComboCdDrive,
-         "音楽CDの曲を表示・再生するドライブ。記憶した曲が見つからないときも、このドライブの同じ番号の曲を再生します"},
-        {QualityOption[0], "ピッチや速度を変えて再生するときの音質"},
-        {QualityOption[1], "高い音まできれいに変えます"},
-        {QualityOption[2], "CPUの負担を減らします"},
-        {ComboSideFiles, "曲のファイル名を変えるとき、同じ名前の歌詞や画像のファイルの名前も変えるかどうか"},
-        {CheckTellUnsaved,
-         "設定かプレイリストを書き込めないとき、ファイルと理由を示して、もう一度保存するかどうかをたずねます"},
-        {TextBmpDir, "歌詞ウィンドウの背景に表示するBMPファイルのフォルダ"},
-    };
-    for (const auto& [control, tooltip] : tooltips) control.setTooltip(tooltip);
+    });
 }
 
 Layout FormOpt::layout() {
