@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "forms/keys.h"
 #include "platform/dialogs.h"
 #include "platform/output_devices.h"
 #include "playback/cd_drives.h"
@@ -195,8 +196,7 @@ void FormOpt::driveChosen() {
 }
 
 void FormOpt::Form_KeyDown(int key, int) {
-    constexpr int kEscape = 27;
-    if (key == kEscape) hide();
+    if (key == kKeyEscape) hide();
 }
 
 void FormOpt::Form_Unload(bool& cancel) {
