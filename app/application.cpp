@@ -278,9 +278,13 @@ void Application::unload() {
     if (std::exchange(ending_, true)) return;  // asked for again while a question stands open
     state_.Actions.note("end");
     tag_.offerToSave();
-    optionsWindow_.settleTexts();
     // Before all that a file or a device which does not answer may hold up for ever.
-    options_->TellUnsaved ? SaveAtEnd(settings_, lists_, services_.dialogs) : save();
+    if (options_->TellUnsaved) {
+        optionsWindow_.settleTexts();
+        SaveAtEnd(settings_, lists_, services_.dialogs);
+    } else {
+        save();
+    }
     state_.ShuttingDown = true;
     convert_.unload();  // what it is making is given up
     services_.mediaControl.sendString("stop MediaFile");
