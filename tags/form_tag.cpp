@@ -19,7 +19,6 @@ constexpr std::array<const char*, FormTag::kFields> kFieldCaptions{"タイトル
                                                                    "年",       "トラック",     "コメント"};
 constexpr int kGenres = 192;
 constexpr int kLabelWidth = 46, kFieldWidth = 230;
-constexpr int kId3Kinds = kTagId3v1 | kTagId3v2;
 constexpr std::array<const char*, 3> kViewExtensions{".mp3", ".rmp", ".wav"};
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {

@@ -24,6 +24,7 @@ struct GlobalState;
 class FormTag : public Form {
   public:
     static constexpr int kId3View = 0, kSiView = 1, kInfoView = 2;
+    static constexpr int kId3Kinds = kTagId3v1 | kTagId3v2;
     enum Field { Title, Artist, Album, Genre, Year, Track, Comment };
     static constexpr int kFields = 7;
 

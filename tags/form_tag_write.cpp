@@ -12,11 +12,6 @@
 #include "text/strings.h"
 
 namespace quenlox {
-namespace {
-
-constexpr int kId3Kinds = kTagId3v1 | kTagId3v2;
-
-}  // namespace
 
 std::string TrackTexts::*FormTag::TextOfField(int field) {
     constexpr std::string TrackTexts::*kTexts[] = {&TrackTexts::title,  &TrackTexts::artist, &TrackTexts::album,
@@ -121,7 +116,7 @@ void FormTag::cmdRename_Click() {
     if (acceptable && !mayLeave()) return;
     RenameFollowers followers = hooks_.followers;
     std::vector<std::string> sideFiles;
-    if (acceptable && BaseNameOf(TrimBlanks(name)) != BaseNameOf(file_)) {
+    if (acceptable && !LeadsElsewhere(name) && BaseNameOf(TrimBlanks(name)) != BaseNameOf(file_)) {
         sideFiles = SideFilesOf(files_, file_, options_->LyricsFolder, options_->PictureFolder);
     }
     int left = 0;
@@ -183,7 +178,7 @@ void FormTag::cmdConvert_Click() {
 void FormTag::showAgain(Field field) {
     std::array<std::string, kFields> typed;
     for (int i = 0; i < kFields; ++i) typed[static_cast<std::size_t>(i)] = text(static_cast<Field>(i));
-    const int v1 = CheckV1.value(), v2 = CheckV2.value();
+    const int v1 = CheckV1.value(), v2 = CheckV2.value(), ape = CheckApe.value();
     const bool edits = edited_;
     showFile(file_);
     if (!edits) return;
@@ -192,6 +187,7 @@ void FormTag::showAgain(Field field) {
     }
     CheckV1.setValue(v1);
     CheckV2.setValue(v2);
+    CheckApe.setValue(ape);
 }
 
 // Each kind of tag keeps its other fields, those of the short one being short.

@@ -15,6 +15,8 @@ bool IsAcceptableFileName(std::string_view name) {
     return !name.empty() && !name.starts_with("() ");
 }
 
+bool LeadsElsewhere(std::string_view name) { return name.find_first_of("\\/") != std::string_view::npos; }
+
 std::vector<std::string> SideFilesOf(FileSystem& files, const std::string& track, const std::string& lyricsFolder,
                                      const std::string& pictureFolder) {
     std::vector<std::string> found;
@@ -49,8 +51,7 @@ RenameResult RenameFile(FileSystem& files, Dialogs& dialogs, Transport& transpor
     }
     const std::string to = FolderOf(file) + trimmed;
     const auto released = transport.letGoOf(file);
-    const bool moves = trimmed.find_first_of("\\/") != std::string::npos;
-    if (!released || moves || (to != file && !files.rename(file, to))) {
+    if (!released || LeadsElsewhere(trimmed) || (to != file && !files.rename(file, to))) {
         if (released) transport.leaveClosed(*released);
         dialogs.message("ファイル名変換エラー", MessageIcon::Stop);
         return RenameResult::Failed;

@@ -15,6 +15,8 @@ class Transport;
 // What the default format gives for a file without artist begins with an empty pair of parentheses: such a name, and an
 // empty one, is taken for a slip. Blanks around the name do not count.
 bool IsAcceptableFileName(std::string_view name);
+// True for a name with "\" or "/" in it, which would move the file.
+bool LeadsElsewhere(std::string_view name);
 
 enum class RenameResult { Refused, Failed, Done };
 

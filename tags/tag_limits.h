@@ -1,5 +1,5 @@
-// What the fields of an ID3v1 tag can hold; those of the others hold any text. Fields are numbered as in the editor: title, artist, album, genre, year, track,
-// comment. Pure functions.
+// What the fields of an ID3v1 tag can hold; those of the others hold any text. Fields are numbered as in the editor:
+// title, artist, album, genre, year, track, comment. Pure functions.
 #pragma once
 
 #include <string_view>

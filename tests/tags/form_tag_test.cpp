@@ -118,6 +118,8 @@ TEST_F(FormTagTest, FilesOfTheSameNameGoAlongWhenTheUserHasSaidSoOnce) {
          {"C:\\music\\song.lrc", "D:\\words\\song.txt", "C:\\music\\song.kra", "C:\\music\\song.doc"})
         files.add(path);
     files.add("C:\\music\\new.kra");  // stands in the way
+    rename("D\\new.mp3");
+    EXPECT_TRUE(dialogs.questions.empty()) << "what is refused is not asked about";
     dialogs.confirms = {true};
     rename("new.mp3");
     EXPECT_TRUE(files.fileExists("C:\\music\\new.lrc") && files.fileExists("D:\\words\\new.txt"));
@@ -265,11 +267,15 @@ TEST_F(FormTagTest, ItFollowsTheTrackWhenNothingIsUnsaved) {
 TEST_F(FormTagTest, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
     selected = {kSong, kWrapped, kOther, kSong};
     files.add("C:\\a.wav");
+    tag(kSong, kTagApe, "", "");
+    form.fill();
+    form.CheckApe.setValue(0);
     form.TextAlbum.setText("全集");
     form.TextYear.setText("1999");
     dialogs.confirms = {true};
     form.cmdApply_Click();
     EXPECT_EQ(form.TextYear.text(), "1999");
+    EXPECT_FALSE(form.CheckApe.checked());
     EXPECT_TRUE(form.edited());
     form.cmdRevert.click();
     EXPECT_EQ(form.TextAlbum.text(), "全集");
