@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 namespace quenlox {
 namespace {
@@ -53,6 +54,32 @@ struct Header {
     std::size_t pixels = 0;  // where they begin
 };
 
+// The three colour masks of 16 and 32 bits; those that are not in the file are the usual ones. Gives the bytes that
+// masks take behind a header of version 1; in the later ones they lie inside, at the same place of the file.
+std::size_t ReadMasks(const Bytes& in, Header& h, std::uint32_t headerSize) {
+    if (h.compression != kBitFields && h.compression != kAlphaBitFields) {
+        if (h.bits == 16) {
+            h.masks = {0x7C00, 0x03E0, 0x001F};
+        } else {
+            h.masks = {0xFF0000, 0xFF00, 0xFF};
+        }
+        return 0;
+    }
+    for (std::size_t i = 0; i < 3; ++i) h.masks[i] = in.u32(kFileHeader + 40 + 4 * i);
+    if (headerSize != 40) return 0;
+    return h.compression == kAlphaBitFields ? 16 : 12;
+}
+
+// `colors` is how many the file says it has, 0 for all; `entry` the bytes of each.
+void ReadPalette(const Bytes& in, Header& h, std::uint32_t colors, std::size_t at, std::size_t entry) {
+    const std::uint32_t possible = 1u << h.bits;
+    const std::uint32_t count = colors == 0 || colors > possible ? possible : colors;
+    for (std::uint32_t i = 0; i < count; ++i, at += entry) {
+        h.palette[i] = {static_cast<std::uint8_t>(in.u8(at + 2)), static_cast<std::uint8_t>(in.u8(at + 1)),
+                        static_cast<std::uint8_t>(in.u8(at))};
+    }
+}
+
 std::optional<Header> ReadHeader(const Bytes& in) {
     if (in.size() < kFileHeader + 12 || in.u16(0) != 0x4D42) return std::nullopt;
     Header h;
@@ -78,29 +105,10 @@ std::optional<Header> ReadHeader(const Bytes& in) {
     if (width <= 0 || height == 0 || width > kLongestBmpSide || height > kLongestBmpSide) return std::nullopt;
     h.width = static_cast<int>(width);
     h.height = static_cast<int>(height);
-
-    std::size_t after = kFileHeader + headerSize;
     const bool fields = h.compression == kBitFields || h.compression == kAlphaBitFields;
-    if (fields) {
-        if (h.bits != 16 && h.bits != 32) return std::nullopt;
-        // The masks follow a header of version 1 and lie inside the later ones, at the same place of the file.
-        for (std::size_t i = 0; i < 3; ++i) h.masks[i] = in.u32(kFileHeader + 40 + 4 * i);
-        if (headerSize == 40) after += h.compression == kAlphaBitFields ? 16 : 12;
-    } else if (h.bits == 16) {
-        h.masks = {0x7C00, 0x03E0, 0x001F};
-    } else {
-        h.masks = {0xFF0000, 0xFF00, 0xFF};
-    }
-    if (h.bits <= 8) {
-        const std::uint32_t possible = 1u << h.bits;
-        const std::uint32_t count = colors == 0 || colors > possible ? possible : colors;
-        const std::size_t entry = core ? 3 : 4;
-        for (std::uint32_t i = 0; i < count; ++i) {
-            const std::size_t at = after + i * entry;
-            h.palette[i] = {static_cast<std::uint8_t>(in.u8(at + 2)), static_cast<std::uint8_t>(in.u8(at + 1)),
-                            static_cast<std::uint8_t>(in.u8(at))};
-        }
-    }
+    if (fields && h.bits != 16 && h.bits != 32) return std::nullopt;
+    const std::size_t after = kFileHeader + headerSize + ReadMasks(in, h, headerSize);
+    if (h.bits <= 8) ReadPalette(in, h, colors, after, core ? 3 : 4);
     h.pixels = in.u32(10);
     return h;
 }
@@ -109,8 +117,8 @@ std::optional<Header> ReadHeader(const Bytes& in) {
 std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
     const std::size_t stride = (static_cast<std::size_t>(h.width) * h.bits + 31) / 32 * 4;
     // The padding of the last row is often left out.
-    const std::size_t needed = stride * (static_cast<std::size_t>(h.height) - 1) +
-                               (static_cast<std::size_t>(h.width) * h.bits + 7) / 8;
+    const std::size_t needed =
+        stride * (static_cast<std::size_t>(h.height) - 1) + (static_cast<std::size_t>(h.width) * h.bits + 7) / 8;
     if (h.pixels > in.size() || in.size() - h.pixels < needed) return std::nullopt;
     Surface out(h.width, h.height);
     const Component red(h.masks[0]), green(h.masks[1]), blue(h.masks[2]);
@@ -126,9 +134,7 @@ std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
                     color = {red.of(pixel), green.of(pixel), blue.of(pixel)};
                     break;
                 }
-                case 24:
-                    color = Surface::ToColor(in.u16(row + 3 * column) | in.u8(row + 3 * column + 2) << 16);
-                    break;
+                case 24: color = Surface::ToColor(in.u16(row + 3 * column) | in.u8(row + 3 * column + 2) << 16); break;
                 default: {
                     const std::size_t bit = column * h.bits;
                     const std::uint32_t shift = 8 - h.bits - static_cast<std::uint32_t>(bit % 8);
@@ -141,41 +147,59 @@ std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
     return out;
 }
 
+// Where the pixels of run-length coded rows go, from the bottom row upwards; what lies outside is passed over.
+class RunPainter {
+  public:
+    explicit RunPainter(const Header& h) : header_(h), out_(h.width, h.height, h.palette[0]) {}
+    bool full() const { return y_ >= header_.height; }
+    bool inLastRow() const { return y_ >= header_.height - 1; }
+    // `count` pixels, whose indices are told by their number in the run.
+    void put(std::uint32_t count, const auto& indexOf) {
+        for (std::uint32_t i = 0; i < count; ++i, ++x_) {
+            if (x_ < header_.width) out_.set(x_, header_.height - 1 - y_, header_.palette[indexOf(i)]);
+        }
+    }
+    void endRow() { move(-x_, 1); }
+    void move(int right, int up) {
+        x_ += right;
+        y_ += up;
+    }
+    Surface take() { return std::move(out_); }
+
+  private:
+    const Header& header_;
+    Surface out_;
+    int x_ = 0, y_ = 0;
+};
+
 // Run-length coded rows, always bottom-up. What the runs do not cover has colour 0 of the palette.
 std::optional<Surface> ReadRuns(const Bytes& in, const Header& h) {
     const bool four = h.compression == kRle4;
-    Surface out(h.width, h.height, h.palette[0]);
-    int x = 0, y = 0;
+    // Two pixels of four bits lie in a byte, the upper half first.
+    const auto half = [](std::uint32_t byte, std::uint32_t i) { return i % 2 ? byte & 15 : byte >> 4; };
+    RunPainter painter(h);
     std::size_t at = h.pixels;
-    const auto put = [&](std::uint32_t index) {
-        if (x < h.width && y < h.height) out.set(x, h.height - 1 - y, h.palette[index]);
-        ++x;
-    };
-    while (at + 1 < in.size() && y < h.height) {
+    while (at + 1 < in.size() && !painter.full()) {
         const std::uint32_t count = in.u8(at), value = in.u8(at + 1);
         at += 2;
         if (count > 0) {
-            for (std::uint32_t i = 0; i < count; ++i) put(!four ? value : i % 2 ? value & 15 : value >> 4);
+            painter.put(count, [&](std::uint32_t i) { return four ? half(value, i) : value; });
         } else if (value == 0) {
-            x = 0;
-            ++y;
+            painter.endRow();
         } else if (value == 1) {
-            return out;
+            return painter.take();
         } else if (value == 2) {
-            x += static_cast<int>(in.u8(at));
-            y += static_cast<int>(in.u8(at + 1));
+            painter.move(static_cast<int>(in.u8(at)), static_cast<int>(in.u8(at + 1)));
             at += 2;
         } else {
+            painter.put(value, [&](std::uint32_t i) { return four ? half(in.u8(at + i / 2), i) : in.u8(at + i); });
             const std::size_t length = four ? (value + 1) / 2 : value;
-            for (std::uint32_t i = 0; i < value; ++i) {
-                put(!four ? in.u8(at + i) : in.u8(at + i / 2) >> (i % 2 ? 0 : 4) & 15);
-            }
             at += (length + 1) / 2 * 2;
         }
     }
     // A file that ends early is damaged; one that only lacks the end mark is whole.
-    if (y < h.height - 1) return std::nullopt;
-    return out;
+    if (!painter.inLastRow()) return std::nullopt;
+    return painter.take();
 }
 
 }  // namespace
@@ -191,14 +215,10 @@ std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels) 
     switch (h.compression) {
         case kRgb:
         case kBitFields:
-        case kAlphaBitFields:
-            return ReadRows(in, h);
-        case kRle8:
-            return h.bits == 8 && !h.topDown ? ReadRuns(in, h) : std::nullopt;
-        case kRle4:
-            return h.bits == 4 && !h.topDown ? ReadRuns(in, h) : std::nullopt;
-        default:
-            return std::nullopt;
+        case kAlphaBitFields: return ReadRows(in, h);
+        case kRle8: return h.bits == 8 && !h.topDown ? ReadRuns(in, h) : std::nullopt;
+        case kRle4: return h.bits == 4 && !h.topDown ? ReadRuns(in, h) : std::nullopt;
+        default: return std::nullopt;
     }
 }
 

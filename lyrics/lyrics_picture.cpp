@@ -68,6 +68,47 @@ std::vector<LyricsBand> LyricsBands(int lines, Size picture) {
     return bands;
 }
 
+// Makes the type of a line smaller until it fits, down to the smallest that can be read.
+static void ShrinkToFit(TextPainter& painter, TextStyle& style, const std::string& line, int width) {
+    const int wide = painter.measure(line, style).width;
+    if (wide <= width) return;
+    const double least = std::min(kSmallestPoints, style.font.points);
+    style.font.points = std::max(style.font.points * width / wide, least);
+    // Type comes in whole pixels, so that a line may be a little wider than reckoned.
+    while (style.font.points > least && painter.measure(line, style).width > width) {
+        style.font.points = std::max(style.font.points - 0.5, least);
+    }
+}
+
+// One line, its stamp in the pale colour of `style` in front.
+static void DrawBand(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look,
+                     const LyricsBand& band, TextStyle style) {
+    const std::string text = RowText(lines, band.row);
+    if (text.empty()) return;
+    const bool extra = band.row == kExtraRow;
+    // Without a translation the extra row is the next line, which may be on the picture already.
+    if (extra && look.lines > 1 && text == RowText(lines, kNextRow)) return;
+    std::string stamp;
+    if (look.stamps && !extra) stamp = StampText(lines.stampMs[static_cast<std::size_t>(band.row)]);
+    Rect where{band.where.left + kMargin, band.where.top, band.where.width - 2 * kMargin, band.where.height};
+    if (where.empty()) return;
+    ShrinkToFit(painter, style, stamp + text, where.width);
+    if (!stamp.empty()) {
+        painter.draw(on, where, stamp, style);
+        const int width = painter.measure(stamp, style).width;
+        where.left += width;
+        where.width -= width;
+        if (where.empty()) return;
+    }
+    const bool current = band.row == kCurrentRow;
+    if (current) style.color = look.text;
+    painter.draw(on, where, text, style);
+    if (!current || lines.progressBytes < 0) return;
+    where.width = std::min(where.width, SungWidth(painter, style, text, lines));
+    style.color = SungColor(look.back);
+    if (where.width > 0) painter.draw(on, where, text, style);
+}
+
 void DrawLyricsWindow(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look) {
     if (look.behind) {
         on.copy(*look.behind, {0, 0});
@@ -76,41 +117,11 @@ void DrawLyricsWindow(Surface& on, TextPainter& painter, const LyricsLines& line
     }
     // On a picture pale is less pale, or it could not be read.
     const Color pale = look.behind ? Mix(look.text, Mix(look.text, look.back)) : Mix(look.text, look.back);
+    TextStyle style;
+    style.font = look.font;
+    style.color = pale;
     for (const LyricsBand& band : LyricsBands(look.lines, {on.width(), on.height()})) {
-        const std::string text = RowText(lines, band.row);
-        if (text.empty()) continue;
-        const bool extra = band.row == kExtraRow;
-        // Without a translation the extra row is the next line, which may be on the picture already.
-        if (extra && look.lines > 1 && text == RowText(lines, kNextRow)) continue;
-        const std::string stamp = look.stamps && !extra ? StampText(lines.stampMs[static_cast<std::size_t>(band.row)]) : std::string();
-
-        TextStyle style;
-        style.font = look.font;
-        style.color = pale;
-        Rect where{band.where.left + kMargin, band.where.top, band.where.width - 2 * kMargin, band.where.height};
-        if (where.empty()) continue;
-        const int wide = painter.measure(stamp + text, style).width;
-        if (wide > where.width) {
-            const double least = std::min(kSmallestPoints, style.font.points);
-            style.font.points = std::max(style.font.points * where.width / wide, least);
-            // Type comes in whole pixels, so that a line may be a little wider than reckoned.
-            while (style.font.points > least && painter.measure(stamp + text, style).width > where.width) {
-                style.font.points = std::max(style.font.points - 0.5, least);
-            }
-        }
-        if (!stamp.empty()) {
-            painter.draw(on, where, stamp, style);
-            const int width = painter.measure(stamp, style).width;
-            where.left += width;
-            where.width -= width;
-            if (where.empty()) continue;
-        }
-        if (band.row == kCurrentRow) style.color = look.text;
-        painter.draw(on, where, text, style);
-        if (band.row != kCurrentRow || lines.progressBytes < 0) continue;
-        where.width = std::min(where.width, SungWidth(painter, style, text, lines));
-        style.color = SungColor(look.back);
-        if (where.width > 0) painter.draw(on, where, text, style);
+        DrawBand(on, painter, lines, look, band, style);
     }
 }
 
