@@ -54,9 +54,10 @@ function(quenlox_test name)
   endif()
   add_executable(test_${name} ${ARG_SOURCES})
   target_link_libraries(test_${name} PRIVATE quenlox_compile_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
-  # What is tested is optimised, the tests are not: their macros are what a build from nothing spends its time on.
+  # What is tested is optimised and checked for undefined behaviour, the tests are neither: their macros are what a build
+  # from nothing spends its time on.
   if(QUENLOX_SANITIZE)
-    target_compile_options(test_${name} PRIVATE -O0)
+    target_compile_options(test_${name} PRIVATE -O0 -fno-sanitize=undefined)
   endif()
   set(wanted ON)
   if(CMAKE_CROSSCOMPILING AND NOT ARG_ALSO_WINDOWS AND NOT ARG_ONLY_WINDOWS)
