@@ -14,7 +14,7 @@ constexpr int kRate = 44100;
 constexpr size_t kBlock = 1152;
 
 // Noise with the level of loud music, so that the equalizer's boosts call for the limiter now and then.
-std::vector<int16_t> music(int seconds) {
+std::vector<int16_t> Music(int seconds) {
     std::vector<int16_t> samples(2 * static_cast<size_t>(seconds) * kRate);
     uint32_t state = 1;
     double low = 0.0;
@@ -31,7 +31,7 @@ struct Setting {
     int pitch;
 };
 
-void play(benchmark::State& state, Setting setting) {
+void Play(benchmark::State& state, Setting setting) {
     SoundSettings settings;
     if (setting.equalizer) settings.setEqualizer(BandGains{20, 50, 0, -20, 30, 10, -20, 50, 30, 10});
     settings.applyEqualizer();
@@ -40,12 +40,12 @@ void play(benchmark::State& state, Setting setting) {
     Chain chain(settings, &tap, kRate);
     chain.reset(0, 0, 0);
     SpectrumAnalyzer analyzer;
-    const std::vector<int16_t> pcm = music(20);
+    const std::vector<int16_t> pcm = Music(20);
     std::vector<uint8_t> mp3;
     std::unique_ptr<Source> source;
     if (setting.decode) {
-        mp3 = test::mp3File(kRate, 2, pcm);
-        source = test::openBytes(mp3);
+        mp3 = test::Mp3File(kRate, 2, pcm);
+        source = test::OpenBytes(mp3);
     }
     std::vector<float> raw(pcm.size());
     for (size_t i = 0; i < pcm.size(); ++i) raw[i] = static_cast<float>(pcm[i]) / 32768.0f;
@@ -75,22 +75,22 @@ void play(benchmark::State& state, Setting setting) {
                                                          benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
-BENCHMARK_CAPTURE(play, chain_at_normal, Setting{false, false, false, 100})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(play, equalizer, Setting{false, true, false, 100})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(play, equalizer_spectrum, Setting{false, true, true, 100})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(play, pitch_130, Setting{false, false, false, 130})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(play, mp3, Setting{true, false, false, 100})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(play, mp3_equalizer_spectrum, Setting{true, true, true, 100})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Play, chain_at_normal, Setting{false, false, false, 100})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Play, equalizer, Setting{false, true, false, 100})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Play, equalizer_spectrum, Setting{false, true, true, 100})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Play, pitch_130, Setting{false, false, false, 130})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Play, mp3, Setting{true, false, false, 100})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Play, mp3_equalizer_spectrum, Setting{true, true, true, 100})->Unit(benchmark::kMillisecond);
 
-void design(benchmark::State& state) {
+void Design(benchmark::State& state) {
     BandGains gains{20, 50, 0, -20, 30, 10, -20, 50, 30, 10};
     for (auto _ : state) {
         ++gains[0];
         gains[0] %= 120;
-        benchmark::DoNotOptimize(designEqualizer(gains, kRate));
+        benchmark::DoNotOptimize(DesignEqualizer(gains, kRate));
     }
 }
-BENCHMARK(design)->Unit(benchmark::kMillisecond);
+BENCHMARK(Design)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace vbmp3

@@ -25,39 +25,39 @@ struct Times {
     double processor = 1e9;
 };
 
-double processorSeconds() {
+double ProcessorSeconds() {
     double sum = 0;
     for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
         rusage usage{};
         getrusage(who, &usage);
         for (const timeval& time : {usage.ru_utime, usage.ru_stime})
-            sum += double(time.tv_sec) + double(time.tv_usec) / 1e6;
+            sum += static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
     }
     return sum;
 }
 
-void measure(Times& best, const std::function<void()>& work) {
-    const double before = processorSeconds();
+void Measure(Times& best, const std::function<void()>& work) {
+    const double before = ProcessorSeconds();
     const auto start = Clock::now();
     work();
     best.wall = std::min(best.wall, std::chrono::duration<double>(Clock::now() - start).count());
-    best.processor = std::min(best.processor, processorSeconds() - before);
+    best.processor = std::min(best.processor, ProcessorSeconds() - before);
 }
 
-void run(const std::string& command) {
+void Run(const std::string& command) {
     if (std::system(command.c_str()) != 0) {
         std::fprintf(stderr, "failed: %s\n", command.c_str());
         std::exit(1);
     }
 }
 
-void decode(const std::string& source, const std::string& destination) {
+void Decode(const std::string& source, const std::string& destination) {
     if (!vbmp3_decodeWave(source.c_str(), destination.c_str())) std::exit(1);
     int32_t permille = 0;
     while (vbmp3_getEncodeState(&permille) == 1) std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-void report(const char* what, const Times& other, const Times& ours) {
+void Report(const char* what, const Times& other, const Times& ours) {
     std::printf("%-28s %7.2f s (%6.2f s cpu)   %7.2f s (%6.2f s cpu)   %5.2f times as fast\n", what, other.wall,
                 other.processor, ours.wall, ours.processor, other.wall / ours.wall);
     std::fflush(stdout);
@@ -71,10 +71,10 @@ int main(int argc, char** argv) {
     const std::string wav = dir.path("source.wav"), mp3 = dir.path("ours.mp3"), other = dir.path("other.mp3");
     {
         // One minute over and over; more is no other work for an encoder.
-        const test::Samples minute = test::music(44100, 2, 44100 * 60);
+        const test::Samples minute = test::Music(44100, 2, 44100 * 60);
         test::Samples all;
         for (int i = 0; i < minutes; ++i) all.insert(all.end(), minute.begin(), minute.end());
-        dir.write(wav, test::wave(all, 44100, 2));
+        dir.write(wav, test::Wave(all, 44100, 2));
     }
     std::printf("%d minutes, best of %d, %u cores%24s%30s\n", minutes, rounds, std::thread::hardware_concurrency(),
                 "theirs", "ours");
@@ -93,20 +93,20 @@ int main(int argc, char** argv) {
         s.vbrQuality = setting.vbrQuality;
         Times theirs, ours;
         for (int round = 0; round < rounds; ++round) {
-            measure(theirs, [&] {
-                run("lame --quiet --noreplaygain " + std::string(setting.options) + " '" + wav + "' '" + other + "'");
+            Measure(theirs, [&] {
+                Run("lame --quiet --noreplaygain " + std::string(setting.options) + " '" + wav + "' '" + other + "'");
             });
-            measure(ours, [&] { test::encode(s, 0); });
+            Measure(ours, [&] { test::Encode(s, 0); });
         }
-        report(setting.name, theirs, ours);
+        Report(setting.name, theirs, ours);
     }
 
     vbmp3_init();
     Times theirs, ours;
     for (int round = 0; round < rounds; ++round) {
-        measure(theirs, [&] { run("mpg123 -q -w '" + dir.path("other.wav") + "' '" + mp3 + "'"); });
-        measure(ours, [&] { decode(mp3, dir.path("ours.wav")); });
+        Measure(theirs, [&] { Run("mpg123 -q -w '" + dir.path("other.wav") + "' '" + mp3 + "'"); });
+        Measure(ours, [&] { Decode(mp3, dir.path("ours.wav")); });
     }
-    report("mpg123 -w", theirs, ours);
+    Report("mpg123 -w", theirs, ours);
     vbmp3_free();
 }

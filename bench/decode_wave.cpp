@@ -14,12 +14,12 @@ int main(int argc, char** argv) {
     const std::string mode = argc > 2 ? argv[1] : "";
     if (mode == "wave" && argc == 5) {
         JobControl control;
-        return decodeToWave(argv[2], argv[3], std::atoi(argv[4]), control);
+        return DecodeToWave(argv[2], argv[3], std::atoi(argv[4]), control);
     }
     if (mode != "memory") return 2;
-    const std::shared_ptr<const ByteSource> file = openFile(argv[2]);
-    const auto info = file ? probe(*file, scanFileLayout(*file)) : std::nullopt;
-    const auto source = info ? openSource(file, *info) : nullptr;
+    const std::shared_ptr<const ByteSource> file = OpenFile(argv[2]);
+    const auto info = file ? Probe(*file, ScanFileLayout(*file)) : std::nullopt;
+    const auto source = info ? OpenSource(file, *info) : nullptr;
     if (!source) return 1;
     std::vector<float> block(2 * 4096);
     long long frames = 0;

@@ -23,20 +23,20 @@ constexpr int64_t kSize = 4'000'000;
 
 enum Kind { kWithInfoFrame, kConstantRate, kWithPicture };
 
-std::string headOf(Kind kind, int number) {
+std::string HeadOf(Kind kind, int number) {
     const auto text = [](const std::string& s) { return "\0"s + s; };
-    std::string frames = frame3("TIT2", text("Title number " + std::to_string(number))) +
-                         frame3("TPE1", text("The Artist")) + frame3("TALB", "\1\xFF\xFE\x1C\x59\xF2\x66"s) +
-                         frame3("TYER", text("2001")) + frame3("TRCK", text("5/12")) + frame3("TCON", text("(17)")) +
-                         frame3("COMM", "\0eng\0a comment"s);
-    if (kind == kWithPicture) frames += frame3("APIC", "\0image/jpeg\0\3\0"s + std::string(60000, '\x11'));
+    std::string frames = Frame3("TIT2", text("Title number " + std::to_string(number))) +
+                         Frame3("TPE1", text("The Artist")) + Frame3("TALB", "\1\xFF\xFE\x1C\x59\xF2\x66"s) +
+                         Frame3("TYER", text("2001")) + Frame3("TRCK", text("5/12")) + Frame3("TCON", text("(17)")) +
+                         Frame3("COMM", "\0eng\0a comment"s);
+    if (kind == kWithPicture) frames += Frame3("APIC", "\0image/jpeg\0\3\0"s + std::string(60000, '\x11'));
     const std::string info =
-        padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + "Info" + be32(3) + be32(9568) + be32(kSize), 417);
-    return id3v2(3, frames + std::string(1024, '\0')) + (kind == kConstantRate ? "" : info) + mpegFrames(20);
+        Padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + "Info" + Be32(3) + Be32(9568) + Be32(kSize), 417);
+    return Id3v2(3, frames + std::string(1024, '\0')) + (kind == kConstantRate ? "" : info) + MpegFrames(20);
 }
 
 // The folder lives as long as the process.
-const std::vector<std::string>& filesOf(Kind kind) {
+const std::vector<std::string>& FilesOf(Kind kind) {
     static struct Folder {
         std::filesystem::path path;
         std::vector<std::string> files[3];
@@ -50,16 +50,16 @@ const std::vector<std::string>& filesOf(Kind kind) {
     for (int i = static_cast<int>(files.size()); i < kFiles; ++i) {
         files.push_back((folder.path / (std::to_string(kind) + "-" + std::to_string(i) + ".mp3")).string());
         std::ofstream out(files.back(), std::ios::binary);
-        const std::string tail = mpegFrames(3) + id3v1("Title number " + std::to_string(i), "The Artist");
-        out << headOf(kind, i);
+        const std::string tail = MpegFrames(3) + Id3v1("Title number " + std::to_string(i), "The Artist");
+        out << HeadOf(kind, i);
         out.seekp(kSize - static_cast<int64_t>(tail.size()));
         out << tail;
     }
     return files;
 }
 
-void library(benchmark::State& state) {
-    const auto& files = filesOf(static_cast<Kind>(state.range(0)));
+void Library(benchmark::State& state) {
+    const auto& files = FilesOf(static_cast<Kind>(state.range(0)));
     int64_t length = 0;
     for (auto _ : state) {
         for (const std::string& path : files) {
@@ -72,8 +72,8 @@ void library(benchmark::State& state) {
     benchmark::DoNotOptimize(length);
 }
 
-void peer(benchmark::State& state) {
-    const auto& files = filesOf(static_cast<Kind>(state.range(0)));
+void Peer(benchmark::State& state) {
+    const auto& files = FilesOf(static_cast<Kind>(state.range(0)));
     int64_t length = 0;
     for (auto _ : state) {
         for (const std::string& path : files) {
@@ -91,13 +91,13 @@ void peer(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(library)
+BENCHMARK(Library)
     ->ArgName("kind")
     ->Arg(kWithInfoFrame)
     ->Arg(kConstantRate)
     ->Arg(kWithPicture)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(peer)
+BENCHMARK(Peer)
     ->ArgName("kind")
     ->Arg(kWithInfoFrame)
     ->Arg(kConstantRate)

@@ -87,7 +87,7 @@ def file_info():
     if QUICK:
         del kinds[1], kinds[2]
     found = google("file_info_bench", f"--benchmark_filter=kind:[{''.join(map(str, kinds))}]")
-    return [Row(what, found[f"library/kind:{kind}"]["cpu_time"], found[f"peer/kind:{kind}"]["cpu_time"], "TagLib") for kind, what in kinds.items()]
+    return [Row(what, found[f"Library/kind:{kind}"]["cpu_time"], found[f"Peer/kind:{kind}"]["cpu_time"], "TagLib") for kind, what in kinds.items()]
 
 
 def chain():
@@ -96,8 +96,8 @@ def chain():
               ("equalizer_spectrum", "with equalizer, and the spectrum 20 times a second", ""), ("pitch_130", "with pitch 130 %", ""),
               ("mp3", "MP3 of 128 kbit/s decoded, chain at normal", ""), ("mp3_equalizer_spectrum", "MP3 decoded, equalizer and spectrum", "1 %"))
     # The program counts in hundredths of the sound's length.
-    rows = [Row(what, found[f"play/{name}"]["share_percent"], aim=aim, show=percent) for name, what, aim in shares]
-    return rows + rows_of(found, [("design", "filter of the equalizer designed anew", "")])
+    rows = [Row(what, found[f"Play/{name}"]["share_percent"], aim=aim, show=percent) for name, what, aim in shares]
+    return rows + rows_of(found, [("Design", "filter of the equalizer designed anew", "")])
 
 
 def timed(*command):

@@ -168,8 +168,7 @@ void Playlists::forgetTexts(const std::string& path) {
 
 bool Playlists::append(int list, std::string_view path) {
     // A line end in a path would make two entries of it in the list file; no file has one in its name.
-    if (!persisted(list) || path.empty() || path.find('\n') != path.npos || path.find('\r') != path.npos)
-        return false;
+    if (!persisted(list) || path.empty() || path.find('\n') != path.npos || path.find('\r') != path.npos) return false;
     rows(list).append(path);
     return true;
 }
@@ -193,7 +192,8 @@ bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName
     const std::optional<std::string> bytes = files_.read(folder + fileName);
     if (!bytes) return false;
     const int before = count(list);
-    ParseM3U(*bytes, folder, [&](std::string_view path) { append(list, path); }, codePage());
+    ParseM3U(
+        *bytes, folder, [&](std::string_view path) { append(list, path); }, codePage());
     reportAdded(list, before);
     return true;
 }
@@ -217,7 +217,7 @@ bool Playlists::ExportM3U(int list, const std::string& path) {
     if (path.empty()) return false;
     ListText text;
     for (int row = 0; row < count(list); ++row) text.append(this->path(list, row));
-    return bool(files_.write(ExportName(path), text.bytes(codePage())));
+    return static_cast<bool>(files_.write(ExportName(path), text.bytes(codePage())));
 }
 
 std::string Playlists::ExportName(const std::string& path) { return LastFour(path) == ".m3u" ? path : path + ".m3u"; }

@@ -2,7 +2,7 @@
 
 namespace vbmp3 {
 
-size_t zerosAtFront(std::span<const uint8_t> bytes) {
+size_t ZerosAtFront(std::span<const uint8_t> bytes) {
     if (bytes.empty() || bytes[0] != 0) return 0;
     // Whole blocks of zeros by the gigabyte: the library compares faster than any loop.
     if (std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0) return bytes.size();

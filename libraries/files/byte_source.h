@@ -1,5 +1,6 @@
-// Bytes that can be read at any place: a file, or a block of memory in tests. Nothing here keeps a file position, so
-// one source may be read by several readers one after the other.
+// Bytes that can be read at any place: a file, or a block of memory in tests. A source keeps no place of its own, so
+// that several threads may read one at a time; a reader (BlockReader, HeadTailReader) keeps what it has read for one
+// thread.
 #pragma once
 
 #include <algorithm>
@@ -52,7 +53,7 @@ class StoppableSource final : public ByteSource {
 };
 
 // How many of the bytes, from the first on, are zero.
-size_t zerosAtFront(std::span<const uint8_t> bytes);
+size_t ZerosAtFront(std::span<const uint8_t> bytes);
 
 // Keeps the first and the last kilobytes of a source, which is where tags stand, so that looking at a file costs two
 // reads in the ordinary case. Other places are read when asked for.

@@ -14,7 +14,7 @@ namespace vbmp3 {
 
 // Opens the file with a UTF-8 path for reading. Others may rename, replace and delete it meanwhile; the size is that
 // at the moment of opening. Null when it is missing, a folder, or cannot be read.
-std::unique_ptr<ByteSource> openFile(const std::string& path);
+std::unique_ptr<ByteSource> OpenFile(const std::string& path);
 
 // Keeps one block of a source. The first block is small, later ones grow up to `block` bytes: many files need no more
 // than a look at their first frames.

@@ -19,9 +19,9 @@
 namespace vbmp3 {
 
 enum class Kind { Writable, ReadOnly, Impossible };
-static Kind kindOf(const std::string& target);
+static Kind KindOf(const std::string& target);
 
-bool mayReplace(const std::string& target) { return kindOf(target) == Kind::Writable; }
+bool MayReplace(const std::string& target) { return KindOf(target) == Kind::Writable; }
 
 FileTransaction::FileTransaction() = default;
 
@@ -31,11 +31,11 @@ constexpr int kReplaceAttempts = 6;
 constexpr DWORD kReplacePause = 50;  // milliseconds
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-static HANDLE openExisting(const std::wstring& path, DWORD access) {
+static HANDLE OpenExisting(const std::wstring& path, DWORD access) {
     return CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-static std::vector<char> rightsOf(const std::wstring& path) {
+static std::vector<char> RightsOf(const std::wstring& path) {
     DWORD size = 0;
     GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
     std::vector<char> rights(size);
@@ -45,13 +45,13 @@ static std::vector<char> rightsOf(const std::wstring& path) {
 
 // The new file gets who may do what with the old one, when that is not what it inherits anyhow, its date of creation,
 // and whether it is hidden.
-static void keepLook(const std::wstring& from, const std::wstring& to) {
-    std::vector<char> rights = rightsOf(from);
-    if (!rights.empty() && rights != rightsOf(to))
+static void KeepLook(const std::wstring& from, const std::wstring& to) {
+    std::vector<char> rights = RightsOf(from);
+    if (!rights.empty() && rights != RightsOf(to))
         SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
     WIN32_FILE_ATTRIBUTE_DATA look{};
     if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &look)) return;
-    const HANDLE handle = openExisting(to, FILE_WRITE_ATTRIBUTES);
+    const HANDLE handle = OpenExisting(to, FILE_WRITE_ATTRIBUTES);
     if (handle != INVALID_HANDLE_VALUE) {
         SetFileTime(handle, &look.ftCreationTime, nullptr, nullptr);
         CloseHandle(handle);
@@ -62,11 +62,11 @@ static void keepLook(const std::wstring& from, const std::wstring& to) {
 
 // Asks first, so that nothing is tried at a file that another program holds, or that may not be written: replacing it
 // would get around what its owner wants.
-static DWORD whyNotReplaced(const std::wstring& path) {
-    HANDLE handle = openExisting(path, GENERIC_WRITE | DELETE);
+static DWORD WhyNotReplaced(const std::wstring& path) {
+    HANDLE handle = OpenExisting(path, GENERIC_WRITE | DELETE);
     // Who holds it may allow another file in its place, though not another content.
     if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION)
-        handle = openExisting(path, DELETE);
+        handle = OpenExisting(path, DELETE);
     if (handle != INVALID_HANDLE_VALUE) {
         CloseHandle(handle);
         return ERROR_SUCCESS;
@@ -76,17 +76,17 @@ static DWORD whyNotReplaced(const std::wstring& path) {
 }
 
 // Virus scanners and indexers hold a file for a moment after it was written.
-static bool mayPass(DWORD error) {
+static bool MayPass(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
 }
 
-static DWORD putInPlace(const std::wstring& temporary, const std::wstring& target) {
+static DWORD PutInPlace(const std::wstring& temporary, const std::wstring& target) {
     const DWORD attributes = GetFileAttributesW(target.c_str());
     const bool existed = attributes != INVALID_FILE_ATTRIBUTES;
     if (existed) {
         if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) return ERROR_WRITE_PROTECT;
-        if (const DWORD error = whyNotReplaced(target)) return error;
-        keepLook(target, temporary);
+        if (const DWORD error = WhyNotReplaced(target)) return error;
+        KeepLook(target, temporary);
     }
     // One step of the file system. ReplaceFile takes two, and whoever is killed between them leaves the target under a
     // name that nobody looks for.
@@ -95,7 +95,7 @@ static DWORD putInPlace(const std::wstring& temporary, const std::wstring& targe
 }
 
 // What earlier writes left that were killed. One that is being written cannot be opened by anybody else, nor removed.
-static void removeAbandoned(const std::wstring& target) {
+static void RemoveAbandoned(const std::wstring& target) {
     const std::wstring folder = target.substr(0, target.rfind(L'\\') + 1);
     WIN32_FIND_DATAW data;
     const HANDLE find = FindFirstFileW((target + L".~*.tmp").c_str(), &data);
@@ -124,9 +124,9 @@ struct FileTransaction::File {
     }
 };
 
-static Kind kindOf(const std::string& target) {
+static Kind KindOf(const std::string& target) {
     if (target.empty() || target.ends_with('/') || target.ends_with('\\')) return Kind::Impossible;
-    const DWORD attributes = GetFileAttributesW(widePath(target).c_str());
+    const DWORD attributes = GetFileAttributesW(WidePath(target).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return Kind::Writable;
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0  ? Kind::Impossible
            : (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? Kind::ReadOnly
@@ -134,13 +134,13 @@ static Kind kindOf(const std::string& target) {
 }
 
 std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target) {
-    if (kindOf(target) == Kind::Impossible) return nullptr;
+    if (KindOf(target) == Kind::Impossible) return nullptr;
     static std::atomic<DWORD> counter = GetTickCount() ^ GetCurrentProcessId() << 16;
     std::unique_ptr<FileTransaction> self(new FileTransaction);
     self->target_ = target;
     self->file_ = std::make_unique<File>();
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const std::wstring path = widePath(target + ".~" + std::to_string(++counter % 100000) + ".tmp");
+        const std::wstring path = WidePath(target + ".~" + std::to_string(++counter % 100000) + ".tmp");
         const HANDLE handle =
             CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle != INVALID_HANDLE_VALUE) {
@@ -156,9 +156,9 @@ std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& targe
 bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes) {
     while (!bytes.empty() && !failed_) {
         OVERLAPPED place{};
-        place.Offset = DWORD(offset);
-        place.OffsetHigh = DWORD(offset >> 32);
-        const DWORD wanted = DWORD(bytes.size() < (1u << 20) ? bytes.size() : 1u << 20);
+        place.Offset = static_cast<DWORD>(offset);
+        place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+        const DWORD wanted = static_cast<DWORD>(bytes.size() < (1u << 20) ? bytes.size() : 1u << 20);
         DWORD done = 0;
         if (!WriteFile(file_->handle, bytes.data(), wanted, &done, &place) || done == 0) failed_ = true;
         offset += done;
@@ -174,23 +174,23 @@ FileTransaction::Error FileTransaction::commit() {
         file_.reset();
         return Error::Write;
     }
-    const std::wstring target = widePath(target_);
-    DWORD error = putInPlace(file_->path, target);
-    for (int attempt = 1; attempt < kReplaceAttempts && mayPass(error); ++attempt) {
+    const std::wstring target = WidePath(target_);
+    DWORD error = PutInPlace(file_->path, target);
+    for (int attempt = 1; attempt < kReplaceAttempts && MayPass(error); ++attempt) {
         Sleep(kReplacePause);
-        error = putInPlace(file_->path, target);
+        error = PutInPlace(file_->path, target);
     }
     if (error == ERROR_SUCCESS) {
         file_->path.clear();
-        removeAbandoned(target);
+        RemoveAbandoned(target);
     }
     file_.reset();
     return error == ERROR_SUCCESS ? Error::None : Error::Locked;
 }
 
-bool isSameFile(const std::string& a, const std::string& b) {
+bool IsSameFile(const std::string& a, const std::string& b) {
     const auto identity = [](const std::string& path, BY_HANDLE_FILE_INFORMATION& info) {
-        const HANDLE handle = CreateFileW(widePath(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+        const HANDLE handle = CreateFileW(WidePath(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
                                           FILE_FLAG_BACKUP_SEMANTICS, nullptr);
         if (handle == INVALID_HANDLE_VALUE) return false;
         const bool known = GetFileInformationByHandle(handle, &info);
@@ -218,7 +218,7 @@ struct FileTransaction::File {
     }
 };
 
-static Kind kindOf(const std::string& target) {
+static Kind KindOf(const std::string& target) {
     if (target.empty() || target.ends_with('/')) return Kind::Impossible;
     struct stat about {};
     if (stat(target.c_str(), &about) != 0) return Kind::Writable;
@@ -226,7 +226,7 @@ static Kind kindOf(const std::string& target) {
 }
 
 std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& target) {
-    if (kindOf(target) == Kind::Impossible) return nullptr;
+    if (KindOf(target) == Kind::Impossible) return nullptr;
     static std::atomic<unsigned> counter = 0;
     std::unique_ptr<FileTransaction> self(new FileTransaction);
     self->target_ = target;
@@ -248,13 +248,13 @@ std::unique_ptr<FileTransaction> FileTransaction::begin(const std::string& targe
 
 bool FileTransaction::writeAt(uint64_t offset, std::span<const uint8_t> bytes) {
     while (!bytes.empty() && !failed_) {
-        const ssize_t done = pwrite(file_->handle, bytes.data(), bytes.size(), off_t(offset));
+        const ssize_t done = pwrite(file_->handle, bytes.data(), bytes.size(), static_cast<off_t>(offset));
         if (done <= 0) {
             failed_ = true;
             break;
         }
-        offset += uint64_t(done);
-        bytes = bytes.subspan(size_t(done));
+        offset += static_cast<uint64_t>(done);
+        bytes = bytes.subspan(static_cast<size_t>(done));
     }
     return !failed_;
 }
@@ -267,13 +267,13 @@ FileTransaction::Error FileTransaction::commit() {
         return Error::Write;
     }
     // Renaming would replace a read-only file too; the owner's wish counts.
-    const bool done = mayReplace(target_) && rename(file_->path.c_str(), target_.c_str()) == 0;
+    const bool done = MayReplace(target_) && rename(file_->path.c_str(), target_.c_str()) == 0;
     if (done) file_->path.clear();
     file_.reset();
     return done ? Error::None : Error::Locked;
 }
 
-bool isSameFile(const std::string& a, const std::string& b) {
+bool IsSameFile(const std::string& a, const std::string& b) {
     struct stat first {
     }, second{};
     return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 && first.st_dev == second.st_dev &&

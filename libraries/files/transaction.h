@@ -40,9 +40,9 @@ class FileTransaction {
 
 // Whether a transaction could end with this target, as far as can be told before: not without a name, for a folder, or
 // a file that may only be read. Whether another program holds it shows at the end.
-bool mayReplace(const std::string& target);
+bool MayReplace(const std::string& target);
 
 // Whether both paths name the same existing file, by whatever name.
-bool isSameFile(const std::string& a, const std::string& b);
+bool IsSameFile(const std::string& a, const std::string& b);
 
 }  // namespace vbmp3

@@ -7,6 +7,6 @@
 namespace vbmp3 {
 
 // UTF-16 with backslashes; made absolute and prefixed when it is too long for the plain calls (260 characters).
-std::wstring widePath(std::string_view utf8);
+std::wstring WidePath(std::string_view utf8);
 
 }  // namespace vbmp3

@@ -19,11 +19,11 @@ constexpr int kImaStep[89] = {7,     8,     9,     10,    11,    12,    13,    1
                               3660,  4026,  4428,  4871,  5358,  5894,  6484,  7132,  7845,  8630,  9493, 10442, 11487,
                               12635, 13899, 15289, 16818, 18500, 20350, 22385, 24623, 27086, 29794, 32767};
 
-int16_t toInt16(int value) { return int16_t(std::clamp(value, -32768, 32767)); }
-float scaled(int value) { return float(value) / 32768.0f; }
+int16_t ToInt16(int value) { return static_cast<int16_t>(std::clamp(value, -32768, 32767)); }
+float Scaled(int value) { return static_cast<float>(value) / 32768.0f; }
 
-void decodeMs(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
-    const size_t channels = size_t(format.channels);
+void DecodeMs(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
+    const size_t channels = static_cast<size_t>(format.channels);
     if (block.size() < 7 * channels) return;
     struct State {
         int first = 0, second = 0, delta = 0, newer = 0, older = 0;
@@ -37,36 +37,50 @@ void decodeMs(const WaveFormat& format, std::span<const uint8_t> block, std::vec
     }
     const auto word = [&] {
         p += 2;
-        return int(int16_t(littleEndian16(p - 2)));
+        return static_cast<int>(static_cast<int16_t>(LittleEndian16(p - 2)));
     };
     for (size_t c = 0; c < channels; ++c) states[c].delta = word();
     for (size_t c = 0; c < channels; ++c) states[c].newer = word();
     for (size_t c = 0; c < channels; ++c) states[c].older = word();
-    for (size_t c = 0; c < channels; ++c) out.push_back(scaled(states[c].older));
-    for (size_t c = 0; c < channels; ++c) out.push_back(scaled(states[c].newer));
+    for (size_t c = 0; c < channels; ++c) out.push_back(Scaled(states[c].older));
+    for (size_t c = 0; c < channels; ++c) out.push_back(Scaled(states[c].newer));
     size_t channel = 0;
     for (const uint8_t byte : block.subspan(7 * channels)) {
         for (const int nibble : {byte >> 4, byte & 15}) {
             State& s = states[channel];
             const int predicted = (s.newer * s.first + s.older * s.second) / 256;
-            const int value = toInt16(predicted + (nibble >= 8 ? nibble - 16 : nibble) * s.delta);
+            const int value = ToInt16(predicted + (nibble >= 8 ? nibble - 16 : nibble) * s.delta);
             s.older = s.newer;
             s.newer = value;
-            s.delta = std::clamp(int(int64_t(kMsAdapt[nibble]) * s.delta / 256), 16, 1 << 20);
-            out.push_back(scaled(value));
+            s.delta = std::clamp(static_cast<int>(static_cast<int64_t>(kMsAdapt[nibble]) * s.delta / 256), 16, 1 << 20);
+            out.push_back(Scaled(value));
             channel = (channel + 1) % channels;
         }
     }
 }
 
-void decodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
-    const size_t channels = size_t(format.channels);
+// One channel of IMA ADPCM: the last value and the place in the table of steps.
+struct ImaState {
+    int value = 0, index = 0;
+
+    int next(int nibble) {
+        const int step = kImaStep[index];
+        int difference = step >> 3;
+        if ((nibble & 1) != 0) difference += step >> 2;
+        if ((nibble & 2) != 0) difference += step >> 1;
+        if ((nibble & 4) != 0) difference += step;
+        index = std::clamp(index + kImaIndex[nibble & 7], 0, 88);
+        return value = ToInt16(value + ((nibble & 8) != 0 ? -difference : difference));
+    }
+};
+
+void DecodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
+    const size_t channels = static_cast<size_t>(format.channels);
     if (block.size() < 4 * channels) return;
-    int value[2] = {}, index[2] = {};
+    ImaState states[2];
     for (size_t c = 0; c < channels; ++c) {
-        value[c] = int16_t(littleEndian16(block.data() + 4 * c));
-        index[c] = std::min<int>(block[4 * c + 2], 88);
-        out.push_back(scaled(value[c]));
+        states[c] = {static_cast<int16_t>(LittleEndian16(block.data() + 4 * c)), std::min<int>(block[4 * c + 2], 88)};
+        out.push_back(Scaled(states[c].value));
     }
     // Groups of eight samples of each channel in turn, low nibble first.
     size_t at = 4 * channels;
@@ -76,14 +90,7 @@ void decodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::ve
         for (size_t c = 0; c < channels; ++c) {
             for (size_t i = 0; i < 8; ++i) {
                 const int nibble = block[at + i / 2] >> (i % 2 == 0 ? 0 : 4) & 15;
-                const int step = kImaStep[index[c]];
-                int difference = step >> 3;
-                if ((nibble & 1) != 0) difference += step >> 2;
-                if ((nibble & 2) != 0) difference += step >> 1;
-                if ((nibble & 4) != 0) difference += step;
-                value[c] = toInt16(value[c] + ((nibble & 8) != 0 ? -difference : difference));
-                index[c] = std::clamp(index[c] + kImaIndex[nibble & 7], 0, 88);
-                out[base + i * channels + c] = scaled(value[c]);
+                out[base + i * channels + c] = Scaled(states[c].next(nibble));
             }
             at += 4;
         }
@@ -92,11 +99,11 @@ void decodeIma(const WaveFormat& format, std::span<const uint8_t> block, std::ve
 
 }  // namespace
 
-void decodeAdpcmBlock(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
+void DecodeAdpcmBlock(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out) {
     if (format.coding == WaveFormat::Coding::MsAdpcm)
-        decodeMs(format, block, out);
+        DecodeMs(format, block, out);
     else
-        decodeIma(format, block, out);
+        DecodeIma(format, block, out);
 }
 
 }  // namespace vbmp3

@@ -10,6 +10,6 @@
 namespace vbmp3 {
 
 // Appends the interleaved samples of one block, from -1 to 1. A block cut short gives the samples that it holds.
-void decodeAdpcmBlock(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out);
+void DecodeAdpcmBlock(const WaveFormat& format, std::span<const uint8_t> block, std::vector<float>& out);
 
 }  // namespace vbmp3

@@ -62,7 +62,7 @@ struct FileLayout {
     ByteRange id3v1() const;
 };
 
-FileLayout scanFileLayout(HeadTailReader& reader);
-FileLayout scanFileLayout(const ByteSource& source);
+FileLayout ScanFileLayout(HeadTailReader& reader);
+FileLayout ScanFileLayout(const ByteSource& source);
 
 }  // namespace vbmp3

@@ -27,11 +27,11 @@ constexpr int kChainLength = 4;        // frames in a row that make a stream
 constexpr int kMaxFreeFrame = 8192;    // bytes; over twice what 640 kbit/s needs
 constexpr int kMaxFreeSearches = 100;  // bounds the time that junk full of such headers can take
 
-const int* bitRatesOf(const FrameHeader& header) {
+const int* BitRatesOf(const FrameHeader& header) {
     return kBitRates[header.version == 10 ? header.layer - 1 : header.layer == 1 ? 3 : 4];
 }
 
-int frameBytesFor(const FrameHeader& header, int bitRate) {
+int FrameBytesFor(const FrameHeader& header, int bitRate) {
     if (header.layer == 1) return (12 * bitRate / header.sampleRate) * 4 + header.paddingBytes();
     const int factor = header.layer == 3 && header.version != 10 ? 72 : 144;
     return factor * bitRate / header.sampleRate + header.paddingBytes();
@@ -44,7 +44,7 @@ class FrameWalk {
 
     std::optional<FrameHeader> at(int64_t offset) {
         if (offset >= end_ || end_ - offset < 4) return std::nullopt;
-        auto header = parseFrameHeader(file_.view(offset, 4));
+        auto header = ParseFrameHeader(file_.view(offset, 4));
         if (header && header->bitRate == 0 && freeBase_ > 0) header->frameBytes = freeBase_ + header->paddingBytes();
         return header;
     }
@@ -53,12 +53,12 @@ class FrameWalk {
     bool findFreeLength(int64_t offset, const FrameHeader& header) {
         if (freeSearches_++ >= kMaxFreeSearches) return false;
         const auto view = file_.view(offset, 2 * kMaxFreeFrame);
-        const size_t room = size_t(std::min<int64_t>(int64_t(view.size()), end_ - offset));
+        const size_t room = static_cast<size_t>(std::min<int64_t>(static_cast<int64_t>(view.size()), end_ - offset));
         for (size_t next = 24; next + 4 <= room && next <= kMaxFreeFrame; ++next) {
             if (!sameFree(view, next, header)) continue;
-            const auto second = parseFrameHeader(view.subspan(next));
-            const int base = int(next) - header.paddingBytes();
-            const size_t third = next + size_t(base + second->paddingBytes());
+            const auto second = ParseFrameHeader(view.subspan(next));
+            const int base = static_cast<int>(next) - header.paddingBytes();
+            const size_t third = next + static_cast<size_t>(base + second->paddingBytes());
             if (third + 4 <= room ? sameFree(view, third, header) : third >= room) {
                 freeBase_ = base;
                 return true;
@@ -83,8 +83,8 @@ class FrameWalk {
         while (count < kChainLength) {
             if (next >= end_ || end_ - next < 4) return count >= (atBegin ? 1 : 2);
             const auto header = at(next);
-            if (!header || !sameStream(*first, *header) || header->frameBytes <= 0) return false;
-            next += int64_t(header->frameBytes);
+            if (!header || !SameStream(*first, *header) || header->frameBytes <= 0) return false;
+            next += static_cast<int64_t>(header->frameBytes);
             ++count;
         }
         return true;
@@ -92,8 +92,8 @@ class FrameWalk {
 
   private:
     static bool sameFree(std::span<const uint8_t> view, size_t offset, const FrameHeader& header) {
-        const auto other = parseFrameHeader(view.subspan(offset));
-        return other && other->bitRate == 0 && sameStream(header, *other);
+        const auto other = ParseFrameHeader(view.subspan(offset));
+        return other && other->bitRate == 0 && SameStream(header, *other);
     }
 
     BlockReader& file_;
@@ -102,7 +102,7 @@ class FrameWalk {
     int freeSearches_ = 0;
 };
 
-std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange audio, int64_t mostZeros) {
+std::optional<int64_t> FindStream(BlockReader& file, FrameWalk& walk, ByteRange audio, int64_t mostZeros) {
     int64_t limit = std::min(audio.end, audio.begin + kSearchLimit);
     int64_t offset = audio.begin;
     while (offset < limit) {
@@ -111,8 +111,8 @@ std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange 
             view.empty() ? nullptr : static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
         if (sync == nullptr) {
             if (view.empty()) break;
-            const auto size = int64_t(view.size());
-            if (mostZeros > 0 && zerosAtFront(view) == view.size()) {
+            const auto size = static_cast<int64_t>(view.size());
+            if (mostZeros > 0 && ZerosAtFront(view) == view.size()) {
                 mostZeros -= size;
                 limit = std::min(audio.end, limit + size);
             }
@@ -127,20 +127,20 @@ std::optional<int64_t> findStream(BlockReader& file, FrameWalk& walk, ByteRange 
 }
 
 // Whether another stream stands behind the one that the information frame tells of: files that were joined.
-bool anotherFollows(BlockReader& file, FrameWalk& walk, const MpegScan& scan) {
+bool AnotherFollows(BlockReader& file, FrameWalk& walk, const MpegScan& scan) {
     if (!scan.info->bytes || scan.end - scan.begin < int64_t{*scan.info->bytes} + kCountSlack) return false;
     const int64_t behind = scan.begin + *scan.info->bytes;
-    return findStream(file, walk, {behind, std::min(scan.end, behind + 65536)}, 0).has_value();
+    return FindStream(file, walk, {behind, std::min(scan.end, behind + 65536)}, 0).has_value();
 }
 
 // Takes back what the information frame cannot mean: so many frames must have room in the bytes that it counts, else in
 // those `present`, and fill them.
-void dropNonsense(MpegScan& scan, int64_t present) {
+void DropNonsense(MpegScan& scan, int64_t present) {
     FrameHeader header = scan.first;
     header.padding = false;
-    const int* rates = bitRatesOf(header);
-    const int64_t least = scan.freeFormat ? 4 + header.sideInfoBytes() : frameBytesFor(header, rates[1] * 1000);
-    const int64_t most = scan.freeFormat ? kMaxFreeFrame : frameBytesFor(header, rates[14] * 1000) + 1;
+    const int* rates = BitRatesOf(header);
+    const int64_t least = scan.freeFormat ? 4 + header.sideInfoBytes() : FrameBytesFor(header, rates[1] * 1000);
+    const int64_t most = scan.freeFormat ? kMaxFreeFrame : FrameBytesFor(header, rates[14] * 1000) + 1;
     InfoFrame& info = *scan.info;
     const auto fill = [&](int64_t bytes) {
         return *info.frames * least <= bytes + kCountSlack && *info.frames * most >= bytes - kCountSlack;
@@ -150,14 +150,15 @@ void dropNonsense(MpegScan& scan, int64_t present) {
     if (!fill(present)) info.frames.reset();
 }
 
-void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined) {
+void TakeLengthFromInfo(MpegScan& scan, int64_t present, bool joined) {
     const InfoFrame& info = *scan.info;
     scan.frames = *info.frames;
     scan.samples = scan.frames * scan.first.samplesPerFrame;
     scan.exact = true;
     // A file cut short still carries the counts of the whole.
     if (joined || (info.bytes && *info.bytes > present && *info.bytes - present > kCountSlack)) {
-        scan.frames = int64_t(double(scan.frames) * double(present) / double(*info.bytes));
+        scan.frames =
+            static_cast<int64_t>(static_cast<double>(scan.frames) * static_cast<double>(present) / double(*info.bytes));
         scan.samples = scan.frames * scan.first.samplesPerFrame;
         scan.exact = false;
     } else if (info.hasGapless) {
@@ -167,15 +168,17 @@ void takeLengthFromInfo(MpegScan& scan, int64_t present, bool joined) {
     }
 }
 
-void forgetZeros(InfoFrame& info) {
+void ForgetZeros(InfoFrame& info) {
     if (info.frames == 0u) info.frames.reset();
     if (info.bytes == 0u) info.bytes.reset();
 }
 
-void setAverageBitRate(MpegScan& scan, int64_t bytes) {
+void SetAverageBitRate(MpegScan& scan, int64_t bytes) {
     if (scan.frames > 0)
-        scan.bitRate = int(std::min<double>(
-            double(bytes) * 8 * scan.first.sampleRate / (double(scan.frames) * scan.first.samplesPerFrame), 2e9));
+        scan.bitRate =
+            static_cast<int>(std::min<double>(static_cast<double>(bytes) * 8 * scan.first.sampleRate /
+                                                  (static_cast<double>(scan.frames) * scan.first.samplesPerFrame),
+                                              2e9));
 }
 
 }  // namespace
@@ -186,7 +189,7 @@ int FrameHeader::sideInfoBytes() const {
     return channels == 1 ? 9 : 17;
 }
 
-std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes) {
+std::optional<FrameHeader> ParseFrameHeader(std::span<const uint8_t> bytes) {
     if (bytes.size() < 4 || bytes[0] != 0xFF || (bytes[1] & 0xE0) != 0xE0) return std::nullopt;
     const int versionBits = bytes[1] >> 3 & 3;
     const int layerBits = bytes[1] >> 1 & 3;
@@ -203,17 +206,17 @@ std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes) {
     header.channels = header.mode == 3 ? 1 : 2;
     header.sampleRate = kSampleRates[sampleIndex] / (header.version == 10 ? 1 : header.version == 20 ? 2 : 4);
     header.samplesPerFrame = header.layer == 1 ? 384 : header.layer == 3 && header.version != 10 ? 576 : 1152;
-    header.bitRate = bitRatesOf(header)[rateIndex] * 1000;
-    if (header.bitRate > 0) header.frameBytes = frameBytesFor(header, header.bitRate);
+    header.bitRate = BitRatesOf(header)[rateIndex] * 1000;
+    if (header.bitRate > 0) header.frameBytes = FrameBytesFor(header, header.bitRate);
     return header;
 }
 
-bool sameStream(const FrameHeader& a, const FrameHeader& b) {
+bool SameStream(const FrameHeader& a, const FrameHeader& b) {
     return a.version == b.version && a.layer == b.layer && a.sampleRate == b.sampleRate &&
            (a.bitRate == 0) == (b.bitRate == 0);
 }
 
-std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<const uint8_t> frame) {
+std::optional<InfoFrame> ParseInfoFrame(const FrameHeader& header, std::span<const uint8_t> frame) {
     if (header.layer != 3) return std::nullopt;
     const auto textAt = [&](size_t offset) {
         return frame.size() >= offset + 4 ? std::string_view(reinterpret_cast<const char*>(frame.data() + offset), 4)
@@ -222,30 +225,30 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
     InfoFrame info;
     if (textAt(36) == "VBRI" && frame.size() >= 36 + 18) {
         info.kind = InfoFrame::Kind::Vbri;
-        info.bytes = bigEndian32(frame.data() + 36 + 10);
-        info.frames = bigEndian32(frame.data() + 36 + 14);
-        forgetZeros(info);
+        info.bytes = BigEndian32(frame.data() + 36 + 10);
+        info.frames = BigEndian32(frame.data() + 36 + 14);
+        ForgetZeros(info);
         return info;
     }
-    size_t at = 4 + size_t(header.sideInfoBytes());
+    size_t at = 4 + static_cast<size_t>(header.sideInfoBytes());
     // Most encoders leave out the checksum in this frame although the header announces one.
     if (header.crc && textAt(at) != "Xing" && textAt(at) != "Info") at += 2;
     if (textAt(at) != "Xing" && textAt(at) != "Info") return std::nullopt;
     info.kind = textAt(at) == "Xing" ? InfoFrame::Kind::Xing : InfoFrame::Kind::Info;
     at += 4;
     if (frame.size() < at + 4) return info;
-    const uint32_t flags = bigEndian32(frame.data() + at);
+    const uint32_t flags = BigEndian32(frame.data() + at);
     at += 4;
     const auto number = [&]() -> std::optional<uint32_t> {
         if (frame.size() < at + 4) return std::nullopt;
         at += 4;
-        return bigEndian32(frame.data() + at - 4);
+        return BigEndian32(frame.data() + at - 4);
     };
     if ((flags & 1) != 0) info.frames = number();
     if ((flags & 2) != 0) info.bytes = number();
     if ((flags & 4) != 0) at += 100;
     if ((flags & 8) != 0) at += 4;
-    forgetZeros(info);
+    ForgetZeros(info);
     if (frame.size() < at + 24) return info;
     const uint8_t* lame = frame.data() + at;
     if (lame[0] < 'A' || lame[0] > 'z') return info;
@@ -257,10 +260,35 @@ std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<con
     return info;
 }
 
-std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio, int64_t mostZeros) {
+// Where no count tells the length: the frames of the first 60 000 bytes are measured and taken for the whole of the
+// `present` bytes. False where there is no frame.
+static bool MeasureHead(FrameWalk& walk, MpegScan& scan, int64_t present) {
+    int64_t offset = scan.soundBegin;
+    int64_t frames = 0;
+    while (offset - scan.soundBegin < 60000) {
+        const auto header = walk.at(offset);
+        if (!header || !SameStream(*header, scan.first) || header->frameBytes <= 0) break;
+        if (header->bitRate != scan.first.bitRate) scan.variableBitRate = true;
+        offset += static_cast<int64_t>(header->frameBytes);
+        ++frames;
+    }
+    if (frames == 0) return false;
+    if (offset >= scan.end || scan.end - offset < 4) scan.exact = true;
+    const bool average = scan.variableBitRate || scan.freeFormat;
+    const double bytesPerFrame =
+        average ? static_cast<double>(offset - scan.soundBegin) / static_cast<double>(frames)
+                : static_cast<double>(scan.first.bitRate) / 8 * scan.first.samplesPerFrame / scan.first.sampleRate;
+    scan.frames = scan.exact ? frames : static_cast<int64_t>(static_cast<double>(present) / bytesPerFrame + 0.5);
+    scan.samples = scan.frames * scan.first.samplesPerFrame;
+    scan.bitRate = scan.first.bitRate;
+    if (average) SetAverageBitRate(scan, static_cast<int64_t>(bytesPerFrame * static_cast<double>(scan.frames)));
+    return true;
+}
+
+std::optional<MpegScan> ScanMpeg(const ByteSource& file, ByteRange audio, int64_t mostZeros) {
     BlockReader buffered(file);
     FrameWalk walk(buffered, audio.end);
-    const auto begin = findStream(buffered, walk, audio, mostZeros);
+    const auto begin = FindStream(buffered, walk, audio, mostZeros);
     if (!begin) return std::nullopt;
     MpegScan scan;
     scan.begin = scan.soundBegin = *begin;
@@ -268,52 +296,32 @@ std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio, int64_
     scan.first = *walk.at(scan.begin);
     scan.freeFormat = scan.first.bitRate == 0;
 
-    const auto frame = buffered.view(scan.begin, size_t(scan.first.frameBytes));
-    const size_t frameSize =
-        size_t(std::min<int64_t>({int64_t(scan.first.frameBytes), int64_t(frame.size()), scan.end - scan.begin}));
-    scan.info = parseInfoFrame(scan.first, frame.first(frameSize));
+    const auto frame = buffered.view(scan.begin, static_cast<size_t>(scan.first.frameBytes));
+    const size_t frameSize = static_cast<size_t>(std::min<int64_t>(
+        {static_cast<int64_t>(scan.first.frameBytes), static_cast<int64_t>(frame.size()), scan.end - scan.begin}));
+    scan.info = ParseInfoFrame(scan.first, frame.first(frameSize));
     if (scan.info) {
-        scan.soundBegin = scan.begin + int64_t(frameSize);
-        if (const auto second = walk.at(scan.soundBegin); second && sameStream(*second, scan.first))
+        scan.soundBegin = scan.begin + static_cast<int64_t>(frameSize);
+        if (const auto second = walk.at(scan.soundBegin); second && SameStream(*second, scan.first))
             scan.first = *second;
         scan.variableBitRate = scan.info->kind != InfoFrame::Kind::Info;
     }
     const int64_t present = scan.end - scan.soundBegin;
-    if (scan.info) dropNonsense(scan, present);
+    if (scan.info) DropNonsense(scan, present);
     if (scan.info && scan.info->frames) {
-        takeLengthFromInfo(scan, present, anotherFollows(buffered, walk, scan));
+        TakeLengthFromInfo(scan, present, AnotherFollows(buffered, walk, scan));
         if (scan.variableBitRate || scan.freeFormat)
-            setAverageBitRate(scan,
+            SetAverageBitRate(scan,
                               scan.exact ? std::min<int64_t>(present, scan.info->bytes.value_or(UINT32_MAX)) : present);
         else
             scan.bitRate = scan.first.bitRate;
         return scan;
     }
-
-    // No count: measure the frames of the head, and take them for the whole.
-    int64_t offset = scan.soundBegin;
-    int64_t frames = 0;
-    while (offset - scan.soundBegin < 60000) {
-        const auto header = walk.at(offset);
-        if (!header || !sameStream(*header, scan.first) || header->frameBytes <= 0) break;
-        if (header->bitRate != scan.first.bitRate) scan.variableBitRate = true;
-        offset += int64_t(header->frameBytes);
-        ++frames;
-    }
-    if (frames == 0) return scan.info ? std::optional(scan) : std::nullopt;
-    if (offset >= scan.end || scan.end - offset < 4) scan.exact = true;
-    const double bytesPerFrame =
-        scan.variableBitRate || scan.freeFormat
-            ? double(offset - scan.soundBegin) / double(frames)
-            : double(scan.first.bitRate) / 8 * scan.first.samplesPerFrame / scan.first.sampleRate;
-    scan.frames = scan.exact ? frames : int64_t(double(present) / bytesPerFrame + 0.5);
-    scan.samples = scan.frames * scan.first.samplesPerFrame;
-    scan.bitRate = scan.first.bitRate;
-    if (scan.variableBitRate || scan.freeFormat) setAverageBitRate(scan, int64_t(bytesPerFrame * double(scan.frames)));
-    return scan;
+    // What an information frame says stands even where no sound follows.
+    return MeasureHead(walk, scan, present) || scan.info ? std::optional(scan) : std::nullopt;
 }
 
-void countFrames(const ByteSource& file, MpegScan& scan) {
+void CountFrames(const ByteSource& file, MpegScan& scan) {
     BlockReader buffered(file, 1 << 18);
     FrameWalk walk(buffered, scan.end);
     if (scan.freeFormat) walk.findFreeLength(scan.soundBegin, scan.first);
@@ -322,23 +330,23 @@ void countFrames(const ByteSource& file, MpegScan& scan) {
     int64_t bytes = 0;
     while (offset < scan.end) {
         const auto header = walk.at(offset);
-        if (header && sameStream(*header, scan.first) && header->frameBytes > 0) {
+        if (header && SameStream(*header, scan.first) && header->frameBytes > 0) {
             ++frames;
-            bytes += int64_t(header->frameBytes);
+            bytes += static_cast<int64_t>(header->frameBytes);
             scan.variableBitRate |= header->bitRate != scan.first.bitRate;
-            offset += int64_t(header->frameBytes);
+            offset += static_cast<int64_t>(header->frameBytes);
             continue;
         }
         const auto view = buffered.view(offset + 1, 4);
         if (view.empty()) break;
         const auto* sync = static_cast<const uint8_t*>(std::memchr(view.data(), 0xFF, view.size()));
-        offset += 1 + (sync != nullptr ? sync - view.data() : int64_t(view.size()));
+        offset += 1 + (sync != nullptr ? sync - view.data() : static_cast<int64_t>(view.size()));
     }
     scan.frames = frames;
     scan.samples = frames * scan.first.samplesPerFrame;
     scan.exact = true;
     scan.bitRate = scan.first.bitRate;
-    if (scan.variableBitRate || scan.freeFormat) setAverageBitRate(scan, bytes);
+    if (scan.variableBitRate || scan.freeFormat) SetAverageBitRate(scan, bytes);
 }
 
 }  // namespace vbmp3

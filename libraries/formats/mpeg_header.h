@@ -31,9 +31,9 @@ struct FrameHeader {
 };
 
 // Reads the four bytes of a header; nothing when they are none or use a reserved value.
-std::optional<FrameHeader> parseFrameHeader(std::span<const uint8_t> bytes);
+std::optional<FrameHeader> ParseFrameHeader(std::span<const uint8_t> bytes);
 // Whether both can stand in one stream: same version, layer and sample rate. Bit rate and mode may change.
-bool sameStream(const FrameHeader& a, const FrameHeader& b);
+bool SameStream(const FrameHeader& a, const FrameHeader& b);
 
 // The frame that encoders put in front of the sound to tell about it.
 struct InfoFrame {
@@ -49,7 +49,7 @@ struct InfoFrame {
 };
 
 // `frame` holds one whole frame, from its header on.
-std::optional<InfoFrame> parseInfoFrame(const FrameHeader& header, std::span<const uint8_t> frame);
+std::optional<InfoFrame> ParseInfoFrame(const FrameHeader& header, std::span<const uint8_t> frame);
 
 // A stream of frames, as far as head and tail tell.
 struct MpegScan {
@@ -73,8 +73,8 @@ constexpr int64_t kZerosAtAGlance = int64_t{64} << 20;
 // Finds the first frame at or after audio.begin and works out the length. Looks at the head only: `mostZeros` bytes of
 // zeros and one MiB of other junk. Nothing when there are no frames: a frame counts when others of its stream follow it
 // up to the end or for a while. What an information frame counts is believed when the bytes can hold it.
-std::optional<MpegScan> scanMpeg(const ByteSource& file, ByteRange audio, int64_t mostZeros = kZerosAtAGlance);
+std::optional<MpegScan> ScanMpeg(const ByteSource& file, ByteRange audio, int64_t mostZeros = kZerosAtAGlance);
 // Walks every frame header of the stream, to make length and bit rate of a stream without an information frame exact.
-void countFrames(const ByteSource& file, MpegScan& scan);
+void CountFrames(const ByteSource& file, MpegScan& scan);
 
 }  // namespace vbmp3

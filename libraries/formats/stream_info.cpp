@@ -8,7 +8,7 @@ namespace {
 
 constexpr int64_t kMostToWalk = int64_t{64} << 20;  // bytes whose frames are counted on opening
 
-void takeMpeg(StreamInfo& info) {
+void TakeMpeg(StreamInfo& info) {
     static constexpr const char* kModes[] = {"Stereo", "Joint Stereo", "Dual Channel", "Mono"};
     const MpegScan& scan = *info.mpeg;
     info.sampleRate = scan.first.sampleRate;
@@ -25,7 +25,7 @@ void takeMpeg(StreamInfo& info) {
     info.format = text;
 }
 
-bool takeWave(StreamInfo& info) {
+bool TakeWave(StreamInfo& info) {
     const WaveFormat& wave = *info.wave;
     const int64_t bytes = info.data.size();
     info.sampleRate = wave.sampleRate;
@@ -34,7 +34,7 @@ bool takeWave(StreamInfo& info) {
     info.format = wave.name();
     if (!wave.adpcm()) {
         info.frames = bytes / wave.blockAlign;
-        info.bitRate = int(std::min<int64_t>(int64_t{wave.sampleRate} * wave.blockAlign * 8, INT32_MAX));
+        info.bitRate = static_cast<int>(std::min<int64_t>(int64_t{wave.sampleRate} * wave.blockAlign * 8, INT32_MAX));
         return true;
     }
     const int64_t rest = bytes % wave.blockAlign;
@@ -43,14 +43,14 @@ bool takeWave(StreamInfo& info) {
     if (rest > head)
         info.frames += wave.coding == WaveFormat::Coding::MsAdpcm ? (rest - head) * 2 / wave.channels + 2
                                                                   : (rest - head) / (4 * wave.channels) * 8 + 1;
-    info.bitRate =
-        int(std::min<int64_t>(int64_t{wave.sampleRate} * wave.blockAlign * 8 / wave.samplesPerBlock, INT32_MAX));
+    info.bitRate = static_cast<int>(
+        std::min<int64_t>(int64_t{wave.sampleRate} * wave.blockAlign * 8 / wave.samplesPerBlock, INT32_MAX));
     return true;
 }
 
 }  // namespace
 
-std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout, int64_t mostZeros) {
+std::optional<StreamInfo> Probe(const ByteSource& file, const FileLayout& layout, int64_t mostZeros) {
     StreamInfo info;
     info.data = layout.audio;
     info.container = layout.container;
@@ -62,24 +62,24 @@ std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout
         const RiffChunk* chunk = layout.findChunk("fmt ");
         if (chunk == nullptr) return std::nullopt;
         uint8_t fmt[64];
-        const size_t size = size_t(std::clamp<int64_t>(chunk->body.size(), 0, sizeof fmt));
-        info.wave = parseWaveFormat({fmt, file.readAt(chunk->body.begin, fmt, size)});
+        const size_t size = static_cast<size_t>(std::clamp<int64_t>(chunk->body.size(), 0, sizeof fmt));
+        info.wave = ParseWaveFormat({fmt, file.readAt(chunk->body.begin, fmt, size)});
         if (!info.wave) return std::nullopt;
         if (info.wave->coding != WaveFormat::Coding::Mpeg) {
             info.data = layout.data;
-            return takeWave(info) ? std::optional(info) : std::nullopt;
+            return TakeWave(info) ? std::optional(info) : std::nullopt;
         }
     }
-    info.mpeg = scanMpeg(file, info.data, mostZeros);
+    info.mpeg = ScanMpeg(file, info.data, mostZeros);
     if (!info.mpeg) return std::nullopt;
-    takeMpeg(info);
+    TakeMpeg(info);
     return info;
 }
 
-void refineLength(const ByteSource& file, StreamInfo& info) {
+void RefineLength(const ByteSource& file, StreamInfo& info) {
     if (!info.mpeg || info.exact || !info.mpeg->variableBitRate || info.data.size() > kMostToWalk) return;
-    countFrames(file, *info.mpeg);
-    takeMpeg(info);
+    CountFrames(file, *info.mpeg);
+    TakeMpeg(info);
 }
 
 }  // namespace vbmp3

@@ -27,9 +27,9 @@ struct StreamInfo {
     int64_t milliseconds() const { return sampleRate > 0 ? frames * 1000 / sampleRate : 0; }
 };
 
-// Nothing when the file is none that this library decodes. `mostZeros` as for scanMpeg.
-std::optional<StreamInfo> probe(const ByteSource& file, const FileLayout& layout, int64_t mostZeros = kZerosAtAGlance);
+// Nothing when the file is none that this library decodes. `mostZeros` as for ScanMpeg.
+std::optional<StreamInfo> Probe(const ByteSource& file, const FileLayout& layout, int64_t mostZeros = kZerosAtAGlance);
 // Makes the length of a variable-bit-rate stream that does not tell it exact by walking its frame headers.
-void refineLength(const ByteSource& file, StreamInfo& info);
+void RefineLength(const ByteSource& file, StreamInfo& info);
 
 }  // namespace vbmp3

@@ -24,7 +24,7 @@ struct WaveFormat {
 };
 
 // Nothing for a coding that cannot be decoded or numbers that contradict each other.
-std::optional<WaveFormat> parseWaveFormat(std::span<const uint8_t> fmtChunk);
+std::optional<WaveFormat> ParseWaveFormat(std::span<const uint8_t> fmtChunk);
 
 // Mixes frames of any number of channels down to stereo: mono goes to both sides; of more channels the centre and the
 // surrounds are added at -3 dB (ITU-R BS.775) and the sum is scaled so that it cannot clip. Bass channels are left out.
@@ -40,8 +40,8 @@ class StereoMix {
 };
 
 // Turns `samples` of bytesPerSample bytes each into floats from -1 to 1; 16-bit values come out as value / 32768.
-void samplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<float> samples);
+void SamplesToFloat(const WaveFormat& format, const uint8_t* bytes, std::span<float> samples);
 // The way back: whole number of 1/32768 nearest to the sample, within 16 bits.
-int16_t toInt16(float sample);
+int16_t ToInt16(float sample);
 
 }  // namespace vbmp3

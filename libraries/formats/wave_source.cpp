@@ -22,15 +22,16 @@ class PcmSource final : public Source {
     int sampleRate() const override { return format_.sampleRate; }
 
     size_t read(std::span<float> stereo) override {
-        const int64_t wanted = std::min<int64_t>({int64_t(stereo.size() / 2), frames_ - position_, kMostFrames});
+        const int64_t wanted =
+            std::min<int64_t>({static_cast<int64_t>(stereo.size() / 2), frames_ - position_, kMostFrames});
         if (wanted <= 0) return 0;
-        const size_t align = size_t(format_.blockAlign);
-        const auto bytes = reader_.view(begin_ + position_ * format_.blockAlign, size_t(wanted) * align);
-        const size_t count = std::min(size_t(wanted), bytes.size() / align);
-        samples_.resize(count * size_t(format_.channels));
-        samplesToFloat(format_, bytes.data(), samples_);
+        const size_t align = static_cast<size_t>(format_.blockAlign);
+        const auto bytes = reader_.view(begin_ + position_ * format_.blockAlign, static_cast<size_t>(wanted) * align);
+        const size_t count = std::min(static_cast<size_t>(wanted), bytes.size() / align);
+        samples_.resize(count * static_cast<size_t>(format_.channels));
+        SamplesToFloat(format_, bytes.data(), samples_);
         mix_.mix(samples_, stereo.first(count * 2));
-        position_ += int64_t(count);
+        position_ += static_cast<int64_t>(count);
         return count;
     }
 
@@ -66,19 +67,19 @@ class AdpcmSource final : public Source {
         const int64_t block = position_ / format_.samplesPerBlock;
         if (block != block_) {
             const int64_t offset = block * format_.blockAlign;
-            const size_t size = size_t(std::clamp<int64_t>(data_.size() - offset, 0, format_.blockAlign));
+            const size_t size = static_cast<size_t>(std::clamp<int64_t>(data_.size() - offset, 0, format_.blockAlign));
             const auto bytes = reader_.view(data_.begin + offset, size);
             samples_.clear();
-            decodeAdpcmBlock(format_, bytes.first(std::min(size, bytes.size())), samples_);
+            DecodeAdpcmBlock(format_, bytes.first(std::min(size, bytes.size())), samples_);
             block_ = block;
         }
-        const size_t channels = size_t(format_.channels);
-        const size_t at = size_t(position_ - block * format_.samplesPerBlock);
+        const size_t channels = static_cast<size_t>(format_.channels);
+        const size_t at = static_cast<size_t>(position_ - block * format_.samplesPerBlock);
         const size_t there = samples_.size() / channels;
         if (at >= there) return 0;
         const size_t count = std::min(stereo.size() / 2, there - at);
         mix_.mix(std::span(samples_).subspan(at * channels, count * channels), stereo.first(count * 2));
-        position_ += int64_t(count);
+        position_ += static_cast<int64_t>(count);
         return count;
     }
 
@@ -98,7 +99,7 @@ class AdpcmSource final : public Source {
 
 }  // namespace
 
-std::unique_ptr<Source> openWaveSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
+std::unique_ptr<Source> OpenWaveSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
     if (info.wave->adpcm()) return std::make_unique<AdpcmSource>(std::move(file), info);
     return std::make_unique<PcmSource>(std::move(file), info);
 }

@@ -5,6 +5,6 @@
 
 namespace vbmp3 {
 
-std::unique_ptr<Source> openWaveSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info);
+std::unique_ptr<Source> OpenWaveSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info);
 
 }  // namespace vbmp3

@@ -21,13 +21,13 @@ struct Work {
 
 // Never destroyed: at the end of a process its threads are gone before the library is told, and there is nothing to
 // wait for.
-std::unique_ptr<Work>& work() {
+std::unique_ptr<Work>& WorkArea() {
     static auto* const instance = new std::unique_ptr<Work>;
     return *instance;
 }
 
 template <class Body>
-int32_t guarded(Body body) noexcept {
+int32_t Guarded(Body body) noexcept {
     try {
         return body();
     } catch (...) {
@@ -36,18 +36,18 @@ int32_t guarded(Body body) noexcept {
 }
 
 template <class Body>
-int32_t withWork(Body body) noexcept {
-    return guarded([&]() -> int32_t { return work() ? body(*work()) : int32_t{GOGO_ERROR_STATE}; });
+int32_t WithWork(Body body) noexcept {
+    return Guarded([&]() -> int32_t { return WorkArea() ? body(*WorkArea()) : int32_t{GOGO_ERROR_STATE}; });
 }
 
-bool isFrequency(int value) {
+bool IsFrequency(int value) {
     for (const int frequency : kFrequencies) {
         if (frequency == value) return true;
     }
     return false;
 }
 
-int32_t set(Settings& settings, int32_t item, int32_t value, const char* text) {
+int32_t Set(Settings& settings, int32_t item, int32_t value, const char* text) {
     const bool path = item == GOGO_ITEM_SOURCE || item == GOGO_ITEM_DESTINATION;
     if (path) {
         if (text == nullptr || *text == '\0') return GOGO_ERROR_ARGUMENT;
@@ -64,7 +64,7 @@ int32_t set(Settings& settings, int32_t item, int32_t value, const char* text) {
             settings.bitRate = value;
             return GOGO_OK;
         case GOGO_ITEM_FREQUENCY:
-            if (!isFrequency(value)) return GOGO_ERROR_ARGUMENT;
+            if (!IsFrequency(value)) return GOGO_ERROR_ARGUMENT;
             settings.frequency = value;
             return GOGO_OK;
         case GOGO_ITEM_VBR_QUALITY:
@@ -75,14 +75,14 @@ int32_t set(Settings& settings, int32_t item, int32_t value, const char* text) {
     }
 }
 
-int32_t get(const Work& self, int32_t item, int32_t& value) {
+int32_t Get(const Work& self, int32_t item, int32_t& value) {
     switch (item) {
-        case GOGO_ITEM_CHANNELS: value = int32_t(self.settings.channels); return GOGO_OK;
+        case GOGO_ITEM_CHANNELS: value = static_cast<int32_t>(self.settings.channels); return GOGO_OK;
         case GOGO_ITEM_BIT_RATE: value = self.coder ? self.coder->bitRate() : self.settings.bitRate; return GOGO_OK;
         case GOGO_ITEM_FREQUENCY: value = self.settings.frequency; return GOGO_OK;
         case GOGO_ITEM_VBR_QUALITY: value = self.settings.vbrQuality; return GOGO_OK;
         case GOGO_ITEM_FRAMES:
-            value = int32_t(std::min<int64_t>(self.frames, INT32_MAX));
+            value = static_cast<int32_t>(std::min<int64_t>(self.frames, INT32_MAX));
             return self.frames > 0 ? GOGO_OK : GOGO_ERROR_STATE;
         default: return GOGO_ERROR_ARGUMENT;
     }
@@ -95,51 +95,51 @@ using namespace gogo;
 
 int32_t MPGE_getUnitStatesVB(int32_t* state) {
     if (state == nullptr) return GOGO_ERROR_ARGUMENT;
-    *state = int32_t(std::max(1u, std::thread::hardware_concurrency()));
+    *state = static_cast<int32_t>(std::max(1u, std::thread::hardware_concurrency()));
     return GOGO_OK;
 }
 
 int32_t MPGE_initializeWorkVB(void) {
-    return guarded([]() -> int32_t {
-        if (work()) return GOGO_ERROR_STATE;
-        work() = std::make_unique<Work>();
+    return Guarded([]() -> int32_t {
+        if (WorkArea()) return GOGO_ERROR_STATE;
+        WorkArea() = std::make_unique<Work>();
         return GOGO_OK;
     });
 }
 
 int32_t MPGE_setConfigureVB(int32_t item, int32_t value, const char* text) {
-    return withWork([&](Work& self) -> int32_t {
-        return self.coder ? int32_t{GOGO_ERROR_STATE} : set(self.settings, item, value, text);
+    return WithWork([&](Work& self) -> int32_t {
+        return self.coder ? int32_t{GOGO_ERROR_STATE} : Set(self.settings, item, value, text);
     });
 }
 
 int32_t MPGE_detectConfigureVB(void) {
-    return withWork([](Work& self) -> int32_t {
+    return WithWork([](Work& self) -> int32_t {
         if (self.coder) return GOGO_ERROR_STATE;
         Error error = Error::None;
         self.coder = Coder::open(self.settings, 0, error);
         self.frames = self.coder ? self.coder->frames() : 0;
-        return int32_t(error);
+        return static_cast<int32_t>(error);
     });
 }
 
 int32_t MPGE_getConfigureVB(int32_t item, int32_t* value) {
-    return withWork([&](Work& self) -> int32_t {
-        return value == nullptr ? int32_t{GOGO_ERROR_ARGUMENT} : get(self, item, *value);
+    return WithWork([&](Work& self) -> int32_t {
+        return value == nullptr ? int32_t{GOGO_ERROR_ARGUMENT} : Get(self, item, *value);
     });
 }
 
 int32_t MPGE_processFrameVB(void) {
-    return withWork([](Work& self) -> int32_t {
+    return WithWork([](Work& self) -> int32_t {
         if (!self.coder) return GOGO_ERROR_STATE;
         const Error error = self.coder->processFrame();
-        if (error != Error::None) return int32_t(error);
+        if (error != Error::None) return static_cast<int32_t>(error);
         return self.coder->finished() ? GOGO_FINISHED : GOGO_OK;
     });
 }
 
 int32_t MPGE_closeCoderVB(void) {
-    return withWork([](Work& self) -> int32_t {
+    return WithWork([](Work& self) -> int32_t {
         self.coder.reset();
         self.frames = 0;
         return GOGO_OK;
@@ -147,8 +147,8 @@ int32_t MPGE_closeCoderVB(void) {
 }
 
 int32_t MPGE_endCoderVB(void) {
-    return guarded([]() -> int32_t {
-        work().reset();
+    return Guarded([]() -> int32_t {
+        WorkArea().reset();
         return GOGO_OK;
     });
 }

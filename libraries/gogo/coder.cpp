@@ -11,9 +11,9 @@ namespace {
 constexpr int kMostThreads = 64;
 
 // Keeps the last `count` samples.
-void keepEnd(Pcm& pcm, size_t count) {
+void KeepEnd(Pcm& pcm, size_t count) {
     for (std::vector<float>* side : {&pcm.left, &pcm.right}) {
-        if (side->size() > count) side->erase(side->begin(), side->end() - long(count));
+        if (side->size() > count) side->erase(side->begin(), side->end() - static_cast<long>(count));
     }
 }
 
@@ -24,27 +24,27 @@ std::unique_ptr<Coder> Coder::open(const Settings& settings, int threads, Error&
     self->settings_ = settings;
     self->reader_ = PcmReader::open(settings.source, settings.frequency, settings.channels == ChannelMode::Mono, error);
     if (!self->reader_) return nullptr;
-    if (vbmp3::isSameFile(settings.source, settings.destination)) {
+    if (vbmp3::IsSameFile(settings.source, settings.destination)) {
         error = Error::SameFile;
         return nullptr;
     }
-    if (!vbmp3::mayReplace(settings.destination)) {
+    if (!vbmp3::MayReplace(settings.destination)) {
         error = Error::Destination;
         return nullptr;
     }
     self->channels_ = self->reader_->channels();
-    if (!askEncoder(settings, self->channels_, self->facts_)) {
+    if (!AskEncoder(settings, self->channels_, self->facts_)) {
         error = Error::Encoder;
         return nullptr;
     }
-    self->frames_ = frameCount(self->reader_->length(), self->facts_);
-    self->parts_ = partCount(self->frames_);
+    self->frames_ = FrameCount(self->reader_->length(), self->facts_);
+    self->parts_ = PartCount(self->frames_);
     self->file_ = vbmp3::FileTransaction::begin(settings.destination);
     if (!self->file_) {
         error = Error::Destination;
         return nullptr;
     }
-    const int cores = threads > 0 ? threads : int(std::thread::hardware_concurrency());
+    const int cores = threads > 0 ? threads : static_cast<int>(std::thread::hardware_concurrency());
     const auto count = std::clamp<int64_t>(cores, 1, std::min<int64_t>(kMostThreads, self->parts_));
     self->allowedPart_ = count + 2;
     try {
@@ -100,7 +100,7 @@ Error Coder::takePart(bool& taken, int64_t& index, Part& part, Pcm& pcm) {
         if (stopping_) return Error::None;
     }
     index = nextPart_++;
-    part = partAt(index, frames_);
+    part = PartAt(index, frames_);
     // LAME gives a frame when it has seen the one after it.
     const int64_t begin = (part.first - part.lead()) * facts_.samplesPerFrame;
     const int64_t end = part.last ? reader_->length()
@@ -108,14 +108,14 @@ Error Coder::takePart(bool& taken, int64_t& index, Part& part, Pcm& pcm) {
                                              (part.first + part.frames + part.overlap() + 1) * facts_.samplesPerFrame);
     pcm = std::move(carry_);
     carry_ = {};
-    if (!read(end - begin - int64_t(pcm.size()), pcm)) {
+    if (!read(end - begin - static_cast<int64_t>(pcm.size()), pcm)) {
         unreadable_ = true;
         return stopping_ ? Error::None : Error::Source;
     }
     if (!part.last) {
         const int64_t nextBegin = (part.first + part.frames - kLeadIn) * facts_.samplesPerFrame;
         carry_ = pcm;
-        keepEnd(carry_, size_t(std::max<int64_t>(0, end - nextBegin)));
+        KeepEnd(carry_, static_cast<size_t>(std::max<int64_t>(0, end - nextBegin)));
     }
     taken = true;
     return Error::None;
@@ -125,8 +125,8 @@ Error Coder::takePart(bool& taken, int64_t& index, Part& part, Pcm& pcm) {
 // early.
 bool Coder::read(int64_t samples, Pcm& pcm) {
     constexpr int64_t kPiece = 32768;
-    pcm.left.reserve(pcm.left.size() + size_t(samples));
-    if (channels_ > 1) pcm.right.reserve(pcm.right.size() + size_t(samples));
+    pcm.left.reserve(pcm.left.size() + static_cast<size_t>(samples));
+    if (channels_ > 1) pcm.right.reserve(pcm.right.size() + static_cast<size_t>(samples));
     for (; samples > 0; samples -= kPiece) {
         if (stopping_ || !reader_->read(std::min(samples, kPiece), pcm)) return false;
     }
@@ -147,7 +147,7 @@ Error Coder::encodeNext(bool& more) {
         return !stopping_.load();
     };
     FrameRun run;
-    const Error error = encodePart(settings_, channels_, part, pcm, frameDone, run);
+    const Error error = EncodePart(settings_, channels_, part, pcm, frameDone, run);
     if (error != Error::None || stopping_) return error;
     {
         const std::lock_guard lock(mutex_);
@@ -219,23 +219,23 @@ Error Coder::write(const FrameRun& run) {
         info_.sourceRate = reader_->sourceRate();
         info_.lowpass = facts_.lowpass;
         info_.encoderDelay = facts_.delay;
-        info_.encoderPadding = int(frames_ * facts_.samplesPerFrame - facts_.delay - reader_->length());
-        const auto placeholder = makeInfoFrame(info_);
+        info_.encoderPadding = static_cast<int>(frames_ * facts_.samplesPerFrame - facts_.delay - reader_->length());
+        const auto placeholder = MakeInfoFrame(info_);
         infoBytes_ = placeholder.size();
         if (infoBytes_ == 0) return Error::Encoder;
         if (!file_->write(placeholder)) return Error::Destination;
     }
     for (int64_t frame = run.first(); frame < run.end(); ++frame)
-        info_.frameSizes.push_back(uint16_t(run.frameBytes(frame)));
+        info_.frameSizes.push_back(static_cast<uint16_t>(run.frameBytes(frame)));
     info_.soundBytes += run.bytes().size();
-    info_.soundCrc = crc16(info_.soundCrc, run.bytes());
+    info_.soundCrc = Crc16(info_.soundCrc, run.bytes());
     return file_->write(run.bytes()) ? Error::None : Error::Destination;
 }
 
 Error Coder::finish() {
     stop();
-    const auto info = makeInfoFrame(info_);
-    if (info.size() != infoBytes_ || int64_t(info_.frameSizes.size()) != frames_) return Error::Encoder;
+    const auto info = MakeInfoFrame(info_);
+    if (info.size() != infoBytes_ || static_cast<int64_t>(info_.frameSizes.size()) != frames_) return Error::Encoder;
     if (!file_->writeAt(0, info) || file_->commit() != vbmp3::FileTransaction::Error::None) return Error::Destination;
     file_.reset();
     finished_ = true;

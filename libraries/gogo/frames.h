@@ -19,7 +19,7 @@ class FrameRun {
     bool assign(std::vector<uint8_t> bytes, int64_t first);
 
     int64_t first() const { return first_; }
-    int64_t end() const { return first_ + int64_t(frames_.size()); }
+    int64_t end() const { return first_ + static_cast<int64_t>(frames_.size()); }
     const std::vector<uint8_t>& bytes() const { return bytes_; }
     int frameBytes(int64_t frame) const;
     int mainDataBegin(int64_t frame) const;  // bytes
@@ -39,7 +39,7 @@ class FrameRun {
         uint16_t begin;   // main_data_begin
         uint16_t shapes;  // of the windows, three bits a granule and channel
     };
-    const Frame& at(int64_t frame) const { return frames_[size_t(frame - first_)]; }
+    const Frame& at(int64_t frame) const { return frames_[static_cast<size_t>(frame - first_)]; }
     bool fits(const FrameRun& next, int64_t seam) const;
     size_t endOf(size_t index) const { return index + 1 < frames_.size() ? frames_[index + 1].offset : bytes_.size(); }
 

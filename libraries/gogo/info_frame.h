@@ -10,7 +10,7 @@
 namespace gogo {
 
 // CRC-16 with the reversed polynomial 0xA001, as the tag uses it.
-uint16_t crc16(uint16_t crc, std::span<const uint8_t> bytes);
+uint16_t Crc16(uint16_t crc, std::span<const uint8_t> bytes);
 
 struct InfoFrameFields {
     std::array<uint8_t, 4> firstHeader{};  // of the sound
@@ -27,6 +27,6 @@ struct InfoFrameFields {
 };
 
 // Its bytes; the size depends on the header alone. Empty when the header is none.
-std::vector<uint8_t> makeInfoFrame(const InfoFrameFields& fields);
+std::vector<uint8_t> MakeInfoFrame(const InfoFrameFields& fields);
 
 }  // namespace gogo

@@ -14,18 +14,18 @@ struct Closer {
 };
 using Lame = std::unique_ptr<lame_global_flags, Closer>;
 
-void quiet(const char*, va_list) {}
+void Quiet(const char*, va_list) {}
 
-Lame makeLame(const Settings& settings, int channels) {
+Lame MakeLame(const Settings& settings, int channels) {
     // LAME fills tables that all its encoders share each time one is made, with the same numbers: harmless to the
     // encoders that run, but two at once would be asking for trouble.
     static std::mutex making;
     const std::lock_guard lock(making);
     Lame lame(lame_init());
     if (!lame) return nullptr;
-    lame_set_errorf(lame.get(), quiet);
-    lame_set_msgf(lame.get(), quiet);
-    lame_set_debugf(lame.get(), quiet);
+    lame_set_errorf(lame.get(), Quiet);
+    lame_set_msgf(lame.get(), Quiet);
+    lame_set_debugf(lame.get(), Quiet);
     lame_set_in_samplerate(lame.get(), settings.frequency);
     lame_set_out_samplerate(lame.get(), settings.frequency);
     lame_set_num_channels(lame.get(), channels);
@@ -45,21 +45,21 @@ Lame makeLame(const Settings& settings, int channels) {
 
 }  // namespace
 
-int64_t partCount(int64_t frames) {
+int64_t PartCount(int64_t frames) {
     // A short rest belongs to the part before it, which leaves room for its overlap.
     return std::max<int64_t>(1, (frames + kPartFrames / 2) / kPartFrames);
 }
 
-Part partAt(int64_t index, int64_t frames) {
+Part PartAt(int64_t index, int64_t frames) {
     Part part;
     part.first = index * kPartFrames;
-    part.last = index + 1 == partCount(frames);
+    part.last = index + 1 == PartCount(frames);
     part.frames = part.last ? frames - part.first : kPartFrames;
     return part;
 }
 
-bool askEncoder(const Settings& settings, int channels, EncoderFacts& facts) {
-    const Lame lame = makeLame(settings, channels);
+bool AskEncoder(const Settings& settings, int channels, EncoderFacts& facts) {
+    const Lame lame = MakeLame(settings, channels);
     if (!lame) return false;
     facts.samplesPerFrame = lame_get_framesize(lame.get());
     facts.delay = lame_get_encoder_delay(lame.get());
@@ -68,7 +68,7 @@ bool askEncoder(const Settings& settings, int channels, EncoderFacts& facts) {
     return facts.samplesPerFrame > 0;
 }
 
-int64_t frameCount(int64_t samples, const EncoderFacts& facts) {
+int64_t FrameCount(int64_t samples, const EncoderFacts& facts) {
     // LAME fills the last frame up and adds another one when less than half an MPEG-1 frame was to fill.
     const int64_t size = facts.samplesPerFrame;
     int64_t padding = size - (samples + facts.delay) % size;
@@ -76,11 +76,11 @@ int64_t frameCount(int64_t samples, const EncoderFacts& facts) {
     return (samples + facts.delay + padding) / size;
 }
 
-Error encodePart(const Settings& settings, int channels, const Part& part, const Pcm& pcm,
+Error EncodePart(const Settings& settings, int channels, const Part& part, const Pcm& pcm,
                  const std::function<bool()>& frameDone, FrameRun& result) {
-    const Lame lame = makeLame(settings, channels);
+    const Lame lame = MakeLame(settings, channels);
     if (!lame) return Error::Memory;
-    const size_t frame = size_t(lame_get_framesize(lame.get()));
+    const size_t frame = static_cast<size_t>(lame_get_framesize(lame.get()));
     const int64_t wanted = part.lead() + part.frames + part.overlap();
     std::vector<uint8_t> bytes(part.frames * 480), piece(2 * frame + 7200 + 65536);
     bytes.clear();
@@ -88,10 +88,11 @@ Error encodePart(const Settings& settings, int channels, const Part& part, const
     int done = 0;
     // One frame of samples gives one frame of sound at most.
     for (size_t at = 0; at < pcm.size() && done < wanted; at += frame) {
-        const int count = int(std::min(frame, pcm.size() - at));
+        const int count = static_cast<int>(std::min(frame, pcm.size() - at));
         const float* left = pcm.left.data() + at;
         const float* right = channels == 1 ? left : pcm.right.data() + at;
-        const int got = lame_encode_buffer_float(lame.get(), left, right, count, piece.data(), int(piece.size()));
+        const int got =
+            lame_encode_buffer_float(lame.get(), left, right, count, piece.data(), static_cast<int>(piece.size()));
         if (got < 0) return got == -2 ? Error::Memory : Error::Encoder;
         append(got);
         const int before = done;
@@ -99,15 +100,16 @@ Error encodePart(const Settings& settings, int channels, const Part& part, const
         if (done == before) continue;
         if (done == part.lead()) {
             // Ends the lead-in's bit reservoir, so that nothing of the part stands in the frames to be dropped.
-            if (lame_encode_flush_nogap(lame.get(), piece.data(), int(piece.size())) < 0) return Error::Encoder;
+            if (lame_encode_flush_nogap(lame.get(), piece.data(), static_cast<int>(piece.size())) < 0)
+                return Error::Encoder;
             bytes.clear();
         } else if (done > part.lead() && done <= part.lead() + part.frames && !frameDone()) {
             result = FrameRun();
             return Error::None;
         }
     }
-    const int rest = part.last ? lame_encode_flush(lame.get(), piece.data(), int(piece.size()))
-                               : lame_encode_flush_nogap(lame.get(), piece.data(), int(piece.size()));
+    const int rest = part.last ? lame_encode_flush(lame.get(), piece.data(), static_cast<int>(piece.size()))
+                               : lame_encode_flush_nogap(lame.get(), piece.data(), static_cast<int>(piece.size()));
     if (rest < 0) return Error::Encoder;
     append(rest);
     if (!result.assign(std::move(bytes), part.first) || result.end() != part.first + part.frames + part.overlap())

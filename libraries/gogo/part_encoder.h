@@ -32,8 +32,8 @@ struct Part {
 };
 
 // Number of the parts of a file of `frames` frames, and part `index` of them.
-int64_t partCount(int64_t frames);
-Part partAt(int64_t index, int64_t frames);
+int64_t PartCount(int64_t frames);
+Part PartAt(int64_t index, int64_t frames);
 
 // What an encoder of these settings will do.
 struct EncoderFacts {
@@ -44,14 +44,14 @@ struct EncoderFacts {
 };
 
 // False when LAME refuses the settings.
-bool askEncoder(const Settings& settings, int channels, EncoderFacts& facts);
+bool AskEncoder(const Settings& settings, int channels, EncoderFacts& facts);
 
 // Frames that LAME makes of so many samples, its delay and padding included.
-int64_t frameCount(int64_t samples, const EncoderFacts& facts);
+int64_t FrameCount(int64_t samples, const EncoderFacts& facts);
 
 // Encodes the samples of a part, which begin with its lead-in. `frameDone` is called after every frame of the part
 // itself; it returns false to give up. The result is None, Memory or Encoder; after giving up None with no frames.
-Error encodePart(const Settings& settings, int channels, const Part& part, const Pcm& pcm,
+Error EncodePart(const Settings& settings, int channels, const Part& part, const Pcm& pcm,
                  const std::function<bool()>& frameDone, FrameRun& result);
 
 }  // namespace gogo

@@ -17,7 +17,7 @@ std::string Narrow(std::wstring_view utf16) {
     return Utf16ToUtf8(text);
 }
 
-std::wstring WidePath(std::string_view utf8) { return vbmp3::widePath(utf8); }
+std::wstring WidePath(std::string_view utf8) { return vbmp3::WidePath(utf8); }
 
 int ShiftState() {
     const auto held = [](int key) { return GetKeyState(key) < 0; };

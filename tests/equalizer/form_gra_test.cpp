@@ -85,8 +85,13 @@ TEST_F(FormGraTest, TheLibraryIsToldWhatCountsForTheTrackThatSounds) {
         PlayStatus status;
         bool reload;
     };
-    for (const Case& c : {Case{kMp3, kPlay, true}, {kRmp, kPause, true}, {kMp3, kDecode, true}, {kMp3, kStop, false},
-                          {kWavePcm, kPlay, false}, {kMidi, kPlay, false}, {kUnknownKind, kPlay, false},
+    for (const Case& c : {Case{kMp3, kPlay, true},
+                          {kRmp, kPause, true},
+                          {kMp3, kDecode, true},
+                          {kMp3, kStop, false},
+                          {kWavePcm, kPlay, false},
+                          {kMidi, kPlay, false},
+                          {kUnknownKind, kPlay, false},
                           {kMp3, kLoad, false}}) {
         Equalizer e;
         e.state.MediaKind = {c.kind};
@@ -180,7 +185,8 @@ TEST_F(FormGraTest, EverySliderShowsItsValueWhoeverMovesIt) {
 double Heard(const std::vector<float>& filter, double hz, double rate) {
     std::complex<double> sum = 0;
     for (std::size_t i = 0; i < filter.size(); ++i)
-        sum += static_cast<double>(filter[i]) * std::polar(1.0, -2 * std::numbers::pi * hz / rate * static_cast<double>(i));
+        sum += static_cast<double>(filter[i]) *
+               std::polar(1.0, -2 * std::numbers::pi * hz / rate * static_cast<double>(i));
     return 20 * std::log10(std::abs(sum));
 }
 
@@ -194,7 +200,7 @@ TEST(EqualizerCurve, WhatIsDrawnIsWhatIsHeard) {
     for (int i = 0; i < 8; ++i)
         for (std::int32_t& gain : patterns.emplace_back()) gain = static_cast<std::int32_t>(random() % 241) - 120;
     for (const Gains& gains : patterns) {
-        const std::vector<float> filter = vbmp3::designEqualizer(gains, static_cast<int>(kRate));
+        const std::vector<float> filter = vbmp3::DesignEqualizer(gains, static_cast<int>(kRate));
         Knobs knobs;
         for (std::size_t i = 0; i < kEqualizerBands; ++i) {
             knobs.x[i] = 30.0 * static_cast<double>(i);
@@ -203,8 +209,10 @@ TEST(EqualizerCurve, WhatIsDrawnIsWhatIsHeard) {
         const EqualizerCurve curve(knobs);
         for (double x = 0; x < knobs.x.back(); x += 2) {
             const auto i = static_cast<std::size_t>(x / 30);
-            const double hz = kEqualizerHz[i] * std::pow(kEqualizerHz[i + 1] / kEqualizerHz[i], x / 30 - static_cast<double>(i));
-            EXPECT_NEAR(curve.at(x), Heard(filter, hz, kRate), 0.25) << testing::PrintToString(gains) << ' ' << hz << " Hz";
+            const double hz =
+                kEqualizerHz[i] * std::pow(kEqualizerHz[i + 1] / kEqualizerHz[i], x / 30 - static_cast<double>(i));
+            EXPECT_NEAR(curve.at(x), Heard(filter, hz, kRate), 0.25)
+                << testing::PrintToString(gains) << ' ' << hz << " Hz";
         }
         EXPECT_DOUBLE_EQ(curve.at(-50), knobs.y.front());
         EXPECT_DOUBLE_EQ(curve.at(500), knobs.y.back());

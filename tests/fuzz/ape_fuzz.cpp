@@ -10,12 +10,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     HeadTailReader reader(source);
     for (const size_t end : {size, size / 2}) {
         const ByteRange range{0, static_cast<int64_t>(end)};
-        const TagFields fields = readApe(reader, range);
+        const TagFields fields = ReadApe(reader, range);
         size_t length = 0;
         for (const auto field : kTextFields) length += (fields.*field).size();
         // A byte of Latin-1 takes two, one that is no character three, and values are parted by three.
         if (length > 4 * end) std::abort();
-        const TagExtras extras = readApeExtras(reader, range);
+        const TagExtras extras = ReadApeExtras(reader, range);
         if (extras.pictures + extras.others > 1 + static_cast<int>(end / 9)) std::abort();
     }
     return 0;

@@ -8,7 +8,7 @@ using namespace vbmp3;
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const MemorySource source({data, size});
     HeadTailReader reader(source);
-    const FileLayout layout = scanFileLayout(reader);
+    const FileLayout layout = ScanFileLayout(reader);
     const auto inside = [&](const ByteRange& range) {
         if (range.begin < 0 || range.end < range.begin || range.end > layout.fileSize) std::abort();
     };
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     inside(layout.data);
     inside(layout.riff);
     inside(layout.id3v1());
-    readTags(reader, layout);
-    for (const int kind : {kTagId3v1, kTagId3v2, kTagSi}) readTagKind(reader, layout, kind);
+    ReadTags(reader, layout);
+    for (const int kind : {kTagId3v1, kTagId3v2, kTagSi}) ReadTagKind(reader, layout, kind);
     return 0;
 }

@@ -11,21 +11,21 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const MemorySource source({data, size});
     HeadTailReader reader(source);
     const ByteRange all{0, static_cast<int64_t>(size)};
-    readId3v2(reader, all);
-    auto tag = parseId3v2(reader, all);
+    ReadId3v2(reader, all);
+    auto tag = ParseId3v2(reader, all);
     if (!tag) return 0;
     TagFields fields{"title", "夜曲", "🎵", "comment", "2001", "Rock", "5", 17};
-    const int pictures = extrasOf(*tag).pictures;
+    const int pictures = ExtrasOf(*tag).pictures;
     const auto rest = tag->rest;
-    setFields(*tag, fields);
-    if (extrasOf(*tag).pictures != pictures) std::abort();
-    const auto bytes = makeId3v2(*tag);
+    SetFields(*tag, fields);
+    if (ExtrasOf(*tag).pictures != pictures) std::abort();
+    const auto bytes = MakeId3v2(*tag);
     if (!bytes) return 0;
     if (!std::equal(rest.rbegin(), rest.rend(), bytes->rbegin())) std::abort();
     // What is no frame may look like one to who does not know where it began.
     if (!rest.empty()) return 0;
     const MemorySource edited(*bytes);
     HeadTailReader again(edited);
-    if (readId3v2(again, {0, edited.size()}) != fields) std::abort();
+    if (ReadId3v2(again, {0, edited.size()}) != fields) std::abort();
     return 0;
 }

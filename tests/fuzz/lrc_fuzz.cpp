@@ -2,8 +2,9 @@
 #include "tests/fuzz/lyrics_check.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto text = vbmp3::decodeLyrics({data, size});
+    const auto text = vbmp3::DecodeLyrics({data, size});
     if (!text) return 0;
-    for (const auto format : {vbmp3::LyricsFormat::Lrc, vbmp3::LyricsFormat::Kra, vbmp3::LyricsFormat::Text}) CheckLyrics(*text, format);
+    for (const auto format : {vbmp3::LyricsFormat::Lrc, vbmp3::LyricsFormat::Kra, vbmp3::LyricsFormat::Text})
+        CheckLyrics(*text, format);
     return 0;
 }

@@ -11,7 +11,7 @@
 inline void CheckLyrics(std::string_view utf8, vbmp3::LyricsFormat format) {
     using namespace vbmp3;
     for (const bool atMarkTags : {true, false}) {
-        const Lyrics lyrics = parseLyrics(utf8, format, {atMarkTags});
+        const Lyrics lyrics = ParseLyrics(utf8, format, {atMarkTags});
         if (lyrics.lines.size() > 20000) std::abort();
         for (size_t i = 0; i < lyrics.lines.size(); ++i) {
             const LyricsLine& line = lyrics.lines[i];

@@ -9,9 +9,9 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace vbmp3;
     const auto file = std::make_shared<MemorySource>(std::span(data, size));
-    const auto info = probe(*file, scanFileLayout(*file));
+    const auto info = Probe(*file, ScanFileLayout(*file));
     if (!info) return 0;
-    const auto source = openSource(file, *info);
+    const auto source = OpenSource(file, *info);
     if (!source) return 0;
     std::vector<float> block(2 * 1000);
     const auto listen = [&](int blocks) {

@@ -10,7 +10,7 @@ using namespace vbmp3;
 
 namespace {
 
-std::vector<uint8_t> carriedOut(const Recipe& recipe, const ByteSource& source) {
+std::vector<uint8_t> CarriedOut(const Recipe& recipe, const ByteSource& source) {
     std::vector<uint8_t> out;
     const bool whole = recipe.carryOut(source, [&](std::span<const uint8_t> part) {
         out.insert(out.end(), part.begin(), part.end());
@@ -26,21 +26,21 @@ std::vector<uint8_t> carriedOut(const Recipe& recipe, const ByteSource& source) 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const MemorySource source({data, size});
     HeadTailReader reader(source);
-    const FileLayout layout = scanFileLayout(reader);
+    const FileLayout layout = ScanFileLayout(reader);
     const TagFields fields{"title", "夜曲", "🎵", "comment", "2001", "Rock", "5", 17};
-    for (const auto& plan : {planRmp(reader, layout), planMp3(reader, layout), planRemove(reader, layout, kTagAll)})
-        if (plan) carriedOut(*plan, source);
+    for (const auto& plan : {PlanRmp(reader, layout), PlanMp3(reader, layout), PlanRemove(reader, layout, kTagAll)})
+        if (plan) CarriedOut(*plan, source);
     if (layout.container == Container::None || layout.data.empty() || layout.wide) return 0;
     // A chunk with such a name is taken for the tag when it happens to begin where that would.
     for (const RiffChunk& chunk : layout.chunks)
         if (std::string_view(chunk.id.data(), 3) == "TAG") return 0;
-    const auto plan = planWrite(reader, layout, kTagSi, fields);
+    const auto plan = PlanWrite(reader, layout, kTagSi, fields);
     if (!plan) std::abort();
-    const auto edited = carriedOut(*plan, source);
+    const auto edited = CarriedOut(*plan, source);
     const MemorySource again(edited);
     HeadTailReader editedReader(again);
-    const FileLayout editedLayout = scanFileLayout(editedReader);
-    if (readTagKind(editedReader, editedLayout, kTagSi) != fields) std::abort();
+    const FileLayout editedLayout = ScanFileLayout(editedReader);
+    if (ReadTagKind(editedReader, editedLayout, kTagSi) != fields) std::abort();
     // An ID3v1 tag in the data chunk moves to the list; the sound before it does not change.
     const auto sound = [](const uint8_t* bytes, const ByteRange& range) {
         return std::span(bytes + range.begin, static_cast<size_t>(range.size()));

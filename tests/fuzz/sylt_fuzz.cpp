@@ -4,11 +4,11 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const double msPerFrame : {0.0, 26.122}) {
-        if (const auto text = vbmp3::readSylt({data, size}, msPerFrame)) {
-            if (!vbmp3::parseLyrics(*text, vbmp3::LyricsFormat::Text).timed) std::abort();
+        if (const auto text = vbmp3::ReadSylt({data, size}, msPerFrame)) {
+            if (!vbmp3::ParseLyrics(*text, vbmp3::LyricsFormat::Text).timed) std::abort();
             CheckLyrics(*text, vbmp3::LyricsFormat::Text);
         }
     }
-    if (const auto text = vbmp3::readUslt({data, size})) CheckLyrics(*text, vbmp3::LyricsFormat::Text);
+    if (const auto text = vbmp3::ReadUslt({data, size})) CheckLyrics(*text, vbmp3::LyricsFormat::Text);
     return 0;
 }

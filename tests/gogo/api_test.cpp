@@ -15,7 +15,7 @@ class Api : public testing::Test {
 };
 
 TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame) {
-    const std::string source = dir.write("音.wav", wave(music(48000, 2, 50000), 48000, 2));
+    const std::string source = dir.write("音.wav", Wave(Music(48000, 2, 50000), 48000, 2));
     for (int run = 0; run < 2; ++run) {
         ASSERT_EQ(MPGE_initializeWorkVB(), GOGO_OK);
         EXPECT_EQ(MPGE_setConfigureVB(1, 0, source.c_str()), GOGO_OK);
@@ -30,7 +30,7 @@ TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame) {
         for (int32_t i = 1; i < frames; ++i) ASSERT_EQ(MPGE_processFrameVB(), GOGO_OK) << i;
         EXPECT_EQ(MPGE_processFrameVB(), GOGO_FINISHED);
         EXPECT_EQ(MPGE_processFrameVB(), GOGO_ERROR_STATE);
-        EXPECT_EQ(decodeByMpg123(result).frames(), 45938);
+        EXPECT_EQ(DecodeByMpg123(result).frames(), 45938);
         EXPECT_EQ(MPGE_closeCoderVB(), GOGO_OK);
         EXPECT_EQ(MPGE_endCoderVB(), GOGO_OK);
     }

@@ -29,7 +29,7 @@ class Encoding : public testing::Test {
         return s;
     }
     void write(const Samples& samples, int rate = 44100, int channels = 2) {
-        dir.write(source, wave(samples, rate, channels));
+        dir.write(source, Wave(samples, rate, channels));
     }
 
     TempDir dir;
@@ -45,104 +45,105 @@ TEST_F(Encoding, SoundChannelsAndExactLengthAreKept) {
     } cases[] = {{1, ChannelMode::JointStereo, 1}, {2, ChannelMode::JointStereo, 2}, {2, ChannelMode::Mono, 1}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.channels << " as " << c.heard);
-        Samples sound = music(44100, c.channels, 30011);
+        Samples sound = Music(44100, c.channels, 30011);
         write(sound, 44100, c.channels);
         Settings s = settings(192);
         s.channels = c.mode;
-        ASSERT_EQ(encode(s), 28);
-        const Decoded heard = decodeByMpg123(result);
+        ASSERT_EQ(Encode(s), 28);
+        const Decoded heard = DecodeByMpg123(result);
         ASSERT_EQ(heard.channels, c.heard);
         ASSERT_EQ(heard.frames(), 30011);
         if (c.heard < c.channels) {
             for (size_t i = 0; i < 30011; ++i) sound[i] = (sound[2 * i] + sound[2 * i + 1]) / 2;
         }
-        EXPECT_LT(differenceDb(sound, heard.samples, c.heard, 0, 30011), -15);
+        EXPECT_LT(DifferenceDb(sound, heard.samples, c.heard, 0, 30011), -15);
     }
 }
 
 TEST_F(Encoding, EveryFrequencyIsReachedFromEveryOtherWithoutAShift) {
     const auto twoSeconds = [](int rate) {
-        Samples sound(size_t(rate) * 2);
-        for (size_t i = 0; i < sound.size(); ++i) sound[i] = float(0.4 * std::sin(2 * M_PI * 440 * double(i) / rate));
+        Samples sound(static_cast<size_t>(rate) * 2);
+        for (size_t i = 0; i < sound.size(); ++i)
+            sound[i] = static_cast<float>(0.4 * std::sin(2 * M_PI * 440 * static_cast<double>(i) / rate));
         return sound;
     };
     for (const int from : {8000, 22050, 44100, 48000, 96000}) {
         write(twoSeconds(from), from, 1);
         for (const int to : {48000, 44100, 32000, 24000, 22050, 16000, 12000, 11025, 8000}) {
             SCOPED_TRACE(testing::Message() << from << " Hz to " << to << " Hz");
-            ASSERT_GT(encode(settings(64, to)), 0);
-            const Decoded heard = decodeByMpg123(result);
+            ASSERT_GT(Encode(settings(64, to)), 0);
+            const Decoded heard = DecodeByMpg123(result);
             ASSERT_EQ(heard.sampleRate, to);
             ASSERT_EQ(heard.frames(), to * 2);
-            EXPECT_LT(differenceDb(twoSeconds(to), heard.samples, 1, to / 4, to * 7 / 4), -25);
+            EXPECT_LT(DifferenceDb(twoSeconds(to), heard.samples, 1, to / 4, to * 7 / 4), -25);
         }
     }
 }
 
 TEST_F(Encoding, BitRatesAreTheNearestThatTheFrequencyAllows) {
-    write(music(44100, 2, 20000));
+    write(Music(44100, 2, 20000));
     struct {
         int asked, frequency, got;
     } const cases[] = {{320, 44100, 320}, {32, 48000, 32}, {320, 22050, 160}, {96, 32000, 96}};
     for (const auto& c : cases) {
-        ASSERT_GT(encode(settings(c.asked, c.frequency)), 0);
-        const Bytes file = readBytes(result);
-        const auto first = vbmp3::parseFrameHeader(file);
+        ASSERT_GT(Encode(settings(c.asked, c.frequency)), 0);
+        const Bytes file = ReadBytes(result);
+        const auto first = vbmp3::ParseFrameHeader(file);
         ASSERT_TRUE(first);
-        const auto sound = vbmp3::parseFrameHeader(std::span(file).subspan(size_t(first->frameBytes)));
+        const auto sound = vbmp3::ParseFrameHeader(std::span(file).subspan(static_cast<size_t>(first->frameBytes)));
         ASSERT_TRUE(sound) << c.asked;
         EXPECT_EQ(sound->bitRate, c.got * 1000);
         // Even where the file's own frames have no room for the information about it.
-        EXPECT_EQ(decodeByMpg123(result).frames(), (20000LL * c.frequency + 44099) / 44100);
+        EXPECT_EQ(DecodeByMpg123(result).frames(), (20000LL * c.frequency + 44099) / 44100);
     }
 }
 
 TEST_F(Encoding, VariableBitRateKeepsToItsLeast) {
-    Samples sound = music(44100, 2, 60000);
+    Samples sound = Music(44100, 2, 60000);
     std::fill(sound.begin(), sound.begin() + 2 * 20000, 0.0f);
     write(sound);
     size_t before = SIZE_MAX;
     for (const int quality : {0, 5, 9}) {
         Settings s = settings(64);
         s.vbrQuality = quality;
-        ASSERT_GT(encode(s), 0);
-        const Bytes file = readBytes(s.destination);
+        ASSERT_GT(Encode(s), 0);
+        const Bytes file = ReadBytes(s.destination);
         EXPECT_LT(file.size(), before) << quality;
         before = file.size();
-        EXPECT_EQ(decodeByMpg123(s.destination).frames(), 60000);
+        EXPECT_EQ(DecodeByMpg123(s.destination).frames(), 60000);
         FrameRun run;
         ASSERT_TRUE(run.assign(file, 0));
         std::set<int> rates;
         size_t at = 0;
-        for (int64_t frame = 0; frame < run.end(); at += size_t(run.frameBytes(frame)), ++frame)
-            rates.insert(vbmp3::parseFrameHeader(std::span(file).subspan(at))->bitRate);
+        for (int64_t frame = 0; frame < run.end(); at += static_cast<size_t>(run.frameBytes(frame)), ++frame)
+            rates.insert(vbmp3::ParseFrameHeader(std::span(file).subspan(at))->bitRate);
         EXPECT_EQ(*rates.begin(), 64000);
         EXPECT_GT(rates.size(), 1u);
     }
 }
 
 TEST_F(Encoding, TheInformationFrameIsTrue) {
-    write(music(44100, 2, 100000));
-    const int64_t frames = encode(settings());
-    const Bytes file = readBytes(result);
-    const auto header = vbmp3::parseFrameHeader(file);
+    write(Music(44100, 2, 100000));
+    const int64_t frames = Encode(settings());
+    const Bytes file = ReadBytes(result);
+    const auto header = vbmp3::ParseFrameHeader(file);
     ASSERT_TRUE(header);
-    const auto info = vbmp3::parseInfoFrame(*header, std::span(file).first(size_t(header->frameBytes)));
+    const auto info = vbmp3::ParseInfoFrame(*header, std::span(file).first(static_cast<size_t>(header->frameBytes)));
     ASSERT_TRUE(info);
     EXPECT_EQ(info->kind, vbmp3::InfoFrame::Kind::Info);
-    EXPECT_EQ(info->frames, uint32_t(frames));
+    EXPECT_EQ(info->frames, static_cast<uint32_t>(frames));
     EXPECT_EQ(info->bytes, file.size());
     EXPECT_STREQ(info->encoder, "LAME3.100");
     EXPECT_EQ(info->encoderDelay, 576);
     EXPECT_EQ(100000 + 576 + info->encoderPadding, frames * 1152);
-    const size_t end = size_t(4 + header->sideInfoBytes() + 156);
-    const auto big16 = [&](size_t at) { return unsigned(file[at] << 8 | file[at + 1]); };
-    EXPECT_EQ(big16(end - 4), crc16(0, std::span(file).subspan(size_t(header->frameBytes))));
-    EXPECT_EQ(big16(end - 2), crc16(0, std::span(file).first(end - 2)));
+    const size_t end = static_cast<size_t>(4 + header->sideInfoBytes() + 156);
+    const auto big16 = [&](size_t at) { return static_cast<unsigned>(file[at] << 8 | file[at + 1]); };
+    EXPECT_EQ(big16(end - 4), Crc16(0, std::span(file).subspan(static_cast<size_t>(header->frameBytes))));
+    EXPECT_EQ(big16(end - 2), Crc16(0, std::span(file).first(end - 2)));
 }
 
 TEST_F(Encoding, ACancelledOrFailedRunLeavesTheOldFile) {
-    write(music(44100, 2, 44100 * 40));
+    write(Music(44100, 2, 44100 * 40));
     const Bytes old{1, 2, 3};
     dir.write(result, old);
     const auto opened = [&](int threads) {
@@ -150,14 +151,14 @@ TEST_F(Encoding, ACancelledOrFailedRunLeavesTheOldFile) {
         return Coder::open(settings(), threads, error);
     };
     const auto isAsBefore = [&] {
-        return readBytes(result) == old && dir.names() == std::set<std::string>{"source.wav", "result.mp3"};
+        return ReadBytes(result) == old && dir.names() == std::set<std::string>{"source.wav", "result.mp3"};
     };
     for (const int frames : {0, 1, 100, 1200}) {
         auto coder = opened(2);
         ASSERT_TRUE(coder);
         EXPECT_EQ(coder->frames(), 1533);
         for (int i = 0; i < frames; ++i) ASSERT_EQ(coder->processFrame(), Error::None);
-        EXPECT_EQ(readBytes(result), old);
+        EXPECT_EQ(ReadBytes(result), old);
         coder.reset();
         EXPECT_TRUE(isAsBefore()) << frames;
     }
@@ -182,10 +183,10 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile) {
         return error;
     };
     EXPECT_EQ(failure(result), Error::Source);
-    const Bytes sound = wave(gogo::test::music(44100, 2, 3000), 44100, 2);
+    const Bytes sound = Wave(gogo::test::Music(44100, 2, 3000), 44100, 2);
     for (const Bytes& bytes :
-         {Bytes{}, Bytes(3000, 'x'), mp3File(44100, 2, std::vector<int16_t>(20000)), wave({}, 44100, 2),
-          waveFile(500, 2, std::vector<int16_t>(6000)), waveFile(pcmFmt(0x161, 2, 44100, 16), Bytes(2000))}) {
+         {Bytes{}, Bytes(3000, 'x'), Mp3File(44100, 2, std::vector<int16_t>(20000)), Wave({}, 44100, 2),
+          WaveFile(500, 2, std::vector<int16_t>(6000)), WaveFile(PcmFmt(0x161, 2, 44100, 16), Bytes(2000))}) {
         dir.write(source, bytes);
         EXPECT_EQ(failure(result), Error::Format) << bytes.size();
     }
@@ -196,23 +197,23 @@ TEST_F(Encoding, WhatCannotBeEncodedIsAnErrorAndNotAFile) {
     std::filesystem::create_symlink(source, dir.path("soft.mp3"));
     for (const std::string& same : {source, dir.path("link.mp3"), dir.path("soft.mp3")})
         EXPECT_EQ(failure(same), Error::SameFile) << same;
-    EXPECT_EQ(readBytes(source), sound);
+    EXPECT_EQ(ReadBytes(source), sound);
     const std::string locked = dir.write("locked.mp3", Bytes{1});
     std::filesystem::permissions(locked, std::filesystem::perms::owner_read);
     EXPECT_EQ(failure(locked), Error::Destination);
-    EXPECT_EQ(readBytes(locked), Bytes{1});
+    EXPECT_EQ(ReadBytes(locked), Bytes{1});
     EXPECT_EQ(dir.names().size(), 4u);
 }
 
 TEST_F(Encoding, AFullDiskIsAnErrorAndLeavesNothing) {
     // A file size limit of the process stands in for the disk's.
-    write(music(44100, 2, 44100 * 30));
+    write(Music(44100, 2, 44100 * 30));
     const pid_t child = fork();
     if (child == 0) {
         signal(SIGXFSZ, SIG_IGN);
         const struct rlimit limit { 200000, 200000 };
         setrlimit(RLIMIT_FSIZE, &limit);
-        _exit(encode(settings()) == -int64_t(Error::Destination) ? 0 : 1);
+        _exit(Encode(settings()) == -static_cast<int64_t>(Error::Destination) ? 0 : 1);
     }
     int status = -1;
     waitpid(child, &status, 0);

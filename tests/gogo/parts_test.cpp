@@ -19,7 +19,7 @@ namespace {
 constexpr int64_t kLength = 1152 * 2600;
 
 // By one encoder from front to back.
-Samples oneEncoder(const TempDir& dir, const Samples& sound, const Settings& settings) {
+Samples OneEncoder(const TempDir& dir, const Samples& sound, const Settings& settings) {
     lame_global_flags* lame = lame_init();
     lame_set_in_samplerate(lame, 44100);
     lame_set_out_samplerate(lame, 44100);
@@ -35,12 +35,12 @@ Samples oneEncoder(const TempDir& dir, const Samples& sound, const Settings& set
     }
     lame_init_params(lame);
     Bytes bytes(sound.size() + 100000);
-    const int got = lame_encode_buffer_interleaved_ieee_float(lame, sound.data(), int(sound.size() / 2), bytes.data(),
-                                                              int(bytes.size()));
-    const int rest = lame_encode_flush(lame, bytes.data() + got, int(bytes.size()) - got);
+    const int got = lame_encode_buffer_interleaved_ieee_float(lame, sound.data(), static_cast<int>(sound.size() / 2),
+                                                              bytes.data(), static_cast<int>(bytes.size()));
+    const int rest = lame_encode_flush(lame, bytes.data() + got, static_cast<int>(bytes.size()) - got);
     lame_close(lame);
-    bytes.resize(size_t(got + rest));
-    Samples heard = decodeByMpg123(dir.write("one.mp3", bytes)).samples;
+    bytes.resize(static_cast<size_t>(got + rest));
+    Samples heard = DecodeByMpg123(dir.write("one.mp3", bytes)).samples;
     // Without an information frame nothing is cut off: the encoder's and the decoder's delay are still there.
     heard.erase(heard.begin(), heard.begin() + 2 * (576 + vbmp3::kDecoderDelay));
     heard.resize(sound.size());
@@ -54,40 +54,41 @@ class Parts : public testing::TestWithParam<std::pair<int, int>> {
 
 TEST_P(Parts, SoundAsOneEncoderMakesItAndAreTheSameOnAnyNumberOfCores) {
     using namespace vbmp3::test;
-    static const Samples sound = music(44100, 2, kLength);
+    static const Samples sound = Music(44100, 2, kLength);
     // In floats, so that the one encoder is given just the same.
     Bytes floats(sound.size() * sizeof(float));
     std::memcpy(floats.data(), sound.data(), floats.size());
     Settings s;
-    s.source = dir.write("source.wav", waveFile(pcmFmt(3, 2, 44100, 32), floats));
+    s.source = dir.write("source.wav", WaveFile(PcmFmt(3, 2, 44100, 32), floats));
     s.destination = dir.path("result.mp3");
     s.bitRate = GetParam().first;
     s.vbrQuality = GetParam().second;
-    ASSERT_EQ(encode(s, 1), 2601);
-    const Bytes bytes = readBytes(s.destination);
+    ASSERT_EQ(Encode(s, 1), 2601);
+    const Bytes bytes = ReadBytes(s.destination);
     for (const int threads : {2, 3}) {
-        ASSERT_EQ(encode(s, threads), 2601);
-        EXPECT_TRUE(readBytes(s.destination) == bytes) << threads;
+        ASSERT_EQ(Encode(s, threads), 2601);
+        EXPECT_TRUE(ReadBytes(s.destination) == bytes) << threads;
     }
 
-    const Decoded heard = decodeByMpg123(s.destination);
+    const Decoded heard = DecodeByMpg123(s.destination);
     ASSERT_EQ(heard.frames(), kLength);
-    const Samples one = oneEncoder(dir, sound, s);
+    const Samples one = OneEncoder(dir, sound, s);
     const auto largest = [](const Samples& a, const Samples& b, int64_t begin, int64_t end) {
         float most = 0;
-        for (int64_t i = 2 * begin; i < 2 * end; ++i) most = std::max(most, std::abs(a[size_t(i)] - b[size_t(i)]));
+        for (int64_t i = 2 * begin; i < 2 * end; ++i)
+            most = std::max(most, std::abs(a[static_cast<size_t>(i)] - b[static_cast<size_t>(i)]));
         return most;
     };
     for (int part = 1; part < 3; ++part) {
         // A second on both sides of where the next part takes over.
         const int64_t seam = int64_t{kPartFrames} * part * 1152 - 576, begin = seam - 44100, end = seam + 44100;
-        const double error = differenceDb(sound, heard.samples, 2, begin, end);
-        const double oneError = differenceDb(sound, one, 2, begin, end);
+        const double error = DifferenceDb(sound, heard.samples, 2, begin, end);
+        const double oneError = DifferenceDb(sound, one, 2, begin, end);
         EXPECT_LT(error, oneError + 0.1);
         EXPECT_LE(largest(one, heard.samples, begin, end), largest(one, sound, begin, end));
         for (int64_t at = seam - 12 * 1152; at < seam + 40 * 1152; at += 4 * 1152)
-            EXPECT_LT(differenceDb(sound, heard.samples, 2, at, at + 4 * 1152),
-                      differenceDb(sound, one, 2, at, at + 4 * 1152) + 1)
+            EXPECT_LT(DifferenceDb(sound, heard.samples, 2, at, at + 4 * 1152),
+                      DifferenceDb(sound, one, 2, at, at + 4 * 1152) + 1)
                 << (at - seam) / 1152;
     }
 }
@@ -99,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Settings, Parts,
 TEST(ManyParts, ComeToTheirEndHoweverTheCallerAndTheThreadsAreOutOfStep) {
     const TempDir dir;
     Settings s;
-    s.source = dir.write("long.wav", wave(Samples(576 * 1024 * 12), 8000, 1));
+    s.source = dir.write("long.wav", Wave(Samples(576 * 1024 * 12), 8000, 1));
     s.destination = dir.path("long.mp3");
     s.frequency = 8000;
     for (const int threads : {1, 2, 7}) {
@@ -118,16 +119,16 @@ TEST(ManyParts, ComeToTheirEndHoweverTheCallerAndTheThreadsAreOutOfStep) {
             EXPECT_EQ(frames, coder->frames());
         }
     }
-    EXPECT_EQ(decodeByMpg123(s.destination).frames(), 576 * 1024 * 12);
+    EXPECT_EQ(DecodeByMpg123(s.destination).frames(), 576 * 1024 * 12);
 }
 
 TEST(FrameRun, RefusesWhatIsNoRunOfFrames) {
     using namespace vbmp3::test;
-    const Bytes file = mp3File(44100, 2, tone(44100, 2, 30000));
+    const Bytes file = Mp3File(44100, 2, ToneOf(44100, 2, 30000));
     FrameRun run;
     EXPECT_TRUE(run.assign(file, 0));
-    for (const size_t cut : {size_t(1), size_t(3), file.size() - 1})
-        EXPECT_FALSE(run.assign(Bytes(file.begin(), file.begin() + long(cut)), 0)) << cut;
+    for (const size_t cut : {static_cast<size_t>(1), static_cast<size_t>(3), file.size() - 1})
+        EXPECT_FALSE(run.assign(Bytes(file.begin(), file.begin() + static_cast<long>(cut)), 0)) << cut;
     EXPECT_FALSE(run.assign(Bytes(1000, 0x55), 0));
 }
 

@@ -11,23 +11,23 @@ namespace gogo::test {
 namespace {
 
 TEST(GogoSoak, AnyOrderOfCallsIsAnsweredAndAFileIsWholeOrNotThere) {
-    const unsigned seed = vbmp3::test::randomSeed();
+    const unsigned seed = vbmp3::test::RandomSeed();
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
-    const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     TempDir dir;
-    const Bytes good = wave(music(44100, 2, 40000), 44100, 2);
+    const Bytes good = Wave(Music(44100, 2, 40000), 44100, 2);
     Bytes cut(good.begin(), good.begin() + 30001), wrong = good;
-    for (int i = 0; i < 10; ++i) wrong[size_t(below(44))] = uint8_t(random());
+    for (int i = 0; i < 10; ++i) wrong[static_cast<size_t>(below(44))] = static_cast<uint8_t>(random());
     const std::string sources[] = {dir.write("good.wav", good),
-                                   dir.write("long.wav", wave(music(22050, 1, 700000), 22050, 1)),
+                                   dir.write("long.wav", Wave(Music(22050, 1, 700000), 22050, 1)),
                                    dir.write("cut.wav", cut), dir.write("wrong.wav", wrong), dir.path("none.wav")};
     const std::string target = dir.path("out.mp3");
     const std::string targets[] = {target, target, target, target, dir.path("none/out.mp3"), dir.path("")};
     const auto names = [&] { return dir.names().size() - (dir.names().contains("out.mp3") ? 1 : 0); };
     const size_t before = names();
     int finished = 0;
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(vbmp3::test::randomSeconds());
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(vbmp3::test::RandomSeconds());
     while (std::chrono::steady_clock::now() < end || finished == 0) {
         int32_t result = 0, value = 0;
         switch (below(14)) {
@@ -56,18 +56,19 @@ TEST(GogoSoak, AnyOrderOfCallsIsAnsweredAndAFileIsWholeOrNotThere) {
         if (result != GOGO_FINISHED) continue;
         ++finished;
         MPGE_getConfigureVB(15, &value);
-        const Bytes file = readBytes(target);
-        const auto header = vbmp3::parseFrameHeader(file);
+        const Bytes file = ReadBytes(target);
+        const auto header = vbmp3::ParseFrameHeader(file);
         ASSERT_TRUE(header);
-        const auto info = vbmp3::parseInfoFrame(*header, std::span(file).first(size_t(header->frameBytes)));
+        const auto info =
+            vbmp3::ParseInfoFrame(*header, std::span(file).first(static_cast<size_t>(header->frameBytes)));
         ASSERT_TRUE(info);
-        EXPECT_EQ(info->frames, uint32_t(value));
+        EXPECT_EQ(info->frames, static_cast<uint32_t>(value));
         EXPECT_EQ(info->bytes, file.size());
         EXPECT_EQ(names(), before);
     }
     MPGE_endCoderVB();
     EXPECT_EQ(names(), before);
-    EXPECT_EQ(readBytes(sources[0]), good);
+    EXPECT_EQ(ReadBytes(sources[0]), good);
 }
 
 }  // namespace

@@ -18,16 +18,17 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 // Bytes changed, a piece zeroed, missing or twice.
-Bytes damaged(Bytes bytes, std::mt19937& random) {
-    const auto at = bytes.begin() + std::ptrdiff_t(random() % bytes.size());
-    const auto end = at + std::min<std::ptrdiff_t>(std::ptrdiff_t(random() % 5000), bytes.end() - at);
+Bytes Damaged(Bytes bytes, std::mt19937& random) {
+    const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(random() % bytes.size());
+    const auto end = at + std::min<std::ptrdiff_t>(static_cast<std::ptrdiff_t>(random() % 5000), bytes.end() - at);
     switch (random() % 4) {
         case 0:
-            for (int i = 0; i < 20; ++i) bytes[random() % (i < 5 ? 200 : bytes.size())] = uint8_t(random());
+            for (int i = 0; i < 20; ++i)
+                bytes[random() % (i < 5 ? 200 : bytes.size())] = static_cast<uint8_t>(random());
             break;
-        case 1: std::fill(at, end, uint8_t(0)); break;
+        case 1: std::fill(at, end, static_cast<uint8_t>(0)); break;
         case 2: bytes.erase(at, end); break;
-        default: bytes.insert(at, 100000, uint8_t(random() % 2 == 0 ? 0 : 'x'));
+        default: bytes.insert(at, 100000, static_cast<uint8_t>(random() % 2 == 0 ? 0 : 'x'));
     }
     return bytes;
 }
@@ -36,33 +37,33 @@ class Soak : public testing::Test {
   protected:
     Soak() {
         const Mp3Options plain{.infoFrame = false};
-        const Bytes good = mp3File(44100, 2, tone(44100, 2, 60000));
+        const Bytes good = Mp3File(44100, 2, ToneOf(44100, 2, 60000));
         write("a.mp3", good);
-        write("b.mp3", mp3File(22050, 1, tone(22050, 1, 30000), {.bitRate = 0}));
-        write("c.wav", waveFile(44100, 2, tone(44100, 2, 70000)));
-        write("d.wav", waveFile(48000, 1, tone(48000, 1, 50000)));
+        write("b.mp3", Mp3File(22050, 1, ToneOf(22050, 1, 30000), {.bitRate = 0}));
+        write("c.wav", WaveFile(44100, 2, ToneOf(44100, 2, 70000)));
+        write("d.wav", WaveFile(48000, 1, ToneOf(48000, 1, 50000)));
         write("junk.mp3", Bytes(3000, 'x'));
         write("rates.mp3",
-              mp3File(44100, 2, tone(44100, 2, 20000), plain) + mp3File(48000, 2, tone(48000, 2, 20000), plain));
+              Mp3File(44100, 2, ToneOf(44100, 2, 20000), plain) + Mp3File(48000, 2, ToneOf(48000, 2, 20000), plain));
         for (int i = 0; i < 6; ++i)
             write("damaged" + std::to_string(i) + (i % 3 == 0 ? ".wav" : ".mp3"),
-                  damaged(contents_[i % 3 == 0 ? "c.wav" : "a.mp3"], random));
+                  Damaged(contents_[i % 3 == 0 ? "c.wav" : "a.mp3"], random));
         write("far.mp3", good);
     }
     void write(const std::string& name, const Bytes& bytes) {
         contents_[name] = bytes;
         paths_.push_back(dir_.write(name, bytes));
     }
-    int below(int limit) { return int(random() % unsigned(limit)); }
+    int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
     static vbmp3_FileInfo record() {
         vbmp3_FileInfo record{};
         record.size = sizeof record;
         return record;
     }
     // Not the last, which is far: whoever opens that one waits for it.
-    const char* file() { return paths_[size_t(below(int(paths_.size()) - 1))].c_str(); }
+    const char* file() { return paths_[static_cast<size_t>(below(static_cast<int>(paths_.size()) - 1))].c_str(); }
     void begin() {
-        startLibrary(share_->opener(), plugSystem(plug_));
+        StartLibrary(share_->opener(), PlugSystem(plug_));
         listen();
     }
     void listen() {
@@ -76,7 +77,7 @@ class Soak : public testing::Test {
     void change(int what);
     void look(bool moved);
 
-    unsigned seed_ = randomSeed();
+    unsigned seed_ = RandomSeed();
     std::mt19937 random{seed_};
     TempDir dir_;
     std::map<std::string, Bytes> contents_;
@@ -164,7 +165,7 @@ void Soak::look(bool moved) {
     const int64_t position = vbmp3_getPositionMs();
     const auto told = [&] { return events_[VBMP3_EVENT_END_OF_TRACK] + events_[VBMP3_EVENT_NEXT_TRACK]; };
     if (!moved && !opener_.joinable() && position < position_) {
-        ASSERT_TRUE(eventually([&] { return told() != told_; })) << position << " after " << position_;
+        ASSERT_TRUE(Eventually([&] { return told() != told_; })) << position << " after " << position_;
     }
     told_ = told();
     position_ = position;
@@ -179,7 +180,7 @@ void Soak::look(bool moved) {
 TEST_F(Soak, AnyOrderOfCallsIsAnsweredAndTellsNoMoreThanHappened) {
     SCOPED_TRACE(seed_);
     begin();
-    const auto end = Clock::now() + std::chrono::seconds(randomSeconds());
+    const auto end = Clock::now() + std::chrono::seconds(RandomSeconds());
     auto slowest = Clock::duration::zero();
     int calls = 0;
     for (; Clock::now() < end && !HasFatalFailure(); ++calls) {
@@ -193,14 +194,14 @@ TEST_F(Soak, AnyOrderOfCallsIsAnsweredAndTellsNoMoreThanHappened) {
     vbmp3_free();
     answer();
     plug_->trouble = Trouble::None;
-    EXPECT_TRUE(eventually([&] { return DeviceThread::leftBehind() + SideThread::leftBehind() + share_->held == 0; }));
+    EXPECT_TRUE(Eventually([&] { return DeviceThread::leftBehind() + SideThread::leftBehind() + share_->held == 0; }));
     EXPECT_GT(calls, 20);
     EXPECT_LT(slowest, std::chrono::seconds(4));
     // The sources are as they were, and of files that were begun nothing is left.
     std::set<std::string> left = dir_.names();
     left.erase("out.wav");
     for (const auto& [name, bytes] : contents_) {
-        EXPECT_TRUE(readBytes(dir_.path(name)) == bytes) << name;
+        EXPECT_TRUE(ReadBytes(dir_.path(name)) == bytes) << name;
         left.erase(name);
     }
     EXPECT_TRUE(left.empty()) << testing::PrintToString(left);
@@ -208,18 +209,18 @@ TEST_F(Soak, AnyOrderOfCallsIsAnsweredAndTellsNoMoreThanHappened) {
 
 TEST_F(Soak, FilesThatFollowEachOtherLoseNoFrame) {
     SCOPED_TRACE(seed_);
-    const auto end = Clock::now() + std::chrono::seconds(randomSeconds());
+    const auto end = Clock::now() + std::chrono::seconds(RandomSeconds());
     do {
         const auto heard = std::make_shared<Heard>();
         SoundSettings sound;
-        Player player(sound, memorySystem(heard), share_->opener());
+        Player player(sound, MemorySystem(heard), share_->opener());
         std::vector<int16_t> whole;
         std::vector<std::string> files;
         for (int i = 2 + below(5), rate = 44100; i > 0; --i) {
             if (below(3) == 0) rate = below(2) == 0 ? 48000 : 8000;
-            const auto samples = tone(rate, 2, 1 + below(30000), 200 + below(2000));
+            const auto samples = ToneOf(rate, 2, 1 + below(30000), 200 + below(2000));
             whole.insert(whole.end(), samples.begin(), samples.end());
-            files.push_back(dir_.write("join" + std::to_string(i) + ".wav", waveFile(rate, 2, samples)));
+            files.push_back(dir_.write("join" + std::to_string(i) + ".wav", WaveFile(rate, 2, samples)));
         }
         std::atomic<int> nexts = 0, ends = 0;
         player.setListener([&](int event) {
@@ -231,7 +232,7 @@ TEST_F(Soak, FilesThatFollowEachOtherLoseNoFrame) {
         for (size_t i = 1; i < files.size(); ++i) {
             ASSERT_EQ(player.setNext(files[i]), VBMP3_OK);
             if (i == 1) player.play();
-            ASSERT_TRUE(eventually([&] { return nexts > tookOver || ends > ended; }));
+            ASSERT_TRUE(Eventually([&] { return nexts > tookOver || ends > ended; }));
             if (nexts > tookOver) {
                 ++tookOver;
             } else {  // told too late
@@ -240,8 +241,8 @@ TEST_F(Soak, FilesThatFollowEachOtherLoseNoFrame) {
                 ASSERT_EQ(player.play(), VBMP3_OK);
             }
         }
-        ASSERT_TRUE(eventually([&] { return ends > ended; }));
-        EXPECT_EQ(toInt16(heard->all()), whole);
+        ASSERT_TRUE(Eventually([&] { return ends > ended; }));
+        EXPECT_EQ(ToInt16(heard->all()), whole);
     } while (Clock::now() < end);
 }
 

@@ -18,11 +18,11 @@
 namespace vbmp3::test {
 namespace {
 
-std::vector<int16_t> samplesOf(const Bytes& wave) {
+std::vector<int16_t> SamplesOf(const Bytes& wave) {
     StreamInfo info;
-    const auto source = openBytes(wave, &info);
+    const auto source = OpenBytes(wave, &info);
     if (!source) return {};
-    std::vector<int16_t> samples((wave.size() - size_t(info.data.begin)) / 2);
+    std::vector<int16_t> samples((wave.size() - static_cast<size_t>(info.data.begin)) / 2);
     std::memcpy(samples.data(), wave.data() + info.data.begin, samples.size() * 2);
     return samples;
 }
@@ -31,8 +31,8 @@ class DecodingJob : public testing::Test {
   protected:
     Bytes decoded(const Bytes& file, int threads = 2) {
         JobControl control;
-        EXPECT_EQ(decodeToWave(dir_.write("in", file), out_, threads, control, 96), VBMP3_OK);
-        return readBytes(out_);
+        EXPECT_EQ(DecodeToWave(dir_.write("in", file), out_, threads, control, 96), VBMP3_OK);
+        return ReadBytes(out_);
     }
 
     TempDir dir_;
@@ -54,78 +54,78 @@ TEST_F(DecodingJob, WritesTheSameBytesOnAnyNumberOfProcessors) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const int frames = c.rate * 20;
-        const Bytes file = mp3File(c.rate, c.channels, music(c.rate, c.channels, frames), c.options);
+        const Bytes file = Mp3File(c.rate, c.channels, Music(c.rate, c.channels, frames), c.options);
         const auto bytes = std::make_shared<MemorySource>(file);
-        ASSERT_GT(MpegSections(bytes, *scanMpeg(*bytes, {0, bytes->size()}), 96).sections().size(), 3u);
+        ASSERT_GT(MpegSections(bytes, *ScanMpeg(*bytes, {0, bytes->size()}), 96).sections().size(), 3u);
         const Bytes one = decoded(file, 1);
         EXPECT_TRUE(one == decoded(file, 2));
         if (c.options.infoFrame) {
-            EXPECT_EQ(samplesOf(one).size(), size_t(frames) * size_t(c.channels));
+            EXPECT_EQ(SamplesOf(one).size(), static_cast<size_t>(frames) * static_cast<size_t>(c.channels));
         }
     }
 }
 
 TEST_F(DecodingJob, KeepsSamplesOfAWaveFileAndChannelsOfAMonoOne) {
     for (const int channels : {1, 2}) {
-        const auto samples = music(44100, channels, 30000);
+        const auto samples = Music(44100, channels, 30000);
         StreamInfo info;
-        const Bytes out = decoded(waveFile(44100, channels, samples));
-        ASSERT_TRUE(openBytes(out, &info));
+        const Bytes out = decoded(WaveFile(44100, channels, samples));
+        ASSERT_TRUE(OpenBytes(out, &info));
         EXPECT_EQ(info.channels, channels);
-        EXPECT_EQ(samplesOf(out), samples);
+        EXPECT_EQ(SamplesOf(out), samples);
     }
 }
 
 TEST_F(DecodingJob, KeepsOneRateWhenTheStreamChangesIts) {
     const Mp3Options plain{.infoFrame = false};
     const Bytes file =
-        mp3File(44100, 2, tone(44100, 2, 60000), plain) + mp3File(48000, 2, tone(48000, 2, 48000), plain);
+        Mp3File(44100, 2, ToneOf(44100, 2, 60000), plain) + Mp3File(48000, 2, ToneOf(48000, 2, 48000), plain);
     StreamInfo info;
-    ASSERT_TRUE(openBytes(decoded(file), &info));
+    ASSERT_TRUE(OpenBytes(decoded(file), &info));
     EXPECT_EQ(info.sampleRate, 44100);
-    EXPECT_NEAR(double(info.frames), 60000 + 44100, 6000);
+    EXPECT_NEAR(static_cast<double>(info.frames), 60000 + 44100, 6000);
 }
 
 TEST_F(DecodingJob, DamageInTheMiddleIsPassedOver) {
-    Bytes file = mp3File(44100, 2, tone(44100, 2, 44100 * 20), {.infoFrame = false});
-    std::fill_n(file.begin() + std::ptrdiff_t(file.size() / 2), 5000, uint8_t(0));
-    EXPECT_NEAR(double(samplesOf(decoded(file)).size() / 2), 44100 * 20, 1152 * 20);
+    Bytes file = Mp3File(44100, 2, ToneOf(44100, 2, 44100 * 20), {.infoFrame = false});
+    std::fill_n(file.begin() + static_cast<std::ptrdiff_t>(file.size() / 2), 5000, static_cast<uint8_t>(0));
+    EXPECT_NEAR(static_cast<double>(SamplesOf(decoded(file)).size() / 2), 44100 * 20, 1152 * 20);
 }
 
 TEST_F(DecodingJob, LeavesNothingBehindWhenItFailsOrIsCancelled) {
-    const Bytes mp3 = mp3File(44100, 2, tone(44100, 2, 44100 * 20));
+    const Bytes mp3 = Mp3File(44100, 2, ToneOf(44100, 2, 44100 * 20));
     const std::string in = dir_.write("in", mp3);
     JobControl control;
-    EXPECT_EQ(decodeToWave(dir_.write("junk", Bytes(5000, 'x')), out_, 2, control), VBMP3_ERROR_FORMAT);
-    EXPECT_EQ(decodeToWave(in, in, 2, control), VBMP3_ERROR_SAME_FILE);
-    EXPECT_EQ(decodeToWave(in, dir_.path("no folder/out.wav"), 2, control), VBMP3_ERROR_WRITE);
-    EXPECT_EQ(decodeToWave(dir_.path("missing"), out_, 2, control), VBMP3_ERROR_NOT_FOUND);
-    EXPECT_EQ(readBytes(in), mp3);
+    EXPECT_EQ(DecodeToWave(dir_.write("junk", Bytes(5000, 'x')), out_, 2, control), VBMP3_ERROR_FORMAT);
+    EXPECT_EQ(DecodeToWave(in, in, 2, control), VBMP3_ERROR_SAME_FILE);
+    EXPECT_EQ(DecodeToWave(in, dir_.path("no folder/out.wav"), 2, control), VBMP3_ERROR_WRITE);
+    EXPECT_EQ(DecodeToWave(dir_.path("missing"), out_, 2, control), VBMP3_ERROR_NOT_FOUND);
+    EXPECT_EQ(ReadBytes(in), mp3);
     EXPECT_EQ(dir_.names(), (std::set<std::string>{"in", "junk"}));
 
     const Bytes old(3, 'o');
     dir_.write(out_, old);
     Jobs jobs([] {});
-    ASSERT_TRUE(jobs.start([&](JobControl& job) { return decodeToWave(in, out_, 2, job); }));
+    ASSERT_TRUE(jobs.start([&](JobControl& job) { return DecodeToWave(in, out_, 2, job); }));
     jobs.cancel();
     EXPECT_EQ(jobs.state(), Jobs::State::None);
-    EXPECT_EQ(readBytes(out_), old);
+    EXPECT_EQ(ReadBytes(out_), old);
     EXPECT_EQ(dir_.names(), (std::set<std::string>{"in", "junk", "out.wav"}));
 }
 
 TEST_F(DecodingJob, ALongFileBecomesRf64) {
-    const auto samples = tone(44100, 2, 5000);
+    const auto samples = ToneOf(44100, 2, 5000);
     const auto writer = WaveWriter::begin(out_, 44100, 2, 10000);
     ASSERT_TRUE(writer);
     ASSERT_TRUE(writer->write(samples));
     ASSERT_EQ(writer->commit(), FileTransaction::Error::None);
-    const Bytes file = readBytes(out_);
+    const Bytes file = ReadBytes(out_);
     EXPECT_EQ(std::memcmp(file.data(), "RF64", 4), 0);
     StreamInfo info;
-    const auto source = openBytes(file, &info);
+    const auto source = OpenBytes(file, &info);
     ASSERT_TRUE(source);
     EXPECT_EQ(info.frames, 5000);
-    EXPECT_EQ(toInt16(readAll(*source)), samples);
+    EXPECT_EQ(ToInt16(ReadAll(*source)), samples);
 }
 
 class JobsOfTheInterface : public testing::Test {
@@ -141,7 +141,7 @@ class JobsOfTheInterface : public testing::Test {
     void TearDown() override { vbmp3_free(); }
 
     TempDir dir_;
-    const std::string source_ = dir_.write("in.mp3", mp3File(44100, 2, tone(44100, 2, 30000)));
+    const std::string source_ = dir_.write("in.mp3", Mp3File(44100, 2, ToneOf(44100, 2, 30000)));
     const std::string target_ = dir_.path("out.wav");
     std::atomic<int> done_ = 0;
 };
@@ -150,10 +150,10 @@ TEST_F(JobsOfTheInterface, DecodeTellsProgressAndItsEnd) {
     int32_t permille = -1;
     EXPECT_EQ(vbmp3_getEncodeState(&permille), 0);
     ASSERT_EQ(vbmp3_decodeWave(source_.c_str(), target_.c_str()), 1);
-    ASSERT_TRUE(eventually([&] { return done_ == 1; }));
+    ASSERT_TRUE(Eventually([&] { return done_ == 1; }));
     EXPECT_EQ(vbmp3_getEncodeState(&permille), 2);
     EXPECT_EQ(permille, 1000);
-    EXPECT_EQ(samplesOf(readBytes(target_)).size(), 60000u);
+    EXPECT_EQ(SamplesOf(ReadBytes(target_)).size(), 60000u);
 }
 
 TEST_F(JobsOfTheInterface, WhatIsPlayedIsWrittenUnlessStoppedBeforeItsEnd) {
@@ -168,18 +168,18 @@ TEST_F(JobsOfTheInterface, WhatIsPlayedIsWrittenUnlessStoppedBeforeItsEnd) {
     EXPECT_EQ(vbmp3_getState(nullptr), 1);
     EXPECT_EQ(vbmp3_decodeWave(source_.c_str(), dir_.path("other").c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_BUSY);
-    ASSERT_TRUE(eventually([&] { return done_ == 1; }));
+    ASSERT_TRUE(Eventually([&] { return done_ == 1; }));
     EXPECT_EQ(vbmp3_getState(nullptr), 1);
     vbmp3_stop();
     EXPECT_EQ(vbmp3_getEncodeState(nullptr), 2);
-    EXPECT_EQ(samplesOf(readBytes(target_)), toInt16(readAll(*openBytes(readBytes(source_)))));
+    EXPECT_EQ(SamplesOf(ReadBytes(target_)), ToInt16(ReadAll(*OpenBytes(ReadBytes(source_)))));
 }
 
 TEST_F(JobsOfTheInterface, EncodingSaysWhyItCannot) {
     EXPECT_EQ(vbmp3_encodeStart(target_.c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NOT_OPEN);
     EXPECT_EQ(vbmp3_encodeOpen(source_.c_str()), 0) << "only WAVE files are encoded";
-    const std::string wave = dir_.write("a.wav", waveFile(44100, 2, tone(44100, 2, 1000)));
+    const std::string wave = dir_.write("a.wav", WaveFile(44100, 2, ToneOf(44100, 2, 1000)));
     ASSERT_EQ(vbmp3_encodeOpen(wave.c_str()), 1);
     EXPECT_EQ(vbmp3_encodeStart(wave.c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_SAME_FILE);
@@ -196,34 +196,34 @@ TEST_F(JobsOfTheInterface, TheCodecOfTheSystemEncodesAllOfAWaveFile) {
     // The codec has one rate only: the other one is converted.
     int ends = 0;
     for (const int rate : {44100, 48000}) {
-        dir_.write(wave, waveFile(rate, 2, tone(rate, 2, 3 * rate)));
+        dir_.write(wave, WaveFile(rate, 2, ToneOf(rate, 2, 3 * rate)));
         ASSERT_EQ(vbmp3_encodeOpen(wave.c_str()), 1);
         ASSERT_EQ(vbmp3_encodeStart(target.c_str()), 1) << vbmp3_getLastErrorNo();
-        ASSERT_TRUE(eventually([&] { return done_ == ends + 1; }));
+        ASSERT_TRUE(Eventually([&] { return done_ == ends + 1; }));
         ++ends;
         int32_t permille = 0;
         EXPECT_EQ(vbmp3_getEncodeState(&permille), 2);
         EXPECT_EQ(permille, 1000);
         StreamInfo info;
-        const auto source = openBytes(readBytes(target), &info);
+        const auto source = OpenBytes(ReadBytes(target), &info);
         ASSERT_TRUE(source);
         EXPECT_EQ(info.sampleRate, 44100);
         EXPECT_EQ(info.bitRate, 128000);
-        const auto sound = readAll(*source);
-        EXPECT_NEAR(double(sound.size()) / 2, 3.0 * 44100, 3 * 1152);
-        EXPECT_NEAR(frequencyOf(sound, 44100, 44100, 2 * 44100), 440, 2);
+        const auto sound = ReadAll(*source);
+        EXPECT_NEAR(static_cast<double>(sound.size()) / 2, 3.0 * 44100, 3 * 1152);
+        EXPECT_NEAR(FrequencyOf(sound, 44100, 44100, 2 * 44100), 440, 2);
     }
 
     // Cancelled, it leaves what was there.
-    const Bytes before = readBytes(target);
-    dir_.write(wave, waveFile(44100, 2, tone(44100, 2, 60 * 44100)));
+    const Bytes before = ReadBytes(target);
+    dir_.write(wave, WaveFile(44100, 2, ToneOf(44100, 2, 60 * 44100)));
     ASSERT_EQ(vbmp3_encodeOpen(wave.c_str()), 1);
     ASSERT_EQ(vbmp3_encodeStart(target.c_str()), 1);
     int32_t permille = 0;
-    ASSERT_TRUE(eventually([&] { return vbmp3_getEncodeState(&permille) == 1 && permille > 20; }));
+    ASSERT_TRUE(Eventually([&] { return vbmp3_getEncodeState(&permille) == 1 && permille > 20; }));
     EXPECT_EQ(vbmp3_encodeStop(), 1);
     EXPECT_EQ(vbmp3_getEncodeState(nullptr), 0);
-    EXPECT_TRUE(readBytes(target) == before);
+    EXPECT_TRUE(ReadBytes(target) == before);
 }
 #endif
 

@@ -13,12 +13,14 @@ namespace vbmp3::test {
 namespace {
 
 // Where `sound` fits `original` best, in frames; both interleaved stereo.
-int bestLag(const std::vector<float>& sound, const std::vector<int16_t>& original, int channels) {
+int BestLag(const std::vector<float>& sound, const std::vector<int16_t>& original, int channels) {
     int best = 0;
     double most = -1e30;
     for (int lag = -60; lag <= 60; ++lag) {
         double sum = 0;
-        for (int i = 2000; i < 12000; ++i) sum += double(sound[size_t(2 * (i + lag))]) * original[size_t(i * channels)];
+        for (int i = 2000; i < 12000; ++i)
+            sum += static_cast<double>(sound[static_cast<size_t>(2 * (i + lag))]) *
+                   original[static_cast<size_t>(i * channels)];
         if (sum > most) {
             most = sum;
             best = lag;
@@ -36,9 +38,9 @@ TEST(Mpeg, AFileWithTheEncodersCountsDecodesToExactlyTheEncodersInput) {
           Case{24000, 1, 64}, Case{16000, 1, 0}, Case{11025, 1, 64}, Case{12000, 2, 64}, Case{8000, 1, 64}}) {
         SCOPED_TRACE(testing::Message() << c.rate << " Hz, " << c.channels << " channels, " << c.bitRate << " kbit/s");
         for (const int frames : {1, 1000, 30011}) {
-            const auto original = music(c.rate, c.channels, frames);
+            const auto original = Music(c.rate, c.channels, frames);
             StreamInfo info;
-            const auto source = openBytes(mp3File(c.rate, c.channels, original, {.bitRate = c.bitRate}), &info);
+            const auto source = OpenBytes(Mp3File(c.rate, c.channels, original, {.bitRate = c.bitRate}), &info);
             ASSERT_TRUE(source);
             EXPECT_EQ(info.frames, frames);
             EXPECT_TRUE(info.exact);
@@ -47,44 +49,44 @@ TEST(Mpeg, AFileWithTheEncodersCountsDecodesToExactlyTheEncodersInput) {
             if (c.bitRate != 0) {
                 EXPECT_EQ(info.bitRate, c.bitRate * 1000);
             }
-            const auto sound = readAll(*source);
-            ASSERT_EQ(sound.size(), size_t(2 * frames));
+            const auto sound = ReadAll(*source);
+            ASSERT_EQ(sound.size(), static_cast<size_t>(2 * frames));
             if (frames > 20000) {
-                EXPECT_EQ(bestLag(sound, original, c.channels), 0);
+                EXPECT_EQ(BestLag(sound, original, c.channels), 0);
             }
         }
     }
 }
 
 TEST(Mpeg, ASeekGivesTheSameSamplesAsReadingUpToThere) {
-    const auto sound = music(44100, 2, 120000);
-    Bytes holed = mp3File(44100, 2, sound, {.infoFrame = false});
+    const auto sound = Music(44100, 2, 120000);
+    Bytes holed = Mp3File(44100, 2, sound, {.infoFrame = false});
     holed.insert(holed.begin() + 20000, 300000, 0);
     const std::pair<const char*, Bytes> cases[] = {
-        {"constant", mp3File(44100, 2, sound)},
+        {"constant", Mp3File(44100, 2, sound)},
         {"a hole of zeros", holed},
         // The bit reservoir reaches back over many small frames.
-        {"low", mp3File(32000, 1, music(32000, 1, 120000), {.bitRate = 32})},
-        {"without info frame", mp3File(44100, 2, sound, {.infoFrame = false})},
-        {"variable", mp3File(44100, 2, sound, {.bitRate = 0})},
-        {"MPEG-2", mp3File(22050, 1, music(22050, 1, 60000))},
-        {"layer 1", readBytes(VBMP3_TEST_DATA "/layer1_48000.mp1")},
-        {"Microsoft ADPCM", readBytes(VBMP3_TEST_DATA "/adpcm_ms.wav")},
-        {"IMA ADPCM", readBytes(VBMP3_TEST_DATA "/adpcm_ima.wav")},
-        {"layer 2", readBytes(VBMP3_TEST_DATA "/layer2_44100.mp2")},
-        {"RMP", rmpFile(mp3File(44100, 2, sound))},
-        {"WAVE", waveFile(44100, 2, sound)}};
+        {"low", Mp3File(32000, 1, Music(32000, 1, 120000), {.bitRate = 32})},
+        {"without info frame", Mp3File(44100, 2, sound, {.infoFrame = false})},
+        {"variable", Mp3File(44100, 2, sound, {.bitRate = 0})},
+        {"MPEG-2", Mp3File(22050, 1, Music(22050, 1, 60000))},
+        {"layer 1", ReadBytes(VBMP3_TEST_DATA "/layer1_48000.mp1")},
+        {"Microsoft ADPCM", ReadBytes(VBMP3_TEST_DATA "/adpcm_ms.wav")},
+        {"IMA ADPCM", ReadBytes(VBMP3_TEST_DATA "/adpcm_ima.wav")},
+        {"layer 2", ReadBytes(VBMP3_TEST_DATA "/layer2_44100.mp2")},
+        {"RMP", RmpFile(Mp3File(44100, 2, sound))},
+        {"WAVE", WaveFile(44100, 2, sound)}};
     for (const auto& [name, file] : cases) {
         SCOPED_TRACE(name);
-        const auto whole = readAll(*openBytes(file));
-        const auto source = openBytes(file);
+        const auto whole = ReadAll(*OpenBytes(file));
+        const auto source = OpenBytes(file);
         const size_t frames = whole.size() / 2;
         std::mt19937 random(2);
         std::vector<float> piece(2 * 3000);
         for (int i = 0; i < 40; ++i) {
             // To the ends too, and twice to the same place.
             const size_t target = i == 0 ? frames - 1 : i == 1 ? 0 : i == 2 ? frames + 5 : random() % frames;
-            source->seek(int64_t(target));
+            source->seek(static_cast<int64_t>(target));
             size_t got = 0;
             while (got < piece.size() / 2) {
                 const size_t more = source->read(std::span(piece).subspan(2 * got));
@@ -99,10 +101,10 @@ TEST(Mpeg, ASeekGivesTheSameSamplesAsReadingUpToThere) {
 }
 
 TEST(Mpeg, TheLengthOfAStreamWithoutCountsIsThatOfItsFrames) {
-    const auto sound = music(44100, 2, 88200);
+    const auto sound = Music(44100, 2, 88200);
     const auto encoded = [&](Mp3Options options) {
         options.infoFrame = false;
-        return mp3File(44100, 2, sound, options);
+        return Mp3File(44100, 2, sound, options);
     };
     const Bytes plain = encoded({});
     const struct {
@@ -114,16 +116,16 @@ TEST(Mpeg, TheLengthOfAStreamWithoutCountsIsThatOfItsFrames) {
                  {"variable", encoded({.bitRate = 0}), 1152, true},
                  {"checksums", encoded({.crc = true}), 1152, false},
                  {"free format", encoded({.bitRate = 168, .freeFormat = true}), 1152, false},
-                 {"VBRI", withVbri(plain, uint32_t(frameOffsets(plain).size())), 1152, true},
-                 {"layer 1", readBytes(VBMP3_TEST_DATA "/layer1_48000.mp1"), 384, false}};
+                 {"VBRI", WithVbri(plain, static_cast<uint32_t>(FrameOffsets(plain).size())), 1152, true},
+                 {"layer 1", ReadBytes(VBMP3_TEST_DATA "/layer1_48000.mp1"), 384, false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         StreamInfo info;
-        const auto source = openBytes(c.file, &info);
+        const auto source = OpenBytes(c.file, &info);
         ASSERT_TRUE(source);
-        const size_t decoded = readAll(*source).size() / 2;
-        EXPECT_EQ(int64_t(decoded), info.frames);
-        EXPECT_EQ(decoded % size_t(c.samplesPerFrame), 0u);
+        const size_t decoded = ReadAll(*source).size() / 2;
+        EXPECT_EQ(static_cast<int64_t>(decoded), info.frames);
+        EXPECT_EQ(decoded % static_cast<size_t>(c.samplesPerFrame), 0u);
         EXPECT_EQ(info.mpeg->variableBitRate, c.variableBitRate);
         EXPECT_EQ(info.mpeg->freeFormat, std::string(c.name) == "free format");
         EXPECT_GT(decoded, 40000u);
@@ -131,7 +133,7 @@ TEST(Mpeg, TheLengthOfAStreamWithoutCountsIsThatOfItsFrames) {
 }
 
 TEST(Mpeg, CountsOfAnInformationFrameAreBelievedWhenTheBytesCanHoldThem) {
-    Bytes file = mp3File(44100, 2, music(44100, 2, 88200), {.bitRate = 0});
+    Bytes file = Mp3File(44100, 2, Music(44100, 2, 88200), {.bitRate = 0});
     const auto counts = std::search(file.begin(), file.end(), "Xing", "Xing" + 4) + 8;
     const Bytes whole(counts, counts + 8), none{0, 0, 0, 0}, one{0, 0, 0, 1}, most(4, 0xFF);
     const Bytes frames(whole.begin(), whole.begin() + 4), bytes(whole.begin() + 4, whole.end());
@@ -139,17 +141,17 @@ TEST(Mpeg, CountsOfAnInformationFrameAreBelievedWhenTheBytesCanHoldThem) {
                               frames + one, frames + most, frames + none, none + bytes}) {
         std::copy(told.begin(), told.end(), counts);
         StreamInfo info;
-        ASSERT_TRUE(openBytes(file, &info));
-        EXPECT_NEAR(double(info.milliseconds()), 2000, 50) << testing::PrintToString(told);
+        ASSERT_TRUE(OpenBytes(file, &info));
+        EXPECT_NEAR(static_cast<double>(info.milliseconds()), 2000, 50) << testing::PrintToString(told);
     }
 }
 
 TEST(Mpeg, ZerosInFrontAreNoReasonToRefuseAFileAndOtherJunkIsWithinLimits) {
-    const Bytes stream = mp3File(44100, 2, music(44100, 2, 20000));
-    const auto expected = readAll(*openBytes(stream));
-    EXPECT_EQ(readAll(*openBytes(Bytes(1 << 22) + stream)), expected);
-    EXPECT_EQ(readAll(*openBytes(Bytes(1 << 19, 'x') + Bytes(1 << 22) + stream)), expected);
-    EXPECT_FALSE(openBytes(Bytes(1 << 22, 'x') + stream));
+    const Bytes stream = Mp3File(44100, 2, Music(44100, 2, 20000));
+    const auto expected = ReadAll(*OpenBytes(stream));
+    EXPECT_EQ(ReadAll(*OpenBytes(Bytes(1 << 22) + stream)), expected);
+    EXPECT_EQ(ReadAll(*OpenBytes(Bytes(1 << 19, 'x') + Bytes(1 << 22) + stream)), expected);
+    EXPECT_FALSE(OpenBytes(Bytes(1 << 22, 'x') + stream));
 }
 
 TEST(Mpeg, EveryVersionAndLayerIsNamedAndIsTheToneItHolds) {
@@ -158,35 +160,35 @@ TEST(Mpeg, EveryVersionAndLayerIsNamedAndIsTheToneItHolds) {
         const char* format;
         int version, layer;
     } cases[] = {
-        {mp3File(44100, 1, tone(44100, 1, 20000)), "MPEG1 Layer3 44100Hz 128kbit/s Mono", 10, 3},
-        {mp3File(22050, 2, tone(22050, 2, 20000), {.bitRate = 64}), "MPEG2 Layer3 22050Hz 64kbit/s Joint Stereo", 20,
+        {Mp3File(44100, 1, ToneOf(44100, 1, 20000)), "MPEG1 Layer3 44100Hz 128kbit/s Mono", 10, 3},
+        {Mp3File(22050, 2, ToneOf(22050, 2, 20000), {.bitRate = 64}), "MPEG2 Layer3 22050Hz 64kbit/s Joint Stereo", 20,
          3},
-        {mp3File(11025, 1, tone(11025, 1, 20000), {.bitRate = 64}), "MPEG2.5 Layer3 11025Hz 64kbit/s Mono", 25, 3},
-        {readBytes(VBMP3_TEST_DATA "/layer1_48000.mp1"), "MPEG1 Layer1 48000Hz 192kbit/s Mono", 10, 1},
-        {readBytes(VBMP3_TEST_DATA "/layer2_44100.mp2"), "MPEG1 Layer2 44100Hz 64kbit/s Mono", 10, 2},
-        {readBytes(VBMP3_TEST_DATA "/layer2_22050.mp2"), "MPEG2 Layer2 22050Hz 64kbit/s Mono", 20, 2}};
+        {Mp3File(11025, 1, ToneOf(11025, 1, 20000), {.bitRate = 64}), "MPEG2.5 Layer3 11025Hz 64kbit/s Mono", 25, 3},
+        {ReadBytes(VBMP3_TEST_DATA "/layer1_48000.mp1"), "MPEG1 Layer1 48000Hz 192kbit/s Mono", 10, 1},
+        {ReadBytes(VBMP3_TEST_DATA "/layer2_44100.mp2"), "MPEG1 Layer2 44100Hz 64kbit/s Mono", 10, 2},
+        {ReadBytes(VBMP3_TEST_DATA "/layer2_22050.mp2"), "MPEG2 Layer2 22050Hz 64kbit/s Mono", 20, 2}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.format);
         StreamInfo info;
-        const auto source = openBytes(c.file, &info);
+        const auto source = OpenBytes(c.file, &info);
         ASSERT_TRUE(source);
         EXPECT_EQ(info.format, c.format);
         EXPECT_EQ(info.mpeg->first.version, c.version);
         EXPECT_EQ(info.mpeg->first.layer, c.layer);
-        const auto sound = readAll(*source);
-        EXPECT_NEAR(frequencyOf(sound, info.sampleRate, 2000, sound.size() / 2 - 1500), 440, 2);
+        const auto sound = ReadAll(*source);
+        EXPECT_NEAR(FrequencyOf(sound, info.sampleRate, 2000, sound.size() / 2 - 1500), 440, 2);
     }
 }
 
 TEST(Mpeg, RiffAroundTheFramesChangesNothingOfTheSound) {
-    const Bytes stream = mp3File(44100, 2, music(44100, 2, 50000));
-    const auto expected = readAll(*openBytes(stream));
+    const Bytes stream = Mp3File(44100, 2, Music(44100, 2, 50000));
+    const auto expected = ReadAll(*OpenBytes(stream));
     // What follows the data chunk must not be decoded: here it looks like frames.
-    for (const Bytes& file : {rmpFile(stream), rmpFile(stream, stream), mp3InWave(stream)}) {
+    for (const Bytes& file : {RmpFile(stream), RmpFile(stream, stream), Mp3InWave(stream)}) {
         StreamInfo info;
-        const auto source = openBytes(file, &info);
+        const auto source = OpenBytes(file, &info);
         ASSERT_TRUE(source);
-        EXPECT_EQ(readAll(*source), expected);
+        EXPECT_EQ(ReadAll(*source), expected);
         EXPECT_EQ(info.frames, 50000);
     }
 }
@@ -198,28 +200,30 @@ TEST(Mpeg, SamplesAreFullyAccurate) {
     GTEST_SKIP() << "libmpg123 1.31 for MinGW never returns when a decoder is chosen by name: its config.h lets "
                     "_stricmp call itself";
 #endif
-    const Bytes file = mp3File(44100, 2, music(44100, 2, 100000), {.bitRate = 192, .infoFrame = false});
-    const auto sound = readAll(*openBytes(file));
+    const Bytes file = Mp3File(44100, 2, Music(44100, 2, 100000), {.bitRate = 192, .infoFrame = false});
+    const auto sound = ReadAll(*OpenBytes(file));
 
     const TempDir dir;
-    const auto expected = decodeByMpg123(dir.write("a.mp3", file), "generic", false).samples;
+    const auto expected = DecodeByMpg123(dir.write("a.mp3", file), "generic", false).samples;
     ASSERT_GE(expected.size() + 2 * 1152, sound.size());
 
     const size_t count = std::min(expected.size(), sound.size());
-    const auto rounded = toInt16(sound);
+    const auto rounded = ToInt16(sound);
     double square = 0, most = 0, squareRounded = 0, mostRounded = 0;
     const auto add = [](double difference, double& squares, double& greatest) {
         squares += difference * difference;
         greatest = std::max(greatest, std::abs(difference));
     };
     for (size_t i = 0; i < count; ++i) {
-        add(double(sound[i]) - expected[i], square, most);
-        add(rounded[i] / 32768.0 - std::clamp(double(expected[i]), -1.0, 32767 / 32768.0), squareRounded, mostRounded);
+        add(static_cast<double>(sound[i]) - expected[i], square, most);
+        add(rounded[i] / 32768.0 - std::clamp(static_cast<double>(expected[i]), -1.0, 32767 / 32768.0), squareRounded,
+            mostRounded);
     }
     const double limit = std::pow(2, -15) / std::sqrt(12.0);
-    EXPECT_LT(std::sqrt(square / double(count)), limit / 100);
+    EXPECT_LT(std::sqrt(square / static_cast<double>(count)), limit / 100);
     EXPECT_LT(most, std::pow(2, -14) / 100);
-    EXPECT_LT(std::sqrt(squareRounded / double(count)), limit * 1.02);  // sixteen bits round by just that much
+    EXPECT_LT(std::sqrt(squareRounded / static_cast<double>(count)),
+              limit * 1.02);  // sixteen bits round by just that much
     EXPECT_LT(mostRounded, std::pow(2, -14));
 }
 

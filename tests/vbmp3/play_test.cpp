@@ -20,7 +20,7 @@ using std::chrono::milliseconds;
 class Playing : public testing::Test {
   protected:
     std::string wave(const std::string& name, int frames, double hertz = 440, int rate = 44100) {
-        return dir_.write(name, waveFile(rate, 2, tone(rate, 2, frames, hertz)));
+        return dir_.write(name, WaveFile(rate, 2, ToneOf(rate, 2, frames, hertz)));
     }
     std::unique_ptr<Player> opened(const OutputSystem& system, const std::string& path) {
         auto player = std::make_unique<Player>(sound_, system, share_->opener());
@@ -36,7 +36,7 @@ class Playing : public testing::Test {
     void playToEnd(Player& player) {
         ends_ = 0;
         ASSERT_EQ(player.play(), VBMP3_OK);
-        ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
+        ASSERT_TRUE(Eventually([&] { return ends_ == 1; }));
     }
 
     TempDir dir_;
@@ -48,11 +48,11 @@ class Playing : public testing::Test {
 
 TEST_F(Playing, WhatWentIntoAFileIsHeardAndAgainAfterItsEnd) {
     const int frames = 3 * 44100 + 17;
-    const auto samples = tone(44100, 2, frames);
+    const auto samples = ToneOf(44100, 2, frames);
     for (const bool mp3 : {false, true}) {
         heard_ = std::make_shared<Heard>();
-        const Bytes file = mp3 ? mp3File(44100, 2, samples) : waveFile(44100, 2, samples);
-        const auto player = opened(memorySystem(heard_), dir_.write("a", file));
+        const Bytes file = mp3 ? Mp3File(44100, 2, samples) : WaveFile(44100, 2, samples);
+        const auto player = opened(MemorySystem(heard_), dir_.write("a", file));
         ASSERT_EQ(player->seek(1), VBMP3_OK);
         EXPECT_EQ(player->snapshot().seconds, 1) << "shown, though play begins at the beginning";
         playToEnd(*player);
@@ -60,7 +60,7 @@ TEST_F(Playing, WhatWentIntoAFileIsHeardAndAgainAfterItsEnd) {
         EXPECT_NEAR(player->snapshot().seconds, frames / 44100.0, 0.001);
         EXPECT_EQ(heard_->all().size(), samples.size());
         if (!mp3) {
-            EXPECT_EQ(toInt16(heard_->all()), samples);
+            EXPECT_EQ(ToInt16(heard_->all()), samples);
         }
         playToEnd(*player);
         EXPECT_EQ(heard_->all().size(), 2 * samples.size());
@@ -72,11 +72,11 @@ TEST_F(Playing, TheNextFileFollowsWithoutAGapAtItsOwnRate) {
     for (const auto& [rate, opens] : {std::pair{44100, std::vector{44100}}, {48000, {44100, 48000}}}) {
         SCOPED_TRACE(rate);
         heard_ = std::make_shared<Heard>();
-        const auto first = tone(44100, 2, 25001), second = tone(rate, 2, 12000);
-        const auto player = opened(memorySystem(heard_), wave("1.wav", 25001));
+        const auto first = ToneOf(44100, 2, 25001), second = ToneOf(rate, 2, 12000);
+        const auto player = opened(MemorySystem(heard_), wave("1.wav", 25001));
         ASSERT_EQ(player->setNext(wave("2.wav", 12000, 440, rate)), VBMP3_OK);
         playToEnd(*player);
-        EXPECT_EQ(toInt16(heard_->all()), first + second);
+        EXPECT_EQ(ToInt16(heard_->all()), first + second);
         EXPECT_EQ(heard_->opens, opens);
         EXPECT_EQ(nexts_, 1);
         EXPECT_EQ(player->current()->path, dir_.path("2.wav"));
@@ -88,54 +88,54 @@ TEST_F(Playing, TheNextFileFollowsWithoutAGapAtItsOwnRate) {
 
 TEST_F(Playing, ANextFileThatOpensLateFollowsWithoutAGapAndOneThatCannotBeOpenedIsDropped) {
     for (const bool good : {true, false}) {
-        const auto first = tone(8000, 2, 4000), second = tone(8000, 2, 3000);
+        const auto first = ToneOf(8000, 2, 4000), second = ToneOf(8000, 2, 3000);
         const auto plug = std::make_shared<Plug>();
-        OutputSystem system = plugSystem(plug);
+        OutputSystem system = PlugSystem(plug);
         system.patience = milliseconds(3000);
         auto player = opened(system, wave("1.wav", 4000, 440, 8000));
-        const std::string late = good ? wave("far.wav", 3000, 440, 8000) : dir_.write("far.wav", text("no sound"));
+        const std::string late = good ? wave("far.wav", 3000, 440, 8000) : dir_.write("far.wav", Text("no sound"));
         ASSERT_EQ(player->play(), VBMP3_OK);
         share_->hangs = true;
         EXPECT_EQ(player->setNext(late), VBMP3_OK) << "taken unseen";
         share_->hangs = false;
-        ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
+        ASSERT_TRUE(Eventually([&] { return ends_ == 1; }));
         EXPECT_EQ(nexts_, good ? 1 : 0);
         EXPECT_EQ(player->current()->path, good ? late : dir_.path("1.wav"));
         player.reset();
-        EXPECT_EQ(toInt16(plug->heard.all()), good ? first + second : first);
+        EXPECT_EQ(ToInt16(plug->heard.all()), good ? first + second : first);
     }
 }
 
 TEST_F(Playing, PitchAndSpeedAreHeardAndThePositionStaysThatOfTheTrack) {
     ASSERT_TRUE(sound_.setPitch(130) && sound_.setStepPitch(6, 5));
-    const auto player = opened(memorySystem(heard_), wave("a.wav", 4 * 44100));
+    const auto player = opened(MemorySystem(heard_), wave("a.wav", 4 * 44100));
     playToEnd(*player);
     const size_t length = heard_->all().size() / 2;
     EXPECT_EQ(length, 2 * 44100u);
-    EXPECT_NEAR(frequencyOf(heard_->all(), 44100, length / 5, length * 4 / 5), 572, 2.0);
+    EXPECT_NEAR(FrequencyOf(heard_->all(), 44100, length / 5, length * 4 / 5), 572, 2.0);
     EXPECT_NEAR(player->snapshot().seconds, 4.0, 0.01);
 }
 
 TEST_F(Playing, ANextFileTakenBackWhileItIsBeingDecodedIsNotHeardEither) {
-    const auto player = opened(clockSystem(1), wave("1.wav", 22050));
+    const auto player = opened(ClockSystem(1), wave("1.wav", 22050));
     ASSERT_EQ(player->setNext(wave("2.wav", 200000)), VBMP3_OK);
     ASSERT_EQ(player->play(), VBMP3_OK);
     std::this_thread::sleep_for(milliseconds(100));  // the decoder is far into the second file by now
     ASSERT_EQ(player->setNext(""), VBMP3_OK);
-    ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
+    ASSERT_TRUE(Eventually([&] { return ends_ == 1; }));
     EXPECT_EQ(nexts_, 0);
     EXPECT_EQ(player->current()->path, dir_.path("1.wav"));
 }
 
 TEST_F(Playing, PositionRunsWithTheClockStandsWhilePausedAndEndsWithTheFile) {
-    const auto player = opened(clockSystem(1), wave("a.wav", 44100 * 20));
+    const auto player = opened(ClockSystem(1), wave("a.wav", 44100 * 20));
     const auto seconds = [&] { return player->snapshot().seconds; };
     EXPECT_EQ(player->snapshot().state, 0);
     ASSERT_EQ(player->play(), VBMP3_OK);
-    ASSERT_TRUE(eventually([&] { return seconds() > 0.2; }));
+    ASSERT_TRUE(Eventually([&] { return seconds() > 0.2; }));
     const auto begin = std::chrono::steady_clock::now();
     const double from = seconds();
-    ASSERT_TRUE(eventually([&] { return seconds() > from + 0.4; }));
+    ASSERT_TRUE(Eventually([&] { return seconds() > from + 0.4; }));
     const double passed = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     EXPECT_NEAR(passed, 0.4, 0.15);
 
@@ -153,7 +153,7 @@ TEST_F(Playing, PositionRunsWithTheClockStandsWhilePausedAndEndsWithTheFile) {
     std::this_thread::sleep_for(milliseconds(60));
     EXPECT_EQ(seconds(), 5);
     ASSERT_EQ(player->restart(), VBMP3_OK);
-    ASSERT_TRUE(eventually([&] { return seconds() > 5.05; }));
+    ASSERT_TRUE(Eventually([&] { return seconds() > 5.05; }));
     EXPECT_LT(seconds(), 6);
 
     ASSERT_EQ(player->stop(), VBMP3_OK);
@@ -171,8 +171,8 @@ TEST_F(Playing, PositionRunsWithTheClockStandsWhilePausedAndEndsWithTheFile) {
 }
 
 TEST_F(Playing, ASeekIsHeardFromExactlyThatFrame) {
-    const auto samples = tone(44100, 2, 44100 * 3, 300);
-    const auto player = opened(memorySystem(heard_), wave("a.wav", 44100 * 3, 300));
+    const auto samples = ToneOf(44100, 2, 44100 * 3, 300);
+    const auto player = opened(MemorySystem(heard_), wave("a.wav", 44100 * 3, 300));
     ASSERT_EQ(player->play(), VBMP3_OK);
     ASSERT_EQ(player->pause(), VBMP3_OK);
     ASSERT_EQ(player->seek(2.5), VBMP3_OK);
@@ -180,33 +180,33 @@ TEST_F(Playing, ASeekIsHeardFromExactlyThatFrame) {
     const size_t before = heard_->all().size();
     if (ends_ == 0) {
         ASSERT_EQ(player->restart(), VBMP3_OK);
-        ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
+        ASSERT_TRUE(Eventually([&] { return ends_ == 1; }));
     }
-    const auto all = toInt16(heard_->all());
-    const std::vector<int16_t> tail(all.begin() + std::ptrdiff_t(before), all.end());
+    const auto all = ToInt16(heard_->all());
+    const std::vector<int16_t> tail(all.begin() + static_cast<std::ptrdiff_t>(before), all.end());
     EXPECT_EQ(tail, std::vector<int16_t>(samples.begin() + 2 * 110250, samples.end()));
 }
 
 TEST_F(Playing, ASeekPastTheEndEndsTheTrack) {
-    const std::string mp3 = dir_.write("a.mp3", mp3File(44100, 2, tone(44100, 2, 44100 * 5)));
+    const std::string mp3 = dir_.write("a.mp3", Mp3File(44100, 2, ToneOf(44100, 2, 44100 * 5)));
     for (const std::string& path : {wave("a.wav", 44100 * 5), mp3}) {
-        const auto player = opened(clockSystem(1), path);
+        const auto player = opened(ClockSystem(1), path);
         ASSERT_EQ(player->play(), VBMP3_OK);
         ASSERT_EQ(player->seek(1000), VBMP3_OK);
-        ASSERT_TRUE(eventually([&] { return ends_ == 1; })) << path;
+        ASSERT_TRUE(Eventually([&] { return ends_ == 1; })) << path;
         EXPECT_NEAR(player->snapshot().seconds, 5, 0.001);
     }
 }
 
 TEST_F(Playing, NextFileAndEndAreToldTheMomentTheyAreHeardWithoutADeviceToo) {
-    for (const OutputSystem& system : {clockSystem(1), OutputSystem{[] { return nullptr; }, [] { return 0; }}}) {
+    for (const OutputSystem& system : {ClockSystem(1), OutputSystem{[] { return nullptr; }, [] { return 0; }}}) {
         const auto player = opened(system, wave("1.wav", 44100 / 4));
         ASSERT_EQ(player->setNext(wave("2.wav", 44100 / 4)), VBMP3_OK);
         const auto begin = std::chrono::steady_clock::now();
         ASSERT_EQ(player->play(), VBMP3_OK);
         milliseconds due(0);
         for (const std::atomic<int>* told : {&nexts_, &ends_}) {
-            ASSERT_TRUE(eventually([&] { return *told == 1; }));
+            ASSERT_TRUE(Eventually([&] { return *told == 1; }));
             due += milliseconds(250);
             const auto passed = std::chrono::steady_clock::now() - begin;
             EXPECT_GE(passed, due);
@@ -219,7 +219,7 @@ TEST_F(Playing, NextFileAndEndAreToldTheMomentTheyAreHeardWithoutADeviceToo) {
 TEST_F(Playing, ABusyDeviceIsToldAndTakenOnceItIsFree) {
     const auto plug = std::make_shared<Plug>();
     plug->busy = true;
-    const auto player = opened(plugSystem(plug), wave("a.wav", 44100));
+    const auto player = opened(PlugSystem(plug), wave("a.wav", 44100));
     EXPECT_EQ(player->play(), VBMP3_ERROR_DEVICE_BUSY);
     EXPECT_EQ(player->snapshot().state, 0);
     plug->busy = false;
@@ -229,28 +229,28 @@ TEST_F(Playing, ABusyDeviceIsToldAndTakenOnceItIsFree) {
 
 TEST_F(Playing, ADeviceInTroubleIsToldAndThePositionGoesOnUntilItIsWell) {
     for (const Trouble trouble : {Trouble::Gone, Trouble::StandsStill, Trouble::Hangs}) {
-        SCOPED_TRACE(int(trouble));
+        SCOPED_TRACE(static_cast<int>(trouble));
         const auto plug = std::make_shared<Plug>();
-        const auto player = opened(plugSystem(plug), wave("a.wav", 8000 * 20, 440, 8000));
+        const auto player = opened(PlugSystem(plug), wave("a.wav", 8000 * 20, 440, 8000));
         const auto seconds = [&] { return player->snapshot().seconds; };
         ASSERT_EQ(player->play(), VBMP3_OK);
-        ASSERT_TRUE(eventually([&] { return seconds() > 0.3; }));
+        ASSERT_TRUE(Eventually([&] { return seconds() > 0.3; }));
         EXPECT_TRUE(player->hasDevice());
         plug->trouble = trouble;
-        ASSERT_TRUE(eventually([&] { return losses_ == 1; }));
+        ASSERT_TRUE(Eventually([&] { return losses_ == 1; }));
         EXPECT_FALSE(player->hasDevice());
         const double from = seconds();
-        ASSERT_TRUE(eventually([&] { return seconds() > from + 0.3; }));
+        ASSERT_TRUE(Eventually([&] { return seconds() > from + 0.3; }));
         EXPECT_EQ(player->snapshot().state, 1);
         const int opens = plug->opens;
         plug->trouble = Trouble::None;
-        ASSERT_TRUE(eventually([&] { return plug->opens == opens + 1 && player->hasDevice(); }));
+        ASSERT_TRUE(Eventually([&] { return plug->opens == opens + 1 && player->hasDevice(); }));
         EXPECT_EQ(losses_, 1);
         EXPECT_LT(seconds(), 5);
         plug->trouble = trouble;
-        ASSERT_TRUE(eventually([&] { return losses_ == 2; }));
+        ASSERT_TRUE(Eventually([&] { return losses_ == 2; }));
         player->seek(20);
-        ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
+        ASSERT_TRUE(Eventually([&] { return ends_ == 1; }));
         plug->trouble = Trouble::None;
         EXPECT_TRUE(player->hasDevice()) << "nothing plays on the clock any more";
     }
@@ -259,7 +259,7 @@ TEST_F(Playing, ADeviceInTroubleIsToldAndThePositionGoesOnUntilItIsWell) {
 TEST_F(Playing, WhatIsOpeningIsWaitedForByNewerOrdersAndByTheTrackThatNeedsIt) {
     const auto plug = std::make_shared<Plug>();
     plug->openMs = 200;
-    const auto player = opened(plugSystem(plug), wave("a.wav", 8000 * 20, 440, 8000));
+    const auto player = opened(PlugSystem(plug), wave("a.wav", 8000 * 20, 440, 8000));
     ASSERT_EQ(player->setNext(wave("b.wav", 44100)), VBMP3_OK);
     ASSERT_EQ(player->play(), VBMP3_OK);
     // Cut short by two newer orders.
@@ -270,8 +270,8 @@ TEST_F(Playing, WhatIsOpeningIsWaitedForByNewerOrdersAndByTheTrackThatNeedsIt) {
         std::this_thread::sleep_for(milliseconds(10));
         EXPECT_TRUE(player->hasDevice());
     }
-    ASSERT_TRUE(eventually([&] { return player->snapshot().seconds > 19.65; }));
-    ASSERT_TRUE(eventually([&] { return nexts_ == 1; }));
+    ASSERT_TRUE(Eventually([&] { return player->snapshot().seconds > 19.65; }));
+    ASSERT_TRUE(Eventually([&] { return nexts_ == 1; }));
     EXPECT_EQ(plug->opens, 3);
     EXPECT_EQ(losses_, 0);
     EXPECT_TRUE(player->hasDevice());
@@ -279,17 +279,17 @@ TEST_F(Playing, WhatIsOpeningIsWaitedForByNewerOrdersAndByTheTrackThatNeedsIt) {
 
 TEST_F(Playing, AFileThatStallsIsNoDeviceInTrouble) {
     const auto plug = std::make_shared<Plug>();
-    const auto player = opened(plugSystem(plug), wave("far.wav", 44100 * 20));
+    const auto player = opened(PlugSystem(plug), wave("far.wav", 44100 * 20));
     ASSERT_EQ(player->play(), VBMP3_OK);
     share_->hangs = true;
     double last = -1;
-    ASSERT_TRUE(eventually([&] {
+    ASSERT_TRUE(Eventually([&] {
         std::this_thread::sleep_for(milliseconds(600));  // longer than the patience with devices
         const double before = std::exchange(last, player->snapshot().seconds);
         return before == last;
     }));
     share_->hangs = false;
-    ASSERT_TRUE(eventually([&] { return player->snapshot().seconds > last + 0.3; }));
+    ASSERT_TRUE(Eventually([&] { return player->snapshot().seconds > last + 0.3; }));
     EXPECT_EQ(plug->opens, 1);
     EXPECT_EQ(losses_, 0);
 }
@@ -297,37 +297,37 @@ TEST_F(Playing, AFileThatStallsIsNoDeviceInTrouble) {
 TEST_F(Playing, AnotherOutputGoesOnWhereTheSoundIs) {
     // Every sample says at which millisecond it stands.
     std::vector<int16_t> ramp(2 * 8000 * 2);
-    for (size_t i = 0; i < ramp.size(); ++i) ramp[i] = int16_t(i / 16);
+    for (size_t i = 0; i < ramp.size(); ++i) ramp[i] = static_cast<int16_t>(i / 16);
     const auto plug = std::make_shared<Plug>();
-    auto player = opened(plugSystem(plug), dir_.write("a.wav", waveFile(8000, 2, ramp)));
+    auto player = opened(PlugSystem(plug), dir_.write("a.wav", WaveFile(8000, 2, ramp)));
     ASSERT_EQ(player->play(), VBMP3_OK);
     for (const bool paused : {false, true}) {
         const int opens = plug->opens;
         const double from = player->snapshot().seconds;
-        ASSERT_TRUE(eventually([&] { return player->snapshot().seconds > from + 0.3; }));
+        ASSERT_TRUE(Eventually([&] { return player->snapshot().seconds > from + 0.3; }));
         if (paused) player->pause();
         for (int i = 0; i < 3; ++i) {
             player->setOutput({paused ? 1 : 0, 200});
-            ASSERT_TRUE(eventually([&] { return plug->opens == opens + 1; }));
+            ASSERT_TRUE(Eventually([&] { return plug->opens == opens + 1; }));
         }
         EXPECT_EQ(player->snapshot().state, paused ? 2 : 1);
         if (paused) player->restart();
     }
-    ASSERT_TRUE(eventually([&] { return ends_ == 1; }));
+    ASSERT_TRUE(Eventually([&] { return ends_ == 1; }));
     player.reset();
     EXPECT_EQ(plug->opens, 3) << "the same values once more are no change";
-    const auto heard = toInt16(plug->heard.all());
+    const auto heard = ToInt16(plug->heard.all());
     for (size_t i = 2; i < heard.size(); ++i) ASSERT_NEAR(heard[i], heard[i - 2], 50);
-    EXPECT_NEAR(double(heard.size()), double(ramp.size()), 16 * 100);
+    EXPECT_NEAR(static_cast<double>(heard.size()), static_cast<double>(ramp.size()), 16 * 100);
 }
 
 TEST_F(Playing, NoOrderWaitsForADeviceInTrouble) {
     for (const Trouble trouble : {Trouble::StandsStill, Trouble::Hangs}) {
-        SCOPED_TRACE(int(trouble));
+        SCOPED_TRACE(static_cast<int>(trouble));
         const auto plug = std::make_shared<Plug>();
-        const auto player = opened(plugSystem(plug), wave("a.wav", 8000 * 20, 440, 8000));
+        const auto player = opened(PlugSystem(plug), wave("a.wav", 8000 * 20, 440, 8000));
         ASSERT_EQ(player->play(), VBMP3_OK);
-        ASSERT_TRUE(eventually([&] { return player->snapshot().seconds > 0.1; }));
+        ASSERT_TRUE(Eventually([&] { return player->snapshot().seconds > 0.1; }));
         plug->trouble = trouble;
         const std::pair<const char*, std::function<void()>> orders[] = {
             {"seek", [&] { player->seek(3); }},      {"pause", [&] { player->pause(); }},
@@ -340,7 +340,7 @@ TEST_F(Playing, NoOrderWaitsForADeviceInTrouble) {
         }
         EXPECT_EQ(player->snapshot().state, 0);
         plug->trouble = Trouble::None;
-        EXPECT_TRUE(eventually([] { return DeviceThread::leftBehind() == 0; }));
+        EXPECT_TRUE(Eventually([] { return DeviceThread::leftBehind() == 0; }));
     }
 }
 

@@ -16,26 +16,27 @@ namespace {
 
 class StuckFile : public testing::Test {
   protected:
-    void SetUp() override { startLibrary(share_->opener()); }
+    void SetUp() override { StartLibrary(share_->opener()); }
     void TearDown() override {
         share_->hangs = false;
         vbmp3_free();
-        EXPECT_TRUE(eventually([&] { return SideThread::leftBehind() == 0 && share_->held == 0; }));
+        EXPECT_TRUE(Eventually([&] { return SideThread::leftBehind() == 0 && share_->held == 0; }));
     }
     static void inTime(const char* what, const std::function<void()>& call) {
         const auto begin = std::chrono::steady_clock::now();
         call();
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4)) << what;  // not the file's own time
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4))
+            << what;  // not the file's own time
     }
     bool plays() {
         const int64_t from = vbmp3_getPositionMs();
-        return eventually([&] { return vbmp3_getState(nullptr) == 1 && vbmp3_getPositionMs() > from + 50; });
+        return Eventually([&] { return vbmp3_getState(nullptr) == 1 && vbmp3_getPositionMs() > from + 50; });
     }
 
     TempDir dir_;
     const std::shared_ptr<Share> share_ = std::make_shared<Share>();
-    const std::string near_ = dir_.write("near.wav", waveFile(44100, 2, tone(44100, 2, 10 * 44100)));
-    const std::string far_ = dir_.write("far.wav", waveFile(44100, 2, tone(44100, 2, 60 * 44100)));
+    const std::string near_ = dir_.write("near.wav", WaveFile(44100, 2, ToneOf(44100, 2, 10 * 44100)));
+    const std::string far_ = dir_.write("far.wav", WaveFile(44100, 2, ToneOf(44100, 2, 60 * 44100)));
 };
 
 TEST_F(StuckFile, IsWaitedForByNoCall) {
@@ -45,7 +46,7 @@ TEST_F(StuckFile, IsWaitedForByNoCall) {
         ASSERT_TRUE(plays());
         share_->hangs = true;
         ASSERT_EQ(vbmp3_seek(40), 1);
-        ASSERT_TRUE(eventually([&] { return share_->inside == round + 1; }));
+        ASSERT_TRUE(Eventually([&] { return share_->inside == round + 1; }));
         inTime("seek", [] { EXPECT_EQ(vbmp3_seek(20), 1); });
         inTime("play", [] { EXPECT_EQ(vbmp3_play(), 1); });
         inTime("next file", [&] { EXPECT_EQ(vbmp3_setNextFile(near_.c_str()), 1); });
@@ -55,10 +56,10 @@ TEST_F(StuckFile, IsWaitedForByNoCall) {
         inTime("play", [] { EXPECT_EQ(vbmp3_play(), 1); });
         EXPECT_TRUE(plays()) << "another thread has taken over";
         inTime("next file", [&] { EXPECT_EQ(vbmp3_setNextFile(far_.c_str()), 1); });
-        EXPECT_TRUE(eventually([&] { return vbmp3_setNextFile(dir_.path("missing").c_str()) == 0; }));
+        EXPECT_TRUE(Eventually([&] { return vbmp3_setNextFile(dir_.path("missing").c_str()) == 0; }));
         if (round == 2) inTime("free", vbmp3_free);
         share_->hangs = false;
-        ASSERT_TRUE(eventually([&] { return SideThread::leftBehind() == 0; }));
+        ASSERT_TRUE(Eventually([&] { return SideThread::leftBehind() == 0; }));
         share_->inside = round + 1;
     }
 }
@@ -72,10 +73,10 @@ TEST_F(StuckFile, ThatComesBackAfterANewerOrderChangesNothing) {
          }},
         {"close", vbmp3_close},
         {"free", vbmp3_free},
-        {"a library begun anew", [&] { vbmp3_free(), startLibrary(share_->opener()), vbmp3_close(); }}};
+        {"a library begun anew", [&] { vbmp3_free(), StartLibrary(share_->opener()), vbmp3_close(); }}};
     for (const auto& [name, order] : orders) {
         SCOPED_TRACE(name);
-        startLibrary(share_->opener());
+        StartLibrary(share_->opener());
         share_->hangs = true;
         int result = -1, error = -1;
         vbmp3_FileInfo info{};
@@ -84,7 +85,7 @@ TEST_F(StuckFile, ThatComesBackAfterANewerOrderChangesNothing) {
             result = vbmp3_open(far_.c_str(), &info);
             error = vbmp3_getLastErrorNo();
         });
-        EXPECT_TRUE(eventually([&] { return share_->inside > 0; }));
+        EXPECT_TRUE(Eventually([&] { return share_->inside > 0; }));
         inTime(name, order);
         const int state = vbmp3_getState(nullptr);
         vbmp3_getFileType(dir_.path("missing").c_str());
@@ -118,21 +119,21 @@ TEST_F(StuckFile, IsLeftBehindByAJobToo) {
     EXPECT_EQ(jobs.state(), Jobs::State::None);
     EXPECT_EQ(SideThread::leftBehind(), 1);
     share_->hangs = false;
-    ASSERT_TRUE(eventually([&] { return ended.load(); }));
+    ASSERT_TRUE(Eventually([&] { return ended.load(); }));
     EXPECT_TRUE(jobs.start([](JobControl&) { return VBMP3_OK; }));
-    EXPECT_TRUE(eventually([&] { return told == 1; })) << "of what was cancelled nothing is told";
+    EXPECT_TRUE(Eventually([&] { return told == 1; })) << "of what was cancelled nothing is told";
 }
 
 TEST(Interface, OpensATrackOnceForItsSoundItsTagsAndItsLyrics) {
     const TempDir dir;
     const std::string tag = "LYRICSBEGIN[00:01]one\r\nLYRICSEND";
     const auto share = std::make_shared<Share>();
-    startLibrary(share->opener());
+    StartLibrary(share->opener());
     const std::string path =
-        dir.write("a.mp3", mp3File(44100, 2, tone(44100, 2, 20000)) + text(tag + "TAGname" + std::string(121, '\0')));
+        dir.write("a.mp3", Mp3File(44100, 2, ToneOf(44100, 2, 20000)) + Text(tag + "TAGname" + std::string(121, '\0')));
     vbmp3_FileInfo info{};
     info.size = sizeof info;
-    EXPECT_EQ(vbmp3_open(dir.write("text.mp3", text("no sound at all")).c_str(), &info), 0);
+    EXPECT_EQ(vbmp3_open(dir.write("text.mp3", Text("no sound at all")).c_str(), &info), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_FORMAT);
     EXPECT_EQ(vbmp3_play(), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NOT_OPEN);

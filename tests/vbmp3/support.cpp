@@ -54,7 +54,7 @@ class MemoryOutput final : public Output {
     void write(std::span<const float> stereo) override {
         const std::lock_guard lock(heard_->mutex);
         heard_->samples.insert(heard_->samples.end(), stereo.begin(), stereo.end());
-        written_ += int64_t(stereo.size() / 2);
+        written_ += static_cast<int64_t>(stereo.size() / 2);
     }
     void start() override {}
     void pause() override {}
@@ -118,7 +118,7 @@ class PluggedOutput final : public Output {
     }
 
     std::shared_ptr<Plug> plug_;
-    std::unique_ptr<Output> inner_ = makeClockOutput();
+    std::unique_ptr<Output> inner_ = MakeClockOutput();
     std::vector<float> unheard_;
     static constexpr int64_t kBuffer = 250;  // frames; no divisor of what is decoded in one go
     int64_t played_ = 0, kept_ = 0;
@@ -127,63 +127,65 @@ class PluggedOutput final : public Output {
 
 }  // namespace
 
-Bytes readBytes(const std::string& path) { return text(readFile(path)); }
+Bytes ReadBytes(const std::string& path) { return Text(ReadFile(path)); }
 
-Bytes text(const std::string& words) { return Bytes(words.begin(), words.end()); }
+Bytes Text(const std::string& words) { return Bytes(words.begin(), words.end()); }
 
-Bytes little(uint64_t value, int count) {
+Bytes Little(uint64_t value, int count) {
     Bytes bytes;
-    for (int i = 0; i < count; ++i) bytes.push_back(uint8_t(value >> 8 * i));
+    for (int i = 0; i < count; ++i) bytes.push_back(static_cast<uint8_t>(value >> 8 * i));
     return bytes;
 }
 
-Bytes chunk(const std::string& id, const Bytes& body) {
-    return text(id) + little(body.size(), 4) + body + Bytes(body.size() % 2);
+Bytes Chunk(const std::string& id, const Bytes& body) {
+    return Text(id) + Little(body.size(), 4) + body + Bytes(body.size() % 2);
 }
 
-Bytes riff(const std::string& form, const Bytes& chunks) { return chunk("RIFF", text(form) + chunks); }
+Bytes Riff(const std::string& form, const Bytes& chunks) { return Chunk("RIFF", Text(form) + chunks); }
 
-std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz, double amplitude) {
+std::vector<int16_t> ToneOf(int sampleRate, int channels, int frames, double hertz, double amplitude) {
     std::vector<int16_t> samples;
     for (int i = 0; i < frames; ++i)
         for (int c = 0; c < channels; ++c)
-            samples.push_back(
-                int16_t(std::lround(amplitude * std::sin(2 * std::numbers::pi * hertz * (c + 1) * i / sampleRate))));
+            samples.push_back(static_cast<int16_t>(
+                std::lround(amplitude * std::sin(2 * std::numbers::pi * hertz * (c + 1) * i / sampleRate))));
     return samples;
 }
 
-std::vector<int16_t> music(int sampleRate, int channels, int frames) {
+std::vector<int16_t> Music(int sampleRate, int channels, int frames) {
     std::mt19937 random(1);
     std::vector<int16_t> samples;
     for (int i = 0; i < frames; ++i)
         for (int c = 0; c < channels; ++c) {
-            const double t = double(i) / sampleRate;
-            const double value =
-                5000 * std::sin(2 * M_PI * (220 + 100 * t) * t) + 3000 * std::sin(2 * M_PI * 1234 * t + c) +
-                2000 * std::sin(2 * M_PI * 0.7 * t) * std::sin(2 * M_PI * 3000 * t) + double(random() % 400) - 200;
-            samples.push_back(int16_t(value));
+            const double t = static_cast<double>(i) / sampleRate;
+            const double value = 5000 * std::sin(2 * M_PI * (220 + 100 * t) * t) +
+                                 3000 * std::sin(2 * M_PI * 1234 * t + c) +
+                                 2000 * std::sin(2 * M_PI * 0.7 * t) * std::sin(2 * M_PI * 3000 * t) +
+                                 static_cast<double>(random() % 400) - 200;
+            samples.push_back(static_cast<int16_t>(value));
         }
     return samples;
 }
 
-Bytes pcmFmt(int tag, int channels, int sampleRate, int bits) {
+Bytes PcmFmt(int tag, int channels, int sampleRate, int bits) {
     const int block = channels * bits / 8;
-    return little(uint64_t(tag), 2) + little(uint64_t(channels), 2) + little(uint64_t(sampleRate), 4) +
-           little(uint64_t(sampleRate * block), 4) + little(uint64_t(block), 2) + little(uint64_t(bits), 2);
+    return Little(static_cast<uint64_t>(tag), 2) + Little(static_cast<uint64_t>(channels), 2) +
+           Little(static_cast<uint64_t>(sampleRate), 4) + Little(static_cast<uint64_t>(sampleRate * block), 4) +
+           Little(static_cast<uint64_t>(block), 2) + Little(static_cast<uint64_t>(bits), 2);
 }
 
-Bytes waveFile(const Bytes& fmt, const Bytes& data) { return riff("WAVE", chunk("fmt ", fmt) + chunk("data", data)); }
+Bytes WaveFile(const Bytes& fmt, const Bytes& data) { return Riff("WAVE", Chunk("fmt ", fmt) + Chunk("data", data)); }
 
-Bytes waveFile(int sampleRate, int channels, const std::vector<int16_t>& samples) {
+Bytes WaveFile(int sampleRate, int channels, const std::vector<int16_t>& samples) {
     Bytes data(2 * samples.size());
     for (size_t i = 0; i < samples.size(); ++i) {
-        data[2 * i] = uint8_t(samples[i]);
-        data[2 * i + 1] = uint8_t(samples[i] >> 8);
+        data[2 * i] = static_cast<uint8_t>(samples[i]);
+        data[2 * i + 1] = static_cast<uint8_t>(samples[i] >> 8);
     }
-    return waveFile(pcmFmt(1, channels, sampleRate, 16), data);
+    return WaveFile(PcmFmt(1, channels, sampleRate, 16), data);
 }
 
-Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples, const Mp3Options& options) {
+Bytes Mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples, const Mp3Options& options) {
     lame_t lame = lame_init();
     lame_set_in_samplerate(lame, sampleRate);
     lame_set_out_samplerate(lame, sampleRate);
@@ -200,13 +202,13 @@ Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples,
     lame_set_bWriteVbrTag(lame, options.infoFrame ? 1 : 0);
     lame_set_quality(lame, 7);
     lame_init_params(lame);
-    const int frames = int(samples.size()) / channels;
-    Bytes out(size_t(frames) * 2 + 100000);
+    const int frames = static_cast<int>(samples.size()) / channels;
+    Bytes out(static_cast<size_t>(frames) * 2 + 100000);
     int16_t* input = const_cast<int16_t*>(samples.data());
-    size_t size =
-        size_t(channels == 2 ? lame_encode_buffer_interleaved(lame, input, frames, out.data(), int(out.size()))
-                             : lame_encode_buffer(lame, input, input, frames, out.data(), int(out.size())));
-    size += size_t(lame_encode_flush(lame, out.data() + size, int(out.size() - size)));
+    size_t size = static_cast<size_t>(
+        channels == 2 ? lame_encode_buffer_interleaved(lame, input, frames, out.data(), static_cast<int>(out.size()))
+                      : lame_encode_buffer(lame, input, input, frames, out.data(), static_cast<int>(out.size())));
+    size += static_cast<size_t>(lame_encode_flush(lame, out.data() + size, static_cast<int>(out.size() - size)));
     out.resize(size);
     if (options.infoFrame) {
         Bytes tag(8192);
@@ -217,31 +219,31 @@ Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples,
     return out;
 }
 
-std::vector<float> readAll(Source& source) {
+std::vector<float> ReadAll(Source& source) {
     std::vector<float> samples, buffer(2000);
     while (const size_t frames = source.read(buffer))
-        samples.insert(samples.end(), buffer.begin(), buffer.begin() + std::ptrdiff_t(2 * frames));
+        samples.insert(samples.end(), buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(2 * frames));
     return samples;
 }
 
-std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info) {
+std::unique_ptr<Source> OpenBytes(const Bytes& bytes, StreamInfo* info) {
     const auto owned = std::make_shared<OwnedBytes>(bytes);
     const std::shared_ptr<const ByteSource> file(owned, &owned->source);
-    auto found = probe(*file, scanFileLayout(*file));
+    auto found = Probe(*file, ScanFileLayout(*file));
     if (!found) return nullptr;
-    refineLength(*file, *found);
+    RefineLength(*file, *found);
     if (info != nullptr) *info = *found;
-    return openSource(file, *found);
+    return OpenSource(file, *found);
 }
 
-std::vector<int16_t> toInt16(const std::vector<float>& samples) {
+std::vector<int16_t> ToInt16(const std::vector<float>& samples) {
     std::vector<int16_t> out;
     out.reserve(samples.size());
-    for (const float sample : samples) out.push_back(vbmp3::toInt16(sample));
+    for (const float sample : samples) out.push_back(vbmp3::ToInt16(sample));
     return out;
 }
 
-Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gapless) {
+Decoded DecodeByMpg123(const std::string& path, const char* decoder, bool gapless) {
     Decoded result;
     mpg123_handle* handle = mpg123_new(decoder, nullptr);
     mpg123_param(handle, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT | MPG123_QUIET, 0);
@@ -250,14 +252,14 @@ Decoded decodeByMpg123(const std::string& path, const char* decoder, bool gaples
     int encoding = 0;
     if (mpg123_open(handle, path.c_str()) == MPG123_OK &&
         mpg123_getformat(handle, &rate, &result.channels, &encoding) == MPG123_OK) {
-        result.sampleRate = int(rate);
+        result.sampleRate = static_cast<int>(rate);
         std::vector<float> block(16384);
         size_t bytes = 0;
         int state = MPG123_OK;
         while (state == MPG123_OK) {
             state = mpg123_read(handle, reinterpret_cast<unsigned char*>(block.data()), block.size() * sizeof(float),
                                 &bytes);
-            const auto end = block.begin() + std::ptrdiff_t(bytes / sizeof(float));
+            const auto end = block.begin() + static_cast<std::ptrdiff_t>(bytes / sizeof(float));
             result.samples.insert(result.samples.end(), block.begin(), end);
         }
     }
@@ -270,44 +272,44 @@ void Share::wait() {
     while (hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-OpenFile Share::opener() {
+FileOpener Share::opener() {
     return [share = shared_from_this()](const std::string& path) -> std::unique_ptr<ByteSource> {
         const bool distant = path.find("far") != std::string::npos;
         if (distant) share->wait();
-        auto file = openFile(path);
+        auto file = OpenFile(path);
         if (!file) return nullptr;
         ++share->opens;
         return std::make_unique<SharedFile>(share, std::move(file), distant);
     };
 }
 
-OutputSystem memorySystem(std::shared_ptr<Heard> heard) {
+OutputSystem MemorySystem(std::shared_ptr<Heard> heard) {
     return {[heard] { return std::make_unique<MemoryOutput>(heard); }, [] { return 1; }};
 }
 
-OutputSystem clockSystem(double speed) {
-    return {[speed] { return makeClockOutput(speed); }, [] { return 0; }};
+OutputSystem ClockSystem(double speed) {
+    return {[speed] { return MakeClockOutput(speed); }, [] { return 0; }};
 }
 
 void Plug::call() {
     while (trouble == Trouble::Hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-OutputSystem plugSystem(std::shared_ptr<Plug> plug) {
+OutputSystem PlugSystem(std::shared_ptr<Plug> plug) {
     return {.make = [plug] { return std::make_unique<PluggedOutput>(plug); },
             .count = [plug] { return plug->trouble == Trouble::Gone ? 0 : 1; },
             .patience = std::chrono::milliseconds(300)};
 }
 
-static int fromEnvironment(const char* name, int otherwise) {
+static int FromEnvironment(const char* name, int otherwise) {
     const char* text = std::getenv(name);
     return text != nullptr ? std::atoi(text) : otherwise;
 }
 
-int randomSeconds() { return fromEnvironment("VBMP3_RANDOM_SECONDS", 2); }
-unsigned randomSeed() { return unsigned(fromEnvironment("VBMP3_RANDOM_SEED", 5)); }
+int RandomSeconds() { return FromEnvironment("VBMP3_RANDOM_SECONDS", 2); }
+unsigned RandomSeed() { return static_cast<unsigned>(FromEnvironment("VBMP3_RANDOM_SEED", 5)); }
 
-bool eventually(const std::function<bool()>& condition) {
+bool Eventually(const std::function<bool()>& condition) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > limit) return false;

@@ -23,25 +23,25 @@ std::vector<T> operator+(std::vector<T> a, const std::vector<T>& b) {
 }
 
 using Bytes = std::vector<uint8_t>;
-Bytes readBytes(const std::string& path);
-Bytes text(const std::string& words);
-Bytes little(uint64_t value, int count);  // the lowest `count` bytes, lowest first
+Bytes ReadBytes(const std::string& path);
+Bytes Text(const std::string& words);
+Bytes Little(uint64_t value, int count);  // the lowest `count` bytes, lowest first
 
 // Of RIFF files; a chunk's body is padded to even length.
-Bytes chunk(const std::string& id, const Bytes& body);
-Bytes riff(const std::string& form, const Bytes& chunks);
+Bytes Chunk(const std::string& id, const Bytes& body);
+Bytes Riff(const std::string& form, const Bytes& chunks);
 
 // Interleaved samples of a sine; right is at twice the frequency.
-std::vector<int16_t> tone(int sampleRate, int channels, int frames, double hertz = 440, double amplitude = 8000);
+std::vector<int16_t> ToneOf(int sampleRate, int channels, int frames, double hertz = 440, double amplitude = 8000);
 
 // Several partials and a little noise: every frame differs from every other.
-std::vector<int16_t> music(int sampleRate, int channels, int frames);
+std::vector<int16_t> Music(int sampleRate, int channels, int frames);
 
 // A RIFF WAVE file with 16-bit samples.
-Bytes waveFile(int sampleRate, int channels, const std::vector<int16_t>& samples);
+Bytes WaveFile(int sampleRate, int channels, const std::vector<int16_t>& samples);
 // The same with any "fmt " and "data" contents.
-Bytes waveFile(const Bytes& fmt, const Bytes& data);
-Bytes pcmFmt(int tag, int channels, int sampleRate, int bits);
+Bytes WaveFile(const Bytes& fmt, const Bytes& data);
+Bytes PcmFmt(int tag, int channels, int sampleRate, int bits);
 
 struct Mp3Options {
     int bitRate = 128;      // kbit/s; 0: VBR quality 4
@@ -49,22 +49,22 @@ struct Mp3Options {
     bool freeFormat = false;
     bool crc = false;
 };
-Bytes mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples, const Mp3Options& options = {});
+Bytes Mp3File(int sampleRate, int channels, const std::vector<int16_t>& samples, const Mp3Options& options = {});
 
 // Reads a whole source.
-std::vector<float> readAll(Source& source);
+std::vector<float> ReadAll(Source& source);
 // Opens bytes the way a file is opened; null when refused. Keeps a copy of them.
-std::unique_ptr<Source> openBytes(const Bytes& bytes, StreamInfo* info = nullptr);
-std::vector<int16_t> toInt16(const std::vector<float>& samples);
+std::unique_ptr<Source> OpenBytes(const Bytes& bytes, StreamInfo* info = nullptr);
+std::vector<int16_t> ToInt16(const std::vector<float>& samples);
 
 // A file as libmpg123 alone hears it, by its best decoder or by the one named. Gapless: without the delay and the
 // padding that the information frame tells of.
 struct Decoded {
     int sampleRate = 0, channels = 0;
     std::vector<float> samples;  // interleaved
-    int64_t frames() const { return channels > 0 ? int64_t(samples.size()) / channels : 0; }
+    int64_t frames() const { return channels > 0 ? static_cast<int64_t>(samples.size()) / channels : 0; }
 };
-Decoded decodeByMpg123(const std::string& path, const char* decoder = nullptr, bool gapless = true);
+Decoded DecodeByMpg123(const std::string& path, const char* decoder = nullptr, bool gapless = true);
 
 // Files of which those called "far…" may stop answering.
 struct Share : std::enable_shared_from_this<Share> {
@@ -72,7 +72,7 @@ struct Share : std::enable_shared_from_this<Share> {
     std::atomic<int> opens = 0, held = 0;  // files
     std::atomic<int> inside = 0;           // calls that have hung
     void wait();                           // as long as it hangs
-    OpenFile opener();
+    FileOpener opener();
 };
 
 // Hears everything at once and keeps it.
@@ -85,8 +85,8 @@ struct Heard {
         return samples;
     }
 };
-OutputSystem memorySystem(std::shared_ptr<Heard> heard);
-OutputSystem clockSystem(double speed);
+OutputSystem MemorySystem(std::shared_ptr<Heard> heard);
+OutputSystem ClockSystem(double speed);
 
 // A device that others may have taken, and that may get into trouble at any moment.
 enum class Trouble { None, Gone, StandsStill, Hangs };
@@ -99,14 +99,14 @@ struct Plug {
     Heard heard;  // closed and flushed, this is all that was
     void call();  // every one passes here
 };
-OutputSystem plugSystem(std::shared_ptr<Plug> plug);
+OutputSystem PlugSystem(std::shared_ptr<Plug> plug);
 
 // How long the test of orders at random goes on, and where it begins: VBMP3_RANDOM_SECONDS (2) and VBMP3_RANDOM_SEED
 // (5) of the environment, so that a long run under ThreadSanitizer is one of the same test.
-int randomSeconds();
-unsigned randomSeed();
+int RandomSeconds();
+unsigned RandomSeed();
 
 // Polls until `condition` holds; false after five seconds.
-bool eventually(const std::function<bool()>& condition);
+bool Eventually(const std::function<bool()>& condition);
 
 }  // namespace vbmp3::test

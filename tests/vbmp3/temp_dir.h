@@ -10,7 +10,7 @@
 
 namespace vbmp3::test {
 
-inline std::string readFile(const std::string& path) {
+inline std::string ReadFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }

@@ -56,7 +56,7 @@ struct StreamSize {
 
 constexpr DWORD kFrameBytes = 1152 * 4;
 
-LRESULT driverDetails(ACMDRIVERDETAILSW& details) {
+LRESULT DriverDetails(ACMDRIVERDETAILSW& details) {
     const DWORD size = details.cbStruct;
     details = {};
     details.cbStruct = size;
@@ -70,7 +70,7 @@ LRESULT driverDetails(ACMDRIVERDETAILSW& details) {
     return MMSYSERR_NOERROR;
 }
 
-LRESULT formatTagDetails(ACMFORMATTAGDETAILSW& details, LPARAM query) {
+LRESULT FormatTagDetails(ACMFORMATTAGDETAILSW& details, LPARAM query) {
     constexpr DWORD kTags[] = {WAVE_FORMAT_PCM, WAVE_FORMAT_MPEGLAYER3};
     DWORD index = details.dwFormatTagIndex;
     if (query != ACM_FORMATTAGDETAILSF_INDEX) index = details.dwFormatTag == WAVE_FORMAT_MPEGLAYER3 ? 1 : 0;
@@ -85,9 +85,9 @@ LRESULT formatTagDetails(ACMFORMATTAGDETAILSW& details, LPARAM query) {
     return MMSYSERR_NOERROR;
 }
 
-LRESULT openStream(StreamInstance& stream) {
+LRESULT OpenStream(StreamInstance& stream) {
     const WAVEFORMATEX &from = *stream.source, &to = *stream.target;
-    const int bitRate = int(to.nAvgBytesPerSec * 8 / 1000);
+    const int bitRate = static_cast<int>(to.nAvgBytesPerSec * 8 / 1000);
     if (from.wFormatTag != WAVE_FORMAT_PCM || from.wBitsPerSample != 16 || from.nChannels != 2 ||
         to.wFormatTag != WAVE_FORMAT_MPEGLAYER3 || to.nChannels != 2 || from.nSamplesPerSec != 44100 ||
         to.nSamplesPerSec != 44100 || bitRate > 128)
@@ -104,19 +104,21 @@ LRESULT openStream(StreamInstance& stream) {
     return MMSYSERR_NOERROR;
 }
 
-LRESULT convert(StreamInstance& stream, StreamHeader& header) {
+LRESULT Convert(StreamInstance& stream, StreamHeader& header) {
     const auto lame = reinterpret_cast<lame_t>(stream.driver);
     const bool last = (header.convert & ACM_STREAMCONVERTF_END) != 0;
     header.sourceUsed = last ? header.sourceLength : header.sourceLength / kFrameBytes * kFrameBytes;
     int written = lame_encode_buffer_interleaved(lame, reinterpret_cast<short*>(header.source),
-                                                 int(header.sourceUsed / 4), header.target, int(header.targetLength));
+                                                 static_cast<int>(header.sourceUsed / 4), header.target,
+                                                 static_cast<int>(header.targetLength));
     if (last && written >= 0)
-        written += std::max(0, lame_encode_flush(lame, header.target + written, int(header.targetLength) - written));
-    header.targetUsed = DWORD(std::max(0, written));
+        written += std::max(
+            0, lame_encode_flush(lame, header.target + written, static_cast<int>(header.targetLength) - written));
+    header.targetUsed = static_cast<DWORD>(std::max(0, written));
     return written >= 0 ? MMSYSERR_NOERROR : ACMERR_NOTPOSSIBLE;
 }
 
-LRESULT CALLBACK driverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, LPARAM b) {
+LRESULT CALLBACK DriverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, LPARAM b) {
     switch (message) {
         case DRV_LOAD:
         case DRV_FREE:
@@ -124,10 +126,10 @@ LRESULT CALLBACK driverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, 
         case DRV_CLOSE:
         case DRV_ENABLE:
         case DRV_DISABLE: return 1;
-        case kDriverDetails: return driverDetails(*reinterpret_cast<ACMDRIVERDETAILSW*>(a));
+        case kDriverDetails: return DriverDetails(*reinterpret_cast<ACMDRIVERDETAILSW*>(a));
         case kFormatTagDetails:
-            return formatTagDetails(*reinterpret_cast<ACMFORMATTAGDETAILSW*>(a), b & ACM_FORMATTAGDETAILSF_QUERYMASK);
-        case kStreamOpen: return openStream(*reinterpret_cast<StreamInstance*>(a));
+            return FormatTagDetails(*reinterpret_cast<ACMFORMATTAGDETAILSW*>(a), b & ACM_FORMATTAGDETAILSF_QUERYMASK);
+        case kStreamOpen: return OpenStream(*reinterpret_cast<StreamInstance*>(a));
         case kStreamClose:
             lame_close(reinterpret_cast<lame_t>(reinterpret_cast<StreamInstance*>(a)->driver));
             return MMSYSERR_NOERROR;
@@ -137,7 +139,7 @@ LRESULT CALLBACK driverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, 
             size.target = size.source / 4 * 5 / 4 + 16384;
             return MMSYSERR_NOERROR;
         }
-        case kStreamConvert: return convert(*reinterpret_cast<StreamInstance*>(a), *reinterpret_cast<StreamHeader*>(b));
+        case kStreamConvert: return Convert(*reinterpret_cast<StreamInstance*>(a), *reinterpret_cast<StreamHeader*>(b));
         case kStreamReset:
         case kStreamPrepare:
         case kStreamUnprepare: return MMSYSERR_NOERROR;
@@ -148,7 +150,7 @@ LRESULT CALLBACK driverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM a, 
 }  // namespace
 
 TestCodec::TestCodec() {
-    if (acmDriverAddW(&id_, GetModuleHandleW(nullptr), reinterpret_cast<LPARAM>(&driverProc), 0,
+    if (acmDriverAddW(&id_, GetModuleHandleW(nullptr), reinterpret_cast<LPARAM>(&DriverProc), 0,
                       ACM_DRIVERADDF_FUNCTION | ACM_DRIVERADDF_LOCAL) != MMSYSERR_NOERROR)
         id_ = nullptr;
 }

@@ -13,49 +13,51 @@
 namespace vbmp3::test {
 namespace {
 
-Bytes extensible(Bytes fmt, uint32_t mask) {
+Bytes Extensible(Bytes fmt, uint32_t mask) {
     const uint8_t tag = fmt[0], bits = fmt[14];
     fmt[0] = 0xFE;
     fmt[1] = 0xFF;
-    return fmt + little(22, 2) + little(bits, 2) + little(mask, 4) + little(tag, 2) +
+    return fmt + Little(22, 2) + Little(bits, 2) + Little(mask, 4) + Little(tag, 2) +
            Bytes{0, 0, 0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
 }
 
 // A quarter, minus a half and the most negative value, each left and right.
-Bytes threeFrames(int bytesPerSample, const std::function<uint64_t(double)>& coded) {
+Bytes ThreeFrames(int bytesPerSample, const std::function<uint64_t(double)>& coded) {
     Bytes data;
-    for (const double value : {0.25, 0.25, -0.5, -0.5, -1.0, -1.0}) data = data + little(coded(value), bytesPerSample);
+    for (const double value : {0.25, 0.25, -0.5, -0.5, -1.0, -1.0}) data = data + Little(coded(value), bytesPerSample);
     return data;
 }
 
-Bytes integers(int bits) {
-    return threeFrames(bits / 8, [&](double value) { return uint64_t(int64_t(std::ldexp(value, bits - 1))); });
+Bytes Integers(int bits) {
+    return ThreeFrames(bits / 8, [&](double value) {
+        return static_cast<uint64_t>(static_cast<int64_t>(std::ldexp(value, bits - 1)));
+    });
 }
 
 TEST(Wave, SamplesOfEveryCodingComeOutAsTheirValue) {
-    const Bytes eight = threeFrames(1, [](double value) { return uint64_t(value * 128 + 128); });
-    const Bytes real = threeFrames(4, [](double value) { return std::bit_cast<uint32_t>(float(value)); });
-    const Bytes wide = threeFrames(8, [](double value) { return std::bit_cast<uint64_t>(value); });
-    Bytes twentyFmt = pcmFmt(1, 2, 48000, 24);
+    const Bytes eight = ThreeFrames(1, [](double value) { return static_cast<uint64_t>(value * 128 + 128); });
+    const Bytes real = ThreeFrames(4, [](double value) { return std::bit_cast<uint32_t>(static_cast<float>(value)); });
+    const Bytes wide = ThreeFrames(8, [](double value) { return std::bit_cast<uint64_t>(value); });
+    Bytes twentyFmt = PcmFmt(1, 2, 48000, 24);
     twentyFmt[14] = 20;
     const std::pair<const char*, Bytes> cases[] = {
-        {"8", waveFile(pcmFmt(1, 2, 48000, 8), eight)},
-        {"16", waveFile(pcmFmt(1, 2, 48000, 16), integers(16))},
-        {"20 in 24", waveFile(twentyFmt, integers(24))},
-        {"24", waveFile(pcmFmt(1, 2, 48000, 24), integers(24))},
-        {"32", waveFile(pcmFmt(1, 2, 48000, 32), integers(32))},
-        {"float", waveFile(pcmFmt(3, 2, 48000, 32), real)},
-        {"double", waveFile(pcmFmt(3, 2, 48000, 64), wide)},
-        {"extensible", waveFile(extensible(pcmFmt(1, 2, 48000, 24), 3), integers(24))},
-        {"extensible float", waveFile(extensible(pcmFmt(3, 2, 48000, 32), 3), real)}};
+        {"8", WaveFile(PcmFmt(1, 2, 48000, 8), eight)},
+        {"16", WaveFile(PcmFmt(1, 2, 48000, 16), Integers(16))},
+        {"20 in 24", WaveFile(twentyFmt, Integers(24))},
+        {"24", WaveFile(PcmFmt(1, 2, 48000, 24), Integers(24))},
+        {"32", WaveFile(PcmFmt(1, 2, 48000, 32), Integers(32))},
+        {"float", WaveFile(PcmFmt(3, 2, 48000, 32), real)},
+        {"double", WaveFile(PcmFmt(3, 2, 48000, 64), wide)},
+        {"extensible", WaveFile(Extensible(PcmFmt(1, 2, 48000, 24), 3), Integers(24))},
+        {"extensible float", WaveFile(Extensible(PcmFmt(3, 2, 48000, 32), 3), real)}};
     for (const auto& [name, file] : cases) {
         SCOPED_TRACE(name);
         StreamInfo info;
-        const auto source = openBytes(file, &info);
+        const auto source = OpenBytes(file, &info);
         ASSERT_TRUE(source);
-        EXPECT_EQ(fileTypeOf(info), VBMP3_TYPE_WAVE);
+        EXPECT_EQ(FileTypeOf(info), VBMP3_TYPE_WAVE);
         EXPECT_EQ(info.frames, 3);
-        EXPECT_EQ(readAll(*source), (std::vector<float>{0.25f, 0.25f, -0.5f, -0.5f, -1.0f, -1.0f}));
+        EXPECT_EQ(ReadAll(*source), (std::vector<float>{0.25f, 0.25f, -0.5f, -0.5f, -1.0f, -1.0f}));
     }
 }
 
@@ -71,12 +73,12 @@ TEST(Wave, LogarithmicCodingsFollowTheirTables) {
         {7, "WAVE_FORMAT_MULAW", {0x00, 0x80, 0xFF, 0x7F, 0xAF}, {-32124, 32124, 0, 0, 4092}}};
     for (const auto& c : cases) {
         StreamInfo info;
-        const auto source = openBytes(waveFile(pcmFmt(c.tag, 1, 8000, 8), c.codes), &info);
+        const auto source = OpenBytes(WaveFile(PcmFmt(c.tag, 1, 8000, 8), c.codes), &info);
         ASSERT_TRUE(source);
-        const auto stereo = toInt16(readAll(*source));
+        const auto stereo = ToInt16(ReadAll(*source));
         for (size_t i = 0; i < c.values.size(); ++i)
-            EXPECT_EQ(stereo[2 * i], c.values[i]) << c.format << " " << int(c.codes[i]);
-        EXPECT_EQ(fileTypeOf(info), 0);
+            EXPECT_EQ(stereo[2 * i], c.values[i]) << c.format << " " << static_cast<int>(c.codes[i]);
+        EXPECT_EQ(FileTypeOf(info), 0);
         EXPECT_EQ(info.format, c.format);
     }
 }
@@ -90,7 +92,7 @@ TEST(Wave, MoreChannelsAreMixedDownWithoutClipping) {
     EXPECT_EQ(mixed(1, 0, {0.5f}), (std::vector<float>{0.5f, 0.5f}));
     EXPECT_EQ(mixed(2, 0, {0.5f, -1.0f}), (std::vector<float>{0.5f, -1.0f}));
     for (int channels = 3; channels <= 64; ++channels) {
-        const auto loud = mixed(channels, 0, std::vector<float>(size_t(channels), 1.0f));
+        const auto loud = mixed(channels, 0, std::vector<float>(static_cast<size_t>(channels), 1.0f));
         EXPECT_LE(std::max(loud[0], loud[1]), 1.00001f) << channels;
         EXPECT_GT(std::min(loud[0], loud[1]), 0.3f) << channels;
     }
@@ -109,14 +111,14 @@ TEST(Wave, AdpcmBlocksDecodeToTheToneThatWentIn) {
     for (const char* name : {"/adpcm_ms.wav", "/adpcm_ima.wav"}) {
         SCOPED_TRACE(name);
         StreamInfo info;
-        const auto source = openBytes(readBytes(data + name), &info);
+        const auto source = OpenBytes(ReadBytes(data + name), &info);
         ASSERT_TRUE(source);
-        EXPECT_EQ(fileTypeOf(info), 0);
-        const auto sound = readAll(*source);
-        ASSERT_EQ(int64_t(sound.size() / 2), info.frames);
+        EXPECT_EQ(FileTypeOf(info), 0);
+        const auto sound = ReadAll(*source);
+        ASSERT_EQ(static_cast<int64_t>(sound.size() / 2), info.frames);
         double error = 0, power = 0;
         for (size_t i = 0; i < 4000; ++i) {
-            const double expected = 4096 / 32768.0 * std::sin(2 * M_PI * 440 * double(i) / 22050);
+            const double expected = 4096 / 32768.0 * std::sin(2 * M_PI * 440 * static_cast<double>(i) / 22050);
             error += std::pow(sound[2 * i] - expected, 2);
             power += expected * expected;
         }
@@ -126,21 +128,21 @@ TEST(Wave, AdpcmBlocksDecodeToTheToneThatWentIn) {
 
 TEST(Wave, ContradictoryOrUnknownFormatsAreRefused) {
     const Bytes data(400, 1);
-    const auto refused = [&](Bytes fmt) { return openBytes(waveFile(fmt, data)) == nullptr; };
+    const auto refused = [&](Bytes fmt) { return OpenBytes(WaveFile(fmt, data)) == nullptr; };
     const auto changed = [](int at, int value) {
-        Bytes fmt = pcmFmt(1, 2, 44100, 16);
-        fmt[size_t(at)] = uint8_t(value);
+        Bytes fmt = PcmFmt(1, 2, 44100, 16);
+        fmt[static_cast<size_t>(at)] = static_cast<uint8_t>(value);
         return fmt;
     };
-    EXPECT_FALSE(refused(pcmFmt(1, 2, 44100, 16)));
+    EXPECT_FALSE(refused(PcmFmt(1, 2, 44100, 16)));
     EXPECT_TRUE(refused(changed(2, 0))) << "no channels";
     EXPECT_TRUE(refused(changed(2, 3))) << "frames that are no whole samples";
     EXPECT_TRUE(refused(changed(12, 0))) << "no bytes in a frame";
     EXPECT_TRUE(refused(changed(14, 24))) << "more bits than bytes";
     EXPECT_TRUE(refused(changed(0, 0x31))) << "GSM";
-    EXPECT_TRUE(refused(pcmFmt(1, 2, 0, 16))) << "no rate";
-    EXPECT_TRUE(refused(pcmFmt(3, 2, 44100, 16))) << "floats of 16 bits";
-    EXPECT_TRUE(refused(pcmFmt(1, 2, 44100, 64))) << "integers of 64 bits";
+    EXPECT_TRUE(refused(PcmFmt(1, 2, 0, 16))) << "no rate";
+    EXPECT_TRUE(refused(PcmFmt(3, 2, 44100, 16))) << "floats of 16 bits";
+    EXPECT_TRUE(refused(PcmFmt(1, 2, 44100, 64))) << "integers of 64 bits";
     EXPECT_TRUE(refused(Bytes(10, 1))) << "a format chunk cut short";
 }
 

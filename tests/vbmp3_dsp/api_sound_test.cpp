@@ -16,7 +16,7 @@ class SoundApi : public testing::Test {
     void SetUp() override { ASSERT_TRUE(vbmp3_init()); }
     void TearDown() override { vbmp3_free(); }
 
-    void play(const std::vector<int16_t>& samples) { playFile(waveFile(kRate, 2, samples)); }
+    void play(const std::vector<int16_t>& samples) { playFile(WaveFile(kRate, 2, samples)); }
     void playFile(const Bytes& file) {
         const std::string path = dir_.write("a", file);
         ASSERT_TRUE(vbmp3_open(path.c_str(), nullptr));
@@ -31,7 +31,7 @@ TEST_F(SoundApi, TheWaveIsThatOfThePositionBeingHeard) {
     std::vector<int16_t> samples(2 * 10 * kRate);
     for (int i = 0; i < 10 * kRate; ++i) samples[2 * i] = samples[2 * i + 1] = static_cast<int16_t>(i / 44.1);
     play(samples);
-    ASSERT_TRUE(eventually([] { return vbmp3_getPositionMs() > 300; }));
+    ASSERT_TRUE(Eventually([] { return vbmp3_getPositionMs() > 300; }));
     std::array<int16_t, 1024> left{}, right{};
     const int64_t before = vbmp3_getPositionMs();
     ASSERT_TRUE(vbmp3_getWave(left.data(), right.data(), 1024));
@@ -43,7 +43,7 @@ TEST_F(SoundApi, TheWaveIsThatOfThePositionBeingHeard) {
 
     // After a seek too, at once.
     ASSERT_TRUE(vbmp3_seek(7.0));
-    ASSERT_TRUE(eventually([] { return vbmp3_getPositionMs() > 7100; }));
+    ASSERT_TRUE(Eventually([] { return vbmp3_getPositionMs() > 7100; }));
     ASSERT_TRUE(vbmp3_getWave(left.data(), right.data(), 16));
     EXPECT_NEAR(left[0], static_cast<double>(vbmp3_getPositionMs()), 100.0);
 
@@ -53,11 +53,11 @@ TEST_F(SoundApi, TheWaveIsThatOfThePositionBeingHeard) {
 }
 
 TEST_F(SoundApi, TheSpectrumShowsTheToneBeingHeard) {
-    play(tone(kRate, 2, 5 * kRate, 1000.0, 16000.0));
+    play(ToneOf(kRate, 2, 5 * kRate, 1000.0, 16000.0));
     std::array<int32_t, 20> levels{};
     // Band 10 holds 1000 Hz, the left channel; the right one is an octave above.
     EXPECT_TRUE(
-        eventually([&] { return vbmp3_getSpectrum(levels.data(), 20) && levels[10] > 850 && levels[13] > 850; }));
+        Eventually([&] { return vbmp3_getSpectrum(levels.data(), 20) && levels[10] > 850 && levels[13] > 850; }));
     EXPECT_LT(levels[3], 300);
     EXPECT_LT(levels[18], 300);
     ASSERT_TRUE(vbmp3_stop());
@@ -66,7 +66,7 @@ TEST_F(SoundApi, TheSpectrumShowsTheToneBeingHeard) {
 }
 
 TEST_F(SoundApi, TheEqualizerIsHeardAtOnceOnWaveFilesAndOthersAfterAReload) {
-    const auto samples = tone(kRate, 2, 10 * kRate, 1000.0, 16000.0);
+    const auto samples = ToneOf(kRate, 2, 10 * kRate, 1000.0, 16000.0);
     const std::array<int32_t, 10> low{-120, -120, -120, -120, -120, -120, -120, -120, -120, -120};
     const auto loud = [] {
         std::array<int16_t, 1024> left{}, right{};
@@ -75,15 +75,15 @@ TEST_F(SoundApi, TheEqualizerIsHeardAtOnceOnWaveFilesAndOthersAfterAReload) {
     };
     for (const bool wave : {true, false}) {
         ASSERT_TRUE(vbmp3_setEqualizer(nullptr));
-        playFile(wave ? waveFile(kRate, 2, samples) : mp3File(kRate, 2, samples));
-        ASSERT_TRUE(eventually([&] { return vbmp3_getPositionMs() > 300 && loud(); }));
+        playFile(wave ? WaveFile(kRate, 2, samples) : Mp3File(kRate, 2, samples));
+        ASSERT_TRUE(Eventually([&] { return vbmp3_getPositionMs() > 300 && loud(); }));
         ASSERT_TRUE(vbmp3_setEqualizer(low.data()));
         if (!wave) {
-            ASSERT_TRUE(eventually([] { return vbmp3_getPositionMs() > 1200; }));
+            ASSERT_TRUE(Eventually([] { return vbmp3_getPositionMs() > 1200; }));
             EXPECT_TRUE(loud());
             ASSERT_TRUE(vbmp3_reload());
         }
-        EXPECT_TRUE(eventually([&] { return !loud(); })) << (wave ? "WAVE" : "MPEG");
+        EXPECT_TRUE(Eventually([&] { return !loud(); })) << (wave ? "WAVE" : "MPEG");
         EXPECT_EQ(vbmp3_getState(nullptr), 1);
     }
 }

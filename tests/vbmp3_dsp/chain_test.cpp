@@ -56,7 +56,7 @@ TEST(Chain, PositionsFollowTheTempoAcrossChangesSeeksAndTracks) {
 
 TEST(Chain, ATrackThatFollowsGoesOnThroughEqualizerAndPitchWithoutASeam) {
     // One tone cut into two tracks must sound as if it had not been cut.
-    const Samples in = tones({{500.0, 0.3}}, kRate, 2.0);
+    const Samples in = Tones({{500.0, 0.3}}, kRate, 2.0);
     const Wanted settings(BandGains{0, 0, 60, 60, 0, -60}, 110);
     ChainRun cut(settings, kRate);
     cut.feed(in, 0, kRate);
@@ -64,39 +64,39 @@ TEST(Chain, ATrackThatFollowsGoesOnThroughEqualizerAndPitchWithoutASeam) {
     // The blocks of the second track begin at another place of the first one's grid, which must not matter.
     cut.feed(in, kRate, 2 * kRate);
     cut.chain.finish(cut.out);
-    ASSERT_EQ(cut.out.size(), through(settings, in, kRate).size());
-    EXPECT_LT(roughness(cut.out, kRate - 2000, kRate + 2000), 0.005);
+    ASSERT_EQ(cut.out.size(), Through(settings, in, kRate).size());
+    EXPECT_LT(Roughness(cut.out, kRate - 2000, kRate + 2000), 0.005);
 }
 
 TEST(Chain, AfterASeekNothingOfTheSoundBeforeIsLeft) {
     const Wanted settings(BandGains{60, -60, 60, -60, 60, -60, 60, -60, 60, -60}, 120);
     ChainRun run(settings, kRate);
-    run.chain.process(noise(20000, 0.9f), run.out);
+    run.chain.process(Noise(20000, 0.9f), run.out);
     run.chain.reset(0, 0, 0);
     run.out.clear();
     run.chain.process(Samples(2 * 20000, 0.0f), run.out);
     run.chain.finish(run.out);
     ASSERT_EQ(run.out.size(), 2u * 20000u);
-    EXPECT_EQ(peakOf(run.out), 0.0);
+    EXPECT_EQ(PeakOf(run.out), 0.0);
 }
 
 TEST(Chain, FullScaleSoundWithEveryBoostStaysWithinFullScale) {
     for (const int pitch : {100, 130}) {
         const Wanted settings(BandGains{120, 120, 120, 120, 120, 120, 120, 120, 120, 120}, pitch);
-        const Samples out = through(settings, noise(2 * kRate, 1.0f), kRate);
-        EXPECT_LT(peakOf(out), 1.0);
-        EXPECT_GT(peakOf(out), 0.9);
+        const Samples out = Through(settings, Noise(2 * kRate, 1.0f), kRate);
+        EXPECT_LT(PeakOf(out), 1.0);
+        EXPECT_GT(PeakOf(out), 0.9);
     }
 }
 
 TEST(Chain, SamplesThatAreNoNumbersDoNotSilenceWhatFollows) {
-    Samples in = tones({{440.0, 0.3}}, kRate, 1.0);
+    Samples in = Tones({{440.0, 0.3}}, kRate, 1.0);
     in[2000] = NAN;
     in[3001] = INFINITY;
     in[4000] = -1e38f;
-    const Samples out = through(Wanted(BandGains{60, 60, 60}, 110), in, kRate);
+    const Samples out = Through(Wanted(BandGains{60, 60, 60}, 110), in, kRate);
     for (const float sample : out) ASSERT_TRUE(std::isfinite(sample));
-    EXPECT_GT(peakOf(std::span(out).last(kRate / 5)), 0.2);
+    EXPECT_GT(PeakOf(std::span(out).last(kRate / 5)), 0.2);
 }
 
 }  // namespace

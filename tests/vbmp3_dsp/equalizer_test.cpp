@@ -8,7 +8,7 @@
 namespace vbmp3::test {
 namespace {
 
-std::vector<BandGains> curves() {
+std::vector<BandGains> Curves() {
     std::vector<BandGains> all = {
         {120, 120, 120, 120, 120, 120, 120, 120, 120, 120},
         {-120, -120, -120, -120, -120, -120, -120, -120, -120, -120},
@@ -22,18 +22,18 @@ std::vector<BandGains> curves() {
 
 TEST(Equalizer, EveryBandHasItsGainWithinATenthOfADecibelWhateverTheOthersAre) {
     for (const int rate : {44100, 48000, 22050, 96000}) {
-        const int bands = usableBands(rate);
+        const int bands = UsableBands(rate);
         std::vector<Tone> parts;
         for (int i = 0; i < bands; ++i) parts.push_back({kBandHz[i], 0.01});
-        const Samples in = tones(parts, rate, 1.0);
-        for (const BandGains& gains : curves()) {
-            const Samples out = through(Wanted(gains), in, rate);
+        const Samples in = Tones(parts, rate, 1.0);
+        for (const BandGains& gains : Curves()) {
+            const Samples out = Through(Wanted(gains), in, rate);
             ASSERT_EQ(out.size(), in.size());
             for (int i = 0; i < bands; ++i) {
                 for (const size_t channel : {0u, 1u}) {
                     const size_t from = rate / 4, to = rate;
-                    const double gain = 20.0 * std::log10(amplitudeAt(out, kBandHz[i], rate, from, to, channel) /
-                                                          amplitudeAt(in, kBandHz[i], rate, from, to, channel));
+                    const double gain = 20.0 * std::log10(AmplitudeAt(out, kBandHz[i], rate, from, to, channel) /
+                                                          AmplitudeAt(in, kBandHz[i], rate, from, to, channel));
                     EXPECT_NEAR(gain, gains[i] / 10.0, 0.1)
                         << testing::PrintToString(gains) << ", " << kBandHz[i] << " Hz at " << rate;
                 }
@@ -43,16 +43,16 @@ TEST(Equalizer, EveryBandHasItsGainWithinATenthOfADecibelWhateverTheOthersAre) {
 }
 
 TEST(Equalizer, OffOrFlatPassesEverySampleBitExactAndNoResultDependsOnTheSizeOfTheBlocks) {
-    const Samples in = noise(20000, 1.5f);  // decoders give values beyond full scale too
+    const Samples in = Noise(20000, 1.5f);  // decoders give values beyond full scale too
     const Wanted flat(BandGains{});
     Wanted switchedOff(BandGains{50});
     switchedOff.equalize(std::nullopt);
     const Wanted rock(BandGains{20, 50, 0, -20, 30, 10, -20, 50, 30, 10});
-    const Samples whole = through(rock, in, 44100, 20000);
+    const Samples whole = Through(rock, in, 44100, 20000);
     for (const size_t block : {1u, 7u, 1152u, 4097u}) {
-        EXPECT_EQ(through(flat, in, 44100, block), in);
-        EXPECT_EQ(through(switchedOff, in, 44100, block), in);
-        EXPECT_EQ(through(rock, in, 44100, block), whole) << block;
+        EXPECT_EQ(Through(flat, in, 44100, block), in);
+        EXPECT_EQ(Through(switchedOff, in, 44100, block), in);
+        EXPECT_EQ(Through(rock, in, 44100, block), whole) << block;
     }
 }
 
@@ -70,7 +70,7 @@ TEST(Equalizer, GainsWaitForBeingAppliedAndAreLimitedToTwelveDecibels) {
 
 TEST(Equalizer, ChangesWhilePlayingMakeNoClickAndLoseNoSample) {
     const int rate = 44100;
-    const Samples in = tones({{300.0, 0.2}}, rate, 4.0);
+    const Samples in = Tones({{300.0, 0.2}}, rate, 4.0);
     Wanted settings;
     ChainRun run(settings, rate);
     const std::vector<std::optional<BandGains>> steps = {
@@ -85,8 +85,8 @@ TEST(Equalizer, ChangesWhilePlayingMakeNoClickAndLoseNoSample) {
     ASSERT_EQ(out.size(), in.size());
     // A tone of 300 Hz at the greatest amplitude heard has this fourth difference itself; a jump of one per cent of
     // full scale would have ten times that of the fade.
-    const double ownRoughness = std::pow(2.0 * std::numbers::pi * 300.0 / rate, 4) * peakOf(out);
-    EXPECT_LT(roughness(out, 4410, in.size() / 2), ownRoughness + 2e-3);
+    const double ownRoughness = std::pow(2.0 * std::numbers::pi * 300.0 / rate, 4) * PeakOf(out);
+    EXPECT_LT(Roughness(out, 4410, in.size() / 2), ownRoughness + 2e-3);
     // Off again, the frames are those of the source at the same place: nothing has been shifted.
     EXPECT_TRUE(std::equal(out.end() - 2 * 2400, out.end(), in.end() - 2 * 2400));
 }

@@ -21,7 +21,7 @@ struct Tone {
 };
 
 // The same sum of tones left and right, the right one half as loud.
-inline Samples tones(const std::vector<Tone>& parts, int rate, double seconds) {
+inline Samples Tones(const std::vector<Tone>& parts, int rate, double seconds) {
     const auto frames = static_cast<size_t>(seconds * rate);
     Samples samples(2 * frames);
     for (size_t i = 0; i < frames; ++i) {
@@ -37,7 +37,7 @@ inline Samples tones(const std::vector<Tone>& parts, int rate, double seconds) {
     return samples;
 }
 
-inline Samples noise(size_t frames, float amplitude, uint32_t seed = 1) {
+inline Samples Noise(size_t frames, float amplitude, uint32_t seed = 1) {
     std::mt19937 random(seed);
     std::uniform_real_distribution<float> level(-amplitude, amplitude);
     Samples samples(2 * frames);
@@ -46,7 +46,7 @@ inline Samples noise(size_t frames, float amplitude, uint32_t seed = 1) {
 }
 
 // Amplitude of the tone at `hz` in one channel (0 left, 1 right) of frames [from, to), through a Hann window.
-inline double amplitudeAt(const Samples& samples, double hz, int rate, size_t from, size_t to, size_t channel = 0) {
+inline double AmplitudeAt(const Samples& samples, double hz, int rate, size_t from, size_t to, size_t channel = 0) {
     std::complex<double> sum = 0.0;
     double weights = 0.0;
     const std::complex<double> turn = std::polar(1.0, -2.0 * std::numbers::pi * hz / rate);
@@ -61,7 +61,7 @@ inline double amplitudeAt(const Samples& samples, double hz, int rate, size_t fr
 }
 
 // Frequency of a single tone, from the first and last upward crossing of zero in frames [from, to) of the left channel.
-inline double frequencyOf(const Samples& samples, int rate, size_t from, size_t to) {
+inline double FrequencyOf(const Samples& samples, int rate, size_t from, size_t to) {
     double first = -1.0, last = -1.0;
     int periods = -1;
     for (size_t i = from + 1; i < to; ++i) {
@@ -75,7 +75,7 @@ inline double frequencyOf(const Samples& samples, int rate, size_t from, size_t 
     return periods * rate / (last - first);
 }
 
-inline double peakOf(std::span<const float> samples) {
+inline double PeakOf(std::span<const float> samples) {
     double peak = 0.0;
     for (const float sample : samples) peak = std::max(peak, std::fabs(static_cast<double>(sample)));
     return peak;
@@ -83,7 +83,7 @@ inline double peakOf(std::span<const float> samples) {
 
 // The largest fourth difference of the left channel in frames [from, to): a click is broad-band, so it stands out in it
 // although the tone itself is louder by far.
-inline double roughness(const Samples& samples, size_t from, size_t to) {
+inline double Roughness(const Samples& samples, size_t from, size_t to) {
     double worst = 0.0;
     for (size_t i = from; i + 4 < to; ++i) {
         const auto at = [&](size_t k) { return static_cast<double>(samples[2 * (i + k)]); };
@@ -121,7 +121,7 @@ struct ChainRun {
     Samples out;
 };
 
-inline Samples through(const SoundSettings& settings, const Samples& in, int rate, size_t block = 1152) {
+inline Samples Through(const SoundSettings& settings, const Samples& in, int rate, size_t block = 1152) {
     ChainRun run(settings, rate);
     run.feed(in, 0, in.size() / 2, block);
     run.chain.finish(run.out);

@@ -19,23 +19,23 @@ TEST(Pitch, PitchChangesTheFrequencyAndStepPitchTheLength) {
                           {100, 3}, {100, -1}, {100, 16}, {100, 6, 8000}, {120, 4, 48000}, {100, 6, 192000}};
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor << " at " << c.rate);
-        const Samples in = tones({{440.0, 0.5}}, c.rate, 4.0);
-        const Samples out = through(Wanted(c.pitch, c.factor), in, c.rate);
+        const Samples in = Tones({{440.0, 0.5}}, c.rate, 4.0);
+        const Samples out = Through(Wanted(c.pitch, c.factor), in, c.rate);
         const size_t length = out.size() / 2;
         EXPECT_EQ(static_cast<int64_t>(length), std::llround(4.0 * c.rate / c.tempo()));
-        EXPECT_NEAR(frequencyOf(out, c.rate, length / 5, length * 4 / 5), 440.0 * c.pitch / 100.0, 440.0 * 0.004);
+        EXPECT_NEAR(FrequencyOf(out, c.rate, length / 5, length * 4 / 5), 440.0 * c.pitch / 100.0, 440.0 * 0.004);
         // Sound from the first frames to the last, not silence that was put in for length.
-        EXPECT_GT(peakOf(std::span(out).subspan(length / 200 * 2, length / 50 * 2)), 0.3);
-        EXPECT_GT(peakOf(std::span(out).last(length / 50 * 2)), 0.3);
+        EXPECT_GT(PeakOf(std::span(out).subspan(length / 200 * 2, length / 50 * 2)), 0.3);
+        EXPECT_GT(PeakOf(std::span(out).last(length / 50 * 2)), 0.3);
     }
 }
 
 // Mean amplitude over windows of 23 ms: pieces of a stretched tone do not keep their phase for longer.
-double meanAmplitude(const Samples& samples, double hz, int rate) {
+double MeanAmplitude(const Samples& samples, double hz, int rate) {
     double sum = 0.0;
     int windows = 0;
     for (size_t i = rate / 2; i + 1024 < samples.size() / 2 - rate / 2; i += 512, ++windows)
-        sum += amplitudeAt(samples, hz, rate, i, i + 1024);
+        sum += AmplitudeAt(samples, hz, rate, i, i + 1024);
     return sum / windows;
 }
 
@@ -47,9 +47,9 @@ TEST(Pitch, QualityDecidesWhatIsLeftOfTonesThatNoLongerFit) {
     for (int quality = 0; quality < 3; ++quality) {
         Wanted settings(130);
         ASSERT_TRUE(settings.setQuality(quality));
-        const Samples out = through(settings, tones({{17500.0, 0.4}, {15000.0, 0.4}}, rate, 3.0), rate);
-        ghost[quality] = meanAmplitude(out, 21350.0, rate);
-        kept[quality] = meanAmplitude(out, 19500.0, rate);
+        const Samples out = Through(settings, Tones({{17500.0, 0.4}, {15000.0, 0.4}}, rate, 3.0), rate);
+        ghost[quality] = MeanAmplitude(out, 21350.0, rate);
+        kept[quality] = MeanAmplitude(out, 19500.0, rate);
     }
     EXPECT_LT(ghost[1], ghost[0] / 4);
     EXPECT_GE(kept[1], kept[0] * 0.99);
@@ -70,7 +70,7 @@ TEST(Pitch, ThePositionIsThatOfTheClickBeingHeard) {
     const int rate = 44100;
     for (const Case& c : {Case{130, 1}, {80, 1}, {200, 1}, {50, 1}, {100, 2}, {100, 0}, {100, 6}, {130, 2}}) {
         SCOPED_TRACE(testing::Message() << c.pitch << " %, step " << c.factor);
-        Samples in = noise(4 * rate, 0.01f);
+        Samples in = Noise(4 * rate, 0.01f);
         std::vector<double> clicks;
         for (double at = 0.1; at < 3.9; at += 0.15 + 0.05 * std::sin(7 * at)) {
             const auto frame = static_cast<size_t>(at * rate);
@@ -100,7 +100,7 @@ TEST(Pitch, ThePositionIsThatOfTheClickBeingHeard) {
 
 TEST(Pitch, ChangesWhilePlayingMakeNoClickAndKeepTheLength) {
     const int rate = 44100;
-    const Samples in = tones({{300.0, 0.3}}, rate, 6.0);
+    const Samples in = Tones({{300.0, 0.3}}, rate, 6.0);
     SoundSettings settings;
     ChainRun run(settings, rate);
     Samples& out = run.out;
@@ -111,9 +111,9 @@ TEST(Pitch, ChangesWhilePlayingMakeNoClickAndKeepTheLength) {
     }
     run.chain.finish(out);
     EXPECT_EQ(out.size(), in.size());
-    EXPECT_LT(roughness(out, 100, out.size() / 2), 0.01);
-    EXPECT_NEAR(frequencyOf(out, rate, rate + rate / 4, 2 * rate - rate / 4), 390.0, 1.5);
-    EXPECT_NEAR(frequencyOf(out, rate, 2 * rate + rate / 4, 3 * rate - rate / 4), 300.0, 1.5);
+    EXPECT_LT(Roughness(out, 100, out.size() / 2), 0.01);
+    EXPECT_NEAR(FrequencyOf(out, rate, rate + rate / 4, 2 * rate - rate / 4), 390.0, 1.5);
+    EXPECT_NEAR(FrequencyOf(out, rate, 2 * rate + rate / 4, 3 * rate - rate / 4), 300.0, 1.5);
     // Back at normal the frames are those of the source, at their own place.
     EXPECT_TRUE(std::equal(out.end() - rate, out.end(), in.end() - rate));
 }

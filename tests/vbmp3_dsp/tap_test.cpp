@@ -41,7 +41,7 @@ TEST(Spectrum, AToneStandsInItsBandAtItsLevel) {
         for (const double hz : {115.0, 1000.0, 8000.0}) {
             Tap tap;
             tap.setSampleRate(rate);
-            tap.write(0, tones({{hz, 1.0}}, rate, 1.0));
+            tap.write(0, Tones({{hz, 1.0}}, rate, 1.0));
             std::array<int32_t, 20> levels{};
             analyzer.read(tap, rate / 2, levels);
             const auto loudest = std::max_element(levels.begin(), levels.end()) - levels.begin();

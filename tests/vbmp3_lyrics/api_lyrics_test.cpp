@@ -34,15 +34,15 @@ class LyricsApi : public testing::Test {
     }
 
     const test::TempDir folder_;
-    const std::string sound_ = mpegFrames(40);  // one second
+    const std::string sound_ = MpegFrames(40);  // one second
     std::unique_ptr<vbmp3_Lyrics3Info> info_ = std::make_unique<vbmp3_Lyrics3Info>();
     std::vector<char> raw_ = std::vector<char>(VBMP3_LYRICS_TEXT, '#'), text_ = raw_;
     int any_ = 0;
 };
 
 TEST_F(LyricsApi, ALyrics3BlockBecomesTheCurrentLyrics) {
-    const std::string block = lyrics3v1("[00:00]\x82\xA0\r\n[00:59]b\r\n");
-    ASSERT_TRUE(open(sound_ + block + id3v1("")));
+    const std::string block = Lyrics3v1("[00:00]\x82\xA0\r\n[00:59]b\r\n");
+    ASSERT_TRUE(open(sound_ + block + Id3v1("")));
     EXPECT_EQ(vbmp3_checkTimeTag(), 0);
     EXPECT_NE(vbmp3_readLyrics3Data(raw_.data(), text_.data()), 0);
     EXPECT_EQ(std::string(raw_.data()), block);
@@ -57,12 +57,12 @@ TEST_F(LyricsApi, ALyrics3BlockBecomesTheCurrentLyrics) {
 }
 
 TEST_F(LyricsApi, LyricsOfId3v2ServeWhereThereIsNoLyrics3Block) {
-    const std::string sylt = id3v2(3, frame3("SYLT", "\3eng\2\1\0first\0\0\0\0\0second\0\0\0\x60\0"s));
+    const std::string sylt = Id3v2(3, Frame3("SYLT", "\3eng\2\1\0first\0\0\0\0\0second\0\0\0\x60\0"s));
     ASSERT_TRUE(open(sylt + sound_));
     EXPECT_NE(vbmp3_readLyrics3Data(raw_.data(), text_.data()), 0);
     EXPECT_STREQ(lines().rows[2], "first");
 
-    const std::string plain = id3v2(3, frame3("USLT", "\3eng\0words\nwithout time"s)) + sound_;
+    const std::string plain = Id3v2(3, Frame3("USLT", "\3eng\0words\nwithout time"s)) + sound_;
     ASSERT_TRUE(open(plain));
     EXPECT_NE(vbmp3_readLyrics3Data(nullptr, nullptr), 0);
     EXPECT_EQ(vbmp3_checkTimeTag(), 0);
@@ -70,14 +70,14 @@ TEST_F(LyricsApi, LyricsOfId3v2ServeWhereThereIsNoLyrics3Block) {
     EXPECT_EQ(info_->version, 0);
     EXPECT_STREQ(info_->lyrics, "words\r\nwithout time");
 
-    ASSERT_TRUE(open(sylt + sound_ + lyrics3v1("own words\r\n") + id3v1("")));
+    ASSERT_TRUE(open(sylt + sound_ + Lyrics3v1("own words\r\n") + Id3v1("")));
     EXPECT_NE(vbmp3_readLyrics3Data(nullptr, text_.data()), 0);
     EXPECT_STREQ(text_.data(), "own words");
 }
 
 TEST_F(LyricsApi, InformationOfALyrics3BlockComesWithoutStamps) {
-    const std::string block = lyrics3v2("IND00003110ETT00004SongLYR00018[00:01]a\r\n[00:02]b");
-    ASSERT_EQ(readInfo(sound_ + block + id3v1("")), 1);
+    const std::string block = Lyrics3v2("IND00003110ETT00004SongLYR00018[00:01]a\r\n[00:02]b");
+    ASSERT_EQ(readInfo(sound_ + block + Id3v1("")), 1);
     EXPECT_EQ(info_->version, 2);
     EXPECT_EQ(info_->hasTimeTags, 1);
     EXPECT_STREQ(info_->title, "Song");
@@ -117,7 +117,7 @@ TEST_F(LyricsApi, LongRowsAndTextsAreThereWholeForWhoAsks) {
     EXPECT_EQ(vbmp3_getLyricsText(6, nullptr, 0), 0u);
 
     const std::string words(70000, 'x');
-    const std::string bytes = id3v2(3, frame3("USLT", "\3eng\0"s + words)) + sound_;
+    const std::string bytes = Id3v2(3, Frame3("USLT", "\3eng\0"s + words)) + sound_;
     ASSERT_EQ(readInfo(bytes), 1);
     EXPECT_EQ(info_->textNeeded, words.size() + 1);
     whole.resize(info_->textNeeded);

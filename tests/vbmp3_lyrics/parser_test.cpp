@@ -6,7 +6,7 @@
 namespace vbmp3 {
 
 // For messages and comparisons: "time text|translation <time@byte>...".
-static std::string describe(const Lyrics& lyrics) {
+static std::string Describe(const Lyrics& lyrics) {
     std::string all;
     for (const LyricsLine& line : lyrics.lines) {
         if (lyrics.timed) all += std::to_string(line.ms) + " ";
@@ -47,11 +47,11 @@ TEST(Stamps, EveryWayToWriteATimeIsReadAndNothingElse) {
                  {"[0１:02]", -1},
                  {"[01:02.03.04]", -1}};
     for (const auto& c : cases) {
-        const auto stamp = readStamp(c.text, '[');
+        const auto stamp = ReadStamp(c.text, '[');
         EXPECT_EQ(stamp ? stamp->ms : -1, c.ms) << c.text;
         EXPECT_EQ(stamp ? stamp->length : 0, stamp ? std::string_view(c.text).size() : 0) << c.text;
     }
-    EXPECT_EQ(readStamp("<00:01.00>word", '<')->length, 10u);
+    EXPECT_EQ(ReadStamp("<00:01.00>word", '<')->length, 10u);
 }
 
 TEST(Parser, ReadsEveryDialect) {
@@ -112,36 +112,36 @@ TEST(Parser, ReadsEveryDialect) {
         {"nothing gives nothing", kLrc, "", false, ""},
     };
     for (const auto& c : cases) {
-        const Lyrics lyrics = parseLyrics(c.text, c.format);
+        const Lyrics lyrics = ParseLyrics(c.text, c.format);
         EXPECT_EQ(lyrics.timed, c.timed) << c.rule;
-        EXPECT_EQ(describe(lyrics), c.expected) << c.rule;
+        EXPECT_EQ(Describe(lyrics), c.expected) << c.rule;
     }
 }
 
 TEST(Parser, InformationAboutTheSongIsRead) {
     const Lyrics lrc =
-        parseLyrics("[ti: Song ]\n[AR:Singer]\n[al:Album]\n[by:Typist]\n[au:Poet]\n[ti:other]", LyricsFormat::Lrc);
+        ParseLyrics("[ti: Song ]\n[AR:Singer]\n[al:Album]\n[by:Typist]\n[au:Poet]\n[ti:other]", LyricsFormat::Lrc);
     EXPECT_EQ(lrc.title, "Song");
     EXPECT_EQ(lrc.artist, "Singer");
     EXPECT_EQ(lrc.album, "Album");
     EXPECT_EQ(lrc.author, "Poet");
-    EXPECT_EQ(parseLyrics("[by:Typist]", LyricsFormat::Lrc).author, "Typist");
+    EXPECT_EQ(ParseLyrics("[by:Typist]", LyricsFormat::Lrc).author, "Typist");
 }
 
 TEST(Parser, AtMarkTagsAreInformationOnlyWhenTheyAreUsed) {
     const char* text = "@Title=Song\n@Artist=Singer\n@Offset=+300\n@Ruby1=桜,さくら\n[00:01:00]あ\n@home tonight";
-    const Lyrics used = parseLyrics(text, LyricsFormat::Kra, {true});
+    const Lyrics used = ParseLyrics(text, LyricsFormat::Kra, {true});
     EXPECT_EQ(used.title, "Song");
     EXPECT_EQ(used.artist, "Singer");
-    EXPECT_EQ(describe(used), "1300 あ|@home tonight\n");
-    const Lyrics unused = parseLyrics(text, LyricsFormat::Kra, {false});
+    EXPECT_EQ(Describe(used), "1300 あ|@home tonight\n");
+    const Lyrics unused = ParseLyrics(text, LyricsFormat::Kra, {false});
     EXPECT_EQ(unused.title, "");
     EXPECT_EQ(unused.lines.size(), 5u);
     EXPECT_EQ(unused.lines.back().ms, 1000);
 }
 
-std::optional<std::string> decode(std::string_view bytes) {
-    return decodeLyrics({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
+std::optional<std::string> Decode(std::string_view bytes) {
+    return DecodeLyrics({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
 }
 
 TEST(Decoding, EveryEncodingOfSideFilesGivesTheSameText) {
@@ -154,14 +154,14 @@ TEST(Decoding, EveryEncodingOfSideFilesGivesTheSameText) {
                                       "\xFE\xFF\0[\0\60\0\60\0]\x30\x42\x30\x44"sv,
                                       "[\0\60\0\60\0]\0\x42\x30\x44\x30"sv,
                                       "\0[\0\60\0\60\0]\x30\x42\x30\x44"sv};
-    for (const std::string_view bytes : cases) EXPECT_EQ(decode(bytes), "[00]あい") << bytes;
-    EXPECT_EQ(decode(""sv), "");
+    for (const std::string_view bytes : cases) EXPECT_EQ(Decode(bytes), "[00]あい") << bytes;
+    EXPECT_EQ(Decode(""sv), "");
 }
 
 TEST(Decoding, TheFormatFollowsTheExtension) {
-    for (const char* lrc : {"a.b/Song.LRC", "lrc"}) EXPECT_EQ(lyricsFormatOf(lrc), LyricsFormat::Lrc) << lrc;
-    for (const char* text : {"Song.txt", ""}) EXPECT_EQ(lyricsFormatOf(text), LyricsFormat::Text) << text;
-    EXPECT_EQ(lyricsFormatOf("Song.kra"), LyricsFormat::Kra);
+    for (const char* lrc : {"a.b/Song.LRC", "lrc"}) EXPECT_EQ(LyricsFormatOf(lrc), LyricsFormat::Lrc) << lrc;
+    for (const char* text : {"Song.txt", ""}) EXPECT_EQ(LyricsFormatOf(text), LyricsFormat::Text) << text;
+    EXPECT_EQ(LyricsFormatOf("Song.kra"), LyricsFormat::Kra);
 }
 
 }  // namespace

@@ -21,17 +21,17 @@ class TagCalls : public testing::Test {
 };
 
 // A Xing frame that tells of `frames` frames.
-std::string infoFrame(const char* kind, uint32_t frames) {
-    return padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + kind + be32(1) + be32(frames), 417);
+std::string InfoFrameBytes(const char* kind, uint32_t frames) {
+    return Padded("\xFF\xFB\x90\x44"s + std::string(32, '\0') + kind + Be32(1) + Be32(frames), 417);
 }
 
 }  // namespace
 
 TEST_F(TagCalls, InformationHasLengthFormatAndTags) {
-    const std::string v2 = id3v2(3, frame3("TIT2", "\0title"s) + frame3("TPE1", "\0\x89\xCC\x8E\xE8"s));
-    const std::string wave = riff("WAVE", chunk("fmt ", waveFormat()) + chunk("data", std::string(44100 * 6, '\0')) +
-                                              chunk("LIST", "INFO" + chunk("INAM", "w")));
-    const std::string v1 = id3v1("v1", "", "", "1999", "", 7, 17);
+    const std::string v2 = Id3v2(3, Frame3("TIT2", "\0title"s) + Frame3("TPE1", "\0\x89\xCC\x8E\xE8"s));
+    const std::string wave = Riff("WAVE", Chunk("fmt ", FmtBody()) + Chunk("data", std::string(44100 * 6, '\0')) +
+                                              Chunk("LIST", "INFO" + Chunk("INAM", "w")));
+    const std::string v1 = Id3v1("v1", "", "", "1999", "", 7, 17);
     struct {
         const char* name;
         std::string bytes;
@@ -39,16 +39,16 @@ TEST_F(TagCalls, InformationHasLengthFormatAndTags) {
         int ms;
         const char *format, *title, *artist;
     } cases[] = {
-        {"a.mp3", v2 + mpegFrames(100) + v1, 1 | 4 | 16 | 32, 2612, "MPEG1 Layer3 44100Hz 128kbit/s Joint Stereo",
+        {"a.mp3", v2 + MpegFrames(100) + v1, 1 | 4 | 16 | 32, 2612, "MPEG1 Layer3 44100Hz 128kbit/s Joint Stereo",
          "title", "歌手"},
-        {"b.mp3", infoFrame("Xing", 300) + mpegFrames(100), 1 | 32, 7836, nullptr, "", ""},
-        {"c.mp3", id3v2(4, frame4("APIC", std::string(100000, 'p')) + frame4("TIT2", "\0late"s)) + mpegFrames(100),
+        {"b.mp3", InfoFrameBytes("Xing", 300) + MpegFrames(100), 1 | 32, 7836, nullptr, "", ""},
+        {"c.mp3", Id3v2(4, Frame4("APIC", std::string(100000, 'p')) + Frame4("TIT2", "\0late"s)) + MpegFrames(100),
          1 | 16 | 32, 2612, nullptr, "late", ""},
         {"d.rmp",
-         riff("RMP3", chunk("data", mpegFrames(100)) + chunk("LIST", "INFO" + chunk("INAM", "si") + chunk("IID3", v1))),
+         Riff("RMP3", Chunk("data", MpegFrames(100)) + Chunk("LIST", "INFO" + Chunk("INAM", "si") + Chunk("IID3", v1))),
          1 | 2 | 4 | 32, 2612, nullptr, "si", ""},
         {"e.wav", wave, 64, 1500, "WAVE_FORMAT_PCM", "w", ""},
-        {"f.wav", riff("WAVE", chunk("fmt ", waveFormat(0x55)) + chunk("data", mpegFrames(100))), 1 | 32, 2612,
+        {"f.wav", Riff("WAVE", Chunk("fmt ", FmtBody(0x55)) + Chunk("data", MpegFrames(100))), 1 | 32, 2612,
          "MPEG1 Layer3 44100Hz 128kbit/s Joint Stereo", "", ""},
     };
     for (const auto& c : cases) {
@@ -74,7 +74,7 @@ TEST_F(TagCalls, InformationHasLengthFormatAndTags) {
 }
 
 TEST_F(TagCalls, NothingIsWrittenBeyondTheSizeTheCallerKnows) {
-    const std::string path = folder_.write("a.mp3", mpegFrames(10) + id3v1("title"));
+    const std::string path = folder_.write("a.mp3", MpegFrames(10) + Id3v1("title"));
     vbmp3_FileInfo info;
     for (const auto call : {vbmp3_getFileInfo, vbmp3_open}) {
         std::memset(&info, 0x5A, sizeof info);
@@ -103,7 +103,7 @@ TEST_F(TagCalls, NothingIsWrittenBeyondTheSizeTheCallerKnows) {
 }
 
 TEST_F(TagCalls, TextsOfAnyLengthComeBackWholeAndShortRecordsLeaveThemSo) {
-    const std::string path = folder_.write("a.mp3", mpegFrames(100));
+    const std::string path = folder_.write("a.mp3", MpegFrames(100));
     std::string comment;
     while (comment.size() < 5000) comment += "長い注釈";
     vbmp3_TagTexts texts{};

@@ -11,20 +11,20 @@ using namespace std::string_literals;
 
 namespace {
 
-TagFields read(const std::string& tag) {
-    const MemorySource source(bytes(tag));
+TagFields Read(const std::string& tag) {
+    const MemorySource source(BytesOf(tag));
     HeadTailReader reader(source);
-    return readId3v2(reader, {0, static_cast<int64_t>(tag.size())});
+    return ReadId3v2(reader, {0, static_cast<int64_t>(tag.size())});
 }
 
-std::optional<Id3v2Tag> parse(const std::string& tag) {
-    const MemorySource source(bytes(tag));
+std::optional<Id3v2Tag> Parse(const std::string& tag) {
+    const MemorySource source(BytesOf(tag));
     HeadTailReader reader(source);
-    return parseId3v2(reader, {0, static_cast<int64_t>(tag.size())});
+    return ParseId3v2(reader, {0, static_cast<int64_t>(tag.size())});
 }
 
-std::string written(const Id3v2Tag& tag) {
-    const auto bytes = makeId3v2(tag, 0);
+std::string Written(const Id3v2Tag& tag) {
+    const auto bytes = MakeId3v2(tag, 0);
     return bytes ? std::string(bytes->begin(), bytes->end()) : "too large";
 }
 
@@ -65,17 +65,17 @@ TEST(Id3v2, TextsAreReadInEveryEncoding) {
         {"only a mark", "\1\xFF\xFE"s, ""},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(read(id3v2(2, frame2("TT2", c.body))).title, c.text) << c.what;
-        EXPECT_EQ(read(id3v2(3, frame3("TIT2", c.body))).title, c.text) << c.what;
-        EXPECT_EQ(read(id3v2(4, frame4("TIT2", c.body))).title, c.text) << c.what;
+        EXPECT_EQ(Read(Id3v2(2, Frame2("TT2", c.body))).title, c.text) << c.what;
+        EXPECT_EQ(Read(Id3v2(3, Frame3("TIT2", c.body))).title, c.text) << c.what;
+        EXPECT_EQ(Read(Id3v2(4, Frame4("TIT2", c.body))).title, c.text) << c.what;
     }
 }
 
 TEST(Id3v2, OtherFramesStandInForAMissingOne) {
     const auto text = [](const std::string& s) { return "\0"s + s; };
     // Also names that converters from 2.2 left behind.
-    const TagFields other = read(id3v2(3, frame3("TPE2", text("band")) + frame3("TDRC", text("2001-05-06")) +
-                                              frame3("TT2\0"s, text("x")) + frame3("TAL ", text("y"))));
+    const TagFields other = Read(Id3v2(3, Frame3("TPE2", text("band")) + Frame3("TDRC", text("2001-05-06")) +
+                                              Frame3("TT2\0"s, text("x")) + Frame3("TAL ", text("y"))));
     EXPECT_EQ(other.artist + other.year + other.title + other.album, "band2001xy");
 }
 
@@ -108,73 +108,73 @@ TEST(Id3v2, GenresAreNumbersNamesOrBoth) {
         {"(99999999999)", "(99999999999)", 255},
     };
     for (const auto& c : cases) {
-        const Genre genre = readGenre(c.text);
+        const Genre genre = ReadGenre(c.text);
         EXPECT_EQ(genre.name, c.name) << c.text;
         EXPECT_EQ(genre.number, c.number) << c.text;
     }
-    const std::string several = frame4("TCON", "\3"s + "17\0Enka\0(20)"s);
-    EXPECT_EQ(read(id3v2(4, several)).genre, "Rock / Enka / Alternative");
+    const std::string several = Frame4("TCON", "\3"s + "17\0Enka\0(20)"s);
+    EXPECT_EQ(Read(Id3v2(4, several)).genre, "Rock / Enka / Alternative");
     for (const auto& [number, name] :
          {std::pair{0, "Blues"}, {79, "Hard Rock"}, {80, "Folk"}, {146, "JPop"}, {192, ""}, {-1, ""}})
-        EXPECT_EQ(genreName(number), name) << number;
+        EXPECT_EQ(GenreName(number), name) << number;
 }
 
 TEST(Id3v2, HeadersOfEveryShapeAreSkipped) {
-    const std::string t3 = frame3("TIT2", "\1\xFF\xFE"s + kUtf16Le), t4 = frame4("TIT2", "\3"s + kUtf8);
+    const std::string t3 = Frame3("TIT2", "\1\xFF\xFE"s + kUtf16Le), t4 = Frame4("TIT2", "\3"s + kUtf8);
     struct {
         const char* what;
         int version;
         std::string body;
         int flags;
     } cases[] = {
-        {"2.3 extended header of 6", 3, be32(6) + "\0\0"s + be32(0) + t3, 0x40},
-        {"2.3 extended header of 10 with checksum", 3, be32(10) + "\x80\0"s + be32(0) + "abcd" + t3, 0x40},
-        {"2.3 extended header whose size counts itself", 3, be32(10) + "\0\0"s + be32(0) + t3, 0x40},
+        {"2.3 extended header of 6", 3, Be32(6) + "\0\0"s + Be32(0) + t3, 0x40},
+        {"2.3 extended header of 10 with checksum", 3, Be32(10) + "\x80\0"s + Be32(0) + "abcd" + t3, 0x40},
+        {"2.3 extended header whose size counts itself", 3, Be32(10) + "\0\0"s + Be32(0) + t3, 0x40},
         {"2.3 extended header announced and not there", 3, t3, 0x40},
-        {"2.4 extended header of 6", 4, synchsafe(6) + "\1\0"s + t4, 0x40},
-        {"2.4 extended header of 12 with checksum", 4, synchsafe(12) + "\1\x20\5\1\2\3\4\5"s + t4, 0x40},
-        {"2.4 extended header whose size leaves itself out", 4, synchsafe(2) + "\1\0"s + t4, 0x40},
+        {"2.4 extended header of 6", 4, Synchsafe(6) + "\1\0"s + t4, 0x40},
+        {"2.4 extended header of 12 with checksum", 4, Synchsafe(12) + "\1\x20\5\1\2\3\4\5"s + t4, 0x40},
+        {"2.4 extended header whose size leaves itself out", 4, Synchsafe(2) + "\1\0"s + t4, 0x40},
         {"2.4 with footer", 4, t4, 0x10},
-        {"2.3 unsynchronised", 3, unsynchronised(t3), 0x80},
-        {"2.3 unsynchronised with a picture in front", 3, unsynchronised(frame3("APIC", std::string(300, '\xFF')) + t3),
+        {"2.3 unsynchronised", 3, Unsynchronised(t3), 0x80},
+        {"2.3 unsynchronised with a picture in front", 3, Unsynchronised(Frame3("APIC", std::string(300, '\xFF')) + t3),
          0x80},
-        {"2.3 unsynchronised and extended", 3, unsynchronised(be32(6) + "\0\0"s + be32(0) + t3), 0xC0},
-        {"2.2 unsynchronised", 2, unsynchronised(frame2("TT2", "\1\xFF\xFE"s + kUtf16Le)), 0x80},
-        {"2.4 frame unsynchronised", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0x80},
+        {"2.3 unsynchronised and extended", 3, Unsynchronised(Be32(6) + "\0\0"s + Be32(0) + t3), 0xC0},
+        {"2.2 unsynchronised", 2, Unsynchronised(Frame2("TT2", "\1\xFF\xFE"s + kUtf16Le)), 0x80},
+        {"2.4 frame unsynchronised", 4, Frame4("TIT2", Unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0x80},
         {"2.4 frame unsynchronised, tag does not say so", 4,
-         frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0},
-        {"2.4 only the tag says so", 4, frame4("TIT2", unsynchronised("\1\xFF\xFE"s + kUtf16Le)), 0x80},
-        {"2.4 the tag says so and the frame is not", 4, frame4("TIT2", "\1\xFF\xFE"s + kUtf16Le), 0x80},
-        {"2.4 data length", 4, frame4("TIT2", synchsafe(7) + "\3"s + kUtf8, 0x0001), 0},
-        {"2.4 group, data length, unsynchronised", 4, frame4("TIT2", "g" + synchsafe(7) + "\3"s + kUtf8, 0x0043), 0},
-        {"2.3 group", 3, frame3("TIT2", "g\1\xFF\xFE"s + kUtf16Le, 0x0020), 0},
-        {"2.4 sizes of eight bits", 4, frame3("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
-        {"2.4 long frame with true sizes", 4, frame4("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
+         Frame4("TIT2", Unsynchronised("\1\xFF\xFE"s + kUtf16Le), 0x0002), 0},
+        {"2.4 only the tag says so", 4, Frame4("TIT2", Unsynchronised("\1\xFF\xFE"s + kUtf16Le)), 0x80},
+        {"2.4 the tag says so and the frame is not", 4, Frame4("TIT2", "\1\xFF\xFE"s + kUtf16Le), 0x80},
+        {"2.4 data length", 4, Frame4("TIT2", Synchsafe(7) + "\3"s + kUtf8, 0x0001), 0},
+        {"2.4 group, data length, unsynchronised", 4, Frame4("TIT2", "g" + Synchsafe(7) + "\3"s + kUtf8, 0x0043), 0},
+        {"2.3 group", 3, Frame3("TIT2", "g\1\xFF\xFE"s + kUtf16Le, 0x0020), 0},
+        {"2.4 sizes of eight bits", 4, Frame3("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
+        {"2.4 long frame with true sizes", 4, Frame4("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
     };
-    for (const auto& c : cases) EXPECT_EQ(read(id3v2(c.version, c.body, c.flags)).title, kUtf8) << c.what;
+    for (const auto& c : cases) EXPECT_EQ(Read(Id3v2(c.version, c.body, c.flags)).title, kUtf8) << c.what;
     // Compressed and encrypted frames are passed over, the next one is read.
-    for (const std::string& tag : {id3v2(3, frame3("TIT2", "????", 0x80) + frame3("TALB", "\0b"s)),
-                                   id3v2(3, frame3("TIT2", "????", 0x40) + frame3("TALB", "\0b"s)),
-                                   id3v2(4, frame4("TIT2", "????", 0x08) + frame4("TALB", "\0b"s)),
-                                   id3v2(4, frame4("TIT2", "????", 0x04) + frame4("TALB", "\0b"s))})
-        EXPECT_EQ(read(tag).title + "|" + read(tag).album, "|b");
+    for (const std::string& tag : {Id3v2(3, Frame3("TIT2", "????", 0x80) + Frame3("TALB", "\0b"s)),
+                                   Id3v2(3, Frame3("TIT2", "????", 0x40) + Frame3("TALB", "\0b"s)),
+                                   Id3v2(4, Frame4("TIT2", "????", 0x08) + Frame4("TALB", "\0b"s)),
+                                   Id3v2(4, Frame4("TIT2", "????", 0x04) + Frame4("TALB", "\0b"s))})
+        EXPECT_EQ(Read(tag).title + "|" + Read(tag).album, "|b");
 }
 
 TEST(Id3v2, FieldsThatAreNotEditedKeepTheirFrames) {
-    const std::string frames = frame4("TPE1", "\3a\0b"s) + frame4("TCON", "\0(17)Hard\0x"s) +
-                               frame4("TDRC", "\0"s + "2004-05-06") + frame4("COMM", "\3jpnfirst\0words"s) +
-                               frame4("TIT2", "\1\xFF\xFE\x61\0"s);
-    auto tag = parse(id3v2(4, frames));
+    const std::string frames = Frame4("TPE1", "\3a\0b"s) + Frame4("TCON", "\0(17)Hard\0x"s) +
+                               Frame4("TDRC", "\0"s + "2004-05-06") + Frame4("COMM", "\3jpnfirst\0words"s) +
+                               Frame4("TIT2", "\1\xFF\xFE\x61\0"s);
+    auto tag = Parse(Id3v2(4, frames));
     ASSERT_TRUE(tag);
-    TagFields fields = fieldsOf(*tag);
+    TagFields fields = FieldsOf(*tag);
     EXPECT_EQ(fields.artist, "a / b");
-    setFields(*tag, fields);
-    EXPECT_EQ(written(*tag), id3v2(4, frames));
+    SetFields(*tag, fields);
+    EXPECT_EQ(Written(*tag), Id3v2(4, frames));
     // A caller whose texts are short hands back a part of the title; nothing is lost by that.
     TagFields shown = fields;
     shown.artist = fields.artist = "a /";
     fields.year = "2005";
-    setFields(*tag, fields, &shown);
-    EXPECT_EQ(fieldsOf(*tag).artist, "a / b");
-    EXPECT_EQ(fieldsOf(*tag).year, "2005");
+    SetFields(*tag, fields, &shown);
+    EXPECT_EQ(FieldsOf(*tag).artist, "a / b");
+    EXPECT_EQ(FieldsOf(*tag).year, "2005");
 }

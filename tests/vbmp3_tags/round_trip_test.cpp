@@ -24,7 +24,7 @@ class RandomFile {
     TagFields fields;
     std::string what;
     bool damaged = false, odd = false;
-    std::string sound = mpegFrames(3);
+    std::string sound = MpegFrames(3);
 
     explicit RandomFile(unsigned seed) : random_(seed) {
         version_ = 2 + pick(3);
@@ -54,13 +54,13 @@ class RandomFile {
     std::string frame(const std::string& id, const std::string& id2, std::string data, int flags = 0,
                       bool keep = true) {
         if (version_ == 2) {
-            if (keep) kept.push_back(frame2(id2, data));
-            return frame2(id2, data);
+            if (keep) kept.push_back(Frame2(id2, data));
+            return Frame2(id2, data);
         }
-        if (version_ == 4 && whole_) data = unsynchronised(data);
+        if (version_ == 4 && whole_) data = Unsynchronised(data);
         const auto bits = static_cast<uint16_t>(flags | (version_ == 4 && whole_ && chance(2) ? 2 : 0));
-        if (keep) kept.push_back(version_ == 4 ? frame4(id, data, bits) : frame3(id, data, bits));
-        return version_ == 4 && !plain_ ? frame4(id, data, bits) : frame3(id, data, bits);
+        if (keep) kept.push_back(version_ == 4 ? Frame4(id, data, bits) : Frame3(id, data, bits));
+        return version_ == 4 && !plain_ ? Frame4(id, data, bits) : Frame3(id, data, bits);
     }
     std::string fieldFrame(int which) {
         struct Field {
@@ -117,17 +117,17 @@ class RandomFile {
         std::string body = frames_ + std::string(chance(2) ? 0 : static_cast<size_t>(pick(600)), '\0');
         int flags = version_ == 4 && whole_ ? 0x80 : 0;
         if (version_ == 3 && chance(4))
-            flags |= 0x40, body = be32(6) + std::string(6, '\0') + body, note("extended header");
-        if (version_ == 4 && chance(4)) flags |= 0x40, body = synchsafe(6) + "\1\0"s + body, note("extended header");
-        if (version_ < 4 && whole_) flags |= 0x80, body = unsynchronised(body);
-        return id3v2(version_, body, flags);
+            flags |= 0x40, body = Be32(6) + std::string(6, '\0') + body, note("extended header");
+        if (version_ == 4 && chance(4)) flags |= 0x40, body = Synchsafe(6) + "\1\0"s + body, note("extended header");
+        if (version_ < 4 && whole_) flags |= 0x80, body = Unsynchronised(body);
+        return Id3v2(version_, body, flags);
     }
     std::string tail() {
         std::vector<std::string> parts;
-        if (chance(2)) parts.push_back(ape(apeItem("Title", "ape") + apeItem("Own", text("ape")), 2, chance(2)));
-        if (chance(3)) parts.push_back(chance(2) ? lyrics3v1(text("[00:01]")) : lyrics3v2("LYR00007[00:01]"));
+        if (chance(2)) parts.push_back(Ape(ApeItem("Title", "ape") + ApeItem("Own", text("ape")), 2, chance(2)));
+        if (chance(3)) parts.push_back(chance(2) ? Lyrics3v1(text("[00:01]")) : Lyrics3v2("LYR00007[00:01]"));
         std::shuffle(parts.begin(), parts.end(), random_);
-        if (chance(2)) parts.push_back(id3v1("v1 title"));
+        if (chance(2)) parts.push_back(Id3v1("v1 title"));
         std::string all;
         for (const std::string& part : parts) all += part;
         kept.push_back(all);
@@ -144,23 +144,23 @@ struct Read {
     std::string sound;
     TagFields fields;
 };
-Read read(const std::string& file) {
-    const MemorySource source(bytes(file));
+Read ReadBack(const std::string& file) {
+    const MemorySource source(BytesOf(file));
     HeadTailReader reader(source);
-    const FileLayout layout = scanFileLayout(reader);
+    const FileLayout layout = ScanFileLayout(reader);
     return {file.substr(static_cast<size_t>(layout.audio.begin), static_cast<size_t>(layout.audio.size())),
-            readTagKind(reader, layout, kTagId3v2)};
+            ReadTagKind(reader, layout, kTagId3v2)};
 }
-std::string all(const TagFields& fields) {
+std::string All(const TagFields& fields) {
     std::string texts;
     for (const auto field : kTextFields) texts += fields.*field + "|";
     return texts;
 }
-std::string withTitle(const std::string& file, TagFields fields, const std::string& title) {
+std::string WithTitle(const std::string& file, TagFields fields, const std::string& title) {
     fields.title = title;
-    const MemorySource source(bytes(file));
+    const MemorySource source(BytesOf(file));
     HeadTailReader reader(source);
-    const auto plan = planWrite(reader, scanFileLayout(reader), kTagId3v2, fields);
+    const auto plan = PlanWrite(reader, ScanFileLayout(reader), kTagId3v2, fields);
     std::string out;
     if (plan)
         plan->carryOut(source, [&](std::span<const uint8_t> part) {
@@ -171,7 +171,7 @@ std::string withTitle(const std::string& file, TagFields fields, const std::stri
 }
 
 // What another reader sees.
-TagFields readByTagLib(const std::string& file) {
+TagFields ReadByTagLib(const std::string& file) {
     TagLib::ByteVectorStream stream(TagLib::ByteVector(file.data(), static_cast<unsigned>(file.size())));
     TagLib::MPEG::File read(&stream, TagLib::ID3v2::FrameFactory::instance());
     const TagLib::ID3v2::Tag& tag = *read.ID3v2Tag();
@@ -192,22 +192,22 @@ TEST(RoundTrip, AnEditLosesNothingElse) {
         SCOPED_TRACE(file.what + "seed " + std::to_string(seed));
         TagFields expected = file.fields;
         expected.title = "old title";
-        EXPECT_EQ(all(read(file.bytes).fields), all(expected));
+        EXPECT_EQ(All(ReadBack(file.bytes).fields), All(expected));
         std::string edited = file.bytes;
         for (const std::string& title : {"新しい題 🎵"s, std::string(200, 't'), "題"s}) {
-            edited = withTitle(edited, expected, title);
+            edited = WithTitle(edited, expected, title);
             expected.title = title;
-            const Read now = read(edited);
-            EXPECT_EQ(all(now.fields), all(expected));
+            const Read now = ReadBack(edited);
+            EXPECT_EQ(All(now.fields), All(expected));
             EXPECT_EQ(now.sound, file.sound);
             for (const std::string& part : file.kept)
                 EXPECT_NE(edited.find(part), std::string::npos) << part.substr(0, 40);
         }
-        EXPECT_EQ(withTitle(edited, expected, expected.title), edited);
+        EXPECT_EQ(WithTitle(edited, expected, expected.title), edited);
         if (file.damaged || file.odd) continue;
-        TagFields other = readByTagLib(edited);
+        TagFields other = ReadByTagLib(edited);
         other.comment = expected.comment;  // it has rules of its own for which one that is,
         other.year = expected.year;        // and reads none from the frame of another version
-        EXPECT_EQ(all(other), all(expected));
+        EXPECT_EQ(All(other), All(expected));
     }
 }

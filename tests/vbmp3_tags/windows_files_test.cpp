@@ -45,10 +45,10 @@ class WindowsTagFiles : public testing::Test {
     const std::unique_ptr<quenlox::FileSystem> program_ = quenlox::MakeFileSystem();
     fs::path folder_;
     const std::wstring name_ = L"夜曲 Ä.mp3";
-    const std::string sound_ = mpegFrames(800);
+    const std::string sound_ = MpegFrames(800);
 };
 
-vbmp3_Tag tagOf(const char* title) {
+vbmp3_Tag TagOf(const char* title) {
     vbmp3_Tag tag{};
     tag.size = sizeof tag;
     tag.genreNumber = 255;
@@ -61,33 +61,33 @@ vbmp3_Tag tagOf(const char* title) {
 TEST_F(WindowsTagFiles, AnyNameCanBeWrittenAndConverted) {
     const std::string path = utf8(folder_ / name_), rmp = utf8(folder_ / L"変換.rmp"),
                       back = utf8(folder_ / L"back.mp3");
-    ASSERT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2, tagOf("夜曲")), VBMP3_OK);
+    ASSERT_EQ(WriteTagFile(path, VBMP3_TAG_ID3V1 | VBMP3_TAG_ID3V2, TagOf("夜曲")), VBMP3_OK);
     vbmp3_Tag tag{};
-    ASSERT_EQ(readTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
+    ASSERT_EQ(ReadTagFile(path, VBMP3_TAG_ID3V2, tag), VBMP3_OK);
     EXPECT_STREQ(tag.title, "夜曲");
-    ASSERT_EQ(convertFile(path, rmp, WrapAs::Rmp), VBMP3_OK);
-    ASSERT_EQ(convertFile(rmp, back, WrapAs::Mp3), VBMP3_OK);
+    ASSERT_EQ(ConvertFile(path, rmp, WrapAs::Rmp), VBMP3_OK);
+    ASSERT_EQ(ConvertFile(rmp, back, WrapAs::Mp3), VBMP3_OK);
     EXPECT_EQ(contents(folder_ / L"back.mp3"), contents(folder_ / name_));
     EXPECT_EQ(files(), 3);
-    EXPECT_EQ(convertFile(path, path, WrapAs::Rmp), VBMP3_ERROR_SAME_FILE);
-    EXPECT_EQ(convertFile(path, utf8(folder_ / L"VARIANT" / L"x.rmp"), WrapAs::Rmp), VBMP3_ERROR_WRITE);
+    EXPECT_EQ(ConvertFile(path, path, WrapAs::Rmp), VBMP3_ERROR_SAME_FILE);
+    EXPECT_EQ(ConvertFile(path, utf8(folder_ / L"VARIANT" / L"x.rmp"), WrapAs::Rmp), VBMP3_ERROR_WRITE);
 }
 
 TEST_F(WindowsTagFiles, ReadOnlyAndLockedFilesSaySoAndStayWhole) {
     const std::string path = utf8(folder_ / name_);
     SetFileAttributesW((folder_ / name_).c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_ERROR_LOCKED);
+    EXPECT_EQ(WriteTagFile(path, VBMP3_TAG_ID3V1, TagOf("x")), VBMP3_ERROR_LOCKED);
     SetFileAttributesW((folder_ / name_).c_str(), FILE_ATTRIBUTE_NORMAL);
     for (const DWORD share : {DWORD{0}, DWORD{FILE_SHARE_READ}}) {
         const HANDLE other = openShared(share);
         ASSERT_NE(other, INVALID_HANDLE_VALUE);
-        EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_ERROR_LOCKED) << share;
+        EXPECT_EQ(WriteTagFile(path, VBMP3_TAG_ID3V1, TagOf("x")), VBMP3_ERROR_LOCKED) << share;
         EXPECT_FALSE(program_->write(path, "x")) << share;
         CloseHandle(other);
         EXPECT_EQ(contents(folder_ / name_), sound_);
         EXPECT_EQ(files(), 1) << share;
     }
-    EXPECT_EQ(writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")), VBMP3_OK);
+    EXPECT_EQ(WriteTagFile(path, VBMP3_TAG_ID3V1, TagOf("x")), VBMP3_OK);
 }
 
 TEST_F(WindowsTagFiles, AFileThatIsHeldForAMomentIsWaitedForAndKeepsItsLook) {
@@ -113,8 +113,8 @@ TEST_F(WindowsTagFiles, AFileThatIsHeldForAMomentIsWaitedForAndKeepsItsLook) {
             Sleep(80);
             CloseHandle(other);
         });
-        EXPECT_TRUE(library ? writeTagFile(path, VBMP3_TAG_ID3V1, tagOf("x")) == VBMP3_OK
-                            : bool(program_->write(path, "new")));
+        EXPECT_TRUE(library ? WriteTagFile(path, VBMP3_TAG_ID3V1, TagOf("x")) == VBMP3_OK
+                            : static_cast<bool>(program_->write(path, "new")));
         release.join();
         const WIN32_FILE_ATTRIBUTE_DATA now = look();
         EXPECT_TRUE(!dated || CompareFileTime(&now.ftCreationTime, &made) == 0) << library;

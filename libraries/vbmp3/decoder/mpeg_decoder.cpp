@@ -27,14 +27,14 @@ struct MpegDecoder::Impl {
     Impl(std::shared_ptr<const ByteSource> file, ByteRange whole) : range(whole), reader(std::move(file), whole) {}
     ~Impl() { mpg123_delete(handle); }
 
-    size_t frameSize() const { return size_t(channels) * (samples == Samples::Float32 ? 4 : 2); }
+    size_t frameSize() const { return static_cast<size_t>(channels) * (samples == Samples::Float32 ? 4 : 2); }
 
     static ssize_t onRead(void* context, void* to, size_t count) noexcept {
         try {
             auto& self = *static_cast<Impl*>(context);
             count = self.reader.readAt(self.position, to, count);
-            self.position += int64_t(count);
-            return ssize_t(count);
+            self.position += static_cast<int64_t>(count);
+            return static_cast<ssize_t>(count);
         } catch (...) {
             return -1;
         }
@@ -46,7 +46,7 @@ struct MpegDecoder::Impl {
         const int64_t target = base + offset;
         if (target < 0) return -1;
         self.position = target;
-        return off_t(target);
+        return static_cast<off_t>(target);
     }
 
     Piece decode() {
@@ -62,7 +62,7 @@ struct MpegDecoder::Impl {
             }
             if (result != MPG123_OK) return {};
             const size_t frames = bytes / frameSize();
-            if (frames > 0) return {{audio, frames * frameSize()}, int(rate), frames};
+            if (frames > 0) return {{audio, frames * frameSize()}, static_cast<int>(rate), frames};
         }
     }
 };
@@ -109,12 +109,12 @@ std::unique_ptr<MpegDecoder> MpegDecoder::open(std::shared_ptr<const ByteSource>
     self->impl_->channels = channels;
     // A stream of a single frame needs the second way, free format the first.
     if (!self->start(true) && !self->start(false)) return nullptr;
-    self->sampleRate_ = int(self->impl_->rate);
+    self->sampleRate_ = static_cast<int>(self->impl_->rate);
     return self;
 }
 
 MpegDecoder::Piece MpegDecoder::next() { return impl_->decode(); }
 
-bool MpegDecoder::seek(int64_t frame) { return mpg123_seek(impl_->handle, off_t(frame), SEEK_SET) >= 0; }
+bool MpegDecoder::seek(int64_t frame) { return mpg123_seek(impl_->handle, static_cast<off_t>(frame), SEEK_SET) >= 0; }
 
 }  // namespace vbmp3

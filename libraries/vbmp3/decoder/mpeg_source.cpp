@@ -19,7 +19,8 @@ class MpegSource final : public Source {
     int sampleRate() const override { return decoder_->sampleRate(); }
 
     size_t read(std::span<float> stereo) override {
-        const size_t wanted = size_t(std::min<int64_t>(int64_t(stereo.size() / 2), trim_.length - position_));
+        const size_t wanted =
+            static_cast<size_t>(std::min<int64_t>(static_cast<int64_t>(stereo.size() / 2), trim_.length - position_));
         size_t done = 0;
         while (done < wanted) {
             if (at_ == ready_.size() / 2 && !fill()) break;
@@ -28,7 +29,7 @@ class MpegSource final : public Source {
             at_ += count;
             done += count;
         }
-        position_ += int64_t(done);
+        position_ += static_cast<int64_t>(done);
         return done;
     }
 
@@ -63,8 +64,8 @@ class MpegSource final : public Source {
                 resampler_->process(ready_, converted_);
                 ready_ = converted_;
             }
-            at_ = size_t(std::min<int64_t>(toSkip_, int64_t(ready_.size() / 2)));
-            toSkip_ -= int64_t(at_);
+            at_ = static_cast<size_t>(std::min<int64_t>(toSkip_, static_cast<int64_t>(ready_.size() / 2)));
+            toSkip_ -= static_cast<int64_t>(at_);
             if (at_ < ready_.size() / 2) return true;
         }
         return false;
@@ -84,7 +85,7 @@ class MpegSource final : public Source {
 
 }  // namespace
 
-MpegTrim trimOf(const MpegScan& scan) {
+MpegTrim TrimOf(const MpegScan& scan) {
     MpegTrim trim{0, INT64_MAX};
     if (scan.info && scan.info->hasGapless) {
         trim.skip = scan.info->encoderDelay + kDecoderDelay;
@@ -93,10 +94,10 @@ MpegTrim trimOf(const MpegScan& scan) {
     return trim;
 }
 
-std::unique_ptr<Source> openMpegSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
+std::unique_ptr<Source> OpenMpegSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
     auto decoder =
         MpegDecoder::open(std::move(file), {info.mpeg->soundBegin, info.mpeg->end}, MpegDecoder::Samples::Float32, 2);
-    return decoder ? std::make_unique<MpegSource>(std::move(decoder), trimOf(*info.mpeg)) : nullptr;
+    return decoder ? std::make_unique<MpegSource>(std::move(decoder), TrimOf(*info.mpeg)) : nullptr;
 }
 
 }  // namespace vbmp3

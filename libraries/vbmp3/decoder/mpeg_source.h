@@ -11,8 +11,8 @@ struct MpegTrim {
     int64_t skip = 0;    // samples before the sound
     int64_t length = 0;  // of the sound, INT64_MAX when only the end of the stream tells
 };
-MpegTrim trimOf(const MpegScan& scan);
+MpegTrim TrimOf(const MpegScan& scan);
 
-std::unique_ptr<Source> openMpegSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info);
+std::unique_ptr<Source> OpenMpegSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info);
 
 }  // namespace vbmp3

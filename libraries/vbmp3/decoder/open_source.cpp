@@ -5,8 +5,8 @@
 
 namespace vbmp3 {
 
-std::unique_ptr<Source> openSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
-    return info.mpeg ? openMpegSource(std::move(file), info) : openWaveSource(std::move(file), info);
+std::unique_ptr<Source> OpenSource(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
+    return info.mpeg ? OpenMpegSource(std::move(file), info) : OpenWaveSource(std::move(file), info);
 }
 
 }  // namespace vbmp3

@@ -24,7 +24,7 @@ struct Equalizer::Plan {
 
 Equalizer::Equalizer(int sampleRate)
     : sampleRate_(sampleRate),
-      taps_(static_cast<size_t>(equalizerTaps(sampleRate))),
+      taps_(static_cast<size_t>(EqualizerTaps(sampleRate))),
       fade_(std::min(taps_, static_cast<size_t>(sampleRate / 50))),
       plan_(std::make_unique<Plan>(2 * taps_)),
       history_(2 * taps_, 0.0f) {}
@@ -47,7 +47,7 @@ void Equalizer::reset() {
 }
 
 std::unique_ptr<Equalizer::Filter> Equalizer::makeFilter(const BandGains& gains) {
-    const std::vector<float> taps = designEqualizer(gains, sampleRate_);
+    const std::vector<float> taps = DesignEqualizer(gains, sampleRate_);
     // The inverse transform does not divide by its length, so the filter does.
     const float scale = 1.0f / static_cast<float>(2 * taps_);
     std::fill(plan_->time.begin(), plan_->time.end(), kiss_fft_cpx{0.0f, 0.0f});

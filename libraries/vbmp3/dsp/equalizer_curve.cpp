@@ -13,20 +13,20 @@ namespace {
 
 using Fft = std::unique_ptr<kiss_fftr_state, void (*)(void*)>;
 
-Fft makeFft(int size, bool inverse) { return Fft(kiss_fftr_alloc(size, inverse, nullptr, nullptr), kiss_fftr_free); }
+Fft MakeFft(int size, bool inverse) { return Fft(kiss_fftr_alloc(size, inverse, nullptr, nullptr), kiss_fftr_free); }
 
 }  // namespace
 
-int usableBands(int sampleRate) {
+int UsableBands(int sampleRate) {
     return static_cast<int>(
         std::count_if(kBandHz.begin(), kBandHz.end(), [=](double hz) { return hz < sampleRate / 2.0; }));
 }
 
-int equalizerTaps(int sampleRate) {
+int EqualizerTaps(int sampleRate) {
     return static_cast<int>(std::bit_ceil(static_cast<unsigned>(std::max(sampleRate, 8000) * 0.035)));
 }
 
-std::vector<double> equalizerCurve(const BandGains& gains, int bands, const std::vector<double>& hz) {
+std::vector<double> EqualizerCurve(const BandGains& gains, int bands, const std::vector<double>& hz) {
     std::array<double, kBands> decibels{};
     std::transform(gains.begin(), gains.end(), decibels.begin(), [](int32_t gain) { return gain / 10.0; });
     const quenlox::EqualizerResponse response(std::span<const double>(decibels).first(static_cast<size_t>(bands)));
@@ -35,18 +35,18 @@ std::vector<double> equalizerCurve(const BandGains& gains, int bands, const std:
     return db;
 }
 
-std::vector<float> designEqualizer(const BandGains& gains, int sampleRate) {
-    const int taps = equalizerTaps(sampleRate);
+std::vector<float> DesignEqualizer(const BandGains& gains, int sampleRate) {
+    const int taps = EqualizerTaps(sampleRate);
     // The cepstrum of a steep curve is long; eight times the taps keep its wrapped-around end below the rounding.
     const int size = taps * 8;
     std::vector<double> hz(size / 2 + 1);
     for (int k = 0; k <= size / 2; ++k) hz[k] = std::max(1.0, static_cast<double>(k) * sampleRate / size);
-    const std::vector<double> db = equalizerCurve(gains, usableBands(sampleRate), hz);
+    const std::vector<double> db = EqualizerCurve(gains, UsableBands(sampleRate), hz);
 
     std::vector<kiss_fft_cpx> spectrum(size / 2 + 1);
     for (int k = 0; k <= size / 2; ++k)
         spectrum[k] = {static_cast<float>(db[k] * std::numbers::ln10 / 20.0 / size), 0.0f};
-    const Fft forward = makeFft(size, false), inverse = makeFft(size, true);
+    const Fft forward = MakeFft(size, false), inverse = MakeFft(size, true);
     std::vector<float> time(size);
     kiss_fftri(inverse.get(), spectrum.data(), time.data());
     for (int n = 1; n < size / 2; ++n) time[n] *= 2.0f;

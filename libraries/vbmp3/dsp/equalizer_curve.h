@@ -19,13 +19,13 @@ namespace vbmp3 {
 inline constexpr const std::array<double, kBands>& kBandHz = quenlox::kEqualizerHz;
 
 // How many bands lie below half the sample rate; the others are left out.
-int usableBands(int sampleRate);
+int UsableBands(int sampleRate);
 
 // The wanted gain in decibels at each of `hz` (all above 0), for gains in tenths of a decibel.
-std::vector<double> equalizerCurve(const BandGains& gains, int bands, const std::vector<double>& hz);
+std::vector<double> EqualizerCurve(const BandGains& gains, int bands, const std::vector<double>& hz);
 
 // Taps of the filter at a sample rate: a power of two, about 46 ms.
-int equalizerTaps(int sampleRate);
-std::vector<float> designEqualizer(const BandGains& gains, int sampleRate);
+int EqualizerTaps(int sampleRate);
+std::vector<float> DesignEqualizer(const BandGains& gains, int sampleRate);
 
 }  // namespace vbmp3

@@ -8,7 +8,7 @@ namespace {
 
 constexpr float kCeiling = 32767.0f / 32768.0f;
 
-bool withinFullScale(std::span<const float> samples) {
+bool WithinFullScale(std::span<const float> samples) {
     return std::all_of(samples.begin(), samples.end(), [](float sample) { return std::fabs(sample) <= kCeiling; });
 }
 
@@ -81,7 +81,7 @@ void Limiter::process(std::span<const float> stereo, std::vector<float>& out) {
     while (!stereo.empty()) {
         const std::span<const float> block = stereo.first(std::min<size_t>(stereo.size(), 2048));
         stereo = stereo.subspan(block.size());
-        if (atRest() && (!engaged_ || (needs_.empty() && withinFullScale(block)))) {
+        if (atRest() && (!engaged_ || (needs_.empty() && WithinFullScale(block)))) {
             pass(block, out);
             continue;
         }

@@ -6,7 +6,7 @@
 namespace vbmp3 {
 namespace {
 
-uint32_t sample16(float value) {
+uint32_t Sample16(float value) {
     if (std::isnan(value)) return 0;
     const float scaled = std::clamp(value * 32768.0f, -32768.0f, 32767.0f);
     return static_cast<uint16_t>(static_cast<int16_t>(std::lrintf(scaled)));
@@ -31,7 +31,7 @@ void Tap::write(int64_t firstFrame, std::span<const float> interleaved) {
     end_.store(std::min(firstFrame, end), std::memory_order_relaxed);
     begin_.store(begin, std::memory_order_seq_cst);
     for (int64_t i = std::max(int64_t{0}, frames - kFrames); i < frames; ++i) {
-        const uint32_t packed = sample16(interleaved[2 * i]) | sample16(interleaved[2 * i + 1]) << 16;
+        const uint32_t packed = Sample16(interleaved[2 * i]) | Sample16(interleaved[2 * i + 1]) << 16;
         ring_[(firstFrame + i) & (kFrames - 1)].store(packed, std::memory_order_relaxed);
     }
     end_.store(newEnd, std::memory_order_release);

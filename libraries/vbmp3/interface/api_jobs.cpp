@@ -12,17 +12,17 @@ namespace vbmp3 {
 namespace {
 
 // What can be said before a job begins, so that the caller hears of it at once.
-int check(Library& self, const std::string& source, const std::string& destination) {
+int Check(Library& self, const std::string& source, const std::string& destination) {
     if (destination.empty()) return VBMP3_ERROR_ARGUMENT;
     if (self.jobs.state() == Jobs::State::Running) return VBMP3_ERROR_BUSY;
-    const auto file = openFile(source);
+    const auto file = OpenFile(source);
     if (!file) return VBMP3_ERROR_NOT_FOUND;
-    if (!probe(*file, scanFileLayout(*file))) return VBMP3_ERROR_FORMAT;
-    return isSameFile(source, destination) ? VBMP3_ERROR_SAME_FILE : VBMP3_OK;
+    if (!Probe(*file, ScanFileLayout(*file))) return VBMP3_ERROR_FORMAT;
+    return IsSameFile(source, destination) ? VBMP3_ERROR_SAME_FILE : VBMP3_OK;
 }
 
 // Writes what the recorder hears until the track has ended. Whatever ends it earlier ends the recorder too.
-int record(Recorder& recorder, WaveWriter& writer, int64_t frames, JobControl& control) {
+int Record(Recorder& recorder, WaveWriter& writer, int64_t frames, JobControl& control) {
     const struct AtTheEnd {
         Recorder& recorder;
         ~AtTheEnd() { recorder.abort(); }
@@ -32,8 +32,8 @@ int record(Recorder& recorder, WaveWriter& writer, int64_t frames, JobControl& c
     for (;;) {
         const Recorder::State state = recorder.take(samples);
         if (!writer.write(samples)) return VBMP3_ERROR_WRITE;
-        done += int64_t(samples.size() / 2);
-        control.progress(frames > 0 ? double(done) / double(frames) : 0);
+        done += static_cast<int64_t>(samples.size() / 2);
+        control.progress(frames > 0 ? static_cast<double>(done) / static_cast<double>(frames) : 0);
         if (control.cancelled() || state == Recorder::State::Aborted) return VBMP3_ERROR_NOT_OPEN;
         if (state == Recorder::State::Ended && samples.empty()) break;
     }
@@ -43,14 +43,14 @@ int record(Recorder& recorder, WaveWriter& writer, int64_t frames, JobControl& c
                                                      : VBMP3_ERROR_WRITE;
 }
 
-int playAndRecord(Library& self, const std::string& source, const std::string& destination) {
+int PlayAndRecord(Library& self, const std::string& source, const std::string& destination) {
     if (const int error = self.player.open(source); error != VBMP3_OK) return error;
     const TrackPtr track = self.player.current();
     std::shared_ptr<WaveWriter> writer = WaveWriter::begin(destination, track->sampleRate, 2);
     if (!writer) return VBMP3_ERROR_WRITE;
     const auto recorder = std::make_shared<Recorder>();
     self.jobs.start([recorder, writer, frames = track->info.frames](JobControl& control) {
-        return record(*recorder, *writer, frames, control);
+        return Record(*recorder, *writer, frames, control);
     });
     self.player.setRecorder(recorder);
     writer.reset();
@@ -67,42 +67,42 @@ using namespace vbmp3;
 
 int32_t vbmp3_decodeWave(const char* source, const char* destination) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        const std::string from = textOf(source), to = textOf(destination);
-        if (const int error = check(self, from, to); error != VBMP3_OK) return report(error);
-        const int threads = int(std::clamp(std::thread::hardware_concurrency(), 1u, 4u));
-        self.jobs.start([=](JobControl& control) { return decodeToWave(from, to, threads, control); });
-        return report(VBMP3_OK);
+        const std::string from = TextOf(source), to = TextOf(destination);
+        if (const int error = Check(self, from, to); error != VBMP3_OK) return Report(error);
+        const int threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 4u));
+        self.jobs.start([=](JobControl& control) { return DecodeToWave(from, to, threads, control); });
+        return Report(VBMP3_OK);
     });
 }
 
 int32_t vbmp3_playDecodeWave(const char* source, const char* destination) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        const std::string from = textOf(source), to = textOf(destination);
-        const int error = check(self, from, to);
-        return report(error != VBMP3_OK ? error : playAndRecord(self, from, to));
+        const std::string from = TextOf(source), to = TextOf(destination);
+        const int error = Check(self, from, to);
+        return Report(error != VBMP3_OK ? error : PlayAndRecord(self, from, to));
     });
 }
 
 int32_t vbmp3_encodeOpen(const char* source) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         self.encodeSource.clear();
-        const auto file = openFile(textOf(source));
-        if (!file) return report(VBMP3_ERROR_NOT_FOUND);
-        const auto info = probe(*file, scanFileLayout(*file));
-        if (!info || info->mpeg) return report(VBMP3_ERROR_FORMAT);
-        self.encodeSource = textOf(source);
-        return report(VBMP3_OK);
+        const auto file = OpenFile(TextOf(source));
+        if (!file) return Report(VBMP3_ERROR_NOT_FOUND);
+        const auto info = Probe(*file, ScanFileLayout(*file));
+        if (!info || info->mpeg) return Report(VBMP3_ERROR_FORMAT);
+        self.encodeSource = TextOf(source);
+        return Report(VBMP3_OK);
     });
 }
 
 int32_t vbmp3_encodeStart(const char* destination) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        const std::string from = self.encodeSource, to = textOf(destination);
-        if (from.empty()) return report(VBMP3_ERROR_NOT_OPEN);
-        if (const int error = check(self, from, to); error != VBMP3_OK) return report(error);
-        if (!hasSystemCodec()) return report(VBMP3_ERROR_NO_CODEC);
-        self.jobs.start([=](JobControl& control) { return encodeWithSystemCodec(from, to, control); });
-        return report(VBMP3_OK);
+        const std::string from = self.encodeSource, to = TextOf(destination);
+        if (from.empty()) return Report(VBMP3_ERROR_NOT_OPEN);
+        if (const int error = Check(self, from, to); error != VBMP3_OK) return Report(error);
+        if (!HasSystemCodec()) return Report(VBMP3_ERROR_NO_CODEC);
+        self.jobs.start([=](JobControl& control) { return EncodeWithSystemCodec(from, to, control); });
+        return Report(VBMP3_OK);
     });
 }
 
@@ -110,7 +110,7 @@ int32_t vbmp3_encodeStop(void) {
     return withLibrary<int32_t>(0, [](Library& self) {
         self.player.stopRecording();
         self.jobs.cancel();
-        return report(VBMP3_OK);
+        return Report(VBMP3_OK);
     });
 }
 
@@ -118,7 +118,7 @@ int32_t vbmp3_getEncodeState(int32_t* permille) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         if (permille != nullptr) *permille = self.jobs.permille();
         const Jobs::State state = self.jobs.state();
-        if (state == Jobs::State::Failed) report(self.jobs.error());
-        return int32_t(state);
+        if (state == Jobs::State::Failed) Report(self.jobs.error());
+        return static_cast<int32_t>(state);
     });
 }

@@ -13,14 +13,14 @@
 namespace vbmp3 {
 namespace {
 
-std::unique_ptr<Library>& slot() {
+std::unique_ptr<Library>& Slot() {
     // Never destroyed at process exit: by then the system has ended the threads, and joining them would hang.
     static auto* const theLibrary = new std::unique_ptr<Library>;
     return *theLibrary;
 }
 
 // Held where the library is made and taken down, and where another thread than the caller's uses it.
-std::mutex& lifeMutex() {
+std::mutex& LifeMutex() {
     static auto* const theMutex = new std::mutex;
     return *theMutex;
 }
@@ -29,14 +29,14 @@ thread_local int lastError = VBMP3_OK;
 
 }  // namespace
 
-Library* library() { return slot().get(); }
+Library* RunningLibrary() { return Slot().get(); }
 
-void startLibrary(const OpenFile& openFile, const OutputSystem& output) {
-    const std::lock_guard lock(lifeMutex());
-    if (!slot()) slot() = std::make_unique<Library>(openFile, output);
+void StartLibrary(const FileOpener& openFile, const OutputSystem& output) {
+    const std::lock_guard lock(LifeMutex());
+    if (!Slot()) Slot() = std::make_unique<Library>(openFile, output);
 }
 
-int32_t report(int error) {
+int32_t Report(int error) {
     lastError = error;
     return error == VBMP3_OK ? 1 : 0;
 }
@@ -44,24 +44,25 @@ int32_t report(int error) {
 namespace {
 
 // The library may be taken down while the file is being opened, which may take for ever.
-int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
-    if (info != nullptr && !isRecord(info)) return VBMP3_ERROR_ARGUMENT;
+int OpenOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
+    if (info != nullptr && !IsRecord(info)) return VBMP3_ERROR_ARGUMENT;
     Ticket ticket;
-    OpenFile opener;
+    FileOpener opener;
     {
-        const std::lock_guard lock(lifeMutex());
-        if (!library()) return VBMP3_ERROR_NOT_INITIALISED;
-        ticket = library()->player.beginOpen();
-        opener = library()->player.fileOpener();
+        const std::lock_guard lock(LifeMutex());
+        if (!RunningLibrary()) return VBMP3_ERROR_NOT_INITIALISED;
+        ticket = RunningLibrary()->player.beginOpen();
+        opener = RunningLibrary()->player.fileOpener();
     }
     int error = VBMP3_OK;
     vbmp3_FileInfo record{};
-    TrackPtr track = openTrack(opener, path, ticket, error, &record);
+    TrackPtr track = OpenTrack(opener, path, ticket, error, &record);
     {
-        const std::lock_guard lock(lifeMutex());
-        if (!library() || library()->player.finishOpen(ticket, track) != VBMP3_OK) return VBMP3_ERROR_SUPERSEDED;
+        const std::lock_guard lock(LifeMutex());
+        if (!RunningLibrary() || RunningLibrary()->player.finishOpen(ticket, track) != VBMP3_OK)
+            return VBMP3_ERROR_SUPERSEDED;
     }
-    if (error == VBMP3_OK && info != nullptr) give(info, record);
+    if (error == VBMP3_OK && info != nullptr) Give(info, record);
     return error;
 }
 
@@ -71,16 +72,16 @@ int openOnAnyThread(const std::string& path, vbmp3_FileInfo* info) {
 using namespace vbmp3;
 
 int32_t vbmp3_init(void) {
-    return guarded<int32_t>(0, [] {
-        startLibrary();
-        return report(VBMP3_OK);
+    return Guarded<int32_t>(0, [] {
+        StartLibrary();
+        return Report(VBMP3_OK);
     });
 }
 
 void vbmp3_free(void) {
-    guarded(0, [] {
-        const std::lock_guard lock(lifeMutex());
-        slot().reset();
+    Guarded(0, [] {
+        const std::lock_guard lock(LifeMutex());
+        Slot().reset();
         return 0;
     });
 }
@@ -92,20 +93,20 @@ void vbmp3_getVersion(char* text, uint32_t size) {
 }
 
 int32_t vbmp3_getFileType(const char* path) {
-    return guarded<int32_t>(-VBMP3_ERROR_FORMAT, [&] {
-        const auto file = openFile(textOf(path));
+    return Guarded<int32_t>(-VBMP3_ERROR_FORMAT, [&] {
+        const auto file = OpenFile(TextOf(path));
         if (!file) {
-            report(VBMP3_ERROR_NOT_FOUND);
+            Report(VBMP3_ERROR_NOT_FOUND);
             return -VBMP3_ERROR_NOT_FOUND;
         }
-        const auto info = probe(*file, scanFileLayout(*file));
-        report(info ? VBMP3_OK : VBMP3_ERROR_FORMAT);
-        return info ? fileTypeOf(*info) : -VBMP3_ERROR_FORMAT;
+        const auto info = Probe(*file, ScanFileLayout(*file));
+        Report(info ? VBMP3_OK : VBMP3_ERROR_FORMAT);
+        return info ? FileTypeOf(*info) : -VBMP3_ERROR_FORMAT;
     });
 }
 
 int32_t vbmp3_open(const char* path, vbmp3_FileInfo* info) {
-    return guarded<int32_t>(0, [&] { return report(openOnAnyThread(textOf(path), info)); });
+    return Guarded<int32_t>(0, [&] { return Report(OpenOnAnyThread(TextOf(path), info)); });
 }
 
 void vbmp3_close(void) {
@@ -118,43 +119,44 @@ void vbmp3_close(void) {
 int32_t vbmp3_play(void) {
     return withLibrary<int32_t>(0, [](Library& self) {
         self.sound.applyEqualizer();
-        return report(self.player.play());
+        return Report(self.player.play());
     });
 }
 
 int32_t vbmp3_stop(void) {
-    return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.stop()); });
+    return withLibrary<int32_t>(0, [](Library& self) { return Report(self.player.stop()); });
 }
 
 int32_t vbmp3_pause(void) {
-    return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.pause()); });
+    return withLibrary<int32_t>(0, [](Library& self) { return Report(self.player.pause()); });
 }
 
 int32_t vbmp3_restart(void) {
-    return withLibrary<int32_t>(0, [](Library& self) { return report(self.player.restart()); });
+    return withLibrary<int32_t>(0, [](Library& self) { return Report(self.player.restart()); });
 }
 
 int32_t vbmp3_seek(double seconds) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         self.lyrics.noteSeek();
-        return report(self.player.seek(seconds));
+        return Report(self.player.seek(seconds));
     });
 }
 
 int32_t vbmp3_getState(int32_t* seconds) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         const Player::Snapshot snapshot = self.player.snapshot();
-        if (seconds != nullptr) *seconds = int32_t(std::min(snapshot.seconds, 2e9));
-        return int32_t(snapshot.state);
+        if (seconds != nullptr) *seconds = static_cast<int32_t>(std::min(snapshot.seconds, 2e9));
+        return static_cast<int32_t>(snapshot.state);
     });
 }
 
 int64_t vbmp3_getPositionMs(void) {
-    return withLibrary<int64_t>(0, [](Library& self) { return int64_t(self.player.snapshot().seconds * 1000); });
+    return withLibrary<int64_t>(
+        0, [](Library& self) { return static_cast<int64_t>(self.player.snapshot().seconds * 1000); });
 }
 
 int32_t vbmp3_setNextFile(const char* path) {
-    return withLibrary<int32_t>(0, [&](Library& self) { return report(self.player.setNext(textOf(path))); });
+    return withLibrary<int32_t>(0, [&](Library& self) { return Report(self.player.setNext(TextOf(path))); });
 }
 
 void vbmp3_setListener(vbmp3_Listener listener, void* context) {
@@ -169,9 +171,9 @@ void vbmp3_setListener(vbmp3_Listener listener, void* context) {
 
 int32_t vbmp3_setOutput(int32_t device, int32_t bufferMs) {
     return withLibrary<int32_t>(0, [&](Library& self) {
-        if (device < -1 || bufferMs < 50 || bufferMs > 2000) return report(VBMP3_ERROR_ARGUMENT);
+        if (device < -1 || bufferMs < 50 || bufferMs > 2000) return Report(VBMP3_ERROR_ARGUMENT);
         self.player.setOutput({device, bufferMs});
-        return report(VBMP3_OK);
+        return Report(VBMP3_OK);
     });
 }
 

@@ -20,9 +20,9 @@ constexpr std::string TagFields::*kTexts[VBMP3_TEXTS] = {&TagFields::title,   &T
                                                          &TagFields::track};
 
 // A record that is newer than its first version has no caller with an older one yet.
-bool isWhole(const vbmp3_TagTexts* texts) { return texts != nullptr && texts->size >= sizeof *texts; }
+bool IsWhole(const vbmp3_TagTexts* texts) { return texts != nullptr && texts->size >= sizeof *texts; }
 
-int giveTexts(vbmp3_TagTexts& to, const TagFields& fields) {
+int GiveTexts(vbmp3_TagTexts& to, const TagFields& fields) {
     size_t needed = 0;
     for (const auto text : kTexts) needed += (fields.*text).size() + 1;
     to.needed = static_cast<uint32_t>(std::min<size_t>(needed, UINT32_MAX));
@@ -40,7 +40,7 @@ int giveTexts(vbmp3_TagTexts& to, const TagFields& fields) {
 }
 
 // A tag that is not there is no error, but there is nothing to show either.
-int32_t reportTag(int error, bool there) { return report(error) != 0 && there ? 1 : 0; }
+int32_t ReportTag(int error, bool there) { return Report(error) != 0 && there ? 1 : 0; }
 
 }  // namespace
 }  // namespace vbmp3
@@ -48,90 +48,90 @@ int32_t reportTag(int error, bool there) { return report(error) != 0 && there ? 
 using namespace vbmp3;
 
 int32_t vbmp3_getFileInfo(const char* path, vbmp3_FileInfo* info) {
-    return guarded<int32_t>(0, [&] {
-        if (!isRecord(info)) return report(VBMP3_ERROR_ARGUMENT);
+    return Guarded<int32_t>(0, [&] {
+        if (!IsRecord(info)) return Report(VBMP3_ERROR_ARGUMENT);
         vbmp3_FileInfo record{};
         record.genreNumber = 255;
-        const auto file = openFile(textOf(path));
+        const auto file = OpenFile(TextOf(path));
         if (!file) {
-            give(info, record);
-            return report(VBMP3_ERROR_NOT_FOUND);
+            Give(info, record);
+            return Report(VBMP3_ERROR_NOT_FOUND);
         }
         HeadTailReader reader(*file);
         const CachedSource cached(reader);
-        const FileLayout layout = scanFileLayout(reader);
-        const auto stream = probe(cached, layout);
+        const FileLayout layout = ScanFileLayout(reader);
+        const auto stream = Probe(cached, layout);
         if (stream) {
-            fillFormat(*stream, record);
-            fillTags(reader, layout, record);
+            FillFormat(*stream, record);
+            FillTags(reader, layout, record);
         }
-        give(info, record);
-        return report(stream ? VBMP3_OK : VBMP3_ERROR_FORMAT);
+        Give(info, record);
+        return Report(stream ? VBMP3_OK : VBMP3_ERROR_FORMAT);
     });
 }
 
 int32_t vbmp3_getGenre(int32_t number, char* text, uint32_t size) {
-    const std::string_view name = genreName(number);
+    const std::string_view name = GenreName(number);
     if (text != nullptr) quenlox::PutUtf8(text, size, name);
     return name.empty() ? 0 : 1;
 }
 
 int32_t vbmp3_readTag(const char* path, int32_t kind, vbmp3_Tag* tag) {
-    return guarded<int32_t>(0, [&] {
-        if (!isRecord(tag)) return report(VBMP3_ERROR_ARGUMENT);
+    return Guarded<int32_t>(0, [&] {
+        if (!IsRecord(tag)) return Report(VBMP3_ERROR_ARGUMENT);
         vbmp3_Tag record{};
-        const int error = readTagFile(textOf(path), kind, record);
-        give(tag, record);
-        return reportTag(error, (record.present & kind) != 0);
+        const int error = ReadTagFile(TextOf(path), kind, record);
+        Give(tag, record);
+        return ReportTag(error, (record.present & kind) != 0);
     });
 }
 
 int32_t vbmp3_readTagTexts(const char* path, int32_t kind, vbmp3_TagTexts* texts) {
-    return guarded<int32_t>(0, [&] {
-        if (!isWhole(texts)) return report(VBMP3_ERROR_ARGUMENT);
+    return Guarded<int32_t>(0, [&] {
+        if (!IsWhole(texts)) return Report(VBMP3_ERROR_ARGUMENT);
         TagFields fields;
-        int error = readTagFields(textOf(path), kind, texts->present, fields);
-        const int given = giveTexts(*texts, fields);
+        int error = ReadTagFields(TextOf(path), kind, texts->present, fields);
+        const int given = GiveTexts(*texts, fields);
         if (error == VBMP3_OK) error = given;
-        return reportTag(error, kind == 0 ? fields != TagFields{} : (texts->present & kind) != 0);
+        return ReportTag(error, kind == 0 ? fields != TagFields{} : (texts->present & kind) != 0);
     });
 }
 
 int32_t vbmp3_writeTag(const char* path, int32_t kinds, const vbmp3_Tag* tag) {
-    return guarded<int32_t>(0, [&] {
-        if (!isRecord(tag)) return report(VBMP3_ERROR_ARGUMENT);
-        return report(writeTagFile(textOf(path), kinds, take(tag)));
+    return Guarded<int32_t>(0, [&] {
+        if (!IsRecord(tag)) return Report(VBMP3_ERROR_ARGUMENT);
+        return Report(WriteTagFile(TextOf(path), kinds, Take(tag)));
     });
 }
 
 int32_t vbmp3_writeTagTexts(const char* path, int32_t kinds, const vbmp3_TagTexts* texts) {
-    return guarded<int32_t>(0, [&] {
-        if (!isWhole(texts)) return report(VBMP3_ERROR_ARGUMENT);
+    return Guarded<int32_t>(0, [&] {
+        if (!IsWhole(texts)) return Report(VBMP3_ERROR_ARGUMENT);
         TagFields fields;
-        for (int i = 0; i < VBMP3_TEXTS; ++i) fields.*kTexts[i] = textOf(texts->texts[i]);
+        for (int i = 0; i < VBMP3_TEXTS; ++i) fields.*kTexts[i] = TextOf(texts->texts[i]);
         fields.genreNumber = texts->genreNumber;
-        return report(writeTagFields(textOf(path), kinds, fields));
+        return Report(WriteTagFields(TextOf(path), kinds, fields));
     });
 }
 
 int32_t vbmp3_removeTag(const char* path, int32_t kinds) {
-    return guarded<int32_t>(0, [&] { return report(removeTagFile(textOf(path), kinds)); });
+    return Guarded<int32_t>(0, [&] { return Report(RemoveTagFile(TextOf(path), kinds)); });
 }
 
 int32_t vbmp3_convertToRmp(const char* source, const char* destination) {
-    return guarded<int32_t>(0, [&] { return report(convertFile(textOf(source), textOf(destination), WrapAs::Rmp)); });
+    return Guarded<int32_t>(0, [&] { return Report(ConvertFile(TextOf(source), TextOf(destination), WrapAs::Rmp)); });
 }
 
 int32_t vbmp3_convertToMp3(const char* source, const char* destination) {
-    return guarded<int32_t>(0, [&] { return report(convertFile(textOf(source), textOf(destination), WrapAs::Mp3)); });
+    return Guarded<int32_t>(0, [&] { return Report(ConvertFile(TextOf(source), TextOf(destination), WrapAs::Mp3)); });
 }
 
 int32_t vbmp3_countTagExtras(const char* path, int32_t kind, int32_t* pictures, int32_t* others) {
-    return guarded<int32_t>(0, [&] {
+    return Guarded<int32_t>(0, [&] {
         TagExtras extras;
-        const int error = countExtrasInFile(textOf(path), kind, extras);
+        const int error = CountExtrasInFile(TextOf(path), kind, extras);
         if (pictures != nullptr) *pictures = extras.pictures;
         if (others != nullptr) *others = extras.others;
-        return report(error);
+        return Report(error);
     });
 }

@@ -17,7 +17,7 @@
 namespace vbmp3 {
 
 struct Library {
-    Library(const OpenFile& openFile, const OutputSystem& output) : player(sound, output, openFile) {}
+    Library(const FileOpener& openFile, const OutputSystem& output) : player(sound, output, openFile) {}
 
     SoundSettings sound;
     Player player;
@@ -28,37 +28,37 @@ struct Library {
 };
 
 // What vbmp3_init does; tests have files and devices of their own.
-void startLibrary(const OpenFile& openFile = vbmp3::openFile, const OutputSystem& output = {});
+void StartLibrary(const FileOpener& openFile = vbmp3::OpenFile, const OutputSystem& output = {});
 // The one between init and free; null outside.
-Library* library();
+Library* RunningLibrary();
 
 // Number for vbmp3_getLastErrorNo on this thread; returns 1 for VBMP3_OK and 0 otherwise, as most calls do.
-int32_t report(int error);
+int32_t Report(int error);
 
 // Runs `body`, which returns the call's result, with the library; `otherwise` is the result when there is none or the
 // body throws. No exception gets out.
 template <typename Result, typename Body>
 Result withLibrary(Result otherwise, Body body) noexcept {
     try {
-        if (Library* self = library()) return body(*self);
-        report(VBMP3_ERROR_NOT_INITIALISED);
+        if (Library* self = RunningLibrary()) return body(*self);
+        Report(VBMP3_ERROR_NOT_INITIALISED);
     } catch (const std::bad_alloc&) {
-        report(VBMP3_ERROR_MEMORY);
+        Report(VBMP3_ERROR_MEMORY);
     } catch (...) {
-        report(VBMP3_ERROR_FORMAT);
+        Report(VBMP3_ERROR_FORMAT);
     }
     return otherwise;
 }
 
 // The same for calls that need no library.
 template <typename Result, typename Body>
-Result guarded(Result otherwise, Body body) noexcept {
+Result Guarded(Result otherwise, Body body) noexcept {
     try {
         return body();
     } catch (const std::bad_alloc&) {
-        report(VBMP3_ERROR_MEMORY);
+        Report(VBMP3_ERROR_MEMORY);
     } catch (...) {
-        report(VBMP3_ERROR_FORMAT);
+        Report(VBMP3_ERROR_FORMAT);
     }
     return otherwise;
 }

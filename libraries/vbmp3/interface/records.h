@@ -11,25 +11,25 @@ namespace vbmp3 {
 
 // False for a record that cannot be read or filled at all.
 template <class Record>
-bool isRecord(const Record* record) {
+bool IsRecord(const Record* record) {
     return record != nullptr && record->size >= sizeof record->size;
 }
 
 // Fills as much of the caller's record as he knows of.
 template <class Record>
-void give(Record* to, Record& from) {
+void Give(Record* to, Record& from) {
     from.size = to->size;
     std::memcpy(to, &from, std::min<size_t>(to->size, sizeof from));
 }
 
 // As much of a caller's record as he has given; the rest is zeros.
 template <class Record>
-Record take(const Record* from) {
+Record Take(const Record* from) {
     Record record{};
     std::memcpy(&record, from, std::min<size_t>(from->size, sizeof record));
     return record;
 }
 
-inline std::string textOf(const char* text) { return text != nullptr ? text : ""; }
+inline std::string TextOf(const char* text) { return text != nullptr ? text : ""; }
 
 }  // namespace vbmp3

@@ -36,40 +36,40 @@ struct Encoder {
     int sampleRate = 0;
 };
 
-WAVEFORMATEX pcmFormat(int sampleRate) {
+WAVEFORMATEX PcmFormat(int sampleRate) {
     WAVEFORMATEX format{};
     format.wFormatTag = WAVE_FORMAT_PCM;
     format.nChannels = 2;
-    format.nSamplesPerSec = DWORD(sampleRate);
+    format.nSamplesPerSec = static_cast<DWORD>(sampleRate);
     format.wBitsPerSample = 16;
     format.nBlockAlign = 4;
-    format.nAvgBytesPerSec = DWORD(sampleRate) * 4;
+    format.nAvgBytesPerSec = static_cast<DWORD>(sampleRate) * 4;
     return format;
 }
 
-MPEGLAYER3WAVEFORMAT mp3Format(int sampleRate, int bitRate) {
+MPEGLAYER3WAVEFORMAT Mp3Format(int sampleRate, int bitRate) {
     MPEGLAYER3WAVEFORMAT format{};
     format.wfx.wFormatTag = WAVE_FORMAT_MPEGLAYER3;
     format.wfx.nChannels = 2;
-    format.wfx.nSamplesPerSec = DWORD(sampleRate);
-    format.wfx.nAvgBytesPerSec = DWORD(bitRate * 125);
+    format.wfx.nSamplesPerSec = static_cast<DWORD>(sampleRate);
+    format.wfx.nAvgBytesPerSec = static_cast<DWORD>(bitRate * 125);
     format.wfx.nBlockAlign = 1;
     format.wfx.cbSize = MPEGLAYER3_WFX_EXTRA_BYTES;
     format.wID = MPEGLAYER3_ID_MPEG;
     format.fdwFlags = MPEGLAYER3_FLAG_PADDING_OFF;
-    format.nBlockSize = WORD((sampleRate < 32000 ? 72000 : 144000) * bitRate / sampleRate);
+    format.nBlockSize = static_cast<WORD>((sampleRate < 32000 ? 72000 : 144000) * bitRate / sampleRate);
     format.nFramesPerBlock = 1;
     format.nCodecDelay = 1393;
     return format;
 }
 
-std::optional<Encoder> openEncoder(int sourceRate) {
+std::optional<Encoder> OpenEncoder(int sourceRate) {
     std::vector<int> rates{sourceRate};
     rates.insert(rates.end(), kSampleRates.begin(), kSampleRates.end());
     for (const int rate : rates)
         for (const int bitRate : kBitRates) {
-            WAVEFORMATEX from = pcmFormat(rate);
-            MPEGLAYER3WAVEFORMAT to = mp3Format(rate, bitRate);
+            WAVEFORMATEX from = PcmFormat(rate);
+            MPEGLAYER3WAVEFORMAT to = Mp3Format(rate, bitRate);
             HACMSTREAM stream = nullptr;
             if (acmStreamOpen(&stream, nullptr, &from, &to.wfx, nullptr, 0, 0, ACM_STREAMOPENF_NONREALTIME) == 0)
                 return Encoder{Stream(stream), rate};
@@ -82,18 +82,18 @@ class Conversion {
   public:
     Conversion(HACMSTREAM stream, FileTransaction& file) : stream_(stream), file_(file), from_(kPiece) {
         DWORD size = 0;
-        good_ = acmStreamSize(stream_, DWORD(from_.size()), &size, ACM_STREAMSIZEF_SOURCE) == 0;
+        good_ = acmStreamSize(stream_, static_cast<DWORD>(from_.size()), &size, ACM_STREAMSIZEF_SOURCE) == 0;
         to_.resize(std::max<DWORD>(size, 16384));
         header_.cbStruct = sizeof header_;
         header_.pbSrc = from_.data();
-        header_.cbSrcLength = DWORD(from_.size());
+        header_.cbSrcLength = static_cast<DWORD>(from_.size());
         header_.pbDst = to_.data();
-        header_.cbDstLength = DWORD(to_.size());
+        header_.cbDstLength = static_cast<DWORD>(to_.size());
         good_ = good_ && acmStreamPrepareHeader(stream_, &header_, 0) == 0;
     }
     ~Conversion() {
-        header_.cbSrcLength = DWORD(from_.size());
-        header_.cbDstLength = DWORD(to_.size());
+        header_.cbSrcLength = static_cast<DWORD>(from_.size());
+        header_.cbDstLength = static_cast<DWORD>(to_.size());
         acmStreamUnprepareHeader(stream_, &header_, 0);
     }
     Conversion(const Conversion&) = delete;
@@ -104,7 +104,7 @@ class Conversion {
         size_t left = samples.size_bytes();
         while (left > 0 && good_) {
             const size_t count = std::min(left, from_.size() - filled_);
-            std::copy_n(bytes, count, from_.begin() + std::ptrdiff_t(filled_));
+            std::copy_n(bytes, count, from_.begin() + static_cast<std::ptrdiff_t>(filled_));
             filled_ += count;
             bytes += count;
             left -= count;
@@ -127,12 +127,13 @@ class Conversion {
 
     void convert(DWORD flags) {
         started_ = true;
-        header_.cbSrcLength = DWORD(filled_);
+        header_.cbSrcLength = static_cast<DWORD>(filled_);
         header_.cbSrcLengthUsed = header_.cbDstLengthUsed = 0;
         good_ = acmStreamConvert(stream_, &header_, flags) == 0 && file_.write({to_.data(), header_.cbDstLengthUsed});
         const size_t used = std::min<size_t>(header_.cbSrcLengthUsed, filled_);
         good_ = good_ && (used > 0 || (flags & ACM_STREAMCONVERTF_END) != 0);
-        std::copy(from_.begin() + std::ptrdiff_t(used), from_.begin() + std::ptrdiff_t(filled_), from_.begin());
+        std::copy(from_.begin() + static_cast<std::ptrdiff_t>(used),
+                  from_.begin() + static_cast<std::ptrdiff_t>(filled_), from_.begin());
         filled_ -= used;
     }
 
@@ -147,15 +148,15 @@ class Conversion {
 
 }  // namespace
 
-bool hasSystemCodec() { return openEncoder(44100).has_value(); }
+bool HasSystemCodec() { return OpenEncoder(44100).has_value(); }
 
-int encodeWithSystemCodec(const std::string& sourcePath, const std::string& destination, JobControl& control) {
-    const std::shared_ptr<const ByteSource> file = openFile(sourcePath);
+int EncodeWithSystemCodec(const std::string& sourcePath, const std::string& destination, JobControl& control) {
+    const std::shared_ptr<const ByteSource> file = OpenFile(sourcePath);
     if (!file) return VBMP3_ERROR_NOT_FOUND;
-    const auto info = probe(*file, scanFileLayout(*file));
-    const auto source = info ? openSource(file, *info) : nullptr;
+    const auto info = Probe(*file, ScanFileLayout(*file));
+    const auto source = info ? OpenSource(file, *info) : nullptr;
     if (!source) return VBMP3_ERROR_FORMAT;
-    const auto encoder = openEncoder(source->sampleRate());
+    const auto encoder = OpenEncoder(source->sampleRate());
     if (!encoder) return VBMP3_ERROR_NO_CODEC;
     const auto target = FileTransaction::begin(destination);
     if (!target) return VBMP3_ERROR_WRITE;
@@ -171,17 +172,17 @@ int encodeWithSystemCodec(const std::string& sourcePath, const std::string& dest
             if (control.cancelled()) return VBMP3_ERROR_NOT_OPEN;
             converted.clear();
             if (!resample)
-                converted.assign(block.begin(), block.begin() + std::ptrdiff_t(2 * count));
+                converted.assign(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(2 * count));
             else if (count > 0)
                 resampler.process(std::span(block).first(2 * count), converted);
             else
                 resampler.finish(converted);
             samples.resize(converted.size());
-            std::transform(converted.begin(), converted.end(), samples.begin(), toInt16);
+            std::transform(converted.begin(), converted.end(), samples.begin(), ToInt16);
             if (!conversion.put(samples)) return VBMP3_ERROR_WRITE;
             if (count == 0) break;
-            done += int64_t(count);
-            control.progress(info->frames > 0 ? double(done) / double(info->frames) : 0);
+            done += static_cast<int64_t>(count);
+            control.progress(info->frames > 0 ? static_cast<double>(done) / static_cast<double>(info->frames) : 0);
         }
         if (!conversion.finish()) return VBMP3_ERROR_WRITE;
     }

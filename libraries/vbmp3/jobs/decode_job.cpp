@@ -23,19 +23,19 @@ namespace {
 enum class Outcome { Done, Cancelled, WriteFailed, CannotDecode };
 
 // The part of the decoder's samples that is the sound.
-std::span<const int16_t> trimmed(std::span<const int16_t> samples, int channels, int64_t first, const MpegTrim& trim) {
-    const int64_t frames = int64_t(samples.size()) / channels;
+std::span<const int16_t> Trimmed(std::span<const int16_t> samples, int channels, int64_t first, const MpegTrim& trim) {
+    const int64_t frames = static_cast<int64_t>(samples.size()) / channels;
     const int64_t end = trim.length == INT64_MAX ? INT64_MAX : trim.skip + trim.length;
     const int64_t from = std::clamp<int64_t>(trim.skip - first, 0, frames);
     const int64_t to = std::clamp<int64_t>(end - first, from, frames);
-    return samples.subspan(size_t(from * channels), size_t((to - from) * channels));
+    return samples.subspan(static_cast<size_t>(from * channels), static_cast<size_t>((to - from) * channels));
 }
 
 // Workers decode sections in any order, at most a few ahead; the caller's thread writes them in theirs.
 class SectionDecode {
   public:
     SectionDecode(const MpegSections& sections, int threads)
-        : sections_(sections), list_(sections.sections()), ahead_(size_t(std::max(threads, 0)) + 2) {
+        : sections_(sections), list_(sections.sections()), ahead_(static_cast<size_t>(std::max(threads, 0)) + 2) {
         try {
             for (int i = 0; i < threads; ++i) workers_.emplace_back([this] { work(); });
         } catch (const std::exception&) {
@@ -112,9 +112,9 @@ class SectionDecode {
     std::vector<std::thread> workers_;
 };
 
-Outcome decodeSections(const MpegSections& sections, const MpegScan& scan, int threads, WaveWriter& writer,
+Outcome DecodeSections(const MpegSections& sections, const MpegScan& scan, int threads, WaveWriter& writer,
                        JobControl& control) {
-    const MpegTrim trim = trimOf(scan);
+    const MpegTrim trim = TrimOf(scan);
     const size_t count = sections.sections().size();
     SectionDecode decode(sections, threads);
     for (size_t i = 0; i < count; ++i) {
@@ -122,59 +122,60 @@ Outcome decodeSections(const MpegSections& sections, const MpegScan& scan, int t
         auto samples = decode.take();
         if (!samples) return Outcome::CannotDecode;
         const int64_t first = sections.sections()[i].firstFrame * scan.first.samplesPerFrame;
-        if (!writer.write(trimmed(*samples, sections.channels(), first, trim))) return Outcome::WriteFailed;
+        if (!writer.write(Trimmed(*samples, sections.channels(), first, trim))) return Outcome::WriteFailed;
         decode.giveBack(std::move(*samples));
-        control.progress(double(i + 1) / double(count));
+        control.progress(static_cast<double>(i + 1) / static_cast<double>(count));
     }
     return Outcome::Done;
 }
 
 // From front to back; CannotDecode when the rate changes within the stream, which a WAVE file cannot.
-Outcome decodeStraight(std::shared_ptr<const ByteSource> file, const MpegScan& scan, int channels, WaveWriter& writer,
+Outcome DecodeStraight(std::shared_ptr<const ByteSource> file, const MpegScan& scan, int channels, WaveWriter& writer,
                        JobControl& control) {
     const auto decoder =
         MpegDecoder::open(std::move(file), {scan.soundBegin, scan.end}, MpegDecoder::Samples::Int16, channels);
     if (!decoder) return Outcome::CannotDecode;
-    const MpegTrim trim = trimOf(scan);
+    const MpegTrim trim = TrimOf(scan);
     int64_t first = 0;
     for (auto piece = decoder->next(); piece.frames > 0; piece = decoder->next()) {
         if (control.cancelled()) return Outcome::Cancelled;
         if (piece.sampleRate != scan.first.sampleRate) return Outcome::CannotDecode;
-        const std::span samples(reinterpret_cast<const int16_t*>(piece.bytes.data()), piece.frames * size_t(channels));
-        if (!writer.write(trimmed(samples, channels, first, trim))) return Outcome::WriteFailed;
-        first += int64_t(piece.frames);
-        control.progress(scan.samples > 0 ? double(first) / double(scan.samples) : 0);
+        const std::span samples(reinterpret_cast<const int16_t*>(piece.bytes.data()),
+                                piece.frames * static_cast<size_t>(channels));
+        if (!writer.write(Trimmed(samples, channels, first, trim))) return Outcome::WriteFailed;
+        first += static_cast<int64_t>(piece.frames);
+        control.progress(scan.samples > 0 ? static_cast<double>(first) / static_cast<double>(scan.samples) : 0);
     }
     return Outcome::Done;
 }
 
 // Any source, through floats.
-Outcome decodeSource(Source& source, int64_t frames, int channels, WaveWriter& writer, JobControl& control) {
+Outcome DecodeSource(Source& source, int64_t frames, int channels, WaveWriter& writer, JobControl& control) {
     std::vector<float> block(2 * 8192);
     std::vector<int16_t> samples;
     int64_t done = 0;
     while (const size_t count = source.read(block)) {
         if (control.cancelled()) return Outcome::Cancelled;
         samples.clear();
-        for (size_t i = 0; i < 2 * count; i += channels == 1 ? 2 : 1) samples.push_back(toInt16(block[i]));
+        for (size_t i = 0; i < 2 * count; i += channels == 1 ? 2 : 1) samples.push_back(ToInt16(block[i]));
         if (!writer.write(samples)) return Outcome::WriteFailed;
-        done += int64_t(count);
-        control.progress(frames > 0 ? double(done) / double(frames) : 0);
+        done += static_cast<int64_t>(count);
+        control.progress(frames > 0 ? static_cast<double>(done) / static_cast<double>(frames) : 0);
     }
     return Outcome::Done;
 }
 
 }  // namespace
 
-int decodeToWave(const std::string& sourcePath, const std::string& destination, int threads, JobControl& control,
+int DecodeToWave(const std::string& sourcePath, const std::string& destination, int threads, JobControl& control,
                  int64_t sectionFrames) {
-    std::shared_ptr<const ByteSource> file = openFile(sourcePath);
+    std::shared_ptr<const ByteSource> file = OpenFile(sourcePath);
     if (!file) return VBMP3_ERROR_NOT_FOUND;
     // No walk through the file goes on after a cancel.
     file = std::make_shared<StoppableSource>(std::move(file), [&control] { return control.cancelled(); });
-    const auto info = probe(*file, scanFileLayout(*file), INT64_MAX);
+    const auto info = Probe(*file, ScanFileLayout(*file), INT64_MAX);
     if (!info) return VBMP3_ERROR_FORMAT;
-    if (isSameFile(sourcePath, destination)) return VBMP3_ERROR_SAME_FILE;
+    if (IsSameFile(sourcePath, destination)) return VBMP3_ERROR_SAME_FILE;
 
     // Each way of decoding begins the file anew; the plainer one takes over when the faster one cannot.
     std::unique_ptr<WaveWriter> writer;
@@ -189,16 +190,16 @@ int decodeToWave(const std::string& sourcePath, const std::string& destination, 
     if (info->mpeg) {
         const MpegSections sections(file, *info->mpeg, sectionFrames);
         if (threads > 1 && !sections.sections().empty() && begin(info->sampleRate, sections.channels()))
-            outcome = decodeSections(sections, *info->mpeg, threads, *writer, control);
+            outcome = DecodeSections(sections, *info->mpeg, threads, *writer, control);
         const int mpegChannels = std::max(channels, sections.channels());
         if (outcome == Outcome::CannotDecode && begin(info->sampleRate, mpegChannels))
-            outcome = decodeStraight(file, *info->mpeg, mpegChannels, *writer, control);
+            outcome = DecodeStraight(file, *info->mpeg, mpegChannels, *writer, control);
     }
     if (outcome == Outcome::CannotDecode) {
-        const auto source = openSource(file, *info);
+        const auto source = OpenSource(file, *info);
         if (!source) return VBMP3_ERROR_FORMAT;
         if (begin(source->sampleRate(), channels))
-            outcome = decodeSource(*source, info->frames, channels, *writer, control);
+            outcome = DecodeSource(*source, info->frames, channels, *writer, control);
     }
     if (control.cancelled()) outcome = Outcome::Cancelled;  // what was read may have ended for that
     if (outcome == Outcome::Done) {

@@ -49,8 +49,8 @@ void Jobs::cancel() {
 }
 
 #ifndef _WIN32
-int encodeWithSystemCodec(const std::string&, const std::string&, JobControl&) { return VBMP3_ERROR_NO_CODEC; }
-bool hasSystemCodec() { return false; }
+int EncodeWithSystemCodec(const std::string&, const std::string&, JobControl&) { return VBMP3_ERROR_NO_CODEC; }
+bool HasSystemCodec() { return false; }
 #endif
 
 }  // namespace vbmp3

@@ -18,7 +18,7 @@ namespace vbmp3 {
 class JobControl {
   public:
     bool cancelled() const { return cancelled_; }
-    void progress(double part) { permille_ = int(part < 0 ? 0 : part > 1 ? 1000 : part * 1000); }
+    void progress(double part) { permille_ = static_cast<int>(part < 0 ? 0 : part > 1 ? 1000 : part * 1000); }
 
   private:
     friend class Jobs;
@@ -59,12 +59,12 @@ class Jobs {
 // Decodes `source` to a 16-bit WAVE file with the rate and (up to two) channels of the source.
 // Uses up to `threads` processors; the result is the same for any number of them.
 // `sectionFrames`: MPEG frames that a processor decodes in one go.
-int decodeToWave(const std::string& source, const std::string& destination, int threads, JobControl& control,
+int DecodeToWave(const std::string& source, const std::string& destination, int threads, JobControl& control,
                  int64_t sectionFrames = 1024);
 
 // Encodes a WAVE file with the MP3 codec of the operating system, at the best rate it offers up to 320 kbit/s.
 // VBMP3_ERROR_NO_CODEC where there is none.
-int encodeWithSystemCodec(const std::string& source, const std::string& destination, JobControl& control);
-bool hasSystemCodec();
+int EncodeWithSystemCodec(const std::string& source, const std::string& destination, JobControl& control);
+bool HasSystemCodec();
 
 }  // namespace vbmp3

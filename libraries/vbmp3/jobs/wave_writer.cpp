@@ -27,14 +27,14 @@ std::vector<uint8_t> WaveWriter::head() const {
     std::vector<uint8_t> bytes;
     bytes.reserve(kHeadBytes);
     const auto text = [&](const char* id) {
-        for (int i = 0; i < 4; ++i) bytes.push_back(uint8_t(id[i]));
+        for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<uint8_t>(id[i]));
     };
     const auto number = [&](uint64_t value, int count) {
-        for (int i = 0; i < count; ++i) bytes.push_back(uint8_t(value >> 8 * i));
+        for (int i = 0; i < count; ++i) bytes.push_back(static_cast<uint8_t>(value >> 8 * i));
     };
     const bool large = dataBytes_ > largest_;
     const uint64_t riffBytes = kHeadBytes - 8 + dataBytes_;
-    const uint64_t frameBytes = uint64_t(channels_) * 2;
+    const uint64_t frameBytes = static_cast<uint64_t>(channels_) * 2;
     text(large ? "RF64" : "RIFF");
     number(large ? kSeeDs64 : riffBytes, 4);
     text("WAVE");
@@ -47,9 +47,9 @@ std::vector<uint8_t> WaveWriter::head() const {
     text("fmt ");
     number(16, 4);
     number(1, 2);
-    number(uint64_t(channels_), 2);
-    number(uint64_t(sampleRate_), 4);
-    number(uint64_t(sampleRate_) * frameBytes, 4);
+    number(static_cast<uint64_t>(channels_), 2);
+    number(static_cast<uint64_t>(sampleRate_), 4);
+    number(static_cast<uint64_t>(sampleRate_) * frameBytes, 4);
     number(frameBytes, 2);
     number(16, 2);
     text("data");

@@ -11,11 +11,11 @@ namespace {
 
 constexpr int kMostFrames = 10000;
 
-std::optional<EmbeddedLyrics> readLyrics3(const ByteSource& file, const TagBlock& block) {
+std::optional<EmbeddedLyrics> ReadLyrics3(const ByteSource& file, const TagBlock& block) {
     if (block.range.size() > kMostLyricsBytes) return std::nullopt;
     std::string raw(static_cast<size_t>(block.range.size()), '\0');
     raw.resize(file.readAt(block.range.begin, raw.data(), raw.size()));
-    auto parsed = parseLyrics3({reinterpret_cast<const uint8_t*>(raw.data()), raw.size()});
+    auto parsed = ParseLyrics3({reinterpret_cast<const uint8_t*>(raw.data()), raw.size()});
     if (!parsed || parsed->lyrics.empty()) return std::nullopt;
     return EmbeddedLyrics{
         parsed->version,           std::move(raw),           std::move(parsed->lyrics), std::move(parsed->title),
@@ -23,7 +23,7 @@ std::optional<EmbeddedLyrics> readLyrics3(const ByteSource& file, const TagBlock
 }
 
 // Of several frames the first that can be used, synchronised ones first.
-std::optional<std::string> readId3v2Lyrics(const ByteSource& file, const TagBlock& block, double msPerMpegFrame) {
+std::optional<std::string> ReadId3v2Lyrics(const ByteSource& file, const TagBlock& block, double msPerMpegFrame) {
     HeadTailReader reader(file);
     auto walk = Id3v2Walk::open(reader, block.range);
     if (!walk) return std::nullopt;
@@ -35,9 +35,9 @@ std::optional<std::string> readId3v2Lyrics(const ByteSource& file, const TagBloc
         const auto contents = walk->contents(frame, kMostLyricsBytes);
         if (!contents) continue;
         if (synchronised) {
-            if (auto text = readSylt(*contents, msPerMpegFrame)) return text;
+            if (auto text = ReadSylt(*contents, msPerMpegFrame)) return text;
         } else if (!unsynchronised) {
-            unsynchronised = readUslt(*contents);
+            unsynchronised = ReadUslt(*contents);
         }
     }
     return unsynchronised;
@@ -45,15 +45,15 @@ std::optional<std::string> readId3v2Lyrics(const ByteSource& file, const TagBloc
 
 }  // namespace
 
-std::optional<EmbeddedLyrics> readEmbeddedLyrics(const ByteSource& file, const FileLayout& layout,
+std::optional<EmbeddedLyrics> ReadEmbeddedLyrics(const ByteSource& file, const FileLayout& layout,
                                                  double msPerMpegFrame) {
     for (const TagBlock& block : layout.tags) {
         if (block.kind != TagKind::Lyrics3) continue;
-        if (auto lyrics = readLyrics3(file, block)) return lyrics;
+        if (auto lyrics = ReadLyrics3(file, block)) return lyrics;
     }
-    const TagBlock* id3v2 = findId3v2(layout);
+    const TagBlock* id3v2 = FindId3v2(layout);
     if (id3v2 == nullptr) return std::nullopt;
-    auto text = readId3v2Lyrics(file, *id3v2, msPerMpegFrame);
+    auto text = ReadId3v2Lyrics(file, *id3v2, msPerMpegFrame);
     if (!text) return std::nullopt;
     EmbeddedLyrics lyrics;
     lyrics.raw = *text;

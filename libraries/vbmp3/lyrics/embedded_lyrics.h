@@ -18,7 +18,7 @@ struct EmbeddedLyrics {
 };
 
 // Nothing when the file carries none, or only empty ones. `msPerMpegFrame` is 0 when the file is no MPEG audio.
-std::optional<EmbeddedLyrics> readEmbeddedLyrics(const ByteSource& file, const FileLayout& layout,
+std::optional<EmbeddedLyrics> ReadEmbeddedLyrics(const ByteSource& file, const FileLayout& layout,
                                                  double msPerMpegFrame);
 
 }  // namespace vbmp3

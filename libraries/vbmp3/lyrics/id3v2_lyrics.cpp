@@ -91,9 +91,9 @@ struct Entry {
     std::string text;
 };
 
-bool isBreak(char c) { return c == '\n' || c == '\r'; }
+bool IsBreak(char c) { return c == '\n' || c == '\r'; }
 
-std::string stamp(int64_t ms, char open, char close) {
+std::string StampText(int64_t ms, char open, char close) {
     char text[32];
     std::snprintf(text, sizeof text, "%c%02lld:%02lld.%03lld%c", open, static_cast<long long>(ms / 60000),
                   static_cast<long long>(ms / 1000 % 60), static_cast<long long>(ms % 1000), close);
@@ -102,32 +102,32 @@ std::string stamp(int64_t ms, char open, char close) {
 
 // Syllables follow one another until one begins (or ends) with a line break; without any break inside, each entry is a
 // line of its own.
-std::string arrange(const std::vector<Entry>& entries) {
+std::string Arrange(const std::vector<Entry>& entries) {
     bool syllables = false;
     for (size_t i = 0; i < entries.size(); ++i) {
         const std::string& text = entries[i].text;
-        syllables |= i > 0 && !text.empty() && isBreak(text.front());
-        syllables |= i + 1 < entries.size() && !text.empty() && isBreak(text.back());
+        syllables |= i > 0 && !text.empty() && IsBreak(text.front());
+        syllables |= i + 1 < entries.size() && !text.empty() && IsBreak(text.back());
     }
     // When every entry ends with a break, they are lines all the same.
     if (std::all_of(entries.begin(), entries.end() - 1,
-                    [](const Entry& e) { return !e.text.empty() && isBreak(e.text.back()); }))
+                    [](const Entry& e) { return !e.text.empty() && IsBreak(e.text.back()); }))
         syllables = false;
 
     std::string lrc;
     bool fresh = true;
     for (const Entry& entry : entries) {
         std::string_view text = entry.text;
-        while (!text.empty() && isBreak(text.front())) {
+        while (!text.empty() && IsBreak(text.front())) {
             text.remove_prefix(1);
             fresh = true;
         }
-        const bool endsLine = !text.empty() && isBreak(text.back());
-        while (!text.empty() && isBreak(text.back())) text.remove_suffix(1);
-        if (fresh || !syllables) lrc.append(lrc.empty() ? "" : "\r\n").append(stamp(entry.ms, '[', ']'));
-        if (syllables) lrc += stamp(entry.ms, '<', '>');
+        const bool endsLine = !text.empty() && IsBreak(text.back());
+        while (!text.empty() && IsBreak(text.back())) text.remove_suffix(1);
+        if (fresh || !syllables) lrc.append(lrc.empty() ? "" : "\r\n").append(StampText(entry.ms, '[', ']'));
+        if (syllables) lrc += StampText(entry.ms, '<', '>');
         std::string flat(text);
-        std::replace_if(flat.begin(), flat.end(), isBreak, ' ');
+        std::replace_if(flat.begin(), flat.end(), IsBreak, ' ');
         lrc += flat;
         fresh = endsLine;
     }
@@ -136,7 +136,7 @@ std::string arrange(const std::vector<Entry>& entries) {
 
 }  // namespace
 
-std::optional<std::string> readSylt(std::span<const uint8_t> contents, double msPerMpegFrame) {
+std::optional<std::string> ReadSylt(std::span<const uint8_t> contents, double msPerMpegFrame) {
     // Encoding, language (three bytes), format of the stamps, kind of content; then a description.
     if (contents.size() < 6) return std::nullopt;
     const int encoding = contents[0], stampFormat = contents[4], kind = contents[5];
@@ -166,10 +166,10 @@ std::optional<std::string> readSylt(std::span<const uint8_t> contents, double ms
         anyText |= entry.text.find_first_not_of(" \t\r\n") != std::string::npos;
     }
     if (!anyText) return std::nullopt;
-    return arrange(entries);
+    return Arrange(entries);
 }
 
-std::optional<std::string> readUslt(std::span<const uint8_t> contents) {
+std::optional<std::string> ReadUslt(std::span<const uint8_t> contents) {
     if (contents.size() < 5) return std::nullopt;
     TextReader reader(contents[0], contents.subspan(4));
     const std::string_view description = reader.next();

@@ -13,7 +13,7 @@ constexpr std::string_view kEnd1 = "LYRICSEND";
 constexpr std::string_view kEnd2 = "LYRICS200";
 
 // The format knows Latin-1 only; Japanese writers put Shift-JIS there.
-std::string decode(std::string_view bytes) {
+std::string Decode(std::string_view bytes) {
     std::string text(bytes.substr(0, bytes.find('\0')));
     while (!text.empty() && (text.back() == ' ' || text.back() == '\r' || text.back() == '\n')) text.pop_back();
     return quenlox::DecodeLegacyField(text);
@@ -21,7 +21,7 @@ std::string decode(std::string_view bytes) {
 
 }  // namespace
 
-std::optional<Lyrics3> parseLyrics3(std::span<const uint8_t> block) {
+std::optional<Lyrics3> ParseLyrics3(std::span<const uint8_t> block) {
     std::string_view bytes(reinterpret_cast<const char*>(block.data()), block.size());
     if (!bytes.starts_with(kBegin)) return std::nullopt;
     bytes.remove_prefix(kBegin.size());
@@ -29,7 +29,7 @@ std::optional<Lyrics3> parseLyrics3(std::span<const uint8_t> block) {
     if (bytes.ends_with(kEnd1)) {
         bytes.remove_suffix(kEnd1.size());
         result.version = 1;
-        result.lyrics = decode(bytes);
+        result.lyrics = Decode(bytes);
         return result;
     }
     // Version 2 ends with the size of the block in six digits.
@@ -45,11 +45,11 @@ std::optional<Lyrics3> parseLyrics3(std::span<const uint8_t> block) {
             length = length * 10 + static_cast<size_t>(digit - '0');
         }
         const std::string_view data = bytes.substr(8, length);
-        if (id == "LYR") result.lyrics = decode(data);
-        if (id == "ETT") result.title = decode(data);
-        if (id == "EAR") result.artist = decode(data);
-        if (id == "EAL") result.album = decode(data);
-        if (id == "AUT") result.author = decode(data);
+        if (id == "LYR") result.lyrics = Decode(data);
+        if (id == "ETT") result.title = Decode(data);
+        if (id == "EAR") result.artist = Decode(data);
+        if (id == "EAL") result.album = Decode(data);
+        if (id == "AUT") result.author = Decode(data);
         bytes.remove_prefix(std::min(bytes.size(), 8 + length));
     }
     return result;

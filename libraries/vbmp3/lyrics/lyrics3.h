@@ -16,6 +16,6 @@ struct Lyrics3 {
 
 // `block` is the whole block, from "LYRICSBEGIN" to "LYRICSEND" or "LYRICS200". Nothing when it is none. Lengths that
 // do not fit the block are cut.
-std::optional<Lyrics3> parseLyrics3(std::span<const uint8_t> block);
+std::optional<Lyrics3> ParseLyrics3(std::span<const uint8_t> block);
 
 }  // namespace vbmp3

@@ -6,7 +6,7 @@
 namespace vbmp3 {
 namespace {
 
-bool isText(std::string_view utf8) {
+bool IsText(std::string_view utf8) {
     size_t strange = 0;
     for (size_t i = 0; i < utf8.size(); ++i) {
         const auto c = static_cast<unsigned char>(utf8[i]);
@@ -19,16 +19,16 @@ bool isText(std::string_view utf8) {
 
 }  // namespace
 
-std::optional<std::string> decodeLyrics(std::span<const uint8_t> bytes) {
+std::optional<std::string> DecodeLyrics(std::span<const uint8_t> bytes) {
     std::string utf8 = quenlox::DecodeText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     // Old editors end a text with Ctrl+Z and fill up with it or with NULs.
     while (!utf8.empty() && (utf8.back() == '\x1A' || utf8.back() == '\0')) utf8.pop_back();
-    if (!isText(utf8)) return std::nullopt;
+    if (!IsText(utf8)) return std::nullopt;
     std::erase(utf8, '\0');
     return utf8;
 }
 
-LyricsFormat lyricsFormatOf(std::string_view path) {
+LyricsFormat LyricsFormatOf(std::string_view path) {
     std::string extension(path.substr(std::min(path.size(), path.rfind('.') + 1)));
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
@@ -36,7 +36,7 @@ LyricsFormat lyricsFormatOf(std::string_view path) {
     return extension == "kra" ? LyricsFormat::Kra : LyricsFormat::Text;
 }
 
-std::string plainText(const Lyrics& lyrics) {
+std::string PlainText(const Lyrics& lyrics) {
     std::string text;
     for (const LyricsLine& line : lyrics.lines) {
         if (&line != &lyrics.lines.front()) text += "\r\n";

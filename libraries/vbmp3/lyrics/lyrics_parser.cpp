@@ -16,21 +16,21 @@ constexpr size_t kMostRepeatedBytes = 4 << 20;
 constexpr std::array<std::string_view, 7> kLongNames = {"offset", "length", "title",   "artist",
                                                         "album",  "author", "encoding"};
 
-std::string_view trim(std::string_view text) {
+std::string_view Trim(std::string_view text) {
     const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\r'; };
     while (!text.empty() && blank(text.front())) text.remove_prefix(1);
     while (!text.empty() && blank(text.back())) text.remove_suffix(1);
     return text;
 }
 
-std::string lowered(std::string_view text) {
+std::string Lowered(std::string_view text) {
     std::string lower(text);
     for (char& c : lower)
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
     return lower;
 }
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 struct Item {
     std::string name, value;
@@ -38,34 +38,34 @@ struct Item {
 };
 
 // "[ti:...]" as a whole line: a short name, or a long one that is in use, so that "[Chorus: all]" stays text.
-std::optional<Item> readIdTag(std::string_view line) {
+std::optional<Item> ReadIdTag(std::string_view line) {
     if (line.size() < 3 || line.front() != '[' || line.back() != ']') return std::nullopt;
     const std::string_view inside = line.substr(1, line.size() - 2);
     const size_t colon = inside.find(':');
     if (colon == 0 || colon == std::string_view::npos) return std::nullopt;
-    const std::string_view name = trim(inside.substr(0, colon));
-    std::string known = lowered(name);
+    const std::string_view name = Trim(inside.substr(0, colon));
+    std::string known = Lowered(name);
     if (known != "#") {
-        if (known.empty() || !std::all_of(known.begin(), known.end(), isLetter)) return std::nullopt;
+        if (known.empty() || !std::all_of(known.begin(), known.end(), IsLetter)) return std::nullopt;
         const bool inUse = std::find(kLongNames.begin(), kLongNames.end(), known) != kLongNames.end();
         if (known.size() > 3 && !inUse) return std::nullopt;
     }
-    return Item{std::move(known), std::string(trim(inside.substr(colon + 1))), false};
+    return Item{std::move(known), std::string(Trim(inside.substr(colon + 1))), false};
 }
 
 // "@Title=...", "@Ruby1=..." as a whole line.
-std::optional<Item> readAtMark(std::string_view line) {
+std::optional<Item> ReadAtMark(std::string_view line) {
     if (line.empty() || line.front() != '@') return std::nullopt;
     const size_t equals = line.find('=');
     if (equals == std::string_view::npos) return std::nullopt;
-    std::string_view name = trim(line.substr(1, equals - 1));
+    std::string_view name = Trim(line.substr(1, equals - 1));
     while (!name.empty() && name.back() >= '0' && name.back() <= '9') name.remove_suffix(1);
-    if (name.empty() || !std::all_of(name.begin(), name.end(), isLetter)) return std::nullopt;
-    return Item{lowered(name), std::string(trim(line.substr(equals + 1))), true};
+    if (name.empty() || !std::all_of(name.begin(), name.end(), IsLetter)) return std::nullopt;
+    return Item{Lowered(name), std::string(Trim(line.substr(equals + 1))), true};
 }
 
 // Milliseconds with a sign or without, up to an hour either way.
-int64_t readOffset(std::string_view text) {
+int64_t ReadOffset(std::string_view text) {
     if (text.starts_with('+')) text.remove_prefix(1);
     int value = 0;
     std::from_chars(text.data(), text.data() + text.size(), value);
@@ -79,7 +79,7 @@ class Parser {
     Lyrics parse(std::string_view text) {
         while (!text.empty() && seen_ < 4 * kMostLines) {
             const size_t end = std::min(text.size(), text.find_first_of("\r\n"));
-            readLine(trim(text.substr(0, end)));
+            readLine(Trim(text.substr(0, end)));
             ++seen_;
             const bool pair = text.substr(end).starts_with("\r\n");
             text.remove_prefix(std::min(text.size(), end + (pair ? 2 : 1)));
@@ -102,23 +102,23 @@ class Parser {
 
     void readLine(std::string_view line) {
         if (raws_.size() >= kMostLines) return;
-        if (const auto tag = readIdTag(line)) return take(*tag);
+        if (const auto tag = ReadIdTag(line)) return take(*tag);
         if (rules_.atMarkTags)
-            if (const auto mark = readAtMark(line)) return take(*mark);
+            if (const auto mark = ReadAtMark(line)) return take(*mark);
         const bool kra = format_ == LyricsFormat::Kra;
-        const bool stamped = readStamp(line, '[') || (kra && hasStamp(line));
+        const bool stamped = ReadStamp(line, '[') || (kra && hasStamp(line));
         if (!stamped) {
             raws_.push_back({{0, std::string(line), {}, {}}, false});
             return;
         }
         lyrics_.timed = true;
         std::vector<int64_t> starts;
-        while (const auto stamp = readStamp(line, '[')) {
+        while (const auto stamp = ReadStamp(line, '[')) {
             starts.push_back(stamp->ms);
             line.remove_prefix(stamp->length);
             // In a kra file the stamps behind the first one are of syllables without text.
             if (kra) break;
-            const std::string_view next = trim(line);
+            const std::string_view next = Trim(line);
             if (!next.starts_with('[')) break;
             line = next;
         }
@@ -127,7 +127,7 @@ class Parser {
 
     static bool hasStamp(std::string_view line) {
         for (size_t at = line.find('['); at != std::string_view::npos; at = line.find('[', at + 1))
-            if (readStamp(line.substr(at), '[')) return true;
+            if (ReadStamp(line.substr(at), '[')) return true;
         return false;
     }
 
@@ -142,7 +142,7 @@ class Parser {
         if ((item.name == "by" || item.name == "taggingby") && writer_.empty()) writer_ = item.value;
         // The two dialects disagree: a positive offset of an lrc shows the words sooner, that of an at-mark tag is
         // added to the stamps.
-        if (item.name == "offset") later_ += readOffset(item.value) * (item.atMark ? 1 : -1);
+        if (item.name == "offset") later_ += ReadOffset(item.value) * (item.atMark ? 1 : -1);
     }
 
     // Splits the text at the stamps inside it and adds a line for each of `starts`.
@@ -150,8 +150,8 @@ class Parser {
         LyricsLine line;
         std::optional<int64_t> first;
         while (!rest.empty()) {
-            auto stamp = readStamp(rest, '[');
-            if (!stamp) stamp = readStamp(rest, '<');
+            auto stamp = ReadStamp(rest, '[');
+            if (!stamp) stamp = ReadStamp(rest, '<');
             if (stamp) {
                 if (!first) first = stamp->ms;
                 const int64_t before = line.words.empty() ? 0 : line.words.back().ms;
@@ -182,7 +182,7 @@ class Parser {
 
     // Blanks at both ends go, and the words move with the text.
     static void trimLine(LyricsLine& line) {
-        const std::string_view kept = trim(line.text);
+        const std::string_view kept = Trim(line.text);
         const auto front = kept.empty() ? line.text.size() : static_cast<size_t>(kept.data() - line.text.data());
         const size_t length = kept.size();
         for (LyricsWord& word : line.words) word.byte = std::min(word.byte < front ? 0 : word.byte - front, length);
@@ -246,7 +246,7 @@ class Parser {
 
 }  // namespace
 
-Lyrics parseLyrics(std::string_view utf8, LyricsFormat format, const LyricsRules& rules) {
+Lyrics ParseLyrics(std::string_view utf8, LyricsFormat format, const LyricsRules& rules) {
     return Parser(format, rules).parse(utf8);
 }
 

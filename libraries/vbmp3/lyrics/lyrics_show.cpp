@@ -13,12 +13,12 @@ constexpr int64_t kLastWordMs = 2000;
 // Of the record: the lines around the position, and the one beside them.
 constexpr int kCurrentRow = 2, kExtraRow = 5;
 
-int32_t asStamp(int64_t ms) { return static_cast<int32_t>(std::clamp<int64_t>(ms, 0, INT32_MAX)); }
+int32_t AsStamp(int64_t ms) { return static_cast<int32_t>(std::clamp<int64_t>(ms, 0, INT32_MAX)); }
 
 }  // namespace
 
 void LyricsShow::set(std::string utf8, LyricsFormat format) {
-    Lyrics lyrics = parseLyrics(utf8, format, rules_);
+    Lyrics lyrics = ParseLyrics(utf8, format, rules_);
     text_ = std::move(utf8);
     format_ = format;
     lyrics_ = std::move(lyrics);
@@ -76,7 +76,7 @@ bool LyricsShow::fill(int64_t positionMs, int64_t lengthMs, vbmp3_LyricsLines& r
     for (int row = 0; row < VBMP3_LYRICS_ROWS; ++row) quenlox::PutUtf8(record.rows[row], rowText(row));
     for (int row = 0; row < kExtraRow; ++row) {
         if (const int line = shown_ - kCurrentRow + row; line >= 0 && line < record.total)
-            record.stampMs[row] = asStamp(startOf(line, lengthMs));
+            record.stampMs[row] = AsStamp(startOf(line, lengthMs));
     }
     if (karaoke_ && shown_ >= 0) fillProgress(shown_, positionMs - shift_, record);
     return true;

@@ -29,15 +29,15 @@ inline constexpr int64_t kMostLyricsBytes = 1 << 20;
 
 // The bytes of a side file as UTF-8, read as every text is (text/encoding.h). Nothing when they are no text at all
 // (control characters, sequences that no encoding has).
-std::optional<std::string> decodeLyrics(std::span<const uint8_t> bytes);
+std::optional<std::string> DecodeLyrics(std::span<const uint8_t> bytes);
 
 // The format by the file name's extension.
-LyricsFormat lyricsFormatOf(std::string_view path);
+LyricsFormat LyricsFormatOf(std::string_view path);
 
 // Never fails: text without a stamp gives untimed lines. At most 20000 lines.
-Lyrics parseLyrics(std::string_view utf8, LyricsFormat format, const LyricsRules& rules = {});
+Lyrics ParseLyrics(std::string_view utf8, LyricsFormat format, const LyricsRules& rules = {});
 
 // All text of the lyrics, the lines separated by CR LF.
-std::string plainText(const Lyrics& lyrics);
+std::string PlainText(const Lyrics& lyrics);
 
 }  // namespace vbmp3

@@ -8,7 +8,7 @@ struct Number {
     size_t digits = 0;
 };
 
-Number readNumber(std::string_view text) {
+Number ReadNumber(std::string_view text) {
     Number number;
     while (number.digits < text.size() && number.digits < 5) {
         const char c = text[number.digits];
@@ -19,7 +19,7 @@ Number readNumber(std::string_view text) {
     return number;
 }
 
-int64_t fractionMs(Number fraction) {
+int64_t FractionMs(Number fraction) {
     int64_t ms = fraction.value * 1000;
     for (size_t i = 0; i < fraction.digits; ++i) ms /= 10;
     return ms;
@@ -27,7 +27,7 @@ int64_t fractionMs(Number fraction) {
 
 }  // namespace
 
-std::optional<Stamp> readStamp(std::string_view text, char open) {
+std::optional<Stamp> ReadStamp(std::string_view text, char open) {
     const char close = open == '[' ? ']' : '>';
     if (text.empty() || text[0] != open) return std::nullopt;
     Number parts[3];
@@ -35,7 +35,7 @@ std::optional<Stamp> readStamp(std::string_view text, char open) {
     size_t at = 1;
     int count = 0;
     while (count < 3) {
-        parts[count] = readNumber(text.substr(at));
+        parts[count] = ReadNumber(text.substr(at));
         if (parts[count].digits == 0) return std::nullopt;
         at += parts[count].digits;
         if (at >= text.size()) return std::nullopt;
@@ -47,7 +47,7 @@ std::optional<Stamp> readStamp(std::string_view text, char open) {
     // Four parts: hours, with a fraction behind the point.
     Number fraction;
     if (count == 3 && separators[2] == '.') {
-        fraction = readNumber(text.substr(at));
+        fraction = ReadNumber(text.substr(at));
         at += fraction.digits;
         if (fraction.digits == 0 || at >= text.size() || text[at++] != close || separators[1] != ':')
             return std::nullopt;
@@ -67,7 +67,7 @@ std::optional<Stamp> readStamp(std::string_view text, char open) {
         fraction = parts[2];
     }
     if (fraction.digits > 3 || seconds > 59 || minutes > 99 * 60) return std::nullopt;
-    return Stamp{((hours * 60 + minutes) * 60 + seconds) * 1000 + fractionMs(fraction), at};
+    return Stamp{((hours * 60 + minutes) * 60 + seconds) * 1000 + FractionMs(fraction), at};
 }
 
 }  // namespace vbmp3

@@ -15,6 +15,6 @@ struct Stamp {
 
 // The stamp that `text` begins with; `open` is '[' or '<'. Nothing when it begins otherwise or the numbers are no time
 // (seconds above 59, more than 99 hours).
-std::optional<Stamp> readStamp(std::string_view text, char open);
+std::optional<Stamp> ReadStamp(std::string_view text, char open);
 
 }  // namespace vbmp3

@@ -12,15 +12,15 @@ class ClockOutput final : public Output {
 
     OutputError open(int sampleRate, const OutputSettings& settings, Waker&) override {
         rate_ = sampleRate * speed_;
-        capacity_ = std::max<int64_t>(1, int64_t(sampleRate) * settings.bufferMs / 1000);
+        capacity_ = std::max<int64_t>(1, static_cast<int64_t>(sampleRate) * settings.bufferMs / 1000);
         return OutputError::None;
     }
 
-    size_t room() override { return size_t(std::max<int64_t>(0, capacity_ - (written_ - played()))); }
+    size_t room() override { return static_cast<size_t>(std::max<int64_t>(0, capacity_ - (written_ - played()))); }
 
     void write(std::span<const float> stereo) override {
         settle();  // a clock that ran dry does not make up for the time it stood
-        written_ += int64_t(stereo.size() / 2);
+        written_ += static_cast<int64_t>(stereo.size() / 2);
     }
 
     void start() override {
@@ -43,7 +43,7 @@ class ClockOutput final : public Output {
 
     int64_t played() override {
         settle();
-        return int64_t(played_);
+        return static_cast<int64_t>(played_);
     }
 
     bool lost() override { return false; }
@@ -55,7 +55,8 @@ class ClockOutput final : public Output {
     void settle() {
         if (!running_) return;
         const Clock::time_point now = Clock::now();
-        played_ = std::min(double(written_), played_ + std::chrono::duration<double>(now - since_).count() * rate_);
+        played_ = std::min(static_cast<double>(written_),
+                           played_ + std::chrono::duration<double>(now - since_).count() * rate_);
         since_ = now;
     }
 
@@ -70,11 +71,11 @@ class ClockOutput final : public Output {
 
 }  // namespace
 
-std::unique_ptr<Output> makeClockOutput(double speed) { return std::make_unique<ClockOutput>(speed); }
+std::unique_ptr<Output> MakeClockOutput(double speed) { return std::make_unique<ClockOutput>(speed); }
 
 #ifndef _WIN32
-std::unique_ptr<Output> makeDeviceOutput() { return nullptr; }
-int deviceCount() { return 0; }
+std::unique_ptr<Output> MakeDeviceOutput() { return nullptr; }
+int DeviceCount() { return 0; }
 #endif
 
 }  // namespace vbmp3

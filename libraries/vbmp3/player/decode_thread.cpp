@@ -158,7 +158,7 @@ void DecodeThread::Worker::decodeBlock(std::unique_lock<std::mutex>& lock) {
     if (frames > 0) {
         if (state->queue.empty()) state->outputWork.wake();
         state->queue.push_back(std::move(block));
-        state->queuedFrames += int64_t(frames);
+        state->queuedFrames += static_cast<int64_t>(frames);
         state->queueFull = state->queuedFrames >= track->sampleRate;
         return;
     }

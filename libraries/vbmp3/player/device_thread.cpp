@@ -86,7 +86,7 @@ DeviceThread::~DeviceThread() {
     }
     s.leftBehind = true;
     ++leftBehindCount;
-    keepLibraryLoaded();
+    KeepLibraryLoaded();
     thread_.detach();
 }
 
@@ -98,7 +98,7 @@ OutputError DeviceThread::open(int sampleRate, const OutputSettings& settings, W
     s.pieceMs = std::clamp(settings.bufferMs / 5, 10, kLongestPieceMs);
     s.settings = settings;
     s.settings.bufferMs = std::max(settings.bufferMs - s.pieceMs, s.pieceMs);
-    s.capacity = std::max<size_t>(64, size_t(sampleRate) * size_t(s.pieceMs) / 1000);
+    s.capacity = std::max<size_t>(64, static_cast<size_t>(sampleRate) * static_cast<size_t>(s.pieceMs) / 1000);
     s.calling = Clock::now();
     try {
         thread_ = std::thread(run, shared_);
@@ -214,7 +214,8 @@ struct DeviceThread::Device {
 void DeviceThread::takeRound(Shared& s, const Device& device, Round& round) {
     round.flush = s.flushes;
     round.afresh = round.flush != s.flushed;
-    const auto end = s.queue.begin() + std::ptrdiff_t(round.afresh ? 0 : std::min(s.queue.size(), 2 * device.room));
+    const auto end =
+        s.queue.begin() + static_cast<std::ptrdiff_t>(round.afresh ? 0 : std::min(s.queue.size(), 2 * device.room));
     round.piece.assign(s.queue.begin(), end);
     s.queue.erase(s.queue.begin(), end);
     round.more = !s.queue.empty();
@@ -227,12 +228,13 @@ void DeviceThread::takeRound(Shared& s, const Device& device, Round& round) {
 
 void DeviceThread::noteRound(Shared& s, const Device& device, const Round& round) {
     const Clock::time_point now = Clock::now();
-    s.taken = (round.afresh ? 0 : s.taken) + int64_t(round.piece.size() / 2);
+    s.taken = (round.afresh ? 0 : s.taken) + static_cast<int64_t>(round.piece.size() / 2);
     if (round.afresh || device.played != s.heard.frames || !device.running || device.played >= s.taken) s.movedAt = now;
     s.flushed = round.flush;
     s.lost = device.lost;
-    const int64_t sight = device.played + 2 * int64_t(s.capacity);
-    s.heard = {device.played, now, device.played > 0 && device.running && s.running ? double(s.sampleRate) : 0.0,
+    const int64_t sight = device.played + 2 * static_cast<int64_t>(s.capacity);
+    s.heard = {device.played, now,
+               device.played > 0 && device.running && s.running ? static_cast<double>(s.sampleRate) : 0.0,
                std::min(sight, s.taken - 1)};
     s.hungry = device.room > 0 && s.queue.empty();
     const bool ended = device.drained && device.played >= s.taken;
@@ -245,7 +247,7 @@ int DeviceThread::restMs(const Shared& s, const Device& device) {
     // The device tells when it wants more; what it does not tell is seen soon after.
     const int longest = 2 * s.pieceMs;
     if (!s.queue.empty()) return longest;
-    return int(std::clamp<int64_t>((s.taken - device.played) * 1000 / s.sampleRate + 1, 5, longest));
+    return static_cast<int>(std::clamp<int64_t>((s.taken - device.played) * 1000 / s.sampleRate + 1, 5, longest));
 }
 
 void DeviceThread::run(std::shared_ptr<Shared> shared) {

@@ -49,10 +49,10 @@ class Output {
 using OutputFactory = std::function<std::unique_ptr<Output>()>;
 
 // Time passes as if a device played, without one; `speed` times as fast. Serves when the machine has no sound device.
-std::unique_ptr<Output> makeClockOutput(double speed = 1.0);
+std::unique_ptr<Output> MakeClockOutput(double speed = 1.0);
 // The sound device of the system (Windows); natively there is none, and this is null.
-std::unique_ptr<Output> makeDeviceOutput();
+std::unique_ptr<Output> MakeDeviceOutput();
 // How many devices there are.
-int deviceCount();
+int DeviceCount();
 
 }  // namespace vbmp3

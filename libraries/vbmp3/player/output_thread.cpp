@@ -21,7 +21,7 @@ constexpr int kMostLeftBehind = 3;
 // lose its last moment.
 constexpr auto kLinger = std::chrono::milliseconds(150);
 
-int64_t millisecondsLeft(Clock::time_point limit) {
+int64_t MillisecondsLeft(Clock::time_point limit) {
     return std::chrono::ceil<std::chrono::milliseconds>(limit - Clock::now()).count();
 }
 
@@ -68,10 +68,11 @@ int OutputThread::waitTime() {
             next = written_;
         if (next == INT64_MAX) return tick;
         const int64_t left = (next - output_->played()) * 1000 / chain_->sampleRate() + 1;
-        return int(std::clamp<int64_t>(left, device ? 10 : 1, tick));
+        return static_cast<int>(std::clamp<int64_t>(left, device ? 10 : 1, tick));
     }
-    if (opening_ && !active_) return int(std::max<int64_t>(1, millisecondsLeft(opening_->since + system_.patience)));
-    return retired_ ? int(kLinger.count()) : -1;
+    if (opening_ && !active_)
+        return static_cast<int>(std::max<int64_t>(1, MillisecondsLeft(opening_->since + system_.patience)));
+    return retired_ ? static_cast<int>(kLinger.count()) : -1;
 }
 
 void OutputThread::retire(std::unique_ptr<Output> output) {
@@ -94,7 +95,7 @@ bool OutputThread::takeOrder() {
     }
     if (order.generation != generation_) begin(order);
     if (!active_) {
-        if (opening_ && (opening_->device->opened() || millisecondsLeft(opening_->since + system_.patience) <= 0))
+        if (opening_ && (opening_->device->opened() || MillisecondsLeft(opening_->since + system_.patience) <= 0))
             opening_.reset();
         return true;
     }
@@ -188,7 +189,7 @@ std::optional<OutputError> OutputThread::prepareOutput(int sampleRate, const Out
     // Without a device time passes all the same, so that a player runs.
     retryAt_ = Clock::now() + retryAfter_;
     devices_ = system_.count();
-    output_ = wrapped(makeClockOutput());
+    output_ = wrapped(MakeClockOutput());
     return output_->open(sampleRate, settings, state_.outputWork);
 }
 
@@ -231,9 +232,9 @@ std::optional<OutputError> OutputThread::waitForDevice() {
             const std::lock_guard lock(state_.mutex);
             outdated = state_.quit || state_.generation != generation_;
         }
-        const int64_t left = millisecondsLeft(opening_->since + system_.patience);
+        const int64_t left = MillisecondsLeft(opening_->since + system_.patience);
         if (outdated || left <= 0) break;
-        state_.outputWork.wait(int(left));
+        state_.outputWork.wait(static_cast<int>(left));
     }
     state_.outputWork.wake();  // what woke us may have been meant for later
     if (!result && !outdated) result = OutputError::NoDevice;
@@ -263,7 +264,7 @@ void OutputThread::pump() {
             const size_t count = std::min(room, (pending_.size() - pendingAt_) / 2);
             output_->write(std::span(pending_).subspan(pendingAt_, 2 * count));
             pendingAt_ += 2 * count;
-            written_ += int64_t(count);
+            written_ += static_cast<int64_t>(count);
             drained_ = false;
             continue;
         }
@@ -288,7 +289,7 @@ bool OutputThread::fetch() {
         if (!state_.queue.empty()) {
             block = std::move(state_.queue.front());
             state_.queue.pop_front();
-            state_.queuedFrames -= int64_t(block.samples.size() / 2);
+            state_.queuedFrames -= static_cast<int64_t>(block.samples.size() / 2);
             if (state_.queueFull && state_.queuedFrames < block.track->sampleRate / 2) {
                 state_.queueFull = false;
                 state_.decodeWork.notify_one();
@@ -358,7 +359,7 @@ void OutputThread::observe() {
 // Where the sound is, and how it goes on until the next look.
 void OutputThread::tellHeard(int64_t outputFrame) {
     const int rate = chain_->sampleRate();
-    int64_t limit = std::min(outputFrame + int64_t(rate) * kSightMs / 1000, outputBase_ + written_);
+    int64_t limit = std::min(outputFrame + static_cast<int64_t>(rate) * kSightMs / 1000, outputBase_ + written_);
     if (!boundaries_.empty()) limit = std::min(limit, boundaries_.front().outputFrame - 1);
     const TrackPosition now = chain_->position(outputFrame);
     const TrackPosition then = chain_->position(std::max(limit, outputFrame));
@@ -367,12 +368,12 @@ void OutputThread::tellHeard(int64_t outputFrame) {
     const std::lock_guard lock(state_.mutex);
     if (state_.generation != generation_) return;
     const bool moving = runs && !state_.paused;
-    state_.heardOutput = {outputFrame, at, moving ? double(rate) : 0.0, limit};
+    state_.heardOutput = {outputFrame, at, moving ? static_cast<double>(rate) : 0.0, limit};
     if (!state_.current || now.track != state_.current->id) return;
     state_.shown = std::max(state_.shown, state_.heard.frames);
     const bool on = moving && then.track == now.track && then.frame > now.frame;
-    const double speed = on ? (then.frame - now.frame) * rate / double(limit - outputFrame) : 0.0;
-    state_.heard = {std::max<int64_t>(0, int64_t(now.frame)), at, speed, int64_t(then.frame)};
+    const double speed = on ? (then.frame - now.frame) * rate / static_cast<double>(limit - outputFrame) : 0.0;
+    state_.heard = {std::max<int64_t>(0, static_cast<int64_t>(now.frame)), at, speed, static_cast<int64_t>(then.frame)};
 }
 
 void OutputThread::crossInto(const TrackPtr& track) {
@@ -436,7 +437,7 @@ void OutputThread::restartAt(int64_t outputFrame) {
     const std::lock_guard lock(state_.mutex);
     if (state_.generation != generation_) return;
     const bool current = state_.current && state_.current->id == position.track;
-    state_.startFrame = current ? int64_t(position.frame) : state_.heardFrame();
+    state_.startFrame = current ? static_cast<int64_t>(position.frame) : state_.heardFrame();
     state_.setHeard(state_.startFrame);
     state_.newGeneration();
 }

@@ -23,8 +23,8 @@ namespace vbmp3 {
 
 // How the output thread gets at devices.
 struct OutputSystem {
-    OutputFactory make = makeDeviceOutput;  // may give null: there is none
-    std::function<int()> count = deviceCount;
+    OutputFactory make = MakeDeviceOutput;  // may give null: there is none
+    std::function<int()> count = DeviceCount;
     // Put around every output that is opened, the clock too; may be empty.
     std::function<std::unique_ptr<Output>(std::unique_ptr<Output>)> wrap = {};
     // A device may take so long to open, and then to play something: Bluetooth needs a second or two.

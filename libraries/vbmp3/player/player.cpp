@@ -18,10 +18,10 @@ constexpr auto kNextPatience = std::chrono::milliseconds(50);
 constexpr auto kDevicePatience = std::chrono::milliseconds(1500);
 
 // Puts the file into `state` as the next one, unless something newer has been ordered; a VBMP3_ERROR_* number.
-int openNext(PlayerState& state, const OpenFile& openFile, const std::string& path, const Ticket& ticket) {
+int OpenNext(PlayerState& state, const FileOpener& openFile, const std::string& path, const Ticket& ticket) {
     try {
         int error = VBMP3_OK;
-        TrackPtr track = openTrack(openFile, path, ticket, error);
+        TrackPtr track = OpenTrack(openFile, path, ticket, error);
         const std::lock_guard lock(state.mutex);
         if (PlayerState::redeem(state.nextTicket, ticket) && track) state.setNext(std::move(track));
         return error;
@@ -32,7 +32,7 @@ int openNext(PlayerState& state, const OpenFile& openFile, const std::string& pa
 
 }  // namespace
 
-Player::Player(const SoundSettings& sound, OutputSystem system, OpenFile openFile)
+Player::Player(const SoundSettings& sound, OutputSystem system, FileOpener openFile)
     : openFile_(std::move(openFile)),
       system_(withRecorder(std::move(system))),
       decoder_(shared_),
@@ -56,7 +56,7 @@ void Player::waitForSilence(std::unique_lock<std::mutex>& lock) {
 OutputSystem Player::withRecorder(OutputSystem system) {
     system.wrap = [this](std::unique_ptr<Output> output) {
         const std::lock_guard lock(recorderMutex_);
-        return recorder_ ? recordingOutput(std::move(output), recorder_) : std::move(output);
+        return recorder_ ? MakeRecordingOutput(std::move(output), recorder_) : std::move(output);
     };
     return system;
 }
@@ -76,7 +76,7 @@ void Player::stopRecording() {
 int Player::open(const std::string& path) {
     const Ticket ticket = beginOpen();
     int error = VBMP3_OK;
-    TrackPtr track = openTrack(openFile_, path, ticket, error);
+    TrackPtr track = OpenTrack(openFile_, path, ticket, error);
     const int outcome = finishOpen(ticket, track);
     return outcome == VBMP3_OK ? error : outcome;
 }
@@ -190,7 +190,7 @@ int Player::setNext(const std::string& path) {
     if (SideThread::leftBehind() >= SideThread::kMostLeftBehind) return VBMP3_ERROR_NOT_FOUND;
     const auto answer = std::make_shared<std::atomic<int>>(VBMP3_OK);
     const SideThread opener(
-        [=, state = shared_, openFile = openFile_] { *answer = openNext(*state, openFile, path, ticket); },
+        [=, state = shared_, openFile = openFile_] { *answer = OpenNext(*state, openFile, path, ticket); },
         std::chrono::milliseconds(0));
     return opener.endsWithin(kNextPatience) ? answer->load() : VBMP3_OK;
 }
@@ -199,7 +199,7 @@ Player::Snapshot Player::snapshot() {
     const std::lock_guard lock(state_.mutex);
     Snapshot snapshot;
     snapshot.state = !state_.active ? 0 : state_.paused ? 2 : 1;
-    snapshot.seconds = state_.current ? double(state_.heardFrame()) / state_.current->sampleRate : 0;
+    snapshot.seconds = state_.current ? static_cast<double>(state_.heardFrame()) / state_.current->sampleRate : 0;
     snapshot.outputFrame = state_.heardOutput.now();
     return snapshot;
 }

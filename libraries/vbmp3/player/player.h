@@ -16,7 +16,7 @@ namespace vbmp3 {
 
 class Player {
   public:
-    explicit Player(const SoundSettings& sound, OutputSystem system = {}, OpenFile openFile = vbmp3::openFile);
+    explicit Player(const SoundSettings& sound, OutputSystem system = {}, FileOpener openFile = vbmp3::OpenFile);
     ~Player();
 
     // These return a VBMP3_ERROR_* number, VBMP3_OK for success.
@@ -30,11 +30,11 @@ class Player {
     // Empty: none. A file that takes long to open is taken as it comes, and not at all when it then cannot be opened.
     int setNext(const std::string& path);
 
-    // Opening in two steps, between which the file is opened with `openTrack`, without the player. beginOpen closes
+    // Opening in two steps, between which the file is opened with `OpenTrack`, without the player. beginOpen closes
     // what is open and gives a ticket, which a later one or a close makes invalid: VBMP3_ERROR_SUPERSEDED.
     Ticket beginOpen();
     int finishOpen(const Ticket& ticket, TrackPtr& track);  // takes the track, unless it is null
-    const OpenFile& fileOpener() const { return openFile_; }
+    const FileOpener& fileOpener() const { return openFile_; }
 
     struct Snapshot {
         int state = 0;  // 0 stopped, 1 playing, 2 paused
@@ -63,7 +63,7 @@ class Player {
 
     const std::shared_ptr<PlayerState> shared_ = std::make_shared<PlayerState>();
     PlayerState& state_ = *shared_;
-    const OpenFile openFile_;
+    const FileOpener openFile_;
     std::mutex recorderMutex_;
     std::shared_ptr<Recorder> recorder_;
     Tap tap_;

@@ -21,7 +21,7 @@ class RecordingOutput final : public Output {
     void write(std::span<const float> stereo) override {
         inner_->write(stereo);
         if (kept_ >= end_) return;
-        for (const float sample : stereo) unheard_.push_back(toInt16(sample));
+        for (const float sample : stereo) unheard_.push_back(ToInt16(sample));
     }
     void start() override { inner_->start(); }
     void pause() override { inner_->pause(); }
@@ -40,12 +40,12 @@ class RecordingOutput final : public Output {
     int64_t played() override {
         const int64_t played = inner_->played();
         const int64_t heard = std::min(played, end_) - kept_;
-        const size_t count = std::min(unheard_.size(), size_t(std::max<int64_t>(0, heard)) * 2);
+        const size_t count = std::min(unheard_.size(), static_cast<size_t>(std::max<int64_t>(0, heard)) * 2);
         if (count > 0) {
-            const std::vector<int16_t> samples(unheard_.begin(), unheard_.begin() + std::ptrdiff_t(count));
-            unheard_.erase(unheard_.begin(), unheard_.begin() + std::ptrdiff_t(count));
+            const std::vector<int16_t> samples(unheard_.begin(), unheard_.begin() + static_cast<std::ptrdiff_t>(count));
+            unheard_.erase(unheard_.begin(), unheard_.begin() + static_cast<std::ptrdiff_t>(count));
             recorder_->add(samples);
-            kept_ += int64_t(count / 2);
+            kept_ += static_cast<int64_t>(count / 2);
         }
         if (kept_ >= end_) {
             recorder_->end();
@@ -94,7 +94,7 @@ Recorder::State Recorder::take(std::vector<int16_t>& samples) {
     return state_;
 }
 
-std::unique_ptr<Output> recordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder) {
+std::unique_ptr<Output> MakeRecordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder) {
     return std::make_unique<RecordingOutput>(std::move(inner), std::move(recorder));
 }
 

@@ -32,6 +32,6 @@ class Recorder {
     State state_ = State::More;
 };
 
-std::unique_ptr<Output> recordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder);
+std::unique_ptr<Output> MakeRecordingOutput(std::unique_ptr<Output> inner, std::shared_ptr<Recorder> recorder);
 
 }  // namespace vbmp3

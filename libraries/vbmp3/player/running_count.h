@@ -1,4 +1,5 @@
-// A count of frames that goes on with time between two looks at it, so that nobody has to look often.
+// A count of frames that goes on with time between two looks at it, so that nobody has to look often. A
+// plain value: who shares one between threads guards it.
 #pragma once
 
 #include <algorithm>
@@ -18,7 +19,8 @@ struct RunningCount {
     int64_t atTime(Clock::time_point now) const {
         if (rate <= 0 || now <= at) return frames;
         const double passed = std::chrono::duration<double>(now - at).count() * rate;
-        return std::max(frames, int64_t(std::min(double(frames) + passed, double(limit))));
+        return std::max(
+            frames, static_cast<int64_t>(std::min(static_cast<double>(frames) + passed, static_cast<double>(limit))));
     }
     int64_t now() const { return atTime(Clock::now()); }
 };

@@ -16,11 +16,11 @@ std::atomic<int> leftBehindCount = 0;
 
 }  // namespace
 
-void keepLibraryLoaded() {
+void KeepLibraryLoaded() {
 #ifdef _WIN32
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       reinterpret_cast<LPCWSTR>(&keepLibraryLoaded), &module);
+                       reinterpret_cast<LPCWSTR>(&KeepLibraryLoaded), &module);
 #endif
 }
 
@@ -62,7 +62,7 @@ void SideThread::leaveBehind() {
         if (!shared_->ended) {
             shared_->leftBehind = true;
             ++leftBehindCount;
-            keepLibraryLoaded();
+            KeepLibraryLoaded();
             thread_.detach();
             return;
         }

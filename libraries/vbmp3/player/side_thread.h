@@ -10,7 +10,7 @@
 namespace vbmp3 {
 
 // The code must stay in memory as long as a thread that was left behind is inside it.
-void keepLibraryLoaded();
+void KeepLibraryLoaded();
 
 class SideThread {
   public:

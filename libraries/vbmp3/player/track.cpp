@@ -10,11 +10,11 @@ namespace vbmp3 {
 
 bool Stream::open(std::shared_ptr<const ByteSource> file, const StreamInfo& info) {
     source =
-        openSource(std::make_shared<StoppableSource>(std::move(file), [up = givenUp] { return up->load(); }), info);
+        OpenSource(std::make_shared<StoppableSource>(std::move(file), [up = givenUp] { return up->load(); }), info);
     return source != nullptr;
 }
 
-TrackPtr openTrack(const OpenFile& openFile, const std::string& path, const Ticket& ticket, int& error,
+TrackPtr OpenTrack(const FileOpener& openFile, const std::string& path, const Ticket& ticket, int& error,
                    vbmp3_FileInfo* record) {
     static std::atomic<int64_t> lastId = 0;
     auto track = std::make_shared<Track>();
@@ -25,17 +25,17 @@ TrackPtr openTrack(const OpenFile& openFile, const std::string& path, const Tick
 
     HeadTailReader reader(*track->file);
     const CachedSource cached(reader);
-    const FileLayout layout = scanFileLayout(reader);
-    auto info = probe(cached, layout, INT64_MAX);
+    const FileLayout layout = ScanFileLayout(reader);
+    auto info = Probe(cached, layout, INT64_MAX);
     error = VBMP3_ERROR_FORMAT;
     if (!info) return nullptr;
-    refineLength(*track->file, *info);
+    RefineLength(*track->file, *info);
     if (!track->stream.open(track->file, *info)) return nullptr;
     if (record != nullptr) {
-        fillFormat(*info, *record);
-        fillTags(reader, layout, *record);
+        FillFormat(*info, *record);
+        FillTags(reader, layout, *record);
     }
-    track->lyrics = lyricsInTags(cached, layout, info);
+    track->lyrics = LyricsInTags(cached, layout, info);
     track->id = ++lastId;
     track->path = path;
     track->info = std::move(*info);
@@ -44,11 +44,11 @@ TrackPtr openTrack(const OpenFile& openFile, const std::string& path, const Tick
     return track;
 }
 
-std::optional<EmbeddedLyrics> lyricsInTags(const ByteSource& file, const FileLayout& layout,
+std::optional<EmbeddedLyrics> LyricsInTags(const ByteSource& file, const FileLayout& layout,
                                            const std::optional<StreamInfo>& info) {
     const bool mpeg = info && info->mpeg && info->mpeg->first.sampleRate > 0;
     const auto msPerFrame = mpeg ? info->mpeg->first.samplesPerFrame * 1000.0 / info->mpeg->first.sampleRate : 0.0;
-    return readEmbeddedLyrics(file, layout, msPerFrame);
+    return ReadEmbeddedLyrics(file, layout, msPerFrame);
 }
 
 }  // namespace vbmp3

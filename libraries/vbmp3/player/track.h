@@ -15,7 +15,7 @@
 namespace vbmp3 {
 
 // How files are opened: openFile, or that of a test.
-using OpenFile = std::function<std::unique_ptr<ByteSource>(const std::string& path)>;
+using FileOpener = std::function<std::unique_ptr<ByteSource>(const std::string& path)>;
 
 // A decoder that can be told from any thread to give up: it then reads no further and is soon at its end. It is of no
 // use any more.
@@ -45,11 +45,11 @@ using Ticket = std::shared_ptr<std::atomic<bool>>;
 
 // Opens the file, once, as far as playing and showing need it. Null and a VBMP3_ERROR_* number when that fails.
 // `record` may be null; it gets what vbmp3_open tells.
-TrackPtr openTrack(const OpenFile& openFile, const std::string& path, const Ticket& ticket, int& error,
+TrackPtr OpenTrack(const FileOpener& openFile, const std::string& path, const Ticket& ticket, int& error,
                    vbmp3_FileInfo* record = nullptr);
 
 // The lyrics in the tags of a file.
-std::optional<EmbeddedLyrics> lyricsInTags(const ByteSource& file, const FileLayout& layout,
+std::optional<EmbeddedLyrics> LyricsInTags(const ByteSource& file, const FileLayout& layout,
                                            const std::optional<StreamInfo>& info);
 
 }  // namespace vbmp3

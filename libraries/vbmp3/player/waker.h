@@ -19,7 +19,9 @@ class Waker {
     Waker& operator=(const Waker&) = delete;
     void wake() { SetEvent(event_); }
     // Milliseconds, -1 for ever.
-    void wait(int milliseconds) { WaitForSingleObject(event_, milliseconds < 0 ? INFINITE : DWORD(milliseconds)); }
+    void wait(int milliseconds) {
+        WaitForSingleObject(event_, milliseconds < 0 ? INFINITE : static_cast<DWORD>(milliseconds));
+    }
     HANDLE event() const { return event_; }
 
   private:

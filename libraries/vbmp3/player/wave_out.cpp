@@ -19,7 +19,7 @@ class WaveOutput final : public Output {
 
     OutputError open(int sampleRate, const OutputSettings& settings, Waker& waker) override {
         if (waveOutGetNumDevs() == 0) return OutputError::NoDevice;
-        const UINT device = settings.device < 0 ? WAVE_MAPPER : UINT(settings.device);
+        const UINT device = settings.device < 0 ? WAVE_MAPPER : static_cast<UINT>(settings.device);
         float_ = true;
         MMRESULT result = tryOpen(device, sampleRate, waker);
         if (result == WAVERR_BADFORMAT) {
@@ -33,15 +33,15 @@ class WaveOutput final : public Output {
 
         frameBytes_ = float_ ? 8 : 4;
         const int bufferMs = std::clamp(settings.bufferMs / 4, 10, 50);  // each one wakes when it has been played
-        bufferFrames_ = std::max<size_t>(64, size_t(sampleRate) * size_t(bufferMs) / 1000);
-        const size_t count = std::max<size_t>(3, size_t(settings.bufferMs / bufferMs));
+        bufferFrames_ = std::max<size_t>(64, static_cast<size_t>(sampleRate) * static_cast<size_t>(bufferMs) / 1000);
+        const size_t count = std::max<size_t>(3, static_cast<size_t>(settings.bufferMs / bufferMs));
         memory_.resize(count * bufferFrames_ * frameBytes_);
         headers_.resize(count);
         for (size_t i = 0; i < count; ++i) {
             WAVEHDR& header = headers_[i];
             header = {};
             header.lpData = reinterpret_cast<LPSTR>(memory_.data() + i * bufferFrames_ * frameBytes_);
-            header.dwBufferLength = DWORD(bufferFrames_ * frameBytes_);
+            header.dwBufferLength = static_cast<DWORD>(bufferFrames_ * frameBytes_);
             if (waveOutPrepareHeader(device_, &header, sizeof header) != MMSYSERR_NOERROR) return OutputError::NoDevice;
         }
         waveOutPause(device_);
@@ -64,12 +64,12 @@ class WaveOutput final : public Output {
                 for (size_t i = 0; i < 2 * count; ++i) out[i] = std::clamp(from[i], -1.0f, 1.0f);
             } else {
                 auto* out = reinterpret_cast<int16_t*>(to);
-                for (size_t i = 0; i < 2 * count; ++i) out[i] = toInt16(from[i]);
+                for (size_t i = 0; i < 2 * count; ++i) out[i] = ToInt16(from[i]);
             }
             filled_ += count;
             from += 2 * count;
             frames -= count;
-            written_ += int64_t(count);
+            written_ += static_cast<int64_t>(count);
             if (filled_ == bufferFrames_) submit();
         }
     }
@@ -98,7 +98,7 @@ class WaveOutput final : public Output {
         if (step < 0x80000000u) {
             lastRaw_ = raw;
             carry_ += step;
-            const int64_t unit = inBytes_ ? int64_t(frameBytes_) : 1;
+            const int64_t unit = inBytes_ ? static_cast<int64_t>(frameBytes_) : 1;
             played_ += carry_ / unit;
             carry_ %= unit;
         }
@@ -114,9 +114,9 @@ class WaveOutput final : public Output {
         WAVEFORMATEX format{};
         format.wFormatTag = float_ ? WAVE_FORMAT_IEEE_FLOAT : WAVE_FORMAT_PCM;
         format.nChannels = 2;
-        format.nSamplesPerSec = DWORD(sampleRate);
+        format.nSamplesPerSec = static_cast<DWORD>(sampleRate);
         format.wBitsPerSample = float_ ? 32 : 16;
-        format.nBlockAlign = WORD(format.nChannels * format.wBitsPerSample / 8);
+        format.nBlockAlign = static_cast<WORD>(format.nChannels * format.wBitsPerSample / 8);
         format.nAvgBytesPerSec = format.nSamplesPerSec * format.nBlockAlign;
         return waveOutOpen(&device_, device, &format, DWORD_PTR(waker.event()), 0, CALLBACK_EVENT);
     }
@@ -131,10 +131,10 @@ class WaveOutput final : public Output {
 
     void submit() {
         WAVEHDR& header = headers_[next_];
-        header.dwBufferLength = DWORD(filled_ * frameBytes_);
-        header.dwFlags &= ~DWORD(WHDR_DONE);
+        header.dwBufferLength = static_cast<DWORD>(filled_ * frameBytes_);
+        header.dwFlags &= ~static_cast<DWORD>(WHDR_DONE);
         if (waveOutWrite(device_, &header, sizeof header) != MMSYSERR_NOERROR) failed_ = true;
-        submitted_ += int64_t(filled_);
+        submitted_ += static_cast<int64_t>(filled_);
         filled_ = 0;
         ++queued_;
         next_ = (next_ + 1) % headers_.size();
@@ -179,7 +179,7 @@ class WaveOutput final : public Output {
 
 }  // namespace
 
-std::unique_ptr<Output> makeDeviceOutput() { return std::make_unique<WaveOutput>(); }
-int deviceCount() { return int(waveOutGetNumDevs()); }
+std::unique_ptr<Output> MakeDeviceOutput() { return std::make_unique<WaveOutput>(); }
+int DeviceCount() { return static_cast<int>(waveOutGetNumDevs()); }
 
 }  // namespace vbmp3

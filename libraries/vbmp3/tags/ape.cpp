@@ -31,23 +31,22 @@ struct Item {
     ByteRange value;
 };
 
-const Key* fieldOf(const Item& item) {
-    const auto found = std::find_if(std::begin(kKeys), std::end(kKeys), [&](const Key& known) {
-        return item.isText && known.name == item.key;
-    });
+const Key* FieldOf(const Item& item) {
+    const auto found = std::find_if(std::begin(kKeys), std::end(kKeys),
+                                    [&](const Key& known) { return item.isText && known.name == item.key; });
     return found == std::end(kKeys) ? nullptr : &*found;
 }
 
 // Hands over every item that lies in the tag. False when something else stands between them.
 template <class Take>
-bool forEachItem(HeadTailReader& reader, ByteRange range, Take take) {
+bool ForEachItem(HeadTailReader& reader, ByteRange range, Take take) {
     int64_t at = range.begin;
-    if (startsWith(reader.view(at, 8), "APETAGEX")) at += 32;
+    if (StartsWith(reader.view(at, 8), "APETAGEX")) at += 32;
     for (int n = 0; n < kMostItems && at < range.end; ++n) {
         const auto bytes = reader.view(at, static_cast<size_t>(std::min<int64_t>(range.end - at, 8 + kMostKey + 1)));
-        if (startsWith(bytes, "APETAGEX")) return true;
+        if (StartsWith(bytes, "APETAGEX")) return true;
         if (bytes.size() < 10) return false;
-        const int64_t size = littleEndian32(bytes.data());
+        const int64_t size = LittleEndian32(bytes.data());
         const auto end = std::find(bytes.begin() + 8, bytes.end(), uint8_t{0});
         if (end == bytes.end()) return false;
         Item item{std::string(bytes.begin() + 8, end), (bytes[4] >> 1 & 3) == 0, {}};
@@ -63,13 +62,13 @@ bool forEachItem(HeadTailReader& reader, ByteRange range, Take take) {
 }
 
 // Several values are parted by NUL. Version 1 has no encoding of its own.
-std::string textOf(HeadTailReader& reader, ByteRange value) {
+std::string TextOf(HeadTailReader& reader, ByteRange value) {
     std::string text;
     auto rest = reader.view(value.begin, static_cast<size_t>(std::min<int64_t>(value.size(), kMostText)));
     while (!rest.empty()) {
         const auto part =
             rest.first(static_cast<size_t>(std::find(rest.begin(), rest.end(), uint8_t{0}) - rest.begin()));
-        const std::string one = legacyText(part);
+        const std::string one = LegacyText(part);
         if (!one.empty()) text += (text.empty() ? "" : " / ") + one;
         rest = rest.subspan(std::min(rest.size(), part.size() + 1));
     }
@@ -78,23 +77,22 @@ std::string textOf(HeadTailReader& reader, ByteRange value) {
 
 }  // namespace
 
-TagFields readApe(HeadTailReader& reader, ByteRange range) {
+TagFields ReadApe(HeadTailReader& reader, ByteRange range) {
     TagFields fields;
-    forEachItem(reader, range, [&](const Item& item) {
-        const Key* known = fieldOf(item);
-        if (known != nullptr && (fields.*(known->field)).empty())
-            fields.*(known->field) = textOf(reader, item.value);
+    ForEachItem(reader, range, [&](const Item& item) {
+        const Key* known = FieldOf(item);
+        if (known != nullptr && (fields.*(known->field)).empty()) fields.*(known->field) = TextOf(reader, item.value);
     });
-    fields.genreNumber = findGenre(fields.genre);
+    fields.genreNumber = FindGenre(fields.genre);
     return fields;
 }
 
-TagExtras readApeExtras(HeadTailReader& reader, ByteRange range) {
+TagExtras ReadApeExtras(HeadTailReader& reader, ByteRange range) {
     TagExtras extras;
-    const bool whole = forEachItem(reader, range, [&](const Item& item) {
+    const bool whole = ForEachItem(reader, range, [&](const Item& item) {
         if (item.key.starts_with("cover art"))
             ++extras.pictures;
-        else if (fieldOf(item) == nullptr)
+        else if (FieldOf(item) == nullptr)
             ++extras.others;
     });
     extras.others += whole ? 0 : 1;

@@ -7,8 +7,8 @@
 
 namespace vbmp3 {
 
-TagFields readApe(HeadTailReader& reader, ByteRange range);
+TagFields ReadApe(HeadTailReader& reader, ByteRange range);
 // Pictures and items that are none of the fields. What cannot be read counts as one item.
-TagExtras readApeExtras(HeadTailReader& reader, ByteRange range);
+TagExtras ReadApeExtras(HeadTailReader& reader, ByteRange range);
 
 }  // namespace vbmp3

@@ -6,7 +6,7 @@
 
 namespace vbmp3 {
 
-int fileTypeOf(const StreamInfo& info) {
+int FileTypeOf(const StreamInfo& info) {
     int type = (info.id3v1 ? VBMP3_TYPE_ID3V1 : 0) | (info.id3v2 ? VBMP3_TYPE_ID3V2 : 0);
     if (info.mpeg) {
         type |= VBMP3_TYPE_MPEG | VBMP3_TYPE_LYRICS;
@@ -17,11 +17,11 @@ int fileTypeOf(const StreamInfo& info) {
     return type;
 }
 
-void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record) {
+void FillFormat(const StreamInfo& info, vbmp3_FileInfo& record) {
     const int64_t milliseconds = info.milliseconds();
-    record.fileType = fileTypeOf(info);
-    record.seconds = int32_t(std::min<int64_t>(milliseconds / 1000, INT32_MAX));
-    record.milliseconds = int32_t(milliseconds % 1000);
+    record.fileType = FileTypeOf(info);
+    record.seconds = static_cast<int32_t>(std::min<int64_t>(milliseconds / 1000, INT32_MAX));
+    record.milliseconds = static_cast<int32_t>(milliseconds % 1000);
     record.frames = info.exact ? info.frames : -1;
     record.sampleRate = info.sampleRate;
     record.channels = info.channels;

@@ -6,8 +6,8 @@
 
 namespace vbmp3 {
 
-int fileTypeOf(const StreamInfo& info);  // VBMP3_TYPE_* flags
+int FileTypeOf(const StreamInfo& info);  // VBMP3_TYPE_* flags
 // Fills the fields of the record that are not tags.
-void fillFormat(const StreamInfo& info, vbmp3_FileInfo& record);
+void FillFormat(const StreamInfo& info, vbmp3_FileInfo& record);
 
 }  // namespace vbmp3

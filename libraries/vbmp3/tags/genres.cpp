@@ -204,13 +204,13 @@ constexpr std::string_view kGenres[] = {"Blues",
                                         "Psybient"};
 static_assert(std::size(kGenres) == kGenreCount);
 
-bool sameText(std::string_view a, std::string_view b) {
+bool SameText(std::string_view a, std::string_view b) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 // A number from 0 to 255 that is the whole text, else -1.
-int wholeNumber(std::string_view text) {
+int WholeNumber(std::string_view text) {
     int number = -1;
     const auto end = text.data() + text.size();
     const auto parsed = std::from_chars(text.data(), end, number);
@@ -219,39 +219,45 @@ int wholeNumber(std::string_view text) {
 
 }  // namespace
 
-std::string_view genreName(int number) {
+std::string_view GenreName(int number) {
     return number >= 0 && number < kGenreCount ? kGenres[number] : std::string_view{};
 }
 
-int findGenre(std::string_view name) {
+int FindGenre(std::string_view name) {
     for (int i = 0; i < kGenreCount; ++i)
-        if (sameText(kGenres[i], name)) return i;
+        if (SameText(kGenres[i], name)) return i;
     return kNoGenre;
 }
 
-Genre readGenre(std::string_view text) {
-    if (text.starts_with("((")) return {std::string(text.substr(1)), kNoGenre};
-    if (const int number = wholeNumber(text); number >= 0 && number < kGenreCount)
-        return {std::string(genreName(number)), number};
+// The references in brackets at the front, "(52)(RX)"; `rest` begins behind them.
+static std::vector<Genre> TakeReferences(std::string_view& rest) {
     std::vector<Genre> all;
-    std::string_view rest = text;
     while (rest.starts_with('(') && !rest.starts_with("((")) {
         const size_t close = rest.find(')');
         if (close == std::string_view::npos) break;
         const std::string_view inner = rest.substr(1, close - 1);
-        const int number = wholeNumber(inner);
+        const int number = WholeNumber(inner);
         if (inner == "RX" || inner == "CR")
             all.push_back({inner == "RX" ? "Remix" : "Cover", kNoGenre});
         else if (number >= 0)
-            all.push_back({std::string(genreName(number)), number < kGenreCount ? number : kNoGenre});
+            all.push_back({std::string(GenreName(number)), number < kGenreCount ? number : kNoGenre});
         else
             break;
         rest = rest.substr(close + 1);
     }
-    if (all.empty()) return {std::string(text), findGenre(text)};
+    return all;
+}
+
+Genre ReadGenre(std::string_view text) {
+    if (text.starts_with("((")) return {std::string(text.substr(1)), kNoGenre};
+    if (const int number = WholeNumber(text); number >= 0 && number < kGenreCount)
+        return {std::string(GenreName(number)), number};
+    std::string_view rest = text;
+    std::vector<Genre> all = TakeReferences(rest);
+    if (all.empty()) return {std::string(text), FindGenre(text)};
     // A text behind a number refines it, "(4)Eurodisco"; one in brackets has a second in front.
     if (rest.starts_with('(')) rest = rest.starts_with("((") ? rest.substr(1) : std::string_view{};
-    if (!rest.empty()) all.back() = {std::string(rest), findGenre(rest)};
+    if (!rest.empty()) all.back() = {std::string(rest), FindGenre(rest)};
     Genre genre{{}, all.front().number};
     for (const Genre& one : all)
         if (!one.name.empty()) genre.name += (genre.name.empty() ? "" : " / ") + one.name;

@@ -30,14 +30,14 @@ constexpr FrameName kFrameNames[] = {
     {Role::Date, "", "TDRC"},     {Role::Genre, "TCO", "TCON"},   {Role::Track, "TRK", "TRCK"},
 };
 
-Role roleOf(std::string_view id) {
+Role RoleOf(std::string_view id) {
     for (const FrameName& name : kFrameNames)
         if (id == name.id || id == name.id2 || (id.size() == 4 && id[3] <= ' ' && id.substr(0, 3) == name.id2))
             return name.role;
     return Role::None;
 }
 
-std::string_view idOf(Role role, int version) {
+std::string_view IdOf(Role role, int version) {
     for (const FrameName& name : kFrameNames)
         if (name.role == role) return version == 2 ? name.id2 : name.id;
     return {};
@@ -47,26 +47,26 @@ struct Comment {
     std::string description, text;
 };
 
-Comment readComment(std::span<const uint8_t> bytes) {
+Comment ReadComment(std::span<const uint8_t> bytes) {
     if (bytes.size() < 5) return {};
     const int encoding = bytes[0];
-    const auto parts = splitId3v2Text(encoding, bytes.subspan(4), 2);
+    const auto parts = SplitId3v2Text(encoding, bytes.subspan(4), 2);
     if (parts.size() < 2) return {{}, parts.empty() ? "" : parts[0]};  // writers that forgot the description
-    return {parts[0], std::string(trimmed(parts[1]))};
+    return {parts[0], std::string(Trimmed(parts[1]))};
 }
 
 // The year of a timestamp, 2004-05-06T07:08; other texts whole.
-std::string yearOf(const std::string& text) {
+std::string YearOf(const std::string& text) {
     const auto digit = [](char c) { return c >= '0' && c <= '9'; };
     const bool stamp = text.size() > 4 && std::all_of(text.begin(), text.begin() + 4, digit) && text[4] == '-';
     return stamp ? text.substr(0, 4) : text;
 }
 
-std::string genreText(int encoding, std::span<const uint8_t> bytes, int& number) {
+std::string GenreText(int encoding, std::span<const uint8_t> bytes, int& number) {
     std::string all;
     number = kNoGenre;
-    for (const std::string& part : splitId3v2Text(encoding, bytes)) {
-        const Genre genre = readGenre(trimmed(part));
+    for (const std::string& part : SplitId3v2Text(encoding, bytes)) {
+        const Genre genre = ReadGenre(Trimmed(part));
         if (genre.name.empty()) continue;
         if (all.empty()) number = genre.number;
         all += (all.empty() ? "" : " / ") + genre.name;
@@ -78,20 +78,20 @@ std::string genreText(int encoding, std::span<const uint8_t> bytes, int& number)
 class FieldCollector {
   public:
     // True when the frame's contents are wanted.
-    static bool wants(std::string_view id) { return roleOf(id) != Role::None; }
+    static bool wants(std::string_view id) { return RoleOf(id) != Role::None; }
 
     void add(std::string_view id, std::span<const uint8_t> bytes) {
         if (bytes.empty()) return;
-        const Role role = roleOf(id);
-        if (role == Role::Comment) return addComment(readComment(bytes));
+        const Role role = RoleOf(id);
+        if (role == Role::Comment) return addComment(ReadComment(bytes));
         const int encoding = bytes[0];
         if (role == Role::Genre) {
             int number = kNoGenre;
-            std::string text = genreText(encoding, bytes.subspan(1), number);
+            std::string text = GenreText(encoding, bytes.subspan(1), number);
             if (fields_.genre.empty()) fields_.genre = std::move(text), fields_.genreNumber = number;
             return;
         }
-        std::string text = id3v2Text(bytes);
+        std::string text = Id3v2Text(bytes);
         const auto take = [&](std::string& field) {
             if (field.empty()) field = std::move(text);
         };
@@ -101,8 +101,8 @@ class FieldCollector {
             case Role::BandArtist: return take(bandArtist_);
             case Role::Album: return take(fields_.album);
             case Role::Track: return take(fields_.track);
-            case Role::Year: text = yearOf(text); return take(fields_.year);
-            case Role::Date: text = yearOf(text); return take(date_);
+            case Role::Year: text = YearOf(text); return take(fields_.year);
+            case Role::Date: text = YearOf(text); return take(date_);
             default: return;
         }
     }
@@ -122,7 +122,7 @@ class FieldCollector {
     std::string bandArtist_, date_;
 };
 
-void appendFrame(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version) {
+void AppendFrame(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version) {
     const auto size = static_cast<uint32_t>(frame.data.size());
     out.insert(out.end(), frame.id.begin(), frame.id.end());
     if (version == 2) {
@@ -137,38 +137,38 @@ void appendFrame(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version
     out.insert(out.end(), frame.data.begin(), frame.data.end());
 }
 
-Id3v2Frame textFrame(Role role, int version, const std::string& text) {
-    Id3v2Frame frame{std::string(idOf(role, version)), 0, {}};
-    const int encoding = encodingFor(text, version);
+Id3v2Frame TextFrame(Role role, int version, const std::string& text) {
+    Id3v2Frame frame{std::string(IdOf(role, version)), 0, {}};
+    const int encoding = EncodingFor(text, version);
     frame.data.push_back(static_cast<uint8_t>(encoding));
-    appendId3v2Text(frame.data, text, encoding, false);
+    AppendId3v2Text(frame.data, text, encoding, false);
     return frame;
 }
 
-Id3v2Frame commentFrame(int version, const std::string& text, std::string_view language) {
-    Id3v2Frame frame{std::string(idOf(Role::Comment, version)), 0, {}};
-    const int encoding = encodingFor(text, version);
+Id3v2Frame CommentFrame(int version, const std::string& text, std::string_view language) {
+    Id3v2Frame frame{std::string(IdOf(Role::Comment, version)), 0, {}};
+    const int encoding = EncodingFor(text, version);
     frame.data.push_back(static_cast<uint8_t>(encoding));
     frame.data.insert(frame.data.end(), language.begin(), language.end());
-    appendId3v2Text(frame.data, "", encoding, true);
-    appendId3v2Text(frame.data, text, encoding, false);
+    AppendId3v2Text(frame.data, "", encoding, true);
+    AppendId3v2Text(frame.data, text, encoding, false);
     return frame;
 }
 
-std::vector<uint8_t> headerOf(const Id3v2Tag& tag) {
+std::vector<uint8_t> HeaderOf(const Id3v2Tag& tag) {
     const uint8_t flags = tag.unsynchronised ? 0x80 : 0;
     return {'I', 'D', '3', static_cast<uint8_t>(tag.version), 0, flags, 0, 0, 0, 0};
 }
 
-void putSize(std::vector<uint8_t>& bytes, size_t size) {
+void PutSize(std::vector<uint8_t>& bytes, size_t size) {
     for (size_t i = 0; i < 4; ++i) bytes[6 + i] = static_cast<uint8_t>(size >> (21 - 7 * i) & 0x7F);
 }
 
 // Contents of a stored frame, through the same walk as in a file. Nothing when they cannot be read.
-std::optional<std::vector<uint8_t>> contentsOf(const Id3v2Tag& tag, const Id3v2Frame& frame) {
-    std::vector<uint8_t> bytes = headerOf(tag);
-    appendFrame(bytes, frame, tag.version);
-    putSize(bytes, bytes.size() - 10);
+std::optional<std::vector<uint8_t>> ContentsOf(const Id3v2Tag& tag, const Id3v2Frame& frame) {
+    std::vector<uint8_t> bytes = HeaderOf(tag);
+    AppendFrame(bytes, frame, tag.version);
+    PutSize(bytes, bytes.size() - 10);
     const MemorySource source(bytes);
     HeadTailReader reader(source);
     auto walk = Id3v2Walk::open(reader, {0, static_cast<int64_t>(bytes.size())});
@@ -178,17 +178,18 @@ std::optional<std::vector<uint8_t>> contentsOf(const Id3v2Tag& tag, const Id3v2F
 }
 
 // The comment that is shown is a frame without description; nothing for other frames.
-std::optional<std::string> shownComment(const Id3v2Tag& tag, const Id3v2Frame& frame) {
-    if (roleOf(frame.id) != Role::Comment) return std::nullopt;
-    const auto contents = contentsOf(tag, frame);
+std::optional<std::string> ShownComment(const Id3v2Tag& tag, const Id3v2Frame& frame) {
+    if (RoleOf(frame.id) != Role::Comment) return std::nullopt;
+    const auto contents = ContentsOf(tag, frame);
     if (!contents) return std::nullopt;
-    Comment comment = readComment(*contents);
+    Comment comment = ReadComment(*contents);
     if (!comment.description.empty()) return std::nullopt;
     return std::move(comment.text);
 }
 
-// Puts the frame in the place of the first of those that go, else at the end. A frame without data only takes them away.
-void replaceFrames(Id3v2Tag& tag, const std::function<bool(const Id3v2Frame&)>& goes, Id3v2Frame frame) {
+// Puts the frame in the place of the first of those that go, else at the end. A frame without data only takes them
+// away.
+void ReplaceFrames(Id3v2Tag& tag, const std::function<bool(const Id3v2Frame&)>& goes, Id3v2Frame frame) {
     std::vector<Id3v2Frame> kept;
     std::optional<size_t> place;
     for (Id3v2Frame& old : tag.frames) {
@@ -203,38 +204,38 @@ void replaceFrames(Id3v2Tag& tag, const std::function<bool(const Id3v2Frame&)>& 
 }
 
 // Comments that say the same in other languages go with the one that is shown, whose language the new one has.
-void setComment(Id3v2Tag& tag, const std::string& old, const std::string& text) {
-    const auto goes = [&](const Id3v2Frame& frame) { return shownComment(tag, frame) == old; };
+void SetComment(Id3v2Tag& tag, const std::string& old, const std::string& text) {
+    const auto goes = [&](const Id3v2Frame& frame) { return ShownComment(tag, frame) == old; };
     const auto first = std::find_if(tag.frames.begin(), tag.frames.end(), goes);
     std::string language = "eng";
     if (first != tag.frames.end())
-        if (const auto contents = contentsOf(tag, *first); contents && contents->size() >= 4)
+        if (const auto contents = ContentsOf(tag, *first); contents && contents->size() >= 4)
             language.assign(contents->begin() + 1, contents->begin() + 4);
-    replaceFrames(tag, goes, text.empty() ? Id3v2Frame{} : commentFrame(tag.version, text, language));
+    ReplaceFrames(tag, goes, text.empty() ? Id3v2Frame{} : CommentFrame(tag.version, text, language));
 }
 
-bool hasArtist(const Id3v2Tag& tag) {
+bool HasArtist(const Id3v2Tag& tag) {
     return std::any_of(tag.frames.begin(), tag.frames.end(), [&](const Id3v2Frame& frame) {
-        if (roleOf(frame.id) != Role::Artist) return false;
-        const auto contents = contentsOf(tag, frame);
-        return !contents || !id3v2Text(*contents).empty();
+        if (RoleOf(frame.id) != Role::Artist) return false;
+        const auto contents = ContentsOf(tag, frame);
+        return !contents || !Id3v2Text(*contents).empty();
     });
 }
 
-void setText(Id3v2Tag& tag, Role role, const std::string& text) {
+void SetText(Id3v2Tag& tag, Role role, const std::string& text) {
     const bool year = role == Role::Year;
     // The band is shown as the artist while there is none; clearing what is shown clears it too.
-    const bool band = role == Role::Artist && text.empty() && !hasArtist(tag);
+    const bool band = role == Role::Artist && text.empty() && !HasArtist(tag);
     Id3v2Frame frame;
     if (!text.empty()) {
         // A genre that begins with a bracket would be taken for a number.
         const bool bracket = role == Role::Genre && text.starts_with('(');
-        frame = textFrame(year && tag.version == 4 ? Role::Date : role, tag.version, bracket ? "(" + text : text);
+        frame = TextFrame(year && tag.version == 4 ? Role::Date : role, tag.version, bracket ? "(" + text : text);
     }
-    replaceFrames(
+    ReplaceFrames(
         tag,
         [&](const Id3v2Frame& old) {
-            const Role its = roleOf(old.id);
+            const Role its = RoleOf(old.id);
             return its == role || (year && its == Role::Date) || (band && its == Role::BandArtist);
         },
         std::move(frame));
@@ -242,14 +243,14 @@ void setText(Id3v2Tag& tag, Role role, const std::string& text) {
 
 }  // namespace
 
-std::string id3v2Text(std::span<const uint8_t> bytes) {
+std::string Id3v2Text(std::span<const uint8_t> bytes) {
     if (bytes.empty()) return {};
     // Beyond the four encodings the byte is taken for text when it could be, for writers that have never heard of it.
-    if (bytes[0] > 3) return joinId3v2Text(0, bytes[0] >= ' ' ? bytes : bytes.subspan(1));
-    return joinId3v2Text(bytes[0], bytes.subspan(1));
+    if (bytes[0] > 3) return JoinId3v2Text(0, bytes[0] >= ' ' ? bytes : bytes.subspan(1));
+    return JoinId3v2Text(bytes[0], bytes.subspan(1));
 }
 
-TagFields readId3v2(HeadTailReader& reader, ByteRange range) {
+TagFields ReadId3v2(HeadTailReader& reader, ByteRange range) {
     auto walk = Id3v2Walk::open(reader, range);
     if (!walk) return {};
     FieldCollector fields;
@@ -261,7 +262,7 @@ TagFields readId3v2(HeadTailReader& reader, ByteRange range) {
     return fields.result(walk->version());
 }
 
-std::optional<Id3v2Tag> parseId3v2(HeadTailReader& reader, ByteRange range) {
+std::optional<Id3v2Tag> ParseId3v2(HeadTailReader& reader, ByteRange range) {
     if (range.size() > static_cast<int64_t>(kMostFrame)) return std::nullopt;
     auto walk = Id3v2Walk::open(reader, range);
     if (!walk) return std::nullopt;
@@ -277,32 +278,32 @@ std::optional<Id3v2Tag> parseId3v2(HeadTailReader& reader, ByteRange range) {
     return tag;
 }
 
-TagFields fieldsOf(const Id3v2Tag& tag) {
+TagFields FieldsOf(const Id3v2Tag& tag) {
     FieldCollector fields;
     for (const Id3v2Frame& frame : tag.frames)
         if (FieldCollector::wants(frame.id))
-            if (const auto contents = contentsOf(tag, frame)) fields.add(frame.id, *contents);
+            if (const auto contents = ContentsOf(tag, frame)) fields.add(frame.id, *contents);
     return fields.result(tag.version);
 }
 
-TagExtras extrasOf(const Id3v2Tag& tag) {
+TagExtras ExtrasOf(const Id3v2Tag& tag) {
     TagExtras extras;
     int comments = 0;
     for (const Id3v2Frame& frame : tag.frames) {
-        const Role role = roleOf(frame.id);
+        const Role role = RoleOf(frame.id);
         if (frame.id == "APIC" || frame.id == "PIC")
             ++extras.pictures;
         else if (role == Role::Comment)
-            extras.others += !shownComment(tag, frame) || ++comments > 1;
+            extras.others += !ShownComment(tag, frame) || ++comments > 1;
         else
-            extras.others += role == Role::None || role == Role::BandArtist || !contentsOf(tag, frame);
+            extras.others += role == Role::None || role == Role::BandArtist || !ContentsOf(tag, frame);
     }
     extras.others += tag.rest.empty() ? 0 : 1;
     return extras;
 }
 
-void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown) {
-    const TagFields old = fieldsOf(tag);
+void SetFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown) {
+    const TagFields old = FieldsOf(tag);
     const TagFields& seen = shown != nullptr ? *shown : old;
     struct Entry {
         std::string TagFields::*field;
@@ -317,25 +318,25 @@ void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown) {
         const std::string& text = fields.*(entry.field);
         if (text == seen.*(entry.field)) continue;
         if (entry.role == Role::Comment)
-            setComment(tag, old.comment, text);
+            SetComment(tag, old.comment, text);
         else
-            setText(tag, entry.role, text);
+            SetText(tag, entry.role, text);
     }
 }
 
-std::optional<std::vector<uint8_t>> makeId3v2(const Id3v2Tag& tag, size_t padding) {
+std::optional<std::vector<uint8_t>> MakeId3v2(const Id3v2Tag& tag, size_t padding) {
     if (tag.frames.empty() && tag.rest.empty()) return std::vector<uint8_t>{};
-    std::vector<uint8_t> out = headerOf(tag);
+    std::vector<uint8_t> out = HeaderOf(tag);
     const size_t mostFrame = tag.version == 2 ? (1 << 24) - 1 : kMostTag;
     for (const Id3v2Frame& frame : tag.frames) {
         if (frame.data.size() > mostFrame || out.size() + frame.data.size() > kMostTag) return std::nullopt;
-        appendFrame(out, frame, tag.version);
+        AppendFrame(out, frame, tag.version);
     }
     // A frame whose size is wrong must not find more room than it had.
     out.insert(out.end(), tag.rest.begin(), tag.rest.end());
     if (tag.rest.empty()) out.resize(out.size() + padding);
     if (out.size() - 10 > kMostTag) return std::nullopt;
-    putSize(out, out.size() - 10);
+    PutSize(out, out.size() - 10);
     return out;
 }
 

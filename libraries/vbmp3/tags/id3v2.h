@@ -27,23 +27,23 @@ struct Id3v2Tag {
 };
 
 // The fields of the tag in `range`. Reads the frames of the fields and the heads of the others.
-TagFields readId3v2(HeadTailReader& reader, ByteRange range);
+TagFields ReadId3v2(HeadTailReader& reader, ByteRange range);
 // All of a tag, for editing. Nothing when it is none, is larger than 64 MiB, or is compressed as a whole (2.2).
-std::optional<Id3v2Tag> parseId3v2(HeadTailReader& reader, ByteRange range);
+std::optional<Id3v2Tag> ParseId3v2(HeadTailReader& reader, ByteRange range);
 
-TagFields fieldsOf(const Id3v2Tag& tag);
-TagExtras extrasOf(const Id3v2Tag& tag);
+TagFields FieldsOf(const Id3v2Tag& tag);
+TagExtras ExtrasOf(const Id3v2Tag& tag);
 // Gives the tag these fields. A field that the tag has already in these words keeps its frames untouched (several
-// values, language, encoding); others are replaced where they stand, an empty one is removed. `shown` is what the caller
-// has seen of the tag, which may be less than it holds since his texts have a fixed length; null: all of it.
-// The comment is the first one without a description. Those with one (notes of programs, fields of the user's own) and
+// values, language, encoding); others are replaced where they stand, an empty one is removed. `shown` is what the
+// caller has seen of the tag, which may be less than it holds since his texts have a fixed length; null: all of it. The
+// comment is the first one without a description. Those with one (notes of programs, fields of the user's own) and
 // those in other languages are neither shown nor touched.
-void setFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown = nullptr);
-// The whole tag with `padding` zero bytes at the end; a tag with a rest keeps that at its end instead. Nothing when it is
-// too large for the format. Without frames and rest: empty.
-std::optional<std::vector<uint8_t>> makeId3v2(const Id3v2Tag& tag, size_t padding = 1024);
+void SetFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown = nullptr);
+// The whole tag with `padding` zero bytes at the end; a tag with a rest keeps that at its end instead. Nothing when it
+// is too large for the format. Without frames and rest: empty.
+std::optional<std::vector<uint8_t>> MakeId3v2(const Id3v2Tag& tag, size_t padding = 1024);
 
 // Texts of frames, for other readers of the tag (lyrics). `bytes` begins with the byte of the encoding.
-std::string id3v2Text(std::span<const uint8_t> bytes);
+std::string Id3v2Text(std::span<const uint8_t> bytes);
 
 }  // namespace vbmp3

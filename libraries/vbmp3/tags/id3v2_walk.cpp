@@ -10,15 +10,15 @@ namespace {
 
 constexpr uint8_t kUnsynchronised = 0x80, kExtended = 0x40, kFooter = 0x10;
 constexpr uint8_t kCompressedTag = 0x40;  // version 2.2
-constexpr int kMostTried = 100000;                        // frames, for a decision on the whole tag
+constexpr int kMostTried = 100000;        // frames, for a decision on the whole tag
 constexpr size_t kBlock = HeadTailReader::kBlock;
-constexpr int64_t kCandidateCost = 4096;                  // a look at a place costs as much as so many bytes
+constexpr int64_t kCandidateCost = 4096;  // a look at a place costs as much as so many bytes
 
 // Frame flags, the second byte.
 constexpr uint16_t k3Compressed = 0x80, k3Encrypted = 0x40, k3Grouped = 0x20;
 constexpr uint16_t k4Grouped = 0x40, k4Compressed = 0x08, k4Encrypted = 0x04, k4Unsynchronised = 0x02, k4Length = 0x01;
 
-bool isFrameId(std::span<const uint8_t> bytes, size_t length) {
+bool IsFrameId(std::span<const uint8_t> bytes, size_t length) {
     if (bytes.size() < length) return false;
     // Converters from 2.2 left names with a blank or NUL at the end.
     for (size_t i = 0; i < length; ++i) {
@@ -30,15 +30,14 @@ bool isFrameId(std::span<const uint8_t> bytes, size_t length) {
 }
 
 // A name that no writer should have given: printable, but not of capitals and digits.
-bool isOddId(std::span<const uint8_t> bytes, size_t length) {
-    return bytes.size() >= length &&
-           std::all_of(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length),
-                       [](uint8_t c) { return c > ' ' && c < 0x7F; });
+bool IsOddId(std::span<const uint8_t> bytes, size_t length) {
+    return bytes.size() >= length && std::all_of(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length),
+                                                 [](uint8_t c) { return c > ' ' && c < 0x7F; });
 }
 
 }  // namespace
 
-std::vector<uint8_t> resynchronised(std::span<const uint8_t> bytes) {
+std::vector<uint8_t> Resynchronised(std::span<const uint8_t> bytes) {
     std::vector<uint8_t> out;
     out.reserve(bytes.size());
     for (size_t i = 0; i < bytes.size(); ++i) {
@@ -50,7 +49,7 @@ std::vector<uint8_t> resynchronised(std::span<const uint8_t> bytes) {
 
 std::optional<Id3v2Walk> Id3v2Walk::open(HeadTailReader& reader, ByteRange range) {
     const auto header = reader.view(range.begin, 10);
-    if (range.size() < 10 || header.size() < 10 || !startsWith(header, "ID3") || header[3] < 2 || header[3] > 4)
+    if (range.size() < 10 || header.size() < 10 || !StartsWith(header, "ID3") || header[3] < 2 || header[3] > 4)
         return std::nullopt;
     Id3v2Walk walk(reader);
     walk.version_ = header[3];
@@ -58,7 +57,7 @@ std::optional<Id3v2Walk> Id3v2Walk::open(HeadTailReader& reader, ByteRange range
     if (walk.version_ == 2 && (flags & kCompressedTag) != 0) return std::nullopt;
     const int64_t footer = walk.version_ == 4 && (flags & kFooter) != 0 ? 10 : 0;
     walk.body_ = {range.begin + 10,
-                  std::min(range.end - footer, range.begin + 10 + int64_t{synchsafe32(header.data() + 6)})};
+                  std::min(range.end - footer, range.begin + 10 + int64_t{Synchsafe32(header.data() + 6)})};
     if (walk.body_.empty()) walk.body_.end = walk.body_.begin;
     const bool extended = walk.version_ > 2 && (flags & kExtended) != 0;
     if ((flags & kUnsynchronised) == 0 || walk.version_ == 4) {
@@ -68,7 +67,7 @@ std::optional<Id3v2Walk> Id3v2Walk::open(HeadTailReader& reader, ByteRange range
     }
     if (walk.body_.size() > kMostUnsynchronised) return std::nullopt;
     Id3v2Walk undone = walk;
-    undone.memory_ = resynchronised(reader.view(walk.body_.begin, static_cast<size_t>(walk.body_.size())));
+    undone.memory_ = Resynchronised(reader.view(walk.body_.begin, static_cast<size_t>(walk.body_.size())));
     undone.inMemory_ = true;
     undone.body_ = {0, static_cast<int64_t>(undone.memory_.size())};
     undone.start(extended);
@@ -103,17 +102,17 @@ std::span<const uint8_t> Id3v2Walk::view(int64_t offset, size_t length) {
 void Id3v2Walk::skipExtendedHeader() {
     const auto bytes = view(at_, 4);
     if (bytes.size() < 4) return;
-    const int64_t plain = bigEndian32(bytes.data());
-    const int64_t safe = isSynchsafe(bytes.data()) ? synchsafe32(bytes.data()) : plain;
+    const int64_t plain = BigEndian32(bytes.data());
+    const int64_t safe = IsSynchsafe(bytes.data()) ? Synchsafe32(bytes.data()) : plain;
     const std::array<int64_t, 4> guesses = version_ == 3 ? std::array<int64_t, 4>{plain + 4, plain, safe + 4, safe}
                                                          : std::array<int64_t, 4>{safe, safe + 4, plain, plain + 4};
     // A header that was announced but not written looks like a frame at once.
-    if (isFrameId(bytes, 4)) return;
+    if (IsFrameId(bytes, 4)) return;
     for (const bool paddingToo : {false, true}) {
         for (const int64_t size : guesses) {
             if (size < 4 || size > body_.end - at_) continue;
             const int64_t to = at_ + size;
-            if (isFrameId(view(to, 4), 4) || frameAt(to) || (paddingToo && isEndAt(to))) {
+            if (IsFrameId(view(to, 4), 4) || frameAt(to) || (paddingToo && isEndAt(to))) {
                 at_ = to;
                 return;
             }
@@ -125,14 +124,14 @@ void Id3v2Walk::skipExtendedHeader() {
 std::optional<Id3v2Walk::Header> Id3v2Walk::headerAt(int64_t at) {
     const auto bytes = view(at, static_cast<size_t>(headerSize()));
     if (static_cast<int64_t>(bytes.size()) < headerSize()) return std::nullopt;
-    if (!isFrameId(bytes, idLength()) && !isOddId(bytes, idLength())) return std::nullopt;
+    if (!IsFrameId(bytes, idLength()) && !IsOddId(bytes, idLength())) return std::nullopt;
     Header header;
     std::copy(bytes.begin(), bytes.end(), header.bytes.begin());
     const uint8_t* size = header.bytes.data() + idLength();
     if (version_ == 2)
-        header.size = bigEndian24(size);
+        header.size = BigEndian24(size);
     else
-        header.size = version_ == 3 || plainSizes_ || !isSynchsafe(size) ? bigEndian32(size) : synchsafe32(size);
+        header.size = version_ == 3 || plainSizes_ || !IsSynchsafe(size) ? BigEndian32(size) : Synchsafe32(size);
     if (header.size > body_.end - at - headerSize()) return std::nullopt;
     return header;
 }
@@ -140,7 +139,7 @@ std::optional<Id3v2Walk::Header> Id3v2Walk::headerAt(int64_t at) {
 // A frame with an odd name is one when something sensible follows.
 std::optional<Id3v2Walk::Header> Id3v2Walk::frameAt(int64_t at) {
     auto header = headerAt(at);
-    if (header && !isFrameId(header->bytes, idLength()) && !leadsOn(at + headerSize() + header->size)) header.reset();
+    if (header && !IsFrameId(header->bytes, idLength()) && !leadsOn(at + headerSize() + header->size)) header.reset();
     return header;
 }
 
@@ -176,7 +175,7 @@ int64_t Id3v2Walk::findFrame(int64_t from) {
         if (bytes.size() < idLength()) break;
         for (size_t i = 0; i + idLength() <= bytes.size() && searchLeft_ > 0; ++i) {
             const bool letter = bytes[i] >= 'A' && bytes[i] <= 'Z';
-            if (!letter || !isFrameId(std::span(bytes).subspan(i), idLength())) continue;
+            if (!letter || !IsFrameId(std::span(bytes).subspan(i), idLength())) continue;
             searchLeft_ -= kCandidateCost;
             const int64_t at = from + static_cast<int64_t>(i);
             const auto header = headerAt(at);
@@ -264,7 +263,7 @@ std::optional<std::vector<uint8_t>> Id3v2Walk::contents(const FrameView& frame, 
     const bool unsynchronised = isUnsynchronised(frame);
     const auto bytes = stored(frame, most);
     if (bytes.size() < skip) return std::nullopt;
-    if (unsynchronised) return resynchronised(bytes.subspan(skip));
+    if (unsynchronised) return Resynchronised(bytes.subspan(skip));
     return std::vector<uint8_t>(bytes.begin() + static_cast<std::ptrdiff_t>(skip), bytes.end());
 }
 

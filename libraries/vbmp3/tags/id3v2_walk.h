@@ -71,15 +71,15 @@ class Id3v2Walk {
     bool inMemory_ = false;
     ByteRange body_;
     int64_t at_ = 0;
-    int64_t padding_ = -1;           // where the zero bytes begin that go to the end; negative: not looked for yet
-    int64_t searchLeft_ = 4 << 20;   // bytes of damaged parts that are looked through for the next frame
+    int64_t padding_ = -1;          // where the zero bytes begin that go to the end; negative: not looked for yet
+    int64_t searchLeft_ = 4 << 20;  // bytes of damaged parts that are looked through for the next frame
     int version_ = 3;
-    bool plainSizes_ = false;        // version 2.4 with sizes of eight bits a byte
+    bool plainSizes_ = false;  // version 2.4 with sizes of eight bits a byte
     bool allUnsynchronised_ = false;
     std::vector<ByteRange> passedOver_;
 };
 
 // Takes the zero bytes out that were put behind 0xFF.
-std::vector<uint8_t> resynchronised(std::span<const uint8_t> bytes);
+std::vector<uint8_t> Resynchronised(std::span<const uint8_t> bytes);
 
 }  // namespace vbmp3

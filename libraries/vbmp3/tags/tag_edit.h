@@ -20,21 +20,21 @@ using AsShown = TagFields (*)(const TagFields&);
 // the SI fields bring the ID3v1 block IID3 along, which stays the last 128 bytes of the file. ID3v1 and ID3v2 are for
 // MPEG audio (alone, in RMP, in WAVE), SI for RIFF files; nothing for another combination, for a tag too large for its
 // format, and for one that cannot be read whole and would lose what it holds.
-std::optional<Recipe> planWrite(HeadTailReader& reader, const FileLayout& layout, int kinds, const TagFields& fields,
+std::optional<Recipe> PlanWrite(HeadTailReader& reader, const FileLayout& layout, int kinds, const TagFields& fields,
                                 AsShown asShown = nullptr);
 // Whether a file of this kind can have the tags of the mask.
-bool canHold(HeadTailReader& reader, const FileLayout& layout, int kinds);
+bool CanHold(HeadTailReader& reader, const FileLayout& layout, int kinds);
 // Takes the tags of the mask off, APE too; those that are not there are no failure.
-std::optional<Recipe> planRemove(HeadTailReader& reader, const FileLayout& layout, int kinds);
+std::optional<Recipe> PlanRemove(HeadTailReader& reader, const FileLayout& layout, int kinds);
 
 // MP3 (or MP3 in WAVE) to RMP: everything but ID3v1 goes into the data chunk, the fields into SI, ID3v1 into IID3.
-std::optional<Recipe> planRmp(HeadTailReader& reader, const FileLayout& layout);
+std::optional<Recipe> PlanRmp(HeadTailReader& reader, const FileLayout& layout);
 // RMP (or MP3 in WAVE) to MP3: what stands in the data chunk, with the SI fields carried over into ID3v2, and ID3v1.
-// ID3v2 is added only when ID3v1 cannot hold the fields. Gives back the very file that planRmp was given when that had
+// ID3v2 is added only when ID3v1 cannot hold the fields. Gives back the very file that PlanRmp was given when that had
 // an ID3v1 tag and nobody has edited since.
-std::optional<Recipe> planMp3(HeadTailReader& reader, const FileLayout& layout);
+std::optional<Recipe> PlanMp3(HeadTailReader& reader, const FileLayout& layout);
 
 // True for a WAVE whose samples are MPEG audio.
-bool isMpegInWave(HeadTailReader& reader, const FileLayout& layout);
+bool IsMpegInWave(HeadTailReader& reader, const FileLayout& layout);
 
 }  // namespace vbmp3

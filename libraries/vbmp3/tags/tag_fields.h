@@ -25,7 +25,7 @@ constexpr std::string TagFields::*kTextFields[] = {&TagFields::title,   &TagFiel
                                                    &TagFields::track};
 
 // Takes over what `to` lacks.
-inline void addMissing(TagFields& to, const TagFields& from) {
+inline void AddMissing(TagFields& to, const TagFields& from) {
     if (to.genre.empty()) to.genreNumber = from.genreNumber;
     for (const auto field : kTextFields)
         if ((to.*field).empty()) to.*field = from.*field;

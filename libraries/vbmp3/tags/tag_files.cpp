@@ -15,30 +15,30 @@ namespace vbmp3 {
 namespace {
 
 template <size_t size>
-std::string cut(const std::string& text, const char (&)[size]) {
+std::string Cut(const std::string& text, const char (&)[size]) {
     return std::string(quenlox::CutUtf8(text, size - 1));
 }
 
-TagFields asShown(const TagFields& fields) {
+TagFields ShownFields(const TagFields& fields) {
     static const vbmp3_Tag sizes{};
-    return {cut(fields.title, sizes.title), cut(fields.artist, sizes.artist),
-            cut(fields.album, sizes.album), cut(fields.comment, sizes.comment),
-            cut(fields.year, sizes.year),   cut(fields.genre, sizes.genre),
-            cut(fields.track, sizes.track), fields.genreNumber};
+    return {Cut(fields.title, sizes.title), Cut(fields.artist, sizes.artist),
+            Cut(fields.album, sizes.album), Cut(fields.comment, sizes.comment),
+            Cut(fields.year, sizes.year),   Cut(fields.genre, sizes.genre),
+            Cut(fields.track, sizes.track), fields.genreNumber};
 }
 
 template <size_t size>
-std::string given(const char (&text)[size]) {
+std::string Given(const char (&text)[size]) {
     return {text, strnlen(text, size)};
 }
 
-TagFields fieldsOf(const vbmp3_Tag& tag) {
-    return {given(tag.title), given(tag.artist), given(tag.album), given(tag.comment),
-            given(tag.year),  given(tag.genre),  given(tag.track), tag.genreNumber};
+TagFields FieldsOf(const vbmp3_Tag& tag) {
+    return {Given(tag.title), Given(tag.artist), Given(tag.album), Given(tag.comment),
+            Given(tag.year),  Given(tag.genre),  Given(tag.track), tag.genreNumber};
 }
 
 // What a caller gives need not be whole characters.
-TagFields wellFormed(TagFields fields) {
+TagFields WellFormed(TagFields fields) {
     for (const auto field : kTextFields)
         if (!quenlox::IsValidUtf8(fields.*field))
             fields.*field = quenlox::Utf16ToUtf8(quenlox::Utf8ToUtf16(fields.*field));
@@ -46,7 +46,7 @@ TagFields wellFormed(TagFields fields) {
 }
 
 template <class Record>
-void fillTexts(Record& record, const TagFields& fields) {
+void FillTexts(Record& record, const TagFields& fields) {
     quenlox::PutUtf8(record.title, fields.title);
     quenlox::PutUtf8(record.artist, fields.artist);
     quenlox::PutUtf8(record.album, fields.album);
@@ -57,20 +57,20 @@ void fillTexts(Record& record, const TagFields& fields) {
     record.genreNumber = fields.genreNumber;
 }
 
-bool exists(const std::string& path) {
+bool Exists(const std::string& path) {
     std::error_code error;
     return std::filesystem::exists(std::filesystem::path(std::u8string(path.begin(), path.end())), error);
 }
 
-int errorOfMissing(const std::string& path) { return exists(path) ? VBMP3_ERROR_LOCKED : VBMP3_ERROR_NOT_FOUND; }
+int ErrorOfMissing(const std::string& path) { return Exists(path) ? VBMP3_ERROR_LOCKED : VBMP3_ERROR_NOT_FOUND; }
 
 // A tag is put only on files that hold sound: a text file given by mistake stays as it is.
-bool holdsSound(const ByteSource& file, const FileLayout& layout) {
+bool HoldsSound(const ByteSource& file, const FileLayout& layout) {
     return layout.container == Container::Wave ? layout.findChunk("fmt ") != nullptr
-                                               : scanMpeg(file, layout.audio).has_value();
+                                               : ScanMpeg(file, layout.audio).has_value();
 }
 
-int save(std::unique_ptr<ByteSource> source, const Recipe& recipe, const std::string& target,
+int Save(std::unique_ptr<ByteSource> source, const Recipe& recipe, const std::string& target,
          const BeforeStep& before) {
     const auto allowed = [&](SaveStep step) { return !before || before(step); };
     auto transaction = allowed(SaveStep::Begin) ? FileTransaction::begin(target) : nullptr;
@@ -79,7 +79,7 @@ int save(std::unique_ptr<ByteSource> source, const Recipe& recipe, const std::st
         *source, [&](std::span<const uint8_t> bytes) { return allowed(SaveStep::Write) && transaction->write(bytes); });
     // A file that is open, even by us, may refuse to be replaced.
     source.reset();
-    if (!written || int64_t(transaction->size()) != recipe.size() || !allowed(SaveStep::Commit))
+    if (!written || static_cast<int64_t>(transaction->size()) != recipe.size() || !allowed(SaveStep::Commit))
         return VBMP3_ERROR_WRITE;
     switch (transaction->commit()) {
         case FileTransaction::Error::None: return VBMP3_OK;
@@ -88,109 +88,107 @@ int save(std::unique_ptr<ByteSource> source, const Recipe& recipe, const std::st
     }
 }
 
-bool isReadOnly(const std::string& path) {
+bool IsReadOnly(const std::string& path) {
     using std::filesystem::perms;
     std::error_code error;
     const auto status = std::filesystem::status(std::filesystem::path(std::u8string(path.begin(), path.end())), error);
     const perms writable = perms::owner_write | perms::group_write | perms::others_write;
-    return !error && exists(status) && (status.permissions() & writable) == perms::none;
+    return !error && std::filesystem::exists(status) && (status.permissions() & writable) == perms::none;
 }
 
 // What the new file is made of, or nothing and why.
 using Plan = std::function<std::optional<Recipe>(HeadTailReader&, const FileLayout&, int& error)>;
 
-int rewrite(const std::string& path, const std::string& target, const Plan& plan, const BeforeStep& before) {
-    auto file = openFile(path);
-    if (!file) return errorOfMissing(path);
-    if (isReadOnly(target)) return VBMP3_ERROR_LOCKED;
+int Rewrite(const std::string& path, const std::string& target, const Plan& plan, const BeforeStep& before) {
+    auto file = OpenFile(path);
+    if (!file) return ErrorOfMissing(path);
+    if (IsReadOnly(target)) return VBMP3_ERROR_LOCKED;
     std::optional<Recipe> recipe;
     int error = VBMP3_ERROR_FORMAT;
     {
         HeadTailReader reader(*file);
-        const FileLayout layout = scanFileLayout(reader);
-        if (!holdsSound(*file, layout)) return VBMP3_ERROR_FORMAT;
+        const FileLayout layout = ScanFileLayout(reader);
+        if (!HoldsSound(*file, layout)) return VBMP3_ERROR_FORMAT;
         recipe = plan(reader, layout, error);
     }
-    return recipe ? save(std::move(file), *recipe, target, before) : error;
+    return recipe ? Save(std::move(file), *recipe, target, before) : error;
 }
 
-bool isOneKind(int kind) {
-    return kind == kTagId3v1 || kind == kTagId3v2 || kind == kTagSi || kind == kTagApe;
-}
+bool IsOneKind(int kind) { return kind == kTagId3v1 || kind == kTagId3v2 || kind == kTagSi || kind == kTagApe; }
 
 }  // namespace
 
-void fillTags(HeadTailReader& reader, const FileLayout& layout, vbmp3_FileInfo& record) {
-    fillTexts(record, readTags(reader, layout));
+void FillTags(HeadTailReader& reader, const FileLayout& layout, vbmp3_FileInfo& record) {
+    FillTexts(record, ReadTags(reader, layout));
 }
 
-void fillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& record) {
+void FillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& record) {
     HeadTailReader reader(file);
-    fillTags(reader, layout, record);
+    FillTags(reader, layout, record);
 }
 
-int readTagFields(const std::string& path, int kind, int& present, TagFields& fields) {
+int ReadTagFields(const std::string& path, int kind, int& present, TagFields& fields) {
     present = 0;
     fields = {};
-    if (kind != 0 && !isOneKind(kind)) return VBMP3_ERROR_ARGUMENT;
-    const auto file = openFile(path);
-    if (!file) return errorOfMissing(path);
+    if (kind != 0 && !IsOneKind(kind)) return VBMP3_ERROR_ARGUMENT;
+    const auto file = OpenFile(path);
+    if (!file) return ErrorOfMissing(path);
     HeadTailReader reader(*file);
-    const FileLayout layout = scanFileLayout(reader);
-    present = presentTags(layout);
-    fields = kind != 0 ? readTagKind(reader, layout, kind) : readTags(reader, layout);
+    const FileLayout layout = ScanFileLayout(reader);
+    present = PresentTags(layout);
+    fields = kind != 0 ? ReadTagKind(reader, layout, kind) : ReadTags(reader, layout);
     return VBMP3_OK;
 }
 
-int readTagFile(const std::string& path, int kind, vbmp3_Tag& tag) {
+int ReadTagFile(const std::string& path, int kind, vbmp3_Tag& tag) {
     TagFields fields;
-    const int error = kind != 0 ? readTagFields(path, kind, tag.present, fields) : int{VBMP3_ERROR_ARGUMENT};
-    fillTexts(tag, fields);
+    const int error = kind != 0 ? ReadTagFields(path, kind, tag.present, fields) : int{VBMP3_ERROR_ARGUMENT};
+    FillTexts(tag, fields);
     return error;
 }
 
-int writeTagFields(const std::string& path, int kinds, const TagFields& given, AsShown shown,
+int WriteTagFields(const std::string& path, int kinds, const TagFields& given, AsShown shown,
                    const BeforeStep& before) {
     if (kinds == 0 || (kinds & ~kTagAll) != 0) return VBMP3_ERROR_ARGUMENT;
-    const TagFields fields = wellFormed(given);
-    return rewrite(
+    const TagFields fields = WellFormed(given);
+    return Rewrite(
         path, path,
         [&](HeadTailReader& reader, const FileLayout& layout, int& error) {
-            if (canHold(reader, layout, kinds)) error = VBMP3_ERROR_TAG;
-            return planWrite(reader, layout, kinds, fields, shown);
+            if (CanHold(reader, layout, kinds)) error = VBMP3_ERROR_TAG;
+            return PlanWrite(reader, layout, kinds, fields, shown);
         },
         before);
 }
 
-int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before) {
-    return writeTagFields(path, kinds, fieldsOf(tag), asShown, before);
+int WriteTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before) {
+    return WriteTagFields(path, kinds, FieldsOf(tag), ShownFields, before);
 }
 
-int removeTagFile(const std::string& path, int kinds, const BeforeStep& before) {
+int RemoveTagFile(const std::string& path, int kinds, const BeforeStep& before) {
     if (kinds == 0 || (kinds & ~(kTagAll | kTagApe)) != 0) return VBMP3_ERROR_ARGUMENT;
-    return rewrite(
+    return Rewrite(
         path, path,
-        [&](HeadTailReader& reader, const FileLayout& layout, int&) { return planRemove(reader, layout, kinds); },
+        [&](HeadTailReader& reader, const FileLayout& layout, int&) { return PlanRemove(reader, layout, kinds); },
         before);
 }
 
-int countExtrasInFile(const std::string& path, int kind, TagExtras& extras) {
+int CountExtrasInFile(const std::string& path, int kind, TagExtras& extras) {
     extras = {};
-    if (!isOneKind(kind)) return VBMP3_ERROR_ARGUMENT;
-    const auto file = openFile(path);
-    if (!file) return errorOfMissing(path);
+    if (!IsOneKind(kind)) return VBMP3_ERROR_ARGUMENT;
+    const auto file = OpenFile(path);
+    if (!file) return ErrorOfMissing(path);
     HeadTailReader reader(*file);
-    extras = readTagExtras(reader, scanFileLayout(reader), kind);
+    extras = ReadTagExtras(reader, ScanFileLayout(reader), kind);
     return VBMP3_OK;
 }
 
-int convertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before) {
+int ConvertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before) {
     if (source.empty() || destination.empty()) return VBMP3_ERROR_ARGUMENT;
-    if (isSameFile(source, destination)) return VBMP3_ERROR_SAME_FILE;
-    return rewrite(
+    if (IsSameFile(source, destination)) return VBMP3_ERROR_SAME_FILE;
+    return Rewrite(
         source, destination,
         [&](HeadTailReader& reader, const FileLayout& layout, int&) {
-            return form == WrapAs::Rmp ? planRmp(reader, layout) : planMp3(reader, layout);
+            return form == WrapAs::Rmp ? PlanRmp(reader, layout) : PlanMp3(reader, layout);
         },
         before);
 }

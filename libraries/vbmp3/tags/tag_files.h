@@ -13,24 +13,24 @@
 namespace vbmp3 {
 
 // Fills the fields of the record that come from tags. The record is as large as the library knows it.
-void fillTags(HeadTailReader& reader, const FileLayout& layout, vbmp3_FileInfo& record);
-void fillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& record);
+void FillTags(HeadTailReader& reader, const FileLayout& layout, vbmp3_FileInfo& record);
+void FillTags(const ByteSource& file, const FileLayout& layout, vbmp3_FileInfo& record);
 
 // The steps of writing a file, for tests that fail or end the process at each of them. False makes the step fail.
 enum class SaveStep { Begin, Write, Commit };
 using BeforeStep = std::function<bool(SaveStep)>;
 
 // The fields at any length. `kind` is one kTag* bit, or 0 for what is shown of the file.
-int readTagFields(const std::string& path, int kind, int& present, TagFields& fields);
+int ReadTagFields(const std::string& path, int kind, int& present, TagFields& fields);
 // `asShown` is what the caller saw of them; null: everything.
-int writeTagFields(const std::string& path, int kinds, const TagFields& fields, AsShown asShown = nullptr,
+int WriteTagFields(const std::string& path, int kinds, const TagFields& fields, AsShown asShown = nullptr,
                    const BeforeStep& before = {});
 // The same with the record of fixed lengths.
-int readTagFile(const std::string& path, int kind, vbmp3_Tag& tag);
-int writeTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before = {});
-int removeTagFile(const std::string& path, int kinds, const BeforeStep& before = {});
-int countExtrasInFile(const std::string& path, int kind, TagExtras& extras);
+int ReadTagFile(const std::string& path, int kind, vbmp3_Tag& tag);
+int WriteTagFile(const std::string& path, int kinds, const vbmp3_Tag& tag, const BeforeStep& before = {});
+int RemoveTagFile(const std::string& path, int kinds, const BeforeStep& before = {});
+int CountExtrasInFile(const std::string& path, int kind, TagExtras& extras);
 enum class WrapAs { Rmp, Mp3 };
-int convertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before = {});
+int ConvertFile(const std::string& source, const std::string& destination, WrapAs form, const BeforeStep& before = {});
 
 }  // namespace vbmp3
