@@ -58,51 +58,51 @@ bool IsThreeBytes(std::string_view text) {
     return text.size() >= 3 && (static_cast<unsigned char>(text[0]) & 0xF0) == 0xE0;
 }
 
+// The character of three bytes at the front of `rest`; gives the bytes that are used up, six where a half-width kana
+// takes the mark behind it.
+std::size_t AppendThreeByteKey(std::string& key, std::string_view rest) {
+    char32_t c = ThreeByteCharacter(rest);
+    if (c >= 0xFF01 && c <= 0xFF5E) {
+        key += kAsciiKeys[c - 0xFF01 + 0x21];
+        return 3;
+    }
+    if (c == 0x3000) {
+        key += kAsciiKeys[' '];
+        return 3;
+    }
+    bool takesNext = false;
+    if (c >= 0xFF66 && c <= 0xFF9D) {
+        const std::string_view behind = rest.substr(3);
+        c = Katakana(c, IsThreeBytes(behind) ? ThreeByteCharacter(behind) : 0, takesNext);
+    } else if (c >= 0x3041 && c <= 0x3096) {
+        c += 0x60;  // hiragana
+    } else {
+        c = FoldCase(c);
+    }
+    AppendThreeBytes(key, c);
+    return takesNext ? 6 : 3;
+}
+
 }  // namespace
 
 void AppendSortKey(std::string& key, std::string_view utf8) {
-    std::size_t i = 0;
-    while (i < utf8.size()) {
-        const auto lead = static_cast<unsigned char>(utf8[i]);
+    for (std::string_view rest = utf8; !rest.empty();) {
+        const auto lead = static_cast<unsigned char>(rest[0]);
+        std::size_t used = 1;
         if (lead < 0x80) {
             key += kAsciiKeys[lead];
-            ++i;
-            continue;
-        }
-        const std::string_view rest = utf8.substr(i);
-        if (IsThreeBytes(rest)) {
-            char32_t c = ThreeByteCharacter(rest);
-            i += 3;
-            if (c >= 0xFF01 && c <= 0xFF5E) {
-                key += kAsciiKeys[c - 0xFF01 + 0x21];
-                continue;
-            }
-            if (c == 0x3000) {
-                key += kAsciiKeys[' '];
-                continue;
-            }
-            if (c >= 0xFF66 && c <= 0xFF9D) {
-                bool takesNext = false;
-                const std::string_view behind = utf8.substr(i);
-                c = Katakana(c, IsThreeBytes(behind) ? ThreeByteCharacter(behind) : 0, takesNext);
-                if (takesNext) i += 3;
-            } else if (c >= 0x3041 && c <= 0x3096) {
-                c += 0x60;  // hiragana
-            } else {
-                c = FoldCase(c);
-            }
-            AppendThreeBytes(key, c);
-            continue;
-        }
-        if (rest.size() >= 2 && lead >= 0xC2 && lead < 0xE0) {
+        } else if (IsThreeBytes(rest)) {
+            used = AppendThreeByteKey(key, rest);
+        } else if (rest.size() >= 2 && lead >= 0xC2 && lead < 0xE0) {
             const char32_t c =
                 FoldCase((static_cast<char32_t>(lead) & 0x1F) << 6 | (static_cast<unsigned char>(rest[1]) & 0x3F));
             key += static_cast<char>(0xC0 | c >> 6);
             key += static_cast<char>(0x80 | (c & 0x3F));
-            i += 2;
-            continue;
+            used = 2;
+        } else {
+            key += rest[0];
         }
-        key += utf8[i++];
+        rest.remove_prefix(used);
     }
 }
 

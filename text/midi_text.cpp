@@ -60,7 +60,8 @@ class TrackReader {
 
 std::string Cleaned(std::string_view text) {
     std::string decoded = DecodeLegacyField(text.substr(0, text.find('\0')));
-    std::ranges::replace_if(decoded, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+    std::ranges::replace_if(
+        decoded, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
     return TrimAtNull(decoded);
 }
 
@@ -75,12 +76,7 @@ TrackTexts ReadTrack(std::string_view track) {
     int runningStatus = 0;
     while (!reader.atEnd() && texts.name.empty()) {
         reader.variableLength();  // time since the event before
-        int status = reader.peek();
-        if (status >= 0x80) {
-            reader.byte();
-        } else {
-            status = runningStatus;
-        }
+        const int status = reader.peek() >= 0x80 ? reader.byte() : runningStatus;
         if (status == 0xFF) {
             const int type = reader.byte();
             const std::string_view content = reader.take(reader.variableLength());

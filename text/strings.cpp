@@ -1,5 +1,6 @@
 #include "text/strings.h"
 
+#include <iterator>
 namespace quenlox {
 namespace {
 
@@ -37,6 +38,29 @@ void AppendUtf8(std::string& to, char32_t c) {
     }
 }
 
+// Capitals whose small letters stand at one distance.
+struct CaseRun {
+    char32_t first, last;
+    char32_t distance;  // modulo 2^32
+};
+constexpr CaseRun kCaseRuns[] = {
+    {0xC0, 0xD6, 32},     {0xD8, 0xDE, 32},   {0x178, 0x178, 0xFFu - 0x178u},
+    {0x386, 0x386, 38},   {0x388, 0x38A, 37}, {0x38C, 0x38C, 64},
+    {0x38E, 0x38F, 63},   {0x391, 0x3A1, 32}, {0x3A3, 0x3A9, 32},
+    {0x400, 0x40F, 80},   {0x410, 0x42F, 32}, {0x2160, 0x216F, 16},  // Roman numerals
+    {0x24B6, 0x24CF, 26},                                            // circled letters
+    {0xFF21, 0xFF3A, 32},                                            // full-width
+};
+// What lies between is most of Japanese and has no case.
+constexpr std::size_t kLastBeforeKana = std::size(kCaseRuns) - 2;
+
+// Capitals stand on even places, but on odd ones in two runs.
+char32_t FoldLatinExtended(char32_t c) {
+    if (c == 0x130 || c == 0x131 || c == 0x138 || c == 0x149 || c == 0x17F) return c;
+    const bool capitalIsOdd = (c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E);
+    return (c % 2 == 1) == capitalIsOdd ? c + 1 : c;
+}
+
 }  // namespace
 
 std::string_view TrimBlanks(std::string_view text) {
@@ -49,24 +73,11 @@ std::string TrimAtNull(std::string_view text) { return std::string(TrimBlanks(te
 
 char32_t FoldCase(char32_t c) {
     if (c < 0x80) return c >= 'A' && c <= 'Z' ? c + 32 : c;
-    if (c >= 0xC0 && c <= 0xDE) return c == 0xD7 ? c : c + 32;
-    if (c >= 0x100 && c <= 0x17F) {
-        if (c == 0x130 || c == 0x131 || c == 0x138 || c == 0x149 || c == 0x17F) return c;
-        if (c == 0x178) return 0xFF;
-        // Capitals stand on even places, but on odd ones in two runs.
-        const bool capitalIsOdd = (c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E);
-        return (c % 2 == 1) == capitalIsOdd ? c + 1 : c;
+    if (c > kCaseRuns[kLastBeforeKana].last && c < kCaseRuns[kLastBeforeKana + 1].first) return c;
+    if (c >= 0x100 && c <= 0x17F && c != 0x178) return FoldLatinExtended(c);
+    for (const CaseRun& run : kCaseRuns) {
+        if (c >= run.first && c <= run.last) return c + run.distance;
     }
-    if (c >= 0x391 && c <= 0x3A9) return c == 0x3A2 ? c : c + 32;
-    if (c == 0x386) return 0x3AC;
-    if (c >= 0x388 && c <= 0x38A) return c + 37;
-    if (c == 0x38C) return 0x3CC;
-    if (c == 0x38E || c == 0x38F) return c + 63;
-    if (c >= 0x400 && c <= 0x40F) return c + 80;
-    if (c >= 0x410 && c <= 0x42F) return c + 32;
-    if (c >= 0x2160 && c <= 0x216F) return c + 16;  // Roman numerals
-    if (c >= 0x24B6 && c <= 0x24CF) return c + 26;  // circled letters
-    if (c >= 0xFF21 && c <= 0xFF3A) return c + 32;  // full-width
     return c;
 }
 

@@ -114,9 +114,7 @@ Error EncodePart(const Settings& settings, int channels, const Part& part, const
     append(rest);
     if (!result.assign(std::move(bytes), part.first) || result.end() != part.first + part.frames + part.overlap())
         return Error::Encoder;
-    for (; done < part.lead() + part.frames; ++done) {
-        if (!frameDone()) break;
-    }
+    while (done < part.lead() + part.frames && frameDone()) ++done;
     return Error::None;
 }
 

@@ -25,49 +25,46 @@ int64_t FractionMs(Number fraction) {
     return ms;
 }
 
+// Two to four numbers, what stands behind each, and the bytes of all.
+struct Parts {
+    Number numbers[4];
+    char behind[4] = {};
+    int count = 0;
+    size_t length = 0;
+};
+
+std::optional<Parts> SplitStamp(std::string_view text, char close) {
+    Parts parts;
+    size_t at = 1;
+    while (parts.count < 4) {
+        const Number number = ReadNumber(text.substr(at));
+        at += number.digits;
+        if (number.digits == 0 || at >= text.size()) return std::nullopt;
+        const char next = text[at++];
+        parts.numbers[parts.count] = number;
+        parts.behind[parts.count++] = next;
+        parts.length = at;
+        if (next == close) return parts;
+        if (next != ':' && next != '.') return std::nullopt;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<Stamp> ReadStamp(std::string_view text, char open) {
-    const char close = open == '[' ? ']' : '>';
     if (text.empty() || text[0] != open) return std::nullopt;
-    Number parts[3];
-    char separators[3] = {};
-    size_t at = 1;
-    int count = 0;
-    while (count < 3) {
-        parts[count] = ReadNumber(text.substr(at));
-        if (parts[count].digits == 0) return std::nullopt;
-        at += parts[count].digits;
-        if (at >= text.size()) return std::nullopt;
-        const char next = text[at++];
-        separators[count++] = next;
-        if (next == close) break;
-        if (next != ':' && next != '.') return std::nullopt;
-    }
+    const auto parts = SplitStamp(text, open == '[' ? ']' : '>');
+    if (!parts || parts->count < 2 || parts->behind[0] != ':') return std::nullopt;
     // Four parts: hours, with a fraction behind the point.
-    Number fraction;
-    if (count == 3 && separators[2] == '.') {
-        fraction = ReadNumber(text.substr(at));
-        at += fraction.digits;
-        if (fraction.digits == 0 || at >= text.size() || text[at++] != close || separators[1] != ':')
-            return std::nullopt;
-    } else if (separators[count - 1] != close) {
-        return std::nullopt;
-    }
-    if (count < 2 || separators[0] != ':') return std::nullopt;
-
-    int64_t hours = 0, minutes = parts[0].value, seconds = parts[1].value;
-    if (fraction.digits > 0) {
-        hours = parts[0].value;
-        minutes = parts[1].value;
-        seconds = parts[2].value;
-        if (hours > 99 || minutes > 59) return std::nullopt;
-    } else if (count == 3) {
-        if (parts[2].digits > 3) return std::nullopt;
-        fraction = parts[2];
-    }
+    const bool withHours = parts->count == 4;
+    if (withHours && (parts->behind[1] != ':' || parts->behind[2] != '.')) return std::nullopt;
+    const Number* const clock = parts->numbers + (withHours ? 1 : 0);
+    const int64_t hours = withHours ? parts->numbers[0].value : 0, minutes = clock[0].value, seconds = clock[1].value;
+    const Number fraction = parts->count > 2 ? clock[2] : Number{};
+    if (withHours && (hours > 99 || minutes > 59)) return std::nullopt;
     if (fraction.digits > 3 || seconds > 59 || minutes > 99 * 60) return std::nullopt;
-    return Stamp{((hours * 60 + minutes) * 60 + seconds) * 1000 + FractionMs(fraction), at};
+    return Stamp{((hours * 60 + minutes) * 60 + seconds) * 1000 + FractionMs(fraction), parts->length};
 }
 
 }  // namespace vbmp3

@@ -75,6 +75,20 @@ std::array<uint8_t, kId3v1Size> MakeId3v1(const TagFields& fields) {
     return block;
 }
 
+// What Shift-JIS can say of a text that no encoding holds, up to `limit` bytes.
+static std::string EncodeWhatFits(std::string_view utf8, size_t limit) {
+    std::string kept;
+    for (std::string_view rest = utf8; !rest.empty();) {
+        size_t length = 1;
+        while (length < rest.size() && (static_cast<uint8_t>(rest[length]) & 0xC0) == 0x80) ++length;
+        const auto bytes = quenlox::Utf8ToShiftJis(rest.substr(0, length));
+        if (bytes && kept.size() + bytes->size() > limit) break;
+        if (bytes) kept += *bytes;
+        rest.remove_prefix(length);
+    }
+    return kept;
+}
+
 std::string EncodeLegacyField(std::string_view utf8, size_t limit, bool* lossless) {
     // Cuts before encoding, a character at a time, so that the cut text is what must be read back.
     const auto cutTo = [&](auto encode) -> std::optional<std::string> {
@@ -99,17 +113,8 @@ std::string EncodeLegacyField(std::string_view utf8, size_t limit, bool* lossles
     if (auto bytes = cutTo(Utf8ToLatin1)) return *bytes;
     if (auto bytes = cutTo([](std::string_view text) { return std::optional(std::string(text)); })) return *bytes;
 
-    std::string kept;
-    for (std::string_view rest = utf8; !rest.empty();) {
-        size_t length = 1;
-        while (length < rest.size() && (static_cast<uint8_t>(rest[length]) & 0xC0) == 0x80) ++length;
-        const auto bytes = quenlox::Utf8ToShiftJis(rest.substr(0, length));
-        if (bytes && kept.size() + bytes->size() > limit) break;
-        if (bytes) kept += *bytes;
-        rest.remove_prefix(length);
-    }
     if (lossless != nullptr) *lossless = false;
-    return kept;
+    return EncodeWhatFits(utf8, limit);
 }
 
 }  // namespace vbmp3

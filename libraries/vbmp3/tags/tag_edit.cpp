@@ -234,10 +234,10 @@ std::optional<Recipe> PlanWrite(HeadTailReader& reader, const FileLayout& layout
         if (!v1 && IsEmpty(fields)) tags.id3v1 = Bytes{};
     }
     if (layout.container == Container::None) return AssemblePlain(reader, layout, tags);
+    const Bytes oldBlock = BytesOf(reader, iid3 ? layout.id3v1() : ByteRange{});
     if (si || v1) {
         const TagFields shown = shownOf(kTagSi);
-        const Bytes id3v1 = tags.id3v1 ? *tags.id3v1 : BytesOf(reader, iid3 ? layout.id3v1() : ByteRange{});
-        tags.info = MakeRiffInfo(reader, layout, si ? fields : shown, &shown, id3v1);
+        tags.info = MakeRiffInfo(reader, layout, si ? fields : shown, &shown, tags.id3v1.value_or(oldBlock));
         if (!tags.info) return std::nullopt;
     }
     return AssembleRiff(reader, layout, tags);
