@@ -383,18 +383,19 @@ void NativeListView::contextMenu(POINT screen) {
     view_.onMouseDown(2, ShiftState(), {static_cast<int>(at.x), static_cast<int>(at.y)});
 }
 
+std::optional<LRESULT> NativeListView::headerMenu(HWND asked, POINT at) {
+    if (asked != ListView_GetHeader(window()) || !view_.onHeaderMenu) return {};
+    ScreenToClient(window(), &at);
+    view_.onHeaderMenu({static_cast<int>(at.x), static_cast<int>(at.y)});
+    return 0;
+}
+
 std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM l) {
     if (drag_.active()) {
         if (const auto result = drag_.intercept(message, w, l)) return result;
     }
     switch (message) {
-        case WM_CONTEXTMENU: {
-            if (reinterpret_cast<HWND>(w) != ListView_GetHeader(window()) || !view_.onHeaderMenu) return {};
-            POINT at{GET_X_LPARAM(l), GET_Y_LPARAM(l)};
-            ScreenToClient(window(), &at);
-            view_.onHeaderMenu({static_cast<int>(at.x), static_cast<int>(at.y)});
-            return 0;
-        }
+        case WM_CONTEXTMENU: return headerMenu(reinterpret_cast<HWND>(w), {GET_X_LPARAM(l), GET_Y_LPARAM(l)});
         case WM_DROPFILES: {
             const std::vector<std::string> files = DroppedFiles(reinterpret_cast<HDROP>(w), nullptr);
             if (view_.onFilesDropped) view_.onFilesDropped(files);

@@ -37,6 +37,7 @@ class NativeListView : public NativeControl {
     void redrawRows();
     bool selectsMany(UINT message, WPARAM w) const;
     LRESULT withoutDrawing(UINT message, WPARAM w, LPARAM l);
+    std::optional<LRESULT> headerMenu(HWND asked, POINT at);  // nothing where none was asked for over the headings
     void takeItemChange(const NMLISTVIEW& change);
     void takeRange(const NMLVODSTATECHANGE& change);
     void takeColumnWidth(const NMHEADERW& change);
