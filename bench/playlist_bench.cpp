@@ -3,11 +3,11 @@
 
 #include <string>
 
-#include "state/global_state.h"
 #include "platform/random.h"
 #include "playlist/playlists.h"
-#include "tests/fakes/fake_file_system.h"
+#include "state/global_state.h"
 #include "state/options.h"
+#include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_vbmp3.h"
 
 namespace quenlox {
@@ -130,6 +130,22 @@ void RemoveHalfOfTheRows(benchmark::State& run) {
     }
 }
 BENCHMARK(RemoveHalfOfTheRows)->Unit(benchmark::kMillisecond);
+
+// The removal and its taking back.
+void TakeBackARemoval(benchmark::State& run) {
+    Bench bench(true);
+    Playlists::Selection selection(kRows);
+    for (std::size_t row = 0; row < selection.size(); row += 2) selection[row] = true;
+    bench.lists.beginStep("");
+    bench.lists.removeSelected(0, selection);
+    for (auto _ : run) {
+        bench.lists.undo();
+        run.PauseTiming();
+        bench.lists.redo();
+        run.ResumeTiming();
+    }
+}
+BENCHMARK(TakeBackARemoval)->Unit(benchmark::kMillisecond);
 
 // The work without the library's part: what the idle slices themselves cost, and what a row holds afterwards.
 void TextsInIdleSlices(benchmark::State& run) {

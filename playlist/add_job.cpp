@@ -54,6 +54,7 @@ bool AddJob::step(std::chrono::microseconds budget) {
     const int rowsBefore = rows();
     {
         const Playlists::Batch batch(lists_);
+        lists_.goOnWith("追加");
         while (!items_.empty() && !perform(items_.front(), timeLeft)) {
             items_.pop_front();
             ++done_;

@@ -37,14 +37,14 @@ class AddJob {
     // Adds until the time is used up, at least something. True while there is more to do; when there is not, the random
     // orders of the lists that it touched are new. ListDirty is set by the first row, and at the end in any case.
     bool step(std::chrono::microseconds budget);
-    void cancel();  // what has been added stays
+    void cancel();                        // what has been added stays
     std::optional<int> permille() const;  // nothing for a folder whose size nobody knows
 
   private:
     enum class Kind { Path, File, M3U };
     struct Item {
         Kind kind;
-        std::string path;    // M3U: the folder with its "\"
+        std::string path;  // M3U: the folder with its "\"
         std::string name;
         int list;
     };

@@ -63,6 +63,11 @@ void EntryRows::append(std::string_view path) {
     setPath(count() - 1, path);
 }
 
+void EntryRows::append(const EntryRows& from, int row) {
+    append(from.path(row));
+    if (from.known(row)) setTexts(count() - 1, from.texts(row));
+}
+
 void EntryRows::setPath(int row, std::string_view path) {
     Row& changed = at(row);
     if (changed.path) live_ -= PathSize(changed.path);

@@ -29,11 +29,12 @@ class EntryRows {
     int unknownCount() const { return unknown_; }  // rows whose texts nobody has read
     std::string_view path(int row) const;
     bool known(int row) const { return at(row).texts != nullptr; }
-    EntryTexts texts(int row) const;  // of a known row
+    EntryTexts texts(int row) const;                                 // of a known row
     std::int32_t seconds(int row) const { return at(row).seconds; }  // kNoLength while it is not known
 
     void reserve(int count) { rows_.reserve(static_cast<std::size_t>(count)); }
     void append(std::string_view path);
+    void append(const EntryRows& from, int row);  // with what is known of it
     void setPath(int row, std::string_view path);
     void setTexts(int row, const EntryTexts& texts);  // each text is cut at 65535 bytes
     void forgetTexts();

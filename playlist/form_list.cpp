@@ -233,8 +233,11 @@ void FormList::TabList_Click() {
 
 void FormList::open(const Transport::Track& track, int intent, Transport::Start start) {
     if (track.path.empty() || !onOpen) return;
-    if (onOpen(track, intent, start) != OpenResult::Busy) return;
-    LabelStatus.setCaption(kBusyText);
+    if (onOpen(track, intent, start) == OpenResult::Busy) showNote(kBusyText);
+}
+
+void FormList::showNote(const std::string& note) {
+    LabelStatus.setCaption(note);
     noteUntil_ = Clock::now() + kNoteTime;
     statusStale_ = true;
     updateTimer();
@@ -267,6 +270,8 @@ void FormList::Form_KeyDown(int key, int shift) {
         }
     }
     if (shift == 0 && key == kKeyF5) File1.refresh();
+    if (shift == kControl && key == 'Z') menuUndo_Click();
+    if ((shift == kControl && key == 'Y') || (shift == (kControl | kShift) && key == 'Z')) menuRedo_Click();
 }
 
 void FormList::PlayView_MouseDown(int button, Point at) {
@@ -279,16 +284,19 @@ void FormList::PlayView_MouseDown(int button, Point at) {
 
 void FormList::PlayView_RowsDragged(int before) {
     state_.Actions.note("list move", view().selectedCount());
-    edit([&](int list, Playlists::Selection& selection) { lists_.moveBefore(list, before, selection); });
+    edit("移動", [&](int list, Playlists::Selection& selection) { lists_.moveBefore(list, before, selection); });
 }
 
 // The rows change places, and the selection goes with them.
-void FormList::edit(const std::function<void(int list, Playlists::Selection& selection)>& change) {
+void FormList::edit(std::string_view step,
+                    const std::function<void(int list, Playlists::Selection& selection)>& change) {
     Playlists::Selection selection = view().selection();
+    lists_.beginStep(step);
     change(state_.ListNo, selection);
     view().setSelection(std::move(selection));
     view().markSorted(-1, 0);
     trackChanged();
+    updateMenus();
 }
 
 void FormList::Form_Shown() {
@@ -364,6 +372,7 @@ void FormList::showBusy() {
     Progress.setVisible(busy());
     cmdCancel.setVisible(busy());
     if (!busy()) showStatus();
+    updateMenus();
     relayout();
 }
 

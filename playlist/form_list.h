@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "forms/control_array.h"
@@ -31,7 +32,7 @@ class FormList : public Form {
     static constexpr int kViews = Playlists::kPersistedLists;
     static constexpr int kColumns = kEntryColumns;
     static constexpr int kTimeColumn = EntryColumn::kTimeColumn;
-    using ColumnWidths = std::array<int, kColumns>;                             // pixels at 96 dots per inch
+    using ColumnWidths = std::array<int, kColumns>;  // pixels at 96 dots per inch
     static constexpr ColumnWidths kStartWidths{162, 113, 162, 40, 300};
     static constexpr ColumnWidths kSingleColumn{9000, 0, 0, 0, 0};
     static constexpr int kLargestWidth = 9000;
@@ -51,23 +52,23 @@ class FormList : public Form {
     ControlArray<ListView> PlayView = makePlayViews();
     DriveListBox Drive1{*this, "Drive1"};
     DirListBox Dir1{*this, "Dir1"};
-    ComboBox Combo1{*this, "Combo1"};                 // which files File1 shows
+    ComboBox Combo1{*this, "Combo1"};  // which files File1 shows
     FileListBox File1{*this, "File1"};
     FileListBox File2{*this, "File2"};  // never shown: the files of File1 that are played as the folder list
     Label LabelStatus{*this, "LabelStatus"};
     ProgressBar Progress{*this, "Progress"};
     CommandButton cmdCancel{*this, "cmdCancel"};
-    Timer Timer1{*this, "Timer1", kIdleInterval};     // reads texts and does long work in slices
-    Menu menuSort{"menuSort", {}};                    // title, artist, time, folder, file name, random
+    Timer Timer1{*this, "Timer1", kIdleInterval};  // reads texts and does long work in slices
+    Menu menuSort{"menuSort", {}};                 // title, artist, time, folder, file name, random
 
     // Columns. Whether rows have the five columns or a single one is a mode, told by ListType and the options; the
     // widths are the user's own and outlive a time with the single column.
     bool columnsShown() const;
-    bool timeColumnShown() const;                 // among the columns
-    void showColumns();                           // ListType may have changed
-    void setColumnWidth(int column, int width);   // brought into 0 to kLargestWidth; seen in the mode with columns
-    int columnWidth(int column);                  // as the user has it in the current list
-    ColumnWidths columnWidths(int view) const;    // on the screen
+    bool timeColumnShown() const;                // among the columns
+    void showColumns();                          // ListType may have changed
+    void setColumnWidth(int column, int width);  // brought into 0 to kLargestWidth; seen in the mode with columns
+    int columnWidth(int column);                 // as the user has it in the current list
+    ColumnWidths columnWidths(int view) const;   // on the screen
     // Which of the sorts make sense: without tag information a row is its file name, with it the folder is no column.
     void showSortItems(bool tagInformation);
     // Points the browser at a folder that exists.
@@ -102,17 +103,19 @@ class FormList : public Form {
     // Menu commands.
     void menuClear_Click();
     void menuDelete_Click();
-    void menuSort_Click(int index);   // 0 to 4 by text, above that at random
+    void menuSort_Click(int index);  // 0 to 4 by text, above that at random
     void menuSave_Click();
     void menuLoad1_Click();
     void menuLoad2_Click();
-    void menuAdd1_Click(int list);    // every file of the browser
-    void menuAdd2_Click(int list);    // the selected ones
-    void menuUpDn_Click(int index);   // 0 up, 1 down
-    void addFiles();                  // chosen in a dialog
+    void menuAdd1_Click(int list);   // every file of the browser
+    void menuAdd2_Click(int list);   // the selected ones
+    void menuUpDn_Click(int index);  // 0 up, 1 down
+    void addFiles();                 // chosen in a dialog
     void addFolder();
     void importM3U();
-    void menuCd_Click();              // the tracks of the audio CD, on the tab of the folder
+    void menuUndo_Click();  // takes the last step back, in whichever list it was
+    void menuRedo_Click();
+    void menuCd_Click();  // the tracks of the audio CD, on the tab of the folder
 
     bool menuDeleteEnabled() const { return hasRows_; }  // also those of menuUpDn and menuLoad1
 
@@ -139,7 +142,7 @@ class FormList : public Form {
     struct FolderReading {
         std::unique_ptr<FolderReader> names;
         std::vector<std::string> folders;
-        std::vector<std::string> files;   // those that File1 can show
+        std::vector<std::string> files;  // those that File1 can show
     };
 
     ListView& view() const { return PlayView[state_.ListNo]; }
@@ -154,7 +157,8 @@ class FormList : public Form {
     std::string textOf(int list, int row, int column);
     bool isCurrent(int list, int row) const;
     void open(const Transport::Track& track, int intent, Transport::Start start);
-    void edit(const std::function<void(int list, Playlists::Selection& selection)>& change);
+    void edit(std::string_view step, const std::function<void(int list, Playlists::Selection& selection)>& change);
+    void showNote(const std::string& note);  // in the status line, for some seconds
     void showBusy();
     void showStatus();
     void updateTimer();
@@ -172,6 +176,8 @@ class FormList : public Form {
     void requestSort(const SortJob& sort);
     void finishSort();
     void addFromBrowser(int list, bool all);
+    bool mayTurnBack(std::string_view step) const;
+    void showRestored(const Playlists::Restored& restored, const std::string& note);
 
     // form_list_menus.cpp
     void makeMenus();
@@ -179,6 +185,7 @@ class FormList : public Form {
     std::vector<MenuItem> listItems();
     std::vector<MenuItem> browserItems();
     std::vector<MenuItem> sortItems();
+    std::vector<MenuItem> editItems();
 
     // form_list_browser.cpp
     void makeBrowser();
@@ -201,17 +208,17 @@ class FormList : public Form {
     std::optional<FolderReading> reading_;
     std::vector<std::string> folderFiles_;  // of the folder that is shown, those that File1 can show
     std::array<int, kViews> markedRow_{-1, -1, -1};
-    ColumnWidths widths_ = kStartWidths;   // the user's; those of columns on the screen may have been dragged since
+    ColumnWidths widths_ = kStartWidths;  // the user's; those of columns on the screen may have been dragged since
     bool columnsOnScreen_ = false, timeOnScreen_ = false;
     bool settingWidths_ = false;
     Menu menuBar_{"menuBar", {}};
-    std::string menuLook_;               // what the menu bar was made for
+    std::string menuLook_;  // what the menu bar was made for
     bool hasRows_ = false;
     bool browserShown_ = true;
-    bool browserStale_ = true;           // read when the window is shown
+    bool browserStale_ = true;  // read when the window is shown
     bool wasBusy_ = false;
-    bool statusStale_ = false;           // texts have been read since the status line was written
-    Clock::time_point noteUntil_{};      // the status line says something else until then
+    bool statusStale_ = false;       // texts have been read since the status line was written
+    Clock::time_point noteUntil_{};  // the status line says something else until then
     int ticks_ = 0;
     std::chrono::microseconds readWhilePainting_{0};  // since the last tick
     std::map<std::string, std::string> lastFolders_;  // of each drive

@@ -23,6 +23,7 @@ constexpr const char* kM3UFilterName = "M3Uﾌｧｲﾙ";
 
 void FormList::startAdding() {
     state_.Actions.note("list add to", state_.ListNo);
+    lists_.beginStep("追加");
     // What is added is not sorted in.
     for (int list = 0; list < kViews; ++list) {
         if (adding_.touches(list)) PlayView[list].markSorted(-1, 0);
@@ -101,7 +102,7 @@ void FormList::PlayView_ColumnClick(int column) {
 void FormList::menuSort_Click(int index) {
     if (folderShown()) return;
     if (index > 4) {
-        edit([&](int list, Playlists::Selection& selection) { lists_.randomize(list, selection); });
+        edit("並替", [&](int list, Playlists::Selection& selection) { lists_.randomize(list, selection); });
         return;
     }
     // In file-name mode only the last two items are there, and stand for the first two columns.
@@ -123,17 +124,19 @@ void FormList::finishSort() {
     const SortJob sort = *sorting_;
     sorting_.reset();
     Playlists::Selection selection = PlayView[sort.list].selection();
+    lists_.beginStep("並替");
     lists_.sort(sort.list, sort.column, sort.descending, selection);
     PlayView[sort.list].setSelection(std::move(selection));
     PlayView[sort.list].markSorted(sort.column, sort.descending ? -1 : 1);
     if (sort.setsDirty) lists_.markChanged();
     trackChanged();
+    updateMenus();
 }
 
 void FormList::menuUpDn_Click(int index) {
     if (folderShown() || !hasRows_) return;
     state_.Actions.note(index == 0 ? "list up" : "list down");
-    edit([&](int list, Playlists::Selection& selection) {
+    edit("移動", [&](int list, Playlists::Selection& selection) {
         if (index == 0) {
             lists_.moveUp(list, selection);
         } else {
@@ -152,6 +155,7 @@ void FormList::menuUpDn_Click(int index) {
 void FormList::menuDelete_Click() {
     if (folderShown()) return;
     state_.Actions.note("list delete", view().selectedCount());
+    lists_.beginStep("削除");
     lists_.removeSelected(state_.ListNo, view().selection());
     updateMenus();
     showStatus();
@@ -160,10 +164,44 @@ void FormList::menuDelete_Click() {
 void FormList::menuClear_Click() {
     if (folderShown()) return;
     state_.Actions.note("list clear", lists_.count(state_.ListNo));
+    lists_.beginStep("初期化");
     lists_.clear(state_.ListNo);
     view().markSorted(-1, 0);
     updateMenus();
     showStatus();
+}
+
+// Taking back.
+
+bool FormList::mayTurnBack(std::string_view step) const { return !step.empty() && !busy(); }
+
+void FormList::menuUndo_Click() {
+    if (!mayTurnBack(lists_.undoName())) return;
+    const std::string note = "「" + std::string(lists_.undoName()) + "」を元に戻しました";
+    showRestored(lists_.undo(), note);
+}
+
+void FormList::menuRedo_Click() {
+    if (!mayTurnBack(lists_.redoName())) return;
+    const std::string note = "「" + std::string(lists_.redoName()) + "」をやり直しました";
+    showRestored(lists_.redo(), note);
+}
+
+void FormList::showRestored(const Playlists::Restored& restored, const std::string& note) {
+    state_.Actions.note("list taken back", restored.list);
+    TabList.setValue(restored.list);
+    TabList_Click();
+    view().markSorted(-1, 0);
+    const auto first = std::find(restored.rows.begin(), restored.rows.end(), true);
+    view().setSelection(restored.rows);
+    trackChanged();
+    if (first != restored.rows.end()) {
+        const int row = static_cast<int>(first - restored.rows.begin());
+        view().setFocusedRow(row);
+        view().ensureVisible(row);
+    }
+    updateMenus();
+    showNote(note);
 }
 
 // Writing.

@@ -76,6 +76,22 @@ std::vector<MenuItem> FormList::sortItems() {
     return items;
 }
 
+std::vector<MenuItem> FormList::editItems() {
+    const auto named = [](std::string caption, std::string_view step, const char* key) {
+        if (!step.empty()) caption.append(": ").append(step);
+        return caption + "\t" + key;
+    };
+    return {MenuCommand(
+                named("元に戻す(&U)", lists_.undoName(), "Ctrl+Z"), [this] { menuUndo_Click(); },
+                mayTurnBack(lists_.undoName())),
+            MenuCommand(
+                named("やり直し(&R)", lists_.redoName(), "Ctrl+Y"), [this] { menuRedo_Click(); },
+                mayTurnBack(lists_.redoName())),
+            MenuSeparator(),
+            MenuCommand(
+                "すべて選択(&A)\tCtrl+A", [this] { view().selectAll(true); }, hasRows_)};
+}
+
 std::vector<MenuItem> FormList::listItems() {
     return {MenuCommand(
                 "読込", [this] { menuLoad1_Click(); }, hasRows_),
@@ -114,6 +130,8 @@ void FormList::updateMenus() {
     for (const MenuItem& item : menuSort.items) look += item.visible ? 'v' : '-';
     std::vector<MenuItem> columns = columnItems();
     for (const MenuItem& item : columns) look += item.checked ? 'c' : item.enabled ? 'e' : '-';
+    std::vector<MenuItem> edits = editItems();
+    for (const MenuItem& item : edits) look += item.caption + (item.enabled ? 'e' : '-');
     if (look == menuLook_) return;
     menuLook_ = std::move(look);
 
@@ -122,16 +140,14 @@ void FormList::updateMenus() {
                                    MenuCommand("フォルダを追加(&D)...", [this] { addFolder(); }),
                                    MenuCommand("M3Uファイルを読み込む(&M)...", [this] { importM3U(); })});
     list.push_back(MenuSeparator());
-    list.push_back(MenuCommand(
-        "すべて選択(&A)\tCtrl+A", [this] { view().selectAll(true); }, hasRows_));
     list.push_back(SubMenu("表示する項目(&V)", std::move(columns)));
     list.push_back(MenuCommand("閉じる(&X)", [this] { unload(); }));
     std::vector<MenuItem> browser = browserItems();
     browser.push_back(MenuSeparator());
     browser.push_back(MenuCommand("音楽CDの曲を表示(&C)", [this] { menuCd_Click(); }));
     browser.push_back(MenuCommand("最新の情報に更新(&R)\tF5", [this] { File1.refresh(); }));
-    menuBar_.items = {SubMenu("リスト(&L)", std::move(list)), SubMenu("並替(&S)", sortItems()),
-                      SubMenu("フォルダ(&B)", std::move(browser))};
+    menuBar_.items = {SubMenu("リスト(&L)", std::move(list)), SubMenu("編集(&E)", std::move(edits)),
+                      SubMenu("並替(&S)", sortItems()), SubMenu("フォルダ(&B)", std::move(browser))};
     formChanged(FormProperty::Menu);
 }
 

@@ -9,10 +9,10 @@ enum EntryColumn : int { kTitleColumn, kNameColumn, kAlbumColumn, kTimeColumn, k
 
 struct PlaylistEntry {
     std::string Title;
-    std::string Name;   // artist
+    std::string Name;  // artist
     std::string Album;
-    std::string Time;   // minutes ":" two-digit seconds
-    std::string File;   // full path, the identity of the row
+    std::string Time;  // minutes ":" two-digit seconds
+    std::string File;  // full path, the identity of the row
     bool operator==(const PlaylistEntry&) const = default;
 };
 

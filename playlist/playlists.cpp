@@ -147,6 +147,7 @@ bool Playlists::fillSome(int list, std::chrono::microseconds budget) {
 }
 
 void Playlists::forgetTexts() {
+    history_.forgetTexts();
     for (int list = 0; list < kPersistedLists; ++list) {
         rows(list).forgetTexts();
         fillFrom_[static_cast<std::size_t>(list)] = 0;
@@ -177,10 +178,18 @@ void Playlists::reportAdded(int list, int countBefore) {
     if (persisted(list) && rows(list).count() > countBefore) report(list, countBefore, rows(list).count() - 1, true);
 }
 
+void Playlists::keepAdded(int list, int countBefore) {
+    if (!persisted(list) || rows(list).count() == countBefore) return;
+    ListChange came{list, ListChange::Kind::Came, {}, {}};
+    for (int row = countBefore; row < rows(list).count(); ++row) came.places.push_back(row);
+    history_.keep(std::move(came));
+    reportAdded(list, countBefore);
+}
+
 bool Playlists::AddEntry(const std::string& path, int list) {
     const int before = count(list);
     const bool added = append(list, path);
-    reportAdded(list, before);
+    keepAdded(list, before);
     return added;
 }
 
@@ -194,7 +203,7 @@ bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName
     const int before = count(list);
     ParseM3U(
         *bytes, folder, [&](std::string_view path) { append(list, path); }, codePage());
-    reportAdded(list, before);
+    keepAdded(list, before);
     return true;
 }
 
@@ -209,7 +218,7 @@ bool Playlists::AddFolder(const std::string& folder, FolderReader& names, int li
         if (more && !isFolder && CharacterCount(name) > 4 && MatchesMediaFilter(name))
             append(list, JoinPath(folder, name));
     } while (more && (++read % kNamesPerQuestion != 0 || !keepGoing || keepGoing()));
-    reportAdded(list, before);
+    keepAdded(list, before);
     return more;
 }
 
@@ -263,6 +272,7 @@ WriteResult Playlists::writeListFile(const std::string& path) {
 void Playlists::markChanged() {
     state_.ListDirty = true;
     ++changes_;
+    history_.mark();
 }
 
 bool Playlists::saveQuietly() {
@@ -279,6 +289,7 @@ bool Playlists::joinUnreadListFile(const std::string& path) {
     if (const std::optional<std::string> bytes = files_.read(path)) {
         std::array<EntryRows, kPersistedLists> added = std::exchange(lists_, {});
         fillFrom_ = {};
+        history_.clear();
         readListFile(*bytes);
         for (std::size_t list = 0; list < added.size(); ++list) {
             const int before = lists_[list].count();

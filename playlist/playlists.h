@@ -14,13 +14,14 @@
 #include <string_view>
 #include <vector>
 
-#include "state/global_state.h"
 #include "platform/file_system.h"
 #include "playback/track_source.h"
 #include "playlist/entry_reader.h"
 #include "playlist/entry_rows.h"
 #include "playlist/list_file.h"
+#include "playlist/list_history.h"
 #include "playlist/playlist_entry.h"
+#include "state/global_state.h"
 
 namespace quenlox {
 
@@ -67,44 +68,44 @@ class Playlists : public TrackSource {
     std::string path(int list, int row) const;
     int trackCount(int list) const override { return count(list); }
     std::string trackPath(int list, int row) const override { return path(list, row); }
-    PlaylistEntry entry(int list, int row);                          // reads the file when its texts are not known
-    std::string text(int list, int row, int column);                 // the same for one column
+    PlaylistEntry entry(int list, int row);           // reads the file when its texts are not known
+    std::string text(int list, int row, int column);  // the same for one column
     bool known(int list, int row) const;
     int unknownCount(int list) const;
-    std::int64_t knownSeconds(int list) const;                       // sum of the lengths that are known
+    std::int64_t knownSeconds(int list) const;  // sum of the lengths that are known
     std::size_t memory(int list) const { return rows(list).memory(); }
 
     // Reads texts that are not known: first those that were asked for with want(), then the current list, then the
     // others. At least one row, then as many as the budget allows. False when nothing is left to read.
     bool fillSome(std::chrono::microseconds budget);
-    bool fillSome(int list, std::chrono::microseconds budget);       // of one list
-    void want(int list, int row) { wanted_.push_back({list, row}); } // a row on the screen
-    void forgetTexts();                                              // they are read anew
-    void forgetTexts(const std::string& path);                       // of the rows of one file
+    bool fillSome(int list, std::chrono::microseconds budget);        // of one list
+    void want(int list, int row) { wanted_.push_back({list, row}); }  // a row on the screen
+    void forgetTexts();                                               // they are read anew
+    void forgetTexts(const std::string& path);                        // of the rows of one file
 
     // Adding. None of these rebuilds the random order; that is done once, behind all that a command adds.
-    bool AddEntry(const std::string& path, int list);                // false for a path that no file can have
+    bool AddEntry(const std::string& path, int list);  // false for a path that no file can have
     bool ImportM3U(const std::string& folder, const std::string& fileName, int list);  // false: could not be read
     // The media files among the names of a folder, not those of the folders in it. `keepGoing` is asked now and then
     // and may interrupt it; true while there are more names.
     bool AddFolder(const std::string& folder, FolderReader& names, int list,
                    const std::function<bool()>& keepGoing = {});
-    bool ExportM3U(int list, const std::string& path);               // to the file of that ExportName
-    static std::string ExportName(const std::string& path);          // with ".m3u" behind it when that is missing
+    bool ExportM3U(int list, const std::string& path);       // to the file of that ExportName
+    static std::string ExportName(const std::string& path);  // with ".m3u" behind it when that is missing
 
     RandomOrder drawOrder(int list) override;
     void BuildShuffleOrder(int list) override;
-    bool RemoveCurrentFileFromLists() override;                      // from lists A and B, never from C
+    bool RemoveCurrentFileFromLists() override;  // from lists A and B, never from C
     // A file could not be played, or could: its rows are grey until it can again.
     void setPlayable(const std::string& path, bool playable) override;
     bool playable(int list, int row) const;
-    void renamePath(const std::string& from, const std::string& to); // in lists A and B, as the tag editor does
+    void renamePath(const std::string& from, const std::string& to);  // in lists A and B, as the tag editor does
 
     // "Quenlox.m3u" in the program folder. A file that is there and cannot be read is never overwritten.
     void LoadListFile();
-    WriteResult SaveListFile();                                      // only when ListDirty
-    std::string listFile() const;                                    // its path
-    WriteResult writeListFile(const std::string& path);              // the same text to another place
+    WriteResult SaveListFile();                          // only when ListDirty
+    std::string listFile() const;                        // its path
+    WriteResult writeListFile(const std::string& path);  // the same text to another place
 
     // Sets ListDirty. Whatever changes a list does so, but for a sort by a click on a column.
     void markChanged();
@@ -119,17 +120,31 @@ class Playlists : public TrackSource {
     void randomize(int list, Selection& selection);
     void moveUp(int list, Selection& selection);
     void moveDown(int list, Selection& selection);
-    void moveBefore(int list, int row, Selection& selection);        // the selected rows as one block
+    void moveBefore(int list, int row, Selection& selection);  // the selected rows as one block
     void removeSelected(int list, Selection selection);
     void clear(int list);
     // The first row at or behind `from`, going round, whose title begins so, by the rules of sorting; -1 none. A row
     // whose texts are not known counts with its file name.
     int findTitle(int list, std::string_view beginning, int from) const;
 
+    // Taking back. What is done between two calls of beginStep is one step, and `name` is what a menu calls it;
+    // goOnWith is for work in slices. A name is empty when there is nothing to take back or to do again.
+    void beginStep(std::string_view name) { history_.begin(name); }
+    void goOnWith(std::string_view name) { history_.goOn(name); }
+    std::string_view undoName() const { return history_.undoName(); }
+    std::string_view redoName() const { return history_.redoName(); }
+    // What a step has changed: the list, and the rows that came back or moved into their old order.
+    struct Restored {
+        int list = 0;
+        Selection rows;
+    };
+    Restored undo() { return turnRound(true); }  // only when there is a name
+    Restored redo() { return turnRound(false); }
+
     // The list of the browser's folder: file names in the order in which the browser shows them.
     void setFolderFiles(const std::string& folder, std::vector<std::string> names);
     const std::string& folder() const { return folder_; }
-    int folderTrack(const std::string& name) const;                  // its place among them, -1 when it is none
+    int folderTrack(const std::string& name) const;  // its place among them, -1 when it is none
     const std::vector<std::string>& folderFiles() const { return folderFiles_; }
 
     GlobalState& state() { return state_; }
@@ -151,11 +166,16 @@ class Playlists : public TrackSource {
     CodePage codePage() const;
     bool append(int list, std::string_view path);
     void reportAdded(int list, int countBefore);
+    void keepAdded(int list, int countBefore);
     std::size_t randomIndex(std::size_t count);
     void followCurrentFile(int list, int a, int b);
-    void exchangeSelected(int list, int row, int neighbour, Selection& selection);
+    void exchangeSelected(int list, int row, int neighbour, Selection& selection, std::vector<std::int32_t>& order);
+    void keepOrder(int list, std::vector<std::int32_t> order);
     void reorder(int list, const std::vector<std::int32_t>& order, Selection& selection);
-    void removeRows(int list, const Selection& which);
+    ListChange removeRows(int list, const Selection& which);
+    ListChange insertRows(const ListChange& went);
+    ListChange turnRound(const ListChange& change);
+    Restored turnRound(bool undo);
     void readListFile(std::string_view bytes);
     bool joinUnreadListFile(const std::string& path);
 
@@ -164,6 +184,7 @@ class Playlists : public TrackSource {
     EntryReader reader_;
     Random& random_;
     std::array<EntryRows, kPersistedLists> lists_;
+    ListHistory history_;
     std::array<int, kPersistedLists> fillFrom_{};  // every row before it is known
     std::vector<Wanted> wanted_;
     std::set<std::string, std::less<>> unplayable_;  // paths
@@ -172,8 +193,8 @@ class Playlists : public TrackSource {
     std::string folder_;
     std::vector<std::string> folderFiles_;
     int changes_ = 0;
-    int savedChanges_ = 0;                         // those that saveQuietly has written
-    bool listFileUnread_ = false;                  // there is a list file, and it could not be read
+    int savedChanges_ = 0;         // those that saveQuietly has written
+    bool listFileUnread_ = false;  // there is a list file, and it could not be read
 };
 
 }  // namespace quenlox

@@ -1,6 +1,7 @@
 // Order, removal and renaming of rows.
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 #include <utility>
 
 #include "platform/random.h"
@@ -14,7 +15,7 @@ namespace {
 // A place in the order together with the first bytes of its key, which decide nearly every comparison.
 struct SortItem {
     std::uint64_t prefix = 0;
-    std::uint32_t key = 0;      // where its key begins
+    std::uint32_t key = 0;  // where its key begins
     std::uint32_t length = 0;
     std::int32_t row = 0;
 };
@@ -24,6 +25,12 @@ std::uint64_t PrefixOf(std::string_view key) {
     for (std::size_t i = 0; i < sizeof prefix; ++i)
         prefix = prefix << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0u);
     return prefix;
+}
+
+std::vector<std::int32_t> OldOrder(int count) {
+    std::vector<std::int32_t> order(static_cast<std::size_t>(count));
+    std::iota(order.begin(), order.end(), 0);
+    return order;
 }
 
 }  // namespace
@@ -43,6 +50,7 @@ void Playlists::BuildShuffleOrder(int list) {
 
 bool Playlists::RemoveCurrentFileFromLists() {
     bool removed = false;
+    beginStep("削除");
     for (int list = 0; list < 2; ++list) {
         Selection which(static_cast<std::size_t>(rows(list).count()));
         bool any = false;
@@ -50,7 +58,7 @@ bool Playlists::RemoveCurrentFileFromLists() {
             any |= which[static_cast<std::size_t>(row)] = rows(list).path(row) == state_.CurrentFile;
         if (!any) continue;
         state_.ShuffleOrder[static_cast<std::size_t>(list)].remove(which);
-        removeRows(list, which);
+        history_.keep(removeRows(list, which));
         removed = true;
         markChanged();
     }
@@ -58,6 +66,7 @@ bool Playlists::RemoveCurrentFileFromLists() {
 }
 
 void Playlists::renamePath(const std::string& from, const std::string& to) {
+    history_.renamePath(from, to);
     for (int list = 0; list < 2; ++list) {
         for (int row = 0; row < rows(list).count(); ++row) {
             if (rows(list).path(row) != from) continue;
@@ -112,6 +121,7 @@ void Playlists::sort(int list, int column, bool descending, Selection& selection
     order.reserve(items.size());
     for (const SortItem& item : items) order.push_back(item.row);
     reorder(list, order, selection);
+    keepOrder(list, std::move(order));
 }
 
 // After rows a and b have changed places: if one of them now holds the current file, it is the current entry.
@@ -125,13 +135,16 @@ void Playlists::randomize(int list, Selection& selection) {
     if (!persisted(list)) return;
     const int n = rows(list).count();
     selection.assign(static_cast<std::size_t>(n), false);
+    std::vector<std::int32_t> order = OldOrder(n);
     for (int row = 0; row < n; ++row) {
         const int other = static_cast<int>(randomIndex(static_cast<std::size_t>(n)));
         if (other == row) continue;
         rows(list).swap(row, other);
+        std::swap(order[static_cast<std::size_t>(row)], order[static_cast<std::size_t>(other)]);
         followCurrentFile(list, row, other);
     }
     fillFrom_[static_cast<std::size_t>(list)] = 0;
+    keepOrder(list, std::move(order));
     markChanged();
     if (n > 0) report(list, 0, n - 1);
 }
@@ -140,7 +153,9 @@ void Playlists::moveDown(int list, Selection& selection) {
     if (!persisted(list)) return;
     selection.resize(static_cast<std::size_t>(rows(list).count()));
     const Batch batch(*this);
-    for (int row = rows(list).count() - 2; row >= 0; --row) exchangeSelected(list, row, row + 1, selection);
+    std::vector<std::int32_t> order = OldOrder(rows(list).count());
+    for (int row = rows(list).count() - 2; row >= 0; --row) exchangeSelected(list, row, row + 1, selection, order);
+    keepOrder(list, std::move(order));
     markChanged();
 }
 
@@ -148,14 +163,18 @@ void Playlists::moveUp(int list, Selection& selection) {
     if (!persisted(list)) return;
     selection.resize(static_cast<std::size_t>(rows(list).count()));
     const Batch batch(*this);
-    for (int row = 1; row < rows(list).count(); ++row) exchangeSelected(list, row, row - 1, selection);
+    std::vector<std::int32_t> order = OldOrder(rows(list).count());
+    for (int row = 1; row < rows(list).count(); ++row) exchangeSelected(list, row, row - 1, selection, order);
+    keepOrder(list, std::move(order));
     markChanged();
 }
 
-void Playlists::exchangeSelected(int list, int row, int neighbour, Selection& selection) {
+void Playlists::exchangeSelected(int list, int row, int neighbour, Selection& selection,
+                                 std::vector<std::int32_t>& order) {
     const auto from = static_cast<std::size_t>(row), to = static_cast<std::size_t>(neighbour);
     if (!selection[from] || selection[to]) return;
     rows(list).swap(row, neighbour);
+    std::swap(order[from], order[to]);
     selection[from] = false;
     selection[to] = true;
     followCurrentFile(list, row, neighbour);
@@ -180,20 +199,28 @@ void Playlists::moveBefore(int list, int row, Selection& selection) {
     order.insert(order.end(), behind.begin(), behind.end());
     if (std::is_sorted(order.begin(), order.end())) return;  // dropped where it was
     reorder(list, order, selection);
+    keepOrder(list, std::move(order));
     markChanged();
 }
 
 void Playlists::removeSelected(int list, Selection selection) {
     if (!persisted(list)) return;
     selection.resize(static_cast<std::size_t>(rows(list).count()));
-    removeRows(list, selection);
+    if (ListChange went = removeRows(list, selection); !went.places.empty()) history_.keep(std::move(went));
     BuildShuffleOrder(list);
     markChanged();
 }
 
-void Playlists::removeRows(int list, const Selection& which) {
+// The rows themselves are given back.
+ListChange Playlists::removeRows(int list, const Selection& which) {
+    ListChange went{list, ListChange::Kind::Went, {}, {}};
     const auto first = std::find(which.begin(), which.end(), true);
-    if (first == which.end()) return;
+    if (first == which.end()) return went;
+    for (int row = static_cast<int>(first - which.begin()); row < rows(list).count(); ++row) {
+        if (!which[static_cast<std::size_t>(row)]) continue;
+        went.places.push_back(row);
+        went.rows.append(rows(list), row);
+    }
     const int current = currentIndex(list);
     if (current >= 0 && current < rows(list).count()) {
         // When the current entry goes, the entry before it takes its place, so that the next step plays what followed.
@@ -204,6 +231,75 @@ void Playlists::removeRows(int list, const Selection& which) {
     rows(list).remove(which);
     fillFrom_[static_cast<std::size_t>(list)] = 0;
     report(list, static_cast<int>(first - which.begin()), rows(list).count() - 1, true);
+    return went;
+}
+
+// Rows that had gone come back to their places, and the current entry to its file when it was among them.
+ListChange Playlists::insertRows(const ListChange& went) {
+    const int list = went.list, before = rows(list).count(), after = before + went.rows.count();
+    std::vector<std::int32_t> order;
+    order.reserve(static_cast<std::size_t>(after));
+    const int held = currentIndex(list);
+    int fileCame = -1;
+    const bool found = hasRow(list, held) && rows(list).path(held) == state_.CurrentFile;
+    int current = held;
+    for (int place = 0, came = 0; place < after; ++place) {
+        if (came == went.rows.count() || went.places[static_cast<std::size_t>(came)] != place) {
+            const int row = place - came;
+            if (row == held) current = place;
+            order.push_back(row);
+            continue;
+        }
+        if (!found && went.rows.path(came) == state_.CurrentFile) fileCame = place;
+        order.push_back(before + came++);
+    }
+    if (fileCame >= 0) current = fileCame;
+    for (int i = 0; i < went.rows.count(); ++i) rows(list).append(went.rows, i);
+    rows(list).permute(order);
+    setCurrentIndex(list, current);
+    fillFrom_[static_cast<std::size_t>(list)] = 0;
+    report(list, went.places.front(), after - 1, true);
+    return {list, ListChange::Kind::Came, went.places, {}};
+}
+
+void Playlists::keepOrder(int list, std::vector<std::int32_t> order) {
+    if (std::is_sorted(order.begin(), order.end())) return;
+    history_.keep({list, ListChange::Kind::Order, std::move(order), {}});
+}
+
+// Takes the change back and gives what would make it again.
+ListChange Playlists::turnRound(const ListChange& change) {
+    if (change.kind == ListChange::Kind::Went) return insertRows(change);
+    Selection marks(static_cast<std::size_t>(rows(change.list).count()));
+    if (change.kind == ListChange::Kind::Came) {
+        for (const std::int32_t place : change.places) marks[static_cast<std::size_t>(place)] = true;
+        return removeRows(change.list, marks);
+    }
+    std::vector<std::int32_t> order(change.places.size());
+    for (std::size_t i = 0; i < order.size(); ++i)
+        order[static_cast<std::size_t>(change.places[i])] = static_cast<std::int32_t>(i);
+    reorder(change.list, order, marks);
+    return {change.list, ListChange::Kind::Order, std::move(order), {}};
+}
+
+Playlists::Restored Playlists::turnRound(bool undo) {
+    ListHistory::Step step = undo ? history_.takeUndo() : history_.takeRedo();
+    ListHistory::Step turned{step.name, {}, step.marked};
+    Restored restored;
+    const Batch batch(*this);
+    while (!step.changes.empty()) {
+        const ListChange change = std::move(step.changes.back());
+        step.changes.pop_back();
+        turned.changes.push_back(turnRound(change));
+        if (change.kind != ListChange::Kind::Order) BuildShuffleOrder(change.list);
+        restored.list = change.list;
+        restored.rows.assign(static_cast<std::size_t>(rows(change.list).count()), false);
+        if (change.kind != ListChange::Kind::Went) continue;
+        for (const std::int32_t place : change.places) restored.rows[static_cast<std::size_t>(place)] = true;
+    }
+    if (turned.marked) markChanged();
+    history_.turned(std::move(turned), undo);
+    return restored;
 }
 
 int Playlists::findTitle(int list, std::string_view beginning, int from) const {
@@ -216,7 +312,9 @@ int Playlists::findTitle(int list, std::string_view beginning, int from) const {
 
 void Playlists::clear(int list) {
     if (!persisted(list)) return;
-    rows(list).clear();
+    if (rows(list).count() > 0)
+        history_.keep(
+            {list, ListChange::Kind::Went, OldOrder(rows(list).count()), std::exchange(rows(list), EntryRows())});
     fillFrom_[static_cast<std::size_t>(list)] = 0;
     setCurrentIndex(list, -1);
     markChanged();

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "state/global_state.h"
 #include "playlist/playlists.h"
+#include "state/global_state.h"
 
 namespace quenlox {
 

@@ -11,7 +11,8 @@ using EntryTexts = ListsTest;
 
 // One MIDI track with a name.
 std::string MidiFile(const std::string& name) {
-    std::string track = std::string("\0\xFF\x03", 3) + static_cast<char>(name.size()) + name + std::string("\0\xFF\x2F\0", 4);
+    std::string track =
+        std::string("\0\xFF\x03", 3) + static_cast<char>(name.size()) + name + std::string("\0\xFF\x2F\0", 4);
     std::string file("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0", 21);
     return file + static_cast<char>(track.size()) + track;
 }

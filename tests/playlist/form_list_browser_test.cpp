@@ -148,8 +148,11 @@ TEST_F(Browser, ARefreshKeepsThePlaceInAnUnchangedFolderAndFindsItInAChangedOne)
 TEST_F(Browser, AFolderThatHasGoneOpensAtItsNearestParentAndADriveThatHasGoneNot) {
     files.add("C:\\a\\b\\x.mp3");
     files.add("\\\\nas\\music\\y.mp3");
-    for (const auto& [folder, opens] : {std::pair{"C:\\a\\b\\c\\d\\", "C:\\a\\b"}, {"C:\\gone", "C:\\"}, {"E:\\gone", "C:\\"},
-                                        {"\\\\nas\\music\\gone\\2", "\\\\nas\\music"}, {"", "\\\\nas\\music"}}) {
+    for (const auto& [folder, opens] : {std::pair{"C:\\a\\b\\c\\d\\", "C:\\a\\b"},
+                                        {"C:\\gone", "C:\\"},
+                                        {"E:\\gone", "C:\\"},
+                                        {"\\\\nas\\music\\gone\\2", "\\\\nas\\music"},
+                                        {"", "\\\\nas\\music"}}) {
         form.openFolder(folder);
         EXPECT_EQ(form.Dir1.path(), opens) << folder;
     }

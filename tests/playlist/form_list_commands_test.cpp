@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "forms/keys.h"
 #include "tests/playlist/form_list_fixture.h"
 
 namespace quenlox {
@@ -142,6 +143,27 @@ TEST_F(FormListCommands, ToolbarButtonsDoWhatTheirCommandsDo) {
     EXPECT_FALSE(form.File1.visible());
     form.Toolbar1_ButtonClick("browser");
     EXPECT_TRUE(form.File1.visible());
+}
+
+TEST_F(FormListCommands, WhatWasDoneIsTakenBackAndDoneAgainByTheKeysThatTheMenuShows) {
+    form.TabList.setValue(1), form.TabList_Click();
+    form.PlayView_FilesDropped({"C:\\a.mp3", "C:\\b.mp3", "C:\\c.mp3"});
+    EXPECT_FALSE(menu("やり直し(&R)")->enabled);
+    select("xx.");
+    form.PlayView_KeyDown(kKeyDelete, 0);
+    form.TabList.setValue(0), form.TabList_Click();  // it is shown where it was
+    ASSERT_TRUE(menu("元に戻す(&U): 削除"));
+    form.Form_KeyDown('Z', kControl);
+    EXPECT_EQ(names(1), "abc");
+    EXPECT_EQ(state.ListNo, 1);
+    EXPECT_EQ(marks(), "xx.");
+    EXPECT_EQ(form.LabelStatus.caption(), "「削除」を元に戻しました");
+    form.Form_KeyDown('Y', kControl);
+    EXPECT_EQ(names(1), "c");
+    form.menuUndo_Click();
+    form.menuUndo_Click();  // the adding
+    EXPECT_EQ(names(1), "");
+    EXPECT_FALSE(menu("元に戻す(&U)")->enabled);
 }
 
 }  // namespace

@@ -71,7 +71,8 @@ TEST_F(FormListWindow, ColumnsAreAModeAndTheirWidthsOutliveIt) {
     EXPECT_TRUE(chosen->ListColumns);
     EXPECT_EQ(seen(), FormList::kStartWidths);
     const FormList::ColumnWidths own{0, 60, 0, 0, 80};
-    for (int column = 0; column < FormList::kColumns; ++column) view().setColumnWidth(column, own[static_cast<std::size_t>(column)]);
+    for (int column = 0; column < FormList::kColumns; ++column)
+        view().setColumnWidth(column, own[static_cast<std::size_t>(column)]);
     choose("項目に分ける(&C)");
     EXPECT_EQ(seen(), FormList::kSingleColumn);
     choose("項目に分ける(&C)");

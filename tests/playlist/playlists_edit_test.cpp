@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "tests/playlist/lists_fixture.h"
 
 namespace quenlox {
@@ -104,6 +106,56 @@ TEST(Removing, TakesTheSelectedRowsAndDrawsANewOrder) {
         EXPECT_EQ(lists.state.CurrentIndex[2], c.currentAfter) << c.marks;
         EXPECT_EQ(lists.state.ShuffleOrder[2].last(), lists.lists.count(2) - 1);
         EXPECT_TRUE(lists.state.ListDirty);
+    }
+}
+
+// Whatever was done, taking it all back leads through every state that was, and doing it again through them once more.
+TEST(TakingBack, LeadsThroughEveryStateAndForthAgain) {
+    for (unsigned seed = 1; seed <= 200; ++seed) {
+        std::mt19937 dice(seed);
+        const auto roll = [&](int sides) { return static_cast<int>(dice() % static_cast<unsigned>(sides)); };
+        Lists lists({0.9, 0.1, 0.6, 0.3});
+        lists.state.CurrentFile = Lists::pathOf('b');
+        for (int list = 0; list < 3; ++list) lists.addLetters(list, "abcdefgh");
+        lists.state.CurrentIndex = {1, 1, 1, -1};
+        const auto look = [&] { return lists.names(0) + "|" + lists.names(1) + "|" + lists.names(2); };
+        Paths states{look()};
+        for (int step = 0; step < 15; ++step) {
+            const int list = roll(3), rows = lists.lists.count(list);
+            auto marks = Playlists::Selection(static_cast<std::size_t>(rows));
+            for (int i = 0; i < rows; ++i) marks[static_cast<std::size_t>(i)] = roll(3) == 0;
+            lists.lists.beginStep(std::to_string(step));
+            switch (roll(8)) {
+                case 0: lists.lists.sort(list, kFileColumn, roll(2) == 0, marks); break;
+                case 1: lists.lists.randomize(list, marks); break;
+                case 2: lists.lists.moveUp(list, marks); break;
+                case 3: lists.lists.moveDown(list, marks); break;
+                case 4: lists.lists.moveBefore(list, roll(rows + 1), marks); break;
+                case 5: lists.lists.removeSelected(list, marks); break;
+                case 6: lists.lists.clear(list); break;
+                default: lists.addLetters(list, "xy"), lists.addLetters(roll(3), "wz");
+            }
+            if (look() != states.back()) states.push_back(look());
+        }
+        const auto currentHeld = [&] {
+            for (int list = 0; list < 3; ++list) {
+                const auto at = static_cast<std::size_t>(lists.state.CurrentIndex[static_cast<std::size_t>(list)]);
+                const std::string names = lists.names(list);
+                if (names.find('b') != names.npos && at < names.size() && names[at] != 'b') return false;
+            }
+            return true;
+        };
+        for (std::size_t i = states.size() - 1; i > 0; --i) {
+            const auto restored = lists.lists.undo();
+            ASSERT_EQ(look(), states[i - 1]) << seed;
+            ASSERT_EQ(restored.rows.size(), lists.lists.count(restored.list));
+        }
+        EXPECT_TRUE(currentHeld()) << seed;
+        for (std::size_t i = 1; i < states.size(); ++i) {
+            lists.lists.redo();
+            ASSERT_EQ(look(), states[i]) << seed;
+        }
+        EXPECT_EQ(lists.lists.redoName(), "");
     }
 }
 

@@ -13,14 +13,15 @@ std::string KeyOf(std::string_view text) {
 
 TEST(SortKey, OrdersTextsAsAListOfWindowsDoes) {
     // Each text stands before the next one.
-    const char* const texts[] = {"", " x", "(a)", "[a]", "_a", "~", "0", "10", "2", "a", "Aa", "aＢ", "b", "É", "ж", "あ", "アイ",
-                                 "いあ", "ガ", "ｷﾞ", "パ", "ひ", "亜", "曲"};
+    const char* const texts[] = {"",  " x", "(a)", "[a]", "_a",   "~",    "0",  "10", "2",  "a",  "Aa", "aＢ",
+                                 "b", "É",  "ж",   "あ",  "アイ", "いあ", "ガ", "ｷﾞ", "パ", "ひ", "亜", "曲"};
     for (std::size_t i = 1; i < std::size(texts); ++i) EXPECT_LT(KeyOf(texts[i - 1]), KeyOf(texts[i])) << texts[i];
 }
 
 TEST(SortKey, DoesNotRegardCaseWidthAndKindOfKana) {
-    const char* const pairs[][2] = {{"ABC", "abc"}, {"ＡＢＣ　１", "abc 1"}, {"É", "é"}, {"Ж", "ж"}, {"さくら", "サクラ"},
-                                    {"ｻｸﾗ", "サクラ"}, {"ｶﾞｯﾊﾟｳﾞ", "ガッパヴ"}, {"ｦﾝｰ", "ヲンー"}, {"ｱﾞ", "ｱﾞ"}};
+    const char* const pairs[][2] = {
+        {"ABC", "abc"},    {"ＡＢＣ　１", "abc 1"}, {"É", "é"},        {"Ж", "ж"},  {"さくら", "サクラ"},
+        {"ｻｸﾗ", "サクラ"}, {"ｶﾞｯﾊﾟｳﾞ", "ガッパヴ"}, {"ｦﾝｰ", "ヲンー"}, {"ｱﾞ", "ｱﾞ"}};
     for (const auto& pair : pairs) EXPECT_EQ(KeyOf(pair[0]), KeyOf(pair[1])) << pair[0];
 }
 

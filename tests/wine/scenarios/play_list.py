@@ -132,6 +132,9 @@ def test_rows_are_moved_dragged_deleted_and_exported(s):
     s.driver.keys("delete")
     left = ["b.mp3", "c.mp3", "日本の曲.wav", "a.mp3"]
     s.wait_equal(lambda: names(window), left, "rows")
+    after("ctrl+z", [*left, "scale.mid"], [4])
+    s.screenshot("taken back", window)
+    after("ctrl+y", left, [])
 
     view(window).click_item(0, button="right")
     s.driver.choose("保存")
