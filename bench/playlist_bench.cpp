@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/random.h"
+#include "playlist/list_search.h"
 #include "playlist/playlists.h"
 #include "state/global_state.h"
 #include "state/options.h"
@@ -146,6 +147,24 @@ void TakeBackARemoval(benchmark::State& run) {
     }
 }
 BENCHMARK(TakeBackARemoval)->Unit(benchmark::kMillisecond);
+
+// One letter more in the search field; the keys are there from the letter before.
+void SearchWords(benchmark::State& run) {
+    Bench bench(true);
+    ListSearch search;
+    search.find(bench.lists, 0, "x");
+    for (auto _ : run) benchmark::DoNotOptimize(search.find(bench.lists, 0, run.range(0) == 0 ? "a" : "9 mp3 title"));
+}
+BENCHMARK(SearchWords)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void MakeSearchKeys(benchmark::State& run) {
+    Bench bench(true);
+    for (auto _ : run) {
+        ListSearch search;
+        benchmark::DoNotOptimize(search.find(bench.lists, 0, "x"));
+    }
+}
+BENCHMARK(MakeSearchKeys)->Unit(benchmark::kMillisecond);
 
 // The work without the library's part: what the idle slices themselves cost, and what a row holds afterwards.
 void TextsInIdleSlices(benchmark::State& run) {

@@ -76,6 +76,7 @@ def playlist():
         ("WriteListFile/utf_16", "the same, UTF-16", "100 ms"), ("RandomOrder", "random order", "10 ms"),
         ("SortByTitle", "sort by title, texts known", "150 ms"),
         ("RemoveHalfOfTheRows", "50 000 selected rows removed", "20 ms"), ("TakeBackARemoval", "their removal taken back", "20 ms"),
+        ("MakeSearchKeys", "search field, first letter", ""), ("SearchWords/1", "search field, three words", "30 ms"),
         ("RandomizeRows", "rows put into random order", ""),
         ("MoveHalfOfTheRowsDown", "50 000 selected rows moved down", ""),
         ("TextsInIdleSlices", "idle slices of 8 ms until all texts are known, without the library's part", "1.5 s with it")))

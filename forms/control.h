@@ -171,6 +171,7 @@ class TextBox : public Control {
     std::function<void()> onChange;
     std::function<void()> onLeave;  // the keyboard has gone from the box
     std::function<void()> onDoubleClick;
+    bool focused = false;  // it has the keyboard; kept by the host
 
     const std::string& text() const { return text_; }
     void setText(std::string text);

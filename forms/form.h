@@ -67,6 +67,7 @@ class Form {
     virtual void Form_Resize(Size client) { (void)client; }  // pixels
     virtual void Form_Moved() {}
     virtual void Form_KeyDown(int key, int shift) { (void)key, (void)shift; }  // as in forms/keys.h
+    bool keyTaken = false;  // set by Form_KeyDown: neither a control nor the dialog gets the key
     virtual void Form_KeyUp(int key, int shift) { (void)key, (void)shift; }
     virtual void Form_FilesDropped(const std::vector<std::string>& files, Point at) { (void)files, (void)at; }
     virtual void Form_Wheel(int notches, Point at) { (void)notches, (void)at; }  // positive: away from the user

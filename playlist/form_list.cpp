@@ -31,6 +31,7 @@ constexpr int kTicksPerStatus = 10;
 constexpr std::chrono::seconds kNoteTime{4};  // that a note stands in the status line
 // From this width on the browser stands beside the list and no longer under it; pixels at 96 dots per inch.
 constexpr int kWideWindow = 620;
+constexpr int kRoomForSearch = 480;  // and the search field beside the tabs
 
 constexpr const char* kBusyText = "ファイル変換中は再生できません";
 constexpr const char* kEmptyText =
@@ -59,6 +60,7 @@ FormList::FormList(GlobalState& state, OptionStore& options, Playlists& lists, F
       adding_(lists, files) {
     setCaption("プレイリスト");
     makeViews();
+    makeSearch();
     makeBrowser();
     makeMenus();
     showColumns();
@@ -130,6 +132,12 @@ void FormList::listChanged(const Playlists::Change& change) {
         showStatus();
     }
     view.refreshRows(change.first, change.last);
+    if (change.list == state_.ListNo && searching()) {
+        // Texts come in slices, and are searched anew only now and then; who changes the order calls trackChanged.
+        search_.forget();
+        searchStale_ = true;
+        if (change.countChanged) search();
+    }
     updateTimer();
 }
 
@@ -196,6 +204,8 @@ std::vector<std::string> FormList::selectedPaths() const {
 void FormList::refreshBrowser() { readFolder(); }
 
 void FormList::trackChanged() {
+    if (searchStale_) search();
+    FindView.refreshAll();
     for (int list = 0; list < kViews; ++list) {
         const int row = state_.CurrentIndex[static_cast<std::size_t>(list)];
         int& marked = markedRow_[static_cast<std::size_t>(list)];
@@ -220,7 +230,11 @@ void FormList::TabList_Click() {
         setViewWidths(columnWidths(state_.ListNo));
         state_.ListNo = TabList.value();
     }
-    for (int list = 0; list < kViews; ++list) PlayView[list].setVisible(list == TabList.value());
+    if (searching()) search();
+    for (int list = 0; list < kViews; ++list) PlayView[list].setVisible(list == TabList.value() && !searching());
+    FindView.setVisible(searching());
+    LabelFind.setEnabled(!folderShown());
+    FindText.setEnabled(!folderShown());
     for (Control* part : std::initializer_list<Control*>{&Drive1, &Combo1, &Dir1, &File1})
         part->setVisible(browserShown_ || folderShown());
     if (folderShown()) lists_.BuildShuffleOrder(kFolderList);
@@ -260,6 +274,8 @@ void FormList::PlayView_KeyDown(int key, int shift) {
 }
 
 void FormList::Form_KeyDown(int key, int shift) {
+    keyTaken = searchKey(key, shift);
+    if (keyTaken || FindText.focused) return;  // what is typed there is no command
     if (shift == kAlt && (key == kKeyUp || key == kKeyDown)) menuUpDn_Click(key == kKeyUp ? 0 : 1);
     if (shift == kControl && key >= '1' && key <= '1' + kFolderTab) {
         TabList.setValue(key - '1');
@@ -278,7 +294,7 @@ void FormList::PlayView_MouseDown(int button, Point at) {
     updateMenus();
     if (button != 2) return;
     Menu menu{"menuList", listItems()};
-    const Rect bounds = view().bounds();
+    const Rect bounds = shownView().bounds();
     popup(menu, {bounds.left + at.x, bounds.top + at.y});
 }
 
@@ -304,7 +320,7 @@ void FormList::Form_Shown() {
         readDrives();
         readFolder();
     }
-    if (!folderShown()) view().focus();
+    if (!folderShown()) shownView().focus();
     trackChanged();
     showStatus();
     updateTimer();
@@ -341,7 +357,10 @@ void FormList::Timer1_Timer() {
     } else if (visible()) {
         const bool more = lists_.fillSome(kIdleBudget);
         statusStale_ = true;
-        if (++ticks_ % kTicksPerStatus == 0 || !more) showStatus();
+        if (++ticks_ % kTicksPerStatus == 0 || !more) {
+            if (searchStale_) search();
+            showStatus();
+        }
     }
     showBusy();
     updateTimer();
@@ -385,6 +404,7 @@ void FormList::showStatus() {
     }
     const int count = lists_.count(state_.ListNo), unknown = lists_.unknownCount(state_.ListNo);
     std::string text = WithThousands(count) + "曲";
+    if (searching()) text += "のうち" + WithThousands(FindView.rowCount()) + "曲が見つかりました";
     if (view().selectedCount() > 0) text += "（" + WithThousands(view().selectedCount()) + "曲を選択）";
     if (count > 0) text += "　合計 " + HoursText(lists_.knownSeconds(state_.ListNo));
     if (unknown > 0) text += "　読込 " + std::to_string((std::int64_t{count} - unknown) * 100 / count) + "%";
@@ -394,7 +414,8 @@ void FormList::showStatus() {
 // Room. The list takes what the browser and the toolbar leave; in a wide window the browser stands beside it.
 
 Layout FormList::layout() {
-    const bool wide = host() && host()->clientSize().width * host()->twipsPerPixel().x >= kWideWindow * 15;
+    const int width = host() ? host()->clientSize().width * host()->twipsPerPixel().x / 15 : 0;
+    const bool wide = width >= kWideWindow;
     std::vector<Layout> status{Item(LabelStatus, 0, 0, 1)};
     if (wasBusy_) {
         status.push_back(Item(Progress, 60, 9));
@@ -406,13 +427,15 @@ Layout FormList::layout() {
     if (folderShown()) {
         middle = Row({places(2), names(3)}, 1);
     } else if (!browserShown_) {
-        middle = Row({Item(view(), 0, 0, 1)}, 1);
+        middle = Row({Item(shownView(), 0, 0, 1)}, 1);
     } else if (wide) {
-        middle = Row({Column({places(2), names(3)}, 2), Item(view(), 0, 0, 5)}, 1);
+        middle = Row({Column({places(2), names(3)}, 2), Item(shownView(), 0, 0, 5)}, 1);
     } else {
-        middle = Column({Item(view(), 0, 0, 3), Row({places(2), names(3)}, 2)}, 1);
+        middle = Column({Item(shownView(), 0, 0, 3), Row({places(2), names(3)}, 2)}, 1);
     }
-    Layout all = Column({Item(Toolbar1), Item(TabList), std::move(middle), Row(std::move(status))});
+    Layout top = width >= kRoomForSearch ? Row({Item(TabList, 0, 0, 1), Item(LabelFind), Item(FindText, 90)})
+                                         : Column({Item(TabList), Row({Item(LabelFind), Item(FindText, 0, 0, 1)})});
+    Layout all = Column({Item(Toolbar1), std::move(top), std::move(middle), Row(std::move(status))});
     all.gap = 2;
     return all;
 }

@@ -17,6 +17,7 @@
 #include "forms/list_view.h"
 #include "playback/transport.h"
 #include "playlist/add_job.h"
+#include "playlist/list_search.h"
 #include "playlist/playlists.h"
 
 namespace quenlox {
@@ -48,8 +49,11 @@ class FormList : public Form {
 
     Toolbar Toolbar1{*this, "Toolbar1"};
     TabStrip TabList{*this, "TabList", {"リストA", "リストB", "リストC", "フォルダ"}};
+    Label LabelFind{*this, "LabelFind"};
+    TextBox FindText{*this, "FindText"};  // words to look for in the list
     // Lists A, B and C; the one of the chosen tab is visible. The Tab key goes through the controls in this order.
     ControlArray<ListView> PlayView = makePlayViews();
+    ListView FindView{*this, "FindView"};  // in their place while words are looked for: the rows that hold them
     DriveListBox Drive1{*this, "Drive1"};
     DirListBox Dir1{*this, "Dir1"};
     ComboBox Combo1{*this, "Combo1"};  // which files File1 shows
@@ -86,6 +90,8 @@ class FormList : public Form {
 
     // Events, called as the user's doing calls them.
     void TabList_Click();
+    void FindText_Change();
+    void FindView_DblClick(int row);
     void PlayView_DblClick(int row);
     void PlayView_ColumnClick(int column);
     void PlayView_HeaderMenu(Point at);
@@ -145,7 +151,7 @@ class FormList : public Form {
         std::vector<std::string> files;  // those that File1 can show
     };
 
-    ListView& view() const { return PlayView[state_.ListNo]; }
+    ListView& view() const { return PlayView[state_.ListNo]; }  // of the list that commands are about
     bool folderShown() const { return TabList.value() == kFolderTab; }
 
     // form_list.cpp
@@ -162,6 +168,16 @@ class FormList : public Form {
     void showBusy();
     void showStatus();
     void updateTimer();
+
+    // form_list_search.cpp
+    void makeSearch();
+    bool searching() const { return !FindText.text().empty() && !folderShown(); }
+    ListView& shownView() { return searching() ? FindView : view(); }
+    const ListView& shownView() const { return searching() ? FindView : view(); }
+    void search();
+    void showFound();
+    void endSearch();
+    bool searchKey(int key, int shift);
 
     // form_list_columns.cpp
     void setViewWidths(const ColumnWidths& widths);
@@ -208,6 +224,10 @@ class FormList : public Form {
     std::optional<FolderReading> reading_;
     std::vector<std::string> folderFiles_;  // of the folder that is shown, those that File1 can show
     std::array<int, kViews> markedRow_{-1, -1, -1};
+    ListSearch search_;
+    std::vector<int> found_;    // the rows of the current list that FindView shows
+    bool searchStale_ = false;  // texts have been read since
+    bool selectingFound_ = false;
     ColumnWidths widths_ = kStartWidths;  // the user's; those of columns on the screen may have been dragged since
     bool columnsOnScreen_ = false, timeOnScreen_ = false;
     bool settingWidths_ = false;

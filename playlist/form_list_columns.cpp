@@ -26,6 +26,8 @@ void FormList::setViewWidths(const ColumnWidths& widths) {
             PlayView[list].setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
         }
     }
+    for (int column = 0; column < kColumns; ++column)
+        FindView.setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
     settingWidths_ = false;
 }
 
@@ -78,7 +80,7 @@ void FormList::toggleColumn(int column) {
 
 void FormList::PlayView_HeaderMenu(Point at) {
     const Menu menu{"menuColumns", columnItems()};
-    const Rect bounds = view().bounds();
+    const Rect bounds = shownView().bounds();
     popup(menu, {bounds.left + at.x, bounds.top + at.y});
 }
 

@@ -194,6 +194,7 @@ void FormList::showRestored(const Playlists::Restored& restored, const std::stri
     view().markSorted(-1, 0);
     const auto first = std::find(restored.rows.begin(), restored.rows.end(), true);
     view().setSelection(restored.rows);
+    if (searching()) showFound();
     trackChanged();
     if (first != restored.rows.end()) {
         const int row = static_cast<int>(first - restored.rows.begin());

@@ -89,7 +89,9 @@ std::vector<MenuItem> FormList::editItems() {
                 mayTurnBack(lists_.redoName())),
             MenuSeparator(),
             MenuCommand(
-                "すべて選択(&A)\tCtrl+A", [this] { view().selectAll(true); }, hasRows_)};
+                "すべて選択(&A)\tCtrl+A", [this] { shownView().selectAll(true); }, hasRows_),
+            MenuCommand(
+                "検索(&F)\tCtrl+F", [this] { FindText.focus(); }, !folderShown())};
 }
 
 std::vector<MenuItem> FormList::listItems() {

@@ -141,6 +141,10 @@ class Playlists : public TrackSource {
     Restored undo() { return turnRound(true); }  // only when there is a name
     Restored redo() { return turnRound(false); }
 
+    // What a search looks for words in: what is known of the row, folded as for sorting, and a line end behind each
+    // part.
+    void appendSearchKey(std::string& key, int list, int row) const;
+
     // The list of the browser's folder: file names in the order in which the browser shows them.
     void setFolderFiles(const std::string& folder, std::vector<std::string> names);
     const std::string& folder() const { return folder_; }

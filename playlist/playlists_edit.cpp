@@ -310,6 +310,18 @@ int Playlists::findTitle(int list, std::string_view beginning, int from) const {
     return persisted(list) ? FindByBeginning(rows(list).count(), textOf, beginning, std::max(from, 0)) : -1;
 }
 
+void Playlists::appendSearchKey(std::string& key, int list, int row) const {
+    if (!hasRow(list, row)) return;
+    const auto append = [&key](std::string_view text) {
+        AppendSortKey(key, text);
+        key += '\n';
+    };
+    append(rows(list).path(row));
+    if (!rows(list).known(row)) return;
+    const EntryTexts texts = rows(list).texts(row);
+    for (const std::string_view text : {texts.title, texts.name, texts.album}) append(text);
+}
+
 void Playlists::clear(int list) {
     if (!persisted(list)) return;
     if (rows(list).count() > 0)

@@ -166,5 +166,47 @@ TEST_F(FormListCommands, WhatWasDoneIsTakenBackAndDoneAgainByTheKeysThatTheMenuS
     EXPECT_FALSE(menu("元に戻す(&U)")->enabled);
 }
 
+TEST_F(FormListCommands, SearchingShowsTheRowsThatHoldEveryWord) {
+    const struct {
+        const char *title, *words;
+    } texts[] = {
+        {"ひらがな", "ﾋﾗｶﾞﾅ"}, {"Café ＡＢＣ", "abc ARTIST"}, {"x", "b.MP3"}, {"y", "c:\\d"}, {"z", "artist　c:"}};
+    for (std::size_t i = 0; i < std::size(texts); ++i) addTitled("aecdf"[i], texts[i].title);
+    lists.AddEntry("C:\\b.mp3", 0);
+    finishWork();
+    const auto found = [&](const char* words) {
+        form.FindText.setText(words);
+        std::string rows;
+        for (int row = 0; row < form.FindView.rowCount(); ++row)
+            rows += BaseNameOf(form.FindView.textOf(row, kFileColumn));
+        return rows;
+    };
+    const char* const expected[] = {"a", "e", "b", "d", "aecdf"};
+    for (std::size_t i = 0; i < std::size(texts); ++i) EXPECT_EQ(found(texts[i].words), expected[i]) << texts[i].words;
+    EXPECT_EQ(found("none"), "");
+    EXPECT_TRUE(form.FindView.visible());
+    EXPECT_FALSE(view().visible());
+
+    EXPECT_EQ(found("artist"), "aecdf");
+    form.FindView.setSelected(1, true);
+    form.FindText.focused = true;
+    form.Form_KeyDown(kKeyEnter, 0);
+    form.FindText.focused = false;
+    EXPECT_EQ(opened.size(), 1u);
+    form.PlayView_KeyDown(kKeyDelete, 0);  // of the list
+    EXPECT_EQ(names(0), "acdfb");
+    EXPECT_EQ(form.FindView.rowCount(), 4);
+    form.Form_KeyDown('Z', kControl);
+    EXPECT_EQ(form.FindView.rowCount(), 5);
+    EXPECT_TRUE(form.FindView.selected(1)) << "the row that came back";
+    form.menuSort_Click(4);
+    EXPECT_EQ(BaseNameOf(form.FindView.textOf(1, kFileColumn)), "c") << "rows have moved";
+    form.Form_KeyDown(kKeyEscape, 0);
+    EXPECT_TRUE(form.keyTaken);
+    EXPECT_TRUE(view().visible());
+    form.Form_KeyDown(kKeyEscape, 0);
+    EXPECT_FALSE(form.keyTaken) << "closes the window";
+}
+
 }  // namespace
 }  // namespace quenlox

@@ -33,6 +33,7 @@ class NativeTextBox : public NativeControl {
         if (property == Property::Value) showText();
     }
     void command(WORD code, WORD) override {
+        if (code == EN_SETFOCUS || code == EN_KILLFOCUS) box_.focused = code == EN_SETFOCUS;
         if (code == EN_KILLFOCUS && box_.onLeave) box_.onLeave();
         if (code != EN_CHANGE || applying()) return;
         const Applying guard(*this);  // what the user types is not brought back, or the caret would jump

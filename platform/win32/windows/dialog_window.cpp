@@ -299,7 +299,7 @@ bool DialogWindow::preview(MSG& message) {
     if (down || up) {
         // The form sees keys before its controls do.
         key(message.message, message.wParam);
-        if (!attached()) return true;
+        if (!attached() || (down && form()->keyTaken)) return true;
     }
     if (down && (ShiftState() & 6) == 2 && message.wParam == VK_TAB && switchTab(ShiftState() & 1)) return true;
     if (down) {

@@ -264,6 +264,7 @@ bool FormWindow::key(UINT message, WPARAM virtualKey) {
         return true;
     }
     if (down) {
+        form_->keyTaken = false;
         form_->Form_KeyDown(code, ShiftState());
     } else {
         form_->Form_KeyUp(code, ShiftState());
