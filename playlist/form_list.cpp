@@ -414,7 +414,7 @@ void FormList::showStatus() {
 // Room. The list takes what the browser and the toolbar leave; in a wide window the browser stands beside it.
 
 Layout FormList::layout() {
-    const int width = host() ? host()->clientSize().width * host()->twipsPerPixel().x / 15 : 0;
+    const double width = host() ? host()->clientSize().width * host()->twipsPerPixel().x / 15 : 0;
     const bool wide = width >= kWideWindow;
     std::vector<Layout> status{Item(LabelStatus, 0, 0, 1)};
     if (wasBusy_) {
