@@ -3,7 +3,7 @@
 find_package(Threads REQUIRED)
 
 if(CMAKE_CROSSCOMPILING AND WIN32)
-  set(deps_scripts tools/deps.sh tools/deps/common.sh tools/deps/source.sh)
+  set(deps_scripts tools/deps.sh tools/deps/common.sh tools/deps/licences.sh tools/deps/source.sh)
   list(TRANSFORM deps_scripts PREPEND ${PROJECT_SOURCE_DIR}/)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${deps_scripts})
   execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/deps.sh OUTPUT_VARIABLE QUENLOX_DEPS

@@ -40,10 +40,35 @@ dsc_files() {
     awk '/^Checksums-Sha256:/ { on = 1; next } /^[^ ]/ { on = 0 } on && $3 !~ /\.asc$/ { print $1 "  " $3 }' "$1"
 }
 
+# version_in DSC : the version that a description is of
+version_in() { awk '$1 == "Version:" { print $2; exit }' "$1"; }
+
+# source_hashes DSC : "sha256  name" of the description and of the files that it lists
+source_hashes() {
+    (cd "${1%/*}" && sha256sum "${1##*/}")
+    dsc_files "$1"
+}
+
+# check_source DSC : the files are those of the description, and where tools/deps/sources.sha256 has the names, those that
+# it names
+check_source() {
+    local dsc=$1 known=${BASH_SOURCE[0]%/*}/sources.sha256 hash name
+    (cd "${dsc%/*}" && dsc_files "$dsc" | sha256sum --check --quiet - >&2) || return
+    while read -r hash name; do
+        if ! grep -qF "  $name" "$known"; then
+            echo "deps: $name is not in tools/deps/sources.sha256: its archive's signature alone vouches for it" >&2
+        elif ! grep -qxF "$hash  $name" "$known"; then
+            echo "deps: $dsc: $name is not the file that tools/deps/sources.sha256 names" >&2
+            return 1
+        fi
+    done < <(source_hashes "$dsc")
+}
+
 # fetch_source APT_DIR STORE PACKAGE VERSION : the checked files of a source package in STORE; prints the .dsc's path
 fetch_source() {
     local apt=$1 store=$2/$3_${4//:/%} package=$3 version=$4 dsc=
-    if [ -d "$store" ]; then
+    dsc=$(find "$root/third-party/sources" -name "${package}_*.dsc" 2>/dev/null || true)
+    if [ -z "$dsc" ] && [ -d "$store" ]; then
         dsc=$(find "$store" -maxdepth 1 -name '*.dsc')
     fi
     if [ -z "$dsc" ]; then
@@ -59,14 +84,16 @@ fetch_source() {
             (cd "$work" && APT_CONFIG="$apt/apt.conf" apt-get -q source --download-only --only-source "$package") \
                 >>"$work/apt.log" 2>&1 || true
         dsc=$(find "$work" -maxdepth 1 -name '*.dsc')
-        if [ -z "$dsc" ] || ! (cd "$work" && dsc_files "$dsc" | sha256sum --check --quiet - >&2); then
+        if [ -z "$dsc" ]; then
             { echo "deps: could not fetch the source of $package $version"; cat "$work/apt.log"; } >&2
             return 1
         fi
+        store=$2/${package}_$(version_in "$dsc" | sed 's/:/%/g')
         rm -rf "$store"
         mv "$work" "$store"
         dsc=$store/${dsc##*/}
     fi
+    check_source "$dsc" || return
     echo "$dsc"
 }
 
