@@ -127,7 +127,7 @@ void Application::load() {
     engine_.ShowTitle();
     helpFile_ = services_.files.programFolder() + "\\Quenlox.hlp";
     openFirstFile();
-    top_.setCaption(std::string("Quenlox  Ver ") + kVersion);
+    top_.setCaption("Quenlox  Ver " QUENLOX_VERSION_NUMBERS);
     top_.setAlwaysOnTop(top_.alwaysOnTop());
     if (top_.inTray()) return;  // the other windows come with the main window
     if (!top_.visible()) top_.show();

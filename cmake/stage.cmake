@@ -23,7 +23,7 @@ install(DIRECTORY ${QUENLOX_DEPS}/licences/ DESTINATION licences COMPONENT produ
 
 add_custom_target(stage
   COMMAND ${CMAKE_COMMAND} -E rm -rf ${QUENLOX_STAGE}/skin ${QUENLOX_STAGE}/licences ${QUENLOX_STAGE}/help
-  COMMAND ${CMAKE_COMMAND} --install ${CMAKE_BINARY_DIR} --prefix ${QUENLOX_STAGE} --component product --strip
+  COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=${QUENLOX_EPOCH} ${CMAKE_COMMAND} --install ${CMAKE_BINARY_DIR} --prefix ${QUENLOX_STAGE} --component product --strip
           > ${CMAKE_BINARY_DIR}/stage.log
   COMMENT "Assembling ${QUENLOX_STAGE}" VERBATIM)
 if(product_targets)

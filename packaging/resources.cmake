@@ -1,9 +1,11 @@
-# What Windows reads in the program files: icon, manifest and version. The version number has one source, project() in the
-# CMakeLists.txt above; the installer and the name of the zip take it from there too.
+# What Windows reads in the program files: icon, manifest and version. The version has one source, cmake/version.cmake; the
+# installer and the names of the packages take it from there too.
 
-# quenlox_version_for(<source>...): defines QUENLOX_VERSION, the version as a text, in these sources of this folder
+# quenlox_version_for(<source>...): defines the texts QUENLOX_VERSION, QUENLOX_VERSION_NUMBERS ("1.1.0") and QUENLOX_COMMIT in
+# these sources of this folder
 function(quenlox_version_for)
-  set_source_files_properties(${ARGN} PROPERTIES COMPILE_DEFINITIONS QUENLOX_VERSION="${PROJECT_VERSION}")
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_DEFINITIONS
+    "QUENLOX_VERSION=\"${QUENLOX_VERSION}\";QUENLOX_VERSION_NUMBERS=\"${PROJECT_VERSION}\";QUENLOX_COMMIT=\"${QUENLOX_COMMIT}\"")
 endfunction()
 
 function(quenlox_version_resource target internal_name file_name file_type description pictures)

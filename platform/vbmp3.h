@@ -93,7 +93,7 @@ class Vbmp3 {
     // Everything else but what tells of files and edits tags fails with NotInitialised before.
     virtual LibraryError vbmp3_init() = 0;
     virtual void vbmp3_free() = 0;               // waits for no file; a second time does nothing
-    virtual std::string vbmp3_getVersion() = 0;  // "1.1.0"
+    virtual std::string vbmp3_getVersion() = 0;  // "1.1.0" or "1.1.0-dev+0123456789"
 
     // Of a file, which need not be open. Any thread. NotFound or Format.
     virtual LibraryResult<FileType> vbmp3_getFileType(const std::string& path) = 0;

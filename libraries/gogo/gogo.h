@@ -78,7 +78,8 @@ GOGO_API int32_t MPGE_processFrameVB(void);
 GOGO_API int32_t MPGE_closeCoderVB(void);
 // Releases the work area, and closes what is open. No work area is no error.
 GOGO_API int32_t MPGE_endCoderVB(void);
-// "1.1.0" into `text` of `size` bytes, cut to it; GOGO_ERROR_ARGUMENT for a null text or size 0.
+// "1.1.0", of a build that is no release "1.1.0-dev+" and its commit, into `text` of `size` bytes (64 are enough), cut
+// to it; GOGO_ERROR_ARGUMENT for a null text or size 0.
 GOGO_API int32_t MPGE_getVersionVB(char* text, uint32_t size);
 
 // Every function by its name, for who loads the library at run time: GOGO_FUNCTIONS(F) is F(MPGE_getUnitStatesVB) and

@@ -113,7 +113,8 @@ VBMP3_API int32_t vbmp3_init(void);
 // way: it gives 0 when its file answers.
 VBMP3_API void vbmp3_free(void);
 VBMP3_API int32_t vbmp3_getLastErrorNo(void);  // of the calls made on this thread
-// "1.1.0" into `text` of `size` bytes, cut to it; a null text or size 0 does nothing.
+// "1.1.0", of a build that is no release "1.1.0-dev+" and its commit, into `text` of `size` bytes (64 are enough), cut
+// to it; a null text or size 0 does nothing.
 VBMP3_API void vbmp3_getVersion(char* text, uint32_t size);
 
 // Files.

@@ -69,7 +69,7 @@ TEST_F(ApplicationTest, AFreshStartShowsTheDefaultSkinAndPlaysNothing) {
     start();
     EXPECT_TRUE(dialogs.messages.empty());
     EXPECT_TRUE(top().visible());
-    EXPECT_EQ(top().caption(), "Quenlox  Ver " QUENLOX_VERSION);
+    EXPECT_EQ(top().caption(), "Quenlox  Ver " QUENLOX_VERSION_NUMBERS);
     EXPECT_EQ(top().picture()->width(), 100);
     EXPECT_EQ(state().VolumePercent, 50);
     EXPECT_EQ(state().PlayerStatus, kStop);

@@ -65,7 +65,7 @@ TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors) {
     EXPECT_EQ(value, -1);
     EXPECT_EQ(MPGE_getUnitStatesVB(&value), GOGO_OK);
     EXPECT_GE(value, 1);
-    char version[16];
+    char version[64];
     EXPECT_EQ(MPGE_getVersionVB(version, sizeof version), GOGO_OK);
     EXPECT_STREQ(version, QUENLOX_VERSION);
 }

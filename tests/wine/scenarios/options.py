@@ -30,7 +30,7 @@ def test_every_tab_shows_its_controls_and_the_about_window_the_versions(s):
         s.screenshot(f"options-{name}", form)
     close(form)
     about = player.open("バージョン情報(V)", "バージョン情報")
-    for text in ("Ver 1.0.0", "VBMP3.dll", "gogo.dll"):
+    for text in ("Ver 1.1.0", "VBMP3.dll", "gogo.dll"):
         about.wait_text(text)
     s.screenshot("about", about)
     close(about)
