@@ -20,8 +20,15 @@ endif()
 if(WIN32)
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00 STRICT)
   # The same sources give the same bytes, wherever and whenever they are built: no path of this checkout (which ccache gives
-  # relatively) and no time; what strips symbols later writes the time of SOURCE_DATE_EPOCH.
+  # relatively) and no time; what strips symbols later writes the time of SOURCE_DATE_EPOCH, that of the commit.
   add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=../..=.)
   add_link_options(-Wl,--no-insert-timestamp)
+  # A buffer that overflows ends the program before anything of the overflow is used. Line tables, which stay out of what
+  # users get, turn the addresses of a crash note into lines (tools/explain_crash.py).
+  add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-fstack-protector-strong;-g1>")
+  add_compile_options("$<$<AND:$<COMPILE_LANGUAGE:C,CXX>,$<CONFIG:Release>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+  add_link_options(-fstack-protector-strong)
+  # Windows 10 is the first to start it. Which build of it is the oldest stands in packaging/installer/quenlox.nsi.
+  add_link_options(-Wl,--major-subsystem-version=10,--minor-subsystem-version=0,--major-os-version=10,--minor-os-version=0)
   add_link_options(-static -Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)
 endif()

@@ -7,10 +7,11 @@ namespace quenlox::win32 {
 
 class Library {
   public:
-    // Looks in `folder` only, so that no library of that name from elsewhere is taken.
+    // Looks in `folder` only, so that no library of that name from elsewhere is taken; what it needs itself comes from
+    // there or from the system.
     Library(const std::string& folder, const std::string& name)
         : module_(LoadLibraryExW(WidePath(folder + (folder.ends_with('\\') ? "" : "\\") + name).c_str(), nullptr,
-                                 LOAD_WITH_ALTERED_SEARCH_PATH)) {}
+                                 LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32)) {}
 
     bool loaded() const { return static_cast<bool>(module_); }
     bool complete() const { return loaded() && !missing_; }  // everything asked for so far is there
