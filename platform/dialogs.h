@@ -24,7 +24,7 @@ class Dialogs {
     // Text lines are parted by CR, LF or both.
     virtual void message(const std::string& text, MessageIcon icon, const std::string& title = "Quenlox") = 0;
     virtual bool confirm(const std::string& question, const std::string& title = "Quenlox") = 0;  // yes; else no
-    // The same about something that would be lost: no is what Enter answers.
+    // The same about something that yes would lose or open to others: no is what Enter answers.
     virtual bool confirmLoss(const std::string& question, const std::string& title = "Quenlox") = 0;
     // Yes true, no false, cancelled nothing.
     virtual std::optional<bool> confirmOrCancel(const std::string& question, const std::string& title = "Quenlox") = 0;

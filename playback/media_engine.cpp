@@ -132,8 +132,9 @@ std::shared_ptr<const MediaEngine::Found> MediaEngine::find(int opened) {
     const auto ask = [found, &files = files_, &vbmp3 = vbmp3_, drive = options_.DefaultCdDrive] {
         const MediaKind kind = KindOfExtension(LastFour(found->path));
         if (kind.base == kCdAudio) found->path = CdTrack(files, found->path, drive);
-        found->exists = files.fileExists(found->path);
-        if (!found->exists) found->rootAnswers = files.folderExists(JoinPath(VolumeOf(found->path), ""));
+        const bool device = IsDevicePath(found->path);
+        found->exists = !device && files.fileExists(found->path);
+        if (!found->exists && !device) found->rootAnswers = files.folderExists(JoinPath(VolumeOf(found->path), ""));
         // A late answer must not open what is wanted no more over what is open by then.
         if (!found->exists || kind.base != kUnknownKind || !found->wanted) return;
         found->info = vbmp3.vbmp3_open(found->path);

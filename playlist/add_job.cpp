@@ -29,10 +29,24 @@ void AddJob::addM3U(const std::string& folder, const std::string& name, int list
     push({Kind::M3U, folder, name, list});
 }
 
+// True while the user is to be asked first.
+bool AddJob::importM3U(const std::string& folder, const std::string& name, int list) {
+    question_ = lists_.ServersOfM3U(folder, name);
+    std::erase_if(question_, [&](const auto& server) { return agreed_.contains(server) || refused_.contains(server); });
+    if (!question_.empty()) return true;
+    lists_.ImportM3U(folder, name, list, [&, own = ServerOf(folder)](std::string_view path) {
+        const std::string server = ServerOf(path);
+        return server.empty() || server == own || agreed_.contains(server);
+    });
+    return false;
+}
+
+void AddJob::answer(bool agreed) { (agreed ? agreed_ : refused_).merge(std::exchange(question_, {})); }
+
 // True while there is more of the item.
 bool AddJob::perform(const Item& item, const std::function<bool()>& keepGoing) {
     if (item.kind == Kind::M3U) {
-        lists_.ImportM3U(item.path, item.name, item.list);
+        return importM3U(item.path, item.name, item.list);
     } else if (item.kind == Kind::File) {
         lists_.AddEntry(item.path, item.list);
     } else if (folder_ || files_.folderExists(item.path)) {
@@ -40,7 +54,7 @@ bool AddJob::perform(const Item& item, const std::function<bool()>& keepGoing) {
         if (lists_.AddFolder(item.path, *folder_, item.list, keepGoing)) return true;
         folder_.reset();
     } else if (IsM3U(item.path)) {
-        lists_.ImportM3U(FolderOf(item.path), FileNameOf(item.path), item.list);
+        return importM3U(FolderOf(item.path), FileNameOf(item.path), item.list);
     } else {
         lists_.AddEntry(item.path, item.list);
     }
@@ -48,6 +62,7 @@ bool AddJob::perform(const Item& item, const std::function<bool()>& keepGoing) {
 }
 
 bool AddJob::step(std::chrono::microseconds budget) {
+    if (!question_.empty()) return true;
     using Clock = std::chrono::steady_clock;
     const Clock::time_point end = Clock::now() + budget;
     const auto timeLeft = [end] { return Clock::now() < end; };
@@ -77,6 +92,7 @@ int AddJob::rows() const {
 void AddJob::cancel() {
     if (!active()) return;
     items_.clear();
+    question_.clear();
     folder_.reset();
     finish();
 }
@@ -84,6 +100,7 @@ void AddJob::cancel() {
 void AddJob::finish() {
     for (const int list : std::exchange(touched_, {})) lists_.BuildShuffleOrder(list);
     lists_.markChanged();
+    refused_.clear();
     done_ = 0;
 }
 

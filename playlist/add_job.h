@@ -1,4 +1,6 @@
-// Adding many files, folders and M3U files to the lists, in slices, so that the window goes on answering.
+// Adding many files, folders and M3U files to the lists, in slices, so that the window goes on answering. Whoever wrote
+// an M3U file may have named any computer in it, and Windows signs in wherever a file is looked for: entries that lie
+// on another computer than the M3U file itself are added only when the user agrees.
 #pragma once
 
 #include <chrono>
@@ -37,7 +39,13 @@ class AddJob {
     // Adds until the time is used up, at least something. True while there is more to do; when there is not, the random
     // orders of the lists that it touched are new. ListDirty is set by the first row, and at the end in any case.
     bool step(std::chrono::microseconds budget);
-    void cancel();                        // what has been added stays
+    void cancel();  // what has been added stays
+
+    // The other computers that the M3U file at hand names and that the user has not agreed to; while there are any,
+    // nothing is added. Agreed, they are not asked about again; else their entries are left out, of what waits now.
+    const std::set<std::string>& question() const { return question_; }
+    void answer(bool agreed);
+
     std::optional<int> permille() const;  // nothing for a folder whose size nobody knows
 
   private:
@@ -51,6 +59,7 @@ class AddJob {
 
     void push(Item item);
     bool perform(const Item& item, const std::function<bool()>& keepGoing);
+    bool importM3U(const std::string& folder, const std::string& name, int list);
     int rows() const;  // of all lists
     void finish();
 
@@ -59,6 +68,7 @@ class AddJob {
     std::deque<Item> items_;
     std::unique_ptr<FolderReader> folder_;  // of the first item, while its names are being read
     std::set<int> touched_;
+    std::set<std::string> question_, agreed_, refused_;  // servers
     std::size_t done_ = 0;
 };
 

@@ -351,7 +351,7 @@ void FormList::Timer1_Timer() {
     if (reading_) {
         readNames(kBusyBudget);
     } else if (adding_.active()) {
-        adding_.step(kBusyBudget);
+        addSome(kBusyBudget);
     } else if (sorting_) {
         if (!lists_.fillSome(sorting_->list, kBusyBudget)) finishSort();
     } else if (visible()) {

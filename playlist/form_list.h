@@ -189,6 +189,7 @@ class FormList : public Form {
 
     // form_list_commands.cpp
     void startAdding();
+    void addSome(std::chrono::microseconds budget);
     void requestSort(const SortJob& sort);
     void finishSort();
     void addFromBrowser(int list, bool all);
@@ -220,6 +221,7 @@ class FormList : public Form {
     FileSystem& files_;
     Dialogs& dialogs_;
     AddJob adding_;
+    bool asking_ = false;  // about servers
     std::optional<SortJob> sorting_;
     std::optional<FolderReading> reading_;
     std::vector<std::string> folderFiles_;  // of the folder that is shown, those that File1 can show

@@ -14,6 +14,8 @@ namespace {
 // What is done before the command returns; the rest comes in slices, with a progress bar.
 constexpr std::chrono::milliseconds kAtOnce{120};
 
+constexpr std::size_t kLongestNames = 200;  // bytes of the servers that a question names
+
 constexpr const char* kM3UFilter = "*.m3u";
 constexpr const char* kM3UFilterName = "M3Uﾌｧｲﾙ";
 
@@ -28,11 +30,33 @@ void FormList::startAdding() {
     for (int list = 0; list < kViews; ++list) {
         if (adding_.touches(list)) PlayView[list].markSorted(-1, 0);
     }
-    adding_.step(kAtOnce);
+    addSome(kAtOnce);
     showBusy();
     showStatus();
     updateMenus();
     updateTimer();
+}
+
+// The timer goes on while a question is open; it is asked once all the same.
+void FormList::addSome(std::chrono::microseconds budget) {
+    adding_.step(budget);
+    while (!asking_ && !adding_.question().empty()) {
+        std::string names;
+        for (const std::string& server : adding_.question()) {
+            if (names.size() > kLongestNames) {
+                names += "\n　…";
+                break;
+            }
+            names += "\n　\\\\" + (server.size() > kLongestNames ? "…" : server);
+        }
+        asking_ = true;
+        const bool agreed =
+            dialogs_.confirmLoss("M3Uファイルの中に、別のコンピューターにあるファイルの行があります。" + names +
+                                 "\n追加すると、そのコンピューターに接続します。\nこれらの行も追加しますか？");
+        asking_ = false;
+        adding_.answer(agreed);
+        adding_.step(budget);
+    }
 }
 
 void FormList::PlayView_FilesDropped(const std::vector<std::string>& files) {

@@ -169,7 +169,9 @@ void Playlists::forgetTexts(const std::string& path) {
 
 bool Playlists::append(int list, std::string_view path) {
     // A line end in a path would make two entries of it in the list file; no file has one in its name.
-    if (!persisted(list) || path.empty() || path.find('\n') != path.npos || path.find('\r') != path.npos) return false;
+    if (!persisted(list) || path.empty() || path.find('\n') != path.npos || path.find('\r') != path.npos ||
+        IsDevicePath(path))
+        return false;
     rows(list).append(path);
     return true;
 }
@@ -197,14 +199,29 @@ CodePage Playlists::codePage() const {
     return [this](std::string_view bytes) { return files_.fromCodePage(bytes); };
 }
 
-bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName, int list) {
+bool Playlists::ImportM3U(const std::string& folder, const std::string& fileName, int list,
+                          const std::function<bool(std::string_view path)>& wanted) {
     const std::optional<std::string> bytes = files_.read(folder + fileName);
     if (!bytes) return false;
     const int before = count(list);
-    ParseM3U(
-        *bytes, folder, [&](std::string_view path) { append(list, path); }, codePage());
+    const auto add = [&](std::string_view path) {
+        if (!wanted || wanted(path)) append(list, path);
+    };
+    ParseM3U(*bytes, folder, add, codePage());
     keepAdded(list, before);
     return true;
+}
+
+std::set<std::string> Playlists::ServersOfM3U(const std::string& folder, const std::string& fileName) const {
+    std::set<std::string> servers;
+    const auto note = [&](std::string_view path) {
+        if (!IsDevicePath(path)) servers.insert(ServerOf(path));
+    };
+    if (const std::optional<std::string> bytes = files_.read(folder + fileName))
+        ParseM3U(*bytes, folder, note, codePage());
+    servers.erase("");
+    servers.erase(ServerOf(folder));
+    return servers;
 }
 
 bool Playlists::AddFolder(const std::string& folder, FolderReader& names, int list,

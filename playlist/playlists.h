@@ -85,7 +85,11 @@ class Playlists : public TrackSource {
 
     // Adding. None of these rebuilds the random order; that is done once, behind all that a command adds.
     bool AddEntry(const std::string& path, int list);  // false for a path that no file can have
-    bool ImportM3U(const std::string& folder, const std::string& fileName, int list);  // false: could not be read
+    // Adds the entries of an M3U file, those that are `wanted`. False: it could not be read.
+    bool ImportM3U(const std::string& folder, const std::string& fileName, int list,
+                   const std::function<bool(std::string_view path)>& wanted = {});
+    // The computers that the entries of an M3U file lie on, other than its own; as ServerOf gives them.
+    std::set<std::string> ServersOfM3U(const std::string& folder, const std::string& fileName) const;
     // The media files among the names of a folder, not those of the folders in it. `keepGoing` is asked now and then
     // and may interrupt it; true while there are more names.
     bool AddFolder(const std::string& folder, FolderReader& names, int list,

@@ -35,6 +35,18 @@ std::string_view VolumeOf(std::string_view path) {
     return path.substr(0, share == path.npos ? share : path.find('\\', share + 1));
 }
 
+std::string ServerOf(std::string_view path) {
+    if (!path.starts_with("\\\\")) return {};
+    path.remove_prefix(2);
+    return FoldCase(path.substr(0, path.find('\\')));
+}
+
+bool IsDevicePath(std::string_view path) {
+    const auto slash = [&](std::size_t at) { return path[at] == '\\' || path[at] == '/'; };
+    if (path.size() < 4 || !slash(0) || !slash(3)) return false;
+    return (slash(1) && (path[2] == '.' || path[2] == '?')) || (path[1] == '?' && path[2] == '?');
+}
+
 std::string LastFour(std::string_view path) { return FoldCase(LastCharacters(path, 4)); }
 
 std::string BaseNameOf(std::string_view path) {

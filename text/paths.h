@@ -27,6 +27,11 @@ inline constexpr std::array<std::string_view, 3> kLyricsExtensions{"kra", "lrc",
 
 // The drive "C:" or the network share "\\server\share" that holds the file; empty for a relative path.
 std::string_view VolumeOf(std::string_view path);
+// The computer that a network path names, in lower case: "server" of "\\Server\share\x". Empty for any other path.
+std::string ServerOf(std::string_view path);
+// True for what Windows hands to a device or past its own rules for names: "\\.\...", "\\?\..." and "\??\...". No file
+// of a user is called so, and behind it anything may stand, a serial port or another computer.
+bool IsDevicePath(std::string_view path);
 // True for "C:\...", "\\server\..." and "\...".
 bool IsAbsolutePath(std::string_view path);
 

@@ -84,6 +84,27 @@ TEST_F(FormListCommands, DroppedFoldersListsAndFilesAreAddedInTheirOrder) {
     EXPECT_TRUE(state.ListDirty);
 }
 
+TEST_F(FormListCommands, EntriesOnAnotherComputerThanTheirListComeInOnlyWhenTheUserAgrees) {
+    const std::string rows =
+        "C:\\1.mp3\n\\\\Own\\m\\2.mp3\n//evil/m/3.mp3\n\\\\EVIL\\m\\4.mp3\n\\\\.\\COM1:x\n//?/UNC/evil/5.mp3\n";
+    const Paths safe{"C:\\1.mp3", "\\\\Own\\m\\2.mp3"},
+        all{safe[0], safe[1], "\\\\evil\\m\\3.mp3", "\\\\EVIL\\m\\4.mp3"};
+    for (const bool agreed : {false, true}) {
+        ListWindow window;
+        for (const char* list : {"\\\\own\\m\\a.m3u", "\\\\own\\m\\b.m3u"}) window.files.add(list, rows);
+        window.dialogs.confirms = {agreed, true};
+        window.form.PlayView_FilesDropped({"\\\\own\\m\\a.m3u"});
+        EXPECT_EQ(window.paths(0), agreed ? all : safe);
+        EXPECT_THAT(window.dialogs.questions,
+                    testing::ElementsAre(
+                        testing::AllOf(testing::HasSubstr("\\\\evil\n"), testing::Not(testing::HasSubstr("own")))));
+        window.lists.clear(0);
+        window.form.PlayView_FilesDropped({"\\\\own\\m\\b.m3u"});  // asked again unless agreed
+        EXPECT_EQ(window.paths(0), all);
+        EXPECT_EQ(window.dialogs.questions.size(), agreed ? 1U : 2U);
+    }
+}
+
 TEST_F(FormListCommands, AddingAHugeFolderGoesOnInSlicesAndCanBeCancelled) {
     for (const bool cancelled : {true, false}) {
         ListWindow window;
