@@ -9,9 +9,10 @@
 
 int main() {
     using namespace quenlox;
+    TrustSystemLibrariesOnly();
     const auto shell = MakeShell();
     if (shell->anotherInstanceRuns()) return 0;
-    const auto crashNotes = MakeCrashNotes(QUENLOX_VERSION);
+    const auto crashNotes = MakeCrashNotes(QUENLOX_VERSION, QUENLOX_COMMIT);
     const auto files = MakeFileSystem();
     const auto dialogs = MakeDialogs();
     const std::string folder = files->programFolder();

@@ -51,6 +51,7 @@ void WritePlace(NoteText& note, const CodePlace& place) noexcept {
 
 void WriteCrashNote(NoteText& note, const CrashFacts& facts, const ActionLog* actions) noexcept {
     note.text("Quenlox ").text(facts.version).text(" ended unexpectedly").line();
+    note.text("commit  ").text(facts.commit).line();
     note.text("time    ").decimal(facts.year, 4).text("-").decimal(facts.month, 2).text("-").decimal(facts.day, 2);
     note.text(" ").decimal(facts.hour, 2).text(":").decimal(facts.minute, 2).text(":").decimal(facts.second, 2).line();
     note.text("code    ").hex(facts.code, 8);

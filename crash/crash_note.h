@@ -33,7 +33,7 @@ struct CodePlace {
 };
 
 struct CrashFacts {
-    std::string_view version;
+    std::string_view version, commit;
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;  // local time
     std::uint32_t code = 0;                                             // of the exception
     std::string_view reason;                                            // more than the code tells; may be empty

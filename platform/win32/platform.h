@@ -29,8 +29,12 @@ std::unique_ptr<OutputDevices> MakeOutputDevices();
 std::unique_ptr<Shell> MakeShell();
 
 // From now on a crash leaves a note and a dump in %LOCALAPPDATA%\Quenlox\crash, where the newest five are kept. To be
-// called on the user-interface thread; `version` must live as long.
-std::unique_ptr<CrashNotes> MakeCrashNotes(std::string_view version);
+// called on the user-interface thread; the texts must live as long.
+std::unique_ptr<CrashNotes> MakeCrashNotes(std::string_view version, std::string_view commit);
+
+// To be called before anything else: from now on a library that is asked for by its name alone comes from the system's
+// folder. Neither the current folder, which is that of whatever file was opened, nor those of PATH are looked into.
+void TrustSystemLibrariesOnly();
 
 // Loads vbmp3.dll from `folder`. Null when it is not there or lacks an operation.
 std::unique_ptr<Vbmp3> LoadVbmp3(const std::string& folder);

@@ -40,11 +40,12 @@ TEST(ActionLog, KeepsTheNewestInOrderAndNothingOfAFileButItsKind) {
 TEST(CrashNote, TellsVersionTimeFaultAndActions) {
     ActionLog log;
     log.note("play");
-    CrashFacts facts{"1.2.3", 2026, 1, 2, 3, 4, 5, 0xC0000005, "", {"vbmp3.dll", 0x1F20}, true, true, 0x10, true};
+    CrashFacts facts{"1.2.3", "0123abcd", 2026, 1, 2, 3, 4, 5, 0xC0000005, "", {"vbmp3.dll", 0x1F20}, true, true, 0x10, true};
     std::vector<char> buffer(2000);
     NoteText note(buffer);
     WriteCrashNote(note, facts, &log);
     EXPECT_THAT(std::string(note.view()), testing::MatchesRegex("Quenlox 1\\.2\\.3 ended unexpectedly\r\n"
+                                                                "commit  0123abcd\r\n"
                                                                 "time    2026-01-02 03:04:05\r\n"
                                                                 "code    0xC0000005 access violation, writing 0x10\r\n"
                                                                 "place   vbmp3\\.dll\\+0x1F20\r\n"

@@ -10,9 +10,12 @@
 #include <shlobj.h>
 
 #include <cxxabi.h>
+#include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 #include <exception>
 #include <string_view>
@@ -60,7 +63,8 @@ std::atomic<CrashNotesWin32*> theWatch = nullptr;
 
 class CrashNotesWin32 : public CrashNotes {
   public:
-    explicit CrashNotesWin32(std::string_view version) : version_(version), mainThread_(GetCurrentThreadId()) {
+    CrashNotesWin32(std::string_view version, std::string_view commit)
+        : version_(version), commit_(commit), mainThread_(GetCurrentThreadId()) {
         PWSTR folder = nullptr;
         if (SUCCEEDED(SHGetKnownFolderPath(FOLDERID_LocalAppData, KF_FLAG_DONT_VERIFY, nullptr, &folder))) {
             parent_.set({folder, L"\\Quenlox"});
@@ -198,6 +202,7 @@ class CrashNotesWin32 : public CrashNotes {
         const EXCEPTION_RECORD& record = *exception_->ExceptionRecord;
         CrashFacts facts;
         facts.version = version_;
+        facts.commit = commit_;
         facts.year = now.wYear;
         facts.month = now.wMonth;
         facts.day = now.wDay;
@@ -239,18 +244,74 @@ class CrashNotesWin32 : public CrashNotes {
         const auto writeDump = reinterpret_cast<decltype(&MiniDumpWriteDump)>(
             reinterpret_cast<void*>(GetProcAddress(help, "MiniDumpWriteDump")));
         if (!writeDump) return false;
-        const HANDLE file =
-            CreateFileW(path.text, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+        const HANDLE file = CreateFileW(path.text, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file == INVALID_HANDLE_VALUE) return false;
         MINIDUMP_EXCEPTION_INFORMATION information{failedThread_, exception_, FALSE};
         // Of the stacks only what finding the calls needs: the rest may hold names of the user's files.
-        constexpr auto kWhat =
-            static_cast<MINIDUMP_TYPE>(MiniDumpWithThreadInfo | MiniDumpWithUnloadedModules | MiniDumpFilterMemory);
-        const bool whole =
-            writeDump(GetCurrentProcess(), GetCurrentProcessId(), file, kWhat, &information, nullptr, nullptr) != FALSE;
+        constexpr auto kWhat = static_cast<MINIDUMP_TYPE>(MiniDumpWithThreadInfo | MiniDumpWithUnloadedModules |
+                                                          MiniDumpFilterMemory | MiniDumpFilterModulePaths);
+        const bool whole = writeDump(GetCurrentProcess(), GetCurrentProcessId(), file, kWhat, &information, nullptr,
+                                     nullptr) != FALSE &&
+                           forgetNames(file);
         CloseHandle(file);
         if (!whole) DeleteFileW(path.text);
         return whole;
+    }
+
+    // Not every system does what the two flags ask for. So of each module its file name only is left, as the folders
+    // tell who the user is, and of the memory only what is an address within a module or within that memory.
+    static bool forgetNames(HANDLE file) noexcept {
+        const HANDLE mapping = CreateFileMappingW(file, nullptr, PAGE_READWRITE, 0, 0, nullptr);
+        auto* dump = mapping ? static_cast<std::byte*>(MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0)) : nullptr;
+        if (dump) {
+            const auto* modules = StreamOf<MINIDUMP_MODULE_LIST>(dump, ModuleListStream);
+            const auto* memory = StreamOf<MINIDUMP_MEMORY_LIST>(dump, MemoryListStream);
+            for (ULONG32 i = 0; modules && i < modules->NumberOfModules; ++i)
+                forgetFolder(*reinterpret_cast<MINIDUMP_STRING*>(dump + modules->Modules[i].ModuleNameRva));
+            for (ULONG32 i = 0; modules && memory && i < memory->NumberOfMemoryRanges; ++i) {
+                const MINIDUMP_LOCATION_DESCRIPTOR& place = memory->MemoryRanges[i].Memory;
+                for (ULONG32 at = 0; at < place.DataSize; at += sizeof(ULONG64)) {
+                    ULONG64 word = 0;
+                    const std::size_t size = std::min<std::size_t>(sizeof word, place.DataSize - at);
+                    std::memcpy(&word, dump + place.Rva + at, size);
+                    if (!IsAddress(*modules, *memory, word)) std::memset(dump + place.Rva + at, 0, size);
+                }
+            }
+            UnmapViewOfFile(dump);
+        }
+        if (mapping) CloseHandle(mapping);
+        return dump != nullptr;
+    }
+
+    // A part of a dump; null when the dump has none of the kind.
+    template <typename Stream>
+    static const Stream* StreamOf(const std::byte* dump, ULONG32 type) noexcept {
+        const auto* header = reinterpret_cast<const MINIDUMP_HEADER*>(dump);
+        const auto* streams = reinterpret_cast<const MINIDUMP_DIRECTORY*>(dump + header->StreamDirectoryRva);
+        for (ULONG32 i = 0; i < header->NumberOfStreams; ++i) {
+            if (streams[i].StreamType == type) return reinterpret_cast<const Stream*>(dump + streams[i].Location.Rva);
+        }
+        return nullptr;
+    }
+
+    static bool IsAddress(const MINIDUMP_MODULE_LIST& modules, const MINIDUMP_MEMORY_LIST& memory,
+                          ULONG64 word) noexcept {
+        for (ULONG32 i = 0; i < modules.NumberOfModules; ++i) {
+            if (word - modules.Modules[i].BaseOfImage < modules.Modules[i].SizeOfImage) return true;
+        }
+        for (ULONG32 i = 0; i < memory.NumberOfMemoryRanges; ++i) {
+            if (word - memory.MemoryRanges[i].StartOfMemoryRange < memory.MemoryRanges[i].Memory.DataSize) return true;
+        }
+        return false;
+    }
+
+    static void forgetFolder(MINIDUMP_STRING& name) noexcept {
+        const std::size_t length = name.Length / sizeof(wchar_t);
+        const std::size_t start = std::wstring_view(name.Buffer, length).rfind(L'\\') + 1;
+        std::wmemmove(name.Buffer, name.Buffer + start, length - start);
+        std::wmemset(name.Buffer + length - start, 0, start);
+        name.Length = static_cast<ULONG32>((length - start) * sizeof(wchar_t));
     }
 
     // The failed thread stands still, so its stack can be walked from here.
@@ -304,7 +365,7 @@ class CrashNotesWin32 : public CrashNotes {
         }
     }
 
-    const std::string_view version_;
+    const std::string_view version_, commit_;
     const DWORD mainThread_;
     Path parent_, folder_;
     OwnedHandle wanted_, done_, writer_;
@@ -328,8 +389,8 @@ class CrashNotesWin32 : public CrashNotes {
 
 namespace quenlox {
 
-std::unique_ptr<CrashNotes> MakeCrashNotes(std::string_view version) {
-    return std::make_unique<win32::CrashNotesWin32>(version);
+std::unique_ptr<CrashNotes> MakeCrashNotes(std::string_view version, std::string_view commit) {
+    return std::make_unique<win32::CrashNotesWin32>(version, commit);
 }
 
 }  // namespace quenlox
