@@ -1,5 +1,7 @@
 #!/bin/bash
 # Makes the installer of a folder: packaging/installer/make.sh PRODUCT VERSION TARGET -> TARGET/Quenlox-VERSION-setup.exe
+# QUENLOX_SIGN, a command that signs the file behind it, is called for the uninstaller and for the installer; QUENLOX_HOME is
+# the publisher's page.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 product=$(realpath "$1") version=$2 target=$(realpath "$3")
@@ -32,5 +34,7 @@ file_lists >"$work/files.nsh"
 cp "$root/packaging/installer/side.bmp" "$work/"
 touch -d "@${SOURCE_DATE_EPOCH:-1700000000}" "$work/side.bmp"
 size=$(find "$product" -type f -printf '%s\n' | awk '{ bytes += $1 } END { print int(bytes / 1024) }')
-makensis -V3 -WX -INPUTCHARSET UTF8 -DVERSION="$version" -DSIZE_KB="$size" -DFILES="$work/files.nsh" \
+makensis -V3 -WX -INPUTCHARSET UTF8 -DVERSION="$version" -DNUMBERS="${version%%-*}" -DHOME="${QUENLOX_HOME:-}" \
+    -DSIGN="${QUENLOX_SIGN:-}" -DSIZE_KB="$size" -DFILES="$work/files.nsh" \
     -DSIDE="$work/side.bmp" -DROOT="$root" -DOUT="$target/Quenlox-$version-setup.exe" "$root/packaging/installer/quenlox.nsi"
+[ -z "${QUENLOX_SIGN:-}" ] || $QUENLOX_SIGN "$target/Quenlox-$version-setup.exe"

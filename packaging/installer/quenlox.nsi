@@ -1,13 +1,15 @@
 ; The installer: for one user, without administrator rights. packaging/installer/make.sh calls makensis with
-;   VERSION   1.2.3            FILES  generated: the macros InstallFiles and RemoveFiles
+;   VERSION   1.2.3-dev+0123   FILES  generated: the macros InstallFiles and RemoveFiles
+;   NUMBERS   1.2.3                SIDE   the picture of the first and the last page
 ;   SIZE_KB   of all files     ROOT   this source tree
-;   OUT       the installer        SIDE   the picture of the first and the last page
+;   OUT       the installer        HOME   the publisher's page; empty: none
+;   SIGN      the command that signs a file, which it gets as its last argument; empty: none
 ;
 ; Switches besides those of every NSIS installer (/S silent, /D=folder last):
 ;   /ASSOC /NOASSOC   associates all kinds of files, or takes that back; without either it stays as it is
 ;   /DESKTOP          makes the shortcut on the desktop
 ; The uninstaller, uninstall.exe, knows:
-;   /DELETEUSER       also removes settings and lists, which otherwise stay
+;   /DELETEUSER       also removes settings, lists and crash notes, which otherwise stay
 ;   /UPGRADE          removes the files only; for an installer that puts its own in their place
 ; Exit code 2: the program is running, or its file is in use.
 Target amd64-unicode
@@ -16,10 +18,15 @@ Unicode true
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Quenlox"
 !define OWN_KEY "Software\Quenlox"
 !define EXIT_IN_USE 2
+; The first Windows whose functions the program uses: version 1703.
+!define OLDEST_BUILD 15063
 
 Name "Quenlox"
 OutFile "${OUT}"
 SetCompressor /SOLID lzma
+!if "${SIGN}" != ""
+  !uninstfinalize '${SIGN} "%1"' = 0
+!endif
 RequestExecutionLevel user
 ManifestDPIAware true
 InstallDir "$LOCALAPPDATA\Programs\Quenlox"
@@ -71,7 +78,7 @@ Var UpgradeOnly  ; the uninstaller was called by an installer
 !include "${ROOT}/packaging/installer/texts.nsh"
 !include "${ROOT}/packaging/installer/formats.nsh"
 
-VIProductVersion "${VERSION}.0"
+VIProductVersion "${NUMBERS}.0"
 !macro VersionTexts LANGUAGE_ID
   VIAddVersionKey /LANG=${LANGUAGE_ID} "ProductName" "Quenlox"
   VIAddVersionKey /LANG=${LANGUAGE_ID} "ProductVersion" "${VERSION}"
@@ -132,6 +139,12 @@ Section "$(SectionProgram)" SectionProgram
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "Publisher" "Quenlox"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\Quenlox.exe,0"
+  WriteRegStr HKCU "${UNINSTALL_KEY}" "HelpLink" "$INSTDIR\Quenlox.html"
+  !if "${HOME}" != ""
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "URLInfoAbout" "${HOME}"
+  !else
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "URLInfoAbout" "$INSTDIR\README.txt"
+  !endif
   WriteRegStr HKCU "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
   WriteRegStr HKCU "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
@@ -175,6 +188,7 @@ FunctionEnd
 
 Function .onInit
   ${IfNot} ${AtLeastWin10}
+  ${OrIfNot} ${AtLeastBuild} ${OLDEST_BUILD}
     MessageBox MB_OK|MB_ICONSTOP "$(TooOld)" /SD IDOK
     Abort
   ${EndIf}
@@ -227,6 +241,15 @@ Section /o "un.$(SectionUserFiles)" UnSectionUserFiles
   Delete "$INSTDIR\Quenlox.m3u"
   Delete "$INSTDIR\Quenlox.log"
   RMDir "$INSTDIR"
+  ; Where they are kept when the program's folder cannot be written, and what crashes have left.
+  Delete "$APPDATA\Quenlox\Quenlox.ini"
+  Delete "$APPDATA\Quenlox\Quenlox.m3u"
+  Delete "$APPDATA\Quenlox\Quenlox.log"
+  RMDir "$APPDATA\Quenlox"
+  Delete "$LOCALAPPDATA\Quenlox\crash\Quenlox-*.txt"
+  Delete "$LOCALAPPDATA\Quenlox\crash\Quenlox-*.dmp"
+  RMDir "$LOCALAPPDATA\Quenlox\crash"
+  RMDir "$LOCALAPPDATA\Quenlox"
 SectionEnd
 
 !insertmacro MUI_UNFUNCTION_DESCRIPTION_BEGIN
