@@ -1,6 +1,7 @@
 """What users download: the zip plays from any folder, the installer installs, replaces, associates and removes."""
 
 import filecmp
+import hashlib
 import re
 import shutil
 import subprocess
@@ -19,7 +20,7 @@ NEXT = 1  # the command of the installer's button that goes on
 
 
 def package(pattern):
-    found = list(PACKAGES.glob(pattern))
+    found = [path for path in PACKAGES.glob(pattern) if not path.stem.endswith(("-source", "-symbols"))]
     assert len(found) == 1, f"one {pattern} in {PACKAGES}, made by packaging/build.sh: {found}"
     return found[0]
 
@@ -100,6 +101,21 @@ def plays(s, start):
     assert s.captured(mark).trimmed().rms() > 0.01
     window.close()
     s.equal(program.wait_exit(), 0, "exit code")
+
+
+def test_every_licence_that_a_notice_names_is_there_and_every_source(s):
+    licences = unpacked(s, s.material) / "licences"
+    for name, words in {"LGPL-2.1": "Version 2.1, February 1999", "LGPL-2": "GNU LIBRARY GENERAL PUBLIC LICENSE", "GPL-3": "29 June 2007",
+                        "mpg123-COPYING": "Michael Hipp", "lame": "fft.c", "nsis": "Nullsoft", "soundtouch": "", "kissfft-COPYING": "",
+                        "gcc-runtime": "GCC RUNTIME LIBRARY EXCEPTION", "mingw-w64-runtime": "winpthreads"}.items():
+        assert words in (licences / f"{name}.txt").read_text("utf-8"), f"{words!r} in {name}"
+    for notice in licences.glob("*.txt"):
+        for name in re.findall(r"/common-licenses/([\w.-]*\w)", notice.read_text("utf-8", "replace")):
+            assert (licences / f"{name}.txt").exists(), f"{notice.name} refers to {name}"
+    with zipfile.ZipFile(next(PACKAGES.glob("*-source.zip"))) as archive:
+        sources = {hashlib.sha256(archive.read(name)).hexdigest() for name in archive.namelist()}
+    for line in (licences / "sources.sha256").read_text().splitlines():
+        assert line.split()[0] in sources, line
 
 
 @real_time
@@ -225,5 +241,9 @@ def test_removing_leaves_what_is_the_users_unless_told_otherwise(s):
 
     shutil.rmtree(folder / "skin/mine")
     setup(s)
+    left = [folder.parents[1] / "Quenlox/crash/Quenlox-1.dmp", folder.parents[2] / "Roaming/Quenlox/Quenlox.ini"]
+    for path in left:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text("mine")
     uninstall(s, "/DELETEUSER")
-    s.wait_until(lambda: not folder.exists(), "the folder is gone")
+    s.wait_until(lambda: not any(path.exists() for path in (folder, left[0].parents[1], left[1].parent)), "the folders are gone")
