@@ -14,8 +14,12 @@ FormInfo::FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell)
     LabelName.setFont({"ＭＳ Ｐゴシック", 20, true});
     LabelLicence.setCaption("Copyright (c) 2026 the Quenlox project  (MIT License)");
     LabelLibraries.setCaption(
-        "libmpg123、LAME、SoundTouch (LGPL) と KissFFT (BSD) を使用しています。\r\n"
-        "ライセンスの全文はlicencesフォルダにあります。");
+        "次のライブラリを使用しています。ライセンスの全文はlicencesフォルダにあります。\r\n"
+        "libmpg123: Copyright (c) 1995-2021 Michael Hipp and others, the mpg123 project  (LGPL 2.1)\r\n"
+        "LAME: Copyright (c) 1998-2007 Mike Cheng, Mark Taylor, the LAME Project and others  (LGPL 2, GPL)\r\n"
+        "    www.mp3dev.org\r\n"
+        "SoundTouch: Copyright (c) 2001-2022 Olli Parviainen  (LGPL 2.1)\r\n"
+        "KissFFT: Copyright (c) 2003-2022 Mark Borgerding  (BSD)");
     CommandLicence.setCaption("ライセンス(&L)");
     CommandHelp.setCaption("ヘルプ(&H)");
     CommandClose.setCaption("閉じる");
@@ -58,7 +62,7 @@ void FormInfo::Form_Unload(bool& cancel) {
 Layout FormInfo::layout() {
     constexpr int kButton = 64, kHeight = 14;
     return Column({Item(LabelName, 220, 24), Item(LabelVersion, 220), Space(0, 4), Item(LabelVbmp3, 220),
-                   Item(LabelGogo, 220), Space(0, 4), Item(LabelLicence, 240), Item(LabelLibraries, 240, 20),
+                   Item(LabelGogo, 220), Space(0, 4), Item(LabelLicence, 300), Item(LabelLibraries, 300, 52),
                    Space(0, 4),
                    Row({Item(CommandLicence, kButton, kHeight), Item(CommandHelp, kButton, kHeight), Space(0, 0, 1),
                         Item(CommandClose, kButton, kHeight)})});
