@@ -87,11 +87,28 @@ Row Resources(HWND window) {
     return RowOf(HandlesOf(id), GdiObjectsOf(process.get()));
 }
 
+// Where an exported function lies in another process.
+void* FunctionIn(DWORD id, const wchar_t* module, const char* function) {
+    const Handle modules(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, id));
+    MODULEENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Module32FirstW(modules.get(), &entry); more; more = Module32NextW(modules.get(), &entry)) {
+        if (std::wcscmp(entry.szModule, module) != 0) continue;
+        const HMODULE here = LoadLibraryExW(entry.szExePath, nullptr, DONT_RESOLVE_DLL_REFERENCES);
+        const auto at = here ? reinterpret_cast<const BYTE*>(GetProcAddress(here, function)) : nullptr;
+        if (at) return entry.modBaseAddr + (at - reinterpret_cast<const BYTE*>(here));
+    }
+    throw Failure("no such function in the other process");
+}
+
 void Fail(HWND window, const std::string& how) {
     DWORD id = 0;
     const Handle process = ProcessOf(window, id);
-    void* start = nullptr;
-    if (how == "fault") {
+    void *start = nullptr, *argument = nullptr;
+    if (how == "library") {
+        start = FunctionIn(id, L"vbmp3.dll", "vbmp3_getEncodeState");
+        argument = reinterpret_cast<void*>(0x10);
+    } else if (how == "fault") {
         start = reinterpret_cast<void*>(0x10);
     } else if (how == "abort") {
         // System libraries lie at one address in all processes.
@@ -105,7 +122,7 @@ void Fail(HWND window, const std::string& how) {
             throw Failure("no memory in the other process");
     }
     const Handle thread(CreateRemoteThread(process.get(), nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(start),
-                                           nullptr, 0, nullptr));
+                                           argument, 0, nullptr));
     if (!thread) throw Failure("no thread in the other process, error " + std::to_string(GetLastError()));
 }
 

@@ -341,7 +341,7 @@ class Window:
         return {"handles": handles, "gdi": gdi, "windows": windows}
 
     def fail(self, how):
-        """Makes a thread of its process fail: by "fault", "break", "overflow" (of the stack) or "abort"."""
+        """Makes a thread of its process fail: by "fault", "library" (a bad pointer), "break", "overflow" (of the stack), "abort"."""
         self._driver.ask("fail", self.handle, how)
 
     # Contents
