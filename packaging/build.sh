@@ -37,8 +37,9 @@ mkdir -p "$product"
 
 # packed FOLDER ZIP : a folder of build/packages as a zip of the same bytes each time; the folder goes
 packed() {
-    find "$packages/$1" -exec chmod u=rwX,go=rX {} + -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
-    (cd "$packages" && find "$1" -type f | sort | zip -q -X -9 -@ "$2")
+    chmod -R u=rwX,go=rX "$packages/$1"
+    find "$packages/$1" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
+    (cd "$packages" && find "$1" -not -type d | sort | zip -q -X -y -9 -@ "$2")
     rm -r "${packages:?}/$1"
 }
 
@@ -91,7 +92,7 @@ source_folder() {
         git ls-files -z
         find third-party -mindepth 1 -not -path 'third-party/sources*' -type f -print0 2>/dev/null || true
     else
-        find . -path ./build -prune -o -path ./third-party/sources -prune -o -type f -print0
+        find . -path ./build -prune -o -path ./third-party/sources -prune -o -not -type d -print0
     fi | tar -c --null -T - | tar -x -C "$folder"
     printf '%s\n' "$version" "$commit" "$SOURCE_DATE_EPOCH" >"$folder/packaging/version.txt"
     mkdir -p "$folder/third-party/sources"

@@ -18,7 +18,7 @@ licence_texts() {
 library_notices() {
     local name=$1 source=$2 dir=$3 file found=
     cp "$source/debian/copyright" "$dir/$name.txt" || return
-    for file in "$source"/COPYING* "$source"/LICENSE "$source"/AUTHORS; do
+    for file in "$source"/COPYING* "$source"/LICENSE "$source"/AUTHORS "$source"/LICENSES/*; do
         [ -f "$file" ] || continue
         [[ ${file##*/} = COPYING* ]] && found=yes
         cp "$file" "$dir/$name-$(basename "${file%.[Tt][Xx][Tt]}").txt" || return
