@@ -8,13 +8,14 @@ source "$root/tools/deps/common.sh"
 # What is signed holds the time at which it was.
 unset QUENLOX_SIGN
 
+commit=$(git -C "$root" rev-parse HEAD)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 "$root/tools/deps.sh" --sources >/dev/null
 folders=("$work/one" "$work/another-place/with-a-longer-name")
 for folder in "${folders[@]}"; do
     git clone -q "$root" "$folder"
-    git -C "$folder" checkout -q --detach "$(git -C "$root" rev-parse HEAD)"
+    git -C "$folder" checkout -q --detach "$commit"
     if [ "${1:-}" = --shared-libraries ]; then
         (cd "$folder" && CCACHE_DISABLE=1 packaging/build.sh >/dev/null)
     else
