@@ -34,6 +34,7 @@ FormTop::FormTop(GlobalState& state, OptionStore& options, FileSystem& files, Di
       view_(*this, *this, painter),
       tray_(*this, shell, [this] { return trayTip(); }),
       accessible_(*this, view_, buttons_, state) {
+    begin();
     Timer1.onTimer = [this] { Timer1_Timer(); };
     Timer2.onTimer = [this] { Timer2_Timer(); };
     Timer3.onTimer = [this] { Timer3_Timer(); };
@@ -205,8 +206,7 @@ void FormTop::tellSkin() {
 }
 
 SkinView::Look FormTop::look() const {
-    return {options_->OperationPanel, options_->SpectrumShown, options_->TitleAnimation,
-            options_->TitleAnimationSpeed};
+    return {options_->OperationPanel, options_->SpectrumShown, options_->TitleAnimation, options_->TitleAnimationSpeed};
 }
 
 void FormTop::optionsChanged() {

@@ -27,6 +27,9 @@ TopControls::TopControls(Form& owner) : form_(owner) {
         taskPicture.fill(form_, "taskPicture", first, first + kButtonCount - 1);
     }
     mainLabel.fill(form_, "mainLabel", 0, kLabelCount - 1);
+}
+
+void TopControls::begin() {
     for (int n = 0; n < kButtonCount; ++n) {
         cmdPicture[n + kPressed].setVisible(false);
         taskPicture[n + kPressed].setVisible(false);

@@ -51,6 +51,8 @@ struct TopPart {
 
 struct TopControls {
     explicit TopControls(Form& owner);
+    // What they are before a skin is there. The form hears of it, so it has to be whole.
+    void begin();
 
     // The visible part at a place of the window. Display D lies over the volume bar and is no part itself.
     TopPart partAt(Point at) const;
