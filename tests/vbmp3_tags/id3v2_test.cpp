@@ -24,8 +24,11 @@ std::optional<Id3v2Tag> Parse(const std::string& tag) {
 }
 
 std::string Written(const Id3v2Tag& tag) {
-    const auto bytes = MakeId3v2(tag, 0);
-    return bytes ? std::string(bytes->begin(), bytes->end()) : "too large";
+    const auto recipe = MakeId3v2(tag, 0);
+    std::string out;
+    if (recipe)
+        recipe->carryOut(MemorySource({}), [&](auto part) { return out.append(part.begin(), part.end()), true; });
+    return recipe ? out : "too large";
 }
 
 // "夜" and "曲" in the encodings of the tag.

@@ -30,9 +30,9 @@ class RandomFile {
         version_ = 2 + pick(3);
         note("2." + std::to_string(version_));
         damaged = chance(3);
-        plain_ = version_ == 4 && !damaged && chance(3);
         whole_ = chance(4);
-        if (plain_) note("plain sizes");
+        other_ = !damaged && chance(3) && (version_ == 4 || (version_ == 3 && !whole_));
+        if (other_) note("sizes of the other version");
         if (whole_) note("unsynchronised");
         fillFrames();
         bytes = tag() + sound + tail();
@@ -60,7 +60,7 @@ class RandomFile {
         if (version_ == 4 && whole_) data = Unsynchronised(data);
         const auto bits = static_cast<uint16_t>(flags | (version_ == 4 && whole_ && chance(2) ? 2 : 0));
         if (keep) kept.push_back(version_ == 4 ? Frame4(id, data, bits) : Frame3(id, data, bits));
-        return version_ == 4 && !plain_ ? Frame4(id, data, bits) : Frame3(id, data, bits);
+        return (version_ == 4) != other_ ? Frame4(id, data, bits) : Frame3(id, data, bits);
     }
     std::string fieldFrame(int which) {
         struct Field {
@@ -98,7 +98,7 @@ class RandomFile {
             frames_ += anyFrame();
         }
         // Something to find behind the fault.
-        frames_ += frame("TPOS", "TPA", "\0"s + text("1/"));
+        frames_ += frame("TPOS", "TPA", chance(2) ? "\1\xFF\xFE\x32\0/\0\x33\0\0\0"s : "\0"s + text("1/"));
     }
     void addFault() {
         std::string part;
@@ -136,7 +136,7 @@ class RandomFile {
 
     std::mt19937 random_;
     int version_ = 3;
-    bool plain_ = false, whole_ = false;
+    bool other_ = false, whole_ = false;
     std::string frames_;
 };
 

@@ -13,8 +13,9 @@
 namespace vbmp3 {
 namespace {
 
-constexpr size_t kMostText = 1 << 20;  // bytes of one text frame; longer ones are not shown
-constexpr size_t kMostFrame = 64 << 20;
+constexpr size_t kMostText = 1 << 20;       // bytes of one text frame; longer ones are not shown
+constexpr int64_t kSmallFrame = 4096;       // bytes
+constexpr int64_t kMostInMemory = 4 << 20;  // bytes of small frames
 constexpr size_t kMostFrames = 100000;
 constexpr uint32_t kMostTag = (1 << 28) - 1;  // what seven bits a byte can say
 
@@ -122,8 +123,12 @@ class FieldCollector {
     std::string bandArtist_, date_;
 };
 
-void AppendFrame(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version) {
-    const auto size = static_cast<uint32_t>(frame.data.size());
+int64_t SizeOf(const Id3v2Frame& frame) {
+    return frame.place.empty() ? static_cast<int64_t>(frame.data.size()) : frame.place.size();
+}
+
+void AppendHead(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version) {
+    const auto size = static_cast<uint32_t>(SizeOf(frame));
     out.insert(out.end(), frame.id.begin(), frame.id.end());
     if (version == 2) {
         out.insert(out.end(),
@@ -134,11 +139,10 @@ void AppendFrame(std::vector<uint8_t>& out, const Id3v2Frame& frame, int version
         for (int shift = 3 * bits; shift >= 0; shift -= bits) out.push_back(static_cast<uint8_t>(size >> shift & mask));
         out.insert(out.end(), {static_cast<uint8_t>(frame.flags >> 8), static_cast<uint8_t>(frame.flags)});
     }
-    out.insert(out.end(), frame.data.begin(), frame.data.end());
 }
 
 Id3v2Frame TextFrame(Role role, int version, const std::string& text) {
-    Id3v2Frame frame{std::string(IdOf(role, version)), 0, {}};
+    Id3v2Frame frame{std::string(IdOf(role, version)), 0, {}, {}};
     const int encoding = EncodingFor(text, version);
     frame.data.push_back(static_cast<uint8_t>(encoding));
     AppendId3v2Text(frame.data, text, encoding, false);
@@ -146,7 +150,7 @@ Id3v2Frame TextFrame(Role role, int version, const std::string& text) {
 }
 
 Id3v2Frame CommentFrame(int version, const std::string& text, std::string_view language) {
-    Id3v2Frame frame{std::string(IdOf(Role::Comment, version)), 0, {}};
+    Id3v2Frame frame{std::string(IdOf(Role::Comment, version)), 0, {}, {}};
     const int encoding = EncodingFor(text, version);
     frame.data.push_back(static_cast<uint8_t>(encoding));
     frame.data.insert(frame.data.end(), language.begin(), language.end());
@@ -166,8 +170,13 @@ void PutSize(std::vector<uint8_t>& bytes, size_t size) {
 
 // Contents of a stored frame, through the same walk as in a file. Nothing when they cannot be read.
 std::optional<std::vector<uint8_t>> ContentsOf(const Id3v2Tag& tag, const Id3v2Frame& frame) {
+    if (SizeOf(frame) > static_cast<int64_t>(kMostText)) return std::nullopt;
     std::vector<uint8_t> bytes = HeaderOf(tag);
-    AppendFrame(bytes, frame, tag.version);
+    AppendHead(bytes, frame, tag.version);
+    const auto data = frame.place.empty()
+                          ? std::span<const uint8_t>(frame.data)
+                          : tag.reader->view(frame.place.begin, static_cast<size_t>(frame.place.size()));
+    bytes.insert(bytes.end(), data.begin(), data.end());
     PutSize(bytes, bytes.size() - 10);
     const MemorySource source(bytes);
     HeadTailReader reader(source);
@@ -198,7 +207,7 @@ void ReplaceFrames(Id3v2Tag& tag, const std::function<bool(const Id3v2Frame&)>& 
         else if (!place)
             place = kept.size();
     }
-    if (!frame.data.empty())
+    if (SizeOf(frame) > 0)
         kept.insert(kept.begin() + static_cast<std::ptrdiff_t>(place.value_or(kept.size())), std::move(frame));
     tag.frames = std::move(kept);
 }
@@ -263,15 +272,19 @@ TagFields ReadId3v2(HeadTailReader& reader, ByteRange range) {
 }
 
 std::optional<Id3v2Tag> ParseId3v2(HeadTailReader& reader, ByteRange range) {
-    if (range.size() > static_cast<int64_t>(kMostFrame)) return std::nullopt;
     auto walk = Id3v2Walk::open(reader, range);
-    if (!walk) return std::nullopt;
-    Id3v2Tag tag{walk->version(), walk->framesUnsynchronised(), {}, {}};
+    if (!walk || !walk->seesAll()) return std::nullopt;
+    Id3v2Tag tag{walk->version(), walk->framesUnsynchronised(), {}, {}, &reader};
     FrameView view;
-    while (tag.frames.size() < kMostFrames && walk->next(view)) {
-        Id3v2Frame frame{std::string(view.name()), view.flags, {}};
-        const auto bytes = walk->stored(view, kMostFrame);
-        frame.data.assign(bytes.begin(), bytes.end());
+    for (int64_t held = 0; tag.frames.size() < kMostFrames && walk->next(view);) {
+        Id3v2Frame frame{std::string(view.name()), view.flags, {}, {}};
+        if (walk->inFile() && (view.size > kSmallFrame || held > kMostInMemory)) {
+            frame.place = {view.offset, view.offset + view.size};
+        } else {
+            const auto bytes = walk->stored(view, static_cast<size_t>(view.size));
+            frame.data.assign(bytes.begin(), bytes.end());
+            held += view.size;
+        }
         tag.frames.push_back(std::move(frame));
     }
     tag.rest = walk->unread();
@@ -324,19 +337,27 @@ void SetFields(Id3v2Tag& tag, const TagFields& fields, const TagFields* shown) {
     }
 }
 
-std::optional<std::vector<uint8_t>> MakeId3v2(const Id3v2Tag& tag, size_t padding) {
-    if (tag.frames.empty() && tag.rest.empty()) return std::vector<uint8_t>{};
-    std::vector<uint8_t> out = HeaderOf(tag);
-    const size_t mostFrame = tag.version == 2 ? (1 << 24) - 1 : kMostTag;
+std::optional<Recipe> MakeId3v2(const Id3v2Tag& tag, size_t padding) {
+    if (tag.frames.empty() && tag.rest.empty()) return Recipe();
+    Recipe body;
+    const int64_t mostFrame = tag.version == 2 ? (1 << 24) - 1 : kMostTag;
     for (const Id3v2Frame& frame : tag.frames) {
-        if (frame.data.size() > mostFrame || out.size() + frame.data.size() > kMostTag) return std::nullopt;
-        AppendFrame(out, frame, tag.version);
+        if (SizeOf(frame) > mostFrame) return std::nullopt;
+        std::vector<uint8_t> head;
+        AppendHead(head, frame, tag.version);
+        body.add(head);
+        body.add(frame.data);
+        body.copy(frame.place);
     }
     // A frame whose size is wrong must not find more room than it had.
-    out.insert(out.end(), tag.rest.begin(), tag.rest.end());
-    if (tag.rest.empty()) out.resize(out.size() + padding);
-    if (out.size() - 10 > kMostTag) return std::nullopt;
-    PutSize(out, out.size() - 10);
+    body.append(tag.rest);
+    if (tag.rest.empty()) body.add(std::vector<uint8_t>(padding));
+    if (body.size() > kMostTag) return std::nullopt;
+    std::vector<uint8_t> header = HeaderOf(tag);
+    PutSize(header, static_cast<size_t>(body.size()));
+    Recipe out;
+    out.add(header);
+    out.append(body);
     return out;
 }
 

@@ -35,6 +35,23 @@ bool IsOddId(std::span<const uint8_t> bytes, size_t length) {
                                                  [](uint8_t c) { return c > ' ' && c < 0x7F; });
 }
 
+// A block at a time: the tag is not held twice.
+std::vector<uint8_t> ReadResynchronised(const ByteSource& source, ByteRange range) {
+    std::vector<uint8_t> out, block(1 << 16);
+    out.reserve(static_cast<size_t>(range.size()));
+    bool marked = false;  // the byte before was 0xFF
+    for (int64_t at = range.begin; at < range.end; at += static_cast<int64_t>(block.size())) {
+        const auto wanted = static_cast<size_t>(std::min<int64_t>(static_cast<int64_t>(block.size()), range.end - at));
+        const size_t got = source.readAt(at, block.data(), wanted);
+        for (size_t i = 0; i < got; ++i) {
+            if (!marked || block[i] != 0) out.push_back(block[i]);
+            marked = block[i] == 0xFF;
+        }
+        if (got < wanted) break;
+    }
+    return out;
+}
+
 }  // namespace
 
 std::vector<uint8_t> Resynchronised(std::span<const uint8_t> bytes) {
@@ -65,9 +82,10 @@ std::optional<Id3v2Walk> Id3v2Walk::open(HeadTailReader& reader, ByteRange range
         walk.start(extended);
         return walk;
     }
-    if (walk.body_.size() > kMostUnsynchronised) return std::nullopt;
     Id3v2Walk undone = walk;
-    undone.memory_ = Resynchronised(reader.view(walk.body_.begin, static_cast<size_t>(walk.body_.size())));
+    undone.seesAll_ = walk.body_.size() <= kMostUnsynchronised;
+    undone.memory_ = ReadResynchronised(
+        reader.source(), {walk.body_.begin, std::min(walk.body_.end, walk.body_.begin + kMostUnsynchronised)});
     undone.inMemory_ = true;
     undone.body_ = {0, static_cast<int64_t>(undone.memory_.size())};
     undone.start(extended);
@@ -78,17 +96,30 @@ std::optional<Id3v2Walk> Id3v2Walk::open(HeadTailReader& reader, ByteRange range
     return undone;
 }
 
-// Version 2.4 has sizes of seven bits a byte; a well-known writer put plain numbers there. Only the whole tag tells:
-// with the wrong ones some frame is not followed by another, nor by padding that goes to the end.
+// Version 2.4 has sizes of seven bits a byte, 2.3 plain numbers; well-known writers put the others there. Only the
+// whole tag tells: with the wrong ones some frame is not followed by another, nor by padding that goes to the end. In a
+// damaged tag either go wrong; then those are right with which more frames are found in it, or less of it is none.
 void Id3v2Walk::start(bool extended) {
     at_ = body_.begin;
+    safeSizes_ = version_ == 4;
     if (extended) skipExtendedHeader();
-    if (version_ != 4) return;
-    const Trial safe = trial();
-    if (safe.clean) return;
-    plainSizes_ = true;
-    const Trial plain = trial();
-    plainSizes_ = plain.frames > safe.frames || (plain.clean && plain.frames == safe.frames);
+    if (version_ == 2) return;
+    const Trial own = trial();
+    if (own.clean) return;
+    const auto found = wholeWalk();
+    safeSizes_ = !safeSizes_;
+    const Trial other = trial();
+    const bool better = own.frames != other.frames ? other.frames > own.frames : other.clean || wholeWalk() < found;
+    if (!better) safeSizes_ = !safeSizes_;
+}
+
+// The frames, as a number below 0, and the bytes that are none.
+std::pair<int, int64_t> Id3v2Walk::wholeWalk() const {
+    Id3v2Walk walk = *this;
+    FrameView frame;
+    int frames = 0;
+    while (frames < kMostTried && walk.next(frame)) ++frames;
+    return {-frames, walk.unread().size()};
 }
 
 std::span<const uint8_t> Id3v2Walk::view(int64_t offset, size_t length) {
@@ -131,7 +162,7 @@ std::optional<Id3v2Walk::Header> Id3v2Walk::headerAt(int64_t at) {
     if (version_ == 2)
         header.size = BigEndian24(size);
     else
-        header.size = version_ == 3 || plainSizes_ || !IsSynchsafe(size) ? BigEndian32(size) : Synchsafe32(size);
+        header.size = safeSizes_ && IsSynchsafe(size) ? Synchsafe32(size) : BigEndian32(size);
     if (header.size > body_.end - at - headerSize()) return std::nullopt;
     return header;
 }
@@ -194,8 +225,9 @@ Id3v2Walk::Trial Id3v2Walk::trial() {
     for (int64_t at = at_; result.frames < kMostTried; ++result.frames) {
         const auto header = headerAt(at);
         if (!header) {
-            // A text may end with zeros of its own; a wrong size that leads far into the padding proves nothing.
-            result.clean = isEndAt(at) && (at == body_.end || at - padding_ <= 2);
+            // A text may end with zeros of its own, three in UTF-16: half of its last character and a terminator. A
+            // wrong size that leads farther into the padding proves nothing.
+            result.clean = isEndAt(at) && (at == body_.end || at - padding_ <= 3);
             break;
         }
         at += headerSize() + header->size;
@@ -223,13 +255,15 @@ bool Id3v2Walk::next(FrameView& frame) {
     return false;
 }
 
-std::vector<uint8_t> Id3v2Walk::unread() {
-    std::vector<uint8_t> out;
+Recipe Id3v2Walk::unread() {
+    Recipe out;
     std::vector<ByteRange> ranges = passedOver_;
     if (!isEndAt(at_)) ranges.push_back({at_, body_.end});
     for (const ByteRange& range : ranges) {
-        const auto bytes = view(range.begin, static_cast<size_t>(range.size()));
-        out.insert(out.end(), bytes.begin(), bytes.end());
+        if (inMemory_)
+            out.add(view(range.begin, static_cast<size_t>(range.size())));
+        else
+            out.copy(range);
     }
     return out;
 }

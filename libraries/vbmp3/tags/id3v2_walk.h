@@ -7,9 +7,11 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "libraries/formats/file_layout.h"
+#include "libraries/vbmp3/tags/recipe.h"
 
 namespace vbmp3 {
 
@@ -17,14 +19,15 @@ struct FrameView {
     char id[4] = {};
     int idLength = 4;
     uint16_t flags = 0;
-    int64_t offset = 0;  // of the data, within the body
+    int64_t offset = 0;  // of the data
     int64_t size = 0;
     std::string_view name() const { return {id, static_cast<size_t>(idLength)}; }
 };
 
 class Id3v2Walk {
   public:
-    static constexpr int64_t kMostUnsynchronised = 64 << 20;  // such a tag of version 2.2 or 2.3 is read whole
+    // Bytes of a tag of version 2.2 or 2.3 that is unsynchronised as a whole: what lies behind them is not seen.
+    static constexpr int64_t kMostUnsynchronised = 8 << 20;
 
     // Nothing when the range holds no tag that can be read.
     static std::optional<Id3v2Walk> open(HeadTailReader& reader, ByteRange range);
@@ -32,6 +35,9 @@ class Id3v2Walk {
     int version() const { return version_; }
     // Version 2.4 says in the tag's header that all frames are unsynchronised; they are, as stored.
     bool framesUnsynchronised() const { return allUnsynchronised_; }
+    // Offsets of frames are those of the file, and not of a tag that had to be read into memory.
+    bool inFile() const { return !inMemory_; }
+    bool seesAll() const { return seesAll_; }
     bool next(FrameView& frame);  // false at the end
     // Bytes of a frame as stored, at most `most`; valid until the next call.
     std::span<const uint8_t> stored(const FrameView& frame, size_t most);
@@ -40,7 +46,7 @@ class Id3v2Walk {
     std::optional<std::vector<uint8_t>> contents(const FrameView& frame, size_t most);
     // What no frame holds, in its order: what was passed over, and what has not been walked yet. Zero bytes to the end
     // of the tag are padding and not in it.
-    std::vector<uint8_t> unread();
+    Recipe unread();
 
   private:
     struct Header {
@@ -64,17 +70,19 @@ class Id3v2Walk {
     bool isEndAt(int64_t at);
     int64_t findFrame(int64_t from);
     Trial trial();
+    std::pair<int, int64_t> wholeWalk() const;
     bool isUnsynchronised(const FrameView& frame);
 
     HeadTailReader* reader_;
     std::vector<uint8_t> memory_;  // the body of a tag that was unsynchronised as a whole
     bool inMemory_ = false;
+    bool seesAll_ = true;
     ByteRange body_;
     int64_t at_ = 0;
     int64_t padding_ = -1;          // where the zero bytes begin that go to the end; negative: not looked for yet
     int64_t searchLeft_ = 4 << 20;  // bytes of damaged parts that are looked through for the next frame
     int version_ = 3;
-    bool plainSizes_ = false;  // version 2.4 with sizes of eight bits a byte
+    bool safeSizes_ = false;  // seven bits a byte
     bool allUnsynchronised_ = false;
     std::vector<ByteRange> passedOver_;
 };

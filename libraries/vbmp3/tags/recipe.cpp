@@ -19,7 +19,8 @@ void Recipe::copy(ByteRange source) {
 void Recipe::add(std::span<const uint8_t> bytes) {
     if (bytes.empty()) return;
     size_ += static_cast<int64_t>(bytes.size());
-    pieces_.push_back({{}, {bytes.begin(), bytes.end()}});
+    if (pieces_.empty() || pieces_.back().bytes.empty()) pieces_.emplace_back();
+    pieces_.back().bytes.insert(pieces_.back().bytes.end(), bytes.begin(), bytes.end());
 }
 
 void Recipe::add(std::string_view text) { add({reinterpret_cast<const uint8_t*>(text.data()), text.size()}); }

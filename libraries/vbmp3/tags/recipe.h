@@ -20,6 +20,7 @@ class Recipe {
     void append(const Recipe& other);
     void addLittleEndian32(uint32_t number);
     int64_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
 
     // Hands the bytes to `sink` in blocks of at most 256 KiB. False when the sink says so or the source ends early.
     bool carryOut(const ByteSource& source, const std::function<bool(std::span<const uint8_t>)>& sink) const;

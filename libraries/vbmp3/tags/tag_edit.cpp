@@ -16,13 +16,21 @@ using Bytes = std::vector<uint8_t>;
 // Bytes of the source that are replaced; an empty range is a place to insert at.
 struct Splice {
     ByteRange range;
-    Bytes bytes;
+    Recipe bytes;
 };
 
 // New contents of each tag; without a value it stays as it is, an empty value takes it off.
 struct NewTags {
-    std::optional<Bytes> id3v2, id3v1, info, ape;  // info: the body of LIST; ape: taken off only
+    std::optional<Recipe> id3v2;
+    std::optional<Bytes> id3v1, info, ape;  // info: the body of LIST; ape: taken off only
 };
+
+std::optional<Recipe> AsRecipe(const std::optional<Bytes>& bytes) {
+    if (!bytes) return std::nullopt;
+    Recipe recipe;
+    recipe.add(*bytes);
+    return recipe;
+}
 
 void CopySpliced(Recipe& recipe, ByteRange range, std::vector<Splice> splices) {
     // A place to insert comes before the block that is taken off there.
@@ -33,7 +41,7 @@ void CopySpliced(Recipe& recipe, ByteRange range, std::vector<Splice> splices) {
     for (const Splice& splice : splices) {
         if (splice.range.begin < at || splice.range.end > range.end) continue;  // stands in another part
         recipe.copy({at, splice.range.begin});
-        recipe.add(splice.bytes);
+        recipe.append(splice.bytes);
         at = splice.range.end;
     }
     recipe.copy({at, range.end});
@@ -49,7 +57,7 @@ int64_t EndOfChunks(HeadTailReader& reader, const FileLayout& layout) {
 
 // Takes every tag of a kind off, and puts the new one where the first stood, or at `place`.
 void ReplaceTag(std::vector<Splice>& splices, const FileLayout& layout, std::initializer_list<TagKind> kinds,
-                const std::optional<Bytes>& bytes, int64_t place) {
+                const std::optional<Recipe>& bytes, int64_t place) {
     if (!bytes) return;
     const TagBlock* first = nullptr;
     for (const TagKind kind : kinds)
@@ -73,9 +81,9 @@ void RepairLengths(std::vector<Splice>& splices, HeadTailReader& reader, const F
         const bool footer = header[3] == 4 && (header[5] & 0x10) != 0;
         if (int64_t{Synchsafe32(header.data() + 6)} + (footer ? 20 : 10) == tag.range.size()) continue;
         const int64_t size = tag.range.size() - 10;
-        Splice repair{{tag.range.begin + 5, tag.range.begin + 10}, {static_cast<uint8_t>(header[5] & ~0x10)}};
-        for (int shift = 21; shift >= 0; shift -= 7) repair.bytes.push_back(static_cast<uint8_t>(size >> shift & 0x7F));
-        splices.push_back(std::move(repair));
+        Bytes repair{static_cast<uint8_t>(header[5] & ~0x10)};
+        for (int shift = 21; shift >= 0; shift -= 7) repair.push_back(static_cast<uint8_t>(size >> shift & 0x7F));
+        splices.push_back({{tag.range.begin + 5, tag.range.begin + 10}, *AsRecipe(repair)});
     }
 }
 
@@ -83,8 +91,8 @@ Recipe AssemblePlain(HeadTailReader& reader, const FileLayout& layout, const New
     std::vector<Splice> splices;
     RepairLengths(splices, reader, layout);
     ReplaceTag(splices, layout, {TagKind::Id3v2, TagKind::Id3v2Appended}, tags.id3v2, 0);
-    ReplaceTag(splices, layout, {TagKind::Ape}, tags.ape, 0);
-    ReplaceTag(splices, layout, {TagKind::Id3v1}, tags.id3v1, layout.fileSize);
+    ReplaceTag(splices, layout, {TagKind::Ape}, AsRecipe(tags.ape), 0);
+    ReplaceTag(splices, layout, {TagKind::Id3v1}, AsRecipe(tags.id3v1), layout.fileSize);
     Recipe recipe;
     CopySpliced(recipe, {0, layout.fileSize}, splices);
     return recipe;
@@ -121,7 +129,7 @@ std::optional<Recipe> AssembleRiff(HeadTailReader& reader, const FileLayout& lay
     std::vector<Splice> splices;
     RepairLengths(splices, reader, layout);
     ReplaceTag(splices, layout, {TagKind::Id3v2, TagKind::Id3v2Appended}, tags.id3v2, layout.data.begin);
-    ReplaceTag(splices, layout, {TagKind::Ape}, tags.ape, 0);
+    ReplaceTag(splices, layout, {TagKind::Ape}, AsRecipe(tags.ape), 0);
     // ID3v1 of a RIFF file lives in IID3; one that stands elsewhere would contradict it.
     if (tags.info)
         for (const TagBlock& tag : layout.tags)
@@ -173,8 +181,8 @@ TagFields Normalised(TagFields fields) {
     return fields;
 }
 
-std::optional<Bytes> EditId3v2(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
-                               const TagFields* shown) {
+std::optional<Recipe> EditId3v2(HeadTailReader& reader, const FileLayout& layout, const TagFields& fields,
+                                const TagFields* shown) {
     Id3v2Tag tag;
     if (const TagBlock* block = FindId3v2(layout)) {
         auto parsed = ParseId3v2(reader, block->range);
@@ -246,7 +254,7 @@ std::optional<Recipe> PlanWrite(HeadTailReader& reader, const FileLayout& layout
 std::optional<Recipe> PlanRemove(HeadTailReader& reader, const FileLayout& layout, int kinds) {
     kinds &= PresentTags(layout);
     NewTags tags;
-    if ((kinds & kTagId3v2) != 0) tags.id3v2 = Bytes{};
+    if ((kinds & kTagId3v2) != 0) tags.id3v2 = Recipe();
     if ((kinds & kTagId3v1) != 0) tags.id3v1 = Bytes{};
     if ((kinds & kTagApe) != 0) tags.ape = Bytes{};
     if (layout.container == Container::None) return AssemblePlain(reader, layout, tags);
