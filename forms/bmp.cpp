@@ -1,5 +1,6 @@
 #include "forms/bmp.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -47,6 +48,7 @@ struct Header {
     int width = 0;
     int height = 0;
     bool topDown = false;
+    int step = 1;  // of so many columns and rows one is taken
     std::uint32_t bits = 0;
     std::uint32_t compression = kRgb;
     std::array<std::uint32_t, 3> masks{};
@@ -113,6 +115,10 @@ std::optional<Header> ReadHeader(const Bytes& in) {
     return h;
 }
 
+Surface Empty(const Header& h) {
+    return {(h.width + h.step - 1) / h.step, (h.height + h.step - 1) / h.step, h.palette[0]};
+}
+
 // Plain rows, each padded to four bytes.
 std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
     const std::size_t stride = (static_cast<std::size_t>(h.width) * h.bits + 31) / 32 * 4;
@@ -120,11 +126,11 @@ std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
     const std::size_t needed =
         stride * (static_cast<std::size_t>(h.height) - 1) + (static_cast<std::size_t>(h.width) * h.bits + 7) / 8;
     if (h.pixels > in.size() || in.size() - h.pixels < needed) return std::nullopt;
-    Surface out(h.width, h.height);
+    Surface out = Empty(h);
     const Component red(h.masks[0]), green(h.masks[1]), blue(h.masks[2]);
-    for (int y = 0; y < h.height; ++y) {
+    for (int y = 0; y < h.height; y += h.step) {
         const std::size_t row = h.pixels + stride * static_cast<std::size_t>(h.topDown ? y : h.height - 1 - y);
-        for (int x = 0; x < h.width; ++x) {
+        for (int x = 0; x < h.width; x += h.step) {
             const auto column = static_cast<std::size_t>(x);
             Color color;
             switch (h.bits) {
@@ -141,7 +147,7 @@ std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
                     color = h.palette[in.u8(row + bit / 8) >> shift & ((1u << h.bits) - 1)];
                 }
             }
-            out.set(x, y, color);
+            out.set(x / h.step, y / h.step, color);
         }
     }
     return out;
@@ -150,18 +156,19 @@ std::optional<Surface> ReadRows(const Bytes& in, const Header& h) {
 // Where the pixels of run-length coded rows go, from the bottom row upwards; what lies outside is passed over.
 class RunPainter {
   public:
-    explicit RunPainter(const Header& h) : header_(h), out_(h.width, h.height, h.palette[0]) {}
+    explicit RunPainter(const Header& h) : header_(h), out_(Empty(h)) {}
     bool full() const { return y_ >= header_.height; }
     bool inLastRow() const { return y_ >= header_.height - 1; }
     // `count` pixels, whose indices are told by their number in the run.
     void put(std::uint32_t count, const auto& indexOf) {
-        for (std::uint32_t i = 0; i < count; ++i, ++x_) {
-            if (x_ < header_.width) out_.set(x_, header_.height - 1 - y_, header_.palette[indexOf(i)]);
+        const int row = header_.height - 1 - y_, step = header_.step;
+        for (std::uint32_t i = 0; i < count && x_ < header_.width; ++i, ++x_) {
+            if (x_ % step == 0 && row % step == 0) out_.set(x_ / step, row / step, header_.palette[indexOf(i)]);
         }
     }
     void endRow() { move(-x_, 1); }
     void move(int right, int up) {
-        x_ += right;
+        x_ = std::min(x_ + right, header_.width);
         y_ += up;
     }
     Surface take() { return std::move(out_); }
@@ -202,14 +209,7 @@ std::optional<Surface> ReadRuns(const Bytes& in, const Header& h) {
     return painter.take();
 }
 
-}  // namespace
-
-std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels) {
-    const Bytes in(bytes);
-    const std::optional<Header> header = ReadHeader(in);
-    if (!header) return std::nullopt;
-    const Header& h = *header;
-    if (std::int64_t{h.width} * h.height > mostPixels) return std::nullopt;
+std::optional<Surface> ReadPixels(const Bytes& in, const Header& h) {
     const bool bitsKnown = h.bits == 1 || h.bits == 4 || h.bits == 8 || h.bits == 16 || h.bits == 24 || h.bits == 32;
     if (!bitsKnown) return std::nullopt;
     switch (h.compression) {
@@ -220,6 +220,24 @@ std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels) 
         case kRle4: return h.bits == 4 && !h.topDown ? ReadRuns(in, h) : std::nullopt;
         default: return std::nullopt;
     }
+}
+
+}  // namespace
+
+std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels) {
+    const Bytes in(bytes);
+    const std::optional<Header> header = ReadHeader(in);
+    if (!header || std::int64_t{header->width} * header->height > mostPixels) return std::nullopt;
+    return ReadPixels(in, *header);
+}
+
+std::optional<Surface> ReadBmpThinned(std::string_view bytes, std::int64_t mostPixels) {
+    const Bytes in(bytes);
+    std::optional<Header> header = ReadHeader(in);
+    if (!header) return std::nullopt;
+    const std::int64_t pixels = std::int64_t{header->width} * header->height;
+    while (pixels > mostPixels * header->step * header->step) ++header->step;
+    return ReadPixels(in, *header);
 }
 
 }  // namespace quenlox

@@ -15,6 +15,9 @@ inline constexpr int kLongestBmpSide = 4096;  // pixels
 
 // Nothing when the bytes are no whole picture, or one of more than `mostPixels` pixels or of a longer side than
 // kLongestBmpSide: then no memory is taken, else 4 bytes a pixel. Transparency is not used: alpha is dropped.
-std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels = std::int64_t{kLongestBmpSide} * kLongestBmpSide);
+std::optional<Surface> ReadBmp(std::string_view bytes,
+                               std::int64_t mostPixels = std::int64_t{kLongestBmpSide} * kLongestBmpSide);
+// The same for photographs: of one with more pixels only every second, third … of every second, third … row is taken.
+std::optional<Surface> ReadBmpThinned(std::string_view bytes, std::int64_t mostPixels);
 
 }  // namespace quenlox

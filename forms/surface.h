@@ -28,7 +28,8 @@ class Surface {
         if (rect().contains({x, y})) pixels_[index(x, y)] = ToPixel(color);
     }
 
-    void resize(int width, int height, Color fill = {});  // the content is lost
+    void resize(int width, int height, Color fill = {});           // the content is lost
+    void reserve(std::size_t pixels) { pixels_.reserve(pixels); }  // no size up to it takes memory any more
     void fill(Color color);
     void fillRect(const Rect& where, Color color);
     // Copies `part` of `source` to `to`.
@@ -39,8 +40,8 @@ class Surface {
     // Fills this picture with `part` of `source`, which lies within it; every pixel is the mean of what it covers, and
     // larger pictures have soft edges. For photographs.
     void stretchSmoothly(const Surface& source, const Rect& part);
-    void line(Point from, Point to, Color color);              // both ends drawn
-    void ellipse(const Rect& box, Color color);                // outline
+    void line(Point from, Point to, Color color);  // both ends drawn
+    void ellipse(const Rect& box, Color color);    // outline
     void fillEllipse(const Rect& box, Color color);
     void blend(const Rect& where, Color color, double alpha);  // alpha 0 (nothing) to 1 (all)
     // Mixes `color` in at `to` as strongly as `part` of `mask` is light: black leaves a pixel alone, white replaces it.

@@ -17,6 +17,7 @@ constexpr int kInterval = 500;        // milliseconds
 constexpr int kKaraokeInterval = 80;  // while a line shows its progress
 constexpr int kShortestInterval = 20;
 constexpr std::uint64_t kLargestPicture = 32u << 20;  // bytes
+constexpr std::int64_t kMostPixels = 1 << 22;         // of the picture that is kept, more than a window of lyrics shows
 constexpr int kShiftUnit = 100;                       // milliseconds for one step of the option
 
 }  // namespace
@@ -112,7 +113,8 @@ void LyricsDisplay::findPicture() {
     picturedTrack_ = state_.CurrentFile;
     for (const std::string& path : LyricsPictures(state_.CurrentFile, options_.PictureFolder)) {
         const auto bytes = files_.read(path, kLargestPicture);
-        if (auto picture = bytes ? ReadBmp(*bytes) : std::nullopt) return window_.setPicture(std::move(*picture));
+        if (auto picture = bytes ? ReadBmpThinned(*bytes, kMostPixels) : std::nullopt)
+            return window_.setPicture(std::move(*picture));
     }
     window_.setPicture({});
 }

@@ -13,12 +13,8 @@ PreparedSkin PrepareSkin(FileSystem& files, const std::string& definitionFile, S
     for (std::size_t n = 0; n < skin.labelFonts.size(); ++n) {
         if (definition.labels[n]) skin.labelFonts[n].points = points(definition.labels[n]->fontField);
     }
-    if (const auto& area = definition.lyrics) {
-        skin.lyricsFont.points = points(area->fontField);
-        skin.lyrics.resize(area->bounds.width, area->bounds.height, area->background);
-    }
+    if (definition.lyrics) skin.lyricsFont.points = points(definition.lyrics->fontField);
     if (definition.box) skin.definition.region = Region{{0, 0, definition.size.width, definition.size.height}};
-    skin.window.resize(definition.size.width, definition.size.height, definition.background);
     return skin;
 }
 

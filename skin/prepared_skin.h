@@ -1,5 +1,5 @@
-// A skin that is ready to be shown: everything is read, decoded and made, so that putting it in place of another takes
-// no memory and cannot fail. Knows no window.
+// A skin that is ready to be shown: everything is read and decoded, so that putting it in place of another takes no
+// memory and cannot fail. What is drawn has its memory already (SkinView). Knows no window.
 #pragma once
 
 #include <array>
@@ -15,8 +15,6 @@ struct PreparedSkin {
     double twips = 15;          // of a pixel, which the type is made for
     std::array<Font, kLabelCount> labelFonts;
     Font lyricsFont;
-    Surface lyrics;  // the empty lyrics area
-    Surface window;  // of its size, not drawn yet
 };
 
 // Reads the package of that definition file for a monitor with so many twips to a pixel. Throws std::bad_alloc.

@@ -122,15 +122,21 @@ SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, Sp
         const auto bytes = files.read(folder + name + ".bmp", kBmpHeaders + sizeof(Surface::Pixel) * mostPixels);
         return bytes ? ReadBmp(*bytes, mostPixels) : std::nullopt;
     };
+    int left = kMostPartPixels;
+    const auto part = [&](const std::string& name, int mostPixels) {
+        std::optional<Surface> read = picture(name, std::min(mostPixels, left));
+        if (read) left -= read->width() * read->height();
+        return read;
+    };
     const auto buttonPictures = [&](const std::string& name) -> SkinDefinition::ButtonPictures {
-        return {picture(name + "1", kMostButtonPixels), picture(name + "2", kMostButtonPixels)};
+        return {part(name + "1", kMostButtonPixels), part(name + "2", kMostButtonPixels)};
     };
     skin.back = picture("main_back", kMostWindowPixels);
-    skin.barPicture = picture("main_bar", kMostBarPixels);
-    skin.volumePicture = picture("main_vol", kMostBarPixels);
-    skin.levelPicture = picture("main_level", kMostBarPixels);
+    skin.barPicture = part("main_bar", kMostBarPixels);
+    skin.volumePicture = part("main_vol", kMostBarPixels);
+    skin.levelPicture = part("main_level", kMostBarPixels);
     if (!skin.levelPicture) skin.levelPicture = skin.volumePicture;
-    skin.panel = picture("main_panel", kMostBarPixels);
+    skin.panel = part("main_panel", kMostBarPixels);
     for (int n = 0; n < kButtonCount; ++n) {
         skin.buttonPictures[n] = buttonPictures(std::string("cmd_") + kPlaybackButtonNames[n]);
         skin.commandPictures[n] = buttonPictures(std::string("btn_") + kCommandButtonNames[n]);

@@ -28,6 +28,7 @@ inline constexpr int kLongestSide = 4096;                        // of the windo
 inline constexpr int kMostWindowPixels = 1 << 21;                // of the window, and of the picture behind it
 inline constexpr int kMostBarPixels = 1 << 17;                   // of each bar, of the level and of the operation panel
 inline constexpr int kMostButtonPixels = 1 << 16;                // of each picture of a button
+inline constexpr int kMostPartPixels = 1 << 19;                  // of all pictures but that behind the window
 inline constexpr std::uint64_t kLargestDefinition = 128u << 10;  // bytes of the definition file
 inline constexpr int kLargestType = 300;                         // points
 

@@ -20,7 +20,12 @@ SkinView::SkinView(Form& form, TopControls& controls, TextPainter& painter)
     : form_(form),
       controls_(controls),
       painter_(painter),
-      title_(controls.mainLabel[kTitleLabel], controls.TimerTitle, painter) {}
+      title_(controls.mainLabel[kTitleLabel], controls.TimerTitle, painter) {
+    // What is drawn has the room that the largest skin wants: two of them need not be held while one replaces the
+    // other.
+    composed_.reserve(kMostWindowPixels);
+    controls.LyricsPicture.surface().reserve(kMostWindowPixels);
+}
 
 // A skin is put in its place.
 
@@ -37,14 +42,14 @@ void SkinView::takeOver(PreparedSkin skin, const Look& look) {
     takePictures(definition);
     placeBars(definition);
     showParts();
-    std::swap(composed_, skin.window);
+    composed_.resize(definition.size.width, definition.size.height);
     stale_.clear();
     placing_ = false;
     repaintAll();
     restartTitle();
 }
 
-void SkinView::placeTexts(PreparedSkin& skin) {
+void SkinView::placeTexts(const PreparedSkin& skin) {
     for (int n = 0; n < kLabelCount; ++n) {
         Label& label = controls_.mainLabel[n];
         const auto& text = skin.definition.labels[static_cast<std::size_t>(n)];
@@ -61,7 +66,7 @@ void SkinView::placeTexts(PreparedSkin& skin) {
     lyrics.setBounds(area->bounds);
     lyrics.setFont(skin.lyricsFont);
     lyrics.setBackColor(area->background);
-    std::swap(lyrics.surface(), skin.lyrics);
+    lyrics.surface().resize(area->bounds.width, area->bounds.height, area->background);
 }
 
 void SkinView::placeButtons(const SkinDefinition& skin) {

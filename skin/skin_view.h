@@ -57,7 +57,7 @@ class SkinView {
     const Surface& picture();  // brought up to date
 
   private:
-    void placeTexts(PreparedSkin& skin);
+    void placeTexts(const PreparedSkin& skin);
     void placeButtons(const SkinDefinition& skin);
     void placeDisplays(const SkinDefinition& skin);
     void placeBars(const SkinDefinition& skin);

@@ -21,7 +21,7 @@ LONGEST_VALUE = 127  # UTF-16 units
 FIELDS = 12
 LONGEST_SIDE = 4096
 # Pixels; a window or picture of more is cut or passed over.
-MOST_WINDOW, MOST_BAR, MOST_BUTTON = 1 << 21, 1 << 17, 1 << 16
+MOST_WINDOW, MOST_BAR, MOST_BUTTON, MOST_PARTS = 1 << 21, 1 << 17, 1 << 16, 1 << 19
 
 # section -> key -> how many fields its list needs (0: one integer)
 KEYS = {
@@ -231,6 +231,9 @@ def check_pictures(found, folder, entries):
             found.error(entry, f"{result[0]} x {result[1]} pixels, and at most {most} pixels are read")
         else:
             sizes[name] = result
+    parts = sum(width * height for name, (width, height) in sizes.items() if name != "main_back")
+    if parts > MOST_PARTS:
+        found.error(folder, f"all pictures but main_back.bmp have {parts} pixels together, and at most {MOST_PARTS} are read")
     for stem in {a for a, _ in pairs}:
         one, two = sizes.get(stem + "1"), sizes.get(stem + "2")
         if one and two and one != two:

@@ -67,8 +67,8 @@ struct MpegScan {
 };
 
 // How many bytes of zeros in front of the first frame are passed over by whoever only asks what a file is, perhaps for
-// a row of a list. Who opens it to hear it passes over all.
-constexpr int64_t kZerosAtAGlance = int64_t{64} << 20;
+// a row of a list, whose window waits for it: what a disk gives in some 50 ms. Who opens it to hear it passes over all.
+constexpr int64_t kZerosAtAGlance = int64_t{4} << 20;
 
 // Finds the first frame at or after audio.begin and works out the length. Looks at the head only: `mostZeros` bytes of
 // zeros and one MiB of other junk. Nothing when there are no frames: a frame counts when others of its stream follow it

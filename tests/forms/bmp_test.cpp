@@ -100,6 +100,7 @@ TEST(Bmp, EveryKindGivesTheSamePicture) {
     };
     for (const auto& c : cases) {
         EXPECT_EQ(Pixels(ReadBmp(Bmp(c.picture))), (std::vector<std::uint32_t>{R, G, B, W})) << c.name;
+        EXPECT_EQ(Pixels(ReadBmpThinned(Bmp(c.picture), 1)), (std::vector<std::uint32_t>{R})) << c.name;
     }
 }
 
