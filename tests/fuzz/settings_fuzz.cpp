@@ -48,7 +48,7 @@ std::string SavedBy(const std::string& settings, const std::string& commandLine)
     if (run.state().PlayMode < kSingle || run.state().PlayMode > kRandom) std::abort();
     for (int tick = 0; tick < 3; ++tick) run.top().Timer1.onTimer();
     run.top().unload();
-    return files.BytesOf("C:\\Quenlox\\Quenlox.ini");
+    return files.bytesOf("C:\\Quenlox\\Quenlox.ini");
 }
 
 }  // namespace
