@@ -2,6 +2,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -20,7 +21,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!reader) return 0;
         gogo::Pcm pcm;
         bool more = true;
-        while (more && pcm.size() < 100'000) more = reader->read(1152, pcm);
+        const auto enough = static_cast<std::size_t>(std::min<std::int64_t>(reader->length(), 100'000));
+        while (more && pcm.size() < enough) more = reader->read(1152, pcm);
         if (static_cast<std::int64_t>(pcm.size()) > reader->length()) std::abort();
         if (pcm.right.size() != (reader->channels() == 2 ? pcm.size() : 0)) std::abort();
         for (const float sample : pcm.left)
