@@ -3,11 +3,16 @@
 find_package(Threads REQUIRED)
 
 if(CMAKE_CROSSCOMPILING AND WIN32)
-  set(deps_scripts tools/deps.sh tools/deps/common.sh tools/deps/licences.sh tools/deps/source.sh)
+  set(deps_scripts tools/deps.sh tools/deps/archive.sh tools/deps/common.sh tools/deps/licences.sh tools/deps/source.sh)
   list(TRANSFORM deps_scripts PREPEND ${PROJECT_SOURCE_DIR}/)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${deps_scripts})
   execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/deps.sh OUTPUT_VARIABLE QUENLOX_DEPS
                   OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  if(QUENLOX_TESTS)
+    execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/deps.sh tests OUTPUT_VARIABLE QUENLOX_TEST_DEPS
+                    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    list(PREPEND CMAKE_PREFIX_PATH ${QUENLOX_TEST_DEPS})
+  endif()
   set(deps_search PATHS ${QUENLOX_DEPS} NO_DEFAULT_PATH)
   list(PREPEND CMAKE_PREFIX_PATH ${QUENLOX_DEPS})
 endif()

@@ -1,6 +1,7 @@
 #!/bin/bash
 # Cross-builds the static libraries of the Windows product from Debian's sources and prints the folder that holds them.
 # usage: tools/deps.sh                   builds what is not built yet
+#        tools/deps.sh tests             the same for the test library, and prints its folder
 #        tools/deps.sh --change LIBRARY  puts its source into third-party/LIBRARY, to be changed there
 #        tools/deps.sh --sources         prints the folder of each library's source package
 #
@@ -18,16 +19,23 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 source "$root/tools/deps/common.sh"
 source "$root/tools/deps/source.sh"
 source "$root/tools/deps/licences.sh"
+source "$root/tools/progress.sh"
 
 triple=x86_64-w64-mingw32
 toolchain=$root/cmake/mingw.cmake
 libraries=(mpg123 lame soundtouch kissfft)
-dev_packages=(libmpg123-dev libmp3lame-dev libsoundtouch-dev libkissfft-dev)
+packages=(libmpg123-dev libmp3lame-dev libsoundtouch-dev libkissfft-dev)
 # Of these the run-time parts are linked into every program file.
-runtime_packages=(gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
+packages+=(gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
+folder=win64
+if [ "${1:-}" = tests ]; then
+    libraries=(googletest)
+    packages=(googletest)
+    folder=win64-tests
+fi
 jobs=${QUENLOX_JOBS:-$(nproc)}
 
-versions=$(dpkg-query -W -f '${source:Package} ${source:Version}\n' "${dev_packages[@]}" "${runtime_packages[@]}" googletest | sort -u)
+versions=$(dpkg-query -W -f '${source:Package} ${source:Version}\n' "${packages[@]}" | sort -u)
 version_of() { awk -v p="$1" '$1 == p { print $2 }' <<<"$versions"; }
 compiler=$($triple-g++-posix -dumpfullversion)
 cache=$(quenlox_cache)
@@ -64,7 +72,7 @@ key=$({
     echo "$versions $compiler ${changes[*]}"
     cat "$toolchain" "$root/tools/deps.sh" "$root"/tools/deps/*.sh
 } | hash_of -)
-prefix=$cache/win64-$key
+prefix=$cache/$folder-$key
 
 if [ -e "$prefix/complete" ]; then
     echo "$prefix"
@@ -72,7 +80,7 @@ if [ -e "$prefix/complete" ]; then
 fi
 
 mkdir -p "$cache"
-exec 9>"$cache/deps.lock"
+exec 9>"$cache/deps.lock" # the source index is one for both
 flock 9
 if [ -e "$prefix/complete" ]; then # another run built it while this one waited
     echo "$prefix"
@@ -168,16 +176,36 @@ collect_notices() {
         licence_texts "$notices"
 }
 
-mkdir -p "$notices"
-for library in "${libraries[@]}"; do
-    fetched $library
-done
-grep -E '^(gcc-mingw-w64|mingw-w64) ' <<<"$versions" >>"$notices/versions.txt"
-for library in "${libraries[@]}" googletest; do
-    echo "deps: building $(grep "^$library " "$notices/versions.txt" || echo "$library") for Windows" >&2
-    logged "$work/$library.log" build_$library
-done
-collect_notices
+fetch_all() {
+    local library count=0
+    mkdir -p "$notices"
+    for library in "${libraries[@]}"; do
+        echo "$((count++)) ${#libraries[@]} fetching libraries"
+        fetched $library || return
+    done
+    grep -E '^(gcc-mingw-w64|mingw-w64) ' <<<"$versions" >>"$notices/versions.txt"
+}
+
+# Side by side: while one is configured, another has the processors.
+build_all() {
+    local library count=0 status=0
+    for library in "${libraries[@]}"; do
+        logged "$work/$library.log" build_$library &
+    done
+    for library in "${libraries[@]}"; do
+        echo "$((count++)) ${#libraries[@]} building libraries"
+        wait -n || status=1
+    done
+    return $status
+}
+
+if [ $folder = win64 ]; then
+    fetch_all | show_progress
+fi
+build_all | show_progress
+if [ $folder = win64 ]; then
+    collect_notices
+fi
 touch "$stage$prefix/complete"
 rm -rf "$prefix"
 mv "$stage$prefix" "$prefix"

@@ -1,8 +1,9 @@
 #!/usr/bin/python3
-"""Starts the product in build/quenlox under Wine: tools/run_product.py FILE
+"""Starts the product in build/quenlox under Wine: tools/run_product.py FILE | --prepare
 
 On the user's display it runs until it is closed. Without a display it plays on a virtual one for some seconds, leaves
-build/quenlox.png and ends. A machine without a sound server gets a silent one for the time.
+build/quenlox.png and ends. A machine without a sound server gets a silent one for the time. --prepare only makes what Wine
+needs on a machine where it never ran.
 """
 
 import os
@@ -63,6 +64,9 @@ def show_and_end(session, process):
 
 def main():
     unwind_on_signals()
+    if sys.argv[1] == "--prepare":
+        ready_prefix()
+        return 0
     file = pathlib.Path(sys.argv[1])
     if not file.exists():
         sys.exit(f"there is no {file}")

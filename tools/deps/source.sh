@@ -1,38 +1,8 @@
-# Fetches Debian source packages with an apt configuration of its own; sourced by tools/deps.sh.
+# Debian source packages: kept, checked and unpacked; sourced by tools/deps.sh.
 #
-# The machine's package lists and configuration are only read: the same archives are asked for their sources, but lists
-# and files go to the cache. apt checks the index's signature and the description's hash against the index; every file
-# is then checked against the description.
-
-# private_apt DIR : writes DIR/apt.conf and fetches the source index unless DIR has one
-private_apt() {
-    local dir=$1 file
-    if [ -e "$dir/ready" ]; then return; fi
-    rm -rf "$dir"
-    mkdir -p "$dir"/{lists/partial,archives/partial,sources.list.d}
-
-    # Each stanza or line of the machine's sources, with its type turned to deb-src; duplicates would make apt complain.
-    for file in /etc/apt/sources.list.d/*.sources; do
-        [ -e "$file" ] && { grep -v '^#' "$file"; echo; }
-    done | awk -v RS= -v ORS='\n\n' '
-        { gsub(/(^|\n)[Tt]ypes:[^\n]*/, ""); sub(/^\n/, "") }
-        !seen[$0]++ { print "Types: deb-src\n" $0 }' >"$dir/sources.list.d/machine.sources"
-    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
-        [ -e "$file" ] && sed -nE 's/^[[:space:]]*deb(-src)?[[:space:]]+/deb-src /p' "$file"
-    done | sort -u >"$dir/sources.list" || true
-
-    cat >"$dir/apt.conf" <<CONF
-Dir::Etc::sourcelist "$dir/sources.list";
-Dir::Etc::sourceparts "$dir/sources.list.d";
-Dir::State::Lists "$dir/lists";
-Dir::Cache "$dir";
-APT::Sandbox::User "";
-Acquire::Languages "none";
-Acquire::Retries "3";
-CONF
-    APT_CONFIG="$dir/apt.conf" logged "$dir/update.log" apt-get -q update
-    touch "$dir/ready"
-}
+# apt checks the index's signature and the description's hash against the index (archive.sh); every file is then checked
+# against the description.
+source "${BASH_SOURCE[0]%/*}/archive.sh"
 
 # dsc_files DSC : "sha256  name" of the files that a description lists, without detached signatures, which the archives
 # of some mirrors lack and which nothing here reads
@@ -72,22 +42,11 @@ fetch_source() {
         dsc=$(find "$store" -maxdepth 1 -name '*.dsc')
     fi
     if [ -z "$dsc" ]; then
-        private_apt "$apt"
         local work="$store.part.$$"
         rm -rf "$work"
         mkdir -p "$work"
-        # A missing detached signature makes apt-get report failure although all that counts has arrived; the check
-        # of the files below decides. A version that has left the archive is replaced by the one that is there now.
-        (cd "$work" && APT_CONFIG="$apt/apt.conf" apt-get -q source --download-only --only-source "$package=$version") \
-            >"$work/apt.log" 2>&1 ||
-            find "$work" -name '*.dsc' | grep -q . ||
-            (cd "$work" && APT_CONFIG="$apt/apt.conf" apt-get -q source --download-only --only-source "$package") \
-                >>"$work/apt.log" 2>&1 || true
+        download_source "$apt" "$work" "$package" "$version" || return
         dsc=$(find "$work" -maxdepth 1 -name '*.dsc')
-        if [ -z "$dsc" ]; then
-            { echo "deps: could not fetch the source of $package $version"; cat "$work/apt.log"; } >&2
-            return 1
-        fi
         store=$2/${package}_$(version_in "$dsc" | sed 's/:/%/g')
         rm -rf "$store"
         mv "$work" "$store"

@@ -15,7 +15,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 PRODUCT = ROOT / "build/quenlox"
 WINE_PROGRAMS = ROOT / "build/win64/tools"
 ARTEFACTS = ROOT / "build/wine"
-TRAY = "Wine System Tray"  # the small window that stands for the notification area
+# The small window that stands for the notification area where no desktop has one: title and class, which only some Wines set.
+TRAYS = ("Wine System Tray", "Shell_TrayWnd")
 
 
 def real_time(function):
@@ -23,6 +24,10 @@ def real_time(function):
     when it happens three times; a fault of the program happens always."""
     function.attempts = 3
     return function
+
+
+def _is_tray(window):
+    return window.title == TRAYS[0] or window.class_name == TRAYS[1]
 
 
 class Program:
@@ -118,7 +123,18 @@ class Scenario:
         self._programs.clear()
 
     def _other_processes(self):
-        return {window.process for window in self.driver.windows() if window.title != TRAY} - self._system_processes
+        return {window.process for window in self.driver.windows() if not _is_tray(window)} - self._system_processes
+
+    def tray(self):
+        """The notification area while it has an icon, or None."""
+        return next((window for window in self.driver.windows() if window.visible and _is_tray(window)), None)
+
+    def click_icon(self, button="left"):
+        """Clicks the icon in the notification area, as soon as there is one."""
+        def icon():
+            icons = self.tray().controls() if self.tray() else []
+            return next((icon for icon in icons if icon.class_name.endswith("_tray_icon") and icon.visible), None)
+        self.wait_until(icon, "an icon in the notification area").click(button=button)
 
     def windows_path(self, path):
         return self.session.windows_path(path)

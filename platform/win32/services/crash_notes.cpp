@@ -109,7 +109,9 @@ class CrashNotesWin32 : public CrashNotes {
   private:
     // On the thread that failed.
 
-    void tell(EXCEPTION_POINTERS* exception, const char* reason) noexcept {
+    // With `endWith` other than 0 the writer ends the process with it. A thread whose stack is full may not live to do so
+    // itself: waiting alone can take more of the stack than there is, and then the system ends the thread alone.
+    void tell(EXCEPTION_POINTERS* exception, const char* reason, DWORD endWith = 0) noexcept {
         if (GetCurrentThreadId() == writerId_) {  // failed while writing: what there is has to do
             SetEvent(done_.get());
             return;
@@ -117,6 +119,7 @@ class CrashNotesWin32 : public CrashNotes {
         if (!told_.exchange(true)) {
             exception_ = exception;
             reason_ = reason;
+            endWith_ = endWith;
             failedThread_ = GetCurrentThreadId();
             SetEvent(wanted_.get());
         }
@@ -127,7 +130,7 @@ class CrashNotesWin32 : public CrashNotes {
         const DWORD code = exception->ExceptionRecord->ExceptionCode;
         CrashNotesWin32* watch = theWatch;
         if (!watch || (code != STATUS_STACK_OVERFLOW && code != kHeapCorruption)) return EXCEPTION_CONTINUE_SEARCH;
-        watch->tell(exception, "");
+        watch->tell(exception, "", code);
         // Nobody can go on from here, and looking for somebody who might hangs where there is no stack to look on.
         TerminateProcess(GetCurrentProcess(), code);
         return EXCEPTION_CONTINUE_SEARCH;
@@ -147,7 +150,7 @@ class CrashNotesWin32 : public CrashNotes {
         record.ExceptionCode = code;
         record.ExceptionAddress = reinterpret_cast<void*>(context.Rip);
         EXCEPTION_POINTERS exception{&record, &context};
-        if (CrashNotesWin32* watch = theWatch) watch->tell(&exception, reason);
+        if (CrashNotesWin32* watch = theWatch) watch->tell(&exception, reason, code);
         TerminateProcess(GetCurrentProcess(), code);
         std::_Exit(3);
     }
@@ -165,7 +168,10 @@ class CrashNotesWin32 : public CrashNotes {
     static DWORD CALLBACK Wait(void* self) {
         auto* watch = static_cast<CrashNotesWin32*>(self);
         WaitForSingleObject(watch->wanted_.get(), INFINITE);
-        if (!watch->ending_) watch->write();
+        if (watch->ending_) return 0;
+        watch->write();
+        if (watch->endWith_ != 0) TerminateProcess(GetCurrentProcess(), watch->endWith_);
+        SetEvent(watch->done_.get());
         return 0;
     }
 
@@ -189,7 +195,6 @@ class CrashNotesWin32 : public CrashNotes {
                 removeOld();
             }
         }
-        SetEvent(done_.get());
     }
 
     void append(HANDLE file, const NoteText& text) noexcept {
@@ -377,7 +382,7 @@ class CrashNotesWin32 : public CrashNotes {
     // Set before the writer is woken.
     EXCEPTION_POINTERS* exception_ = nullptr;
     const char* reason_ = "";
-    DWORD failedThread_ = 0;
+    DWORD endWith_ = 0, failedThread_ = 0;
     // Used by the writer.
     Path moduleFile_;
     char moduleName_[64] = {};

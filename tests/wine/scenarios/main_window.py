@@ -2,7 +2,7 @@
 
 from wine_harness import material
 from wine_harness.product import Product
-from wine_harness.scenario import TRAY, real_time
+from wine_harness.scenario import real_time
 from wine_harness.skin import MainWindow
 
 PLACE = "[Main]\nX=1500\nY=1500\n"
@@ -11,11 +11,6 @@ TOPMOST = 0x8  # extended window style
 
 def tone(s, pitch=440):
     return material.write_mp3(s.material / f"tone {pitch}.mp3", material.tone(pitch, 60.0), "-b", "64")
-
-
-def click_icon(s, button="left"):
-    """Clicks the icon in the notification area."""
-    s.driver.wait_window(title=TRAY).control("__winex11_tray_icon", where=lambda icon: icon.visible).click(button=button)
 
 
 @real_time
@@ -79,22 +74,22 @@ def test_the_program_lives_on_in_the_notification_area_and_comes_back(s):
     def hide():
         main.press("mini")
         main.window.wait_closed()
-        s.driver.wait_window(title=TRAY)
+        s.wait_until(s.tray, "an icon")
     hide()
     assert not s.listen(0.8).part(0.5).is_silent(), "it plays on"
-    click_icon(s, "right")
+    s.click_icon("right")
     s.equal([item.text for item in s.driver.popup()], ["ﾒｲﾝ画面を表示", "Quenloxの終了"], "menu of the icon")
     s.driver.choose("ﾒｲﾝ画面を表示")
     s.wait_equal(lambda: main.refresh().place, place, "place")
-    s.wait_until(lambda: not s.driver.find(title=TRAY), "the icon is gone")
+    s.wait_until(lambda: not s.tray(), "the icon is gone")
     hide()
-    click_icon(s)
+    s.click_icon()
     s.wait_equal(lambda: main.refresh().place, place, "place")
     hide()
-    click_icon(s, "right")
+    s.click_icon("right")
     s.driver.choose("Quenloxの終了")
     s.equal(main.program.wait_exit(), 0, "exit code")
-    s.wait_until(lambda: not s.driver.find(title=TRAY), "no icon is left")
+    s.wait_until(lambda: not s.tray(), "no icon is left")
 
 
 @real_time
@@ -109,10 +104,10 @@ def test_the_list_comes_up_without_the_keyboard_and_with_t_nothing_but_the_icon(
     s.wait_tone(660)
     main.end()
     program = s.start_product("/pt", folder=main.folder)
-    s.driver.wait_window(title=TRAY)
+    s.wait_until(s.tray, "an icon")
     s.wait_tone(660)
     s.equal([str(w) for w in s.driver.windows() if w.visible and w.class_name.startswith("Quenlox")], [], "windows")
-    click_icon(s)
+    s.click_icon()
     back = MainWindow(s)
     s.equal(s.driver.wait_window(title="プレイリスト").place, lists.place, "place of the list")
     s.driver.keys("alt+left")
