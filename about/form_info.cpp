@@ -16,8 +16,7 @@ FormInfo::FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell)
     LabelLibraries.setCaption(
         "次のライブラリを使用しています。ライセンスの全文はlicencesフォルダにあります。\r\n"
         "libmpg123: Copyright (c) 1995-2021 Michael Hipp and others, the mpg123 project  (LGPL 2.1)\r\n"
-        "LAME: Copyright (c) 1998-2007 Mike Cheng, Mark Taylor, the LAME Project and others  (LGPL 2, GPL)\r\n"
-        "    www.mp3dev.org\r\n"
+        "LAME, www.mp3dev.org: Copyright (c) 1998-2007 the LAME Project and others  (LGPL 2, GPL)\r\n"
         "SoundTouch: Copyright (c) 2001-2022 Olli Parviainen  (LGPL 2.1)\r\n"
         "KissFFT: Copyright (c) 2003-2022 Mark Borgerding  (BSD)");
     CommandLicence.setCaption("ライセンス(&L)");
