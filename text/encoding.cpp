@@ -270,9 +270,9 @@ std::string DecodeText(std::string_view bytes) {
 }
 
 std::string EncodeText(std::string_view utf8) {
-    // A Shift-JIS text may by chance be valid UTF-8, and the reader would then take it for that; such a text, too, is
-    // written as Unicode.
-    if (auto bytes = Utf8ToShiftJis(utf8); bytes && (*bytes == utf8 || !IsValidUtf8(*bytes))) return *bytes;
+    // A Shift-JIS text may by chance be valid UTF-8, or hold NULs as UTF-16 does, and the reader would take it for that;
+    // such a text, too, is written as Unicode.
+    if (auto bytes = Utf8ToShiftJis(utf8); bytes && DecodeText(*bytes) == utf8) return *bytes;
     std::string out = "\xFF\xFE";
     for (const char16_t unit : Utf8ToUtf16(utf8)) {
         out += static_cast<char>(unit & 0xFF);

@@ -6,26 +6,15 @@
 
 #include "state/option_table.h"
 #include "tests/fakes/bmp_of.h"
-#include "tests/fakes/fake_dialogs.h"
-#include "tests/fakes/fake_file_system.h"
-#include "tests/fakes/fake_gogo.h"
-#include "tests/fakes/fake_media_control.h"
-#include "tests/fakes/fake_mixer.h"
-#include "tests/fakes/fake_output_devices.h"
-#include "tests/fakes/fake_random.h"
-#include "tests/fakes/fake_shell.h"
-#include "tests/fakes/fake_text_painter.h"
-#include "tests/fakes/fake_vbmp3.h"
-#include "tests/fakes/fake_window_system.h"
+#include "tests/fakes/fake_services.h"
 
 namespace quenlox {
 namespace {
 
-class ApplicationTest : public ::testing::Test {
+class ApplicationTest : public ::testing::Test, protected FakeServices {
   protected:
     void start(const std::string& commandLine = "") {
-        application = std::make_unique<Application>(
-            Services{windows, painter, dialogs, files, mci, mixer, shell, vbmp3, gogo, random, devices}, commandLine);
+        application = std::make_unique<Application>(all(), commandLine);
         application->load();
     }
     GlobalState& state() { return application->state(); }
@@ -34,10 +23,7 @@ class ApplicationTest : public ::testing::Test {
         files.add(path);
         vbmp3.addFile(path, kMpegFile, 90, "Title");
     }
-    void SetUp() override {
-        files.add("C:\\Quenlox\\skin\\default\\default.tsk", "[Main]\nVer=4\nBox=1\nSize=100,50\n");
-        mixer.lines[Mixer::kSpeakers].value = 32768;
-    }
+    void SetUp() override { mixer.lines[Mixer::kSpeakers].value = 32768; }
     std::size_t placeOf(const std::string& call) const {
         return static_cast<std::size_t>(std::ranges::find(vbmp3.calls, call) - vbmp3.calls.begin());
     }
@@ -51,17 +37,6 @@ class ApplicationTest : public ::testing::Test {
         return *windows.hosts.back().first;
     }
 
-    FakeWindowSystem windows;
-    FakeTextPainter painter;
-    FakeDialogs dialogs;
-    FakeFileSystem files;
-    FakeMediaControl mci;
-    FakeMixer mixer;
-    FakeShell shell;
-    FakeVbmp3 vbmp3;
-    std::shared_ptr<FakeGogo> gogo = std::make_shared<FakeGogo>();
-    FakeRandom random;
-    FakeOutputDevices devices;
     std::unique_ptr<Application> application;
 };
 

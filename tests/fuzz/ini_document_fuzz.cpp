@@ -12,7 +12,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const IniDocument again = IniDocument::Parse(file.serialise());
     for (const std::string& section : file.sections()) {
         for (const std::string& key : file.keys(section)) {
-            if (file.find(section, key) != again.find(section, key)) std::abort();
+            const auto value = file.find(section, key);
+            if (value != again.find(section, key)) std::abort();
+            IniDocument other;
+            other.set("S", "K", *value);
+            other.set("S", "L", "after");
+            other = IniDocument::Parse(other.serialise());
+            if (other.find("s", "k") != value->substr(0, value->find('\0')) || other.find("s", "l") != "after")
+                std::abort();
         }
     }
     file.set("Main", "X", "1");

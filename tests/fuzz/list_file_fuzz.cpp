@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "playlist/list_file.h"
+#include "text/encoding.h"
 
 using namespace quenlox;
 
@@ -14,12 +15,15 @@ namespace {
 
 using Rows = std::vector<std::pair<int, std::string>>;
 
-Rows ReadLists(std::string_view bytes) {
+Rows ReadLists(std::string_view bytes, const CodePage& codePage = {}) {
     Rows rows;
-    ParseListFile(bytes, [&](int list, std::string_view path) {
-        if (list < 0 || list > 2 || path.empty()) std::abort();
-        rows.emplace_back(list, path);
-    });
+    ParseListFile(
+        bytes,
+        [&](int list, std::string_view path) {
+            if (list < 0 || list > 2 || path.empty()) std::abort();
+            rows.emplace_back(list, path);
+        },
+        codePage);
     std::stable_sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     return rows;
 }
@@ -35,7 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (number != list) written.beginList(list = number);
         written.append(path);
     }
-    if (ReadLists(written.bytes()) != rows) std::abort();
+    const CodePage western = [](std::string_view text) { return std::optional(Latin1ToUtf8(text)); };
+    if (ReadLists(written.bytes()) != rows || ReadLists(written.bytes(western), western) != rows) std::abort();
 
     ParseM3U(bytes, "C:\\Music\\", [&](std::string_view path) {
         const bool relative = path.starts_with("C:\\Music\\");

@@ -20,10 +20,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!reader != (error != gogo::Error::None)) std::abort();
         if (!reader) return 0;
         gogo::Pcm pcm;
-        bool more = true;
-        const auto enough = static_cast<std::size_t>(std::min<std::int64_t>(reader->length(), 100'000));
-        while (more && pcm.size() < enough) more = reader->read(1152, pcm);
-        if (static_cast<std::int64_t>(pcm.size()) > reader->length()) std::abort();
+        const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(reader->length(), 100'000));
+        while (pcm.size() < wanted && reader->read(1152, pcm)) continue;
+        if (pcm.size() > static_cast<std::size_t>(reader->length())) std::abort();
         if (pcm.right.size() != (reader->channels() == 2 ? pcm.size() : 0)) std::abort();
         for (const float sample : pcm.left)
             if (!std::isfinite(sample)) std::abort();

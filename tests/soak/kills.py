@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Kills the real program while it saves settings, lists and tags: tests/soak/kills.py [--kills N] [--seed N]
+"""Kills the real program while it saves settings, lists and tags: tests/soak/kills.py [--quick N] [--seed N]
 
 Every kill hits at a random moment between the order to save and a little after the file stands in its place, most of them
 while the temporary file is there. Afterwards the file is the old or the new one, whole, the sound untouched; in the end one
@@ -7,7 +7,6 @@ save of each kind in peace leaves no temporary file. Needs the stage and the dri
 """
 
 import argparse
-import hashlib
 import os
 import pathlib
 import random
@@ -23,14 +22,15 @@ from wine_harness.driver import LIST_CLASS  # noqa: E402
 from wine_harness.scenario import Scenario  # noqa: E402
 from wine_session.processes import prefer, unwind_on_signals  # noqa: E402
 
-KEY_DOWN, KEY_UP, END, DELETE = 0x100, 0x101, 0x23, 0x2E
+KEY_DOWN, KEY_UP, END, DELETE, COUNT, CLICK = 0x100, 0x101, 0x23, 0x2E, 0x1004, 0xF5
 
 
 class Kind:
-    """What is saved, and how it is told apart from what it was. `span` is the time from the order to the end of a save."""
+    """What is saved: prepare() leads up to the order and says in `wanted` which state() the file shall have then."""
 
     def __init__(self, s):
-        self.s, self.lead, self.length, self.hits, self.kills, self.new_seen = s, 0.2, 0.01, 0, 0, 0
+        self.s, self.kills, self.inside = s, 0, 0
+        self.lead, self.length = 0.2, 0.01  # seconds to the temporary file, and on to what is about the end of the save
         self.folder = s.fresh_product(type(self).__name__)
 
     def start(self, *arguments):
@@ -38,67 +38,54 @@ class Kind:
         return self.s.driver.wait_window(title="Quenlox  Ver *")
 
     def temporaries(self):
-        return [name for name in os.listdir(self.target.parent) if name.startswith(self.target.name + ".~")]
+        return sum(name.startswith(self.target.name + ".~") for name in os.listdir(self.target.parent))
 
     def save_in_peace(self):
         self.prepare()
         self.order()
         self.s.wait_until(lambda: self.state() == self.wanted and not self.temporaries(), "what is saved in peace")
-        if self.program.running():
-            self.program.kill()
+        self.s.end_programs()
 
     def save_and_kill(self, dice):
         self.prepare()
-        before, left, stamp = self.state(), len(self.temporaries()), self.target.stat().st_mtime_ns
+        before, left, stamp = self.state(), self.temporaries(), self.target.stat().st_mtime_ns
         self.order()
         began = time.monotonic()
         if dice.random() < 0.2:
             time.sleep(dice.uniform(0, self.lead))
         else:
-            while len(self.temporaries()) == left and self.target.stat().st_mtime_ns == stamp and time.monotonic() - began < 10:
+            while self.temporaries() == left and self.target.stat().st_mtime_ns == stamp and time.monotonic() - began < 10:
                 time.sleep(0.0001)
             self.lead += 0.2 * (time.monotonic() - began - self.lead)
             time.sleep(dice.uniform(0, self.length))
         os.kill(self.program.id, signal.SIGKILL)
         self.program.wait_exit()
-        inside = len(self.temporaries()) > left
-        after = self.state()
+        inside, after = self.temporaries() > left, self.state()
         self.length = min(1.0, max(0.0005, self.length * (1.1 if inside or after == before else 0.7)))
-        assert after in (before, self.wanted), f"{self.target} is neither the old nor the new one: {after}"
-        self.kills, self.hits, self.new_seen = self.kills + 1, self.hits + inside, self.new_seen + (after == self.wanted)
+        assert after in (before, self.wanted), f"{self.target} is neither the old nor the new one: {after!r:.300}"
+        self.kills, self.inside = self.kills + 1, self.inside + inside
 
 
 class Settings(Kind):
-    """A file with half a MiB of lines that the program does not know and keeps."""
-
     def __init__(self, s):
         super().__init__(s)
         self.target = self.folder / "Quenlox.ini"
-        self.target.write_bytes(b"[Main]\r\nPlayMode=0\r\n" + b"[Others]\r\n" + b"".join(b"key%d=%d\r\n" % (i, i) for i in range(30000)))
+        others = b"".join(b"key%d=%d\r\n" % (i, i) for i in range(30000))  # unknown ones are kept
+        self.target.write_bytes(b"[Main]\r\nPlayMode=0\r\n[Others]\r\n" + others)
         self.start().close()
         self.program.wait_exit()
 
     def state(self):
-        mode, rest = 0, []
-        for line in self.target.read_bytes().split(b"\r\n"):
-            if line.startswith(b"PlayMode="):
-                mode = int(line[9:])
-            else:
-                rest.append(line)
-        return mode, hashlib.sha256(b"\n".join(rest)).hexdigest()
+        before, _, after = self.target.read_bytes().partition(b"PlayMode=")
+        return int(after[:1]), before + after[1:]
 
     def prepare(self):
         mode, rest = self.state()
         self.wanted = (mode + 1) % 4, rest
-        self.window = self.start(f"/m{self.wanted[0]}")
-
-    def order(self):
-        self.window.close()
+        self.order = self.start(f"/m{self.wanted[0]}").close
 
 
 class Lists(Kind):
-    """Twenty thousand rows, one of which is deleted each time."""
-
     def __init__(self, s):
         super().__init__(s)
         self.target = self.folder / "Quenlox.m3u"
@@ -110,53 +97,42 @@ class Lists(Kind):
 
     def prepare(self):
         self.wanted = self.state()[:-1]
-        self.window = self.start()
+        self.order = self.start().close
         window = self.s.driver.wait_window(title="プレイリスト")
-        rows = window.control(LIST_CLASS, where=lambda c: c.visible and c.send(0x1004) == len(self.wanted))
+        rows = window.control(LIST_CLASS, where=lambda c: c.visible and c.send(COUNT) == len(self.wanted))
         for key in (END, DELETE):
             rows.post(KEY_DOWN, key)
             rows.post(KEY_UP, key)
-        self.s.wait_until(lambda: rows.send(0x1004) == len(self.wanted) - 1, "a row less")
-
-    def order(self):
-        self.window.close()
+        self.s.wait_until(lambda: rows.send(COUNT) == len(self.wanted) - 1, "a row less")
 
 
 class Tags(Kind):
-    """An MP3 file with a picture; its title is changed."""
-
     def __init__(self, s):
         super().__init__(s)
         self.target = material.write_mp3(s.material / "song.mp3", material.tone(440, 120.0), "-b", "320")
         tags = ID3()
-        tags.add(TIT2(3, ["0"]))
-        tags.add(COMM(3, "jpn", "", ["注釈"]))
-        tags.add(APIC(3, "image/png", 3, "", random.Random(1).randbytes(1 << 20)))
+        for frame in (TIT2(3, ["0"]), COMM(3, "jpn", "", ["注釈"]), APIC(3, "image/png", 3, "", random.Random(1).randbytes(1 << 20))):
+            tags.add(frame)
         tags.save(self.target, v1=2)
 
     def state(self):
         data, tags = self.target.read_bytes(), ID3(self.target, load_v1=False)
         sound = data[10 + (data[6] << 21 | data[7] << 14 | data[8] << 7 | data[9]):-128]
-        frames = sorted((key, str(value)) for key, value in tags.items() if key[:4] in ("APIC", "COMM"))
-        return str(tags["TIT2"]), *(hashlib.sha256(part).hexdigest() for part in (sound, repr(frames).encode()))
+        return str(tags["TIT2"]), sound, tags["APIC:"].data, str(tags["COMM::jpn"])
 
     def prepare(self):
         title, *rest = self.state()
         self.wanted = (str(int(title) + 1), *rest)
-        main = self.start(self.target)
-        main.part("タグ情報").act()
-        self.window = self.s.driver.wait_window(title="タグ情報*")
-        self.box = self.window.control("Edit", title)
-        self.box.set_text(self.wanted[0])
-        self.button = self.window.control("Button", "保存", lambda control: control.visible and control.enabled)
-
-    def order(self):
-        self.button.post(0xF5)  # BM_CLICK
+        self.start(self.target).part("タグ情報").act()
+        window = self.s.driver.wait_window(title="タグ情報*")
+        window.control("Edit", title).set_text(self.wanted[0])
+        save = window.control("Button", "保存", lambda control: control.visible and control.enabled)
+        self.order = lambda: save.post(CLICK)
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--kills", type=int, default=1000)
+    parser.add_argument("--quick", type=int, default=1000, metavar="N", help="kills, 1000 by default")
     parser.add_argument("--seed", type=int, default=random.randrange(1 << 16))
     options = parser.parse_args()
     unwind_on_signals()
@@ -164,13 +140,14 @@ def main():
     dice = random.Random(options.seed)
     with Scenario("kills") as s:
         kinds = [Settings(s), Lists(s), Tags(s)]
-        for number in range(options.kills):
+        for number in range(options.quick):
             kinds[number % 3].save_and_kill(dice)
-            if number % 50 == 49 or number == options.kills - 1:
-                print(", ".join(f"{type(k).__name__}: {k.kills} kills, {k.hits} inside, {k.new_seen} new" for k in kinds), flush=True)
+            if number % 50 == 49:
+                print(", ".join(f"{type(k).__name__} {k.inside} of {k.kills} inside" for k in kinds), flush=True)
         for kind in kinds:
             kind.save_in_peace()
-    print(f"seed {options.seed}: {options.kills} of {options.kills} whole, {sum(k.hits for k in kinds)} killed inside the saving")
+    inside = sum(kind.inside for kind in kinds)
+    print(f"seed {options.seed}: {options.quick} of {options.quick} whole, {inside} killed inside the saving")
 
 
 main()

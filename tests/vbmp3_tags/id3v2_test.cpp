@@ -152,6 +152,7 @@ TEST(Id3v2, HeadersOfEveryShapeAreSkipped) {
         {"2.4 group, data length, unsynchronised", 4, Frame4("TIT2", "g" + Synchsafe(7) + "\3"s + kUtf8, 0x0043), 0},
         {"2.3 group", 3, Frame3("TIT2", "g\1\xFF\xFE"s + kUtf16Le, 0x0020), 0},
         {"2.4 sizes of eight bits", 4, Frame3("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
+        {"2.3 sizes of seven bits", 3, Frame4("TPE1", "\0"s + std::string(200, 'x')) + t3, 0},
         {"2.4 long frame with true sizes", 4, Frame4("TPE1", "\3"s + std::string(200, 'x')) + t4, 0},
     };
     for (const auto& c : cases) EXPECT_EQ(Read(Id3v2(c.version, c.body, c.flags)).title, kUtf8) << c.what;

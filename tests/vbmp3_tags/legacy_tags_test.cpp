@@ -108,10 +108,4 @@ TEST(Ape, IsTheLastSource) {
     const TagFields fields = ReadFile(MpegFrames(3) + tag + Id3v1("v1"));
     EXPECT_EQ(fields.title + " " + fields.artist, "v1 a / b");
     EXPECT_EQ(fields.genreNumber, 17);
-    for (size_t cut = 0; cut < tag.size(); ++cut) {
-        const std::string part = tag.substr(0, cut);
-        const MemorySource source(BytesOf(part));
-        HeadTailReader reader(source);
-        ReadApe(reader, {0, static_cast<int64_t>(cut)});
-    }
 }

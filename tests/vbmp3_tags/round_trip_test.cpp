@@ -30,9 +30,9 @@ class RandomFile {
         version_ = 2 + pick(3);
         note("2." + std::to_string(version_));
         damaged = chance(3);
+        plain_ = version_ == 4 && !damaged && chance(3);
         whole_ = chance(4);
-        other_ = !damaged && chance(3) && (version_ == 4 || (version_ == 3 && !whole_));
-        if (other_) note("sizes of the other version");
+        if (plain_) note("plain sizes");
         if (whole_) note("unsynchronised");
         fillFrames();
         bytes = tag() + sound + tail();
@@ -60,7 +60,7 @@ class RandomFile {
         if (version_ == 4 && whole_) data = Unsynchronised(data);
         const auto bits = static_cast<uint16_t>(flags | (version_ == 4 && whole_ && chance(2) ? 2 : 0));
         if (keep) kept.push_back(version_ == 4 ? Frame4(id, data, bits) : Frame3(id, data, bits));
-        return (version_ == 4) != other_ ? Frame4(id, data, bits) : Frame3(id, data, bits);
+        return version_ == 4 && !plain_ ? Frame4(id, data, bits) : Frame3(id, data, bits);
     }
     std::string fieldFrame(int which) {
         struct Field {
@@ -136,7 +136,7 @@ class RandomFile {
 
     std::mt19937 random_;
     int version_ = 3;
-    bool other_ = false, whole_ = false;
+    bool plain_ = false, whole_ = false;
     std::string frames_;
 };
 
