@@ -97,7 +97,7 @@ source_folder() {
     printf '%s\n' "$version" "$commit" "$SOURCE_DATE_EPOCH" >"$folder/packaging/version.txt"
     mkdir -p "$folder/third-party/sources"
     while read -r package; do
-        find "$package" -type f -not -name '*.log' -exec cp {} "$folder/third-party/sources/" \;
+        find "$package/" -type f -not -name '*.log' -exec cp {} "$folder/third-party/sources/" \;
     done < <(tools/deps.sh --sources)
 }
 

@@ -34,22 +34,24 @@ check_source() {
     done < <(source_hashes "$dsc")
 }
 
-# fetch_source APT_DIR STORE PACKAGE VERSION : the checked files of a source package in STORE; prints the .dsc's path
+# fetch_source APT_DIR STORE PACKAGE VERSION : the checked files of a source package below STORE; prints the .dsc's path
 fetch_source() {
-    local apt=$1 store=$2/$3_${4//:/%} package=$3 version=$4 dsc=
+    local apt=$1 wanted=$2/$3_${4//:/%} package=$3 version=$4 dsc= store
     dsc=$(find "$root/third-party/sources" -name "${package}_*.dsc" 2>/dev/null || true)
-    if [ -z "$dsc" ] && [ -d "$store" ]; then
-        dsc=$(find "$store" -maxdepth 1 -name '*.dsc')
+    if [ -z "$dsc" ] && [ -d "$wanted" ]; then
+        dsc=$(find "$wanted/" -maxdepth 1 -name '*.dsc')
     fi
     if [ -z "$dsc" ]; then
-        local work="$store.part.$$"
+        local work="$wanted.part.$$"
         rm -rf "$work"
         mkdir -p "$work"
         download_source "$apt" "$work" "$package" "$version" || return
         dsc=$(find "$work" -maxdepth 1 -name '*.dsc')
         store=$2/${package}_$(version_in "$dsc" | sed 's/:/%/g')
-        rm -rf "$store"
+        rm -rf "$wanted" "$store"
         mv "$work" "$store"
+        # Another version is kept under its own name, and found again.
+        [ "$store" = "$wanted" ] || ln -s "${store##*/}" "$wanted"
         dsc=$store/${dsc##*/}
     fi
     check_source "$dsc" || return
