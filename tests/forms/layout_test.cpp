@@ -100,16 +100,5 @@ TEST(Layout, PagesLieOverEachOtherUnderTheirTabs) {
     EXPECT_EQ(form.other.bounds(), (Rect{0, 100, 100, 24}));
 }
 
-TEST(Layout, NestedRowsAndColumnsFollowTheWindow) {
-    LayoutForm form;
-    const Layout layout =
-        Column({Row({Item(form.label), Space(0, 0, 1), Item(form.button)}), Item(form.list, 0, 0, 1)});
-    for (const int width : {200, 640}) {
-        form.arrange(layout, {0, 0, width, 480});
-        EXPECT_EQ(form.button.bounds().right(), width);
-        EXPECT_EQ(form.list.bounds(), (Rect{0, 32, width, 448}));
-    }
-}
-
 }  // namespace
 }  // namespace quenlox
