@@ -116,7 +116,6 @@ void Application::load() {
     settings_.LoadSettings();
     followOptions();
     top_.LoadSkinNamed(state_.SkinName);
-    top_.setScale(options_->SkinScale);
     if (firstStart) placeAroundMain();
     volume_.open();
     loadLibrary();
@@ -138,7 +137,9 @@ void Application::load() {
 // its title bar free.
 void Application::placeAroundMain() {
     constexpr int kTitleBar = 450;  // twips
-    const int right = top_.left() + top_.width() * top_.scale(), below = top_.top() + top_.height() * top_.scale();
+    const double scale = top_.scale().factor();
+    const int right = top_.left() + RoundHalfToEven(top_.width() * scale);
+    const int below = top_.top() + RoundHalfToEven(top_.height() * scale);
     list_.suggestPlace(right, top_.top());
     lyrics_.suggestPlace(top_.left(), below);
     equalizer_.suggestPlace(top_.left(), below + lyrics_.height());
@@ -167,7 +168,7 @@ void Application::followOptions() {
     const auto follow = [this](std::vector<OptionField> fields, std::function<void()> act) {
         options_.listen(std::move(fields), std::move(act));
     };
-    follow({&Options::TitleAnimation, &Options::SpectrumShown, &Options::OperationPanel, &Options::SkinScale},
+    follow({&Options::TitleAnimation, &Options::SpectrumShown, &Options::OperationPanel, &Options::SkinZoom},
            [this] { top_.optionsChanged(); });
     follow({&Options::SpectrumSpeed}, [this] { panel_.followSpeed(); });
     follow({&Options::SpectrumBands}, [this] { panel_.setBands(options_->SpectrumBands); });

@@ -13,7 +13,7 @@ void PanelOfMain::show(const Surface& frame) {
 LyricsPanelLook LyricsOfMain::panelLook() const {
     LyricsPanelLook look;
     look.font = top_.LyricsPicture.font();
-    if (top_.host()) look.dotsPerInch = 1440.0 / top_.host()->twipsPerPixel().x;
+    if (top_.host()) look.dotsPerInch = 1440.0 / top_.host()->twipsPerPixel().x * top_.scale().factor();
     look.back = top_.LyricsPicture.backColor();
     return look;
 }

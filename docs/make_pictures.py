@@ -99,7 +99,7 @@ class Stage:
         self.s = s
         folder = s.fresh_product()
         changes.setdefault("Main", {}).update(SkinName=skin, FileName=tracks[2])
-        changes.setdefault("Option", {}).update(SkinScale=scale)
+        changes.setdefault("Option", {}).update(SkinZoom=scale * 100)
         (folder / "Quenlox.ini").write_bytes(ini(**changes).encode("cp932"))
         rows = "".join(name + "\r\n" for name in tracks)
         (folder / "Quenlox.m3u").write_bytes(f"#ListA\r\n{rows}".encode("cp932"))

@@ -33,6 +33,54 @@ std::vector<Taps> TapsOf(int from, int length, int count) {
     return all;
 }
 
+// Three channels apart from each other in one number, with room for sums of up to 4096 of them.
+constexpr int kFullWeight = 64;  // of one direction
+constexpr int kLane = 21;
+
+constexpr std::uint64_t Spread(Surface::Pixel p) {
+    return std::uint64_t{p >> 16 & 0xFF} << 2 * kLane | std::uint64_t{p >> 8 & 0xFF} << kLane | (p & 0xFF);
+}
+
+constexpr Surface::Pixel Gathered(std::uint64_t sum) {
+    constexpr int kShift = 12;  // of a weight of 64 times 64
+    constexpr std::uint64_t kHalf = 1u << (kShift - 1);
+    const auto lane = [&](int at) { return static_cast<Surface::Pixel>(((sum >> at) + kHalf) >> kShift & 0xFF); };
+    return lane(2 * kLane) << 16 | lane(kLane) << 8 | lane(0);
+}
+
+// The pixels of a source that one target pixel covers, in one direction; the weights of those that there are, and of
+// what lies beside the source, make up the whole.
+struct Cover {
+    int first = 0, count = 0;
+    std::array<std::uint8_t, 4> weights{};
+    int beside = 0;
+};
+
+std::vector<Cover> CoversOf(int from, int count, int corner, int length, Surface::Ratio ratio) {
+    const auto floor = [](std::int64_t value, std::int64_t by) { return value / by - (value % by < 0 ? 1 : 0); };
+    std::vector<Cover> all(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        Cover& cover = all[static_cast<std::size_t>(i)];
+        // In parts of which a source pixel has `numerator` and a target pixel `denominator`.
+        const std::int64_t begin = (std::int64_t{from} + i) * ratio.denominator - std::int64_t{corner} * ratio.numerator;
+        const std::int64_t end = begin + ratio.denominator;
+        const auto share = [&](std::int64_t at) {
+            return static_cast<int>((at - begin) * kFullWeight / ratio.denominator);
+        };
+        cover.beside = kFullWeight;
+        cover.first = static_cast<int>(std::max<std::int64_t>(floor(begin, ratio.numerator), 0));
+        for (int at = cover.first; at < length && cover.count < 4; ++at) {
+            const std::int64_t left = std::max(begin, std::int64_t{at} * ratio.numerator);
+            const std::int64_t right = std::min(end, (std::int64_t{at} + 1) * ratio.numerator);
+            if (left >= right) break;
+            const int weight = share(right) - share(left);
+            cover.weights[static_cast<std::size_t>(cover.count++)] = static_cast<std::uint8_t>(weight);
+            cover.beside -= weight;
+        }
+    }
+    return all;
+}
+
 }  // namespace
 
 Surface::Surface(int width, int height, Color fill) { resize(width, height, fill); }
@@ -119,6 +167,45 @@ void Surface::stretchSmoothly(const Surface& source, const Rect& part) {
             }
             const auto byte = [](float value) { return static_cast<std::uint8_t>(std::min(value, 255.0f)); };
             pixels_[index(x, y)] = ToPixel({byte(sum[0]), byte(sum[1]), byte(sum[2])});
+        }
+    }
+}
+
+void Surface::enlarge(const Surface& source, Point corner, Ratio ratio, const Rect& where) {
+    const Rect target = Intersect(where, rect());
+    if (target.empty() || source.empty()) return;
+    const std::vector<Cover> across = CoversOf(target.left, target.width, corner.x, source.width_, ratio),
+                             down = CoversOf(target.top, target.height, corner.y, source.height_, ratio);
+    const int first = across.front().first;
+    const int needed = std::max(std::min(across.back().first + across.back().count, source.width_) - first, 0);
+    std::vector<std::uint64_t> row(static_cast<std::size_t>(needed));
+    for (int y = 0; y < target.height; ++y) {
+        const Cover& rows = down[static_cast<std::size_t>(y)];
+        if (rows.count == 0) continue;
+        Pixel* pixel = pixels_.data() + index(target.left, target.top + y);
+        const bool same = y > 0 && rows.beside == 0 && down[static_cast<std::size_t>(y) - 1].beside == 0 &&
+                          rows.first == down[static_cast<std::size_t>(y) - 1].first &&
+                          rows.weights == down[static_cast<std::size_t>(y) - 1].weights;
+        if (same && across.front().beside == 0 && across.back().beside == 0) {
+            std::copy_n(pixel - width_, target.width, pixel);
+            continue;
+        }
+        std::ranges::fill(row, 0);
+        for (int i = 0; i < rows.count; ++i) {
+            const Pixel* from = source.pixels_.data() + source.index(first, rows.first + i);
+            const std::uint64_t weight = rows.weights[static_cast<std::size_t>(i)];
+            for (int x = 0; x < needed; ++x) row[static_cast<std::size_t>(x)] += weight * Spread(from[x]);
+        }
+        for (int x = 0; x < target.width; ++x) {
+            const Cover& columns = across[static_cast<std::size_t>(x)];
+            if (columns.count == 0) continue;
+            std::uint64_t sum = 0;
+            for (int i = 0; i < columns.count; ++i) {
+                sum += columns.weights[static_cast<std::size_t>(i)] * row[static_cast<std::size_t>(columns.first - first + i)];
+            }
+            const int inside = (kFullWeight - columns.beside) * (kFullWeight - rows.beside);
+            sum += static_cast<std::uint64_t>(kFullWeight * kFullWeight - inside) * Spread(pixel[x]);
+            pixel[x] = Gathered(sum);
         }
     }
 }

@@ -40,6 +40,14 @@ class Surface {
     // Fills this picture with `part` of `source`, which lies within it; every pixel is the mean of what it covers, and
     // larger pictures have soft edges. For photographs.
     void stretchSmoothly(const Surface& source, const Rect& part);
+    // Fills `where` with what `source` looks like when each of its pixels takes `ratio` pixels of this picture and its
+    // corner lies at `corner`, counted in its own pixels. Whole ratios keep every pixel sharp; between them a pixel is
+    // the mean of what it covers, and at the borders of `source` of what was there before. Any part of it gives what the
+    // whole would.
+    struct Ratio {
+        int numerator = 1, denominator = 1;  // both 1 or more; together from 1/3 to 4
+    };
+    void enlarge(const Surface& source, Point corner, Ratio ratio, const Rect& where);
     void line(Point from, Point to, Color color);  // both ends drawn
     void ellipse(const Rect& box, Color color);    // outline
     void fillEllipse(const Rect& box, Color color);

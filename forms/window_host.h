@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "forms/geometry.h"
+#include "forms/scale.h"
 
 namespace quenlox {
 
@@ -31,8 +32,9 @@ class FormHost {
     virtual void controlChanged(Control& control, Property property) = 0;
     virtual void controlRemoved(Control& control) = 0;
     virtual void setRegion(const Region& region) = 0;      // an empty one leaves nothing of the window
-    virtual void setScale(int factor) = 0;                 // skinned forms: 1 to 4 screen pixels for one of the picture
-    // Pixels of the form, repainted with the next pass. A skinned form says itself what it has drawn anew.
+    virtual void setScale(Scale scale) = 0;                // skinned forms: pixels of the screen for one of the form
+    // Pixels of the form, of a skinned one those of its picture, repainted with the next pass. A skinned form says
+    // itself what it has drawn anew.
     virtual void invalidate(const Rect& where) = 0;
     // The same, at once and without a message: for a skinned form's animations, many times a second.
     virtual void paint(const Rect& where) { invalidate(where); }

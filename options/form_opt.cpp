@@ -37,7 +37,9 @@ FormOpt::FormOpt(GlobalState& state, OptionStore& options)
     VolumeOption.fill(*this, "VolumeOption", 0, 1);
     LyricsOption.fill(*this, "LyricsOption", 0, 5);
     for (const int unused : {0, 2, 4}) LyricsOption[unused].setVisible(false);
-    ComboSkinScale.setItems({{"等倍", 1}, {"2倍", 2}, {"3倍", 3}, {"4倍", 4}});
+    std::vector<ComboBox::Item> zooms;
+    for (const ZoomChoice& zoom : kZoomChoices) zooms.push_back({zoom.name, zoom.percent});
+    ComboSkinScale.setItems(std::move(zooms));
     ComboSideFiles.setItems(
         {{"確認する", kAskSideFiles}, {"いっしょに変える", kTakeSideFiles}, {"変えない", kLeaveSideFiles}});
     ComboDevice.setItems({{kDefaultDeviceText, kDefaultDevice}});

@@ -42,7 +42,7 @@ void FormOpt::bindControls() {
     bind(CheckSpeana, &Options::SpectrumShown);
     bind(HScrollSpeana, &Options::SpectrumSpeed, FigureSpeana, Plain);
     bind(HScrollSpeanaIntro, &Options::SpectrumIntro, FigureIntroView, EverySeconds);
-    bind(ComboSkinScale, &Options::SkinScale);
+    bind(ComboSkinScale, &Options::SkinZoom);
     bind(FftOption, &Options::SpectrumBands);
     bind(CheckPanel, &Options::OperationPanel);
 

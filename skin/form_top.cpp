@@ -165,7 +165,8 @@ bool FormTop::load(const std::string& skinFile) {
     std::optional<PreparedSkin> skin;
     try {
         file = packages_.choose(skinFile);
-        skin = PrepareSkin(files_, file, values, twips());
+        skin = PrepareSkin(files_, file, values, twips(), wantedScale());
+        view_.makeRoomFor(*skin);
     } catch (const std::exception&) {
         return false;
     }
@@ -178,6 +179,7 @@ bool FormTop::load(const std::string& skinFile) {
 
 void FormTop::takeOver(PreparedSkin skin) {
     const Size size = skin.definition.size;
+    const Scale scale = skin.scale;
     const std::optional<Region> region = std::move(skin.definition.region);
     const bool outlineMissing = skin.definition.regionFileMissing;
     if (const auto& lyrics = skin.definition.lyrics) {
@@ -187,6 +189,7 @@ void FormTop::takeOver(PreparedSkin skin) {
     state_.SkinLacksLyricsArea = !skin.definition.lyrics;
     view_.takeOver(std::move(skin), look());
     view_.setVolume(state_.VolumePercent);
+    if (host()) host()->setScale(scale);
     setSize(PixelsToTwips(size.width, twips().x), PixelsToTwips(size.height, twips().y));
     if (region && host()) host()->setRegion(*region);
     formChanged(FormProperty::Picture);
@@ -211,7 +214,7 @@ SkinView::Look FormTop::look() const {
 
 void FormTop::optionsChanged() {
     view_.setLook(look());
-    setScale(options_->SkinScale);
+    followScale();
 }
 
 std::string FormTop::folderNameOfSkin() const {
@@ -219,15 +222,32 @@ std::string FormTop::folderNameOfSkin() const {
     return folder.empty() ? std::string() : FileNameOf(folder.substr(0, folder.size() - 1));
 }
 
-void FormTop::setScale(int factor) {
-    factor = std::clamp(factor, 1, kLargestScale);
-    if (factor == scale_) return;
-    scale_ = factor;
-    if (host()) host()->setScale(factor);
+Scale FormTop::wantedScale() const {
+    return options_->SkinZoom == kZoomOfMonitor ? Scale::Of(twips()) : Scale(options_->SkinZoom);
 }
 
+void FormTop::followScale() {
+    if (state_.CurrentSkinFile.empty()) return;
+    const Scale scale = FittingScale(wantedScale(), view_.size());
+    if (scale == view_.scale()) return;
+    if (!view_.hasPicturesFor(scale)) {
+        load(state_.CurrentSkinFile);
+        return;
+    }
+    try {
+        view_.setScale(scale);
+    } catch (const std::exception&) {
+        return;  // too little memory for it
+    }
+    if (host()) host()->setScale(scale);
+    if (hooks_.updateLyrics) hooks_.updateLyrics();
+}
+
+// Also when the window comes to a monitor of another resolution.
 void FormTop::Form_Resize(Size) {
-    if (host()) view_.setTwips(twips().x);
+    if (!host()) return;
+    view_.setTwips(twips().x);
+    followScale();
 }
 
 // Menus.
@@ -244,7 +264,7 @@ Menu FormTop::menuMain() {
                               shown(windows_.list),
                               shown(windows_.options),
                               options_->LyricsShown,
-                              scale_,
+                              options_->SkinZoom,
                               folderNameOfSkin(),
                               skinNames_};
     return MainMenu(facts, [this](TopCommand command, int index) { perform(command, index); });
@@ -271,7 +291,7 @@ void FormTop::perform(TopCommand command, int index) {
         case TopCommand::PlayMode: PlayModeLabel_Click(kLeft); break;
         case TopCommand::TimeMode: TimeLabel_Click(kTimeLabel, kLeft); break;
         case TopCommand::TitleMode: TitleLabel_DblClick(); break;
-        case TopCommand::Scale: options_.set(&Options::SkinScale, index); break;
+        case TopCommand::Scale: options_.set(&Options::SkinZoom, index); break;
         case TopCommand::Restore: restoreFromTray(); break;
         case TopCommand::Quit: unload(); break;
     }
@@ -359,11 +379,10 @@ void FormTop::comeBack() {
 }
 
 void FormTop::popupTrayMenu() {
-    if (host()) host()->bringToFront();
+    if (!host()) return;
+    host()->bringToFront();
     // The menu is wanted at the pointer, wherever the hidden window lies.
-    const Point cursor = shell_.cursor();
-    popup(menuTray(), {(cursor.x - TwipsToPixels(left(), twips().x)) / scale_,
-                       (cursor.y - TwipsToPixels(top(), twips().y)) / scale_});
+    popup(menuTray(), host()->fromScreen(shell_.cursor()));
 }
 
 void FormTop::Form_Unload(bool& cancel) {

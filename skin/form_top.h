@@ -71,9 +71,9 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
     void LoadSkinNamed(const std::string& skinName);  // at the start; empty is the default skin
     void ListSkins() { skinNames_ = packages_.ListSkins(); }
     void skinName_Click(int index);
-    // Screen pixels for one pixel of the skin, 1 to 4.
-    void setScale(int factor);
-    int scale() const { return scale_; }
+    // At which the skin is shown; follows the option, or the monitor.
+    Scale scale() const { return view_.scale(); }
+    void followScale();
 
     // MainDisplay.
     void showKind(const std::string& name) override;
@@ -154,6 +154,7 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
     void takeOver(PreparedSkin skin);
     void tellSkin();
     SkinView::Look look() const;
+    Scale wantedScale() const;
     std::string folderNameOfSkin() const;
     TwipsPerPixel twips() const { return host() ? host()->twipsPerPixel() : TwipsPerPixel{}; }
     void performCommand(int index);
@@ -184,7 +185,6 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
     bool draggingVolume_ = false;
     std::optional<Point> titleHeld_;  // left button went down on the title here
     bool alwaysOnTop_ = false;
-    int scale_ = 1;
     int noticeTicks_ = 0;  // of the status timer, until a notice goes
 };
 

@@ -3,10 +3,11 @@
 namespace quenlox {
 
 PreparedSkin PrepareSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values,
-                         const TwipsPerPixel& twips) {
+                         const TwipsPerPixel& twips, Scale wanted) {
     PreparedSkin skin;
     skin.twips = twips.x;
-    skin.definition = ReadSkin(files, definitionFile, values);
+    skin.definition = ReadSkin(files, definitionFile, values, wanted);
+    skin.scale = FittingScale(wanted, skin.definition.size);
     const SkinDefinition& definition = skin.definition;
     // The fields are right on a monitor of 96 dots per inch, where a pixel has 15 twips.
     const auto points = [&](int fontField) { return fontField * twips.x / 15.0; };

@@ -1,6 +1,8 @@
 #include "skin/skin_definition.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include "forms/bmp.h"
 #include "skin/region_file.h"
@@ -114,32 +116,83 @@ SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values) {
     return skin;
 }
 
-SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values) {
+namespace {
+
+// Reads the pictures of one set.
+class PictureReader {
+  public:
+    PictureReader(FileSystem& files, std::string folder, int fineness)
+        : files_(files), folder_(std::move(folder)), fineness_(fineness) {}
+
+    // False when a picture that the first set has is too large in this one.
+    bool read(SkinDefinition& skin) {
+        skin.back = picture("main_back", kMostWindowPixels);
+        skin.barPicture = part("main_bar", kMostBarPixels);
+        skin.volumePicture = part("main_vol", kMostBarPixels);
+        skin.levelPicture = part("main_level", kMostBarPixels);
+        if (!skin.levelPicture) skin.levelPicture = skin.volumePicture;
+        skin.panel = part("main_panel", kMostBarPixels);
+        for (int n = 0; n < kButtonCount; ++n) {
+            skin.buttonPictures[n] = buttonPictures(std::string("cmd_") + kPlaybackButtonNames[n]);
+            skin.commandPictures[n] = buttonPictures(std::string("btn_") + kCommandButtonNames[n]);
+        }
+        return !tooLarge_;
+    }
+
+  private:
+    std::optional<Surface> file(const std::string& name, int mostPixels) const {
+        const auto bytes = files_.read(folder_ + name + ".bmp", kBmpHeaders + sizeof(Surface::Pixel) * mostPixels);
+        return bytes ? ReadBmp(*bytes, mostPixels) : std::nullopt;
+    }
+
+    std::optional<Surface> picture(const std::string& name, int mostPixels) {
+        std::optional<Surface> first = file(name, mostPixels);
+        if (!first || fineness_ == 1) return first;
+        const Size size{first->width() * fineness_, first->height() * fineness_};
+        if (std::int64_t{size.width} * size.height > mostPixels) {
+            tooLarge_ = true;
+            return {};
+        }
+        std::optional<Surface> finer = file(name + "@" + std::to_string(fineness_) + "x", mostPixels);
+        if (finer && Size{finer->width(), finer->height()} == size) return finer;
+        Surface enlarged(size.width, size.height);
+        enlarged.enlarge(*first, {}, {fineness_, 1}, enlarged.rect());
+        return enlarged;
+    }
+
+    std::optional<Surface> part(const std::string& name, int mostPixels) {
+        std::optional<Surface> read = picture(name, std::min(mostPixels, left_));
+        if (read) left_ -= read->width() * read->height();
+        return read;
+    }
+
+    SkinDefinition::ButtonPictures buttonPictures(const std::string& name) {
+        return {part(name + "1", kMostButtonPixels), part(name + "2", kMostButtonPixels)};
+    }
+
+    FileSystem& files_;
+    std::string folder_;
+    int fineness_;
+    int left_ = kMostPartPixels;
+    bool tooLarge_ = false;
+};
+
+}  // namespace
+
+SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values, Scale scale) {
     SkinDefinition skin =
         ReadDefinition(IniDocument::Parse(files.read(definitionFile, kLargestDefinition).value_or("")), values);
     const std::string folder = FolderOf(definitionFile);
-    const auto picture = [&](const std::string& name, int mostPixels) -> std::optional<Surface> {
-        const auto bytes = files.read(folder + name + ".bmp", kBmpHeaders + sizeof(Surface::Pixel) * mostPixels);
-        return bytes ? ReadBmp(*bytes, mostPixels) : std::nullopt;
-    };
-    int left = kMostPartPixels;
-    const auto part = [&](const std::string& name, int mostPixels) {
-        std::optional<Surface> read = picture(name, std::min(mostPixels, left));
-        if (read) left -= read->width() * read->height();
-        return read;
-    };
-    const auto buttonPictures = [&](const std::string& name) -> SkinDefinition::ButtonPictures {
-        return {part(name + "1", kMostButtonPixels), part(name + "2", kMostButtonPixels)};
-    };
-    skin.back = picture("main_back", kMostWindowPixels);
-    skin.barPicture = part("main_bar", kMostBarPixels);
-    skin.volumePicture = part("main_vol", kMostBarPixels);
-    skin.levelPicture = part("main_level", kMostBarPixels);
-    if (!skin.levelPicture) skin.levelPicture = skin.volumePicture;
-    skin.panel = part("main_panel", kMostBarPixels);
-    for (int n = 0; n < kButtonCount; ++n) {
-        skin.buttonPictures[n] = buttonPictures(std::string("cmd_") + kPlaybackButtonNames[n]);
-        skin.commandPictures[n] = buttonPictures(std::string("btn_") + kCommandButtonNames[n]);
+    for (int fineness = 2; fineness <= kFinest; ++fineness) {
+        const bool fits = std::int64_t{skin.size.width} * skin.size.height * fineness * fineness <= kMostWindowPixels;
+        const std::string name = folder + "main_back@" + std::to_string(fineness) + "x.bmp";
+        if (fits && files.fileExists(name)) skin.finer.push_back(fineness);
+    }
+    skin.fineness = FinenessFor(skin.finer, scale);
+    if (!PictureReader(files, folder, skin.fineness).read(skin)) {
+        skin.fineness = 1;
+        skin.finer.clear();
+        PictureReader(files, folder, 1).read(skin);
     }
     if (!skin.box) {
         const std::string regionFile = WithExtension(definitionFile, "rgn");
@@ -148,6 +201,19 @@ SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, Sp
         if (bytes) skin.region = ReadRegionFile(*bytes, skin.size);
     }
     return skin;
+}
+
+int FinenessFor(std::span<const int> finer, Scale scale) {
+    int fineness = 1;
+    for (const int next : finer) {
+        if (scale.percent() > 100 * fineness) fineness = next;
+    }
+    return fineness;
+}
+
+Scale FittingScale(Scale wanted, Size window) {
+    const double pixels = std::max(1.0, static_cast<double>(window.width) * window.height);
+    return Scale(std::min(wanted.percent(), static_cast<int>(100 * std::sqrt(kMostScreenPixels / pixels))));
 }
 
 Point PlaceOfBar(const SkinDefinition& skin, Size picture) {

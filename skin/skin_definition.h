@@ -6,9 +6,12 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "forms/geometry.h"
+#include "forms/scale.h"
 #include "forms/surface.h"
 #include "forms/window_host.h"
 #include "platform/file_system.h"
@@ -26,11 +29,13 @@ inline constexpr Size kPanelDisplay{85, 30};  // display B, whatever a skin says
 // held beside those of the skin that is being left.
 inline constexpr int kLongestSide = 4096;                        // of the window and of every element in it
 inline constexpr int kMostWindowPixels = 1 << 21;                // of the window, and of the picture behind it
+inline constexpr int kMostScreenPixels = 1 << 22;                // of the screen, for the window at its scale
 inline constexpr int kMostBarPixels = 1 << 17;                   // of each bar, of the level and of the operation panel
 inline constexpr int kMostButtonPixels = 1 << 16;                // of each picture of a button
 inline constexpr int kMostPartPixels = 1 << 19;                  // of all pictures but that behind the window
 inline constexpr std::uint64_t kLargestDefinition = 128u << 10;  // bytes of the definition file
 inline constexpr int kLargestType = 300;                         // points
+inline constexpr int kFinest = 3;                                // pixels of a picture for one of the window
 
 inline constexpr std::array<const char*, kButtonCount> kPlaybackButtonNames = {"play", "pause", "back",  "next",
                                                                                "low",  "high",  "double"};
@@ -70,6 +75,10 @@ struct SkinDefinition {
     std::optional<Point> bar, volume;
     bool barHidden = false, volumeHidden = false;
 
+    // Pictures may come in finer sets beside the first. All that are held are of one set: one that it lacks is the
+    // first set's, enlarged.
+    int fineness = 1;                  // pixels of a picture for one of the window, 1 to kFinest
+    std::vector<int> finer;            // the sets that the package has beside the first, from the coarsest
     // A picture that is missing, damaged or too large has no value.
     std::optional<Surface> back, barPicture, volumePicture, panel;
     std::optional<Surface> levelPicture;  // or, without one of its own, that of the volume bar
@@ -84,8 +93,15 @@ struct SkinDefinition {
 // key needs takes the others from what was read before it.
 SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values);
 
-// Reads a whole package. `definitionFile` is the full path; a file that cannot be read counts as empty.
-SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values);
+// Reads a whole package, its pictures for that scale. `definitionFile` is the full path; a file that cannot be read
+// counts as empty.
+SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values, Scale scale = {});
+
+// The set of pictures that is shown at a scale: the coarsest that is fine enough, else the finest. `finer` are those
+// beside the first, from the coarsest.
+int FinenessFor(std::span<const int> finer, Scale scale);
+// The scale at which a window is shown when `wanted` is asked for: no larger than kMostScreenPixels allow.
+Scale FittingScale(Scale wanted, Size window);
 
 // Where the seek bar and the volume bar lie when the definition does not say: below and to the right of the rectangle
 // around all labels, moved into the window.

@@ -6,13 +6,9 @@
 namespace quenlox {
 namespace {
 
-void Take(PictureBox& box, std::optional<Surface>& picture) {
-    if (!picture) return;
-    std::swap(box.surface(), *picture);
-    box.setBounds({box.bounds().left, box.bounds().top, box.surface().width(), box.surface().height()});
-}
+Point Corner(const Rect& r) { return {r.left, r.top}; }
 
-Point Corner(const Control& control) { return {control.bounds().left, control.bounds().top}; }
+std::size_t Area(Size size) { return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height); }
 
 }  // namespace
 
@@ -20,14 +16,23 @@ SkinView::SkinView(Form& form, TopControls& controls, TextPainter& painter)
     : form_(form),
       controls_(controls),
       painter_(painter),
-      title_(controls.mainLabel[kTitleLabel], controls.TimerTitle, painter) {
-    // What is drawn has the room that the largest skin wants: two of them need not be held while one replaces the
-    // other.
-    composed_.reserve(kMostWindowPixels);
-    controls.LyricsPicture.surface().reserve(kMostWindowPixels);
-}
+      title_(controls.mainLabel[kTitleLabel], controls.TimerTitle, painter) {}
 
 // A skin is put in its place.
+
+void SkinView::makeRoomFor(const PreparedSkin& skin) {
+    const SkinDefinition& definition = skin.definition;
+    const Rect lyrics = definition.lyrics ? definition.lyrics->bounds : Rect{};
+    makeRoom(definition.size, lyrics, skin.scale, definition.fineness);
+}
+
+// What was drawn before keeps its room and its pixels.
+void SkinView::makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness) {
+    composed_.reserve(Area(scale.out(window)));
+    if (scale.percent() != 100 * fineness) pictures_.reserve(Area({window.width * fineness, window.height * fineness}));
+    const Rect shown = scale.out(lyrics);
+    controls_.LyricsPicture.surface().reserve(Area({shown.width, shown.height}));
+}
 
 void SkinView::takeOver(PreparedSkin skin, const Look& look) {
     placing_ = true;
@@ -35,6 +40,10 @@ void SkinView::takeOver(PreparedSkin skin, const Look& look) {
     look_ = look;
     look_.operationPanel = look.operationPanel && definition.displayA;
     twips_ = skin.twips;
+    scale_ = skin.scale;
+    size_ = definition.size;
+    fineness_ = definition.fineness;
+    finer_ = std::move(definition.finer);
     background_ = definition.background;
     placeTexts(skin);
     placeButtons(definition);
@@ -42,9 +51,26 @@ void SkinView::takeOver(PreparedSkin skin, const Look& look) {
     takePictures(definition);
     placeBars(definition);
     showParts();
-    composed_.resize(definition.size.width, definition.size.height);
-    stale_.clear();
+    makeSurfaces();
     placing_ = false;
+    repaintAll();
+    restartTitle();
+}
+
+void SkinView::makeSurfaces() {
+    const Size shown = scale_.out(size_);
+    composed_.resize(shown.width, shown.height);
+    if (&pictures() == &pictures_) pictures_.resize(size_.width * fineness_, size_.height * fineness_);
+    PictureBox& lyrics = controls_.LyricsPicture;
+    const Rect area = scale_.out(lyrics.bounds());
+    if (lyrics.visible()) lyrics.surface().resize(area.width, area.height, lyrics.backColor());
+    stale_.clear();
+}
+
+void SkinView::setScale(Scale scale) {
+    makeRoom(size_, controls_.LyricsPicture.bounds(), scale, fineness_);
+    scale_ = scale;
+    makeSurfaces();
     repaintAll();
     restartTitle();
 }
@@ -66,7 +92,6 @@ void SkinView::placeTexts(const PreparedSkin& skin) {
     lyrics.setBounds(area->bounds);
     lyrics.setFont(skin.lyricsFont);
     lyrics.setBackColor(area->background);
-    lyrics.surface().resize(area->bounds.width, area->bounds.height, area->background);
 }
 
 void SkinView::placeButtons(const SkinDefinition& skin) {
@@ -83,7 +108,7 @@ void SkinView::placeDisplays(const SkinDefinition& skin) {
     hasDisplayA_ = skin.displayA.has_value();
     if (skin.displayA) controls_.DisplayA.move(skin.displayA->x, skin.displayA->y);
     hasDisplayB_ = skin.displayB.has_value();
-    const Point b = skin.displayB.value_or(Corner(controls_.DisplayB));
+    const Point b = skin.displayB.value_or(Corner(controls_.DisplayB.bounds()));
     controls_.DisplayB.setBounds({b.x, b.y, kPanelDisplay.width, kPanelDisplay.height});
     controls_.DisplayB.surface().fill({});
     const auto place = [](PictureBox& box, const std::optional<SkinDefinition::Display>& display) {
@@ -97,23 +122,29 @@ void SkinView::placeDisplays(const SkinDefinition& skin) {
 }
 
 void SkinView::takePictures(SkinDefinition& skin) {
-    if (skin.back) std::swap(back_, *skin.back);
-    if (skin.levelPicture) std::swap(level_, *skin.levelPicture);
-    Take(controls_.SeekBar, skin.barPicture);
-    Take(controls_.VolumeBar, skin.volumePicture);
-    Take(controls_.DisplayA, skin.panel);
+    if (skin.back) std::swap(back_, *skin.back), backFineness_ = fineness_;
+    if (skin.levelPicture) std::swap(level_, *skin.levelPicture), levelFineness_ = fineness_;
+    const auto take = [&](PictureBox& box, std::optional<Surface>& picture) {
+        if (!picture) return;
+        std::swap(box.surface(), *picture);
+        const Point at = Corner(box.bounds());
+        box.setBounds({at.x, at.y, box.surface().width() / fineness_, box.surface().height() / fineness_});
+    };
+    take(controls_.SeekBar, skin.barPicture);
+    take(controls_.VolumeBar, skin.volumePicture);
+    take(controls_.DisplayA, skin.panel);
     for (int n = 0; n < kButtonCount; ++n) {
         const auto i = static_cast<std::size_t>(n);
-        Take(controls_.cmdPicture[n], skin.buttonPictures[i].released);
-        Take(controls_.cmdPicture[n + TopControls::kPressed], skin.buttonPictures[i].pressed);
-        Take(controls_.taskPicture[n], skin.commandPictures[i].released);
-        Take(controls_.taskPicture[n + TopControls::kPressed], skin.commandPictures[i].pressed);
+        take(controls_.cmdPicture[n], skin.buttonPictures[i].released);
+        take(controls_.cmdPicture[n + TopControls::kPressed], skin.buttonPictures[i].pressed);
+        take(controls_.taskPicture[n], skin.commandPictures[i].released);
+        take(controls_.taskPicture[n + TopControls::kPressed], skin.commandPictures[i].pressed);
     }
 }
 
 void SkinView::placeBars(const SkinDefinition& skin) {
     const auto place = [&](PictureBox& box, Point (*placeOf)(const SkinDefinition&, Size), bool hidden) {
-        const Size size{box.surface().width(), box.surface().height()};
+        const Size size{box.bounds().width, box.bounds().height};
         box.setVisible(!hidden && !box.surface().empty());
         const Point at = placeOf(skin, size);
         box.move(at.x, at.y);
@@ -190,7 +221,7 @@ void SkinView::setHeld(const std::optional<HeldButton>& held) {
 
 void SkinView::restartTitle() {
     const Label& title = controls_.mainLabel[kTitleLabel];
-    title_.restart(styleOf(title), look_.titleRuns && onScreen_);
+    title_.restart(styleOf(title), scale_, look_.titleRuns && onScreen_);
     repaint(title.bounds());
 }
 
@@ -208,19 +239,21 @@ void SkinView::controlChanged(const Control& control, Property property) {
 // Bringing it to the screen.
 
 void SkinView::repaint(const Rect& where) {
-    if (markStale(where) && form_.host()) form_.host()->invalidate(Intersect(where, composed_.rect()));
+    if (markStale(where) && form_.host()) form_.host()->invalidate(Intersect(scale_.covering(where), composed_.rect()));
 }
+
+void SkinView::repaintAll() { repaint({0, 0, size_.width, size_.height}); }
 
 // Many times a second: brought to the screen at once.
 void SkinView::animate(const Rect& where) {
     const bool seen = form_.host() && form_.visible();
-    if (markStale(where) && seen) form_.host()->paint(Intersect(where, composed_.rect()));
+    if (markStale(where) && seen) form_.host()->paint(Intersect(scale_.covering(where), composed_.rect()));
 }
 
 // Apart from each other: the time and the seek bar change together, and what lies between them does not. False when
 // nothing of it is in the window.
 bool SkinView::markStale(const Rect& place) {
-    const Rect where = Intersect(place, composed_.rect());
+    const Rect where = Intersect(scale_.covering(place), composed_.rect());
     if (placing_ || where.empty()) return false;
     for (const Rect& stale : stale_) {
         if (Unite(stale, where) == stale) return true;
@@ -242,28 +275,58 @@ void SkinView::compose(Rect where) {
     for (bool grown = true; grown;) {
         grown = false;
         for (const Control* control : form_.controls()) {
-            const Rect shown = control->visible() ? Intersect(control->bounds(), composed_.rect()) : Rect{};
+            if (!control->visible()) continue;
+            const Rect shown = Intersect(scale_.covering(control->bounds()), composed_.rect());
             if (Intersect(shown, where).empty() || Unite(shown, where) == where) continue;
             where = Unite(shown, where);
             grown = true;
         }
     }
-    drawGround(where);
-    drawBoxes(where);
+    drawPictures(scale_.behind(where));
+    if (&pictures() == &pictures_) {
+        composed_.enlarge(pictures_, {}, {scale_.percent(), 100 * fineness_}, where);
+    }
+    drawScreens(where);
     drawLabels(where);
 }
 
-void SkinView::drawGround(const Rect& where) {
-    if (Intersect(where, back_.rect()) != where) composed_.fillRect(where, background_);
-    composed_.copy(back_, where, {where.left, where.top});
+// A place of the skin on its pictures.
+Rect SkinView::finely(const Rect& r) const {
+    return {r.left * fineness_, r.top * fineness_, r.width * fineness_, r.height * fineness_};
 }
 
-void SkinView::drawBoxes(const Rect& where) {
+SkinView::FinePicture SkinView::pictureOf(const PictureBox& box, Point at) {
+    return {box.surface(), std::max(1, box.surface().width() / std::max(1, box.bounds().width)), at};
+}
+
+// `where` is a part of the pictures.
+void SkinView::put(const FinePicture& picture, const Rect& where) {
+    const auto& [pixels, fineness, at] = picture;
+    if (fineness != fineness_) {
+        const Point corner{at.x * fineness, at.y * fineness};
+        return pictures().enlarge(pixels, corner, {fineness_, fineness}, where);
+    }
+    const Rect part = Intersect(where, {at.x * fineness_, at.y * fineness_, pixels.width(), pixels.height()});
+    pictures().copy(pixels, {part.left - at.x * fineness_, part.top - at.y * fineness_, part.width, part.height},
+                    Corner(part));
+}
+
+// The pixel that stands at a place of the pictures.
+Surface::Pixel SkinView::pixelOf(const FinePicture& picture, Point at) const {
+    const auto& [pixels, fineness, corner] = picture;
+    return pixels.at(at.x * fineness / fineness_ - corner.x * fineness, at.y * fineness / fineness_ - corner.y * fineness);
+}
+
+void SkinView::drawPictures(const Rect& where) {
+    const Rect part = Intersect(finely(where), pictures().rect());
+    const Rect ground = finely({0, 0, back_.width() / backFineness_, back_.height() / backFineness_});
+    if (Intersect(part, ground) != part) pictures().fillRect(part, background_);
+    put({back_, backFineness_, {}}, part);
     const auto touched = [&](const Control& control) {
         return control.visible() && !Intersect(control.bounds(), where).empty();
     };
     const auto draw = [&](const PictureBox& box) {
-        if (touched(box)) composed_.copy(box.surface(), Corner(box));
+        if (touched(box)) put(pictureOf(box, Corner(box.bounds())), finely(box.bounds()));
     };
     draw(controls_.DisplayA);
     for (int n = 0; n < kButtonCount; ++n) {
@@ -273,11 +336,23 @@ void SkinView::drawBoxes(const Rect& where) {
     drawHeld(where);
     draw(controls_.VolumeBar);
     if (touched(controls_.SeekBar)) {
-        const Rect& bar = controls_.SeekBar.bounds();
-        composed_.copy(controls_.SeekBar.surface(), {0, 0, filledWidth(), bar.height}, {bar.left, bar.top});
+        Rect filled = finely(controls_.SeekBar.bounds());
+        filled.width = filledWidth();
+        put(pictureOf(controls_.SeekBar, Corner(controls_.SeekBar.bounds())), filled);
     }
-    draw(controls_.LyricsPicture);
-    draw(controls_.DisplayB);
+}
+
+// The pictures that change by themselves, in the order in which they lie over each other.
+void SkinView::drawScreens(const Rect& where) {
+    const auto touched = [&](const Control& control) {
+        return control.visible() && !Intersect(scale_.covering(control.bounds()), where).empty();
+    };
+    const PictureBox &lyrics = controls_.LyricsPicture, &panel = controls_.DisplayB;
+    if (touched(lyrics)) composed_.copy(lyrics.surface(), Corner(scale_.out(lyrics.bounds())));
+    if (touched(panel)) {
+        composed_.enlarge(panel.surface(), Corner(panel.bounds()), {scale_.percent(), 100},
+                          scale_.covering(panel.bounds()));
+    }
     if (touched(controls_.DisplayC)) drawFigures();
     if (touched(controls_.DisplayD)) drawLevel();
 }
@@ -288,50 +363,54 @@ void SkinView::drawHeld(const Rect& where) {
     const auto& row = held_->kind == TopPart::Kind::Command ? controls_.taskPicture : controls_.cmdPicture;
     const PictureBox& button = column ? controls_.DisplayA : row[held_->index];
     if (!button.visible() || Intersect(button.bounds(), where).empty()) return;
-    if (column) return drawDarkColumn(controls_.column(held_->index));
-    composed_.copy(row[held_->index + TopControls::kPressed].surface(), Corner(button));
+    if (column) return drawDarkColumn(finely(controls_.column(held_->index)));
+    put(pictureOf(row[held_->index + TopControls::kPressed], Corner(button.bounds())), finely(button.bounds()));
 }
 
 // Only what the panel's picture draws gets darker, not the background that it repeats around it.
 void SkinView::drawDarkColumn(const Rect& column) {
-    const Surface& panel = controls_.DisplayA.surface();
-    const Point corner = Corner(controls_.DisplayA);
+    const FinePicture panel = pictureOf(controls_.DisplayA, Corner(controls_.DisplayA.bounds()));
+    const FinePicture back{back_, backFineness_, {}};
+    const Rect ground = finely({0, 0, back_.width() / backFineness_, back_.height() / backFineness_});
     for (int y = column.top; y < column.bottom(); ++y) {
         for (int x = column.left; x < column.right(); ++x) {
-            const auto ground = back_.rect().contains({x, y}) ? back_.at(x, y) : Surface::ToPixel(background_);
-            if (panel.at(x - corner.x, y - corner.y) != ground) composed_.blend({x, y, 1, 1}, {0, 0, 0}, 0.4);
+            const auto under = ground.contains({x, y}) ? pixelOf(back, {x, y}) : Surface::ToPixel(background_);
+            if (pixelOf(panel, {x, y}) != under) pictures().blend({x, y, 1, 1}, {0, 0, 0}, 0.4);
         }
     }
 }
 
 void SkinView::drawFigures() {
-    const Rect& place = controls_.DisplayC.bounds();
+    const Rect place = scale_.out(controls_.DisplayC.bounds());
     composed_.fillRect(place, controls_.DisplayC.backColor());
     TextStyle style = styleOf(controls_.mainLabel[kInformationLabel]);
     style.centred = true;
     painter_.draw(composed_, place, figures_, style);
 }
 
+// The picture is that of the whole volume; its part for the present one stands at the bottom of the display.
 void SkinView::drawLevel() {
     const Rect& place = controls_.DisplayD.bounds();
     const double loud = volume_ / 100.0;
-    const int top = RoundHalfToEven(place.height * (1 - loud));
-    const int height = std::min(RoundHalfToEven(place.height * loud), place.height - top);
-    composed_.fillRect(place, controls_.DisplayD.backColor());
-    composed_.copy(level_, {0, 0, place.width, height}, {place.left, place.top + top});
+    const int top = RoundHalfToEven(place.height * levelFineness_ * (1 - loud));
+    const Rect shown = scale_.out(place);
+    composed_.fillRect(shown, controls_.DisplayD.backColor());
+    composed_.enlarge(level_, {place.left * levelFineness_, place.top * levelFineness_ + top},
+                      {scale_.percent(), 100 * levelFineness_}, shown);
 }
 
 void SkinView::drawLabels(const Rect& where) {
     for (int n = 0; n < kLabelCount; ++n) {
         const Label& label = controls_.mainLabel[n];
-        if (!label.visible() || Intersect(label.bounds(), where).empty()) continue;
+        if (!label.visible() || Intersect(scale_.covering(label.bounds()), where).empty()) continue;
         TextStyle style = styleOf(label);
+        const Rect place = scale_.out(label.bounds());
         if (n == kTitleLabel) {
             title_.draw(composed_, style);
             continue;
         }
         style.ellipsis = n == kArtistLabel;
-        painter_.draw(composed_, label.bounds(), label.caption(), style);
+        painter_.draw(composed_, place, label.caption(), style);
     }
 }
 
@@ -339,7 +418,7 @@ TextStyle SkinView::styleOf(const Label& label) const {
     TextStyle style;
     style.font = label.font();
     style.color = label.foreColor();
-    style.dotsPerInch = 1440.0 / (form_.host() ? form_.host()->twipsPerPixel().x : 15.0);
+    style.dotsPerInch = 1440.0 / (form_.host() ? form_.host()->twipsPerPixel().x : 15.0) * scale_.factor();
     style.vertically = true;
     return style;
 }

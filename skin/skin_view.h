@@ -1,5 +1,7 @@
 // What the main window looks like: the pictures of the skin, and over the background the controls that lie in the part
-// that has changed. Reads the controls, never acts for them. On the user-interface thread.
+// that has changed. Pictures are put together at their own resolution and brought to that of the screen; letters, lyrics
+// and figures are drawn there. Places are the skin's, what is drawn on and told to be repainted the screen's. Reads the
+// controls, never acts for them. On the user-interface thread.
 #pragma once
 
 #include <array>
@@ -32,15 +34,22 @@ class SkinView {
 
     SkinView(Form& form, TopControls& controls, TextPainter& painter);
 
+    // Takes the memory that the skin will need, so that taking it over cannot fail. Throws std::bad_alloc, and then
+    // nothing has changed.
+    void makeRoomFor(const PreparedSkin& skin);
     // Puts the skin in place of the one that is shown. A picture that it lacks stays the one that was there.
     void takeOver(PreparedSkin skin, const Look& look);
+    // Shows the same pictures at another scale. Throws as makeRoomFor does.
+    void setScale(Scale scale);
+    Scale scale() const { return scale_; }
+    Size size() const { return size_; }  // of the skin
     void setLook(const Look& look);
     void setOnScreen(bool on);    // nothing moves while nobody can see it
     void setTwips(double twips);  // of a pixel of the monitor: type stays as many pixels high as the skin wants it
 
     void setBar(double fraction);  // filled part of the seek bar
     double bar() const { return bar_; }
-    int filledWidth() const { return RoundHalfToEven(bar_ * controls_.SeekBar.bounds().width); }
+    int filledWidth() const { return RoundHalfToEven(bar_ * controls_.SeekBar.bounds().width * fineness_); }  // of its picture
     void setVolume(int percent);
     void setFigures(const std::string& text);  // of display C
     const std::string& figures() const { return figures_; }
@@ -50,10 +59,11 @@ class SkinView {
     void moveTitle();  // one tick of its timer
     void controlChanged(const Control& control, Property property);
 
+    bool hasPicturesFor(Scale scale) const { return FinenessFor(finer_, scale) == fineness_; }
     bool hasOperationPanel() const { return hasDisplayA_; }
     bool hasSpectrum() const { return hasDisplayB_; }
-    void repaint(const Rect& where);
-    void repaintAll() { repaint(composed_.rect()); }
+    void repaint(const Rect& where);  // of the skin
+    void repaintAll();
     const Surface& picture();  // brought up to date
 
   private:
@@ -64,12 +74,26 @@ class SkinView {
     void takePictures(SkinDefinition& skin);
     void showParts();
     void animate(const Rect& where);
+    void makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness);
+    void makeSurfaces();
     bool markStale(const Rect& where);
     void compose(Rect where);
-    void drawGround(const Rect& where);
-    void drawBoxes(const Rect& where);
+    Surface& pictures() { return scale_.percent() == 100 * fineness_ ? composed_ : pictures_; }
+    // A picture that has `fineness` pixels for one of the skin, with its corner at a place of the skin. One that the skin
+    // lacks is of another skin, and may be of another set.
+    struct FinePicture {
+        const Surface& pixels;
+        int fineness;
+        Point at;
+    };
+    static FinePicture pictureOf(const PictureBox& box, Point at);
+    void put(const FinePicture& picture, const Rect& where);
+    Surface::Pixel pixelOf(const FinePicture& picture, Point at) const;
+    Rect finely(const Rect& r) const;
+    void drawPictures(const Rect& where);
     void drawHeld(const Rect& where);
     void drawDarkColumn(const Rect& column);
+    void drawScreens(const Rect& where);
     void drawFigures();
     void drawLevel();
     void drawLabels(const Rect& where);
@@ -83,10 +107,17 @@ class SkinView {
     bool onScreen_ = true;
     bool placing_ = false;  // a skin is being put in place: it is drawn as a whole at the end
     double twips_ = 15;     // that the type of the labels is made for
+    Scale scale_;
+    Size size_;             // of the skin
+    int fineness_ = 1;      // pixels of a picture for one of the skin
+    std::vector<int> finer_;
     Color background_;
     Surface back_;
+    int backFineness_ = 1;
     Surface level_;  // display D at full volume
-    Surface composed_;
+    int levelFineness_ = 1;
+    Surface pictures_;         // put together at their own resolution, when that is not the screen's
+    Surface composed_;         // the window as it is on the screen
     std::vector<Rect> stale_;  // what of composed_ is out of date
     double bar_ = 0;
     int volume_ = 0;

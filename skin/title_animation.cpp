@@ -10,9 +10,10 @@ constexpr std::int64_t kMostLetters = 1 << 20;  // pixels
 
 }  // namespace
 
-void TitleAnimation::begin(int textWidth, int placeWidth) {
+void TitleAnimation::begin(int textWidth, int placeWidth, int gap) {
     textWidth_ = textWidth;
     placeWidth_ = placeWidth;
+    gap_ = gap;
     offset_ = 0;
     rest_ = kRestTicks;
 }
@@ -31,16 +32,19 @@ bool TitleAnimation::tick(int pixels) {
     return true;
 }
 
-void RunningTitle::restart(const TextStyle& style, bool wanted) {
+void RunningTitle::restart(const TextStyle& style, Scale scale, bool wanted) {
     letters_ = {};
-    animation_.begin(painter_.measure(title_.caption(), style).width, title_.bounds().width);
-    const std::int64_t pixels = std::int64_t{animation_.period()} * title_.bounds().height;
+    scale_ = scale;
+    const Rect place = scale_.out(title_.bounds());
+    animation_.begin(painter_.measure(title_.caption(), style).width, place.width,
+                     scale_.border(TitleAnimation::kGap));
+    const std::int64_t pixels = std::int64_t{animation_.period()} * place.height;
     running_ = wanted && title_.visible() && animation_.moves() && pixels <= kMostLetters;
     timer_.setEnabled(running_);
 }
 
 void RunningTitle::draw(Surface& on, TextStyle style) {
-    const Rect& place = title_.bounds();
+    const Rect place = scale_.out(title_.bounds());
     if (!running_) {
         style.ellipsis = true;
         return painter_.draw(on, place, title_.caption(), style);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "skin/top_controls.h"
+#include "state/options.h"
 #include "text/strings.h"
 
 namespace quenlox {
@@ -60,9 +61,9 @@ MenuItem Playback(const Builder& build) {
 
 MenuItem Scales(const Builder& build, const MainMenuFacts& facts) {
     std::vector<MenuItem> items;
-    for (int factor = 1; factor <= kLargestScale; ++factor) {
-        const std::string number = std::to_string(factor);
-        items.push_back(build.choice(number + "倍(&" + number + ")", TopCommand::Scale, factor, factor == facts.scale));
+    for (const ZoomChoice& zoom : kZoomChoices) {
+        const std::string caption = zoom.name + std::string("(&") + zoom.key + ")";
+        items.push_back(build.choice(caption, TopCommand::Scale, zoom.percent, zoom.percent == facts.zoom));
     }
     return SubMenu("表示倍率(&Z)", std::move(items));
 }

@@ -10,8 +10,6 @@
 
 namespace quenlox {
 
-inline constexpr int kLargestScale = 4;
-
 enum class TopCommand {
     AlwaysOnTop,
     OperationPanel,
@@ -26,7 +24,7 @@ enum class TopCommand {
     PlayMode,
     TimeMode,
     TitleMode,
-    Scale,  // index: screen pixels for one of the skin
+    Scale,  // index: percent, 0 as the monitor asks
     Restore,
     Quit
 };
@@ -35,7 +33,7 @@ using PerformCommand = std::function<void(TopCommand command, int index)>;
 struct MainMenuFacts {
     bool alwaysOnTop, operationPanel, hasOperationPanel, titleRuns, spectrum, hasSpectrum, equalizer, list, options,
         lyrics;
-    int scale;
+    int zoom;  // percent, 0 as the monitor asks
     std::string skin;                // folder of the one that is shown
     std::vector<std::string> skins;  // folders, without the default skin
 };

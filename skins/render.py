@@ -3,8 +3,8 @@
 
     render.py [--check] [--preview FOLDER] [NAME ...]
 
-Needs numpy, Pillow and rsvg-convert. Every picture is drawn at four times its size and averaged down. The same sources
-give the same bytes. --check writes nothing and ends with 1 when a package is not what its sources give (77 when the
+Needs numpy, Pillow and rsvg-convert. Every picture is drawn larger than it is wanted and averaged down, and comes in
+three sets: NAME.bmp, and NAME@2x.bmp and NAME@3x.bmp for finer screens. The same sources give the same bytes. --check writes nothing and ends with 1 when a package is not what its sources give (77 when the
 installed rsvg-convert is another version than the packages were made with, for then edges may round differently).
 --preview also writes skin-NAME.png, the composed window in both states with sample texts.
 """
@@ -26,19 +26,19 @@ sys.path.insert(0, HERE)
 
 from kit import PLAYBACK  # noqa: E402
 
-SCALE = 4
+ZOOM = {1: 4, 2: 4, 3: 6}  # at which each set is drawn, by its pixels for one of the window
 RENDERED_WITH = "2.54.7"
 NAMES = ("default", "hakuji", "obi")
 COMMANDS = ("list", "opt", "tag", "conv", "help", "mini", "close")
 
 
-def rasterise(svg, width, height):
-    """Pixels of an SVG text at SCALE times its size: height x width x 4, red, green, blue, opacity, 0..255."""
-    png = subprocess.run(["rsvg-convert", "--zoom", str(SCALE), "--format", "png"],
+def rasterise(svg, width, height, zoom):
+    """Pixels of an SVG text at `zoom` times its size: height x width x 4, red, green, blue, opacity, 0..255."""
+    png = subprocess.run(["rsvg-convert", "--zoom", str(zoom), "--format", "png"],
                          input=svg.encode(), stdout=subprocess.PIPE, check=True).stdout
     big = numpy.asarray(Image.open(io.BytesIO(png)).convert("RGBA"), dtype=numpy.uint32)
-    if big.shape[:2] != (height * SCALE, width * SCALE):
-        raise ValueError(f"picture of {big.shape[1]} x {big.shape[0]} pixels, wanted {width * SCALE} x {height * SCALE}")
+    if big.shape[:2] != (height * zoom, width * zoom):
+        raise ValueError(f"picture of {big.shape[1]} x {big.shape[0]} pixels, wanted {width * zoom} x {height * zoom}")
     return big
 
 
@@ -47,10 +47,10 @@ def over(back, layer):
     return (layer[:, :, :3] * opacity + back * (255 - opacity) + 127) // 255
 
 
-def average(big):
-    height, width = big.shape[0] // SCALE, big.shape[1] // SCALE
-    sums = big.reshape(height, SCALE, width, SCALE, -1).sum(axis=(1, 3))
-    return ((sums + SCALE * SCALE // 2) // (SCALE * SCALE)).astype(numpy.uint8)
+def average(big, side):
+    height, width = big.shape[0] // side, big.shape[1] // side
+    sums = sum(big[y::side, x::side] for y in range(side) for x in range(side))
+    return ((sums[:height, :width] + side * side // 2) // (side * side)).astype(numpy.uint8)
 
 
 def bmp_bytes(pixels):
@@ -117,27 +117,35 @@ def load(name):
 
 def render(name, skin):
     """All files of a package, name -> bytes."""
+    mask = average(rasterise(skin.draw("mask"), skin.WIDTH, skin.HEIGHT, ZOOM[1]), ZOOM[1])[:, :, 3] >= 128
+    files = {f"{name}.tsk": definition_bytes(skin), f"{name}.rgn": region_bytes(mask)}
+    for fineness in ZOOM:
+        files.update(pictures(skin, fineness))
+    return files
+
+
+def pictures(skin, fineness):
+    """The pictures of one set, which has `fineness` pixels for one of the window; name -> bytes."""
     def layer(which):
-        return rasterise(skin.draw(which), skin.WIDTH, skin.HEIGHT)
+        return rasterise(skin.draw(which), skin.WIDTH, skin.HEIGHT, ZOOM[fineness])
 
     def cut(picture, rectangle):
-        x, y, w, h = rectangle[:4]
+        x, y, w, h = (side * fineness for side in rectangle[:4])
         return picture[y:y + h, x:x + w]
 
     ground = layer("back")[:, :, :3]
-    back = average(ground)
-    released, pressed, filled, panel, full = (average(over(ground, layer(which)))
+    side = ZOOM[fineness] // fineness
+    back = average(ground, side)
+    released, pressed, filled, panel, full = (average(over(ground, layer(which)), side)
                                               for which in ("released", "pressed", "filled", "panel", "level"))
-    mask = average(layer("mask"))[:, :, 3] >= 128
-    display_d = skin.DISPLAY_D[:4]
-    files = {f"{name}.tsk": definition_bytes(skin), f"{name}.rgn": region_bytes(mask), "main_back.bmp": bmp_bytes(back),
-             "main_bar.bmp": bmp_bytes(cut(filled, skin.BAR)), "main_vol.bmp": bmp_bytes(cut(back, skin.VOLUME)),
-             "main_level.bmp": bmp_bytes(cut(full, display_d)), "main_panel.bmp": bmp_bytes(cut(panel, skin.PANEL))}
+    made = {"main_back": back, "main_bar": cut(filled, skin.BAR), "main_vol": cut(back, skin.VOLUME),
+            "main_level": cut(full, skin.DISPLAY_D), "main_panel": cut(panel, skin.PANEL)}
     for prefix, group in (("cmd", PLAYBACK), ("btn", COMMANDS)):
         for n in group:
-            files[f"{prefix}_{n}1.bmp"] = bmp_bytes(cut(released, skin.BUTTONS[n]))
-            files[f"{prefix}_{n}2.bmp"] = bmp_bytes(cut(pressed, skin.BUTTONS[n]))
-    return files
+            made[f"{prefix}_{n}1"] = cut(released, skin.BUTTONS[n])
+            made[f"{prefix}_{n}2"] = cut(pressed, skin.BUTTONS[n])
+    ending = f"@{fineness}x.bmp" if fineness > 1 else ".bmp"
+    return {n + ending: bmp_bytes(pixels) for n, pixels in made.items()}
 
 
 def differences(folder, files):

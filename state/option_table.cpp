@@ -56,7 +56,6 @@ constexpr OptionRow kRows[] = {
     Number("StepPitch", &Options::StepPitch, 2, 16),
     Check("Gapless", &Options::GaplessNext),
     Check("PassOver", &Options::PassOverUnplayable),
-    Number("SkinScale", &Options::SkinScale, 1, 4),
     Number("OutputDevice", &Options::OutputDevice, kDefaultDevice, kHighest),
     Text("OutputDeviceName", &Options::OutputDeviceName),
     Number("OutputBuffer", &Options::OutputBuffer, 50, 2000),
@@ -64,6 +63,7 @@ constexpr OptionRow kRows[] = {
     Check("LyricsColor2", &Options::LyricsSecondColor),
     Choice("ReNameFiles", &Options::RenameSideFiles, kLeaveSideFiles),
     Check("SaveCheck", &Options::TellUnsaved),
+    Number("SkinZoom", &Options::SkinZoom, kZoomOfMonitor, 400),
 };
 
 // A value as the file has it; each takes the value of a fresh start and gives the one read.
@@ -99,6 +99,9 @@ Options ReadOptions(const IniDocument& file) {
     for (const OptionRow& row : kRows) {
         std::visit([&](auto field) { options.*field = StoredValue{file, row}.read(options.*field); }, row.field);
     }
+    // Before, there were whole factors; 1 stood in every file, whether somebody had chosen it or not.
+    const std::int32_t factor = ReadIniInt(file, "Option", "SkinScale", 1);
+    if (file.text("Option", "SkinZoom", "").empty() && factor > 1) options.SkinZoom = std::min(factor, 4) * 100;
     return options;
 }
 

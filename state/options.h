@@ -31,6 +31,17 @@ enum SideFilesChoice : int { kAskSideFiles = 0, kTakeSideFiles = 1, kLeaveSideFi
 
 inline constexpr std::int32_t kDefaultDevice = -1;
 
+// At which the main window is shown: percent of the skin's own size. The key is the access key in a menu.
+inline constexpr std::int32_t kZoomOfMonitor = 0;  // as its resolution asks
+struct ZoomChoice {
+    std::int32_t percent;
+    const char* name;
+    char key;
+};
+inline constexpr ZoomChoice kZoomChoices[] = {{kZoomOfMonitor, "自動", 'A'}, {100, "等倍", '1'}, {150, "1.5倍", '5'},
+                                              {200, "2倍", '2'},            {250, "2.5倍", '6'}, {300, "3倍", '3'},
+                                              {400, "4倍", '4'}};
+
 struct Options {
     // Panel and title.
     OnOff TitleAnimation;                  // a title that is too long moves
@@ -40,7 +51,7 @@ struct Options {
     std::int32_t SpectrumIntro = 0;        // the view changes after twice as many seconds; 0 never
     std::int32_t SpectrumBands = 0;        // 0 few to 2 many
     OnOff OperationPanel;                  // display A stands in the place of the buttons
-    std::int32_t SkinScale = 1;            // screen pixels for one pixel of the skin, 1 to 4
+    std::int32_t SkinZoom = kZoomOfMonitor;  // percent of the skin's own size, 100 to 400
 
     // Playing.
     std::int32_t HighPitch = 130;  // percent

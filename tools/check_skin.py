@@ -240,7 +240,15 @@ def check_pictures(found, folder, entries):
             found.error(stem + "2.bmp", f"{two[0]} x {two[1]}, but {stem}1.bmp is {one[0]} x {one[1]}")
     known = [n + ".bmp" for n in required + ["main_level"]] + [a + b + ".bmp" for a, b in pairs]
     for low, entry in sorted(entries.items()):
-        if low.endswith(".bmp") and low not in known:
+        finer = re.fullmatch(r"(.+)@([23])x\.bmp", low)
+        if finer and finer[1] + ".bmp" in known:
+            size, result = sizes.get(finer[1]), read_bmp(os.path.join(folder, entry))
+            times = int(finer[2])
+            if isinstance(result, str):
+                found.error(entry, result)
+            elif size and result != (times * size[0], times * size[1]):
+                found.error(entry, f"{result[0]} x {result[1]}, but {times} times {finer[1]}.bmp is {times * size[0]} x {times * size[1]}")
+        elif low.endswith(".bmp") and low not in known:
             found.warning(entry, "no picture of this name is used" + suggestion(low, known))
     return sizes
 

@@ -6,11 +6,11 @@
 
 namespace quenlox::win32 {
 
-// Copies `part` of `surface` to the same place of `dc`, every pixel as a square of `scale` pixels.
-void PaintSurface(HDC dc, const Surface& surface, const Rect& part, int scale);
+// Copies `part` of `surface` to the same place of `dc`.
+void PaintSurface(HDC dc, const Surface& surface, const Rect& part);
 
 // Answers WM_PAINT of a window that shows `surface`; what the surface does not cover becomes `beyond`. A null surface
 // paints nothing but that.
-void PaintWindow(HWND window, const Surface* surface, int scale, Color beyond);
+void PaintWindow(HWND window, const Surface* surface, Color beyond);
 
 }  // namespace quenlox::win32

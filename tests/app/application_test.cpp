@@ -253,7 +253,7 @@ TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
              return sum(top().DisplayB.surface());
          }},
         {"PanelMode", check(o.CheckPanel), number([this] { return top().DisplayA.visible(); })},
-        {"SkinScale", pick(o.ComboSkinScale, 2), number([this] { return windows.hostOf(top())->scale; })},
+        {"SkinZoom", pick(o.ComboSkinScale, 3), number([this] { return windows.hostOf(top())->scale.percent(); })},
         {"HiPitch", slide(o.HScrollHiPitch, 150), pitch(kHighPitch, "pitch")},
         {"LowPitch", slide(o.HScrollLowPitch, 60), pitch(kLowPitch, "pitch")},
         {"StepPitch", slide(o.HScrollStepPitch, 3), pitch(kStepPitch, "step")},

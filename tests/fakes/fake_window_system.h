@@ -20,7 +20,7 @@ class FakeFormHost : public FormHost {
     std::vector<std::pair<int, PartChange>> partChanges;
     std::vector<std::string> popups;          // names of the menus
     std::function<void(const Menu&)> onPopup; // chooses an item
-    int scale = 1;
+    Scale scale;
     int drags = 0;
     bool captured = false;
     Size client{300, 200};
@@ -32,7 +32,7 @@ class FakeFormHost : public FormHost {
     }
     void controlRemoved(Control&) override {}
     void setRegion(const Region& region) override { regions.push_back(region); }
-    void setScale(int factor) override { scale = factor; }
+    void setScale(Scale to) override { scale = to; }
     void invalidate(const Rect& where) override { invalidated.push_back(where); }
     void partChanged(int part, PartChange change) override { partChanges.emplace_back(part, change); }
     void beginDrag() override { ++drags; }

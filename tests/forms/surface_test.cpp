@@ -61,6 +61,27 @@ TEST(Surface, ASmoothStretchMakesEachPixelTheMeanOfWhatItCovers) {
     wide.stretchSmoothly(picture, {20, 0, 4, 4});  // outside
 }
 
+TEST(Surface, EnlargedWholeFactorsAreSharpAndOthersTheMeanOfWhatTheyCover) {
+    Surface source(2, 2);
+    source.set(0, 0, {200, 0, 100}), source.set(1, 0, {0, 100, 100}), source.set(1, 1, {255, 255, 255});
+    Surface three(6, 6);
+    three.enlarge(source, {}, {3, 1}, three.rect());
+    for (int i = 0; i < 36; ++i) EXPECT_EQ(three.at(i % 6, i / 6), source.at(i % 6 / 3, i / 18)) << i;
+
+    Surface half(3, 3);
+    half.enlarge(source, {}, {3, 2}, half.rect());
+    EXPECT_EQ(half.at(0, 0), source.at(0, 0));
+    EXPECT_EQ(half.at(1, 0), Surface::ToPixel({100, 50, 100})) << "half of each";
+    EXPECT_EQ(half.at(2, 2), source.at(1, 1));
+
+    // Between a picture and what it lies on: its left border is in the middle of the third pixel.
+    Surface ground(6, 3, {100, 100, 100});
+    ground.enlarge(source, {1, 0}, {5, 2}, ground.rect());
+    EXPECT_EQ(ground.at(1, 0), Surface::ToPixel({100, 100, 100}));
+    EXPECT_EQ(ground.at(2, 0), Surface::ToPixel({150, 50, 100}));
+    EXPECT_EQ(ground.at(3, 0), source.at(0, 0));
+}
+
 TEST(Surface, DrawingOutsideChangesNothing) {
     Surface s(3, 3);
     s.line({-5, 1}, {9, 1}, {1, 2, 3});

@@ -78,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     files.add(kFile, std::string(reinterpret_cast<const char*>(data), size));
     SplitValues values;
     const std::int64_t before = most = held;
-    const PreparedSkin skin = PrepareSkin(files, kFile, values, {});
+    const PreparedSkin skin = PrepareSkin(files, kFile, values, {}, Scale(static_cast<int>(size % 400)));
     Demand(most - before <= kMostMemory);
     Check(skin.definition);
     return 0;

@@ -130,6 +130,80 @@ TEST_F(LoadSkin, PicturesThatTheNewSkinLacksOrThatTakeTooMuchStayThoseOfTheOldOn
     EXPECT_FALSE(options.available(&Options::OperationPanel));
 }
 
+TEST_F(LoadSkin, FinerPicturesAreShownWhereTheScreenIsFineEnough) {
+    constexpr Color kTwo{0, 0, 2}, kThree{0, 0, 3}, kPressedTwo{0, 9, 2};
+    const std::string folder = kFolder;
+    files.add(folder + "main_back@2x.bmp", BmpOf(Surface(400, 200, kTwo)));
+    files.add(folder + "main_back@3x.bmp", BmpOf(Surface(600, 300, kThree)));
+    files.add(folder + "cmd_play2@2x.bmp", BmpOf(Surface(16, 16, kPressedTwo)));
+    files.add(folder + "cmd_play1@2x.bmp", BmpOf(Surface(15, 16, kTwo)));  // not twice as large as the first
+    load();
+    for (const auto& [zoom, size, back] : {std::tuple{100, 200, kBack}, {150, 300, kTwo}, {200, 400, kTwo}, {250, 500, kThree},
+                                           {400, 800, kThree}, {200, 400, kTwo}}) {
+        options.set(&Options::SkinZoom, zoom);
+        top->optionsChanged();
+        const auto on = [zoom](int place) { return place * zoom / 100; };
+        EXPECT_EQ(host->scale, Scale(zoom));
+        EXPECT_EQ(top->picture()->width(), size);
+        EXPECT_EQ(at(on(199), on(99)), pixel(back)) << zoom;
+        EXPECT_EQ(at(on(14), on(64)), pixel(playback(0, false))) << "its own set lacks it, or has it in a wrong size";
+        EXPECT_EQ(top->cmdPicture[0].bounds(), (Rect{10, 60, 8, 8}));
+        EXPECT_EQ(top->width(), 3000) << "the form keeps the pixels of the skin";
+    }
+    top->Form_MouseDown(1, 0, kPlayAt);
+    EXPECT_EQ(at(28, 128), pixel(kPressedTwo));
+    // A skin without finer pictures takes what it lacks from this one.
+    files.add(kOther, "[Main]\nVer=4\nBox=1\nSize=50,50\n[Button]\nButtonB=1,1\n");
+    top->LoadSkin(kOther);
+    EXPECT_EQ(at(60, 90), pixel(kTwo));
+    EXPECT_EQ(at(10, 10), pixel(playback(1, false)));
+    EXPECT_EQ(top->cmdPicture[1].bounds(), (Rect{1, 1, 8, 8}));
+}
+
+TEST_F(LoadSkin, WithoutAChoiceTheResolutionOfTheMonitorDecides) {
+    host->twips = {10, 10};
+    load();
+    EXPECT_EQ(host->scale, Scale(150));
+    host->twips = {7.5, 7.5};
+    top->Form_Resize({});
+    EXPECT_EQ(host->scale, Scale(200));
+    EXPECT_EQ(top->picture()->width(), 400);
+    top->showTitle("abc", "");
+    top->picture();
+    const auto& title = painter.drawn.back();
+    EXPECT_EQ(title.where, (Rect{10, 40, 120, 20}));
+    EXPECT_DOUBLE_EQ(title.style.font.points * title.style.dotsPerInch / 72, 16) << "twice as many pixels as at 96 dots";
+    addPackage("C:\\Quenlox\\skin\\x\\", "x", "[Main]\nVer=4\nBox=1\nSize=2000,1000\n");
+    top->LoadSkin(kOther);
+    EXPECT_LE(std::int64_t{top->picture()->width()} * top->picture()->height(), kMostScreenPixels);
+}
+
+// At every scale a part that is drawn anew gives what drawing everything gives.
+TEST_F(LoadSkin, WhatIsDrawnInPartsIsWhatIsDrawnAsAWhole) {
+    options.set(&Options::SpectrumShown, true);
+    load();
+    for (const int zoom : {100, 125, 133, 150, 175, 200, 250, 300, 400}) {
+        options.set(&Options::SkinZoom, zoom);
+        top->optionsChanged();
+        const std::function<void()> changes[] = {[&] { top->showTitle("abc" + std::to_string(zoom), "d"); },
+                                                 [&] { top->showTime("01:23"); },
+                                                 [&] { top->showBar(zoom / 500.0); },
+                                                 [&] { top->setVolumePercent(zoom / 7); },
+                                                 [&] { top->Form_MouseDown(1, 0, kPauseAt); },
+                                                 [&] { top->Form_MouseUp(1, 0, {0, 0}); },
+                                                 [&] {
+                                                     top->DisplayB.surface().fill({1, 200, 3});
+                                                     top->DisplayB.refresh();
+                                                 }};
+        for (std::size_t i = 0; i < std::size(changes); ++i) {
+            changes[i]();
+            const Surface inParts = *top->picture();
+            top->refreshDisplay();
+            EXPECT_EQ(inParts, *top->picture()) << zoom << " " << i;
+        }
+    }
+}
+
 TEST_F(LoadSkin, FontSizesFollowTheResolution) {
     load();
     EXPECT_DOUBLE_EQ(top->mainLabel[0].font().points, 6);

@@ -56,16 +56,17 @@ struct SkinnedWindow : Desk {
     HWND window = nullptr;
 };
 
-TEST_F(SkinnedWindow, ScalesPictureRegionAndPointerTogether) {
+TEST_F(SkinnedWindow, ShowsThePictureAsItIsAndScalesRegionAndPointer) {
     form.host()->setRegion({{10, 10, 20, 20}, {40, 0, 60, 60}});
-    form.host()->setScale(3);
+    form.look = Surface(300, 180, {255, 255, 0});
+    form.host()->setScale(Scale(300));
     shown();
     RECT rect{};
     GetWindowRect(window, &rect);
     EXPECT_EQ(rect.right - rect.left, 300);
     EXPECT_EQ(form.host()->clientSize(), (Size{100, 60}));
     EXPECT_EQ(form.width(), 1500) << "the size of the form is that of the skin";
-    EXPECT_EQ(PixelOf(window, 3 * 99 + 2, 3 * 59 + 2), (Color{255, 255, 0}));
+    EXPECT_EQ(PixelOf(window, 299, 179), (Color{255, 255, 0}));
     const auto region = CreateRectRgn(0, 0, 0, 0);
     GetWindowRgn(window, region);
     for (const auto& [x, y, inside] : {std::tuple{30, 30, true},

@@ -46,7 +46,7 @@ class NativePicture : public NativeControl {
   protected:
     std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) override {
         switch (message) {
-            case WM_PAINT: PaintWindow(window(), &box_.surface(), 1, box_.backColor()); return 0;
+            case WM_PAINT: PaintWindow(window(), &box_.surface(), box_.backColor()); return 0;
             case WM_ERASEBKGND: return TRUE;
             case WM_SIZE: fit(); return 0;
             case WM_LBUTTONDOWN:

@@ -119,8 +119,7 @@ void FormWindow::timerDue(WPARAM id) {
 }
 
 void FormWindow::invalidate(const Rect& where) {
-    const int k = scale();
-    const RECT rect = ToRect({where.left * k, where.top * k, where.width * k, where.height * k});
+    const RECT rect = ToRect(where);
     InvalidateRect(window_, &rect, FALSE);
 }
 
@@ -133,7 +132,8 @@ void FormWindow::beginDrag() {
 
 void FormWindow::popup(const Menu& menu, Point at) {
     const auto keep = shared_from_this();
-    POINT screen{at.x * scale(), at.y * scale()};
+    const Point pixel = scale().out(at);
+    POINT screen{pixel.x, pixel.y};
     ClientToScreen(window_, &screen);
     PopupMenu(window_, menu, screen);
 }
@@ -146,16 +146,13 @@ void FormWindow::bringToFront() {
 Point FormWindow::fromScreen(Point screen) const {
     POINT at{screen.x, screen.y};
     ScreenToClient(window_, &at);
-    const auto divide = [k = scale()](LONG pixels) {
-        return static_cast<int>(pixels >= 0 ? pixels / k : (pixels - k + 1) / k);
-    };
-    return {divide(at.x), divide(at.y)};
+    return scale().in(Point{static_cast<int>(at.x), static_cast<int>(at.y)});
 }
 
 Size FormWindow::clientSize() const {
     RECT rect{};
     GetClientRect(window_, &rect);
-    return {static_cast<int>(rect.right) / scale(), static_cast<int>(rect.bottom) / scale()};
+    return scale().in(Size{static_cast<int>(rect.right), static_cast<int>(rect.bottom)});
 }
 
 TwipsPerPixel FormWindow::twipsPerPixel() const { return TwipsFor(GetDpiForWindow(window_)); }
@@ -227,18 +224,25 @@ void FormWindow::bringOntoScreen() {
 void FormWindow::moving(RECT& rect) const {
     POINT pointer{};
     GetCursorPos(&pointer);
-    Rect wanted = FromRect(rect);
+    // The window may have another size by now, on a monitor of another resolution.
+    RECT now{};
+    GetWindowRect(window_, &now);
+    Rect wanted = FromRect(now);
     wanted.left = pointer.x - grip_.x;
     wanted.top = pointer.y - grip_.y;
     rect = ToRect(SnapToEdges(
         wanted, system_.workArea({static_cast<int>(pointer.x), static_cast<int>(pointer.y), 1, 1}), kSnapDistance));
 }
 
+void FormWindow::scaleGrip(double factor) {
+    grip_ = {RoundHalfToEven(grip_.x * factor), RoundHalfToEven(grip_.y * factor)};
+}
+
 void FormWindow::filesDropped(HDROP drop) {
     POINT at{};
     const std::vector<std::string> files = DroppedFiles(drop, &at);
     SetForegroundWindow(window_);
-    form_->Form_FilesDropped(files, {static_cast<int>(at.x) / scale(), static_cast<int>(at.y) / scale()});
+    form_->Form_FilesDropped(files, scale().in(Point{static_cast<int>(at.x), static_cast<int>(at.y)}));
 }
 
 FormWindow::Result FormWindow::wheel(WPARAM w, LPARAM l) {

@@ -32,7 +32,7 @@ class FormWindow : public FormHost, public std::enable_shared_from_this<FormWind
     void controlChanged(Control& control, Property property) override;
     void controlRemoved(Control& control) override;
     void setRegion(const Region&) override {}
-    void setScale(int) override {}
+    void setScale(Scale) override {}
     void invalidate(const Rect& where) override;
     void beginDrag() override;
     void popup(const Menu& menu, Point at) override;
@@ -53,12 +53,14 @@ class FormWindow : public FormHost, public std::enable_shared_from_this<FormWind
     virtual void sized() {}                        // the client area has another size
     virtual Size windowSize() const = 0;           // of the whole window in pixels, for the size of the form in twips
     virtual Size formSize(Size window) const = 0;  // the inverse, twips
-    virtual int scale() const { return 1; }
+    virtual Scale scale() const { return {}; }
 
     void createWindow(const wchar_t* className, DWORD style, DWORD extendedStyle, HWND owner);
     void placeWindow();           // as the form says
     void tellPlace(bool byUser);  // as the window stands
     void bringOntoScreen();
+    // The window becomes so many times as large while it is dragged: the pointer stays on the same place of it.
+    void scaleGrip(double factor);
     Form* form() const { return form_; }
     WindowSystemWin32& system() const { return system_; }
     bool attached() const { return form_ != nullptr; }

@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "forms/form.h"
 #include "platform/win32/paint.h"
@@ -15,31 +16,32 @@ namespace {
 constexpr WPARAM kTrayIconId = 1;
 
 // The union of the rectangles, for lists that the system does not take as they are.
-HRGN UniteOneByOne(const Region& region, int k) {
+HRGN UniteOneByOne(const std::vector<RECT>& rects) {
     HRGN whole = CreateRectRgn(0, 0, 0, 0);
-    for (const Rect& r : region) {
-        const Owned<HRGN, detail::CloseObject<HRGN>> part(
-            CreateRectRgn(r.left * k, r.top * k, r.right() * k, r.bottom() * k));
+    for (const RECT& r : rects) {
+        const Owned<HRGN, detail::CloseObject<HRGN>> part(CreateRectRgnIndirect(&r));
         CombineRgn(whole, whole, part.get(), RGN_OR);
     }
     return whole;
 }
 
-HRGN MakeRegion(const Region& region, int k) {
-    if (region.empty()) return CreateRectRgn(0, 0, 0, 0);
-    std::vector<char> bytes(sizeof(RGNDATAHEADER) + region.size() * sizeof(RECT));
-    auto* data = reinterpret_cast<RGNDATA*>(bytes.data());
-    auto* rects = reinterpret_cast<RECT*>(data->Buffer);
+HRGN MakeRegion(const Region& region, Scale scale) {
+    std::vector<RECT> rects;
     Rect bound;
-    for (std::size_t i = 0; i < region.size(); ++i) {
-        const Rect r{region[i].left * k, region[i].top * k, region[i].width * k, region[i].height * k};
-        rects[i] = ToRect(r);
-        bound = Unite(bound, r);
+    for (const Rect& part : region) {
+        const Rect shown = scale.out(part);
+        rects.push_back(ToRect(shown));
+        bound = Unite(bound, shown);
     }
-    data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(region.size()),
-                 static_cast<DWORD>(region.size() * sizeof(RECT)), ToRect(bound)};
+    if (rects.empty()) return CreateRectRgn(0, 0, 0, 0);
+    const std::size_t size = rects.size() * sizeof(RECT);
+    std::vector<char> bytes(sizeof(RGNDATAHEADER) + size);
+    auto* data = reinterpret_cast<RGNDATA*>(bytes.data());
+    data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(rects.size()), static_cast<DWORD>(size),
+                 ToRect(bound)};
+    std::memcpy(data->Buffer, rects.data(), size);
     HRGN made = ExtCreateRegion(nullptr, static_cast<DWORD>(bytes.size()), data);
-    return made ? made : UniteOneByOne(region, k);
+    return made ? made : UniteOneByOne(rects);
 }
 
 }  // namespace
@@ -61,12 +63,13 @@ void SkinnedWindow::realised() {
 
 Size SkinnedWindow::windowSize() const {
     const TwipsPerPixel twips = twipsPerPixel();
-    return {TwipsToPixels(form()->width(), twips.x) * scale_, TwipsToPixels(form()->height(), twips.y) * scale_};
+    return scale_.out(Size{TwipsToPixels(form()->width(), twips.x), TwipsToPixels(form()->height(), twips.y)});
 }
 
 Size SkinnedWindow::formSize(Size window) const {
     const TwipsPerPixel twips = twipsPerPixel();
-    return {PixelsToTwips(window.width / scale_, twips.x), PixelsToTwips(window.height / scale_, twips.y)};
+    const Size size = scale_.in(window);
+    return {PixelsToTwips(size.width, twips.x), PixelsToTwips(size.height, twips.y)};
 }
 
 void SkinnedWindow::formChanged(FormProperty property) {
@@ -87,9 +90,10 @@ std::vector<AccessiblePart> SkinnedWindow::parts() const {
 void SkinnedWindow::later(std::function<void()> action) { system().post(std::move(action)); }
 
 Rect SkinnedWindow::onScreen(const Rect& where) const {
-    POINT corner{where.left * scale_, where.top * scale_};
+    const Rect shown = scale_.out(where);
+    POINT corner{shown.left, shown.top};
     ClientToScreen(handle(), &corner);
-    return {static_cast<int>(corner.x), static_cast<int>(corner.y), where.width * scale_, where.height * scale_};
+    return {static_cast<int>(corner.x), static_cast<int>(corner.y), shown.width, shown.height};
 }
 
 void SkinnedWindow::applyRegion() {
@@ -98,10 +102,11 @@ void SkinnedWindow::applyRegion() {
     if (!SetWindowRgn(handle(), made, TRUE)) DeleteObject(made);  // after success it belongs to the system
 }
 
-void SkinnedWindow::setScale(int factor) {
-    factor = std::clamp(factor, 1, 4);
-    if (factor == scale_ || !attached()) return;
-    scale_ = factor;
+void SkinnedWindow::setScale(Scale scale) {
+    if (scale == scale_ || !attached()) return;
+    // While it is dragged the pointer stays on the same place of it.
+    scaleGrip(scale.factor() / scale_.factor());
+    scale_ = scale;
     placeWindow();
     applyRegion();
     if (IsWindowVisible(handle())) bringOntoScreen();
@@ -112,7 +117,7 @@ void SkinnedWindow::paint(const Rect& where) {
     const Surface* picture = form()->picture();
     HDC dc = picture ? GetDC(handle()) : nullptr;
     if (!dc) return;
-    PaintSurface(dc, *picture, where, scale_);
+    PaintSurface(dc, *picture, where);
     ReleaseDC(handle(), dc);
 }
 
@@ -152,7 +157,7 @@ void SkinnedWindow::sized() {
 
 void SkinnedWindow::relayToTooltip(UINT message, WPARAM w, LPARAM l) {
     if (message == WM_MOUSEMOVE) {
-        std::wstring tip = Wide(form()->Form_TooltipAt({GET_X_LPARAM(l) / scale_, GET_Y_LPARAM(l) / scale_}));
+        std::wstring tip = Wide(form()->Form_TooltipAt(scale_.in(Point{GET_X_LPARAM(l), GET_Y_LPARAM(l)})));
         if (tip != tip_) {
             // Another thing is under the pointer: its own waiting time begins.
             tip_ = std::move(tip);
@@ -201,8 +206,7 @@ void SkinnedWindow::letGo() {
 }
 
 FormWindow::Result SkinnedWindow::mouse(UINT message, WPARAM w, LPARAM l) {
-    const auto divide = [this](int pixels) { return pixels >= 0 ? pixels / scale_ : (pixels - scale_ + 1) / scale_; };
-    const Point at{divide(GET_X_LPARAM(l)), divide(GET_Y_LPARAM(l))};
+    const Point at = scale_.in(Point{GET_X_LPARAM(l), GET_Y_LPARAM(l)});
     relayToTooltip(message, w, l);
     switch (message) {
         case WM_LBUTTONDOWN:
@@ -221,7 +225,7 @@ FormWindow::Result SkinnedWindow::mouse(UINT message, WPARAM w, LPARAM l) {
 
 FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
-        case WM_PAINT: PaintWindow(handle(), form()->picture(), scale_, Color{}); return 0;
+        case WM_PAINT: PaintWindow(handle(), form()->picture(), Color{}); return 0;
         case WM_ERASEBKGND: return TRUE;
         case WM_MOUSEMOVE:
             if (isTrayEvent(w, l)) {
@@ -262,7 +266,8 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
             if (!accessible_) accessible_ = MakeAccessible(std::static_pointer_cast<SkinnedWindow>(shared_from_this()));
             return AnswerWithObject(w, accessible_.get());
         case WM_DPICHANGED:
-            // A skin keeps its pixels on every monitor, so its size in twips becomes another one.
+            // The form keeps its pixels on every monitor, so its size in twips becomes another one; it says itself at
+            // which scale it wants to be seen there.
             tellPlace(false);
             sized();
             return 0;

@@ -1,5 +1,5 @@
-// The window of a skinned form: without a frame, in the shape of its region, showing the form's picture with every
-// pixel as a square of 1 to 4 pixels of the screen. Picture, region and pointer scale together.
+// The window of a skinned form: without a frame, in the shape of its region, showing the form's picture, which is drawn
+// for the screen. Region and pointer are brought to the form's own pixels and back.
 #pragma once
 
 #include "forms/accessible_part.h"
@@ -16,7 +16,7 @@ class SkinnedWindow : public FormWindow {
     void realised() override;
     void formChanged(FormProperty property) override;
     void setRegion(const Region& region) override;
-    void setScale(int factor) override;
+    void setScale(Scale scale) override;
     void paint(const Rect& where) override;
     void partChanged(int part, PartChange change) override;
     void beginDrag() override;
@@ -31,7 +31,7 @@ class SkinnedWindow : public FormWindow {
     Result answer(UINT message, WPARAM w, LPARAM l) override;
     Size windowSize() const override;
     Size formSize(Size window) const override;
-    int scale() const override { return scale_; }
+    Scale scale() const override { return scale_; }
     void sized() override;
 
   private:
@@ -44,7 +44,7 @@ class SkinnedWindow : public FormWindow {
     void relayToTooltip(UINT message, WPARAM w, LPARAM l);
     bool isTrayEvent(WPARAM w, LPARAM l) const;
 
-    int scale_ = 1;
+    Scale scale_;
     bool hasRegion_ = false;
     Region region_;
     int held_ = 0;  // the button that was pressed over the window and has not been released

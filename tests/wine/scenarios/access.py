@@ -12,7 +12,7 @@ NAMES = ("再生／停止", "一時停止", "前の曲", "次の曲", "音程を
 
 def start(s, scale=1):
     song = material.write_mp3(s.material / "夜明けの歌.mp3", material.tone(440, 120.0), "-b", "64")
-    return Product(s, scale=scale, ini=f"[Main]\nX=1500\nY=1500\nFileName={s.windows_path(song)}\n[Option]\nSkinScale={scale}\n")
+    return Product(s, scale=scale, ini=f"[Main]\nX=1500\nY=1500\nFileName={s.windows_path(song)}\n[Option]\nSkinZoom={scale}00\n")
 
 
 def test_every_thing_in_the_window_has_its_name_role_and_place(s):
