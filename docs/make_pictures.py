@@ -324,4 +324,5 @@ def main():
             GROUPS[name](s, tracks)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -30,9 +30,9 @@ class Skin:
         x, y = self._list(section, key)[:2]
         return (x, y, *Image.open(self.package / picture).size) if x >= 0 else None
 
-    def button_picture(self, name, pressed=False):
-        prefix = "cmd" if name in PLAYBACK else "btn"
-        return Image.open(self.package / f"{prefix}_{name}{2 if pressed else 1}.bmp")
+    def button_picture(self, name, pressed=False, fineness=1):
+        prefix, ending = "cmd" if name in PLAYBACK else "btn", "" if fineness == 1 else f"@{fineness}x"
+        return Image.open(self.package / f"{prefix}_{name}{2 if pressed else 1}{ending}.bmp")
 
     def button(self, name):
         if name in PLAYBACK:
@@ -122,13 +122,12 @@ class MainWindow:
         x, y, width, height = place
         mask = self.skin.outline().crop((x, y, x + width, y + height)).convert("RGB")
         seen = self.look(place).convert("RGB")
-        if self.scale > 1:
-            picture, mask = (p.resize(seen.size, Image.NEAREST) for p in (picture, mask))
+        mask = mask.resize(seen.size, Image.NEAREST)
         expected = ImageChops.multiply(picture.convert("RGB"), mask)
         return seen.size == expected.size and not ImageChops.difference(ImageChops.multiply(seen, mask), expected).getbbox()
 
     def shows_button(self, name, pressed=False):
-        return self.shows(self.skin.button(name), self.skin.button_picture(name, pressed))
+        return self.shows(self.skin.button(name), self.skin.button_picture(name, pressed, self.scale))
 
     def end(self, program):
         self.refresh().close()
