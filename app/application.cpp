@@ -70,12 +70,12 @@ void Application::connectWindows() {
         tag_.currentFileOpened();
     };
     lyrics_.onClosedByUser = [this] { options_.set(&Options::LyricsShown, false); };
-    lyrics_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
+    lyrics_.onKeyDown = [this](int key, int shift) { top_.playbackKey(key, shift); };
     lyrics_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     list_.onOpen = [this](const Transport::Track& track, int intent, Transport::Start start) {
         return transport_.open(track, intent, start);
     };
-    equalizer_.onKeyDown = [this](int key, int shift) { top_.Form_KeyDown(key, shift); };
+    equalizer_.onKeyDown = [this](int key, int shift) { top_.playbackKey(key, shift); };
     equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
     for (Form* form : otherWindows())
         form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
@@ -97,6 +97,7 @@ FormTop::Hooks Application::hooksOfMain() {
         quietSave_.tick(QuietSave::Clock::now(), list_.busy() || services_.windows.mouseHeld());
     };
     hooks.help = [this] { showHelp(); };
+    hooks.openFolder = [this] { openFolder(); };
     hooks.updateLyrics = [this] { lyricsDisplay_.update(); };
     hooks.lyricsDisplayMode = [this](bool inWindow) { lyricsDisplay_.lyricsDisplayMode(inWindow); };
     hooks.figures = [this] { return figures(); };
@@ -241,6 +242,13 @@ void Application::openFirstFile() {
     }
     transport_.openFirst(file, named, flags % 10 == 1);
     if (inTray) top_.moveToTray();
+}
+
+void Application::openFolder() {
+    const auto folder = services_.dialogs.chooseFolder("開くフォルダの選択", state_.CurrentFolder);
+    if (!folder || folder->empty()) return;
+    list_.showFolder(*folder);
+    top_.showWindow(list_);
 }
 
 void Application::showHelp() {

@@ -92,6 +92,7 @@ class Application {
     FormTop::Hooks hooksOfMain();
     void openFirstFile();
     void showHelp();
+    void openFolder();
     FormTop::Figures figures() const;
 
     Services services_;

@@ -6,7 +6,8 @@ namespace quenlox {
 inline constexpr int kKeyTab = 9, kKeyEnter = 13, kKeyEscape = 27, kKeySpace = 32;
 inline constexpr int kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39, kKeyDown = 40;
 inline constexpr int kKeyDelete = 46;
-inline constexpr int kKeyF5 = 116;
+inline constexpr int kKeyM = 77, kKeyO = 79, kKeyV = 86;
+inline constexpr int kKeyF1 = 112, kKeyF5 = 116;
 
 // Sums of these.
 inline constexpr int kShift = 1, kControl = 2, kAlt = 4;

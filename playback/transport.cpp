@@ -82,6 +82,11 @@ bool Transport::seek(double fraction) {
     return true;
 }
 
+bool Transport::seekBy(int seconds) {
+    if (state_.TotalSeconds <= 0) return mayAct();
+    return seek(static_cast<double>(state_.PositionSeconds + seconds) / state_.TotalSeconds);
+}
+
 OpenResult Transport::open(const Track& track, int intent, Start start) {
     if (!mayAct()) return OpenResult::Busy;
     const bool plays = start == Start::Play || (start == Start::PlayIfPlaying && state_.PlayerStatus == kPlay);

@@ -62,6 +62,7 @@ class Transport {
     bool NextTrack();
     bool PreviousTrack();
     bool seek(double fraction);  // of the track, 0 to 1; while it plays or is paused
+    bool seekBy(int seconds);    // from where it is, to the beginning or the end at most
     OpenResult open(const Track& track, int intent, Start start);
 
     void remember(const std::string& path);  // from the last time; it is not opened yet

@@ -47,12 +47,22 @@ void VolumeControl::setFromBar(int y, int height) {
     setPercent(RoundHalfToEven((1 - static_cast<double>(std::clamp(y, 0, height)) / height) * 100));
 }
 
+bool VolumeControl::muted() const { return state_.VolumePercent == 0 && mutedFrom_ > 0; }
+
+void VolumeControl::mute() {
+    if (muted()) return setPercent(mutedFrom_);
+    const int before = state_.VolumePercent;
+    setPercent(0);
+    mutedFrom_ = before;
+}
+
 void VolumeControl::sourcesChosen() {
     if (options_.VolumeDrives == kSourcesToo) setPercent(state_.VolumePercent);
 }
 
 void VolumeControl::setPercent(int percent) {
     state_.VolumePercent = std::clamp(percent, 0, 100);
+    mutedFrom_ = 0;
     if (master_.id != 0 && master_.maximum > master_.minimum) {
         // The minimum is not added back: mixers report 0.
         const double range = static_cast<double>(master_.maximum - master_.minimum);

@@ -27,6 +27,8 @@ class VolumeControl {
     // is 0.
     void setFromBar(int y, int height);
     void setPercent(int percent);  // brought into 0 to 100
+    void mute();                   // or back to what it was before
+    bool muted() const;
     void sourcesChosen();          // the bar drives the single sources from now on, or no more: they follow at once
 
   private:
@@ -35,6 +37,7 @@ class VolumeControl {
     GlobalState& state_;
     Mixer& mixer_;
     const Options& options_;
+    int mutedFrom_ = 0;  // percent; 0 when it is not known
     MixerControl master_;
     MixerControl wave_;
     MixerControl synthesizer_;

@@ -77,6 +77,8 @@ class FormList : public Form {
     void showSortItems(bool tagInformation);
     // Points the browser at a folder that exists.
     void openFolder(const std::string& folder);
+    // The same, with the tab of the folder in front: the tracks that are stepped through are those of the folder.
+    void showFolder(const std::string& folder);
     // ListNo has been set from outside: brings its list to the front.
     void showCurrentList();
     // The files of the selected rows; on the tab of the folder those of the browser.

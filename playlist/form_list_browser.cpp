@@ -106,6 +106,12 @@ void FormList::openFolder(const std::string& folder) {
     if (there[1] == ':') Drive1.setDrive(there.substr(0, 2) + "\\");
 }
 
+void FormList::showFolder(const std::string& folder) {
+    openFolder(folder);
+    TabList.setValue(kFolderTab);
+    TabList_Click();
+}
+
 // The folder itself, or that of its parents that is still there. Empty when not even its drive is: a server that is
 // switched off is asked twice and not once for each.
 std::string FormList::nearestFolder(std::string folder) const {

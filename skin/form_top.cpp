@@ -15,8 +15,10 @@
 namespace quenlox {
 namespace {
 
-constexpr int kLeft = 1;          // mouse button
-constexpr int kNoticeTicks = 15;  // of the status timer: six seconds
+constexpr int kLeft = 1, kRight = 2;  // mouse buttons
+constexpr int kNoticeTicks = 15;      // of the status timer: six seconds
+
+constexpr const char* kHowToBegin = "曲をここへドロップ（Ctrl+Oで開く）";
 
 }  // namespace
 
@@ -94,8 +96,9 @@ void FormTop::showTime(const std::string& text) { mainLabel[kTimeLabel].setCapti
 
 void FormTop::showTitle(const std::string& title, const std::string& artist) {
     mainLabel[kArtistLabel].setCaption(artist);
-    if (mainLabel[kTitleLabel].caption() == title) return;
-    mainLabel[kTitleLabel].setCaption(title);
+    const std::string shown = state_.CurrentFile.empty() && title.empty() ? kHowToBegin : title;
+    if (mainLabel[kTitleLabel].caption() == shown) return;
+    mainLabel[kTitleLabel].setCaption(shown);
     view_.restartTitle();
     tray_.renewTip();
 }
@@ -106,6 +109,7 @@ void FormTop::showStatus(const std::string& word) {
 }
 
 void FormTop::showBar(double fraction) {
+    if (draggedBar_) return;  // it stays where the pointer is
     const int before = view_.filledWidth();
     view_.setBar(fraction);
     if (view_.filledWidth() != before) accessible_.tell(TopPart::Kind::SeekBar, 0, PartChange::Value);
@@ -264,6 +268,8 @@ Menu FormTop::menuMain() {
                               shown(windows_.list),
                               shown(windows_.options),
                               options_->LyricsShown,
+                              playback_.volume->muted(),
+                              state_.ViewType,
                               options_->SkinZoom,
                               folderNameOfSkin(),
                               skinNames_};
@@ -271,7 +277,8 @@ Menu FormTop::menuMain() {
 }
 
 Menu FormTop::menuTray() {
-    return TrayMenu([this](TopCommand command, int index) { perform(command, index); });
+    return TrayMenu(state_.PlayerStatus == kPlay, state_.PlayerStatus == kPause,
+                    [this](TopCommand command, int index) { perform(command, index); });
 }
 
 void FormTop::perform(TopCommand command, int index) {
@@ -292,6 +299,16 @@ void FormTop::perform(TopCommand command, int index) {
         case TopCommand::TimeMode: TimeLabel_Click(kTimeLabel, kLeft); break;
         case TopCommand::TitleMode: TitleLabel_DblClick(); break;
         case TopCommand::Scale: options_.set(&Options::SkinZoom, index); break;
+        case TopCommand::OpenFile: openFile(); break;
+        case TopCommand::OpenFolder:
+            if (hooks_.openFolder) hooks_.openFolder();
+            break;
+        case TopCommand::Seek: playback_.transport->seekBy(index); break;
+        case TopCommand::Volume: setVolumePercent(state_.VolumePercent + index); break;
+        case TopCommand::Mute: playback_.volume->mute(); break;
+        case TopCommand::NextView: DisplayB_MouseDown(kLeft); break;
+        case TopCommand::NextGroup: DisplayB_MouseDown(kRight); break;
+        case TopCommand::View: showView(index); break;
         case TopCommand::Restore: restoreFromTray(); break;
         case TopCommand::Quit: unload(); break;
     }
@@ -318,7 +335,8 @@ void FormTop::performCommand(int index) {
 }
 
 void FormTop::Form_ContextMenu(Point at) {
-    if (buttons_.mayAct()) popup(menuMain(), at);
+    if (!buttons_.mayAct()) return;
+    popup(menuMain(), at);
 }
 
 // Windows, above others.
@@ -350,7 +368,8 @@ void FormTop::toggleWindow(Form* form) {
 
 std::string FormTop::trayTip() const {
     const std::string& title = mainLabel[kTitleLabel].caption();
-    if (state_.PlayerStatus != kPlay) return title.empty() ? "Quenlox" : title;
+    if (state_.CurrentFile.empty()) return "Quenlox";
+    if (state_.PlayerStatus != kPlay) return title;
     return title + "／" + mainLabel[kTimeLabel].caption();
 }
 

@@ -54,7 +54,8 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
         std::function<void()> fillTagWindow;
         std::function<void(bool inWindow)> lyricsDisplayMode;  // a skin has been loaded; true: it has no lyrics area
         std::function<void()> drawPanel;                       // one frame of the panel animation into display B
-        std::function<void(int button)> panelClicked;          // 1 left: next variant; 2 right or double: next group
+        std::function<void(int button)> panelClicked;          // 1 left: next variant; 2 right: next group
+        std::function<void()> openFolder;                      // asks which, and shows it
         std::function<void()> pollConverter, updateLyrics, idle;
         std::function<void()> help;
         std::function<void()> unload;  // the program ends: stop, save, release
@@ -74,6 +75,9 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
     // At which the skin is shown; follows the option, or the monitor.
     Scale scale() const { return view_.scale(); }
     void followScale();
+
+    // A key that plays, stops or changes the track, on this window and on those that have no use of their own for it.
+    void playbackKey(int key, int shift);
 
     // MainDisplay.
     void showKind(const std::string& name) override;
@@ -100,6 +104,8 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
     void taskPicture_MouseDown(int index, int button, int shift, Point at);
     void taskPicture_MouseUp(int index, int button, int shift, Point at);
     void SeekBar_MouseDown(int button, int shift, Point at);
+    void SeekBar_MouseMove(int button, Point at);
+    void SeekBar_MouseUp();
     void VolumeBar_MouseDown(int button, int shift, Point at);
     void VolumeBar_MouseMove(int button, int shift, Point at);
     void DisplayB_MouseDown(int button);
@@ -160,6 +166,12 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
     void performCommand(int index);
     bool pressLabel(int index, Point at);
     void beginDrag();
+    bool ownKey(int key, int shift);
+    void openFile();
+    void showView(int view);
+    bool canSeek() const;
+    bool inEmptyRecess(Point at) const;
+    void showTimeAt(Point at);
     void volumeChanged();
     void showFigures();
     std::string trayTip() const;
@@ -183,6 +195,7 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
 
     std::vector<std::string> skinNames_;
     bool draggingVolume_ = false;
+    std::optional<double> draggedBar_;  // the seek bar is held: the part of the track that the pointer is at
     std::optional<Point> titleHeld_;  // left button went down on the title here
     bool alwaysOnTop_ = false;
     int noticeTicks_ = 0;  // of the status timer, until a notice goes

@@ -1,6 +1,7 @@
 // What the user does with mouse and keys on the main window.
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "forms/keys.h"
 #include "platform/dialogs.h"
@@ -9,6 +10,8 @@
 #include "playback/volume_control.h"
 #include "skin/form_top.h"
 #include "state/media_formats.h"
+#include "text/numbers.h"
+#include "text/paths.h"
 
 namespace quenlox {
 namespace {
@@ -17,7 +20,8 @@ using PartKind = TopPart::Kind;
 
 constexpr int kLeft = 1, kRight = 2;  // mouse buttons
 constexpr int kDragThreshold = 3;     // pixels that the pointer moves before the title drags the window
-constexpr int kWheelStep = 5;         // percent of volume for one notch
+constexpr int kWheelSeconds = 5;      // of one notch over the seek bar
+constexpr int kShortWay = 5, kLongWay = 30;  // seconds that a key goes
 
 enum AppCommand : int {
     kMediaNext = 11,
@@ -80,6 +84,40 @@ void FormTop::SeekBar_MouseDown(int button, int, Point at) {
     const int width = SeekBar.bounds().width;
     if (button != kLeft || at.x < 0 || at.x > width || width == 0) return;
     playback_.transport->seek(static_cast<double>(at.x) / width);
+    if (!canSeek()) return;
+    draggedBar_ = static_cast<double>(at.x) / width;
+    showTimeAt(at);
+}
+
+// Dragged: the bar and the time follow the pointer, the track goes there when the button is let go.
+void FormTop::SeekBar_MouseMove(int button, Point at) {
+    if (button == kLeft && draggedBar_) {
+        const double fraction = std::clamp(static_cast<double>(at.x) / SeekBar.bounds().width, 0.0, 1.0);
+        draggedBar_.reset();
+        showBar(fraction);
+        draggedBar_ = fraction;
+    }
+    showTimeAt(at);
+}
+
+void FormTop::SeekBar_MouseUp() {
+    const double there = std::exchange(draggedBar_, std::nullopt).value_or(0);
+    if (host()) host()->showTip("", {});
+    if (canSeek()) playback_.transport->seek(there);
+}
+
+bool FormTop::canSeek() const {
+    return (state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause) && state_.TotalSeconds > 0 &&
+           SeekBar.bounds().width > 0;
+}
+
+// The time of the track at a place of the seek bar, in a tip below the bar.
+void FormTop::showTimeAt(Point at) {
+    if (!host() || !canSeek()) return;
+    const Rect& bar = SeekBar.bounds();
+    const int x = std::clamp(at.x, 0, bar.width);
+    const int seconds = RoundHalfToEven(static_cast<double>(x) / bar.width * state_.TotalSeconds);
+    host()->showTip(MinutesAndSeconds(seconds), {bar.left + x, bar.bottom()});
 }
 
 void FormTop::VolumeBar_MouseDown(int button, int shift, Point at) {
@@ -93,10 +131,21 @@ void FormTop::VolumeBar_MouseMove(int button, int, Point at) {
 
 void FormTop::setVolumePercent(int percent) { playback_.volume->setPercent(percent); }
 
-void FormTop::Form_Wheel(int notches, Point) { setVolumePercent(state_.VolumePercent + notches * kWheelStep); }
+void FormTop::Form_Wheel(int notches, Point at) {
+    if (partAt(at).kind == PartKind::SeekBar && canSeek()) {
+        playback_.transport->seekBy(notches * kWheelSeconds);
+        return;
+    }
+    setVolumePercent(state_.VolumePercent + notches * kVolumeStep);
+}
 
 void FormTop::DisplayB_MouseDown(int button) {
     if (hooks_.panelClicked) hooks_.panelClicked(button);
+}
+
+void FormTop::showView(int view) {
+    state_.ViewType = view;
+    options_.set(&Options::SpectrumShown, true);
 }
 
 // Mouse on the window.
@@ -104,6 +153,7 @@ void FormTop::DisplayB_MouseDown(int button) {
 void FormTop::Form_MouseDown(int button, int shift, Point at) {
     const TopPart part = partAt(at);
     if (part.kind == PartKind::DisplayB) return DisplayB_MouseDown(button);
+    if (button == kLeft && inEmptyRecess(at)) return options_.set(&Options::SpectrumShown, true);
     if (button == kRight) return Form_ContextMenu(at);
     if (button != kLeft) return;
     if (host() && part.kind != PartKind::None) host()->captureMouse(true);
@@ -142,11 +192,19 @@ void FormTop::beginDrag() {
 }
 
 void FormTop::Form_MouseMove(int button, int shift, Point at) {
+    const bool overBar = partAt(at).kind == PartKind::SeekBar;
     if (button != kLeft) {
         draggingVolume_ = false;
         titleHeld_.reset();
+        draggedBar_.reset();
+        if (overBar) {
+            SeekBar_MouseMove(button, Within(SeekBar.bounds(), at));
+        } else if (host()) {
+            host()->showTip("", {});
+        }
         return;
     }
+    if (draggedBar_) return SeekBar_MouseMove(button, Within(SeekBar.bounds(), at));
     if (draggingVolume_) return VolumeBar_MouseMove(button, shift, Within(VolumeBar.bounds(), at));
     if (titleHeld_ && std::max(std::abs(at.x - titleHeld_->x), std::abs(at.y - titleHeld_->y)) > kDragThreshold) {
         titleHeld_.reset();
@@ -158,6 +216,7 @@ void FormTop::Form_MouseUp(int button, int shift, Point at) {
     if (host()) host()->captureMouse(false);
     draggingVolume_ = false;
     titleHeld_.reset();
+    if (draggedBar_) SeekBar_MouseUp();
     if (!buttons_.held()) return;
     const HeldButton held = *buttons_.held();
     if (held.kind == PartKind::Column) {
@@ -174,7 +233,6 @@ void FormTop::Form_DoubleClick(int button, int shift, Point at) {
     const TopPart part = partAt(at);
     const bool onTitle = part.kind == PartKind::Label && part.index == kTitleLabel;
     if (onTitle && button == kLeft) return TitleLabel_DblClick();
-    if (part.kind == PartKind::DisplayB) return DisplayB_MouseDown(kRight);
     // For everything else the second press of a double click is a press like the first.
     Form_MouseDown(button, shift, at);
 }
@@ -186,15 +244,52 @@ std::string FormTop::Form_TooltipAt(Point at) {
         case PartKind::Column: return cmdPicture[part.index].tooltip();
         case PartKind::Command: return taskPicture[part.index].tooltip();
         case PartKind::Label: return mainLabel[part.index].tooltip();
-        case PartKind::SeekBar: return SeekBar.tooltip();
+        case PartKind::SeekBar: return canSeek() ? std::string() : SeekBar.tooltip();  // else it shows a time
         case PartKind::VolumeBar: return "音量 " + std::to_string(state_.VolumePercent) + "%";
-        default: return {};
+        default: return inEmptyRecess(at) ? "クリックで波形とスペクトルを表示" : "";
     }
+}
+
+// The place of the panel, while it is not shown.
+bool FormTop::inEmptyRecess(Point at) const {
+    return view_.hasSpectrum() && !DisplayB.visible() && DisplayB.bounds().contains(at) &&
+           partAt(at).kind == PartKind::None;
 }
 
 // Keys.
 
 void FormTop::Form_KeyDown(int key, int shift) {
+    if (!ownKey(key, shift)) playbackKey(key, shift);
+}
+
+bool FormTop::ownKey(int key, int shift) {
+    struct Key {
+        int key, shift;
+        TopCommand command;
+        int index = 0;
+    };
+    static constexpr Key kKeys[] = {{kKeyO, kControl, TopCommand::OpenFile},
+                                    {kKeyO, kControl + kShift, TopCommand::OpenFolder},
+                                    {kKeyUp, 0, TopCommand::Volume, kVolumeStep},
+                                    {kKeyDown, 0, TopCommand::Volume, -kVolumeStep},
+                                    {kKeyM, 0, TopCommand::Mute},
+                                    {kKeyRight, 0, TopCommand::Seek, kShortWay},
+                                    {kKeyLeft, 0, TopCommand::Seek, -kShortWay},
+                                    {kKeyRight, kControl, TopCommand::Seek, kLongWay},
+                                    {kKeyLeft, kControl, TopCommand::Seek, -kLongWay},
+                                    {kKeySpace, 0, TopCommand::Playback, kPauseButton},
+                                    {kKeyV, 0, TopCommand::NextView},
+                                    {kKeyV, kShift, TopCommand::NextGroup},
+                                    {kKeyF1, 0, TopCommand::Command, kHelpCommand}};
+    for (const Key& known : kKeys) {
+        if (known.key != key || known.shift != shift) continue;
+        if (buttons_.mayAct()) perform(known.command, known.index);
+        return true;
+    }
+    return false;
+}
+
+void FormTop::playbackKey(int key, int shift) {
     const bool handled = key == kKeyUp || key == kKeyDown || key == kKeyRight || key == kKeyLeft;
     Transport& transport = *playback_.transport;
     if (shift != kAlt || state_.KeyLatch || !handled || !transport.mayAct()) return;
@@ -228,6 +323,15 @@ bool FormTop::Form_AppCommand(int command) {
 }
 
 // Files.
+
+void FormTop::openFile() {
+    FileDialog dialog;
+    dialog.title = "開く";
+    dialog.filterName = "音楽ファイル";
+    dialog.filter = MediaFilter();
+    dialog.folder = FolderOf(state_.CurrentFile);
+    if (const auto file = dialogs_.openFile(dialog)) Form_FilesDropped({*file}, {});
+}
 
 void FormTop::Form_FilesDropped(const std::vector<std::string>& files, Point) {
     if (files.empty() || !MatchesMediaFilter(files.front())) return;

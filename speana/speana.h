@@ -5,10 +5,9 @@
 #include "forms/surface.h"
 #include "speana/panel_canvas.h"
 #include "speana/sound_frame.h"
+#include "state/panel_views.h"
 
 namespace quenlox {
-
-inline constexpr int kPanelGroups = 6, kPanelVariants = 10, kPanelViews = kPanelGroups * kPanelVariants;
 
 // The view after `viewType` when the panel is clicked: its next variant, or the next group from its first variant on.
 // From a number that stands for no view it goes to the first one.

@@ -21,6 +21,7 @@ class FakeFormHost : public FormHost {
     std::vector<std::string> popups;          // names of the menus
     std::function<void(const Menu&)> onPopup; // chooses an item
     Scale scale;
+    std::string tip;                          // that stands at a place
     int drags = 0;
     bool captured = false;
     Size client{300, 200};
@@ -35,6 +36,7 @@ class FakeFormHost : public FormHost {
     void setScale(Scale to) override { scale = to; }
     void invalidate(const Rect& where) override { invalidated.push_back(where); }
     void partChanged(int part, PartChange change) override { partChanges.emplace_back(part, change); }
+    void showTip(const std::string& text, Point) override { tip = text; }
     void beginDrag() override { ++drags; }
     void popup(const Menu& menu, Point) override {
         popups.push_back(menu.name);

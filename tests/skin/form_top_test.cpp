@@ -63,6 +63,7 @@ std::vector<Door> Doors() {
             top.Form_KeyUp(code, 4);
         };
     };
+    const auto tray = [](std::size_t item) { return [item](FormTop& top) { top.menuTray().items[item].click(); }; };
     const auto media = [](int code) { return [code](FormTop& top) { top.Form_AppCommand(code); }; };
     const auto spoken = [](const char* name) {
         return [name](FormTop& top) {
@@ -80,7 +81,9 @@ std::vector<Door> Doors() {
             {"previous", "media key", media(12)},      {"next", "button", button(3)},
             {"next", "panel", panel(3)},               {"next", "menu", menu("次の曲")},
             {"next", "key", key(39)},                  {"next", "media key", media(11)},
-            {"play", "key", key(38)},                  {"stop", "media key", media(13)}};
+            {"play", "key", key(38)},                  {"stop", "media key", media(13)},
+            {"play or stop", "tray", tray(2)},         {"previous", "tray", tray(4)},
+            {"next", "tray", tray(5)},                 {"pause", "key", [](FormTop& top) { top.Form_KeyDown(32, 0); }}};
 }
 
 TEST_F(FormTopTest, EveryDoorToACommandDoesWhatTheCommandDoes) {
@@ -211,6 +214,48 @@ TEST_F(FormTopTest, TheVolumeBarFollowsADragAndTheWheelStepsIt) {
     EXPECT_EQ(state.VolumePercent, 0);
 }
 
+TEST_F(FormTopTest, TheSeekBarFollowsADragAndTheTrackGoesWhereItIsLetGo) {
+    openFile("C:\\a.mp3");
+    transport->play();
+    top->Form_MouseMove(0, 0, {100, 51});
+    EXPECT_EQ(host->tip, "00:50");
+    top->Form_MouseDown(1, 0, kBarAt);
+    top->Form_MouseMove(1, 0, {75, 90});
+    EXPECT_EQ(host->tip, "00:25");
+    top->showBar(0.9);
+    EXPECT_EQ(at(74, 51), pixel(kBar));
+    EXPECT_EQ(at(76, 51), pixel(kBack)) << "the bar stays where the pointer is";
+    EXPECT_EQ(state.PositionSeconds, 0);
+    top->Form_MouseUp(1, 0, {75, 90});
+    EXPECT_EQ(state.PositionSeconds, 25);
+    EXPECT_EQ(host->tip, "");
+    top->Form_Wheel(2, kBarAt);
+    EXPECT_EQ(state.PositionSeconds, 35);
+    EXPECT_EQ(state.VolumePercent, 0);
+}
+
+TEST_F(FormTopTest, KeysOfTheMainWindowReachWhatTheMenuHas) {
+    openFile("C:\\a.mp3");
+    transport->play();
+    const struct {
+        int key, shift, position, volume;
+    } cases[] = {{39, 2, 30, 0}, {39, 0, 35, 0}, {37, 0, 30, 0}, {37, 2, 0, 0}, {37, 0, 0, 0}, {38, 0, 0, 5}, {38, 0, 0, 10},
+                 {40, 0, 0, 5},  {77, 0, 0, 0},  {77, 0, 0, 5},  {38, 1, 0, 5}, {39, 4, 0, 5}};
+    for (const auto& c : cases) {
+        top->Form_KeyDown(c.key, c.shift);
+        EXPECT_EQ(state.PositionSeconds, c.position) << c.key << " " << c.shift;
+        EXPECT_EQ(state.VolumePercent, c.volume) << c.key << " " << c.shift;
+    }
+    top->playbackKey(38, 0);
+    EXPECT_EQ(state.VolumePercent, 5) << "other windows have a use of their own for it";
+    files.add("C:\\b.mp3");
+    vbmp3.addFile("C:\\b.mp3");
+    dialogs.fileAnswers.push_back("C:\\b.mp3");
+    top->Form_KeyDown('O', 2);
+    EXPECT_EQ(state.CurrentFile, "C:\\b.mp3");
+    EXPECT_EQ(state.PlayerStatus, kPlay);
+}
+
 TEST_F(FormTopTest, AKeyLetGoWhileItsFileIsOpenedCanBePressedAgain) {
     openFile("C:\\a.mp3");
     tracks.lists[0].push_back("C:\\a.mp3");
@@ -299,14 +344,17 @@ TEST_F(FormTopTest, TheTrayIconTellsTheTitleAndWhilePlayingTheTimeWhenThePointer
     EXPECT_FALSE(shell.trayIconShown);
 }
 
-TEST_F(FormTopTest, DisplayBTellsLeftFromRightAndDoubleClicks) {
-    options.set(&Options::SpectrumShown, true);
+TEST_F(FormTopTest, TwoQuickClicksOnThePanelAreTwoAndOneOnItsEmptyPlaceShowsIt) {
+    EXPECT_NE(top->Form_TooltipAt({110, 65}), "");
+    click({110, 65});
+    EXPECT_TRUE(options->SpectrumShown);
     top->optionsChanged();
     EXPECT_TRUE(top->Timer2.enabled());
+    EXPECT_EQ(panelClicks, std::vector<int>{});
     click({110, 65});
     click({110, 65}, 2);
     top->Form_DoubleClick(1, 0, {110, 65});
-    EXPECT_EQ(panelClicks, (std::vector<int>{1, 2, 2}));
+    EXPECT_EQ(panelClicks, (std::vector<int>{1, 2, 1}));
     EXPECT_TRUE(host->popups.empty());
 }
 

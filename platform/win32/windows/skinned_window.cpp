@@ -137,18 +137,43 @@ void SkinnedWindow::makeTooltip() {
     // Without an owner: Wine does not put a window above the others that owns one which is there already.
     tooltip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0,
                                0, 0, nullptr, nullptr, nullptr, nullptr);
-    TTTOOLINFOW tool{};
-    tool.cbSize = sizeof tool;
-    tool.hwnd = handle();
-    tool.lpszText = LPSTR_TEXTCALLBACKW;
-    SendMessageW(tooltip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    TTTOOLINFOW under = toolOf(false), standing = toolOf(true);
+    under.lpszText = LPSTR_TEXTCALLBACKW;
+    for (TTTOOLINFOW* tool : {&under, &standing}) {
+        SendMessageW(tooltip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(tool));
+    }
     SendMessageW(tooltip_, TTM_SETMAXTIPWIDTH, 0, 400);
 }
 
-void SkinnedWindow::sized() {
+// Of the tip for what is under the pointer, or of the one that stands where the form wants it.
+TTTOOLINFOW SkinnedWindow::toolOf(bool standing) const {
     TTTOOLINFOW tool{};
     tool.cbSize = sizeof tool;
     tool.hwnd = handle();
+    if (!standing) return tool;
+    tool.uId = 1;
+    tool.uFlags = TTF_TRACK | TTF_ABSOLUTE;
+    return tool;
+}
+
+void SkinnedWindow::showTip(const std::string& text, Point at) {
+    const bool shown = !standingTip_.empty();
+    if (text.empty() && !shown) return;
+    standingTip_ = Wide(text);
+    TTTOOLINFOW tool = toolOf(true);
+    tool.lpszText = standingTip_.data();
+    if (!text.empty()) {
+        const Rect place = onScreen({at.x, at.y, 1, 1});
+        SendMessageW(tooltip_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+        SendMessageW(tooltip_, TTM_TRACKPOSITION, 0, MAKELPARAM(place.left, place.top + 4));
+        TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, handle(), 0};
+        TrackMouseEvent(&leave);
+    }
+    if (shown == text.empty()) SendMessageW(tooltip_, TTM_TRACKACTIVATE, !shown, reinterpret_cast<LPARAM>(&tool));
+}
+
+void SkinnedWindow::sized() {
+    TTTOOLINFOW tool = toolOf(false);
     GetClientRect(handle(), &tool.rect);
     SendMessageW(tooltip_, TTM_NEWTOOLRECTW, 0, reinterpret_cast<LPARAM>(&tool));
     const Size client = clientSize();
@@ -239,6 +264,9 @@ FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_RBUTTONDBLCLK:
         case WM_LBUTTONUP:
         case WM_RBUTTONUP: return mouse(message, w, l);
+        case WM_MOUSELEAVE:
+            if (held_ == 0) showTip("", {});
+            return 0;
         case WM_CAPTURECHANGED:
             if (reinterpret_cast<HWND>(l) != handle()) letGo();
             return 0;

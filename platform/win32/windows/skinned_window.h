@@ -19,6 +19,7 @@ class SkinnedWindow : public FormWindow {
     void setScale(Scale scale) override;
     void paint(const Rect& where) override;
     void partChanged(int part, PartChange change) override;
+    void showTip(const std::string& text, Point at) override;
     void beginDrag() override;
 
     // For assistive programs: the parts of the form, none when it has gone. An action runs after the message that
@@ -41,6 +42,7 @@ class SkinnedWindow : public FormWindow {
     void letGo();
     void applyRegion();
     void makeTooltip();
+    TTTOOLINFOW toolOf(bool standing) const;
     void relayToTooltip(UINT message, WPARAM w, LPARAM l);
     bool isTrayEvent(WPARAM w, LPARAM l) const;
 
@@ -51,6 +53,7 @@ class SkinnedWindow : public FormWindow {
     HWND tooltip_ = nullptr;
     AccessiblePointer accessible_;  // made when an assistive program asks for it
     std::wstring tip_;
+    std::wstring standingTip_;  // of showTip; empty while there is none
 };
 
 }  // namespace quenlox::win32
