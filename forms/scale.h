@@ -39,8 +39,9 @@ class Scale {
     // From the screen.
     int in(int pixel) const { return Floor(pixel * 200 + 100, 2 * percent_); }  // the one that its middle lies in
     Point in(Point pixel) const { return {in(pixel.x), in(pixel.y)}; }
-    Size in(Size size) const { return {Floor(size.width * 200 + percent_, 2 * percent_),
-                                       Floor(size.height * 200 + percent_, 2 * percent_)}; }
+    Size in(Size size) const {
+        return {Floor(size.width * 200 + percent_, 2 * percent_), Floor(size.height * 200 + percent_, 2 * percent_)};
+    }
     // All of the skin that `r` shows a part of.
     Rect behind(const Rect& r) const {
         const int left = Floor(r.left * 100, percent_), top = Floor(r.top * 100, percent_);

@@ -62,7 +62,8 @@ std::vector<Cover> CoversOf(int from, int count, int corner, int length, Surface
     for (int i = 0; i < count; ++i) {
         Cover& cover = all[static_cast<std::size_t>(i)];
         // In parts of which a source pixel has `numerator` and a target pixel `denominator`.
-        const std::int64_t begin = (std::int64_t{from} + i) * ratio.denominator - std::int64_t{corner} * ratio.numerator;
+        const std::int64_t begin =
+            (std::int64_t{from} + i) * ratio.denominator - std::int64_t{corner} * ratio.numerator;
         const std::int64_t end = begin + ratio.denominator;
         const auto share = [&](std::int64_t at) {
             return static_cast<int>((at - begin) * kFullWeight / ratio.denominator);
@@ -101,9 +102,8 @@ void Surface::fillRect(const Rect& where, Color color) {
 
 void Surface::copy(const Surface& source, const Rect& part, Point to) {
     const Rect inSource = Intersect(part, source.rect());
-    const Rect target =
-        Intersect({to.x + inSource.left - part.left, to.y + inSource.top - part.top, inSource.width, inSource.height},
-                  rect());
+    const Rect target = Intersect(
+        {to.x + inSource.left - part.left, to.y + inSource.top - part.top, inSource.width, inSource.height}, rect());
     if (target.empty()) return;
     const int sourceLeft = part.left + target.left - to.x;
     const int sourceTop = part.top + target.top - to.y;
@@ -201,7 +201,8 @@ void Surface::enlarge(const Surface& source, Point corner, Ratio ratio, const Re
             if (columns.count == 0) continue;
             std::uint64_t sum = 0;
             for (int i = 0; i < columns.count; ++i) {
-                sum += columns.weights[static_cast<std::size_t>(i)] * row[static_cast<std::size_t>(columns.first - first + i)];
+                sum += columns.weights[static_cast<std::size_t>(i)] *
+                       row[static_cast<std::size_t>(columns.first - first + i)];
             }
             const int inside = (kFullWeight - columns.beside) * (kFullWeight - rows.beside);
             sum += static_cast<std::uint64_t>(kFullWeight * kFullWeight - inside) * Spread(pixel[x]);

@@ -9,6 +9,7 @@
 #include "playback/play_state_monitor.h"
 #include "playback/transport.h"
 #include "playback/volume_control.h"
+#include "skin/skin_report.h"
 #include "text/paths.h"
 #include "text/strings.h"
 
@@ -162,6 +163,19 @@ void FormTop::skinName_Click(int index) {
     }
 }
 
+// For authors: the package as it is on the disk now, and folders that have come.
+void FormTop::reloadSkin() {
+    ListSkins();
+    if (load(state_.CurrentSkinFile)) show();
+}
+
+void FormTop::checkSkin() {
+    constexpr int kMostNotes = 20;
+    const SkinNotes notes = CheckSkin(files_, state_.CurrentSkinFile);
+    dialogs_.message(ReportOf(notes, kMostNotes), notes.empty() ? MessageIcon::Information : MessageIcon::Warning,
+                     "スキンの点検 - " + folderNameOfSkin());
+}
+
 // False when there was too little memory for it: everything is as it was.
 bool FormTop::load(const std::string& skinFile) {
     SplitValues values = splitValues_;
@@ -286,6 +300,8 @@ void FormTop::perform(TopCommand command, int index) {
         case TopCommand::AlwaysOnTop: setAlwaysOnTop(!alwaysOnTop_); break;
         case TopCommand::OperationPanel: options_.set(&Options::OperationPanel, !options_->OperationPanel); break;
         case TopCommand::Skin: skinName_Click(index); break;
+        case TopCommand::ReloadSkin: reloadSkin(); break;
+        case TopCommand::CheckSkin: checkSkin(); break;
         case TopCommand::TitleAnimation: options_.set(&Options::TitleAnimation, !options_->TitleAnimation); break;
         case TopCommand::Spectrum: options_.set(&Options::SpectrumShown, !options_->SpectrumShown); break;
         case TopCommand::Equalizer: toggleWindow(windows_.equalizer); break;

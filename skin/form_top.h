@@ -158,6 +158,8 @@ class FormTop : public Form, public TopControls, public MainDisplay, public Main
   private:
     bool load(const std::string& skinFile);
     void takeOver(PreparedSkin skin);
+    void reloadSkin();
+    void checkSkin();
     void tellSkin();
     SkinView::Look look() const;
     Scale wantedScale() const;

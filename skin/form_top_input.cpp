@@ -18,9 +18,9 @@ namespace {
 
 using PartKind = TopPart::Kind;
 
-constexpr int kLeft = 1, kRight = 2;  // mouse buttons
-constexpr int kDragThreshold = 3;     // pixels that the pointer moves before the title drags the window
-constexpr int kWheelSeconds = 5;      // of one notch over the seek bar
+constexpr int kLeft = 1, kRight = 2;         // mouse buttons
+constexpr int kDragThreshold = 3;            // pixels that the pointer moves before the title drags the window
+constexpr int kWheelSeconds = 5;             // of one notch over the seek bar
 constexpr int kShortWay = 5, kLongWay = 30;  // seconds that a key goes
 
 enum AppCommand : int {
@@ -280,7 +280,8 @@ bool FormTop::ownKey(int key, int shift) {
                                     {kKeySpace, 0, TopCommand::Playback, kPauseButton},
                                     {kKeyV, 0, TopCommand::NextView},
                                     {kKeyV, kShift, TopCommand::NextGroup},
-                                    {kKeyF1, 0, TopCommand::Command, kHelpCommand}};
+                                    {kKeyF1, 0, TopCommand::Command, kHelpCommand},
+                                    {kKeyF5, 0, TopCommand::ReloadSkin}};
     for (const Key& known : kKeys) {
         if (known.key != key || known.shift != shift) continue;
         if (buttons_.mayAct()) perform(known.command, known.index);

@@ -15,6 +15,7 @@
 #include "forms/surface.h"
 #include "forms/window_host.h"
 #include "platform/file_system.h"
+#include "skin/skin_notes.h"
 #include "text/ini_document.h"
 #include "text/numbers.h"
 
@@ -89,13 +90,15 @@ struct SkinDefinition {
     bool regionFileMissing = false;
 };
 
-// Reads the texts of the definition file. `values` is the store that all lists share: a list with fewer fields than its
+// Reads the texts of the definition file; what had to be passed over or changed is told to `notes`, if there are any,
+// whose file is left empty. `values` is the store that all lists share: a list with fewer fields than its
 // key needs takes the others from what was read before it.
-SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values);
+SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values, SkinNotes* notes = nullptr);
 
 // Reads a whole package, its pictures for that scale. `definitionFile` is the full path; a file that cannot be read
 // counts as empty.
-SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values, Scale scale = {});
+SkinDefinition ReadSkin(FileSystem& files, const std::string& definitionFile, SplitValues& values, Scale scale = {},
+                        SkinNotes* notes = nullptr);
 
 // The set of pictures that is shown at a scale: the coarsest that is fine enough, else the finest. `finer` are those
 // beside the first, from the coarsest.

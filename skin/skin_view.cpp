@@ -314,7 +314,8 @@ void SkinView::put(const FinePicture& picture, const Rect& where) {
 // The pixel that stands at a place of the pictures.
 Surface::Pixel SkinView::pixelOf(const FinePicture& picture, Point at) const {
     const auto& [pixels, fineness, corner] = picture;
-    return pixels.at(at.x * fineness / fineness_ - corner.x * fineness, at.y * fineness / fineness_ - corner.y * fineness);
+    return pixels.at(at.x * fineness / fineness_ - corner.x * fineness,
+                     at.y * fineness / fineness_ - corner.y * fineness);
 }
 
 void SkinView::drawPictures(const Rect& where) {

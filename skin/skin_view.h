@@ -1,7 +1,7 @@
 // What the main window looks like: the pictures of the skin, and over the background the controls that lie in the part
-// that has changed. Pictures are put together at their own resolution and brought to that of the screen; letters, lyrics
-// and figures are drawn there. Places are the skin's, what is drawn on and told to be repainted the screen's. Reads the
-// controls, never acts for them. On the user-interface thread.
+// that has changed. Pictures are put together at their own resolution and brought to that of the screen; letters,
+// lyrics and figures are drawn there. Places are the skin's, what is drawn on and told to be repainted the screen's.
+// Reads the controls, never acts for them. On the user-interface thread.
 #pragma once
 
 #include <array>
@@ -49,7 +49,9 @@ class SkinView {
 
     void setBar(double fraction);  // filled part of the seek bar
     double bar() const { return bar_; }
-    int filledWidth() const { return RoundHalfToEven(bar_ * controls_.SeekBar.bounds().width * fineness_); }  // of its picture
+    int filledWidth() const {
+        return RoundHalfToEven(bar_ * controls_.SeekBar.bounds().width * fineness_);
+    }  // of its picture
     void setVolume(int percent);
     void setFigures(const std::string& text);  // of display C
     const std::string& figures() const { return figures_; }
@@ -79,8 +81,8 @@ class SkinView {
     bool markStale(const Rect& where);
     void compose(Rect where);
     Surface& pictures() { return scale_.percent() == 100 * fineness_ ? composed_ : pictures_; }
-    // A picture that has `fineness` pixels for one of the skin, with its corner at a place of the skin. One that the skin
-    // lacks is of another skin, and may be of another set.
+    // A picture that has `fineness` pixels for one of the skin, with its corner at a place of the skin. One that the
+    // skin lacks is of another skin, and may be of another set.
     struct FinePicture {
         const Surface& pixels;
         int fineness;
@@ -108,8 +110,8 @@ class SkinView {
     bool placing_ = false;  // a skin is being put in place: it is drawn as a whole at the end
     double twips_ = 15;     // that the type of the labels is made for
     Scale scale_;
-    Size size_;             // of the skin
-    int fineness_ = 1;      // pixels of a picture for one of the skin
+    Size size_;         // of the skin
+    int fineness_ = 1;  // pixels of a picture for one of the skin
     std::vector<int> finer_;
     Color background_;
     Surface back_;

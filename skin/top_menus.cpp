@@ -45,6 +45,9 @@ MenuItem Skins(const Builder& build, const MainMenuFacts& facts) {
     };
     add("default", "Default");
     for (const std::string& folder : facts.skins) add(folder, ReplaceAll(folder, "&", "&&"));
+    items.push_back(MenuSeparator());
+    items.push_back(build.item("スキンを読み直す(&R)\tF5", TopCommand::ReloadSkin));
+    items.push_back(build.item("スキンを点検(&K)...", TopCommand::CheckSkin));
     return SubMenu("スキンの変更(&S)", std::move(items));
 }
 

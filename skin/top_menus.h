@@ -16,6 +16,8 @@ enum class TopCommand {
     AlwaysOnTop,
     OperationPanel,
     Skin,  // index 0: the default skin, then those of the list
+    ReloadSkin,
+    CheckSkin,
     TitleAnimation,
     Spectrum,
     Equalizer,

@@ -142,6 +142,20 @@ std::vector<std::string> IniDocument::keys(std::string_view section) const {
     return names;
 }
 
+std::vector<IniDocument::Entry> IniDocument::entries() const {
+    std::vector<Entry> all;
+    int number = 0;
+    for (const Section& section : sections_) {
+        if (&section != &sections_.front()) all.push_back({++number, section.name, {}, true});
+        for (const Line& line : section.lines) {
+            ++number;
+            const std::string_view content = TrimSpace(line.raw);
+            if (!content.empty() && content.front() != ';') all.push_back({number, section.name, line.key, false});
+        }
+    }
+    return all;
+}
+
 std::string IniDocument::serialise() const {
     std::string text;
     for (const Section& section : sections_) {

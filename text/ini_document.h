@@ -31,6 +31,15 @@ class IniDocument {
     std::vector<std::string> sections() const;
     std::vector<std::string> keys(std::string_view section) const;
 
+    // Every line that is neither blank nor a comment, in order. Of one that begins a section, and of one that is no key,
+    // `key` is empty.
+    struct Entry {
+        int line;  // from 1
+        std::string section, key;
+        bool header;
+    };
+    std::vector<Entry> entries() const;
+
     // Lines end with CR LF. Shift-JIS, and UTF-16LE with its mark when a character does not fit that: the wide profile
     // calls of Windows read both.
     std::string serialise() const;

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Checks that what docs/architecture.md says of places is true: every `Name` in `file` stands in that file, and every path
-exists. Prints what is wrong and ends with 1, or how many places there are."""
+exists; and that the example of docs/skins.md is what ships. Prints what is wrong and ends with 1, or how many places there
+are."""
 
 import pathlib
 import re
@@ -25,6 +26,9 @@ def main():
         places += 1
         if not path.startswith("build/") and not list(ROOT.glob(path.rstrip("/"))):
             wrong.append(f"there is no {path}")
+    example = (ROOT / "skins/hakuji/package/hakuji.tsk").read_text()
+    if "".join("    " + line if line.strip() else "\n" for line in example.splitlines(True)) not in (ROOT / "docs/skins.md").read_text():
+        wrong.append("the example of docs/skins.md is not skins/hakuji/package/hakuji.tsk")
     print("\n".join(wrong) if wrong else f"{places} places")
     sys.exit(1 if wrong or places == 0 else 0)
 

@@ -222,7 +222,7 @@ TEST_F(LoadSkin, TheMenuListsEveryFolderButTheDefaultAndLoadsWhatIsChosen) {
     Menu menu = top->menuMain();
     auto& skins = menu.items[2];
     EXPECT_EQ(skins.caption, "スキンの変更(&S)");
-    ASSERT_EQ(skins.items.size(), 3u);
+    ASSERT_EQ(skins.items.size(), 6u);
     EXPECT_EQ(skins.items[1].caption, "Default2");
     EXPECT_EQ(skins.items[2].caption, "R&&B") << "no letter to press";
     skins.items[1].click();

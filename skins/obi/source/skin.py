@@ -18,9 +18,9 @@ LABELS = (
     (172, 17, 92, 27, 19, *LIGHT),
     (228, 47, 36, 13, 9, *SOFT),
     (172, 47, 50, 13, 9, *LIGHT),
-    (672, 54, 62, 13, 9, *SOFT),
+    (676, 54, 62, 13, 9, *SOFT),
     ABSENT,
-    (672, 39, 62, 13, 9, *SOFT),
+    (676, 39, 62, 13, 9, *LIGHT),
     ABSENT,
 )
 LYRICS = LYRICS_BACK = DISPLAY_C = None
