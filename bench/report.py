@@ -148,7 +148,8 @@ def skin():
     return rows_of(google("skin_bench"), (
         ("LoadSkin/default", "package read and applied: default", ""), ("LoadSkin/hakuji", "the same, hakuji", ""), ("LoadSkin/obi", "the same, obi", ""),
         ("ComposeAll/default", "whole window composed: default", ""), ("ComposeAll/hakuji", "the same, hakuji", ""),
-        ("TitleTick", "one tick of the running title", ""), ("PanelTick", "one tick of the panel, without its drawing", ""),
+        ("ComposeAll/fine", "the same, default at 2×", "1 ms"), ("PanelTick/twice", "one tick of the panel at 2×", "1 ms"),
+        ("TitleTick", "one tick of the running title", ""), ("PanelTick/once", "one tick of the panel, without its drawing", ""),
         ("SecondOfPlaying", "one second of playing: time and bar", "")))
 
 

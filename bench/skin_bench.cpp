@@ -37,7 +37,8 @@ struct Bench {
     SplitValues values;
     FormTop top{state, options, files, dialogs, shell, painter, values};
 
-    explicit Bench(const std::string& skin) {
+    explicit Bench(const std::string& skin, int zoom = 100) {
+        options.set(&Options::SkinZoom, zoom);
         files.add("C:\\Quenlox\\Quenlox.ini", "");
         for (const auto& entry :
              std::filesystem::directory_iterator(QUENLOX_SOURCE_DIR "/skins/" + skin + "/package")) {
@@ -66,8 +67,8 @@ void LoadSkin(benchmark::State& run, const char* skin) {
     }
 }
 
-void ComposeAll(benchmark::State& run, const char* skin) {
-    Bench bench(skin);
+void ComposeAll(benchmark::State& run, const char* skin, int zoom) {
+    Bench bench(skin, zoom);
     for (auto _ : run) {
         bench.top.refreshDisplay();
         benchmark::DoNotOptimize(bench.top.picture());
@@ -84,8 +85,8 @@ void TitleTick(benchmark::State& run) {
     }
 }
 
-void PanelTick(benchmark::State& run) {
-    Bench bench("default");
+void PanelTick(benchmark::State& run, int zoom) {
+    Bench bench("default", zoom);
     for (auto _ : run) {
         bench.top.DisplayB.surface().fill({9, 9, 9});
         bench.top.DisplayB.refresh();
@@ -109,10 +110,13 @@ void SecondOfPlaying(benchmark::State& run) {
 BENCHMARK_CAPTURE(LoadSkin, default, "default")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LoadSkin, hakuji, "hakuji")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LoadSkin, obi, "obi")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ComposeAll, default, "default")->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(ComposeAll, hakuji, "hakuji")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(ComposeAll, default, "default", 100)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(ComposeAll, fine, "default", 200)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(ComposeAll, between, "default", 150)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(ComposeAll, hakuji, "hakuji", 100)->Unit(benchmark::kMicrosecond);
 BENCHMARK(TitleTick)->Unit(benchmark::kMicrosecond);
-BENCHMARK(PanelTick)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(PanelTick, once, 100)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(PanelTick, twice, 200)->Unit(benchmark::kMicrosecond);
 BENCHMARK(SecondOfPlaying)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 Starts build/quenlox under Wine, plays the demonstration tune, opens every window and writes docs/pictures/*.png: each skin
 in its own outline on transparent ground, each window as large as it is, the main window with numbered parts for the
-guide, and all views of the panel on one sheet. With names only those groups are taken: skins, parts, menu, list, lyrics,
+guide, and all views of the panel on one sheet. With names only those groups are taken: skins, fine, parts, menu, list, lyrics,
 equalizer, options, tag, convert, about, panel, views. Needs what tests/wine needs.
 """
 
@@ -143,6 +143,13 @@ def skins(s, tracks):
         stage.seek(24.6)
         save(f"skin-{skin}", stage.shaped())
         stage.close()
+
+
+def fine(s, tracks):
+    stage = Stage(s, tracks, scale=2)
+    stage.seek(24.6)
+    save("main-2x", stage.shaped())
+    stage.close()
 
 
 def parts(s, tracks):
@@ -310,7 +317,7 @@ def views(s, tracks):
     stage.close()
 
 
-GROUPS = {"skins": skins, "parts": parts, "menu": menu, "list": playlist, "lyrics": lyrics, "equalizer": equalizer, "options": options,
+GROUPS = {"skins": skins, "fine": fine, "parts": parts, "menu": menu, "list": playlist, "lyrics": lyrics, "equalizer": equalizer, "options": options,
           "tag": tag, "convert": convert, "about": about, "panel": panel_mode, "views": views}
 
 

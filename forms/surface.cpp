@@ -171,9 +171,32 @@ void Surface::stretchSmoothly(const Surface& source, const Rect& part) {
     }
 }
 
+// Whole ratios: each pixel a square of so many.
+void Surface::repeat(const Surface& source, Point corner, int times, const Rect& where) {
+    const Rect covered{corner.x * times, corner.y * times, source.width_ * times, source.height_ * times};
+    const Rect target = Intersect(where, covered);
+    if (times == 1) {
+        return copy(source, {target.left - corner.x, target.top - corner.y, target.width, target.height},
+                    {target.left, target.top});
+    }
+    for (int y = target.top; y < target.bottom(); ++y) {
+        Pixel* pixel = pixels_.data() + index(target.left, y);
+        if (y > target.top && y % times != 0) {
+            std::copy_n(pixel - width_, target.width, pixel);
+            continue;
+        }
+        const Pixel* from = source.pixels_.data() + source.index(target.left / times - corner.x, y / times - corner.y);
+        for (int x = 0, step = target.left % times; x < target.width; ++x) {
+            pixel[x] = *from;
+            if (++step == times) step = 0, ++from;
+        }
+    }
+}
+
 void Surface::enlarge(const Surface& source, Point corner, Ratio ratio, const Rect& where) {
     const Rect target = Intersect(where, rect());
     if (target.empty() || source.empty()) return;
+    if (ratio.denominator == 1) return repeat(source, corner, ratio.numerator, target);
     const std::vector<Cover> across = CoversOf(target.left, target.width, corner.x, source.width_, ratio),
                              down = CoversOf(target.top, target.height, corner.y, source.height_, ratio);
     const int first = across.front().first;

@@ -63,6 +63,7 @@ class Surface {
     bool operator==(const Surface&) const = default;
 
   private:
+    void repeat(const Surface& source, Point corner, int times, const Rect& where);
     std::size_t index(int x, int y) const { return static_cast<std::size_t>(y) * width_ + x; }
 
     int width_ = 0;

@@ -1,6 +1,7 @@
 #include "skin/skin_view.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace quenlox {
@@ -284,10 +285,16 @@ void SkinView::compose(Rect where) {
     }
     drawPictures(scale_.behind(where));
     if (&pictures() == &pictures_) {
-        composed_.enlarge(pictures_, {}, {scale_.percent(), 100 * fineness_}, where);
+        composed_.enlarge(pictures_, {}, ratioTo(fineness_), where);
     }
     drawScreens(where);
     drawLabels(where);
+}
+
+// From a picture with so many pixels for one of the skin to the screen.
+Surface::Ratio SkinView::ratioTo(int fineness) const {
+    const int divisor = std::gcd(scale_.percent(), 100 * fineness);
+    return {scale_.percent() / divisor, 100 * fineness / divisor};
 }
 
 // A place of the skin on its pictures.
@@ -351,8 +358,7 @@ void SkinView::drawScreens(const Rect& where) {
     const PictureBox &lyrics = controls_.LyricsPicture, &panel = controls_.DisplayB;
     if (touched(lyrics)) composed_.copy(lyrics.surface(), Corner(scale_.out(lyrics.bounds())));
     if (touched(panel)) {
-        composed_.enlarge(panel.surface(), Corner(panel.bounds()), {scale_.percent(), 100},
-                          scale_.covering(panel.bounds()));
+        composed_.enlarge(panel.surface(), Corner(panel.bounds()), ratioTo(1), scale_.covering(panel.bounds()));
     }
     if (touched(controls_.DisplayC)) drawFigures();
     if (touched(controls_.DisplayD)) drawLevel();
@@ -396,8 +402,8 @@ void SkinView::drawLevel() {
     const int top = RoundHalfToEven(place.height * levelFineness_ * (1 - loud));
     const Rect shown = scale_.out(place);
     composed_.fillRect(shown, controls_.DisplayD.backColor());
-    composed_.enlarge(level_, {place.left * levelFineness_, place.top * levelFineness_ + top},
-                      {scale_.percent(), 100 * levelFineness_}, shown);
+    composed_.enlarge(level_, {place.left * levelFineness_, place.top * levelFineness_ + top}, ratioTo(levelFineness_),
+                      shown);
 }
 
 void SkinView::drawLabels(const Rect& where) {

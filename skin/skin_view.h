@@ -91,6 +91,7 @@ class SkinView {
     static FinePicture pictureOf(const PictureBox& box, Point at);
     void put(const FinePicture& picture, const Rect& where);
     Surface::Pixel pixelOf(const FinePicture& picture, Point at) const;
+    Surface::Ratio ratioTo(int fineness) const;
     Rect finely(const Rect& r) const;
     void drawPictures(const Rect& where);
     void drawHeld(const Rect& where);
