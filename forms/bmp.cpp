@@ -231,6 +231,14 @@ std::optional<Surface> ReadBmp(std::string_view bytes, std::int64_t mostPixels) 
     return ReadPixels(in, *header);
 }
 
+std::optional<Surface> ReadBmpOpacity(std::string_view bytes, std::int64_t mostPixels) {
+    const Bytes in(bytes);
+    std::optional<Header> header = ReadHeader(in);
+    if (!header || header->bits != 32 || std::int64_t{header->width} * header->height > mostPixels) return std::nullopt;
+    header->masks.fill(0xFF000000);
+    return ReadPixels(in, *header);
+}
+
 std::optional<Surface> ReadBmpThinned(std::string_view bytes, std::int64_t mostPixels) {
     const Bytes in(bytes);
     std::optional<Header> header = ReadHeader(in);

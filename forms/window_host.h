@@ -14,6 +14,7 @@ namespace quenlox {
 
 class Control;
 class Form;
+class Surface;
 struct Menu;
 enum class Property;
 enum class PartChange { Name, Value, State, All };  // of an accessible part; All: there are other parts
@@ -33,6 +34,9 @@ class FormHost {
     virtual void controlChanged(Control& control, Property property) = 0;
     virtual void controlRemoved(Control& control) = 0;
     virtual void setRegion(const Region& region) = 0;      // an empty one leaves nothing of the window
+    // Skinned forms: how opaque each pixel of the picture is, 0 to 255 in every channel; it is looked at with every
+    // repaint, and has the picture's size. Null: the region alone makes the outline.
+    virtual void setOpacity(const Surface* opacity) { (void)opacity; }
     virtual void setScale(Scale scale) = 0;                // skinned forms: pixels of the screen for one of the form
     // Pixels of the form, of a skinned one those of its picture, repainted with the next pass. A skinned form says
     // itself what it has drawn anew.

@@ -207,7 +207,10 @@ void FormTop::takeOver(PreparedSkin skin) {
     state_.SkinLacksLyricsArea = !skin.definition.lyrics;
     view_.takeOver(std::move(skin), look());
     view_.setVolume(state_.VolumePercent);
-    if (host()) host()->setScale(scale);
+    if (host()) {
+        host()->setOpacity(view_.opacity());
+        host()->setScale(scale);
+    }
     setSize(PixelsToTwips(size.width, twips().x), PixelsToTwips(size.height, twips().y));
     if (region && host()) host()->setRegion(*region);
     formChanged(FormProperty::Picture);
@@ -257,7 +260,10 @@ void FormTop::followScale() {
     } catch (const std::exception&) {
         return;  // too little memory for it
     }
-    if (host()) host()->setScale(scale);
+    if (host()) {
+        host()->setOpacity(view_.opacity());
+        host()->setScale(scale);
+    }
     if (hooks_.updateLyrics) hooks_.updateLyrics();
 }
 

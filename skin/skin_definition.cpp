@@ -162,6 +162,7 @@ SkinDefinition ReadDefinition(const IniDocument& file, SplitValues& values, Skin
     list.read("Main", "RGB", "0,0,0", 3);
     skin.background = list.color(1);
     skin.box = list.integer("Main", "Box") == 1;
+    skin.alpha = list.integer("Main", "Alpha") == 1;
 
     for (int n = 0; n < kLabelCount; ++n) {
         list.read("Label", Lettered("Label", n), "-1,0,0,0,0,0,0,0", 8);
@@ -218,6 +219,11 @@ class PictureReader {
     bool read(SkinDefinition& skin) {
         wanted_ = true;
         skin.back = picture("main_back", kMostWindowPixels);
+        if (skin.alpha) {
+            read_ = ReadBmpOpacity;
+            skin.opacity = picture("main_back", kMostWindowPixels);
+            read_ = ReadBmp;
+        }
         skin.barPicture = part("main_bar", kMostBarPixels, !skin.barHidden);
         skin.volumePicture = part("main_vol", kMostBarPixels, !skin.volumeHidden);
         skin.levelPicture = part("main_level", kMostBarPixels, false);
@@ -240,10 +246,11 @@ class PictureReader {
 
     std::optional<Surface> file(const std::string& name, int mostPixels) const {
         const auto bytes = files_.read(folder_ + name + ".bmp", kBmpHeaders + sizeof(Surface::Pixel) * mostPixels);
-        std::optional<Surface> read = bytes ? ReadBmp(*bytes, mostPixels) : std::nullopt;
+        std::optional<Surface> read = bytes ? read_(*bytes, mostPixels) : std::nullopt;
         if (read || !notes_) return read;
         if (files_.fileExists(folder_ + name + ".bmp")) {
-            tell(name, "読めないか、大きすぎる画像です");
+            tell(name,
+                 read_ == ReadBmp ? "読めないか、大きすぎる画像です" : "32ビットの画像ではないのでAlphaは効きません");
         } else if (wanted_) {
             tell(name, "ありません");
         }
@@ -279,6 +286,7 @@ class PictureReader {
     std::string folder_;
     int fineness_;
     SkinNotes* notes_;
+    std::optional<Surface> (*read_)(std::string_view, std::int64_t) = ReadBmp;
     bool wanted_ = true;  // the picture that is being read has a place
     int left_ = kMostPartPixels;
     bool tooLarge_ = false;

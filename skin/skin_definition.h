@@ -67,6 +67,7 @@ struct SkinDefinition {
     Size size;  // each side 1 or more
     Color background;
     bool box = false;
+    bool alpha = false;  // the edges of the window are soft
     std::array<std::optional<Text>, kLabelCount> labels;
     std::optional<LyricsArea> lyrics;
     std::array<std::optional<Point>, kButtonCount> buttons, commands;
@@ -81,6 +82,7 @@ struct SkinDefinition {
     int fineness = 1;                  // pixels of a picture for one of the window, 1 to kFinest
     std::vector<int> finer;            // the sets that the package has beside the first, from the coarsest
     // A picture that is missing, damaged or too large has no value.
+    std::optional<Surface> opacity;  // of the background, as ReadBmpOpacity; only with `alpha`
     std::optional<Surface> back, barPicture, volumePicture, panel;
     std::optional<Surface> levelPicture;  // or, without one of its own, that of the volume bar
     std::array<ButtonPictures, kButtonCount> buttonPictures, commandPictures;

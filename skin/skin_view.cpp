@@ -24,13 +24,14 @@ SkinView::SkinView(Form& form, TopControls& controls, TextPainter& painter)
 void SkinView::makeRoomFor(const PreparedSkin& skin) {
     const SkinDefinition& definition = skin.definition;
     const Rect lyrics = definition.lyrics ? definition.lyrics->bounds : Rect{};
-    makeRoom(definition.size, lyrics, skin.scale, definition.fineness);
+    makeRoom(definition.size, lyrics, skin.scale, definition.fineness, definition.opacity.has_value());
 }
 
 // What was drawn before keeps its room and its pixels.
-void SkinView::makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness) {
+void SkinView::makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness, bool soft) {
     composed_.reserve(Area(scale.out(window)));
     if (scale.percent() != 100 * fineness) pictures_.reserve(Area({window.width * fineness, window.height * fineness}));
+    if (soft) opacity_.reserve(Area(scale.out(window)));
     const Rect shown = scale.out(lyrics);
     controls_.LyricsPicture.surface().reserve(Area({shown.width, shown.height}));
 }
@@ -45,6 +46,7 @@ void SkinView::takeOver(PreparedSkin skin, const Look& look) {
     size_ = definition.size;
     fineness_ = definition.fineness;
     finer_ = std::move(definition.finer);
+    softShape_ = definition.opacity ? std::move(*definition.opacity) : Surface();
     background_ = definition.background;
     placeTexts(skin);
     placeButtons(definition);
@@ -62,6 +64,8 @@ void SkinView::makeSurfaces() {
     const Size shown = scale_.out(size_);
     composed_.resize(shown.width, shown.height);
     if (&pictures() == &pictures_) pictures_.resize(size_.width * fineness_, size_.height * fineness_);
+    opacity_.resize(softShape_.empty() ? 0 : shown.width, softShape_.empty() ? 0 : shown.height);
+    opacity_.enlarge(softShape_, {}, ratioTo(fineness_), opacity_.rect());
     PictureBox& lyrics = controls_.LyricsPicture;
     const Rect area = scale_.out(lyrics.bounds());
     if (lyrics.visible()) lyrics.surface().resize(area.width, area.height, lyrics.backColor());
@@ -69,7 +73,7 @@ void SkinView::makeSurfaces() {
 }
 
 void SkinView::setScale(Scale scale) {
-    makeRoom(size_, controls_.LyricsPicture.bounds(), scale, fineness_);
+    makeRoom(size_, controls_.LyricsPicture.bounds(), scale, fineness_, !softShape_.empty());
     scale_ = scale;
     makeSurfaces();
     repaintAll();

@@ -67,6 +67,7 @@ class SkinView {
     void repaint(const Rect& where);  // of the skin
     void repaintAll();
     const Surface& picture();  // brought up to date
+    const Surface* opacity() const { return opacity_.empty() ? nullptr : &opacity_; }  // of its pixels; null: all
 
   private:
     void placeTexts(const PreparedSkin& skin);
@@ -76,7 +77,7 @@ class SkinView {
     void takePictures(SkinDefinition& skin);
     void showParts();
     void animate(const Rect& where);
-    void makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness);
+    void makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness, bool soft);
     void makeSurfaces();
     bool markStale(const Rect& where);
     void compose(Rect where);
@@ -115,6 +116,8 @@ class SkinView {
     int fineness_ = 1;  // pixels of a picture for one of the skin
     std::vector<int> finer_;
     Color background_;
+    Surface softShape_;  // how opaque the pixels of the background are; empty: all
+    Surface opacity_;    // the same on the screen
     Surface back_;
     int backFineness_ = 1;
     Surface level_;  // display D at full volume

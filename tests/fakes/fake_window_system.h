@@ -21,6 +21,7 @@ class FakeFormHost : public FormHost {
     std::vector<std::string> popups;          // names of the menus
     std::function<void(const Menu&)> onPopup; // chooses an item
     Scale scale;
+    const Surface* opacity = nullptr;
     std::string tip;                          // that stands at a place
     int drags = 0;
     bool captured = false;
@@ -33,6 +34,7 @@ class FakeFormHost : public FormHost {
     }
     void controlRemoved(Control&) override {}
     void setRegion(const Region& region) override { regions.push_back(region); }
+    void setOpacity(const Surface* to) override { opacity = to; }
     void setScale(Scale to) override { scale = to; }
     void invalidate(const Rect& where) override { invalidated.push_back(where); }
     void partChanged(int part, PartChange change) override { partChanges.emplace_back(part, change); }

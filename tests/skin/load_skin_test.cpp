@@ -160,6 +160,28 @@ TEST_F(LoadSkin, FinerPicturesAreShownWhereTheScreenIsFineEnough) {
     EXPECT_EQ(top->cmdPicture[1].bounds(), (Rect{1, 1, 8, 8}));
 }
 
+TEST_F(LoadSkin, ABackgroundWithAlphaGivesTheWindowSoftEdges) {
+    std::string bytes = BmpOf(Surface(200, 100, kBack));  // made into one of 32 bits, half transparent but for its last row
+    bytes[28] = 32;
+    bytes.resize(54);
+    for (int i = 0; i < 200 * 100; ++i) bytes += std::string("\x1E\x14\x0A") + (i < 200 ? '\xFF' : '\x80');
+    const std::string folder = kFolder;
+    files.add(folder + "default.tsk", ReplaceAll(kDefinition, "Box=1", "Box=1\nAlpha=1"));
+    load();
+    EXPECT_EQ(host->opacity, nullptr) << "24 bits have none";
+    files.add(folder + "main_back.bmp", bytes);
+    options.set(&Options::SkinZoom, 200);
+    load();
+    ASSERT_NE(host->opacity, nullptr);
+    EXPECT_EQ(host->opacity->rect(), top->picture()->rect());
+    EXPECT_EQ(host->opacity->at(399, 197), pixel({0x80, 0x80, 0x80}));
+    EXPECT_EQ(host->opacity->at(399, 198), pixel({0xFF, 0xFF, 0xFF}));
+    EXPECT_EQ(at(399, 199), pixel(kBack));
+    addPackage("C:\\Quenlox\\skin\\x\\", "x", "[Main]\nVer=4\nBox=1\nSize=70,70\n");
+    top->LoadSkin(kOther);
+    EXPECT_EQ(host->opacity, nullptr);
+}
+
 TEST_F(LoadSkin, WithoutAChoiceTheResolutionOfTheMonitorDecides) {
     host->twips = {10, 10};
     load();

@@ -75,6 +75,7 @@ Size SkinnedWindow::formSize(Size window) const {
 void SkinnedWindow::formChanged(FormProperty property) {
     FormWindow::formChanged(property);
     if (property == FormProperty::Place && attached()) InvalidateRect(handle(), nullptr, FALSE);
+    if (property == FormProperty::Picture && opacity_) invalidate(opacity_->rect());
 }
 
 void SkinnedWindow::setRegion(const Region& region) {
@@ -97,6 +98,10 @@ Rect SkinnedWindow::onScreen(const Rect& where) const {
 }
 
 void SkinnedWindow::applyRegion() {
+    if (opacity_) {
+        SetWindowRgn(handle(), nullptr, FALSE);
+        return;
+    }
     if (!hasRegion_) return;
     HRGN made = MakeRegion(region_, scale_);
     if (!SetWindowRgn(handle(), made, TRUE)) DeleteObject(made);  // after success it belongs to the system
@@ -113,7 +118,85 @@ void SkinnedWindow::setScale(Scale scale) {
     InvalidateRect(handle(), nullptr, FALSE);
 }
 
+void SkinnedWindow::setOpacity(const Surface* opacity) {
+    opacity_ = opacity;
+    const LONG_PTR style = GetWindowLongPtrW(handle(), GWL_EXSTYLE);
+    const bool layered = (style & WS_EX_LAYERED) != 0;
+    if (layered != (opacity != nullptr)) {
+        SetWindowLongPtrW(handle(), GWL_EXSTYLE, opacity ? style | WS_EX_LAYERED : style & ~WS_EX_LAYERED);
+        if (!opacity) layer_.reset();
+        applyRegion();
+    }
+    InvalidateRect(handle(), nullptr, FALSE);
+    if (opacity_) invalidate(opacity_->rect());
+}
+
+void SkinnedWindow::invalidate(const Rect& where) {
+    if (!opacity_) return FormWindow::invalidate(where);
+    const bool pending = !layerStale_.empty();
+    layerStale_ = Unite(layerStale_, where);
+    if (pending) return;
+    later([window = std::weak_ptr(shared_from_this())] {
+        if (const auto that = std::static_pointer_cast<SkinnedWindow>(window.lock())) {
+            that->paintLayer(std::exchange(that->layerStale_, Rect()));
+        }
+    });
+}
+
+bool SkinnedWindow::fitLayer(Size size) {
+    if (layer_ && size == layerSize_) return true;
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = size.width;
+    info.bmiHeader.biHeight = -size.height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    void* bits = nullptr;
+    layer_.reset(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    layerPixels_ = static_cast<Surface::Pixel*>(bits);
+    layerSize_ = size;
+    return static_cast<bool>(layer_);
+}
+
+void SkinnedWindow::paintLayer(const Rect& where) {
+    const Surface* picture = attached() ? form()->picture() : nullptr;
+    if (!picture || !opacity_ || picture->empty() || picture->rect() != opacity_->rect()) return;
+    Size size{picture->width(), picture->height()};
+    const bool whole = !layer_ || size != layerSize_;
+    if (!fitLayer(size)) return;
+    const Rect part = whole ? picture->rect() : Intersect(where, picture->rect());
+    for (int y = part.top; y < part.bottom(); ++y) {
+        for (int x = part.left; x < part.right(); ++x) {
+            const Surface::Pixel alpha = opacity_->at(x, y) & 0xFF;
+            const Color color = Surface::ToColor(picture->at(x, y));
+            const auto times = [alpha](std::uint8_t channel) {
+                return static_cast<std::uint8_t>(channel * alpha / 255);
+            };
+            layerPixels_[static_cast<std::size_t>(y) * size.width + x] =
+                alpha << 24 | Surface::ToPixel({times(color.red), times(color.green), times(color.blue)});
+        }
+    }
+    const OwnedDc dc(CreateCompatibleDC(nullptr));
+    const HGDIOBJ before = SelectObject(dc.get(), layer_.get());
+    POINT origin{};
+    SIZE extent{size.width, size.height};
+    BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+    const RECT dirty = ToRect(part);
+    UPDATELAYEREDWINDOWINFO info{};
+    info.cbSize = sizeof info;
+    info.psize = &extent;
+    info.hdcSrc = dc.get();
+    info.pptSrc = &origin;
+    info.pblend = &blend;
+    info.dwFlags = ULW_ALPHA;
+    info.prcDirty = whole ? nullptr : &dirty;
+    UpdateLayeredWindowIndirect(handle(), &info);
+    SelectObject(dc.get(), before);
+}
+
 void SkinnedWindow::paint(const Rect& where) {
+    if (opacity_) return paintLayer(where);
     const Surface* picture = form()->picture();
     HDC dc = picture ? GetDC(handle()) : nullptr;
     if (!dc) return;
@@ -250,7 +333,10 @@ FormWindow::Result SkinnedWindow::mouse(UINT message, WPARAM w, LPARAM l) {
 
 FormWindow::Result SkinnedWindow::answer(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
-        case WM_PAINT: PaintWindow(handle(), form()->picture(), Color{}); return 0;
+        case WM_PAINT:
+            if (opacity_) return {};
+            PaintWindow(handle(), form()->picture(), Color{});
+            return 0;
         case WM_ERASEBKGND: return TRUE;
         case WM_MOUSEMOVE:
             if (isTrayEvent(w, l)) {

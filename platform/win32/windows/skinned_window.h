@@ -3,6 +3,7 @@
 #pragma once
 
 #include "forms/accessible_part.h"
+#include "forms/surface.h"
 #include "platform/win32/windows/accessible.h"
 #include "platform/win32/windows/form_window.h"
 
@@ -16,7 +17,9 @@ class SkinnedWindow : public FormWindow {
     void realised() override;
     void formChanged(FormProperty property) override;
     void setRegion(const Region& region) override;
+    void setOpacity(const Surface* opacity) override;
     void setScale(Scale scale) override;
+    void invalidate(const Rect& where) override;
     void paint(const Rect& where) override;
     void partChanged(int part, PartChange change) override;
     void showTip(const std::string& text, Point at) override;
@@ -41,12 +44,21 @@ class SkinnedWindow : public FormWindow {
     void release(int button, Point at);
     void letGo();
     void applyRegion();
+    void paintLayer(const Rect& where);
+    bool fitLayer(Size size);
     void makeTooltip();
     TTTOOLINFOW toolOf(bool standing) const;
     void relayToTooltip(UINT message, WPARAM w, LPARAM l);
     bool isTrayEvent(WPARAM w, LPARAM l) const;
 
     Scale scale_;
+    // With an opacity the window is a layer that the system mixes with what lies behind it: it has no region, and is
+    // handed over as a picture instead of being painted.
+    const Surface* opacity_ = nullptr;
+    OwnedBitmap layer_;
+    Surface::Pixel* layerPixels_ = nullptr;  // red, green and blue times the opacity, which stands above them
+    Size layerSize_;
+    Rect layerStale_;
     bool hasRegion_ = false;
     Region region_;
     int held_ = 0;  // the button that was pressed over the window and has not been released

@@ -45,7 +45,7 @@ def test_the_main_menu_opens_with_its_sub_menus_and_its_commands_act(s):
                         "グライコ(G)", "タグ情報(I)", "ファイル変換(C)", "バージョン情報(V)"], "menu")
     s.equal(texts[-1], "Quenloxの終了(Q)", "last item")
     s.driver.choose("スキンの変更(S)")
-    s.wait_equal(lambda: [(i.text, i.checked) for i in s.driver.popup() if i.place[2]][-3:],
+    s.wait_equal(lambda: [(i.text, i.checked) for i in s.driver.popup() if i.place[2] and not i.separator][-5:-2],
                  [("Default", True), ("hakuji", False), ("obi", False)], "skins")
     s.screenshot("menu")
     s.driver.leave_menu()
@@ -78,7 +78,8 @@ def test_the_program_lives_on_in_the_notification_area_and_comes_back(s):
     hide()
     assert not s.listen(0.8).part(0.5).is_silent(), "it plays on"
     s.click_icon("right")
-    s.equal([item.text for item in s.driver.popup()], ["ﾒｲﾝ画面を表示", "Quenloxの終了"], "menu of the icon")
+    s.equal([item.text for item in s.driver.popup() if not item.separator],
+            ["ﾒｲﾝ画面を表示", "停止(P)", "一時停止(U)", "前の曲(B)", "次の曲(N)", "Quenloxの終了"], "menu of the icon")
     s.driver.choose("ﾒｲﾝ画面を表示")
     s.wait_equal(lambda: main.refresh().place, place, "place")
     s.wait_until(lambda: not s.tray(), "the icon is gone")
