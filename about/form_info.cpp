@@ -1,6 +1,5 @@
 #include "about/form_info.h"
 
-#include "forms/keys.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/shell.h"
@@ -21,7 +20,7 @@ FormInfo::FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell)
         "KissFFT: Copyright (c) 2003-2022 Mark Borgerding  (BSD)");
     CommandLicence.setCaption("ライセンス(&L)");
     CommandHelp.setCaption("ヘルプ(&H)");
-    CommandClose.setCaption("閉じる");
+    CommandClose.setCaption("閉じる(&C)");
     CommandClose.isDefault = true;
     CommandLicence.onClick = [this] { CommandLicence_Click(); };
     CommandHelp.onClick = [this] { CommandHelp_Click(); };
@@ -47,10 +46,6 @@ void FormInfo::CommandLicence_Click() {
 void FormInfo::CommandHelp_Click() {
     open("Quenlox.html", files_.fileExists(JoinPath(files_.programFolder(), "Quenlox.html")),
          "Quenlox.htmlが見つかりません");
-}
-
-void FormInfo::Form_KeyDown(int key, int) {
-    if (key == kKeyEscape) hide();
 }
 
 void FormInfo::Form_Unload(bool& cancel) {

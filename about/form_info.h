@@ -34,7 +34,6 @@ class FormInfo : public Form {
     void CommandLicence_Click();
     void CommandHelp_Click();
     void Form_Shown() override { moveToMiddleOnce(); }
-    void Form_KeyDown(int key, int shift) override;
     void Form_Unload(bool& cancel) override;
     Layout layout() override;
 

@@ -77,8 +77,10 @@ void Application::connectWindows() {
     };
     equalizer_.onKeyDown = [this](int key, int shift) { top_.playbackKey(key, shift); };
     equalizer_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
-    for (Form* form : otherWindows())
+    for (Form* form : otherWindows()) {
         form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
+        form->onHelp = [this] { showHelp(); };
+    }
     tag_.connect({&transport_,
                   {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
                    [this] { list_.refreshBrowser(); }},

@@ -9,10 +9,10 @@
 namespace quenlox {
 namespace {
 
-constexpr const char* kStartCaption = "変換開始";
-constexpr const char* kCancelCaption = "中止";
-constexpr const char* kBitRateCaption = "ビットレート";
-constexpr const char* kLeastBitRateCaption = "最低ビットレート";
+constexpr const char* kStartCaption = "変換開始(&T)";
+constexpr const char* kCancelCaption = "中止(&T)";
+constexpr const char* kBitRateCaption = "ビットレート(&B)";
+constexpr const char* kLeastBitRateCaption = "最低ビットレート(&B)";
 constexpr const char* kGogoCaption = "GOGO.DLL";
 constexpr const char* kGogoMissing = "GOGO.DLLがないため、Windowsのコーデックで変換します";
 
@@ -23,19 +23,14 @@ void ChooseData(ComboBox& box, int data) {
 
 }  // namespace
 
-ControlArray<OptionButton> FormConv::optionsOf(FormConv& form) {
-    ControlArray<OptionButton> options;
-    options.fill(form, "DecOption", 0, 2);
-    return options;
-}
-
 FormConv::FormConv(ConversionRun& run, const GlobalState& state, Dialogs& dialogs)
     : Form("FormConv", Kind::Dialog), run_(run), state_(state), dialogs_(dialogs) {
     setCaption("ファイル変換");
+    DecOption.fill(*this, "DecOption", 0, 2);
     FrameOperation.setCaption("変換の種類");
-    DecOption[0].setCaption("WAVEデコード");
-    DecOption[1].setCaption("再生しながらデコード");
-    DecOption[2].setCaption("MP3エンコード");
+    DecOption[0].setCaption("&WAVEデコード");
+    DecOption[1].setCaption("再生しながらデコード(&P)");
+    DecOption[2].setCaption("&MP3エンコード");
     for (int i = 0; i <= 2; ++i) DecOption[i].onClick = [this, i] { DecOption_Click(i); };
     Label1.setCaption("変換元");
     Command2.setCaption("参照(&S)...");
@@ -44,11 +39,11 @@ FormConv::FormConv(ConversionRun& run, const GlobalState& state, Dialogs& dialog
     Command3.setCaption("参照(&D)...");
     Command3.onClick = [this] { Command3_Click(); };
     Frame1.setCaption("エンコード設定");
-    LabelFrequency.setCaption("サンプル周波数");
+    LabelFrequency.setCaption("サンプル周波数(&F)");
     LabelHertz.setCaption("Hz");
     LabelBitRate.setCaption(kBitRateCaption);
     LabelKbits.setCaption("kbit/s");
-    LabelVbr.setCaption("VBRクオリティ");
+    LabelVbr.setCaption("&VBRクオリティ");
     Combo4.setItems(FrequencyItems());
     Combo5.setItems(VbrQualityItems());
     ChooseData(Combo4, run_.settings().frequency);
@@ -59,7 +54,7 @@ FormConv::FormConv(ConversionRun& run, const GlobalState& state, Dialogs& dialog
     Combo5.onClick = [this] { Combo5_Click(); };
     Command4.onClick = [this] { Command4_Click(); };
     Command4.isDefault = true;
-    Command1.setCaption("閉じる");
+    Command1.setCaption("閉じる(&C)");
     Command1.onClick = [this] { Command1_Click(); };
     DecOption[static_cast<int>(run_.operation())].setValue(true);
     run_.onChanged = [this] { showRun(); };

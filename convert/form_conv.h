@@ -17,7 +17,7 @@ class FormConv : public Form {
     ~FormConv() override;
 
     Frame FrameOperation{*this, "FrameOperation"};
-    ControlArray<OptionButton> DecOption = optionsOf(*this);  // decode, decode while playing, encode
+    ControlArray<OptionButton> DecOption;  // decode, decode while playing, encode
     Label Label1{*this, "Label1"};
     Label Label3{*this, "Label3"};              // the source
     CommandButton Command2{*this, "Command2"};  // chooses it
@@ -55,9 +55,6 @@ class FormConv : public Form {
     void Combo5_Click();
 
   private:
-    // Made in its place among the controls, which is its place in the tab order.
-    static ControlArray<OptionButton> optionsOf(FormConv& form);
-
     void settingsChosen(int bitRate);
     void showBitRates();
     void showRun();

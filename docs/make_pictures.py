@@ -229,8 +229,8 @@ def playlist(s, tracks):
     s.wait_until(lambda: len(view.items()) == len(TRACKS), "the rows")
     s.pause(1.5)  # their texts
     save("window-list", stage.shot(window))
-    tabs = window.control(class_name="SysTabControl32")
-    tabs.click(195, 10)
+    window.activate()
+    s.driver.keys("ctrl+4")
     save("window-list-folder", stage.shot(window))
     stage.close()
 
@@ -260,9 +260,9 @@ def equalizer(s, tracks):
 def options(s, tracks):
     stage = Stage(s, tracks)
     window = from_menu(stage, "オプション(N)", "オプション")
-    tabs = window.control(class_name="SysTabControl32")
-    for name, at in (("display", 28), ("playback", 82), ("lyrics", 136), ("lists", 200)):
-        tabs.click(at, 10)
+    window.activate()
+    for name, key in (("display", "d"), ("playback", "p"), ("lyrics", "l"), ("lists", "n")):
+        s.driver.keys(f"alt+{key}")
         save(f"window-options-{name}", stage.shot(window))
     stage.close()
 

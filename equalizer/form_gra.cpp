@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "state/global_state.h"
 #include "platform/dialogs.h"
 #include "platform/random.h"
 #include "platform/vbmp3.h"
+#include "state/global_state.h"
 #include "text/strings.h"
 
 namespace quenlox {
@@ -15,15 +15,15 @@ namespace {
 constexpr std::array<const char*, FormGra::kBands> kBandCaptions{"60", "170", "310", "600", "1k",
                                                                  "3k", "6k",  "12k", "14k", "16k"};
 constexpr std::array<const char*, 3> kScaleCaptions{"+12dB", "0dB", "-12dB"};
-constexpr int kReach = 12;                // decibels to each side
-constexpr int kKnobFromLeft = 165;        // the curve passes a slider this far from its left edge, twips
-constexpr std::size_t kNameUnits = 60;    // a pattern with its ten gains must fit a line of the settings file
-constexpr int kSliderWidth = 13;          // dialog units: twice the 165 twips
+constexpr int kReach = 12;              // decibels to each side
+constexpr int kKnobFromLeft = 165;      // the curve passes a slider this far from its left edge, twips
+constexpr std::size_t kNameUnits = 60;  // a pattern with its ten gains must fit a line of the settings file
+constexpr int kSliderWidth = 13;        // dialog units: twice the 165 twips
 constexpr int kSliderGap = 8;
 constexpr int kSliderHeight = 76;
 constexpr int kCurveHeight = 80;
 constexpr int kScaleWidth = 26;
-constexpr int kNameWidth = 62;
+constexpr int kNameWidth = 72;
 
 std::string Decibels(int gain) { return gain > 0 ? "+" + std::to_string(gain) : std::to_string(gain); }
 
@@ -32,6 +32,7 @@ std::string Decibels(int gain) { return gain > 0 ? "+" + std::to_string(gain) : 
 FormGra::FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random)
     : Form("FormGra", Kind::Dialog), state_(state), vbmp3_(vbmp3), dialogs_(dialogs), random_(random) {
     setCaption("グラフィックイコライザ");
+    makeArrays();
     for (int band = 0; band < kBands; ++band) {
         VScroll[band].setValue(0);
         VScroll[band].largeChange = 3;
@@ -48,14 +49,15 @@ FormGra::FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& ran
         geLabel[i].onClick = [this, i] { geLabel_MouseDown(i); };
         menuPat.items.push_back(MenuCommand("", [this, i] { menuPatName_Click(i); }));
     }
-    Frame1.setCaption("Preset Pattern");
-    Check4.setCaption("ｲｺﾗｲｻﾞを有効にする");
+    Frame1.setCaption("&Preset Pattern");
+    Check4.setCaption("ｲｺﾗｲｻﾞを有効にする(&E)");
     Check4.onClick = [this] { Check4_Click(); };
-    Command23.setCaption("ランダム");
+    Command23.setCaption("ランダム(&R)");
     Command23.onClick = [this] { Command23_Click(); };
-    Command2.setCaption("パターン登録");
+    Command2.setCaption("パターン登録(&S)");
     Command2.onClick = [this] { Command2_Click(); };
-    Command1.setCaption("閉じる");
+    Command1.setCaption("閉じる(&C)");
+    Command1.isDefault = true;
     Command1.onClick = [this] { Command1_Click(); };
     geLine.onResize = [this] { drawCurve(); };
     geLine.onMouseDown = [this](int button, int, Point at) {
@@ -70,14 +72,19 @@ FormGra::FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& ran
     };
 }
 
-bool FormGra::makeArrays() {
+void FormGra::makeArrays() {
     geValue.fill(*this, "geValue", 0, kBands - 1);
     VScroll.fill(*this, "VScroll", 0, kBands - 1, ScrollBar::Direction::Vertical, -kReach, kReach);
     geBand.fill(*this, "geBand", 0, kBands - 1);
     geScale.fill(*this, "geScale", 0, 2);
     geOption.fill(*this, "geOption", 0, kPresets - 1);
     geLabel.fill(*this, "geLabel", 0, kPresets - 1);
-    return true;
+    for (int i = 0; i < kPresets; ++i) geLabel[i].setVisible(false);
+}
+
+void FormGra::controlChangedHere(Control& control, Property property) {
+    if (property != Property::Caption || control.name() != "geLabel") return;
+    geOption[control.index()].setCaption(ReplaceAll(control.caption(), "&", "&&"));
 }
 
 Layout FormGra::layout() {
@@ -103,11 +110,7 @@ Layout FormGra::layout() {
     beside.gap = 3;
 
     Layout presets = Column({});
-    for (int i = 0; i < kPresets; ++i) {
-        Layout row = Row({Item(geOption[i], 9), Item(geLabel[i], kNameWidth)});
-        row.gap = 1;
-        presets.items.push_back(row);
-    }
+    for (int i = 0; i < kPresets; ++i) presets.items.push_back(Item(geOption[i], kNameWidth));
     Layout right = Column({Group(Frame1, presets), Item(Command23), Item(Command2), Space(0, 0, 1), Item(Command1)});
     Layout main = Row({beside, curve, Space(2, 0), right}, 1);
     return Column({Item(Check4), main});
@@ -143,7 +146,9 @@ void FormGra::VScroll_DblClick(int index) { VScroll[index].setValue(0); }
 void FormGra::showValue(int index) {
     const std::string value = Decibels(-VScroll[index].value());
     geValue[index].setCaption(value);
-    VScroll[index].setTooltip(std::string(kBandCaptions[static_cast<std::size_t>(index)]) + "Hz  " + value + "dB");
+    const std::string all = std::string(kBandCaptions[static_cast<std::size_t>(index)]) + "Hz  " + value + "dB";
+    VScroll[index].setTooltip(all);
+    VScroll[index].setCaption(all);
 }
 
 FormGra::CurvePlace FormGra::curvePlace() const {
@@ -206,8 +211,7 @@ void FormGra::Command23_Click() {
 }
 
 void FormGra::Command2_Click() {
-    for (int i = 0; i < kPresets; ++i)
-        menuPat.items[static_cast<std::size_t>(i)].caption = ReplaceAll(geLabel[i].caption(), "&", "&&");
+    for (int i = 0; i < kPresets; ++i) menuPat.items[static_cast<std::size_t>(i)].caption = geOption[i].caption();
     const Rect button = Command2.bounds();
     popup(menuPat, {button.left, button.bottom()});
 }

@@ -25,21 +25,19 @@ class FormGra : public Form {
 
     FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random);
 
-    // Declared in the order in which the Tab key goes through them.
-    CheckBox Check4{*this, "Check4"};              // the equalizer is on
-    PictureBox geLine{*this, "geLine"};            // the curve through the knobs
-    ControlArray<Label> geValue;                   // what each slider is set to
-    ControlArray<ScrollBar> VScroll;               // 0 to 9: -12 (top, +12 dB) to 12
-    ControlArray<Label> geBand;                    // captions of the bands
-    ControlArray<Label> geScale;                   // 0 to 2: +12 dB, 0 dB, -12 dB
-    ControlArray<OptionButton> geOption;           // presets 0 to 4
-    ControlArray<Label> geLabel;                   // their names
-    bool arraysMade = makeArrays();                // here, for the sake of that order
-    Frame Frame1{*this, "Frame1"};                 // around the presets
-    CommandButton Command23{*this, "Command23"};   // random
-    CommandButton Command2{*this, "Command2"};     // pattern menu
-    CommandButton Command1{*this, "Command1"};     // close
-    Menu menuPat{"menuPat", {}};                   // items menuPatName(0) to (4)
+    CheckBox Check4{*this, "Check4"};             // the equalizer is on
+    PictureBox geLine{*this, "geLine"};           // the curve through the knobs
+    ControlArray<Label> geValue;                  // what each slider is set to
+    ControlArray<ScrollBar> VScroll;              // 0 to 9: -12 (top, +12 dB) to 12
+    ControlArray<Label> geBand;                   // captions of the bands
+    ControlArray<Label> geScale;                  // 0 to 2: +12 dB, 0 dB, -12 dB
+    ControlArray<OptionButton> geOption;          // presets 0 to 4
+    ControlArray<Label> geLabel;                  // their names; the buttons show them
+    Frame Frame1{*this, "Frame1"};                // around the presets
+    CommandButton Command23{*this, "Command23"};  // random
+    CommandButton Command2{*this, "Command2"};    // pattern menu
+    CommandButton Command1{*this, "Command1"};    // close
+    Menu menuPat{"menuPat", {}};                  // items menuPatName(0) to (4)
 
     // Keys that this window leaves to the main window.
     std::function<void(int key, int shift)> onKeyDown;
@@ -53,7 +51,7 @@ class FormGra : public Form {
     void Check4_Click();
     void VScroll_Change(int index);
     void VScroll_Scroll(int index);
-    void VScroll_DblClick(int index);              // back to 0 dB
+    void VScroll_DblClick(int index);  // back to 0 dB
     void geOption_Click(int index);
     void geLabel_MouseDown(int index);
     void Command23_Click();
@@ -67,8 +65,11 @@ class FormGra : public Form {
     void Form_KeyDown(int key, int shift) override;
     void Form_KeyUp(int key, int shift) override;
 
+  protected:
+    void controlChangedHere(Control& control, Property property) override;
+
   private:
-    bool makeArrays();
+    void makeArrays();
     void geLine_MouseDown(Point at);
     void geLine_MouseMove(Point at);
     void showValue(int index);

@@ -7,6 +7,16 @@
 
 namespace quenlox {
 
+char AccessKeyOf(std::string_view caption) {
+    for (std::size_t at = 0; (at = caption.find('&', at)) != std::string_view::npos && at + 1 < caption.size();
+         at += 2) {
+        const char letter = caption[at + 1];
+        if (letter == '&') continue;
+        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    }
+    return 0;
+}
+
 Control::Control(Form& form, std::string name, int index) : form_(form), name_(std::move(name)), index_(index) {
     form_.add(*this);
 }

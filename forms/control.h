@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "forms/geometry.h"
@@ -13,6 +14,10 @@
 namespace quenlox {
 
 class Form;
+
+// The letter behind the "&" of a caption, in upper case: Alt with it leads to the control. 0: none; "&&" is a plain
+// "&".
+char AccessKeyOf(std::string_view caption);
 
 struct Font {
     std::string face = "ＭＳ Ｐゴシック";
@@ -52,6 +57,7 @@ class Control {
     int index() const { return index_; }
     Form& form() const { return form_; }
 
+    // Of a control that shows none: what assistive programs call it.
     const std::string& caption() const { return caption_; }
     const std::string& tooltip() const { return tooltip_; }
     const Rect& bounds() const { return bounds_; }  // pixels of the form's client area
@@ -145,8 +151,8 @@ class ScrollBar : public Control {
 
     ScrollBar(Form& form, std::string name, Direction direction, int minimum = 0, int maximum = 0,
               int index = kNoIndex);
-    std::function<void()> onChange;  // the value has changed
-    std::function<void()> onScroll;  // while the knob is dragged, before onChange
+    std::function<void()> onChange;       // the value has changed
+    std::function<void()> onScroll;       // while the knob is dragged, before onChange
     std::function<void()> onDoubleClick;  // on the knob
 
     Direction direction() const { return direction_; }
@@ -198,7 +204,7 @@ class ComboBox : public Control {
     std::function<void()> onEdit;   // the text of an editable box has changed
 
     const std::vector<Item>& items() const { return items_; }
-    void setItems(std::vector<Item> items);  // nothing is chosen afterwards
+    void setItems(std::vector<Item> items);       // nothing is chosen afterwards
     int listIndex() const { return listIndex_; }  // -1 none
     void setListIndex(int index);
     int data() const { return listIndex_ < 0 ? 0 : items_[static_cast<std::size_t>(listIndex_)].data; }

@@ -27,9 +27,7 @@ class Form {
 
     const std::string& name() const { return name_; }
     Kind kind() const { return kind_; }
-    const std::vector<Control*>& controls() const {
-        return controls_;
-    }  // in the order of their making, which is the tab order
+    const std::vector<Control*>& controls() const { return controls_; }  // in the order of their making
 
     // Makes it a real window, hidden until show().
     void realise(WindowSystem& system);
@@ -63,7 +61,7 @@ class Form {
     // Handlers; a form overrides what it needs.
     virtual void Form_Load() {}
     virtual void Form_Unload(bool& cancel) { (void)cancel; }
-    virtual void Form_Shown() {}                       // it has become visible
+    virtual void Form_Shown() {}                             // it has become visible
     virtual void Form_Resize(Size client) { (void)client; }  // pixels
     virtual void Form_Moved() {}
     virtual void Form_KeyDown(int key, int shift) { (void)key, (void)shift; }  // as in forms/keys.h
@@ -84,13 +82,17 @@ class Form {
     // 46 play, 47 pause). True when it has been dealt with.
     virtual bool Form_AppCommand(int command) { return onAppCommand && onAppCommand(command); }
     std::function<bool(int command)> onAppCommand;
-    virtual std::string Form_TooltipAt(Point at) { (void)at; return {}; }
+    std::function<void()> onHelp;  // F1
+    virtual std::string Form_TooltipAt(Point at) {
+        (void)at;
+        return {};
+    }
 
     // What a skinned form looks like; composed when asked for after a change.
     virtual const Surface* picture() { return nullptr; }
     // The parts of a skinned form, in the order of reading.
     virtual std::vector<AccessiblePart> accessibleParts() { return {}; }
-    // How the controls of an ordinary form are arranged.
+    // How the controls of an ordinary form are arranged, and in which order the Tab key goes through them.
     virtual Layout layout() { return {}; }
     virtual const Menu* menuBar() { return nullptr; }
     // Smallest size of a sizeable form in twips.

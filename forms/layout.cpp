@@ -67,8 +67,7 @@ Size MeasureContent(const Layout& layout, DialogUnits units, const Wish& wish) {
     const auto count = static_cast<int>(layout.items.size());
     switch (layout.kind) {
         case Layout::Kind::None:
-        case Layout::Kind::Space:
-            return {};
+        case Layout::Kind::Space: return {};
         case Layout::Kind::Control:
             if (layout.width > 0 && layout.height > 0) return {};
             return wish(*layout.control);
@@ -182,6 +181,16 @@ Layout Pages(Control& tabs, std::vector<Layout> pages, int grow) {
     return result;
 }
 
+std::vector<Control*> ReadingOrder(const Layout& layout) {
+    std::vector<Control*> order;
+    if (layout.control) order.push_back(layout.control);
+    for (const Layout& item : layout.items) {
+        const std::vector<Control*> inside = ReadingOrder(item);
+        order.insert(order.end(), inside.begin(), inside.end());
+    }
+    return order;
+}
+
 Size Measure(const Layout& layout, DialogUnits units, const Wish& wish) {
     Size size = MeasureContent(layout, units, wish);
     if (layout.width > 0) size.width = Horizontal(layout.width, units);
@@ -192,14 +201,12 @@ Size Measure(const Layout& layout, DialogUnits units, const Wish& wish) {
 void Arrange(const Layout& layout, const Rect& area, DialogUnits units, const Wish& wish) {
     switch (layout.kind) {
         case Layout::Kind::None:
-        case Layout::Kind::Space:
-            return;
+        case Layout::Kind::Space: return;
         case Layout::Kind::Control:
             layout.control->setBounds({area.left, area.top, std::max(area.width, 0), std::max(area.height, 0)});
             return;
         case Layout::Kind::Row:
-        case Layout::Kind::Column:
-            return ArrangeLine(layout, area, units, wish);
+        case Layout::Kind::Column: return ArrangeLine(layout, area, units, wish);
         case Layout::Kind::Group: {
             layout.control->setBounds(area);
             const int side = Horizontal(kFrameSide, units), top = Vertical(kFrameTop, units);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "forms/keys.h"
 #include "platform/dialogs.h"
 #include "platform/output_devices.h"
 #include "playback/cd_drives.h"
@@ -56,6 +55,7 @@ FormOpt::FormOpt(GlobalState& state, OptionStore& options)
     CommandLyricsDir.onClick = [this] { chooseFolder(TextLyricsDir, "歌詞フォルダ"); };
     CommandDefaults.onClick = [this] { CommandDefaults_Click(); };
     CommandClose.onClick = [this] { hide(); };
+    CommandClose.isDefault = true;
 }
 
 void FormOpt::connect(const Services& services) {
@@ -195,10 +195,6 @@ void FormOpt::showDrive() {
 void FormOpt::driveChosen() {
     if (listing_) return;
     options_.set(&Options::DefaultCdDrive, ComboCdDrive.listIndex() <= 0 ? std::string() : ComboCdDrive.text());
-}
-
-void FormOpt::Form_KeyDown(int key, int) {
-    if (key == kKeyEscape) hide();
 }
 
 void FormOpt::Form_Unload(bool& cancel) {

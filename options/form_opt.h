@@ -29,7 +29,7 @@ class FormOpt : public Form {
     FormOpt(GlobalState& state, OptionStore& options);
     void connect(const Services& services);
 
-    TabStrip Tabs{*this, "Tabs", {"表示", "再生", "歌詞", "リスト・名前"}};
+    TabStrip Tabs{*this, "Tabs", {"表示(&D)", "再生(&P)", "歌詞(&L)", "リスト・名前(&N)"}};
 
     // Panel and title.
     Frame FrameMain{*this, "FrameMain"}, FrameSpeana{*this, "FrameSpeana"};
@@ -115,7 +115,6 @@ class FormOpt : public Form {
     bool followDevices();
 
     void Form_Shown() override;
-    void Form_KeyDown(int key, int shift) override;
     void Form_Unload(bool& cancel) override;
     Layout layout() override;
 

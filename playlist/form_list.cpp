@@ -67,7 +67,7 @@ FormList::FormList(GlobalState& state, OptionStore& options, Playlists& lists, F
     options_.listen({&Options::ListColumns}, [this] { showColumns(); });
     options_.listen({&Options::ListTimeColumn}, [this] { timeOptionChanged(); });
     TabList.onClick = [this] { TabList_Click(); };
-    cmdCancel.setCaption("中止");
+    nameControls();
     cmdCancel.onClick = [this] { cmdCancel_Click(); };
     cmdCancel.setVisible(false);
     Progress.setVisible(false);
@@ -81,6 +81,19 @@ FormList::FormList(GlobalState& state, OptionStore& options, Playlists& lists, F
 FormList::~FormList() {
     lists_.onChange = nullptr;
     lists_.onRemove = nullptr;
+}
+
+// What nothing in the window names is called by assistive programs.
+void FormList::nameControls() {
+    cmdCancel.setCaption("中止(&C)");
+    Toolbar1.setCaption("ツールバー");
+    TabList.setCaption("リストの切替");
+    for (int list = 0; list < kViews; ++list) PlayView[list].setCaption(TabList.tabs()[static_cast<std::size_t>(list)]);
+    FindView.setCaption("検索結果");
+    Drive1.setCaption("ドライブ");
+    Dir1.setCaption("フォルダ");
+    Combo1.setCaption("ファイルの種類");
+    File1.setCaption("ファイル");
 }
 
 ControlArray<ListView> FormList::makePlayViews() {

@@ -51,7 +51,7 @@ class FormList : public Form {
     TabStrip TabList{*this, "TabList", {"リストA", "リストB", "リストC", "フォルダ"}};
     Label LabelFind{*this, "LabelFind"};
     TextBox FindText{*this, "FindText"};  // words to look for in the list
-    // Lists A, B and C; the one of the chosen tab is visible. The Tab key goes through the controls in this order.
+    // Lists A, B and C; the one of the chosen tab is visible.
     ControlArray<ListView> PlayView = makePlayViews();
     ListView FindView{*this, "FindView"};  // in their place while words are looked for: the rows that hold them
     DriveListBox Drive1{*this, "Drive1"};
@@ -158,6 +158,7 @@ class FormList : public Form {
 
     // form_list.cpp
     ControlArray<ListView> makePlayViews();
+    void nameControls();
     void makeViews();
     void listChanged(const Playlists::Change& change);
     void rowsRemoved(int list, const Playlists::Selection& which);

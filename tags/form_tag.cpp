@@ -17,8 +17,10 @@ namespace {
 
 constexpr std::array<const char*, FormTag::kFields> kFieldCaptions{"タイトル", "アーティスト", "アルバム", "ジャンル",
                                                                    "年",       "トラック",     "コメント"};
+constexpr std::array<char, FormTag::kFields> kFieldKeys{'T', 'A', 'L', 'G', 'Y', 'K', 'M'};
 constexpr int kGenres = 192;
-constexpr int kLabelWidth = 46, kFieldWidth = 230;
+constexpr const char *kToRmp = "RMPに変換(&V)...", *kToMp3 = "MP3に変換(&V)...";
+constexpr int kLabelWidth = 60, kFieldWidth = 230;
 constexpr std::array<const char*, 3> kViewExtensions{".mp3", ".rmp", ".wav"};
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
@@ -36,23 +38,25 @@ FormTag::FormTag(GlobalState& state, OptionStore& options, Vbmp3& vbmp3, FileSys
 
 void FormTag::makeControls() {
     std::vector<ComboBox::Item> fields;
-    for (int i = 0; i < kFields; ++i) {
-        LabelField[static_cast<std::size_t>(i)].setCaption(kFieldCaptions[static_cast<std::size_t>(i)]);
-        fields.push_back({kFieldCaptions[static_cast<std::size_t>(i)], i});
+    for (std::size_t i = 0; i < kFields; ++i) {
+        LabelField[i].setCaption(std::string(kFieldCaptions[i]) + "(&" + kFieldKeys[i] + ")");
+        fields.push_back({kFieldCaptions[i], static_cast<int>(i)});
     }
+    TabView.setCaption("タグの種類");
+    LabelApply.setCaption("項目(&F)");
     ComboField.setItems(std::move(fields));
     ComboField.setListIndex(Album);
     for (TextBox* box : {&TextTitle, &TextArtist, &TextAlbum, &TextYear, &TextTrack, &TextComment}) {
         box->onChange = [this] { fieldEdited(); };
     }
     ComboGenre.onEdit = ComboGenre.onClick = [this] { fieldEdited(); };
-    CheckV2.setCaption("ID3v2 （長い項目とすべての文字）");
-    CheckV1.setCaption("ID3v1 （短い項目だけ）");
+    CheckV2.setCaption("ID3v&2 （長い項目とすべての文字）");
+    CheckV1.setCaption("ID3v&1 （短い項目だけ）");
     CheckV2.setTooltip("チェックを外して保存すると、このタグを削除します");
     CheckV1.setTooltip(
         "タイトル・アーティスト・アルバムは全角15文字、コメントは全角14文字まで。"
         "チェックを外して保存すると、このタグを削除します");
-    CheckApe.setCaption("APEタグを残す");
+    CheckApe.setCaption("AP&Eタグを残す");
     CheckApe.setTooltip("APEタグの内容は書き換えません。チェックを外して保存すると、このタグを削除します");
     CheckV2.onClick = CheckV1.onClick = CheckApe.onClick = [this] { fieldEdited(); };
     TabView.onClick = [this] { TabView_Click(); };
@@ -60,18 +64,18 @@ void FormTag::makeControls() {
         made.setCaption(caption);
         made.onClick = std::move(onClick);
     };
-    button(cmdSave, "保存", [this] { save(); });
+    button(cmdSave, "保存(&S)", [this] { save(); });
     cmdSave.isDefault = true;
-    button(cmdRevert, "元に戻す", [this] { showFile(file_); });
-    button(cmdConvert, "RMPに変換...", [this] { cmdConvert_Click(); });
-    button(cmdRename, "名前の変更", [this] { cmdRename_Click(); });
-    button(cmdPrevious, "◀ 前", [this] { step(-1); });
-    button(cmdNext, "次 ▶", [this] { step(1); });
-    button(cmdCurrent, "再生中の曲", [this] { fill(); });
-    button(cmdApply, "すべてに適用", [this] { cmdApply_Click(); });
+    button(cmdRevert, "元に戻す(&U)", [this] { showFile(file_); });
+    button(cmdConvert, kToRmp, [this] { cmdConvert_Click(); });
+    button(cmdRename, "名前の変更(&N)", [this] { cmdRename_Click(); });
+    button(cmdPrevious, "◀ 前(&B)", [this] { step(-1); });
+    button(cmdNext, "次(&X) ▶", [this] { step(1); });
+    button(cmdCurrent, "再生中の曲(&R)", [this] { fill(); });
+    button(cmdApply, "すべてに適用(&D)", [this] { cmdApply_Click(); });
     cmdApply.setTooltip("上の欄の内容を、プレイリストで選択した曲すべてに書き込みます");
-    button(cmdClose, "閉じる", [this] { unload(); });
-    FrameName.setCaption("ファイル名");
+    button(cmdClose, "閉じる(&C)", [this] { unload(); });
+    FrameName.setCaption("ファイル名(&H)");
     FrameSelected.setCaption("プレイリストで選択した曲");
 }
 
@@ -89,7 +93,7 @@ Layout FormTag::layout() {
                 Row({Item(cmdSave), Item(cmdRevert), Space(0, 0, 1), Item(cmdConvert, 64)})});
     Layout name = Row({Item(TextFileName, 0, 0, 1), Item(cmdRename)});
     Layout selected = Column({Row({Item(cmdPrevious), Item(cmdNext), Item(cmdCurrent), Item(LabelPlace, 0, 0, 1)}),
-                              Row({Item(ComboField, 70), Item(cmdApply), Space(0, 0, 1)})});
+                              Row({Item(LabelApply), Item(ComboField, 70), Item(cmdApply), Space(0, 0, 1)})});
     return Column({Item(LabelFile, kLabelWidth + kFieldWidth), Item(TabView, 0, 14), fields, Group(FrameName, name),
                    Group(FrameSelected, selected), Row({Item(LabelState, 0, 0, 1), Item(cmdClose)})});
 }
@@ -266,7 +270,7 @@ void FormTag::showButtons() {
     cmdSave.setEnabled(editable_ && edited_);
     cmdRevert.setEnabled(edited_);
     const bool rmp = fileType_ && fileType_->rmp;
-    cmdConvert.setCaption(rmp ? "MP3に変換..." : "RMPに変換...");
+    cmdConvert.setCaption(rmp ? kToMp3 : kToRmp);
     cmdConvert.setEnabled(rmp || (fileType_ && fileType_->mpeg));
     cmdRename.setEnabled(!file_.empty());
     TextFileName.setEnabled(!file_.empty());

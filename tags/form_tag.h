@@ -39,7 +39,7 @@ class FormTag : public Form {
     void connect(Hooks hooks) { hooks_ = std::move(hooks); }
 
     Label LabelFile{*this, "LabelFile"};
-    TabStrip TabView{*this, "TabView", {"ID3タグ", "SI (RMP)", "INFO (WAVE)"}};
+    TabStrip TabView{*this, "TabView", {"&ID3タグ", "SI (RM&P)", "INF&O (WAVE)"}};
     std::array<Label, kFields> LabelField{Label{*this, "LabelField", 0}, Label{*this, "LabelField", 1},
                                           Label{*this, "LabelField", 2}, Label{*this, "LabelField", 3},
                                           Label{*this, "LabelField", 4}, Label{*this, "LabelField", 5},
@@ -65,6 +65,7 @@ class FormTag : public Form {
     CommandButton cmdNext{*this, "cmdNext"};
     CommandButton cmdCurrent{*this, "cmdCurrent"};  // back to the file that is playing
     Label LabelPlace{*this, "LabelPlace"};
+    Label LabelApply{*this, "LabelApply"};
     ComboBox ComboField{*this, "ComboField"};
     CommandButton cmdApply{*this, "cmdApply"};  // gives the chosen field to all of them
     Frame FrameSelected{*this, "FrameSelected"};

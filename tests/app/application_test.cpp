@@ -157,8 +157,9 @@ TEST_F(ApplicationTest, WhatCannotBeWrittenAtTheEndIsAskedAboutWhenTheUserWantsI
     }
 }
 
-// Each option by its key in the settings file, the only one that the control may change, with what it changes in the running
-// program: a text that must be another one behind the change, and the first one again when the option is put back.
+// Each option by its key in the settings file, the only one that the control may change, with what it changes in the
+// running program: a text that must be another one behind the change, and the first one again when the option is put
+// back.
 TEST_F(ApplicationTest, EveryOptionActsAtOnceAndCanBePutBack) {
     const std::string song = "C:\\m\\(N) T.mp3";
     files.add("C:\\Quenlox\\skin\\default\\default.tsk",
@@ -377,12 +378,13 @@ TEST_F(ApplicationTest, TheAboutWindowNamesTheVersionsAndOpensLicencesAndGuideOr
     start();
     auto& about = dynamic_cast<FormInfo&>(opened("バージョン情報"));
     EXPECT_EQ(about.LabelVersion.caption() + about.LabelGogo.caption(), "Ver " QUENLOX_VERSION "gogo.dll  Ver 1.0.0");
-    const auto open = [&] { about.CommandLicence.click(), about.CommandHelp.click(); };
+    const auto open = [&] { about.CommandLicence.click(), about.CommandHelp.click(), about.onHelp(); };
     open();
     EXPECT_EQ(dialogs.messages.size(), 2u);
     files.add("C:\\Quenlox\\licences\\LICENSE"), files.add("C:\\Quenlox\\Quenlox.html");
     open();
-    EXPECT_EQ(shell.opened, (std::vector<std::string>{"C:\\Quenlox\\licences", "C:\\Quenlox\\Quenlox.html"}));
+    const std::string guide = "C:\\Quenlox\\Quenlox.html";
+    EXPECT_EQ(shell.opened, (std::vector<std::string>{"C:\\Quenlox\\licences", guide, guide}));
     about.setVersions({"", "", ""});
     EXPECT_EQ(about.LabelGogo.caption(), "gogo.dll  見つかりません");
     EXPECT_FALSE(about.unload() || about.visible());

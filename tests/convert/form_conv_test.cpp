@@ -25,10 +25,10 @@ TEST_F(FormConvTest, TheSettingsAreForEncodingAndWithGogoOnly) {
     EXPECT_TRUE(form.Frame1.enabled());
     EXPECT_EQ(form.Combo4.text() + form.Combo3.text() + form.Combo5.items()[1].text, " 44,100 128 0－高音質");
     form.Combo5.setListIndex(3);
-    EXPECT_EQ(form.LabelBitRate.caption(), "最低ビットレート");
+    EXPECT_EQ(form.LabelBitRate.caption(), "最低ビットレート(&B)");
     EXPECT_EQ(run.settings().vbrQuality, 2);
     form.Combo5.setListIndex(0);
-    EXPECT_EQ(form.LabelBitRate.caption(), "ビットレート");
+    EXPECT_EQ(form.LabelBitRate.caption(), "ビットレート(&B)");
     EXPECT_EQ(run.settings().vbrQuality, kNoVbr);
     // The frequency lowers the bit rate for as long as it has none as high.
     form.Combo3.setListIndex(0);
@@ -93,12 +93,12 @@ TEST_F(FormConvTest, TheRunIsShownUntilItsEndAndReplacesOnlyWhatTheUserAgreesTo)
     EXPECT_FALSE(run.running());
     dialogs.confirms.push_back(true);
     form.Command4.click();
-    EXPECT_EQ(form.Command4.caption(), "中止");
+    EXPECT_EQ(form.Command4.caption(), "中止(&T)");
     EXPECT_EQ(form.LabelProgress.caption(), "1/2  a.wav");
     EXPECT_FALSE(form.Frame1.enabled());
     EXPECT_FALSE(form.DecOption[1].enabled());
     form.Command4.click();
-    EXPECT_EQ(form.Command4.caption(), "変換開始");
+    EXPECT_EQ(form.Command4.caption(), "変換開始(&T)");
     EXPECT_FALSE(form.Command4.enabled()) << "it has not come back yet";
     EXPECT_EQ(form.LabelProgress.caption(), "中止しました");
     awaitEncoder();

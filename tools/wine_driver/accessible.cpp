@@ -49,7 +49,21 @@ LONG Number(IAccessible& object, GetNumber get, LONG child) {
     return number.lVal;
 }
 
+Row PartRow(IAccessible& object, LONG n) {
+    LONG x = 0, y = 0, width = 0, height = 0;
+    Check(object.accLocation(&x, &y, &width, &height, Child(n)), "accLocation");
+    Row row = RowOf(n, Number(object, &IAccessible::get_accRole, n), Number(object, &IAccessible::get_accState, n), x, y,
+                    width, height);
+    for (const GetText get :
+         {&IAccessible::get_accName, &IAccessible::get_accValue, &IAccessible::get_accDescription,
+          &IAccessible::get_accDefaultAction, &IAccessible::get_accKeyboardShortcut})
+        row.push_back(Text(object, get, n));
+    return row;
+}
+
 }  // namespace
+
+Row AccessibleWindow(HWND window) { return PartRow(*ObjectOf(window), CHILDID_SELF); }
 
 Rows AccessibleParts(HWND window) {
     const Object object = ObjectOf(window);
@@ -64,16 +78,7 @@ Rows AccessibleParts(HWND window) {
             VariantClear(&children[i]);
             continue;  // an object of its own, which no window of ours has
         }
-        const LONG n = children[i].lVal;
-        LONG x = 0, y = 0, width = 0, height = 0;
-        Check(object->accLocation(&x, &y, &width, &height, Child(n)), "accLocation");
-        Row row = RowOf(n, Number(*object, &IAccessible::get_accRole, n),
-                        Number(*object, &IAccessible::get_accState, n), x, y, width, height);
-        for (const GetText get :
-             {&IAccessible::get_accName, &IAccessible::get_accValue, &IAccessible::get_accDescription,
-              &IAccessible::get_accDefaultAction, &IAccessible::get_accKeyboardShortcut})
-            row.push_back(Text(*object, get, n));
-        rows.push_back(std::move(row));
+        rows.push_back(PartRow(*object, children[i].lVal));
     }
     return rows;
 }

@@ -10,6 +10,8 @@ namespace driver {
 // A row for each child that is a simple element: number, role, state, x, y, width, height (screen pixels), name, value,
 // description, default action, shortcut.
 Rows AccessibleParts(HWND window);
+// The same of the window itself, in one row.
+Row AccessibleWindow(HWND window);
 void DoAccessibleAction(HWND window, int child);
 void SetAccessibleValue(HWND window, int child, const std::wstring& value);
 // The number of the child at a point of the screen, 0 for the window itself, -1 outside it.

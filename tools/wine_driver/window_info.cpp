@@ -74,6 +74,12 @@ Rows Descendants(HWND parent) {
     return collector.rows;
 }
 
+HWND Focus() {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(0, &info) ? info.hwndFocus : nullptr;
+}
+
 Row WindowAt(POINT point) {
     const HWND window = WindowFromPoint(point);
     return RowOf(window, window ? GetAncestor(window, GA_ROOT) : nullptr);

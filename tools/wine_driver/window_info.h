@@ -22,6 +22,9 @@ std::string TextOf(HWND window);
 Rows TopLevelWindows();
 Rows Descendants(HWND parent);
 
+// The window that has the keyboard, whichever program it is of; null: none.
+HWND Focus();
+
 // The innermost window at a point of the screen and the top-level window it belongs to; respects window regions.
 Row WindowAt(POINT point);
 

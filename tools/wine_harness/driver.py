@@ -148,6 +148,10 @@ class Driver:
     def foreground(self):
         return int(self.ask("foreground")[0][0])
 
+    def focus(self):
+        """The handle of the window that has the keyboard, 0 for none."""
+        return int(self.ask("focus")[0][0])
+
     def window_at(self, x, y):
         """(innermost window, its top-level window) at a point of the screen, as handles; regions are respected."""
         return tuple(map(int, self.ask("at", x, y)[0]))
@@ -226,6 +230,11 @@ def _fits(title, pattern):
             and (open_begin or open_end or title == core))
 
 
+def _plain(caption):
+    """The caption as it is seen, and without its access key: "閉じる(C)" and "閉じる"."""
+    return caption.replace("&", ""), re.sub(r"\(&.\)", "", caption).replace("&", "")
+
+
 def _menu_items(text):
     rows = [line.split("\t") for line in text.splitlines()]
     return [MenuItem(*map(int, row[:4]), tuple(map(int, row[4:8])), row[8]) for row in rows]
@@ -251,6 +260,11 @@ class Window:
         """(x, y, width, height) on the screen, pixels."""
         return self.x, self.y, self.width, self.height
 
+    @property
+    def plain(self):
+        """The caption without its access key."""
+        return _plain(self.title)[1]
+
     def refreshed(self):
         """The same window as it is now; None when it is gone."""
         if self._top_level:
@@ -260,6 +274,11 @@ class Window:
 
     def ask(self, verb, *more):
         return self._driver.ask(verb, self.handle, *more)
+
+    def accessible(self):
+        """What it tells assistive programs of itself."""
+        row = self.ask("accessible")[0]
+        return Part(self, *map(int, row[:3]), tuple(map(int, row[3:7])), *row[7:])
 
     def parts(self):
         """What it tells assistive programs of things that are no windows of their own."""
@@ -284,10 +303,10 @@ class Window:
         return [Window(self._driver, row, False) for row in self._driver.ask("descendants", self.handle)]
 
     def control(self, class_name=None, title=None, where=lambda control: True):
-        """The first descendant that fits, waited for."""
+        """The first descendant that fits, waited for. `title` may leave out the access key that follows a Japanese caption."""
         def found():
             return next((c for c in self.controls() if (class_name is None or c.class_name.lower() == class_name.lower())
-                         and (title is None or c.title.replace("&", "") == title) and where(c)), None)
+                         and (title is None or title in _plain(c.title)) and where(c)), None)
         return wait_until(found, LIMIT, f"control {class_name or ''} {title or ''} in {self.title!r}")
 
     def list_view(self):

@@ -17,6 +17,7 @@ class ControlHost {
     virtual HFONT fontFor(const Font& font) = 0;  // one of the form's own choice, at the monitor's resolution
     virtual DialogUnits units() const = 0;        // pixels
     virtual bool onShownPage(const Control& control) const = 0;
+    virtual HWND windowOf(const Control& control) const = 0;  // null while it has none
     virtual HWND tooltips() const = 0;
     virtual bool alive() const = 0;                       // the form has not let go of the window
     virtual std::shared_ptr<const void> keepAlive() = 0;  // while a message of a control is being handled

@@ -55,6 +55,9 @@ class NativeToolbar : public NativeControl {
     }
     bool takesKey(WPARAM key) const override { return key == VK_RETURN; }
 
+  protected:
+    CaptionUse captionUse() const override { return CaptionUse::Name; }
+
   private:
     static BYTE stateOf(const ToolbarButton& button) {
         return static_cast<BYTE>((button.enabled ? TBSTATE_ENABLED : 0) | (button.checked ? TBSTATE_CHECKED : 0));
@@ -122,6 +125,9 @@ class NativeTabStrip : public NativeControl {
         tabs_.setValue(static_cast<int>(send(TCM_GETCURSEL)));
         return 0;
     }
+
+  protected:
+    CaptionUse captionUse() const override { return CaptionUse::Name; }
 
   private:
     void showValue() {

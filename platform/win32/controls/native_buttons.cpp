@@ -1,5 +1,6 @@
 // Labels, frames and the kinds of buttons.
 #include <algorithm>
+#include <vector>
 
 #include "forms/form.h"
 #include "platform/win32/controls/native_control.h"
@@ -93,22 +94,17 @@ class NativeCheckBox : public NativeMarkButton {
     CheckBox& box_;
 };
 
-// The first of a group carries the group's mark for the arrow keys, and so does what follows the group.
-bool BeginsGroup(const OptionButton& button) {
-    const auto& all = button.form().controls();
-    const auto at = std::find(all.begin(), all.end(), &button);
-    if (at == all.begin()) return true;
-    const Control* before = *(at - 1);
-    return !dynamic_cast<const OptionButton*>(before) || before->name() != button.name();
-}
-
 class NativeOptionButton : public NativeMarkButton {
   public:
     NativeOptionButton(ControlHost& host, OptionButton& button)
-        : NativeMarkButton(host, button,
-                           static_cast<DWORD>(BS_AUTORADIOBUTTON | (BeginsGroup(button) ? WS_GROUP | WS_TABSTOP : 0))),
-          button_(button) {
+        : NativeMarkButton(host, button, BS_AUTORADIOBUTTON), button_(button) {
+        send(BM_SETDONTCLICK, TRUE);  // the keyboard that comes here chooses nothing yet
         showMark();
+        showStop();
+    }
+    void changed(Property property) override {
+        NativeMarkButton::changed(property);
+        if (property == Property::Value || property == Property::Visible) showStop();
     }
     void command(WORD code, WORD) override {
         if (code != BN_CLICKED || send(BM_GETCHECK) != BST_CHECKED) return;
@@ -120,6 +116,24 @@ class NativeOptionButton : public NativeMarkButton {
     bool mark() const override { return button_.value(); }
 
   private:
+    // The Tab key stops at the chosen one of a group. While none is, it stops at the first, or nobody could reach them.
+    void showStop() {
+        const OptionButton* stop = nullptr;
+        std::vector<const OptionButton*> group;
+        for (const Control* control : button_.form().controls()) {
+            const auto* button = dynamic_cast<const OptionButton*>(control);
+            if (!button || button->name() != button_.name()) continue;
+            group.push_back(button);
+            if (button->visible() && (!stop || button->value())) stop = button;
+        }
+        for (const OptionButton* button : group) {
+            HWND other = button == &button_ ? window() : host().windowOf(*button);
+            if (!other) continue;  // it is still to come
+            const LONG_PTR style = GetWindowLongPtrW(other, GWL_STYLE) & ~LONG_PTR{WS_TABSTOP};
+            SetWindowLongPtrW(other, GWL_STYLE, style | (button == stop ? WS_TABSTOP : 0));
+        }
+    }
+
     OptionButton& button_;
 };
 

@@ -24,6 +24,7 @@ NativeControl::~NativeControl() {
 
 void NativeControl::removed() {
     removed_ = true;
+    nameLabel_.reset();
     DestroyWindow(window_);
 }
 
@@ -33,13 +34,12 @@ bool NativeControl::shown() const { return control_.visible() && host_.onShownPa
 
 void NativeControl::changed(Property property) {
     switch (property) {
-        case Property::Caption: {
-            const Applying guard(*this);
-            SetWindowTextW(window_, Wide(control_.caption()).c_str());
-            break;
-        }
+        case Property::Caption: showCaption(); break;
         case Property::Bounds: place(nullptr); break;
-        case Property::Visible: ShowWindow(window_, shown() ? SW_SHOWNA : SW_HIDE); break;
+        case Property::Visible:
+            ShowWindow(window_, shown() ? SW_SHOWNA : SW_HIDE);
+            ShowWindow(nameLabel_.get(), shown() ? SW_SHOWNA : SW_HIDE);
+            break;
         case Property::Enabled:
             // A disabled window keeps the keyboard, which would then be lost.
             if (!control_.enabled() && GetFocus() == window_) SendMessageW(host_.hostWindow(), WM_NEXTDLGCTL, 0, FALSE);
@@ -69,6 +69,31 @@ void NativeControl::place(HDWP* moves) {
     } else {
         SetWindowPos(window_, nullptr, to.left, to.top, to.width, to.height, flags);
     }
+}
+
+HWND NativeControl::follow(HWND before, bool beginsGroup) {
+    constexpr UINT kOrderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+    if (captionUse() != CaptionUse::Shown) showCaption();
+    if (nameLabel_) {
+        SetWindowPos(nameLabel_.get(), before, 0, 0, 0, 0, kOrderOnly);
+        before = nameLabel_.get();
+    }
+    SetWindowPos(window_, before, 0, 0, 0, 0, kOrderOnly);
+    const LONG_PTR style = GetWindowLongPtrW(window_, GWL_STYLE) & ~LONG_PTR{WS_GROUP};
+    SetWindowLongPtrW(window_, GWL_STYLE, style | (beginsGroup ? WS_GROUP : 0));
+    return window_;
+}
+
+void NativeControl::showCaption() {
+    const std::wstring text = Wide(control_.caption());
+    const Applying guard(*this);
+    if (captionUse() != CaptionUse::NameBesideValue) SetWindowTextW(window_, text.c_str());
+    if (captionUse() == CaptionUse::Shown || text.empty()) return;
+    if (!nameLabel_) {
+        nameLabel_.reset(CreateWindowExW(0, WC_STATICW, nullptr, WS_CHILD | SS_NOPREFIX | (shown() ? WS_VISIBLE : 0), 0,
+                                         0, 0, 0, host_.hostWindow(), nullptr, GetModuleHandleW(nullptr), nullptr));
+    }
+    SetWindowTextW(nameLabel_.get(), text.c_str());
 }
 
 HFONT NativeControl::font() const { return control_.font() == Font{} ? host_.font() : host_.fontFor(control_.font()); }

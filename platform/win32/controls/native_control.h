@@ -33,11 +33,20 @@ class NativeControl {
     virtual void fontChanged();
     virtual bool isTransparent() const { return false; }  // lies on the background of the window
     void place(HDWP* moves);
+    // Takes its turn behind another window in the order of the Tab key, HWND_TOP for the first; the arrow keys stay
+    // within the controls from one that begins a group to the next. Returns its last window.
+    HWND follow(HWND before, bool beginsGroup);
     bool shown() const;
     bool alive() const;  // the form still has this control
     void removed();      // the form has it no longer, perhaps while one of its messages is being handled
 
   protected:
+    // What becomes of the control's caption. Where nobody sees it, it is the control's name: assistive programs take
+    // it from the text of the window or from the label before that, by the window's class, so it stands in both; in the
+    // label alone where the text of the window is a value.
+    enum class CaptionUse { Shown, Name, NameBesideValue };
+    virtual CaptionUse captionUse() const { return CaptionUse::Shown; }
+
     struct Style {
         const wchar_t* className;
         DWORD style = 0;
@@ -78,10 +87,12 @@ class NativeControl {
     static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                      DWORD_PTR data) noexcept;
     void setTooltip();
+    void showCaption();
 
     ControlHost& host_;
     Control& control_;
     HWND window_ = nullptr;
+    OwnedWindow nameLabel_;  // without size, in front of the window
     bool applying_ = false;
     bool removed_ = false;
     bool hasTooltip_ = false;

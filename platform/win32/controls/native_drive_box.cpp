@@ -26,6 +26,9 @@ class NativeDriveBox : public NativeControl {
         if (code == CBN_SELCHANGE && row < box_.drives().size()) box_.setDrive(box_.drives()[row]);
     }
 
+  protected:
+    CaptionUse captionUse() const override { return CaptionUse::NameBesideValue; }
+
   private:
     void showDrives() {
         send(CB_RESETCONTENT);

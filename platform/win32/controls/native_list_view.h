@@ -23,6 +23,7 @@ class NativeListView : public NativeControl {
     void fontChanged() override;
 
   protected:
+    CaptionUse captionUse() const override { return CaptionUse::Name; }
     std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) override;
 
   private:

@@ -34,6 +34,7 @@ class NativeSlider : public NativeControl {
     }
 
   protected:
+    CaptionUse captionUse() const override { return CaptionUse::Name; }
     std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) override {
         if (message == WM_LBUTTONDOWN && isDoubleClick({GET_X_LPARAM(l), GET_Y_LPARAM(l)})) {
             SetFocus(window());

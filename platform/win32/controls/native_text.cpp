@@ -28,7 +28,6 @@ class NativeTextBox : public NativeControl {
     }
     Size wish() const override { return {horizontal(100), vertical(box_.multiLine() ? 60 : 14)}; }
     void changed(Property property) override {
-        if (property == Property::Caption) return;  // the text of the window is the value
         NativeControl::changed(property);
         if (property == Property::Value) showText();
     }
@@ -41,6 +40,7 @@ class NativeTextBox : public NativeControl {
     }
 
   protected:
+    CaptionUse captionUse() const override { return CaptionUse::NameBesideValue; }
     std::optional<LRESULT> intercept(UINT message, WPARAM w, LPARAM l) override {
         if (message == WM_LBUTTONDBLCLK && box_.onDoubleClick) {
             box_.onDoubleClick();
@@ -86,7 +86,6 @@ class NativeComboBox : public NativeControl {
         return {std::clamp(width + horizontal(20), horizontal(50), horizontal(200)), vertical(14)};
     }
     void changed(Property property) override {
-        if (property == Property::Caption) return;
         if (property == Property::Items) {
             showItems();
         } else if (property == Property::Value) {
@@ -104,6 +103,9 @@ class NativeComboBox : public NativeControl {
             box_.setText(Narrow(windowText()));
         }
     }
+
+  protected:
+    CaptionUse captionUse() const override { return CaptionUse::NameBesideValue; }
 
   private:
     void showItems() {

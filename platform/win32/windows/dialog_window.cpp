@@ -23,6 +23,14 @@ DWORD ExtendedStyleOf(const Form& form) {
     return WS_EX_CONTROLPARENT | (form.kind() == Form::Kind::Sizeable ? WS_EX_APPWINDOW : WS_EX_DLGMODALFRAME);
 }
 
+// The arrow keys go through the choices of one group, and along buttons that stand side by side.
+bool BeginsGroup(const Control& control, const Control* before) {
+    if (!before) return true;
+    if (dynamic_cast<const OptionButton*>(&control))
+        return !dynamic_cast<const OptionButton*>(before) || before->name() != control.name();
+    return !dynamic_cast<const CommandButton*>(&control) || !dynamic_cast<const CommandButton*>(before);
+}
+
 int Margin(const Form& form) { return form.kind() == Form::Kind::Sizeable ? kSizeableMargin : kDialogMargin; }
 
 }  // namespace
@@ -63,6 +71,11 @@ void DialogWindow::makeControl(Control& control) {
 NativeControl* DialogWindow::native(const Control& control) const {
     const auto found = natives_.find(&control);
     return found == natives_.end() ? nullptr : found->second.get();
+}
+
+HWND DialogWindow::windowOf(const Control& control) const {
+    const NativeControl* found = native(control);
+    return found ? found->window() : nullptr;
 }
 
 NativeControl* DialogWindow::nativeOf(HWND window) const {
@@ -121,6 +134,7 @@ void DialogWindow::arrange() {
     if (layout.kind != Layout::Kind::None) {
         pages_.clear();
         collectPages(layout);
+        orderControls(layout);
         Arrange(layout, content(), units_, [this](const Control& control) { return wish(control); });
         // All at once, so that no control is seen at its new place over another at its old one.
         HDWP moves = BeginDeferWindowPos(static_cast<int>(natives_.size()));
@@ -130,6 +144,19 @@ void DialogWindow::arrange() {
     }
     arranging_ = false;
     form()->Form_Resize(clientSize());
+}
+
+// The Tab key goes from window to window as they lie over each other.
+void DialogWindow::orderControls(const Layout& layout) {
+    std::vector<Control*> order = ReadingOrder(layout);
+    if (order == order_) return;
+    order_ = std::move(order);
+    HWND last = HWND_TOP;
+    const Control* before = nullptr;
+    for (Control* control : order_) {
+        if (NativeControl* found = native(*control)) last = found->follow(last, BeginsGroup(*control, before));
+        before = control;
+    }
 }
 
 void DialogWindow::collectPages(const Layout& layout) {
@@ -220,6 +247,7 @@ void DialogWindow::controlRemoved(Control& control) {
     removed_.push_back(std::move(found->second));
     natives_.erase(found);
     pages_.erase(&control);
+    std::erase(order_, &control);
 }
 
 void DialogWindow::setMenuBar() {
@@ -293,6 +321,21 @@ bool DialogWindow::switchTab(bool back) {
     return false;
 }
 
+bool DialogWindow::accessTab(wchar_t letter) {
+    const int key = letter >= L'a' && letter <= L'z' ? letter - L'a' + L'A' : letter;
+    for (Control* control : form()->controls()) {
+        auto* tabs = dynamic_cast<TabStrip*>(control);
+        if (!tabs || !tabs->enabled()) continue;
+        const auto& captions = tabs->tabs();
+        const auto found = std::ranges::find(captions, key, AccessKeyOf);
+        if (found == captions.end()) continue;
+        SetFocus(windowOf(*tabs));
+        tabs->setValue(static_cast<int>(found - captions.begin()));
+        return true;
+    }
+    return false;
+}
+
 bool DialogWindow::preview(MSG& message) {
     const bool down = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
     const bool up = message.message == WM_KEYUP || message.message == WM_SYSKEYUP;
@@ -302,6 +345,7 @@ bool DialogWindow::preview(MSG& message) {
         if (!attached() || (down && form()->keyTaken)) return true;
     }
     if (down && (ShiftState() & 6) == 2 && message.wParam == VK_TAB && switchTab(ShiftState() & 1)) return true;
+    if (message.message == WM_SYSCHAR && accessTab(static_cast<wchar_t>(message.wParam))) return true;
     if (down) {
         const NativeControl* focused = nativeOf(GetFocus());
         if (focused && focused->takesKey(message.wParam)) return false;
@@ -341,6 +385,14 @@ FormWindow::Result DialogWindow::focusChanged(UINT message, WPARAM w) {
     return 0;
 }
 
+// As a dialog does: an access key of a label or a frame leads here.
+void DialogWindow::focusNext(WPARAM w, bool isWindow) {
+    HWND next = isWindow ? reinterpret_cast<HWND>(w) : GetNextDlgTabItem(handle(), GetFocus(), w != 0);
+    if (!next) return;
+    SetFocus(next);
+    if (SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) SendMessageW(next, EM_SETSEL, 0, -1);
+}
+
 FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
         case WM_COMMAND: return command(w, l);
@@ -370,6 +422,7 @@ FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
                 return 0;
             }
             return {};
+        case WM_NEXTDLGCTL: focusNext(w, LOWORD(l) != 0); return 0;
         case DM_GETDEFID: return MAKELRESULT(IDOK, DC_HASDEFID);
         case WM_GETMINMAXINFO: limitSize(*reinterpret_cast<MINMAXINFO*>(l)); return 0;
         case WM_ACTIVATE:

@@ -29,6 +29,7 @@ class DialogWindow : public FormWindow, public ControlHost {
     HFONT fontFor(const Font& font) override;
     DialogUnits units() const override { return units_; }
     bool onShownPage(const Control& control) const override;
+    HWND windowOf(const Control& control) const override;
     HWND tooltips() const override { return tooltips_; }
     bool alive() const override { return attached(); }
     std::shared_ptr<const void> keepAlive() override { return shared_from_this(); }
@@ -45,6 +46,7 @@ class DialogWindow : public FormWindow, public ControlHost {
     void makeControl(Control& control);
     void makeFonts();
     void arrange();
+    void orderControls(const Layout& layout);
     void fitToLayout();
     Size frameFor(Size client) const;
     Rect content() const;
@@ -56,8 +58,10 @@ class DialogWindow : public FormWindow, public ControlHost {
     Result command(WPARAM w, LPARAM l);
     Result color(HDC dc, HWND window) const;
     Result focusChanged(UINT message, WPARAM w);
+    void focusNext(WPARAM w, bool isWindow);
     bool pressDefault();
     bool switchTab(bool back);
+    bool accessTab(wchar_t letter);
     Size wish(const Control& control) const;
 
     struct Page {
@@ -75,6 +79,7 @@ class DialogWindow : public FormWindow, public ControlHost {
     // Controls that the form has removed while one of their messages was being handled.
     std::vector<std::unique_ptr<NativeControl>> removed_;
     std::unordered_map<const Control*, Page> pages_;
+    std::vector<Control*> order_;  // of the Tab key
     HWND lastFocus_ = nullptr;
     bool arranging_ = false;
 };

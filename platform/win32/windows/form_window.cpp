@@ -331,6 +331,9 @@ FormWindow::Result FormWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_DROPFILES: filesDropped(reinterpret_cast<HDROP>(w)); return 0;
         case WM_MOUSEWHEEL: return wheel(w, l);
         case WM_APPCOMMAND: return appCommand(l);
+        case WM_HELP:
+            if (form_->onHelp) form_->onHelp();
+            return TRUE;
         default: return {};
     }
 }

@@ -38,7 +38,8 @@ def test_the_device_is_found_by_its_name_and_the_volume_bar_is_that_of_the_one_t
 
     bar_moves("second")
     form = player.open("オプション(N)", "オプション")
-    form.control("SysTabControl32").click(82, 10)
+    form.activate()
+    s.driver.keys("alt+p")
     combo = form.control("ComboBox", where=lambda box: box.visible and "Second" in box.lines())
     combo.click()
     heard = [subprocess.Popen(recorder(sink, 4), shell=True, env=s.session.env, stdout=subprocess.PIPE)
