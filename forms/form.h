@@ -46,6 +46,7 @@ class Form {
     const std::string& caption() const { return caption_; }
     void setCaption(std::string caption);
     bool visible() const { return visible_; }
+    bool minimised() const { return minimised_; }  // then it is visible all the same
     // A window that appears by itself does not take the keyboard: `activate` false. One that is shown stays where it
     // is.
     void show(bool activate = true);
@@ -110,7 +111,7 @@ class Form {
     void remove(Control& control);
     void controlChanged(Control& control, Property property);
     void placedByUser(int left, int top, int width, int height);  // the window has been moved or sized on the screen
-    void visibleByHost(bool visible) { visible_ = visible; }
+    void minimisedByHost(bool minimised) { minimised_ = minimised; }
 
   protected:
     // For a form that draws its controls itself.
@@ -128,6 +129,7 @@ class Form {
     std::string caption_;
     bool visible_ = false;
     bool activates_ = true;
+    bool minimised_ = false;
     bool topmost_ = false;
     bool unloaded_ = false;
     bool placed_ = false;

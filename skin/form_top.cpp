@@ -381,7 +381,7 @@ void FormTop::showWindow(Form& form, bool activate) {
 
 void FormTop::toggleWindow(Form* form) {
     if (!form) return;
-    if (!form->visible()) return showWindow(*form);
+    if (!form->visible() || form->minimised()) return showWindow(*form);
     form->hide();
     if (form == windows_.list) state_.ListShown = false;
 }

@@ -94,7 +94,7 @@ Layout FormTag::layout() {
     Layout name = Row({Item(TextFileName, 0, 0, 1), Item(cmdRename)});
     Layout selected = Column({Row({Item(cmdPrevious), Item(cmdNext), Item(cmdCurrent), Item(LabelPlace, 0, 0, 1)}),
                               Row({Item(LabelApply), Item(ComboField, 70), Item(cmdApply), Space(0, 0, 1)})});
-    return Column({Item(LabelFile, kLabelWidth + kFieldWidth), Item(TabView, 0, 14), fields, Group(FrameName, name),
+    return Column({Item(LabelFile, kLabelWidth + kFieldWidth), Item(TabView), fields, Group(FrameName, name),
                    Group(FrameSelected, selected), Row({Item(LabelState, 0, 0, 1), Item(cmdClose)})});
 }
 

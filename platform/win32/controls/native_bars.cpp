@@ -96,6 +96,7 @@ class NativeTabStrip : public NativeControl {
   public:
     NativeTabStrip(ControlHost& host, TabStrip& tabs)
         : NativeControl(host, tabs, {WC_TABCONTROLW, WS_TABSTOP}), tabs_(tabs) {
+        padTabs();
         int number = 0;
         for (const std::string& text : tabs.tabs()) {
             std::wstring wide = Wide(text);
@@ -107,14 +108,19 @@ class NativeTabStrip : public NativeControl {
         showValue();
     }
     Size wish() const override {
-        int width = 0, height = vertical(12);
+        // Not higher than the tabs, or a strip of the page that the system draws below them would be seen.
+        int width = 0, height = 0;
         for (std::size_t i = 0; i < tabs_.tabs().size(); ++i) {
             RECT rect{};
             send(TCM_GETITEMRECT, i, &rect);
             width = std::max<int>(width, rect.right);
             height = std::max<int>(height, rect.bottom);
         }
-        return {width + 4, height + 2};
+        return {width + 4, height + 1};
+    }
+    void fontChanged() override {
+        padTabs();
+        NativeControl::fontChanged();
     }
     void changed(Property property) override {
         NativeControl::changed(property);
@@ -130,6 +136,8 @@ class NativeTabStrip : public NativeControl {
     CaptionUse captionUse() const override { return CaptionUse::Name; }
 
   private:
+    // Room around the captions, which the system counts in pixels whatever their size.
+    void padTabs() { send(TCM_SETPADDING, 0, MAKELPARAM(horizontal(4), vertical(2))); }
     void showValue() {
         if (send(TCM_GETCURSEL) != tabs_.value()) send(TCM_SETCURSEL, static_cast<WPARAM>(tabs_.value()));
     }

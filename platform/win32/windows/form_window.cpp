@@ -308,6 +308,7 @@ FormWindow::Result FormWindow::answer(UINT message, WPARAM w, LPARAM l) {
             if (ready_ && !placing_) tellPlace(true);
             return {};
         case WM_SIZE:
+            form_->minimisedByHost(w == SIZE_MINIMIZED);
             if (!ready_ || w == SIZE_MINIMIZED) return {};
             if (!placing_) tellPlace(false);
             sized();

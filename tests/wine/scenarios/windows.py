@@ -118,4 +118,8 @@ def test_the_other_windows_are_gone_through_in_their_order(s):
     s.wait_until(lambda: window.control("Edit").handle == s.driver.focus(), "the search field has the keyboard")
     s.equal(stops(s, window), rest("text 検索|list リストA|combo ドライブ|list フォルダ|combo ファイルの種類|list ファイル|bar ツールバー|"
                                    "tabs リストの切替"), "stops of the list window")
+    window.post(0x112, 0xF020)  # minimises it
+    s.wait_until(lambda: window.refreshed().style & 0x20000000, "it is minimised")
+    player.press("list")
+    s.wait_until(lambda: not window.refreshed().style & 0x20000000, "one press brings it back")
     player.end()
