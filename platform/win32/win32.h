@@ -91,6 +91,7 @@ inline Rect FromRect(const RECT& r) {
             static_cast<int>(r.bottom - r.top)};
 }
 inline COLORREF ToColorRef(Color c) { return RGB(c.red, c.green, c.blue); }
+inline Color FromColorRef(COLORREF c) { return {GetRValue(c), GetGValue(c), GetBValue(c)}; }
 
 // Shift state of the form layer: 1 shift, 2 control, 4 alt.
 int ShiftState();

@@ -5,7 +5,7 @@
 
 #include "forms/control.h"
 #include "forms/layout.h"
-#include "platform/win32/win32.h"
+#include "platform/win32/palette.h"
 
 namespace quenlox::win32 {
 
@@ -15,6 +15,7 @@ class ControlHost {
     virtual UINT dpi() const = 0;                 // of the monitor that the window is on
     virtual HFONT font() const = 0;               // that of the system's messages
     virtual HFONT fontFor(const Font& font) = 0;  // one of the form's own choice, at the monitor's resolution
+    virtual const Palette* palette() const = 0;   // null: the system's colours
     virtual DialogUnits units() const = 0;        // pixels
     virtual bool onShownPage(const Control& control) const = 0;
     virtual HWND windowOf(const Control& control) const = 0;  // null while it has none

@@ -1,6 +1,7 @@
 // The toolbar and the row of tabs.
 #include <algorithm>
 
+#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
@@ -42,6 +43,8 @@ class NativeToolbar : public NativeControl {
         bar_.onButton(key);
     }
     std::optional<LRESULT> notify(NMHDR& header) override {
+        if (header.code == static_cast<UINT>(NM_CUSTOMDRAW) && palette())
+            return customDraw(reinterpret_cast<const NMTBCUSTOMDRAW&>(header));
         if (header.code != static_cast<UINT>(TBN_GETINFOTIPW)) return {};
         auto& info = reinterpret_cast<NMTBGETINFOTIPW&>(header);
         const auto number = static_cast<std::size_t>(info.iItem - kFirstButton);
@@ -59,6 +62,12 @@ class NativeToolbar : public NativeControl {
     CaptionUse captionUse() const override { return CaptionUse::Name; }
 
   private:
+    LRESULT customDraw(const NMTBCUSTOMDRAW& draw) const {
+        if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+        if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
+        if (draw.nmcd.dwItemSpec >= kFirstButton) PaintToolButton(draw, *palette());
+        return CDRF_SKIPDEFAULT;
+    }
     static BYTE stateOf(const ToolbarButton& button) {
         return static_cast<BYTE>((button.enabled ? TBSTATE_ENABLED : 0) | (button.checked ? TBSTATE_CHECKED : 0));
     }
@@ -96,6 +105,7 @@ class NativeTabStrip : public NativeControl {
   public:
     NativeTabStrip(ControlHost& host, TabStrip& tabs)
         : NativeControl(host, tabs, {WC_TABCONTROLW, WS_TABSTOP}), tabs_(tabs) {
+        subclass();
         padTabs();
         int number = 0;
         for (const std::string& text : tabs.tabs()) {
@@ -134,6 +144,8 @@ class NativeTabStrip : public NativeControl {
 
   protected:
     CaptionUse captionUse() const override { return CaptionUse::Name; }
+    bool paintsItself() const override { return true; }
+    void paint(HDC dc, const Palette& palette) const override { PaintTabs(window(), dc, palette); }
 
   private:
     // Room around the captions, which the system counts in pixels whatever their size.

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "forms/form.h"
+#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
@@ -31,9 +32,15 @@ class NativeLabel : public NativeControl {
 class NativeFrame : public NativeControl {
   public:
     NativeFrame(ControlHost& host, Control& frame)
-        : NativeControl(host, frame, {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT}) {}
+        : NativeControl(host, frame, {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT}) {
+        subclass();
+    }
     Size wish() const override { return {textSize(Wide(control().caption())).width + horizontal(8), vertical(9)}; }
     bool isTransparent() const override { return true; }
+
+  protected:
+    bool paintsItself() const override { return true; }
+    void paint(HDC dc, const Palette& palette) const override { PaintGroupBox(window(), dc, palette); }
 };
 
 class NativeCommandButton : public NativeControl {
@@ -48,6 +55,11 @@ class NativeCommandButton : public NativeControl {
     }
     void command(WORD code, WORD) override {
         if (code == BN_CLICKED) button_.click();
+    }
+    std::optional<LRESULT> notify(NMHDR& header) override {
+        if (header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !palette()) return {};
+        PaintPushButton(reinterpret_cast<const NMCUSTOMDRAW&>(header), button_.isDefault, *palette());
+        return CDRF_SKIPDEFAULT;
     }
     bool pressed() override {
         button_.click();
@@ -67,6 +79,12 @@ class NativeMarkButton : public NativeControl {
     void changed(Property property) override {
         NativeControl::changed(property);
         if (property == Property::Value) showMark();
+    }
+    std::optional<LRESULT> notify(NMHDR& header) override {
+        if (header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !palette()) return {};
+        const Mark mark = dynamic_cast<OptionButton*>(&control()) ? Mark::Dot : Mark::Tick;
+        PaintMarkButton(reinterpret_cast<const NMCUSTOMDRAW&>(header), mark, *palette());
+        return CDRF_SKIPDEFAULT;
     }
     bool isTransparent() const override { return true; }
 

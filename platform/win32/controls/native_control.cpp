@@ -3,8 +3,38 @@
 #include <algorithm>
 
 #include "forms/form.h"
+#include "platform/win32/controls/dark_paint.h"
 
 namespace quenlox::win32 {
+namespace {
+
+// What makes a control draw itself at once, without WM_PAINT.
+bool MayDraw(UINT message) {
+    switch (message) {
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+        case WM_ENABLE:
+        case WM_SETTEXT:
+        case WM_SETFONT:
+        case WM_UPDATEUISTATE:
+        case WM_COMMAND:
+        case WM_KEYDOWN:
+        case WM_CHAR:
+        case WM_MOUSEWHEEL:
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONUP:
+        case WM_MOUSELEAVE:
+        case WM_CAPTURECHANGED:
+        case WM_TIMER:
+        case PBM_SETPOS:
+        case CB_SETCURSEL:
+        case CB_SHOWDROPDOWN:
+        case TCM_SETCURSEL: return true;
+        default: return false;
+    }
+}
+
+}  // namespace
 
 NativeControl::NativeControl(ControlHost& host, Control& control, Style style) : host_(host), control_(control) {
     const auto& all = control.form().controls();
@@ -100,6 +130,10 @@ HFONT NativeControl::font() const { return control_.font() == Font{} ? host_.fon
 
 void NativeControl::fontChanged() { send(WM_SETFONT, reinterpret_cast<WPARAM>(font()), LPARAM{TRUE}); }
 
+void NativeControl::paletteChanged() {
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
 void NativeControl::setTooltip() {
     std::wstring text = Wide(control_.tooltip());
     TTTOOLINFOW tool{};
@@ -135,6 +169,28 @@ int NativeControl::vertical(int units) const { return RoundHalfToEven(units * ho
 
 void NativeControl::subclass() { SetWindowSubclass(window_, Subclass, 1, reinterpret_cast<DWORD_PTR>(this)); }
 
+std::optional<LRESULT> NativeControl::interceptPaint(UINT message, WPARAM w, LPARAM l) {
+    const Palette* colors = palette();
+    if (!colors) return {};
+    if (message == WM_NCPAINT && (GetWindowLongPtrW(window_, GWL_EXSTYLE) & WS_EX_CLIENTEDGE)) {
+        DefSubclassProc(window_, message, w, l);  // scroll bars
+        PaintEdge(window_, *colors);
+        return 0;
+    }
+    if (!paintsItself()) return {};
+    if (message == WM_ERASEBKGND) return TRUE;
+    if (message == WM_PAINT) {
+        PAINTSTRUCT area;
+        if (HDC dc = BeginPaint(window_, &area)) paint(dc, *colors);
+        EndPaint(window_, &area);
+        return 0;
+    }
+    if (!MayDraw(message)) return {};
+    const LRESULT result = DefSubclassProc(window_, message, w, l);
+    if (alive()) InvalidateRect(window_, nullptr, FALSE);
+    return result;
+}
+
 LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                          DWORD_PTR data) noexcept {
     auto* native = reinterpret_cast<NativeControl*>(data);
@@ -145,6 +201,7 @@ LRESULT CALLBACK NativeControl::Subclass(HWND window, UINT message, WPARAM w, LP
     try {
         const auto keep = native->host_.keepAlive();
         if (native->alive()) {
+            if (const auto result = native->interceptPaint(message, w, l)) return *result;
             if (const auto result = native->intercept(message, w, l)) return *result;
         }
     } catch (...) {

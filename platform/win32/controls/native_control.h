@@ -31,6 +31,7 @@ class NativeControl {
     virtual bool pressed() { return false; }                              // Enter on a button
     virtual void contextMenu(POINT screen) { (void)screen; }
     virtual void fontChanged();
+    virtual void paletteChanged();                        // also the system's own colours may be others
     virtual bool isTransparent() const { return false; }  // lies on the background of the window
     void place(HDWP* moves);
     // Takes its turn behind another window in the order of the Tab key, HWND_TOP for the first; the arrow keys stay
@@ -83,7 +84,13 @@ class NativeControl {
         return (void)message, (void)w, (void)l, std::nullopt;
     }
 
+    // A control that has no colours to be told is drawn here while there is a palette; it must be subclassed.
+    virtual bool paintsItself() const { return false; }
+    virtual void paint(HDC dc, const Palette& palette) const { (void)dc, (void)palette; }
+    const Palette* palette() const { return host_.palette(); }
+
   private:
+    std::optional<LRESULT> interceptPaint(UINT message, WPARAM w, LPARAM l);
     static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                      DWORD_PTR data) noexcept;
     void setTooltip();

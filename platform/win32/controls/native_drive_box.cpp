@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "forms/list_view.h"
+#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
@@ -13,6 +14,7 @@ class NativeDriveBox : public NativeControl {
     NativeDriveBox(ControlHost& host, DriveListBox& box)
         : NativeControl(host, box, {WC_COMBOBOXW, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_HASSTRINGS}),
           box_(box) {
+        subclass();
         showDrives();
     }
     Size wish() const override { return {horizontal(60), vertical(14)}; }
@@ -28,6 +30,8 @@ class NativeDriveBox : public NativeControl {
 
   protected:
     CaptionUse captionUse() const override { return CaptionUse::NameBesideValue; }
+    bool paintsItself() const override { return true; }
+    void paint(HDC dc, const Palette& palette) const override { PaintComboBox(window(), dc, palette); }
 
   private:
     void showDrives() {

@@ -1,9 +1,11 @@
 #include "platform/win32/controls/native_list_view.h"
 
+#include <uxtheme.h>
 #include <windowsx.h>
 
 #include <algorithm>
 
+#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/dropped_files.h"
 
 namespace quenlox::win32 {
@@ -291,7 +293,7 @@ LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
         case CDDS_ITEMPREPAINT: {
             const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
             if (row >= view_.rowCount()) return CDRF_DODEFAULT;
-            if (view_.dimmed && view_.dimmed(row)) draw.clrText = GetSysColor(COLOR_GRAYTEXT);
+            colorRow(draw, row);
             if (!view_.marked || !view_.marked(row)) return CDRF_DODEFAULT;
             SelectObject(draw.nmcd.hdc, bold_.get());
             return CDRF_NEWFONT;
@@ -299,6 +301,38 @@ LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
         case CDDS_POSTPAINT: drag_.paintMark(draw.nmcd.hdc); return CDRF_DODEFAULT;
         default: return CDRF_DODEFAULT;
     }
+}
+
+void NativeListView::colorRow(NMLVCUSTOMDRAW& draw, int row) const {
+    const bool dimmed = view_.dimmed && view_.dimmed(row);
+    if (dimmed) draw.clrText = palette() ? ToColorRef(palette()->dim) : GetSysColor(COLOR_GRAYTEXT);
+    if (!palette() || !view_.selected(row)) return;
+    draw.nmcd.uItemState &= ~UINT{CDIS_SELECTED};  // or the system's colours of a selection count
+    draw.clrTextBk = ToColorRef(GetFocus() == window() ? palette()->chosen : palette()->restingChosen);
+    draw.clrText = ToColorRef(palette()->text);
+}
+
+std::optional<LRESULT> NativeListView::drawHeader(const NMCUSTOMDRAW& draw) const {
+    if (!palette() || draw.hdr.hwndFrom != ListView_GetHeader(window())) return {};
+    if (draw.dwDrawStage == CDDS_PREPAINT) {
+        RECT all{};
+        GetClientRect(draw.hdr.hwndFrom, &all);
+        FillRect(draw.hdc, &all, BrushOf(palette()->face));
+        return CDRF_NOTIFYITEMDRAW;
+    }
+    if (draw.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
+    PaintHeaderItem(draw, *palette());
+    return CDRF_SKIPDEFAULT;
+}
+
+void NativeListView::paletteChanged() {
+    // The scroll bars of the system are dark where it has a theme of that name, and light elsewhere.
+    SetWindowTheme(window(), palette() ? L"DarkMode_Explorer" : nullptr, nullptr);
+    const COLORREF back = palette() ? ToColorRef(palette()->field) : GetSysColor(COLOR_WINDOW);
+    send(LVM_SETBKCOLOR, 0, LPARAM{back});
+    send(LVM_SETTEXTBKCOLOR, 0, LPARAM{back});
+    send(LVM_SETTEXTCOLOR, 0, LPARAM{palette() ? ToColorRef(palette()->text) : GetSysColor(COLOR_WINDOWTEXT)});
+    NativeControl::paletteChanged();
 }
 
 void NativeListView::paintEmptyText() const {
@@ -317,7 +351,7 @@ void NativeListView::paintEmptyText() const {
     {
         const Selected selected(dc, font());
         SetBkMode(dc, TRANSPARENT);
-        SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
+        SetTextColor(dc, palette() ? ToColorRef(palette()->dim) : GetSysColor(COLOR_GRAYTEXT));
         DrawTextW(dc, text.c_str(), -1, &room, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
     }
     ReleaseDC(window(), dc);
@@ -434,6 +468,8 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
             const auto& header = *reinterpret_cast<const NMHDR*>(l);
             if (header.code == static_cast<UINT>(HDN_ITEMCHANGEDW))
                 takeColumnWidth(*reinterpret_cast<const NMHEADERW*>(l));
+            if (header.code == static_cast<UINT>(NM_CUSTOMDRAW))
+                return drawHeader(*reinterpret_cast<const NMCUSTOMDRAW*>(l));
             return {};
         }
         default: return {};

@@ -21,6 +21,7 @@ class NativeListView : public NativeControl {
     bool pressed() override;
     void contextMenu(POINT screen) override;
     void fontChanged() override;
+    void paletteChanged() override;
 
   protected:
     CaptionUse captionUse() const override { return CaptionUse::Name; }
@@ -45,6 +46,8 @@ class NativeListView : public NativeControl {
     void giveText(NMLVDISPINFOW& info) const;
     LRESULT findRow(const NMLVFINDITEMW& search) const;
     LRESULT customDraw(NMLVCUSTOMDRAW& draw);
+    void colorRow(NMLVCUSTOMDRAW& draw, int row) const;
+    std::optional<LRESULT> drawHeader(const NMCUSTOMDRAW& draw) const;
     void makeBoldFont();
     int scaled(int pixelsAt96) const;
 

@@ -1,6 +1,7 @@
 // Scroll bars, shown as the system's sliders, which the keyboard and the wheel move; and progress bars.
 #include <windowsx.h>
 
+#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
@@ -24,6 +25,21 @@ class NativeSlider : public NativeControl {
         if (property == Property::Range) showRange();
         if (property == Property::Value) showValue();
     }
+    // The channel and the knob; what lies behind them is asked for as that of a text.
+    std::optional<LRESULT> notify(NMHDR& header) override {
+        if (header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !palette()) return {};
+        const auto& draw = reinterpret_cast<const NMCUSTOMDRAW&>(header);
+        if (draw.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+        if (draw.dwDrawStage != CDDS_ITEMPREPAINT || draw.dwItemSpec == TBCD_TICS) return CDRF_DODEFAULT;
+        const bool knob = draw.dwItemSpec == TBCD_THUMB, enabled = bar_.enabled();
+        FillRect(draw.hdc, &draw.rc, BrushOf(knob && enabled ? palette()->accent : palette()->border));
+        return CDRF_SKIPDEFAULT;
+    }
+    void paletteChanged() override {
+        send(WM_SYSCOLORCHANGE);  // it keeps a picture of itself
+        NativeControl::paletteChanged();
+    }
+    bool isTransparent() const override { return true; }
     void scrolled(WORD code) override {
         const auto value = static_cast<int>(send(TBM_GETPOS));
         if (code == TB_THUMBTRACK) {
@@ -83,6 +99,7 @@ class NativeProgressBar : public NativeControl {
   public:
     NativeProgressBar(ControlHost& host, ProgressBar& bar)
         : NativeControl(host, bar, {PROGRESS_CLASSW, PBS_SMOOTH}), bar_(bar) {
+        subclass();
         send(PBM_SETRANGE32, 0, LPARAM{1000});
         showValue();
     }
@@ -91,6 +108,10 @@ class NativeProgressBar : public NativeControl {
         NativeControl::changed(property);
         if (property == Property::Value) showValue();
     }
+
+  protected:
+    bool paintsItself() const override { return true; }
+    void paint(HDC dc, const Palette& palette) const override { PaintProgress(window(), dc, palette); }
 
   private:
     void showValue() {

@@ -1,6 +1,7 @@
 // Text boxes and combo boxes.
 #include <algorithm>
 
+#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
 
 namespace quenlox::win32 {
@@ -33,6 +34,8 @@ class NativeTextBox : public NativeControl {
     }
     void command(WORD code, WORD) override {
         if (code == EN_SETFOCUS || code == EN_KILLFOCUS) box_.focused = code == EN_SETFOCUS;
+        if (palette() && (code == EN_SETFOCUS || code == EN_KILLFOCUS))
+            RedrawWindow(window(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE);
         if (code == EN_KILLFOCUS && box_.onLeave) box_.onLeave();
         if (code != EN_CHANGE || applying()) return;
         const Applying guard(*this);  // what the user types is not brought back, or the caret would jump
@@ -78,6 +81,7 @@ class NativeComboBox : public NativeControl {
                         {WC_COMBOBOXW, static_cast<DWORD>(WS_TABSTOP | WS_VSCROLL | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
                                                           (box.editable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST))}),
           box_(box) {
+        subclass();
         showItems();
     }
     Size wish() const override {
@@ -106,6 +110,8 @@ class NativeComboBox : public NativeControl {
 
   protected:
     CaptionUse captionUse() const override { return CaptionUse::NameBesideValue; }
+    bool paintsItself() const override { return true; }
+    void paint(HDC dc, const Palette& palette) const override { PaintComboBox(window(), dc, palette); }
 
   private:
     void showItems() {

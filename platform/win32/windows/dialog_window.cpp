@@ -46,6 +46,8 @@ void DialogWindow::create() {
                                 nullptr, nullptr, nullptr);
     SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, 400);
     makeFonts();
+    palette_ = PaletteOfUser();
+    ShowTitleBar(handle(), palette_ != nullptr);
     arranging_ = true;
     placeWindow();  // before the menu bar comes, with which the window tells its size
     setMenuBar();
@@ -65,6 +67,7 @@ void DialogWindow::realised() {
 void DialogWindow::makeControl(Control& control) {
     auto made = MakeNativeControl(*this, control);
     if (!made) return;
+    if (palette_) made->paletteChanged();
     natives_[&control] = std::move(made);
 }
 
@@ -104,6 +107,16 @@ void DialogWindow::makeFonts() {
         units_ = {static_cast<double>(size.cx) / 52 / 4, static_cast<double>(text.tmHeight) / 8};
     }
     ReleaseDC(handle(), dc);
+}
+
+// The user may choose other colours at any moment.
+void DialogWindow::followPalette() {
+    const Palette* now = PaletteOfUser();
+    if (now == palette_) return;
+    palette_ = now;
+    ShowTitleBar(handle(), now != nullptr);
+    for (const auto& [control, native] : natives_) native->paletteChanged();
+    RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 HFONT DialogWindow::fontFor(const Font& font) {
@@ -354,7 +367,13 @@ bool DialogWindow::preview(MSG& message) {
 }
 
 FormWindow::Result DialogWindow::color(HDC dc, HWND window) const {
+    const auto give = [dc](Color text, Color back) -> Result {
+        SetTextColor(dc, ToColorRef(text));
+        SetBkColor(dc, ToColorRef(back));
+        return reinterpret_cast<LRESULT>(BrushOf(back));
+    };
     const NativeControl* found = nativeOf(window);
+    if (!found && palette_) return give(palette_->text, palette_->field);  // the list that a combo box drops
     if (!found) return {};
     const Control& control = found->control();
     // The system greys what cannot be edited; a text that is there to be read keeps its own colours.
@@ -362,14 +381,15 @@ FormWindow::Result DialogWindow::color(HDC dc, HWND window) const {
     const bool reading = box && box->multiLine() && box->readOnly();
     const bool ownText = reading || control.foreColor() != Color{},
                ownBack = reading || control.backColor() != Color{255, 255, 255};
-    if (!ownText && !ownBack) return {};
-    const bool face = found->isTransparent();
-    const COLORREF back = ownBack ? ToColorRef(control.backColor()) : GetSysColor(face ? COLOR_BTNFACE : COLOR_WINDOW);
-    SetTextColor(dc, ownText ? ToColorRef(control.foreColor()) : GetSysColor(face ? COLOR_BTNTEXT : COLOR_WINDOWTEXT));
-    SetBkColor(dc, back);
-    OwnedBrush& brush = brushes_[back];
-    if (!brush) brush.reset(CreateSolidBrush(back));
-    return reinterpret_cast<LRESULT>(brush.get());
+    if (!palette_ && !ownText && !ownBack) return {};
+    const bool face = found->isTransparent() || (palette_ && !control.enabled());
+    const auto system = [face](int onFace, int inField) { return FromColorRef(GetSysColor(face ? onFace : inField)); };
+    Color text = system(COLOR_BTNTEXT, COLOR_WINDOWTEXT), back = system(COLOR_BTNFACE, COLOR_WINDOW);
+    if (palette_) {
+        text = control.enabled() ? palette_->text : palette_->dim;
+        back = face ? palette_->window : palette_->field;
+    }
+    return give(ownText ? control.foreColor() : text, ownBack ? control.backColor() : back);
 }
 
 FormWindow::Result DialogWindow::focusChanged(UINT message, WPARAM w) {
@@ -415,7 +435,19 @@ FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
             return TRUE;
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORBTN:
         case WM_CTLCOLORLISTBOX: return color(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
+        case WM_ERASEBKGND: {
+            if (!palette_) return {};
+            RECT all{};
+            GetClientRect(handle(), &all);
+            FillRect(reinterpret_cast<HDC>(w), &all, BrushOf(palette_->window));
+            return TRUE;
+        }
+        case WM_SYSCOLORCHANGE:
+            for (const auto& [control, native] : natives_) SendMessageW(native->window(), message, w, l);
+            followPalette();
+            return {};
         case WM_CONTEXTMENU:
             if (NativeControl* found = nativeOf(reinterpret_cast<HWND>(w))) {
                 found->contextMenu({static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))});
@@ -429,6 +461,7 @@ FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
         case WM_SETFOCUS: FormWindow::answer(message, w, l); return focusChanged(message, w);
         case WM_DPICHANGED: dpiChanged(*reinterpret_cast<const RECT*>(l)); return 0;
         case WM_SETTINGCHANGE:
+            followPalette();  // "ImmersiveColorSet", or a contrast theme
             if (w == SPI_SETNONCLIENTMETRICS) {
                 makeFonts();
                 for (const auto& [control, native] : natives_) native->fontChanged();

@@ -27,6 +27,7 @@ class DialogWindow : public FormWindow, public ControlHost {
     UINT dpi() const override { return GetDpiForWindow(handle()); }
     HFONT font() const override { return font_.get(); }
     HFONT fontFor(const Font& font) override;
+    const Palette* palette() const override { return palette_; }
     DialogUnits units() const override { return units_; }
     bool onShownPage(const Control& control) const override;
     HWND windowOf(const Control& control) const override;
@@ -45,6 +46,7 @@ class DialogWindow : public FormWindow, public ControlHost {
     NativeControl* nativeOf(HWND window) const;
     void makeControl(Control& control);
     void makeFonts();
+    void followPalette();
     void arrange();
     void orderControls(const Layout& layout);
     void fitToLayout();
@@ -71,7 +73,7 @@ class DialogWindow : public FormWindow, public ControlHost {
 
     OwnedFont font_;
     std::map<std::pair<std::string, std::pair<double, bool>>, OwnedFont> fonts_;
-    mutable std::map<COLORREF, OwnedBrush> brushes_;
+    const Palette* palette_ = nullptr;
     DialogUnits units_;
     HWND tooltips_ = nullptr;
     OwnedMenu menu_;

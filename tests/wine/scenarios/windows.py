@@ -123,3 +123,54 @@ def test_the_other_windows_are_gone_through_in_their_order(s):
     player.press("list")
     s.wait_until(lambda: not window.refreshed().style & 0x20000000, "one press brings it back")
     player.end()
+
+
+def luminance(color):
+    """Relative, as contrast is counted (WCAG 2.1)."""
+    parts = [c / 255 / 12.92 if c <= 10 else ((c / 255 + 0.055) / 1.055) ** 2.4 for c in color]
+    return 0.2126 * parts[0] + 0.7152 * parts[1] + 0.0722 * parts[2]
+
+
+def contrast(picture):
+    """Of what is written to what lies behind it, which is the colour of most pixels."""
+    colors = sorted(picture.convert("RGB").getcolors(1 << 20), reverse=True)
+    behind = luminance(colors[0][1])
+    return max((max(behind, other) + 0.05) / (min(behind, other) + 0.05) for other in (luminance(c) for _, c in colors))
+
+
+def set_apps(s, light):
+    """What Windows' settings call the mode of apps."""
+    s.session.start("reg", "add", r"HKCU\Software\Microsoft\Windows\CurrentVersion\Themes\Personalize", "/v", "AppsUseLightTheme",
+                    "/t", "REG_DWORD", "/d", str(light), "/f").wait(60)
+
+
+def ground(s, window):
+    return s.screen().getpixel((window.x + window.width - 8, window.y + window.height - 8))
+
+
+def test_windows_are_dark_when_apps_are_and_follow_the_setting_at_once(s):
+    set_apps(s, 0)
+    player = Product(s)
+    try:
+        for item, title in (("オプション(N)", "オプション"), ("グライコ(G)", "グラフィックイコライザ"), ("タグ情報(I)", "タグ情報*"),
+                            ("ファイル変換(C)", "ファイル変換"), ("バージョン情報(V)", "バージョン情報")):
+            window = player.open(item, title)
+            window.activate()
+            s.wait_until(lambda: max(ground(s, window)) < 64, f"{title} is dark")
+            screen = s.screenshot(f"dark-{window.title.strip()}", None)
+            for c in window.controls():
+                if c.visible and c.enabled and c.plain and c.width and c.class_name in ("Static", "Button", "Edit"):
+                    height = 16 if c.class_name == "Button" and c.style & 0xF == GROUP_BOX else c.height
+                    ratio = contrast(screen.crop((c.x, c.y, c.x + c.width, c.y + height)))
+                    assert ratio >= 4.5, f"{title}: contrast {ratio:.1f} of {c.plain!r}"
+            set_apps(s, 1)
+            window.send(0x1A)  # WM_SETTINGCHANGE
+            s.wait_until(lambda: min(ground(s, window)) > 192, f"{title} is light at once")
+            set_apps(s, 0)
+            window.send(0x1A)
+            s.wait_until(lambda: max(ground(s, window)) < 64, f"{title} is dark again")
+            window.close()
+            window.wait_closed()
+    finally:
+        set_apps(s, 1)
+    player.end()
