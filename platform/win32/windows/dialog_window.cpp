@@ -246,6 +246,8 @@ void DialogWindow::controlChanged(Control& control, Property property) {
         found->changed(Property::Visible);
     }
     if (property == Property::Bounds && arranging_) return;
+    // Asked for while another window is in front, the keyboard comes here with the window.
+    if (property == Property::Focus && GetActiveWindow() != handle()) lastFocus_ = found->window();
     found->changed(property);
     if (!attached()) return;
     if (property == Property::Value && attached() && dynamic_cast<TabStrip*>(&control)) showPages();
