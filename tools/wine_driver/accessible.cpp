@@ -52,11 +52,10 @@ LONG Number(IAccessible& object, GetNumber get, LONG child) {
 Row PartRow(IAccessible& object, LONG n) {
     LONG x = 0, y = 0, width = 0, height = 0;
     Check(object.accLocation(&x, &y, &width, &height, Child(n)), "accLocation");
-    Row row = RowOf(n, Number(object, &IAccessible::get_accRole, n), Number(object, &IAccessible::get_accState, n), x, y,
-                    width, height);
-    for (const GetText get :
-         {&IAccessible::get_accName, &IAccessible::get_accValue, &IAccessible::get_accDescription,
-          &IAccessible::get_accDefaultAction, &IAccessible::get_accKeyboardShortcut})
+    Row row = RowOf(n, Number(object, &IAccessible::get_accRole, n), Number(object, &IAccessible::get_accState, n), x,
+                    y, width, height);
+    for (const GetText get : {&IAccessible::get_accName, &IAccessible::get_accValue, &IAccessible::get_accDescription,
+                              &IAccessible::get_accDefaultAction, &IAccessible::get_accKeyboardShortcut})
         row.push_back(Text(object, get, n));
     return row;
 }
