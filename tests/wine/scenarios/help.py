@@ -17,6 +17,9 @@ def test_the_help_button_opens_the_guide_in_the_browser(s):
     player.press("help")
     s.wait_until(lambda: opened.exists() and opened.read_text().endswith("\n"), "the browser is started")
     s.equal(opened.read_text().strip().removeprefix("file://"), str(page), "what it is told to show")
+    player.open("オプション(N)", "オプション").activate()
+    s.driver.keys("0x70")
+    s.wait_until(lambda: opened.read_text().count(page.name) == 2, "F1 opens it in another window")
     player.end()
 
     guide = page.read_text("utf-8")
