@@ -17,6 +17,7 @@ class GaplessHandOver {
         int list = 0;
         TrackStep step;
         std::string path;
+        bool queued = false;  // a row of the queue, no step of the list
     };
 
     explicit GaplessHandOver(Vbmp3& vbmp3) : vbmp3_(vbmp3) {}

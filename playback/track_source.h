@@ -3,11 +3,19 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "state/random_order.h"
 
 namespace quenlox {
+
+struct ListRow {
+    int list = 0;
+    int row = 0;
+    bool operator==(const ListRow&) const = default;
+};
 
 class TrackSource {
   public:
@@ -26,6 +34,14 @@ class TrackSource {
     // lists are kept on what they denoted; an index whose row went becomes the row before it, so that the next step
     // takes what stood behind it.
     virtual bool RemoveCurrentFileFromLists() = 0;
+    // Rows that the user wants to hear before anything else, in this order. Each stays on its row, whatever is done to
+    // the lists.
+    virtual const std::vector<ListRow>& queue() const = 0;
+    // The row is about to become the current one and leaves the queue.
+    virtual void takeFromQueue(const ListRow& row) = 0;
+    // The row that was the current one of the list before rows of the queue were played: the list goes on behind it.
+    virtual std::optional<int> goesOnBehind(int list) const = 0;
+    virtual void forgetPlaces() = 0;  // something else has been chosen: lists go on behind what is current
     // The file could not be played, or could be again: its rows say so.
     virtual void setPlayable(const std::string& path, bool playable) = 0;
 };

@@ -62,6 +62,7 @@ bool Transport::stop() {
     if (!mayAct()) return false;
     if (state_.PlayerStatus < kPlay) return true;
     halt();
+    noteStopAfter(false);
     pitch_.Undo();
     state_.PlayIntent = kNoIntent;
     RenewNextFile();
@@ -74,6 +75,18 @@ bool Transport::pause() {
     if (!mayAct()) return false;
     engine_.PauseMedia();
     return true;
+}
+
+bool Transport::setStopAfter(bool stops) {
+    const bool stands = state_.PlayerStatus == kStop || state_.PlayerStatus == kError;
+    if (!mayAct() || (stops && stands)) return false;
+    noteStopAfter(stops);
+    RenewNextFile();
+    return true;
+}
+
+void Transport::noteStopAfter(bool stops) {
+    if (std::exchange(stopsAfter_, stops) != stops && onStopAfterChanged) onStopAfterChanged(stops);
 }
 
 bool Transport::seek(double fraction) {
@@ -91,6 +104,7 @@ OpenResult Transport::open(const Track& track, int intent, Start start) {
     if (!mayAct()) return OpenResult::Busy;
     const bool plays = start == Start::Play || (start == Start::PlayIfPlaying && state_.PlayerStatus == kPlay);
     const unsigned request = newRequest();
+    tracks_.forgetPlaces();
     setCurrent(track);
     state_.PlayIntent = intent;
     const Opening opening = plays ? openAndPlay(request).opening : openOnly(request);
@@ -117,6 +131,7 @@ void Transport::openFirst(const std::string& path, bool named, bool play) {
 
 void Transport::setCurrent(const Track& track) {
     fromCommandLine_ = false;
+    noteStopAfter(false);
     state_.CurrentFile = track.path;
     if (track.list != kNoList) state_.CurrentIndex[At(track.list)] = track.row;
 }
@@ -164,6 +179,14 @@ bool Transport::throughList() const {
     return (state_.PlayMode == kProgram || state_.PlayMode == kRandom) && tracks_.trackCount(state_.ListNo) > 0;
 }
 
+// Whether another track follows by itself at the end of this one.
+bool Transport::goesOn() const {
+    if (stopsAfter_) return false;
+    return !tracks_.queue().empty() || (state_.PlayIntent > 0 && throughList());
+}
+
+bool Transport::sounding() const { return state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause; }
+
 bool Transport::NextTrack() { return step(Direction::Forward); }
 
 bool Transport::PreviousTrack() { return step(Direction::Backward); }
@@ -175,14 +198,15 @@ bool Transport::step(Direction direction) {
     return true;
 }
 
-// To the next entry that can be played; once around the list at the most. Where that is not wanted, or every entry
-// fails, the step ends at one that could not be played.
+// To the next entry that can be played; once through the queue and around the list at the most. Where that is not
+// wanted, or every entry fails, the step ends at one that could not be played.
 void Transport::walk(Direction direction) {
     const unsigned request = newRequest();
     const int intent = direction == Direction::Forward ? kForward : kBackward;
     std::set<std::string> deadRoots;  // a place that does not answer is asked for one file, and not for each
     std::optional<GaplessHandOver::Next> shown;
-    for (int left = tracks_.trackCount(sourceList()); left > 0 || !shown; --left) {
+    const auto queued = direction == Direction::Forward ? static_cast<int>(tracks_.queue().size()) : 0;
+    for (int left = queued + tracks_.trackCount(sourceList()); left > 0 || !shown; --left) {
         auto next = planStep(direction);
         if (!next) {
             state_.PlayIntent = kNoIntent;
@@ -209,6 +233,10 @@ void Transport::walk(Direction direction) {
 }
 
 std::optional<GaplessHandOver::Next> Transport::planStep(Direction direction) {
+    if (direction == Direction::Forward && !tracks_.queue().empty()) {
+        const ListRow row = tracks_.queue().front();
+        return GaplessHandOver::Next{row.list, {row.row, {}, {}}, tracks_.trackPath(row.list, row.row), true};
+    }
     const int list = sourceList(), count = tracks_.trackCount(list);
     const auto draw = [&] {
         if (!drawn_ || drawn_->list != list || drawn_->order.last() != count - 1) {
@@ -216,9 +244,11 @@ std::optional<GaplessHandOver::Next> Transport::planStep(Direction direction) {
         }
         return drawn_->order;
     };
-    auto step = PlanStep(
-        direction, {count, state_.CurrentIndex[At(list)], state_.PlayMode == kRandom, state_.ShuffleOrder[At(list)]},
-        draw);
+    int current = state_.CurrentIndex[At(list)];
+    // Back from a row of the queue leads to the one that was played before it.
+    if (const auto behind = tracks_.goesOnBehind(list))
+        current = direction == Direction::Forward ? *behind : *behind + 1;
+    auto step = PlanStep(direction, {count, current, state_.PlayMode == kRandom, state_.ShuffleOrder[At(list)]}, draw);
     if (!step) return std::nullopt;
     std::string path = tracks_.trackPath(list, step->index);
     return GaplessHandOver::Next{list, std::move(*step), std::move(path)};
@@ -231,9 +261,18 @@ bool Transport::stillThere(const GaplessHandOver::Next& next) const {
 }
 
 void Transport::take(const GaplessHandOver::Next& next, int intent) {
+    takePlace(next);
     setCurrent({next.path, next.list, next.step.index});
     takeOrder(next);
     state_.PlayIntent = intent;
+}
+
+void Transport::takePlace(const GaplessHandOver::Next& next) {
+    if (next.queued) {
+        tracks_.takeFromQueue({next.list, next.step.index});
+    } else {
+        tracks_.forgetPlaces();
+    }
 }
 
 void Transport::takeOrder(const GaplessHandOver::Next& next) {
@@ -245,22 +284,22 @@ void Transport::takeOrder(const GaplessHandOver::Next& next) {
 }
 
 void Transport::trackEnded() {
-    const bool goesOn = state_.PlayIntent > 0 && state_.PlayerStatus == kPlay;
-    if (goesOn && throughList()) {
+    const bool played = state_.PlayerStatus == kPlay;
+    if (played && goesOn()) {
         walk(Direction::Forward);
-    } else if (goesOn && state_.PlayMode == kRepeat && !fromCommandLine_) {
+    } else if (played && state_.PlayIntent > 0 && state_.PlayMode == kRepeat && !fromCommandLine_ &&
+               !stopsAfter_) {
         startPlaying();
     } else {
         const bool decoded = state_.PlayerStatus == kDecode;
+        noteStopAfter(false);
         engine_.StopMedia();
         if (decoded && onDecodeEnded) onDecodeEnded();
     }
 }
 
 std::optional<GaplessHandOver::Next> Transport::planNext() {
-    const bool sounding = state_.PlayerStatus == kPlay || state_.PlayerStatus == kPause;
-    if (!options_.GaplessNext || options_.IntroPlay || !throughList() || !sounding || state_.PlayIntent <= 0 ||
-        !state_.MediaKind.playedByVbmp3()) {
+    if (!options_.GaplessNext || options_.IntroPlay || !goesOn() || !sounding() || !state_.MediaKind.playedByVbmp3()) {
         return std::nullopt;
     }
     auto next = planStep(Direction::Forward);
@@ -277,12 +316,14 @@ void Transport::libraryWentOn() {
     const auto next = handOver_.taken();
     if (!next) return;
     newRequest();
-    const bool there = stillThere(*next);
+    const bool there = stillThere(*next), tooFar = stopsAfter_;
+    if (there) takePlace(*next);
     setCurrent({next->path, there ? next->list : kNoList, next->step.index});
     if (there) takeOrder(*next);
     if (state_.PlayerStatus != kStop) state_.PlayIntent = kForward;  // stopped in this moment, it stays stopped
     engine_.TakeOverNextFile();
     tracks_.setPlayable(next->path, true);
+    if (tooFar) engine_.StopMedia();  // it went on before it could be told to stop
     if (onTrackChanged) onTrackChanged();
     RenewNextFile();
 }

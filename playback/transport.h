@@ -49,6 +49,7 @@ class Transport {
     Transport& operator=(const Transport&) = delete;
 
     std::function<void()> onTrackChanged;  // CurrentFile is another, opened or not
+    std::function<void(bool stops)> onStopAfterChanged;
     std::function<void()> onDecodeEnded;   // a decode while playing is through: the converter goes on
 
     // False while a conversion runs: it may not be ended by anything but its own window. Every command below asks.
@@ -61,6 +62,8 @@ class Transport {
     bool pause();       // or goes on
     bool NextTrack();
     bool PreviousTrack();
+    // The player stops at the end of the current track, whatever would follow; once, and not for another track.
+    bool setStopAfter(bool stops);
     bool seek(double fraction);  // of the track, 0 to 1; while it plays or is paused
     bool seekBy(int seconds);    // from where it is, to the beginning or the end at most
     OpenResult open(const Track& track, int intent, Start start);
@@ -119,9 +122,13 @@ class Transport {
     std::optional<GaplessHandOver::Next> planNext();
     bool stillThere(const GaplessHandOver::Next& next) const;
     void take(const GaplessHandOver::Next& next, int intent);
+    void takePlace(const GaplessHandOver::Next& next);
     void takeOrder(const GaplessHandOver::Next& next);
     int sourceList() const;
     bool throughList() const;
+    bool goesOn() const;
+    bool sounding() const;
+    void noteStopAfter(bool stops);
 
     GlobalState& state_;
     MediaEngine& engine_;
@@ -140,6 +147,7 @@ class Transport {
         RandomOrder order;
     };
     std::optional<DrawnOrder> drawn_;
+    bool stopsAfter_ = false;  // the current track is the last
 };
 
 }  // namespace quenlox

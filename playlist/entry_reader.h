@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,6 +28,8 @@ inline constexpr std::string_view kUnknownText = "----";
 
 // Minutes and two-digit seconds, "3:05"; "----" for a length that is not known (below 0).
 std::string PlayTimeText(std::int32_t seconds);
+// "1,234,567"; for numbers of at least 0.
+std::string WithThousands(std::int64_t number);
 
 class EntryReader {
   public:
@@ -43,6 +46,9 @@ class EntryReader {
         std::int32_t seconds = -1;  // -1: not known
     };
     Texts read(const std::string& path);
+    // What there is to know of the file, in lines: name, folder, size (none: it is not there), kind, length, texts of its
+    // tags.
+    std::string describe(const std::string& path, std::optional<std::uint64_t> size);
 
   private:
     bool readTags(const std::string& path, Texts& texts);

@@ -38,12 +38,6 @@ constexpr const char* kEmptyText =
     "リストは空です\n\nファイルやフォルダをここへドロップするか、「追加」「ﾌｫﾙﾀﾞ追加」で加えてください。\n"
     "フォルダ欄のファイルは、右クリックして「全追加」「選択追加」で加えられます。";
 
-std::string WithThousands(std::int64_t number) {
-    std::string text = std::to_string(number);
-    for (int at = static_cast<int>(text.size()) - 3; at > 0; at -= 3) text.insert(static_cast<std::size_t>(at), ",");
-    return text;
-}
-
 std::string HoursText(std::int64_t seconds) {
     return std::to_string(seconds / 3600) + ":" + TwoDigits(seconds / 60 % 60) + ":" + TwoDigits(seconds % 60);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "playlist/entry_rows.h"
+#include "playlist/row_queue.h"
 
 namespace quenlox {
 
@@ -21,6 +22,7 @@ struct ListChange {
     Kind kind = Kind::Order;
     std::vector<std::int32_t> places;  // Order: the row at places[i] came to place i
     EntryRows rows;                    // Went: one for each place
+    std::vector<GoneFromQueue> queued = {};  // Went: those of them that were to be played next
 };
 
 class ListHistory {

@@ -72,6 +72,29 @@ bool Playlists::playable(int list, int row) const {
     return unplayable_.empty() || !hasRow(list, row) || !unplayable_.contains(rows(list).path(row));
 }
 
+void Playlists::toggleQueued(int list, const Selection& selection) {
+    std::vector<int> chosen;
+    for (int row = 0; row < static_cast<int>(selection.size()); ++row) {
+        if (selection[static_cast<std::size_t>(row)] && hasRow(list, row)) chosen.push_back(row);
+    }
+    const bool all = std::ranges::all_of(chosen, [&](int row) { return queuePosition(list, row).has_value(); });
+    const Batch batch(*this);
+    reportQueued();
+    for (const int row : chosen) all ? queue_.remove(list, row) : queue_.add(list, row);
+    reportQueued();
+}
+
+void Playlists::takeFromQueue(const ListRow& row) {
+    const Batch batch(*this);
+    reportQueued();
+    queue_.take(row, currentIndex(row.list));
+}
+
+// Every number of the queue may be another.
+void Playlists::reportQueued() {
+    for (const ListRow& row : queue_.rows()) report(row.list, row.row, row.row);
+}
+
 bool Playlists::known(int list, int row) const { return hasRow(list, row) && rows(list).known(row); }
 
 int Playlists::unknownCount(int list) const { return persisted(list) ? rows(list).unknownCount() : 0; }
@@ -153,6 +176,16 @@ void Playlists::forgetTexts() {
         fillFrom_[static_cast<std::size_t>(list)] = 0;
         if (rows(list).count() > 0) report(list, 0, rows(list).count() - 1);
     }
+}
+
+void Playlists::forgetTexts(int list, const Selection& which) {
+    if (!persisted(list)) return;
+    const int n = std::min(rows(list).count(), static_cast<int>(which.size()));
+    for (int row = 0; row < n; ++row) {
+        if (which[static_cast<std::size_t>(row)]) rows(list).forgetTexts(row);
+    }
+    fillFrom_[static_cast<std::size_t>(list)] = 0;
+    if (n > 0) report(list, 0, n - 1);
 }
 
 void Playlists::forgetTexts(const std::string& path) {
@@ -239,6 +272,17 @@ bool Playlists::AddFolder(const std::string& folder, FolderReader& names, int li
     return more;
 }
 
+void Playlists::copyRows(int from, const Selection& selection, int to) {
+    if (!persisted(from) || !persisted(to)) return;
+    const int before = count(to), n = std::min(count(from), static_cast<int>(selection.size()));
+    for (int row = 0; row < n; ++row) {
+        if (selection[static_cast<std::size_t>(row)]) rows(to).append(rows(from), row);
+    }
+    keepAdded(to, before);
+    BuildShuffleOrder(to);
+    markChanged();
+}
+
 bool Playlists::ExportM3U(int list, const std::string& path) {
     if (path.empty()) return false;
     ListText text;
@@ -307,6 +351,7 @@ bool Playlists::joinUnreadListFile(const std::string& path) {
         std::array<EntryRows, kPersistedLists> added = std::exchange(lists_, {});
         fillFrom_ = {};
         history_.clear();
+        queue_ = {};
         readListFile(*bytes);
         for (std::size_t list = 0; list < added.size(); ++list) {
             const int before = lists_[list].count();

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -21,6 +22,7 @@
 #include "playlist/list_file.h"
 #include "playlist/list_history.h"
 #include "playlist/playlist_entry.h"
+#include "playlist/row_queue.h"
 #include "state/global_state.h"
 
 namespace quenlox {
@@ -72,6 +74,9 @@ class Playlists : public TrackSource {
     std::string text(int list, int row, int column);  // the same for one column
     bool known(int list, int row) const;
     int unknownCount(int list) const;
+    std::string describe(const std::string& path, std::optional<std::uint64_t> size) {
+        return reader_.describe(path, size);
+    }  // in lines, read from the file
     std::int64_t knownSeconds(int list) const;  // sum of the lengths that are known
     std::size_t memory(int list) const { return rows(list).memory(); }
 
@@ -81,6 +86,7 @@ class Playlists : public TrackSource {
     bool fillSome(int list, std::chrono::microseconds budget);        // of one list
     void want(int list, int row) { wanted_.push_back({list, row}); }  // a row on the screen
     void forgetTexts();                                               // they are read anew
+    void forgetTexts(int list, const Selection& which);
     void forgetTexts(const std::string& path);                        // of the rows of one file
 
     // Adding. None of these rebuilds the random order; that is done once, behind all that a command adds.
@@ -94,6 +100,9 @@ class Playlists : public TrackSource {
     // and may interrupt it; true while there are more names.
     bool AddFolder(const std::string& folder, FolderReader& names, int list,
                    const std::function<bool()>& keepGoing = {});
+    // Copies the selected rows of a list to the end of one, which may be the same, and makes that one's random order
+    // new.
+    void copyRows(int from, const Selection& selection, int to);
     bool ExportM3U(int list, const std::string& path);       // to the file of that ExportName
     static std::string ExportName(const std::string& path);  // with ".m3u" behind it when that is missing
 
@@ -104,6 +113,15 @@ class Playlists : public TrackSource {
     void setPlayable(const std::string& path, bool playable) override;
     bool playable(int list, int row) const;
     void renamePath(const std::string& from, const std::string& to);  // in lists A and B, as the tag editor does
+
+    // Rows to be played next. The selected ones are put behind those that wait, in the order of the list; when all of
+    // them wait already they are taken off. The queue stays on its rows, and ends with the program.
+    void toggleQueued(int list, const Selection& selection);
+    std::optional<int> queuePosition(int list, int row) const { return queue_.positionOf(list, row); }  // from 0
+    const std::vector<ListRow>& queue() const override { return queue_.rows(); }
+    void takeFromQueue(const ListRow& row) override;
+    std::optional<int> goesOnBehind(int list) const override { return queue_.goesOnBehind(list); }
+    void forgetPlaces() override { queue_.forgetPlaces(); }
 
     // "Quenlox.m3u" in the program folder. A file that is there and cannot be read is never overwritten.
     void LoadListFile();
@@ -120,7 +138,8 @@ class Playlists : public TrackSource {
     bool saveQuietly();
 
     // Editing. `selection` holds one flag for each row and follows its rows. CurrentIndex stays on its entry.
-    void sort(int list, int column, bool descending, Selection& selection);
+    enum class SortBy { Text, Value };  // Value: lengths as numbers, those that are not known first
+    void sort(int list, int column, bool descending, Selection& selection, SortBy by = SortBy::Text);
     void randomize(int list, Selection& selection);
     void moveUp(int list, Selection& selection);
     void moveDown(int list, Selection& selection);
@@ -176,6 +195,7 @@ class Playlists : public TrackSource {
     void reportAdded(int list, int countBefore);
     void keepAdded(int list, int countBefore);
     std::size_t randomIndex(std::size_t count);
+    void reportQueued();
     void followCurrentFile(int list, int a, int b);
     void exchangeSelected(int list, int row, int neighbour, Selection& selection, std::vector<std::int32_t>& order);
     void keepOrder(int list, std::vector<std::int32_t> order);
@@ -193,6 +213,7 @@ class Playlists : public TrackSource {
     Random& random_;
     std::array<EntryRows, kPersistedLists> lists_;
     ListHistory history_;
+    RowQueue queue_;
     std::array<int, kPersistedLists> fillFrom_{};  // every row before it is known
     std::vector<Wanted> wanted_;
     std::set<std::string, std::less<>> unplayable_;  // paths

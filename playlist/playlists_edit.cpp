@@ -27,6 +27,12 @@ std::uint64_t PrefixOf(std::string_view key) {
     return prefix;
 }
 
+// As bytes that compare as the numbers do; -1 is the least.
+void AppendNumber(std::string& keys, std::int32_t number) {
+    const auto rank = static_cast<std::uint32_t>(number + 1);
+    for (int shift = 24; shift >= 0; shift -= 8) keys += static_cast<char>(rank >> shift & 0xFF);
+}
+
 std::vector<std::int32_t> OldOrder(int count) {
     std::vector<std::int32_t> order(static_cast<std::size_t>(count));
     std::iota(order.begin(), order.end(), 0);
@@ -92,7 +98,7 @@ void Playlists::reorder(int list, const std::vector<std::int32_t>& order, Select
     if (!order.empty()) report(list, 0, static_cast<int>(order.size()) - 1);
 }
 
-void Playlists::sort(int list, int column, bool descending, Selection& selection) {
+void Playlists::sort(int list, int column, bool descending, Selection& selection, SortBy by) {
     if (!persisted(list) || column < 0 || column >= kEntryColumns) return;
     const int n = rows(list).count();
     std::string keys;
@@ -105,7 +111,13 @@ void Playlists::sort(int list, int column, bool descending, Selection& selection
             case kTitleColumn: AppendSortKey(keys, rows(list).texts(row).title); break;
             case kNameColumn: AppendSortKey(keys, rows(list).texts(row).name); break;
             case kAlbumColumn: AppendSortKey(keys, rows(list).texts(row).album); break;
-            case kTimeColumn: AppendSortKey(keys, PlayTimeText(rows(list).texts(row).seconds)); break;
+            case kTimeColumn:
+                if (by == SortBy::Text) {
+                    AppendSortKey(keys, PlayTimeText(rows(list).seconds(row)));
+                } else {
+                    AppendNumber(keys, rows(list).seconds(row));
+                }
+                break;
             default: AppendSortKey(keys, rows(list).path(row));
         }
         item = {0, static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(keys.size() - begin), row};
@@ -228,6 +240,7 @@ ListChange Playlists::removeRows(int list, const Selection& which) {
         setCurrentIndex(list, current - static_cast<int>(std::count(which.begin(), end, true)));
     }
     if (onRemove) onRemove(list, which);
+    went.queued = queue_.removed(list, which);
     rows(list).remove(which);
     fillFrom_[static_cast<std::size_t>(list)] = 0;
     report(list, static_cast<int>(first - which.begin()), rows(list).count() - 1, true);
@@ -256,6 +269,8 @@ ListChange Playlists::insertRows(const ListChange& went) {
     if (fileCame >= 0) current = fileCame;
     for (int i = 0; i < went.rows.count(); ++i) rows(list).append(went.rows, i);
     rows(list).permute(order);
+    queue_.moved(list, order);
+    queue_.cameBack(list, went.queued);
     setCurrentIndex(list, current);
     fillFrom_[static_cast<std::size_t>(list)] = 0;
     report(list, went.places.front(), after - 1, true);
@@ -264,6 +279,7 @@ ListChange Playlists::insertRows(const ListChange& went) {
 
 void Playlists::keepOrder(int list, std::vector<std::int32_t> order) {
     if (std::is_sorted(order.begin(), order.end())) return;
+    queue_.moved(list, order);
     history_.keep({list, ListChange::Kind::Order, std::move(order), {}});
 }
 
@@ -279,6 +295,7 @@ ListChange Playlists::turnRound(const ListChange& change) {
     for (std::size_t i = 0; i < order.size(); ++i)
         order[static_cast<std::size_t>(change.places[i])] = static_cast<std::int32_t>(i);
     reorder(change.list, order, marks);
+    queue_.moved(change.list, order);
     return {change.list, ListChange::Kind::Order, std::move(order), {}};
 }
 
@@ -324,9 +341,11 @@ void Playlists::appendSearchKey(std::string& key, int list, int row) const {
 
 void Playlists::clear(int list) {
     if (!persisted(list)) return;
-    if (rows(list).count() > 0)
+    if (const int n = rows(list).count(); n > 0) {
+        auto queued = queue_.removed(list, Selection(static_cast<std::size_t>(n), true));
         history_.keep(
-            {list, ListChange::Kind::Went, OldOrder(rows(list).count()), std::exchange(rows(list), EntryRows())});
+            {list, ListChange::Kind::Went, OldOrder(n), std::exchange(rows(list), EntryRows()), std::move(queued)});
+    }
     fillFrom_[static_cast<std::size_t>(list)] = 0;
     setCurrentIndex(list, -1);
     markChanged();

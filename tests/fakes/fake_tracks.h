@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -47,6 +48,15 @@ class FakeTracks : public TrackSource {
         }
         return removed;
     }
+    std::vector<ListRow> queued;
+    std::optional<int> behind;  // in list A
+    const std::vector<ListRow>& queue() const override { return queued; }
+    void takeFromQueue(const ListRow& row) override {
+        std::erase(queued, row);
+        if (row.list == 0 && !behind) behind = state_.CurrentIndex[0];
+    }
+    std::optional<int> goesOnBehind(int list) const override { return list == 0 ? behind : std::nullopt; }
+    void forgetPlaces() override { behind.reset(); }
     void setPlayable(const std::string& path, bool playable) override {
         if (playable) {
             unplayable.erase(path);

@@ -36,6 +36,7 @@ TEST_F(NextFile, IsHandedOverOnlyWhereTheEndOfTheTrackWouldStepOn) {
         {"empty list", [](Player& p) { p.tracks.lists[0].clear(); }, ""},
         {"for the media control", [](Player& p) { p.tracks.lists[0][1] = "C:\\x.MID"; }, ""},
         {"unknown to the library", [](Player& p) { p.tracks.lists[0][1] = "C:\\x.txt"; }, ""},
+        {"the last by wish", [](Player& p) { p.transport.setStopAfter(true); }, ""},
         {"another row there now", [](Player& p) { p.tracks.lists[0][1] = "C:\\2.mp3"; }, "C:\\2.mp3"},
     };
     for (const auto& c : cases) {
@@ -90,6 +91,55 @@ TEST_F(NextFile, GoingOnMovesEverythingAsNextTrackWouldWithoutOpening) {
             EXPECT_EQ(gapless.vbmp3.count("close") + gapless.vbmp3.count("play"), 0);
         }
     }
+}
+
+TEST_F(NextFile, RowsOfTheQueueComeFirstAndThenTheListGoesOnWhereItWas) {
+    const char* const played[] = {"30", "300", "301", "302"};  // in SINGLE to RANDOM, rows behind the first
+    for (const bool gapless : {true, false}) {
+        for (int mode = kSingle; mode <= kRandom; ++mode) {
+            Player p;
+            p.options.GaplessNext = gapless;
+            for (const int list : {0, 1}) p.fillList(4, list);
+            p.tracks.BuildShuffleOrder(0);
+            p.playRow(0, mode);
+            p.tracks.queued = {{0, 3}, {1, 0}};
+            std::string rows;
+            for (int i = 0; i < 3; ++i) {
+                p.transport.RenewNextFile();
+                EXPECT_EQ(!p.vbmp3.nextFile.empty(), gapless && (i < 2 || mode >= kProgram)) << mode;
+                p.vbmp3.nextFile.empty() ? p.endTrack() : p.goOn();
+                if (p.state.PlayerStatus == kPlay) rows += p.state.CurrentFile[3];
+            }
+            EXPECT_EQ(rows, played[mode]) << gapless;
+            p.tracks.queued = {{0, 3}};
+            for (const int back : {3, 1}) {
+                back == 3 ? p.transport.NextTrack() : p.transport.PreviousTrack();
+                EXPECT_TRUE(mode != kProgram || p.state.CurrentIndex[0] == back);
+            }
+        }
+    }
+}
+
+TEST_F(NextFile, NothingFollowsTheTrackThatTheUserHasMadeTheLastButOnlyOnce) {
+    bool told = false;
+    transport.onStopAfterChanged = [&](bool stops) { told = stops; };
+    fillList(3);
+    EXPECT_FALSE(transport.setStopAfter(true)) << "nothing plays";
+    for (const int mode : {kRepeat, kProgram}) {
+        playRow(0, mode);
+        tracks.queued = {{0, 2}};
+        EXPECT_TRUE(transport.setStopAfter(true));
+        endTrack();
+        EXPECT_EQ(state.CurrentFile, "C:\\0.mp3");
+        EXPECT_EQ(state.PlayerStatus, kStop);
+        transport.play();
+        endTrack();
+        EXPECT_EQ(state.CurrentFile, "C:\\2.mp3");
+    }
+    transport.setStopAfter(true);
+    EXPECT_TRUE(told);
+    transport.PreviousTrack();
+    EXPECT_FALSE(told) << "another track";
 }
 
 TEST_F(NextFile, ANewPassIsDrawnAheadAndTakenWhenTheLibraryGetsThere) {

@@ -118,7 +118,13 @@ TEST(TakingBack, LeadsThroughEveryStateAndForthAgain) {
         lists.state.CurrentFile = Lists::pathOf('b');
         for (int list = 0; list < 3; ++list) lists.addLetters(list, "abcdefgh");
         lists.state.CurrentIndex = {1, 1, 1, -1};
-        const auto look = [&] { return lists.names(0) + "|" + lists.names(1) + "|" + lists.names(2); };
+        for (int list = 0; list < 3; ++list) lists.lists.toggleQueued(list, Marked(".x..xx.x"));
+        // The lists, and the rows to be played next.
+        const auto look = [&] {
+            std::string text = lists.names(0) + "|" + lists.names(1) + "|" + lists.names(2) + "|";
+            for (const auto& [list, row] : lists.lists.queue()) text += "ABC"[list] + lists.names(list).substr(row, 1);
+            return text;
+        };
         Paths states{look()};
         for (int step = 0; step < 15; ++step) {
             const int list = roll(3), rows = lists.lists.count(list);
