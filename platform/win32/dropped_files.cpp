@@ -7,15 +7,20 @@ constexpr UINT kCopyGlobalData = 0x0049;  // carries the names of a drop between
 
 }  // namespace
 
-std::vector<std::string> DroppedFiles(HDROP drop, POINT* at) {
+std::vector<std::string> FilesOf(HDROP drop) {
     std::vector<std::string> files;
-    if (at) DragQueryPoint(drop, at);
     const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
     for (UINT i = 0; i < count; ++i) {
         std::wstring name(DragQueryFileW(drop, i, nullptr, 0) + 1, L'\0');
         name.resize(DragQueryFileW(drop, i, name.data(), static_cast<UINT>(name.size())));
         files.push_back(Narrow(name));
     }
+    return files;
+}
+
+std::vector<std::string> DroppedFiles(HDROP drop, POINT* at) {
+    std::vector<std::string> files = FilesOf(drop);
+    if (at) DragQueryPoint(drop, at);
     DragFinish(drop);
     return files;
 }

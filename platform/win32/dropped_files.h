@@ -8,6 +8,7 @@
 
 namespace quenlox::win32 {
 
+std::vector<std::string> FilesOf(HDROP drop);  // their names
 // The names of files that were dropped; ends the drop.
 std::vector<std::string> DroppedFiles(HDROP drop, POINT* at);
 // Lets a window receive files, also from an Explorer with fewer rights.

@@ -8,6 +8,7 @@
 #include "forms/window_host.h"
 #include "platform/crash_notes.h"
 #include "platform/dialogs.h"
+#include "platform/file_manager.h"
 #include "platform/file_system.h"
 #include "platform/gogo.h"
 #include "platform/media_control.h"
@@ -23,6 +24,7 @@ std::unique_ptr<WindowSystem> MakeWindowSystem();
 std::unique_ptr<TextPainter> MakeTextPainter();
 std::unique_ptr<Dialogs> MakeDialogs();
 std::unique_ptr<FileSystem> MakeFileSystem();
+std::unique_ptr<FileManager> MakeFileManager();
 std::unique_ptr<MediaControl> MakeMediaControl();
 std::unique_ptr<Mixer> MakeMixer();
 std::unique_ptr<OutputDevices> MakeOutputDevices();
