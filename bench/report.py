@@ -74,14 +74,18 @@ def playlist():
         ("ReadListFile/utf_16", "the same, UTF-16, 8.6 MB", "100 ms"),
         ("WriteListFile/shift_jis", "list file written, Shift-JIS", "100 ms"),
         ("WriteListFile/utf_16", "the same, UTF-16", "100 ms"), ("RandomOrder", "random order", "10 ms"),
-        ("SortByTitle", "sort by title, texts known", "150 ms"),
+        ("SortByTitle/100000", "sort by title, texts known", "150 ms"),
         ("RemoveHalfOfTheRows", "50 000 selected rows removed", "20 ms"), ("TakeBackARemoval", "their removal taken back", "20 ms"),
-        ("MakeSearchKeys", "search field, first letter", ""), ("SearchWords/1", "search field, three words", "30 ms"),
+        ("SortWithAQueue", "sort by path, 1 000 rows to be played next", ""),
+        ("MakeSearchKeys/100000", "search field, first letter", ""), ("SearchWords/1/100000", "search field, three words", "30 ms"),
         ("RandomizeRows", "rows put into random order", ""),
         ("MoveHalfOfTheRowsDown", "50 000 selected rows moved down", ""),
-        ("TextsInIdleSlices", "idle slices of 8 ms until all texts are known, without the library's part", "1.5 s with it")))
-    memory = found["TextsInIdleSlices"]["bytes_per_row"]
-    return rows + [Row("memory of a row with its texts", memory, aim="200 bytes", show=lambda value: f"{value:.0f} bytes")]
+        ("TextsInIdleSlices/100000", "idle slices of 8 ms until all texts are known, without the library's part", "1.5 s with it"),
+        ("ReadListFile/million", "1 000 000 rows: list file read", ""), ("SortByTitle/1000000", "sort by title", ""),
+        ("MakeSearchKeys/1000000", "search field, first letter", ""), ("SearchWords/1/1000000", "search field, three words", "")))
+    memory = [found[f"TextsInIdleSlices/{count}"]["bytes_per_row"] for count in (100000, 1000000)]
+    return rows + [Row(f"memory of a row with its texts, {count} rows", size, aim="200 bytes", show=lambda value: f"{value:.0f} bytes")
+                   for count, size in zip(("100 000", "1 000 000"), memory)]
 
 
 def file_info():
