@@ -39,7 +39,7 @@ Application::Application(const Services& services, std::string commandLine)
       transport_({state_, engine_, pitch_, services.vbmp3, lists_, options_}),
       monitor_(state_, engine_, transport_, services.vbmp3, services.mediaControl, options_),
       volume_(state_, services.mixer, options_),
-      list_(state_, options_, lists_, services.files, services.dialogs),
+      list_(state_, options_, lists_, services.files, services.dialogs, services.fileManager),
       equalizer_(state_, services.vbmp3, services.dialogs, services.random),
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, engine_.status(), lyrics_),
@@ -81,6 +81,12 @@ void Application::connectWindows() {
         form->onAppCommand = [this](int command) { return top_.Form_AppCommand(command); };
         form->onHelp = [this] { showHelp(); };
     }
+    list_.onStopAfter = [this](bool stops) { return transport_.setStopAfter(stops); };
+    list_.onQueueChanged = [this] { transport_.RenewNextFile(); };
+    list_.onEditTag = [this](const std::string& path) {
+        if (tag_.edit(path)) top_.showWindow(tag_);
+    };
+    transport_.onStopAfterChanged = [this](bool stops) { list_.setStopAfter(stops); };
     tag_.connect({&transport_,
                   {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
                    [this] { list_.refreshBrowser(); }},

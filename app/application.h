@@ -18,6 +18,7 @@
 #include "lyrics/lyrics_lookup.h"
 #include "options/form_opt.h"
 #include "platform/dialogs.h"
+#include "platform/file_manager.h"
 #include "platform/file_system.h"
 #include "platform/gogo.h"
 #include "platform/media_control.h"
@@ -56,6 +57,7 @@ struct Services {
     std::shared_ptr<Gogo> gogo;  // a thread that hangs in it at the end keeps it
     Random& random;
     OutputDevices& outputDevices;
+    FileManager& fileManager;
 };
 
 class Application {

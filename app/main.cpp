@@ -27,9 +27,11 @@ int main() {
     const auto mediaControl = MakeMediaControl();
     const auto mixer = MakeMixer();
     const auto outputDevices = MakeOutputDevices();
+    const auto fileManager = MakeFileManager();
     const std::shared_ptr<Gogo> gogo = LoadGogo(folder);
     Application application(
-        {*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, gogo, random, *outputDevices},
+        {*windows, *painter, *dialogs, *files, *mediaControl, *mixer, *shell, *vbmp3, gogo, random, *outputDevices,
+         *fileManager},
         CommandLineText());
     crashNotes->follow(&application.state().Actions);
     application.load();

@@ -30,6 +30,8 @@ class ListView : public Control {
     std::string emptyText;     // stands in the window while there are no rows; may have several lines
 
     std::function<std::string(int row, int column)> textOf;  // set by the form; called for visible rows only
+    std::function<std::string(int row)> noteOf;              // stands grey behind the text of the first column
+    std::function<std::string(int row)> tipOf;               // shown while the pointer rests on the row
     std::function<bool(int row)> marked;                     // drawn bold: the entry being played
     std::function<bool(int row)> dimmed;                     // drawn grey: it cannot be used at the moment
     std::function<void(int row)> onDoubleClick;
@@ -39,8 +41,9 @@ class ListView : public Control {
     std::function<void()> onSelectionChange;
     std::function<void(int button, int shift, Point at)> onMouseDown;
     std::function<void(int key, int shift)> onKeyDown;                      // Windows virtual-key codes
-    std::function<void(const std::vector<std::string>& files)> onFilesDropped;
+    std::function<void(const std::vector<std::string>& files, int before)> onFilesDropped;  // before that row
     std::function<void(int before)> onRowsDragged;                          // the selected rows, to before that row
+    std::function<void(const TabStrip& tabs, int tab)> onRowsDraggedToTab;  // or to a tab of the form
     std::function<int(const std::string& prefix, int from)> find;           // row for typed letters, -1 none
     std::function<Icon(int row)> iconOf;                                    // none without it
     std::function<int(int row)> levelOf;                                    // how many icons a row stands to the right

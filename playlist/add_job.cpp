@@ -8,6 +8,31 @@
 #include "text/strings.h"
 
 namespace quenlox {
+namespace {
+
+// Links make folders that hold themselves.
+constexpr int kDeepestTree = 32;
+
+std::string Quoted(const std::string& path) { return "「" + FileNameOf(path) + "」"; }
+
+}  // namespace
+
+// The names of a folder; those of the folders in it are also kept.
+class AddJob::Tree : public FolderReader {
+  public:
+    Tree(std::unique_ptr<FolderReader> names, std::vector<std::string>& folders)
+        : names_(std::move(names)), folders_(folders) {}
+    bool next(std::string& name, bool& isFolder) override {
+        if (!names_->next(name, isFolder)) return false;
+        if (isFolder) folders_.push_back(name);
+        return true;
+    }
+
+  private:
+    std::unique_ptr<FolderReader> names_;
+    std::vector<std::string>& folders_;
+};
+
 bool IsM3U(const std::string& path) {
     return FoldCase(LastCharacters(path, 3)) == "m3u" || FoldCase(LastCharacters(path, 5)) == ".m3u8";
 }
@@ -29,15 +54,41 @@ void AddJob::addM3U(const std::string& folder, const std::string& name, int list
     push({Kind::M3U, folder, name, list});
 }
 
+void AddJob::addTree(const std::string& folder, int list) { push({Kind::Tree, folder, {}, list}); }
+
+// True while there is more of the folder.
+bool AddJob::readFolder(const Item& item, const std::function<bool()>& keepGoing) {
+    if (!folder_) {
+        inside_.clear();
+        folder_ = std::make_unique<Tree>(files_.readFolder(item.path), inside_);
+        rowsBefore_ = rows();
+    }
+    if (lists_.AddFolder(item.path, *folder_, item.list, keepGoing)) return true;
+    folder_.reset();
+    if (item.kind == Kind::Tree && item.depth < kDeepestTree) {
+        // Behind the first item, which is this one.
+        std::vector<Item> inside;
+        for (const std::string& name : inside_)
+            inside.push_back({Kind::Tree, JoinPath(item.path, name), {}, item.list, item.depth + 1});
+        items_.insert(items_.begin() + 1, inside.begin(), inside.end());
+    } else if (item.kind == Kind::Path && rows() == rowsBefore_) {
+        trouble_ = Quoted(item.path) + (inside_.empty() ? "に再生できるファイルはありません"
+                                                        : "の直下に再生できるファイルはありません。下の階層はメニューの"
+                                                          "［リスト］→［フォルダを下の階層ごと追加］で追加できます");
+    }
+    return false;
+}
+
 // True while the user is to be asked first.
 bool AddJob::importM3U(const std::string& folder, const std::string& name, int list) {
     question_ = lists_.ServersOfM3U(folder, name);
     std::erase_if(question_, [&](const auto& server) { return agreed_.contains(server) || refused_.contains(server); });
     if (!question_.empty()) return true;
-    lists_.ImportM3U(folder, name, list, [&, own = ServerOf(folder)](std::string_view path) {
+    const bool read = lists_.ImportM3U(folder, name, list, [&, own = ServerOf(folder)](std::string_view path) {
         const std::string server = ServerOf(path);
         return server.empty() || server == own || agreed_.contains(server);
     });
+    if (!read) trouble_ = Quoted(name) + "を読み込めません";
     return false;
 }
 
@@ -49,10 +100,8 @@ bool AddJob::perform(const Item& item, const std::function<bool()>& keepGoing) {
         return importM3U(item.path, item.name, item.list);
     } else if (item.kind == Kind::File) {
         lists_.AddEntry(item.path, item.list);
-    } else if (folder_ || files_.folderExists(item.path)) {
-        if (!folder_) folder_ = files_.readFolder(item.path);
-        if (lists_.AddFolder(item.path, *folder_, item.list, keepGoing)) return true;
-        folder_.reset();
+    } else if (folder_ || item.kind == Kind::Tree || files_.folderExists(item.path)) {
+        return readFolder(item, keepGoing);
     } else if (IsM3U(item.path)) {
         return importM3U(FolderOf(item.path), FileNameOf(item.path), item.list);
     } else {
@@ -69,7 +118,7 @@ bool AddJob::step(std::chrono::microseconds budget) {
     const int rowsBefore = rows();
     {
         const Playlists::Batch batch(lists_);
-        lists_.goOnWith("追加");
+        lists_.goOnWith(step_);
         while (!items_.empty() && !perform(items_.front(), timeLeft)) {
             items_.pop_front();
             ++done_;

@@ -11,6 +11,8 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace quenlox {
 
@@ -30,6 +32,8 @@ class AddJob {
     void addPath(const std::string& path, int list);  // a folder, an M3U file or any other file
     void addFile(const std::string& path, int list);
     void addM3U(const std::string& folder, const std::string& name, int list);
+    void addTree(const std::string& folder, int list);           // with the folders in it, however deep
+    void setStep(std::string name) { step_ = std::move(name); }  // what taking back calls it
 
     // A list whose random order is to be new in any case.
     void touch(int list) { touched_.insert(list); }
@@ -46,19 +50,25 @@ class AddJob {
     const std::set<std::string>& question() const { return question_; }
     void answer(bool agreed);
 
+    // What there was nothing to add of, for the user's eyes: the last of it since it was asked for.
+    std::string takeTrouble() { return std::exchange(trouble_, {}); }
+
     std::optional<int> permille() const;  // nothing for a folder whose size nobody knows
 
   private:
-    enum class Kind { Path, File, M3U };
+    enum class Kind { Path, File, M3U, Tree };
     struct Item {
         Kind kind;
         std::string path;  // M3U: the folder with its "\"
         std::string name;
         int list;
+        int depth = 0;  // Tree: folders above it
     };
+    class Tree;
 
     void push(Item item);
     bool perform(const Item& item, const std::function<bool()>& keepGoing);
+    bool readFolder(const Item& item, const std::function<bool()>& keepGoing);
     bool importM3U(const std::string& folder, const std::string& name, int list);
     int rows() const;  // of all lists
     void finish();
@@ -67,6 +77,9 @@ class AddJob {
     FileSystem& files_;
     std::deque<Item> items_;
     std::unique_ptr<FolderReader> folder_;  // of the first item, while its names are being read
+    int rowsBefore_ = 0;                    // the folder
+    std::vector<std::string> inside_;       // the folders in it
+    std::string step_ = "追加", trouble_;
     std::set<int> touched_;
     std::set<std::string> question_, agreed_, refused_;  // servers
     std::size_t done_ = 0;

@@ -44,13 +44,15 @@ std::string HoursText(std::int64_t seconds) {
 
 }  // namespace
 
-FormList::FormList(GlobalState& state, OptionStore& options, Playlists& lists, FileSystem& files, Dialogs& dialogs)
+FormList::FormList(GlobalState& state, OptionStore& options, Playlists& lists, FileSystem& files, Dialogs& dialogs,
+                   FileManager& fileManager)
     : Form("FormList", Kind::Sizeable),
       state_(state),
       options_(options),
       lists_(lists),
       files_(files),
       dialogs_(dialogs),
+      fileManager_(fileManager),
       adding_(lists, files) {
     setCaption("プレイリスト");
     makeViews();
@@ -107,6 +109,8 @@ void FormList::makeViews() {
         view.setVisible(list == 0);
         view.setRowCount(lists_.count(list));
         view.textOf = [this, list](int row, int column) { return textOf(list, row, column); };
+        view.noteOf = [this, list](int row) { return noteOf(list, row); };
+        view.tipOf = [this, list](int row) { return tipOf(list, row); };
         view.marked = [this, list](int row) { return isCurrent(list, row); };
         view.dimmed = [this, list](int row) { return !lists_.playable(list, row); };
         view.find = [this, list](const std::string& text, int from) { return lists_.findTitle(list, text, from); };
@@ -118,8 +122,11 @@ void FormList::makeViews() {
         view.onHeaderMenu = [this](Point at) { PlayView_HeaderMenu(at); };
         view.onMouseDown = [this](int button, int, Point at) { PlayView_MouseDown(button, at); };
         view.onKeyDown = [this](int key, int shift) { PlayView_KeyDown(key, shift); };
-        view.onFilesDropped = [this](const std::vector<std::string>& dropped) { PlayView_FilesDropped(dropped); };
+        view.onFilesDropped = [this](const std::vector<std::string>& dropped, int before) {
+            PlayView_FilesDroppedAt(dropped, before);
+        };
         view.onRowsDragged = [this](int before) { PlayView_RowsDragged(before); };
+        view.onRowsDraggedToTab = [this](const TabStrip&, int tab) { PlayView_RowsDraggedToTab(tab); };
         // A range of many rows comes row by row; the status line waits for the next tick.
         view.onSelectionChange = [this] {
             statusStale_ = true;
@@ -160,6 +167,11 @@ void FormList::rowsRemoved(int list, const Playlists::Selection& which) {
             --focused;
         }
     }
+    if (inserting_ && inserting_->list == list) {
+        const auto gone = [&](int end) { return std::count(which.begin(), which.begin() + end, true); };
+        inserting_->before -= static_cast<int>(gone(inserting_->before));
+        inserting_->first -= static_cast<int>(gone(inserting_->first));
+    }
     view.selectAll(false);
     view.setRowCount(static_cast<int>(after.size()));
     view.setSelection(std::move(after));
@@ -167,6 +179,10 @@ void FormList::rowsRemoved(int list, const Playlists::Selection& which) {
 }
 
 std::string FormList::textOf(int list, int row, int column) {
+    return marksOf(list, row, column) + plainTextOf(list, row, column);
+}
+
+std::string FormList::plainTextOf(int list, int row, int column) {
     if (column == kFileColumn) return lists_.path(list, row);
     if (!lists_.known(list, row)) {
         if (readWhilePainting_ >= kPaintBudget) {
@@ -278,6 +294,10 @@ void FormList::menuLoad1_Click() {
 
 void FormList::PlayView_KeyDown(int key, int shift) {
     if (key == kKeyDelete && shift == 0) menuDelete_Click();
+    if (shift != kControl) return;
+    if (key == 'X') menuCut_Click();
+    if (key == 'C') menuCopy_Click();
+    if (key == 'V') menuPaste_Click();
 }
 
 void FormList::Form_KeyDown(int key, int shift) {
@@ -292,7 +312,16 @@ void FormList::Form_KeyDown(int key, int shift) {
             view().focus();
         }
     }
-    if (shift == 0 && key == kKeyF5) File1.refresh();
+    if (shift == 0 && key == kKeyF5) {
+        File1.refresh();
+        menuReread_Click();
+    }
+    if (shift == kControl && key == 'Q') menuQueue_Click();
+    if (shift == kControl && key == 'T') menuStopAfter_Click();
+    if (shift == kAlt && key == kKeyEnter) {
+        keyTaken = true;
+        menuProperties_Click();
+    }
     if (shift == kControl && key == 'Z') menuUndo_Click();
     if ((shift == kControl && key == 'Y') || (shift == (kControl | kShift) && key == 'Z')) menuRedo_Click();
 }
@@ -300,7 +329,11 @@ void FormList::Form_KeyDown(int key, int shift) {
 void FormList::PlayView_MouseDown(int button, Point at) {
     updateMenus();
     if (button != 2) return;
-    Menu menu{"menuList", listItems()};
+    Menu menu{"menuList", rowItems()};
+    for (const auto& part : {clipboardItems(), listItems(), lookItems()}) {
+        menu.items.push_back(MenuSeparator());
+        menu.items.insert(menu.items.end(), part.begin(), part.end());
+    }
     const Rect bounds = shownView().bounds();
     popup(menu, {bounds.left + at.x, bounds.top + at.y});
 }
@@ -314,6 +347,7 @@ void FormList::PlayView_RowsDragged(int before) {
 void FormList::edit(std::string_view step,
                     const std::function<void(int list, Playlists::Selection& selection)>& change) {
     Playlists::Selection selection = view().selection();
+    inserting_.reset();
     lists_.beginStep(step);
     change(state_.ListNo, selection);
     view().setSelection(std::move(selection));
@@ -359,6 +393,7 @@ void FormList::Timer1_Timer() {
         readNames(kBusyBudget);
     } else if (adding_.active()) {
         addSome(kBusyBudget);
+        showTrouble();
     } else if (sorting_) {
         if (!lists_.fillSome(sorting_->list, kBusyBudget)) finishSort();
     } else if (visible()) {
@@ -376,6 +411,7 @@ void FormList::Timer1_Timer() {
 void FormList::cmdCancel_Click() {
     if (reading_) finishReading();
     adding_.cancel();
+    finishInsertion();
     sorting_.reset();
     showBusy();
     updateTimer();
@@ -415,6 +451,8 @@ void FormList::showStatus() {
     if (view().selectedCount() > 0) text += "（" + WithThousands(view().selectedCount()) + "曲を選択）";
     if (count > 0) text += "　合計 " + HoursText(lists_.knownSeconds(state_.ListNo));
     if (unknown > 0) text += "　読込 " + std::to_string((std::int64_t{count} - unknown) * 100 / count) + "%";
+    if (!lists_.queue().empty()) text += "　次に再生 " + WithThousands(std::ssize(lists_.queue())) + "曲";
+    if (stopsAfter_) text += "　この曲で停止";
     LabelStatus.setCaption(std::move(text));
 }
 

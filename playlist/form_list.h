@@ -23,6 +23,7 @@
 namespace quenlox {
 
 class Dialogs;
+class FileManager;
 class FileSystem;
 class FolderReader;
 class OptionStore;
@@ -40,12 +41,17 @@ class FormList : public Form {
     static constexpr int kSortItems = 6;
     static constexpr int kFolderTab = kViews;  // the tab behind those of the lists: the folder is the current list
 
-    FormList(GlobalState& state, OptionStore& options, Playlists& lists, FileSystem& files, Dialogs& dialogs);
+    FormList(GlobalState& state, OptionStore& options, Playlists& lists, FileSystem& files, Dialogs& dialogs,
+             FileManager& fileManager);
 
     ~FormList() override;
 
     // A row of a list or a file of the browser has been chosen for playing.
     std::function<OpenResult(const Transport::Track& track, int intent, Transport::Start start)> onOpen;
+
+    std::function<bool(bool stops)> onStopAfter;  // false: nothing plays
+    std::function<void()> onQueueChanged;
+    std::function<void(const std::string& path)> onEditTag;  // the tag window is to show that file
 
     Toolbar Toolbar1{*this, "Toolbar1"};
     TabStrip TabList{*this, "TabList", {"リストA", "リストB", "リストC", "フォルダ"}};
@@ -89,6 +95,7 @@ class FormList : public Form {
     bool busy() const { return adding_.active() || sorting_ || reading_; }
     // Another track is being played: marks its row and scrolls to it.
     void trackChanged();
+    void setStopAfter(bool stops);  // behind the current track; told by who knows
 
     // Events, called as the user's doing calls them.
     void TabList_Click();
@@ -99,8 +106,10 @@ class FormList : public Form {
     void PlayView_HeaderMenu(Point at);
     void PlayView_MouseDown(int button, Point at);
     void PlayView_KeyDown(int key, int shift);
-    void PlayView_FilesDropped(const std::vector<std::string>& files);
+    void PlayView_FilesDropped(const std::vector<std::string>& files);  // behind all rows
+    void PlayView_FilesDroppedAt(const std::vector<std::string>& files, int before);
     void PlayView_RowsDragged(int before);
+    void PlayView_RowsDraggedToTab(int tab);
     void Toolbar1_ButtonClick(const std::string& key);
     void File1_DblClick();
     void Drive1_Change();
@@ -114,12 +123,24 @@ class FormList : public Form {
     void menuSort_Click(int index);  // 0 to 4 by text, above that at random
     void menuSave_Click();
     void menuLoad1_Click();
+    void menuPlay_Click();
+    void menuQueue_Click();      // played next, or no more
+    void menuStopAfter_Click();  // behind the current track, or no more
+    bool menuCopy_Click();       // false: nothing has been copied
+    void menuCut_Click();
+    void menuPaste_Click();
+    void menuSend_Click(int list);  // copies the rows to it
+    void menuTag_Click();
+    void menuShowFolder_Click();
+    void menuSameArtist_Click();
+    void menuProperties_Click();
+    void menuReread_Click();
     void menuLoad2_Click();
     void menuAdd1_Click(int list);   // every file of the browser
     void menuAdd2_Click(int list);   // the selected ones
     void menuUpDn_Click(int index);  // 0 up, 1 down
     void addFiles();                 // chosen in a dialog
-    void addFolder();
+    void addFolder(bool withSubfolders);
     void importM3U();
     void menuUndo_Click();  // takes the last step back, in whichever list it was
     void menuRedo_Click();
@@ -144,6 +165,14 @@ class FormList : public Form {
         int column = 0;
         bool descending = false;
         bool setsDirty = false;
+        Playlists::SortBy by = Playlists::SortBy::Text;
+    };
+
+    // Where rows that are being added to a list go when all of them are there. Until then they stand behind the others.
+    struct Insertion {
+        int list = 0;
+        int before = 0;  // that row
+        int first = 0;   // the first new one
     };
 
     // The folder of Dir1 while its names are being read.
@@ -164,6 +193,7 @@ class FormList : public Form {
     void rowsRemoved(int list, const Playlists::Selection& which);
     static int FirstSelected(const ListView& view);
     std::string textOf(int list, int row, int column);
+    std::string plainTextOf(int list, int row, int column);
     bool isCurrent(int list, int row) const;
     void open(const Transport::Track& track, int intent, Transport::Start start);
     void edit(std::string_view step, const std::function<void(int list, Playlists::Selection& selection)>& change);
@@ -171,6 +201,13 @@ class FormList : public Form {
     void showBusy();
     void showStatus();
     void updateTimer();
+
+    // form_list_rows.cpp
+    Playlists::Selection chosenRows() const;
+    std::string chosenPath() const;
+    std::string marksOf(int list, int row, int column) const;
+    std::string noteOf(int list, int row);
+    std::string tipOf(int list, int row);
 
     // form_list_search.cpp
     void makeSearch();
@@ -191,7 +228,11 @@ class FormList : public Form {
     std::vector<MenuItem> columnItems();
 
     // form_list_commands.cpp
-    void startAdding();
+    void startAdding(const std::string& step = "追加");
+    void insertAt(int before);
+    void finishInsertion();
+    void showTrouble();
+    void removeRows(std::string_view step);
     void addSome(std::chrono::microseconds budget);
     void requestSort(const SortJob& sort);
     void finishSort();
@@ -203,6 +244,9 @@ class FormList : public Form {
     void makeMenus();
     void updateMenus();
     std::vector<MenuItem> listItems();
+    std::vector<MenuItem> rowItems();
+    std::vector<MenuItem> lookItems();
+    std::vector<MenuItem> clipboardItems();
     std::vector<MenuItem> browserItems();
     std::vector<MenuItem> sortItems();
     std::vector<MenuItem> editItems();
@@ -223,7 +267,10 @@ class FormList : public Form {
     Playlists& lists_;
     FileSystem& files_;
     Dialogs& dialogs_;
+    FileManager& fileManager_;
     AddJob adding_;
+    std::optional<Insertion> inserting_;
+    bool stopsAfter_ = false;
     bool asking_ = false;  // about servers
     std::optional<SortJob> sorting_;
     std::optional<FolderReading> reading_;

@@ -23,9 +23,10 @@ constexpr const char* kM3UFilterName = "M3Uﾌｧｲﾙ";
 
 // Adding.
 
-void FormList::startAdding() {
+void FormList::startAdding(const std::string& step) {
     state_.Actions.note("list add to", state_.ListNo);
-    lists_.beginStep("追加");
+    adding_.setStep(step);
+    lists_.beginStep(step);
     // What is added is not sorted in.
     for (int list = 0; list < kViews; ++list) {
         if (adding_.touches(list)) PlayView[list].markSorted(-1, 0);
@@ -33,6 +34,7 @@ void FormList::startAdding() {
     addSome(kAtOnce);
     showBusy();
     showStatus();
+    showTrouble();
     updateMenus();
     updateTimer();
 }
@@ -40,6 +42,7 @@ void FormList::startAdding() {
 // The timer goes on while a question is open; it is asked once all the same.
 void FormList::addSome(std::chrono::microseconds budget) {
     adding_.step(budget);
+    finishInsertion();
     while (!asking_ && !adding_.question().empty()) {
         std::string names;
         for (const std::string& server : adding_.question()) {
@@ -56,12 +59,45 @@ void FormList::addSome(std::chrono::microseconds budget) {
         asking_ = false;
         adding_.answer(agreed);
         adding_.step(budget);
+        finishInsertion();
     }
 }
 
 void FormList::PlayView_FilesDropped(const std::vector<std::string>& files) {
+    PlayView_FilesDroppedAt(files, view().rowCount());
+}
+
+// Among the found rows there is no place that the list would know.
+void FormList::PlayView_FilesDroppedAt(const std::vector<std::string>& files, int before) {
+    insertAt(searching() ? view().rowCount() : before);
     for (const std::string& path : files) adding_.addPath(path, state_.ListNo);
     startAdding();
+}
+
+void FormList::insertAt(int before) {
+    if (!adding_.active() && before < view().rowCount())
+        inserting_ = Insertion{state_.ListNo, before, view().rowCount()};
+}
+
+// Nobody sees what has not been added.
+void FormList::showTrouble() {
+    if (adding_.active()) return;
+    if (const std::string trouble = adding_.takeTrouble(); !trouble.empty()) showNote(trouble);
+}
+
+// Rows that were to stand elsewhere come to their place, selected.
+void FormList::finishInsertion() {
+    if (!inserting_ || adding_.active()) return;
+    const Insertion place = *std::exchange(inserting_, std::nullopt);
+    ListView& to = PlayView[place.list];
+    if (place.first >= to.rowCount()) return;
+    Playlists::Selection added(static_cast<std::size_t>(to.rowCount()));
+    std::fill(added.begin() + place.first, added.end(), true);
+    lists_.moveBefore(place.list, place.before, added);
+    to.setSelection(std::move(added));
+    trackChanged();
+    to.setFocusedRow(place.before);
+    to.ensureVisible(place.before);
 }
 
 void FormList::Form_FilesDropped(const std::vector<std::string>& files, Point) { PlayView_FilesDropped(files); }
@@ -98,9 +134,12 @@ void FormList::addFiles() {
     if (!chosen.empty()) PlayView_FilesDropped(chosen);
 }
 
-void FormList::addFolder() {
+void FormList::addFolder(bool withSubfolders) {
     const auto folder = dialogs_.chooseFolder("追加するフォルダの選択", state_.CurrentFolder);
-    if (folder && !folder->empty()) PlayView_FilesDropped({*folder});
+    if (!folder || folder->empty()) return;
+    if (!withSubfolders) return PlayView_FilesDropped({*folder});
+    adding_.addTree(*folder, state_.ListNo);
+    startAdding();
 }
 
 void FormList::importM3U() {
@@ -120,7 +159,7 @@ void FormList::importM3U() {
 void FormList::PlayView_ColumnClick(int column) {
     // A second click on the same header turns the order round.
     const bool again = view().columns()[static_cast<std::size_t>(column)].sorted > 0;
-    requestSort({state_.ListNo, column, again, false});
+    requestSort({state_.ListNo, column, again, false, Playlists::SortBy::Value});
 }
 
 void FormList::menuSort_Click(int index) {
@@ -149,7 +188,8 @@ void FormList::finishSort() {
     sorting_.reset();
     Playlists::Selection selection = PlayView[sort.list].selection();
     lists_.beginStep("並替");
-    lists_.sort(sort.list, sort.column, sort.descending, selection);
+    inserting_.reset();
+    lists_.sort(sort.list, sort.column, sort.descending, selection, sort.by);
     PlayView[sort.list].setSelection(std::move(selection));
     PlayView[sort.list].markSorted(sort.column, sort.descending ? -1 : 1);
     if (sort.setsDirty) lists_.markChanged();
@@ -179,8 +219,22 @@ void FormList::menuUpDn_Click(int index) {
 void FormList::menuDelete_Click() {
     if (folderShown()) return;
     state_.Actions.note("list delete", view().selectedCount());
-    lists_.beginStep("削除");
+    removeRows("削除");
+}
+
+// The row behind them is selected then, as far as one is seen: the same key goes on with it.
+void FormList::removeRows(std::string_view step) {
+    const bool any = view().selectedCount() > 0;
+    const auto& shown = shownView().selection();
+    const int next = static_cast<int>(std::find(shown.begin(), shown.end(), true) - shown.begin());
+    lists_.beginStep(step);
     lists_.removeSelected(state_.ListNo, view().selection());
+    ListView& left = shownView();
+    if (const int row = std::min(next, left.rowCount() - 1); any && row >= 0) {
+        left.setFocusedRow(row);
+        left.setSelected(row, true);
+        left.ensureVisible(row);
+    }
     updateMenus();
     showStatus();
 }
@@ -188,6 +242,7 @@ void FormList::menuDelete_Click() {
 void FormList::menuClear_Click() {
     if (folderShown()) return;
     state_.Actions.note("list clear", lists_.count(state_.ListNo));
+    inserting_.reset();
     lists_.beginStep("初期化");
     lists_.clear(state_.ListNo);
     view().markSorted(-1, 0);

@@ -47,7 +47,7 @@ void FormList::makeMenus() {
 void FormList::Toolbar1_ButtonClick(const std::string& key) {
     const std::array<std::pair<const char*, std::function<void()>>, 7> commands{{
         {"add", [this] { addFiles(); }},
-        {"addFolder", [this] { addFolder(); }},
+        {"addFolder", [this] { addFolder(false); }},
         {"up", [this] { menuUpDn_Click(0); }},
         {"down", [this] { menuUpDn_Click(1); }},
         {"delete", [this] { menuDelete_Click(); }},
@@ -81,17 +81,20 @@ std::vector<MenuItem> FormList::editItems() {
         if (!step.empty()) caption.append(": ").append(step);
         return caption + "\t" + key;
     };
-    return {MenuCommand(
-                named("元に戻す(&U)", lists_.undoName(), "Ctrl+Z"), [this] { menuUndo_Click(); },
-                mayTurnBack(lists_.undoName())),
-            MenuCommand(
-                named("やり直し(&R)", lists_.redoName(), "Ctrl+Y"), [this] { menuRedo_Click(); },
-                mayTurnBack(lists_.redoName())),
-            MenuSeparator(),
-            MenuCommand(
-                "すべて選択(&A)\tCtrl+A", [this] { shownView().selectAll(true); }, hasRows_),
-            MenuCommand(
-                "検索(&F)\tCtrl+F", [this] { FindText.focus(); }, !folderShown())};
+    std::vector<MenuItem> items{MenuCommand(
+                                    named("元に戻す(&U)", lists_.undoName(), "Ctrl+Z"), [this] { menuUndo_Click(); },
+                                    mayTurnBack(lists_.undoName())),
+                                MenuCommand(
+                                    named("やり直し(&R)", lists_.redoName(), "Ctrl+Y"), [this] { menuRedo_Click(); },
+                                    mayTurnBack(lists_.redoName())),
+                                MenuSeparator()};
+    for (MenuItem& item : clipboardItems()) items.push_back(std::move(item));
+    items.push_back(MenuSeparator());
+    items.push_back(MenuCommand(
+        "すべて選択(&A)\tCtrl+A", [this] { shownView().selectAll(true); }, hasRows_));
+    items.push_back(MenuCommand(
+        "検索(&F)\tCtrl+F", [this] { FindText.focus(); }, !folderShown()));
+    return items;
 }
 
 std::vector<MenuItem> FormList::listItems() {
@@ -105,11 +108,44 @@ std::vector<MenuItem> FormList::listItems() {
             SubMenu("並替", sortItems()),
             MenuSeparator(),
             MenuCommand(
-                "削除", [this] { menuDelete_Click(); }, hasRows_),
+                "削除\tDel", [this] { menuDelete_Click(); }, hasRows_),
             MenuCommand(
                 "初期化", [this] { menuClear_Click(); }, !folderShown()),
             MenuSeparator(),
             MenuCommand("保存", [this] { menuSave_Click(); })};
+}
+
+std::vector<MenuItem> FormList::rowItems() {
+    return {MenuCommand(
+                "再生(&P)\tEnter", [this] { menuPlay_Click(); }, hasRows_),
+            MenuCommand(
+                "次に再生(&N)\tCtrl+Q", [this] { menuQueue_Click(); }, hasRows_),
+            MenuChoice("この曲で停止(&T)\tCtrl+T", stopsAfter_, [this] { menuStopAfter_Click(); })};
+}
+
+std::vector<MenuItem> FormList::clipboardItems() {
+    std::vector<MenuItem> targets;
+    for (int list = 0; list < kViews; ++list)
+        targets.push_back(MenuCommand(
+            kListCaptions[static_cast<std::size_t>(list)], [this, list] { menuSend_Click(list); }, hasRows_));
+    return {MenuCommand(
+                "切り取り(&X)\tCtrl+X", [this] { menuCut_Click(); }, hasRows_),
+            MenuCommand(
+                "コピー(&C)\tCtrl+C", [this] { menuCopy_Click(); }, hasRows_),
+            MenuCommand(
+                "貼り付け(&V)\tCtrl+V", [this] { menuPaste_Click(); }, !folderShown()),
+            SubMenu("リストへ送る(&L)", std::move(targets))};
+}
+
+std::vector<MenuItem> FormList::lookItems() {
+    return {MenuCommand(
+                "タグ情報(&G)", [this] { menuTag_Click(); }, hasRows_),
+            MenuCommand(
+                "フォルダを開く(&O)", [this] { menuShowFolder_Click(); }, hasRows_),
+            MenuCommand(
+                "同じアーチスト(&A)", [this] { menuSameArtist_Click(); }, hasRows_),
+            MenuCommand(
+                "プロパティ(&R)\tAlt+Enter", [this] { menuProperties_Click(); }, hasRows_)};
 }
 
 std::vector<MenuItem> FormList::browserItems() {
@@ -128,7 +164,7 @@ void FormList::updateMenus() {
     hasRows_ = !folderShown() && lists_.count(state_.ListNo) > 0;
     for (const char* key : {"up", "down", "delete"}) Toolbar1.setButtonEnabled(key, hasRows_);
     // The bar is made anew only when something in it looks different.
-    std::string look{hasRows_ ? 'r' : '-', folderShown() ? 'f' : '-'};
+    std::string look{hasRows_ ? 'r' : '-', folderShown() ? 'f' : '-', stopsAfter_ ? 's' : '-'};
     for (const MenuItem& item : menuSort.items) look += item.visible ? 'v' : '-';
     std::vector<MenuItem> columns = columnItems();
     for (const MenuItem& item : columns) look += item.checked ? 'c' : item.enabled ? 'e' : '-';
@@ -139,7 +175,8 @@ void FormList::updateMenus() {
 
     std::vector<MenuItem> list = listItems();
     list.insert(list.begin() + 1, {MenuSeparator(), MenuCommand("ファイルを追加(&F)...", [this] { addFiles(); }),
-                                   MenuCommand("フォルダを追加(&D)...", [this] { addFolder(); }),
+                                   MenuCommand("フォルダを追加(&D)...", [this] { addFolder(false); }),
+                                   MenuCommand("フォルダを下の階層ごと追加(&S)...", [this] { addFolder(true); }),
                                    MenuCommand("M3Uファイルを読み込む(&M)...", [this] { importM3U(); })});
     list.push_back(MenuSeparator());
     list.push_back(SubMenu("表示する項目(&V)", std::move(columns)));
@@ -148,8 +185,14 @@ void FormList::updateMenus() {
     browser.push_back(MenuSeparator());
     browser.push_back(MenuCommand("音楽CDの曲を表示(&C)", [this] { menuCd_Click(); }));
     browser.push_back(MenuCommand("最新の情報に更新(&R)\tF5", [this] { File1.refresh(); }));
+    std::vector<MenuItem> tracks = rowItems();
+    tracks.push_back(MenuSeparator());
+    for (MenuItem& item : lookItems()) tracks.push_back(std::move(item));
+    tracks.push_back(MenuCommand(
+        "曲の情報を読み直す(&U)\tF5", [this] { menuReread_Click(); }, hasRows_));
     menuBar_.items = {SubMenu("リスト(&L)", std::move(list)), SubMenu("編集(&E)", std::move(edits)),
-                      SubMenu("並替(&S)", sortItems()), SubMenu("フォルダ(&B)", std::move(browser))};
+                      SubMenu("曲(&T)", std::move(tracks)), SubMenu("並替(&S)", sortItems()),
+                      SubMenu("フォルダ(&B)", std::move(browser))};
     formChanged(FormProperty::Menu);
 }
 

@@ -17,6 +17,8 @@ void FormList::makeSearch() {
     FindView.emptyText = "見つかりません";
     FindView.setVisible(false);
     FindView.textOf = [this, rowOf](int row, int column) { return textOf(state_.ListNo, rowOf(row), column); };
+    FindView.noteOf = [this, rowOf](int row) { return noteOf(state_.ListNo, rowOf(row)); };
+    FindView.tipOf = [this, rowOf](int row) { return tipOf(state_.ListNo, rowOf(row)); };
     FindView.marked = [this, rowOf](int row) { return isCurrent(state_.ListNo, rowOf(row)); };
     FindView.dimmed = [this, rowOf](int row) { return !lists_.playable(state_.ListNo, rowOf(row)); };
     FindView.onDoubleClick = [this](int row) { FindView_DblClick(row); };
@@ -25,6 +27,7 @@ void FormList::makeSearch() {
     FindView.onMouseDown = view().onMouseDown;
     FindView.onKeyDown = view().onKeyDown;
     FindView.onFilesDropped = view().onFilesDropped;
+    FindView.onRowsDraggedToTab = view().onRowsDraggedToTab;
     // What is selected among the found rows is selected in the list, where every command looks.
     FindView.onSelectionChange = [this] {
         if (selectingFound_) return;

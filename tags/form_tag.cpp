@@ -120,10 +120,14 @@ void FormTag::setText(Field field, const std::string& text) {
     }
 }
 
-void FormTag::fill() {
-    if (state_.CurrentFile == file_ && edited_) return;
-    if (mayLeave()) showFile(state_.CurrentFile);
+bool FormTag::edit(const std::string& path) {
+    if (path == file_ && edited_) return true;
+    if (!mayLeave()) return false;
+    showFile(path);
+    return true;
 }
+
+void FormTag::fill() { edit(state_.CurrentFile); }
 
 void FormTag::currentFileOpened() {
     if (writing_ || !visible()) return;

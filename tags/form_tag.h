@@ -76,6 +76,7 @@ class FormTag : public Form {
     void fillGenres();
     // Shows CurrentFile, when there is nothing unsaved or the user lets go of it.
     void fill();
+    bool edit(const std::string& path);  // the same for any file; false: the user stays with what is unsaved
     // CurrentFile is open now: shown when the window is and nothing is unsaved.
     void currentFileOpened();
     // The format of file names is another one: proposes by it.

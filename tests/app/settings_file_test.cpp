@@ -11,6 +11,7 @@
 #include "state/global_state.h"
 #include "tags/form_tag.h"
 #include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_file_manager.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_random.h"
 #include "tests/fakes/fake_text_painter.h"
@@ -61,7 +62,8 @@ struct Program {
     OptionStore options;
     FormOpt opt{state, options};
     Playlists lists{state, options, files, vbmp3, random};
-    FormList list{state, options, lists, files, dialogs};
+    FakeFileManager fileManager;
+    FormList list{state, options, lists, files, dialogs, fileManager};
     FormGra gra{state, vbmp3, dialogs, random};
     FakeTextPainter painter;
     FormLyrics lyrics{state, options, painter};

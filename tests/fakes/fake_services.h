@@ -5,6 +5,7 @@
 
 #include "app/application.h"
 #include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_file_manager.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_gogo.h"
 #include "tests/fakes/fake_media_control.h"
@@ -30,9 +31,10 @@ struct FakeServices {
     std::shared_ptr<FakeGogo> gogo = std::make_shared<FakeGogo>();
     FakeRandom random;
     FakeOutputDevices devices;
+    FakeFileManager fileManager;
 
     FakeServices() { files.add("C:\\Quenlox\\skin\\default\\default.tsk", "[Main]\nVer=4\nBox=1\nSize=100,50\n"); }
-    Services all() { return {windows, painter, dialogs, files, mci, mixer, shell, vbmp3, gogo, random, devices}; }
+    Services all() { return {windows, painter, dialogs, files, mci, mixer, shell, vbmp3, gogo, random, devices, fileManager}; }
 };
 
 }  // namespace quenlox

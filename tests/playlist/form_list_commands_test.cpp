@@ -30,6 +30,16 @@ TEST_F(FormListCommands, TheSortMenuSortsByTheColumnOfItsItem) {
     }
 }
 
+TEST_F(FormListCommands, AClickOnAHeadingSortsLengthsAsNumbers) {
+    addTitled('a', "a", 600);
+    addTitled('b', "b", 59);
+    addTitled('c', "c", 120);
+    form.PlayView_ColumnClick(kTimeColumn);
+    EXPECT_EQ(names(0), "bca");
+    form.menuSort_Click(2);
+    EXPECT_EQ(names(0), "bac") << "by their texts";
+}
+
 TEST_F(FormListCommands, ASortByTextsOfManyFilesWaitsForThemAndCanBeCancelled) {
     for (int i = 0; i < 300; ++i) lists.AddEntry("C:\\" + std::to_string(1000 - i) + ".mp3", 0);
     vbmp3.delay = std::chrono::milliseconds(1);
@@ -164,6 +174,74 @@ TEST_F(FormListCommands, ToolbarButtonsDoWhatTheirCommandsDo) {
     EXPECT_FALSE(form.File1.visible());
     form.Toolbar1_ButtonClick("browser");
     EXPECT_TRUE(form.File1.visible());
+}
+
+TEST_F(FormListCommands, RowsAreCutCopiedPastedSentAndDroppedInFrontOfARow) {
+    const struct {
+        const char* what;
+        void (*act)(ListWindow&);
+        const char *rows, *marks, *step;
+    } cases[] = {
+        {"copy, paste",
+         [](ListWindow& w) { w.form.PlayView_KeyDown('C', kControl), w.form.PlayView_KeyDown('V', kControl); },
+         "abcbcd", ".xx...", "貼り付け"},
+        {"cut", [](ListWindow& w) { w.form.PlayView_KeyDown('X', kControl); }, "ad", ".x", "切り取り"},
+        {"cut, paste", [](ListWindow& w) { w.form.menuCut_Click(), w.form.menuPaste_Click(); }, "abcd", ".xx.",
+         "貼り付け"},
+        {"drop",
+         [](ListWindow& w) {
+             w.form.PlayView_FilesDroppedAt({"D:\\album", "D:\\2.mp3"}, 3);
+         },
+         "abc12d", "...xx.", "追加"},
+        {"send", [](ListWindow& w) { w.form.menuSend_Click(0); }, "abcdbc", ".xx...", "リストへ送る"},
+        {"to a tab", [](ListWindow& w) { w.form.PlayView_RowsDraggedToTab(1); }, "abcd", ".xx.", "リストへ送る"},
+    };
+    for (const auto& c : cases) {
+        ListWindow w;
+        w.files.add("D:\\album\\1.mp3");
+        w.addLetters(0, "abcd");
+        w.select(".xx.");
+        w.view().setFocusedRow(1);
+        w.state.ListDirty = false;
+        c.act(w);
+        EXPECT_EQ(w.names(0), c.rows) << c.what;
+        EXPECT_EQ(w.marks(), c.marks) << c.what;
+        EXPECT_EQ(w.names(1), std::string(c.what) == "to a tab" ? "bc" : "");
+        EXPECT_TRUE(w.state.ListDirty);
+        EXPECT_EQ(w.lists.undoName(), c.step) << c.what;
+        w.form.menuUndo_Click();
+        if (std::string(c.what) == "cut, paste") w.form.menuUndo_Click();
+        EXPECT_EQ(w.names(0) + w.names(1), "abcd") << c.what;
+    }
+}
+
+TEST_F(FormListCommands, TheQueueIsNumberedInFrontOfItsRowsAndARowLeavesItByTheSameCommand) {
+    addLetters(0, "abcd");
+    select(".x.x");
+    form.Form_KeyDown('Q', kControl);
+    select("x..x");
+    form.Form_KeyDown('Q', kControl);
+    const auto title = [&](int row) { return view().textOf(row, kTitleColumn); };
+    EXPECT_EQ(title(0) + title(1) + title(2) + title(3), "[3] a[1] bc[2] d");
+    EXPECT_THAT(form.LabelStatus.caption(), testing::HasSubstr("次に再生 3曲"));
+    select(".x.x");
+    form.menuQueue_Click();
+    EXPECT_EQ(title(0) + title(1), "[1] ab");
+}
+
+TEST_F(FormListCommands, WhatThereWasNothingToAddOfIsSaidAndATreeIsAddedWhole) {
+    files.add("D:\\m\\x\\y\\2.mp3");
+    files.add("D:\\m\\x\\1.mp3");
+    files.add("D:\\l.m3u");
+    files.unreadable.insert("D:\\l.m3u");
+    for (const auto& [dropped, note] : {std::pair{"D:\\m", "下の階層"}, {"D:\\l.m3u", "「l.m3u」を読み込めません"}}) {
+        form.PlayView_FilesDropped({dropped});
+        EXPECT_THAT(form.LabelStatus.caption(), testing::HasSubstr(note));
+    }
+    EXPECT_EQ(names(0), "");
+    dialogs.folderAnswers.push_back("D:\\m");
+    form.addFolder(true);
+    EXPECT_EQ(names(0), "12");
 }
 
 TEST_F(FormListCommands, WhatWasDoneIsTakenBackAndDoneAgainByTheKeysThatTheMenuShows) {

@@ -9,6 +9,7 @@
 #include "playlist/form_list.h"
 #include "state/option_store.h"
 #include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_file_manager.h"
 #include "tests/fakes/fake_window_system.h"
 #include "tests/playlist/lists_fixture.h"
 
@@ -18,7 +19,8 @@ struct ListWindow : Lists {
     FakeDialogs dialogs;
     FakeWindowSystem windows;
     OptionStore chosen;
-    FormList form{state, chosen, lists, files, dialogs};
+    FakeFileManager fileManager;
+    FormList form{state, chosen, lists, files, dialogs, fileManager};
     // What was chosen for playing: path, list and row, intent, and whether it is opened, played or as before.
     std::vector<std::string> opened;
     OpenResult answer = OpenResult::Opened;

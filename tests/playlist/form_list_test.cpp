@@ -140,7 +140,7 @@ TEST_F(FormListWindow, ShowsCountSelectionAndTotalTime) {
     finishWork();
     EXPECT_EQ(form.LabelStatus.caption(), "3曲（2曲を選択）　合計 1:15:00");
     form.menuDelete_Click();
-    EXPECT_EQ(form.LabelStatus.caption(), "1曲　合計 0:25:00");
+    EXPECT_EQ(form.LabelStatus.caption(), "1曲（1曲を選択）　合計 0:25:00");
 }
 
 TEST_F(FormListWindow, NothingIsReadWhileItIsHidden) {

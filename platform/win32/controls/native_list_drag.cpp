@@ -21,11 +21,29 @@ RECT RowRect(HWND list, int row) {
 
 int Count(HWND list) { return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)); }
 
+bool IsTabControl(HWND window) {
+    wchar_t name[32] = L"";
+    GetClassNameW(window, name, 32);
+    return lstrcmpiW(name, WC_TABCONTROLW) == 0;
+}
+
 }  // namespace
 
-void NativeListDrag::begin(HWND list, std::function<void(int before)> drop) {
+int BorderAt(HWND list, POINT at) {
+    const int count = Count(list);
+    if (count == 0) return 0;
+    const auto top = static_cast<int>(SendMessageW(list, LVM_GETTOPINDEX, 0, 0));
+    const RECT first = RowRect(list, top);
+    const int height = std::max<int>(1, first.bottom - first.top);
+    const int rows = (at.y - first.top + height / 2) / height;
+    return std::clamp(top + std::max(rows, 0), 0, count);
+}
+
+void NativeListDrag::begin(HWND list, bool inList, bool toTabs, std::function<void(const Target& target)> drop) {
     list_ = list;
-    before_ = -1;
+    target_ = {};
+    inList_ = inList;
+    toTabs_ = toTabs;
     drop_ = std::move(drop);
     SetCapture(list);
     SetTimer(list, kScrollTimer, kScrollIntervalMs, nullptr);
@@ -37,8 +55,8 @@ int NativeListDrag::markHeight(int before) const {
 }
 
 void NativeListDrag::setMark(int before) {
-    if (before == before_) return;
-    for (const int row : {std::exchange(before_, before), before}) {
+    if (before == target_.before) return;
+    for (const int row : {std::exchange(target_.before, before), before}) {
         if (row < 0) continue;
         const int y = markHeight(row);
         RECT rect{};
@@ -50,25 +68,34 @@ void NativeListDrag::setMark(int before) {
 }
 
 void NativeListDrag::follow(POINT at) {
-    const int count = Count(list_);
-    if (count == 0) return;
-    const auto top = static_cast<int>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0));
-    const RECT first = RowRect(list_, top);
-    const int height = std::max<int>(1, first.bottom - first.top);
-    // The border between two rows that is nearest to the pointer.
-    const int rows = (at.y - first.top + height / 2) / height;
-    setMark(std::clamp(top + std::max(rows, 0), 0, count));
+    if (Count(list_) == 0) return;
+    findTab(at);
+    setMark(target_.tabs || !inList_ ? -1 : BorderAt(list_, at));
+    SetCursor(LoadCursorW(nullptr, target_.tabs ? IDC_HAND : IDC_ARROW));
+}
+
+// The tab under the pointer, when it is one of the window that the list stands in.
+void NativeListDrag::findTab(POINT at) {
+    target_.tabs = nullptr;
+    if (!toTabs_) return;
+    ClientToScreen(list_, &at);
+    HWND under = WindowFromPoint(at);
+    if (!IsTabControl(under) || GetParent(under) != GetParent(list_)) return;
+    TCHITTESTINFO hit{at, 0};
+    ScreenToClient(under, &hit.pt);
+    target_.tab = static_cast<int>(SendMessageW(under, TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    if (target_.tab >= 0) target_.tabs = under;
 }
 
 void NativeListDrag::end(bool dropped) {
     HWND list = list_;
-    const int before = before_;
+    const Target target = target_;
     setMark(-1);
     list_ = nullptr;
     KillTimer(list, kScrollTimer);
     if (GetCapture() == list) ReleaseCapture();
     const auto drop = std::exchange(drop_, nullptr);
-    if (dropped && before >= 0 && drop) drop(before);
+    if (dropped && drop && (target.before >= 0 || target.tabs)) drop(target);
 }
 
 std::optional<LRESULT> NativeListDrag::intercept(UINT message, WPARAM w, LPARAM l) {
@@ -90,6 +117,7 @@ std::optional<LRESULT> NativeListDrag::intercept(UINT message, WPARAM w, LPARAM 
             GetClientRect(list_, &client);
             const RECT row = RowRect(list_, static_cast<int>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0)));
             const int height = row.bottom - row.top;
+            if (target_.tabs) return 0;
             if (at.y < row.top) SendMessageW(list_, LVM_SCROLL, 0, -height);
             if (at.y >= client.bottom) SendMessageW(list_, LVM_SCROLL, 0, height);
             if (at.y < row.top || at.y >= client.bottom) follow(at);
@@ -100,10 +128,10 @@ std::optional<LRESULT> NativeListDrag::intercept(UINT message, WPARAM w, LPARAM 
 }
 
 void NativeListDrag::paintMark(HDC dc) const {
-    if (!list_ || before_ < 0) return;
+    if (!list_ || target_.before < 0) return;
     RECT rect{};
     GetClientRect(list_, &rect);
-    rect.top = markHeight(before_);
+    rect.top = markHeight(target_.before);
     rect.bottom = rect.top + kMarkThickness;
     FillRect(dc, &rect, GetSysColorBrush(COLOR_HIGHLIGHT));
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "forms/form.h"
 #include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/dropped_files.h"
 
@@ -17,18 +18,23 @@ DWORD StyleOf(const ListView& view) {
     if (!view.manySelected) style |= LVS_SINGLESEL;
     return style;
 }
-constexpr DWORD kExtendedStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
+// A tip of our own stands in place of that of a text which does not fit.
+DWORD ExtendedStyleOf(const ListView& view) {
+    return LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | (view.tipOf ? 0u : UINT{LVS_EX_LABELTIP});
+}
 // From so many changed rows on the list is not drawn between them.
 constexpr std::size_t kManyRows = 32;
 constexpr int kLongRange = 1000;
 constexpr int kRowAir = 4;       // between the texts of two rows, pixels at 96 dots per inch
 constexpr int kTextMargin = 16;  // on both sides of a text together
+constexpr int kNoteGap = 12;     // in front of the note behind a text
 
 }  // namespace
 
 NativeListView::NativeListView(ControlHost& host, ListView& view)
     : NativeControl(host, view, {WC_LISTVIEWW, StyleOf(view), WS_EX_CLIENTEDGE}), view_(view) {
-    send(LVM_SETEXTENDEDLISTVIEWSTYLE, kExtendedStyle, LPARAM{kExtendedStyle});
+    const DWORD extended = ExtendedStyleOf(view);
+    send(LVM_SETEXTENDEDLISTVIEWSTYLE, extended, static_cast<LPARAM>(extended));
     makeBoldFont();
     makeIcons();
     subclass();
@@ -294,10 +300,12 @@ LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
             const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
             if (row >= view_.rowCount()) return CDRF_DODEFAULT;
             colorRow(draw, row);
-            if (!view_.marked || !view_.marked(row)) return CDRF_DODEFAULT;
+            const LRESULT note = view_.noteOf ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT;
+            if (!marked(row)) return note;
             SelectObject(draw.nmcd.hdc, bold_.get());
-            return CDRF_NEWFONT;
+            return CDRF_NEWFONT | note;
         }
+        case CDDS_ITEMPOSTPAINT: paintNote(draw.nmcd.hdc, static_cast<int>(draw.nmcd.dwItemSpec)); return 0;
         case CDDS_POSTPAINT: drag_.paintMark(draw.nmcd.hdc); return CDRF_DODEFAULT;
         default: return CDRF_DODEFAULT;
     }
@@ -333,6 +341,42 @@ void NativeListView::paletteChanged() {
     send(LVM_SETTEXTBKCOLOR, 0, LPARAM{back});
     send(LVM_SETTEXTCOLOR, 0, LPARAM{palette() ? ToColorRef(palette()->text) : GetSysColor(COLOR_WINDOWTEXT)});
     NativeControl::paletteChanged();
+}
+
+// Behind the text of the first column, as far as there is room in it.
+void NativeListView::paintNote(HDC dc, int row) const {
+    if (row >= view_.rowCount() || !view_.noteOf || !view_.textOf) return;
+    const std::wstring note = Wide(view_.noteOf(row));
+    if (note.empty()) return;
+    RECT room{}, client{};
+    room.left = LVIR_LABEL;
+    send(LVM_GETITEMRECT, static_cast<WPARAM>(row), &room);
+    GetClientRect(window(), &client);
+    const std::wstring text = Wide(view_.textOf(row, 0));
+    SIZE size{};
+    {
+        const Selected selected(dc, marked(row) ? bold_.get() : font());
+        GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
+    }
+    room.left += size.cx + scaled(kNoteGap);
+    room.right = std::min(room.right, client.right) - scaled(kRowAir);
+    if (room.left >= room.right) return;
+    const bool chosen = view_.selected(row) && GetFocus() == window();
+    const Selected selected(dc, font());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, palette() ? ToColorRef(chosen ? palette()->text : palette()->dim)
+                               : GetSysColor(chosen ? COLOR_HIGHLIGHTTEXT : COLOR_GRAYTEXT));
+    DrawTextW(dc, note.c_str(), -1, &room, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+void NativeListView::showTip(LPARAM at) {
+    LVHITTESTINFO hit{};
+    hit.pt = {GET_X_LPARAM(at), GET_Y_LPARAM(at)};
+    const auto row = static_cast<int>(send(LVM_SUBITEMHITTEST, 0, &hit));
+    if (row == tipRow_) return;
+    tipRow_ = row;
+    view_.setTooltip(row >= 0 && row < view_.rowCount() ? view_.tipOf(row) : std::string{});
+    SendMessageW(host().tooltips(), TTM_POP, 0, 0);  // it comes anew, beside this row
 }
 
 void NativeListView::paintEmptyText() const {
@@ -380,13 +424,22 @@ std::optional<LRESULT> NativeListView::notify(NMHDR& header) {
             if (view_.onKeyDown) view_.onKeyDown(reinterpret_cast<NMLVKEYDOWN&>(header).wVKey, ShiftState());
             return 0;
         case static_cast<UINT>(LVN_BEGINDRAG):
-            if (view_.onRowsDragged) {
-                drag_.begin(window(), [this](int before) {
-                    if (view_.onRowsDragged) view_.onRowsDragged(before);
-                });
+            if (view_.onRowsDragged || view_.onRowsDraggedToTab) {
+                drag_.begin(window(), view_.onRowsDragged != nullptr, view_.onRowsDraggedToTab != nullptr,
+                            [this](const NativeListDrag::Target& target) { takeDrag(target); });
             }
             return 0;
         default: return {};
+    }
+}
+
+void NativeListView::takeDrag(const NativeListDrag::Target& target) {
+    if (!target.tabs) return view_.onRowsDragged(target.before);
+    for (const Control* control : view_.form().controls()) {
+        const auto* tabs = dynamic_cast<const TabStrip*>(control);
+        if (!tabs || host().windowOf(*tabs) != target.tabs) continue;
+        view_.onRowsDraggedToTab(*tabs, target.tab);
+        return;
     }
 }
 
@@ -429,10 +482,14 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
         if (const auto result = drag_.intercept(message, w, l)) return result;
     }
     switch (message) {
+        case WM_MOUSEMOVE:
+            if (view_.tipOf) showTip(l);
+            return {};
         case WM_CONTEXTMENU: return headerMenu(reinterpret_cast<HWND>(w), {GET_X_LPARAM(l), GET_Y_LPARAM(l)});
         case WM_DROPFILES: {
-            const std::vector<std::string> files = DroppedFiles(reinterpret_cast<HDROP>(w), nullptr);
-            if (view_.onFilesDropped) view_.onFilesDropped(files);
+            POINT at{};
+            const std::vector<std::string> files = DroppedFiles(reinterpret_cast<HDROP>(w), &at);
+            if (view_.onFilesDropped) view_.onFilesDropped(files, BorderAt(window(), at));
             return 0;
         }
         case WM_LBUTTONDOWN: {

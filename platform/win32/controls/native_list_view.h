@@ -44,10 +44,14 @@ class NativeListView : public NativeControl {
     void takeRange(const NMLVODSTATECHANGE& change);
     void takeColumnWidth(const NMHEADERW& change);
     void giveText(NMLVDISPINFOW& info) const;
+    void takeDrag(const NativeListDrag::Target& target);
     LRESULT findRow(const NMLVFINDITEMW& search) const;
     LRESULT customDraw(NMLVCUSTOMDRAW& draw);
     void colorRow(NMLVCUSTOMDRAW& draw, int row) const;
     std::optional<LRESULT> drawHeader(const NMCUSTOMDRAW& draw) const;
+    bool marked(int row) const { return view_.marked && view_.marked(row); }
+    void paintNote(HDC dc, int row) const;
+    void showTip(LPARAM at);
     void makeBoldFont();
     int scaled(int pixelsAt96) const;
 
@@ -56,6 +60,7 @@ class NativeListView : public NativeControl {
     std::vector<bool> shown_;                // which rows of the window are selected
     bool takingRow_ = false;                 // the window has told the change of one row
     int selectionChanges_ = 0;
+    int tipRow_ = -1;  // of the tip that is shown, or would be
     OwnedFont bold_;
     HIMAGELIST icons_ = nullptr;
     NativeListDrag drag_;

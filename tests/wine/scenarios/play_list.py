@@ -146,6 +146,74 @@ def test_rows_are_moved_dragged_deleted_and_exported(s):
     s.equal(kept_names(player)[1:], left, "list file")
 
 
+@real_time
+def test_rows_are_played_next_in_the_order_they_were_chosen_and_one_is_the_last(s):
+    folder = music(s)
+    player, window = start(s, folder, "#ListA\n" + paths(s, folder, "a.mp3", "b.mp3", "c.mp3"))
+
+    def titles(*expected):
+        s.wait_equal(lambda: lines(view(window)), list(expected), "titles")
+
+    for row in (2, 1):
+        view(window).click_item(row)
+        s.driver.keys("ctrl+q")
+    titles("apple", "[2] Zebra", "[1] Mango")
+    s.screenshot("queue", window)
+    header(window, 0)
+    titles("apple", "[1] Mango", "[2] Zebra")
+    mark = s.sound_mark()
+    view(window).click_item(0, count=2)
+    s.wait_tone(900)
+    titles("apple", "Mango", "[1] Zebra")
+    s.wait_silence()
+    pieces = s.captured(mark).trimmed()
+    s.near(pieces.length, 6.3, 0.4, "seconds of all three")
+    s.near(pieces.part(5.4, 5.9).frequency(), 500, 5, "frequency at the end")
+
+    for row in (1, 2):
+        view(window).click_item(row)
+        s.driver.keys("ctrl+q")
+    mark = s.sound_mark()
+    view(window).click_item(0, count=2)
+    s.driver.keys("ctrl+t")
+    titles("■ apple", "[1] Mango", "[2] Zebra")
+    s.wait_sound(since=mark)
+    s.wait_silence()
+    titles("apple", "[1] Mango", "[2] Zebra")
+    s.near(s.captured(mark).trimmed().length, 3.0, 0.2, "seconds of the track that was the last")
+
+
+def test_rows_go_to_another_place_another_list_and_back(s):
+    folder = music(s)
+    player, window = start(s, folder, "#ListA\n" + paths(s, folder, "a.mp3", "b.mp3", "c.mp3"))
+
+    def after(what, *rows):
+        s.wait_equal(lambda: [n[0] for n in names(window)], [*rows], f"rows after {what}")
+
+    view(window).click_item(1)
+    s.driver.keys("ctrl+x")
+    after("cutting", "a", "c")
+    s.wait_equal(view(window).selected_items, [1], "the row behind it")
+    view(window).click_item(0)
+    s.driver.keys("ctrl+v")
+    after("pasting", "b", "a", "c")
+    x, y, width, height = map(int, s.driver.ask("itemplace", view(window).handle, 1)[0])
+    s.driver.move(20, 20)  # off the rows, whose tip would lie there
+    s.wait_until(lambda: not s.driver.find(class_name="tooltips_class32"), "the tip goes")
+    s.drop_files(x + 40, y + height - 2, folder / "scale.mid")
+    after("a drop between rows", "b", "a", "s", "c")
+    s.wait_equal(view(window).selected_items, [2], "the row that was dropped")
+    tabs = window.control("SysTabControl32")
+    s.driver.drag(x + 40, y + height * 3 // 2, tabs.x + 80, tabs.y + 8)
+    after("dragging to a tab", "b", "a", "s", "c")
+    s.screenshot("sent", window)
+    s.driver.keys("ctrl+2")
+    after("choosing the other list", "s")
+    s.driver.keys("ctrl+z")
+    after("taking the sending back")
+    player.end()
+
+
 def test_lists_are_imported_dropped_and_searched_by_typing(s):
     folder = music(s)
     player, window = start(s, folder)
