@@ -1,8 +1,8 @@
 // The toolbar and the row of tabs.
 #include <algorithm>
 
-#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
+#include "platform/win32/dark_paint.h"
 
 namespace quenlox::win32 {
 namespace {

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "forms/form.h"
-#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
+#include "platform/win32/dark_paint.h"
 
 namespace quenlox::win32 {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "forms/form.h"
-#include "platform/win32/controls/dark_paint.h"
+#include "platform/win32/dark_paint.h"
 
 namespace quenlox::win32 {
 namespace {

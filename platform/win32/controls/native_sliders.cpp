@@ -1,8 +1,8 @@
 // Scroll bars, shown as the system's sliders, which the keyboard and the wheel move; and progress bars.
 #include <windowsx.h>
 
-#include "platform/win32/controls/dark_paint.h"
 #include "platform/win32/controls/native_control.h"
+#include "platform/win32/dark_paint.h"
 
 namespace quenlox::win32 {
 namespace {

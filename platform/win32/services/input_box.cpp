@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "platform/win32/dark_paint.h"
 #include "platform/win32/services/dialogs.h"
 
 namespace quenlox::win32 {
@@ -47,8 +48,28 @@ class Template {
     std::vector<WORD> data_;
 };
 
+// What the box is asked about its look, while there is a palette for it.
+INT_PTR Painted(HWND dialog, UINT message, WPARAM w, LPARAM l, const Palette& palette) {
+    if (message != WM_NOTIFY) {
+        const Color back = message == WM_CTLCOLOREDIT ? palette.field : palette.window;
+        SetTextColor(reinterpret_cast<HDC>(w), ToColorRef(palette.text));
+        SetBkColor(reinterpret_cast<HDC>(w), ToColorRef(back));
+        return reinterpret_cast<INT_PTR>(BrushOf(back));
+    }
+    const auto& draw = *reinterpret_cast<const NMCUSTOMDRAW*>(l);
+    if (draw.hdr.code != static_cast<UINT>(NM_CUSTOMDRAW)) return FALSE;
+    PaintPushButton(draw, draw.hdr.idFrom == IDOK, palette);
+    SetWindowLongPtrW(dialog, DWLP_MSGRESULT, CDRF_SKIPDEFAULT);
+    return TRUE;
+}
+
 INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM w, LPARAM l) noexcept {
+    if (message == WM_NOTIFY || (message >= WM_CTLCOLOREDIT && message <= WM_CTLCOLORSTATIC)) {
+        const Palette* palette = PaletteOfUser();
+        return palette ? Painted(dialog, message, w, l, *palette) : FALSE;
+    }
     if (message == WM_INITDIALOG) {
+        ShowTitleBar(dialog, PaletteOfUser() != nullptr);
         SetWindowLongPtrW(dialog, DWLP_USER, static_cast<LONG_PTR>(l));
         SetDlgItemTextW(dialog, kTextId, reinterpret_cast<const std::wstring*>(l)->c_str());
         SendDlgItemMessageW(dialog, kTextId, EM_SETSEL, 0, -1);

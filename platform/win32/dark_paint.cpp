@@ -1,4 +1,4 @@
-#include "platform/win32/controls/dark_paint.h"
+#include "platform/win32/dark_paint.h"
 
 #include <algorithm>
 #include <string>
