@@ -57,9 +57,8 @@ TEST_F(OrdinaryWindows, EveryControlHasANameBeforeItAndAKeyThatNothingElseInTheW
                 if (!IsOneOf<Label, Frame, ProgressBar, PictureBox>(control)) {
                     EXPECT_TRUE(!control->caption().empty() || (labelled && !shows)) << where;
                     // A control that shows no name can show no key either.
-                    if (shows && !FollowsItsGroup(control, before))
-                        EXPECT_TRUE(own || (labelled && AccessKeyOf(before->caption()))) << where;
-                    if (!shows && control->caption().empty()) EXPECT_TRUE(AccessKeyOf(before->caption())) << where;
+                    const bool needsKey = shows ? !FollowsItsGroup(control, before) : control->caption().empty();
+                    EXPECT_TRUE(!needsKey || own || (labelled && AccessKeyOf(before->caption()))) << where;
                 }
                 before = control;
             }
