@@ -225,8 +225,8 @@ def playlist(s, tracks):
     stage = Stage(s, tracks)
     stage.main.press("list")
     window = stage.window("プレイリスト")
-    view = next(c for c in window.controls() if c.class_name == "SysListView32" and c.visible)
-    s.wait_until(lambda: len(view.items()) == len(TRACKS), "the rows")
+    views = [c for c in window.controls() if c.class_name == "SysListView32" and c.visible]
+    s.wait_until(lambda: any(len(view.items()) == len(TRACKS) for view in views), "the rows")
     s.pause(1.5)  # their texts
     save("window-list", stage.shot(window))
     window.activate()
