@@ -40,12 +40,12 @@ void FormInfo::open(const std::string& name, bool there, const std::string& when
 
 void FormInfo::CommandLicence_Click() {
     open("licences", files_.folderExists(JoinPath(files_.programFolder(), "licences")),
-         "licencesフォルダが見つかりません");
+         "licencesフォルダを開けません");
 }
 
 void FormInfo::CommandHelp_Click() {
     open("Quenlox.html", files_.fileExists(JoinPath(files_.programFolder(), "Quenlox.html")),
-         "Quenlox.htmlが見つかりません");
+         "Quenlox.htmlを開けません");
 }
 
 void FormInfo::Form_Unload(bool& cancel) {

@@ -217,7 +217,7 @@ void FormGra::Command2_Click() {
 }
 
 void FormGra::menuPatName_Click(int index) {
-    const auto answer = dialogs_.inputText("このパターンの名前", geLabel[index].caption(), caption());
+    const auto answer = dialogs_.inputText("登録するパターンの名前を入力してください", geLabel[index].caption(), caption());
     if (!answer) return;
     // In the settings file a comma ends the name.
     const std::string name(TrimBlanks(CutUtf16Units(TrimAtNull(ReplaceAll(*answer, ",", "、")), kNameUnits)));

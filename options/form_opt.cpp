@@ -51,8 +51,8 @@ FormOpt::FormOpt(GlobalState& state, OptionStore& options)
     ComboCdDrive.onClick = [this] { driveChosen(); };
     options_.listen({&Options::DefaultCdDrive}, [this] { showDrive(); });
     options_.listenToAvailability([this] { showAvailable(); });
-    CommandBmpDir.onClick = [this] { chooseFolder(TextBmpDir, "画像フォルダ"); };
-    CommandLyricsDir.onClick = [this] { chooseFolder(TextLyricsDir, "歌詞フォルダ"); };
+    CommandBmpDir.onClick = [this] { chooseFolder(TextBmpDir, "画像フォルダの選択"); };
+    CommandLyricsDir.onClick = [this] { chooseFolder(TextLyricsDir, "歌詞フォルダの選択"); };
     CommandDefaults.onClick = [this] { CommandDefaults_Click(); };
     CommandClose.onClick = [this] { hide(); };
     CommandClose.isDefault = true;

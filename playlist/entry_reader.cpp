@@ -74,7 +74,7 @@ std::string EntryReader::describe(const std::string& path, std::optional<std::ui
         line("演奏時間", PlayTimeText(info->seconds));
         const TrackTexts& texts = info->texts;
         line("曲名", texts.title);
-        line("アーチスト名", texts.artist);
+        line("アーティスト名", texts.artist);
         line("アルバム名", texts.album);
         line("年", texts.year);
         line("ジャンル", texts.genre);

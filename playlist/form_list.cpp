@@ -17,7 +17,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーチスト名", "アルバム名", "時間",
+constexpr std::array<const char*, FormList::kColumns> kColumnTitles{"曲名", "アーティスト名", "アルバム名", "時間",
                                                                     "ファイル名"};
 
 // Texts of rows on the screen are read while they are painted as long as that is quick; a slow disk makes them come

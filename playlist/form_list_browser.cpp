@@ -72,7 +72,7 @@ void FormList::makeBrowser() {
     Combo1.setItems(std::move(filters));
     Combo1.setListIndex(0);
     Combo1.onClick = [this] { showFiles(); };
-    File1.emptyText = "再生できるファイルはありません";
+    File1.emptyText = "表示するファイルはありません";
     File2.setVisible(false);
     Drive1.onChange = [this] { Drive1_Change(); };
     Dir1.onChange = [this] { Dir1_Change(); };

@@ -143,7 +143,7 @@ std::vector<MenuItem> FormList::lookItems() {
             MenuCommand(
                 "フォルダを開く(&O)", [this] { menuShowFolder_Click(); }, hasRows_),
             MenuCommand(
-                "同じアーチスト(&A)", [this] { menuSameArtist_Click(); }, hasRows_),
+                "同じアーティスト(&A)", [this] { menuSameArtist_Click(); }, hasRows_),
             MenuCommand(
                 "プロパティ(&R)\tAlt+Enter", [this] { menuProperties_Click(); }, hasRows_)};
 }

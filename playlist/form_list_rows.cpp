@@ -148,7 +148,7 @@ void FormList::menuSameArtist_Click() {
     const int row = FirstSelected(view());
     if (folderShown() || row < 0) return;
     const std::string artist = lists_.text(state_.ListNo, row, kNameColumn);
-    if (artist == kNoName || artist == kUnknownName) return showNote("アーチスト名がありません");
+    if (artist == kNoName || artist == kUnknownName) return showNote("アーティスト名がありません");
     FindText.setText(artist);
 }
 

@@ -10,7 +10,7 @@ namespace quenlox {
 
 void FormList::makeSearch() {
     LabelFind.setCaption("検索(&I)");
-    FindText.setTooltip("曲名、アーチスト名、アルバム名、ファイル名から探します (Ctrl+F)");
+    FindText.setTooltip("曲名、アーティスト名、アルバム名、ファイル名から探します (Ctrl+F)");
     FindText.onChange = [this] { FindText_Change(); };
     const auto rowOf = [this](int found) { return found_[static_cast<std::size_t>(found)]; };
     FindView.setColumns(view().columns());

@@ -280,6 +280,9 @@ bool FormTop::ownKey(int key, int shift) {
                                     {kKeySpace, 0, TopCommand::Playback, kPauseButton},
                                     {kKeyV, 0, TopCommand::NextView},
                                     {kKeyV, kShift, TopCommand::NextGroup},
+                                    {kKeyR, 0, TopCommand::PlayMode},
+                                    {kKeyT, 0, TopCommand::TimeMode},
+                                    {kKeyF, 0, TopCommand::TitleMode},
                                     {kKeyF1, 0, TopCommand::Command, kHelpCommand},
                                     {kKeyF5, 0, TopCommand::ReloadSkin}};
     for (const Key& known : kKeys) {

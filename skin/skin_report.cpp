@@ -34,8 +34,8 @@ double Contrast(Color a, Color b) {
 
 class Checker {
   public:
-    Checker(const SkinDefinition& skin, std::string file, SkinNotes& notes)
-        : skin_(skin), file_(std::move(file)), notes_(notes) {}
+    Checker(const SkinDefinition& skin, std::string file, const IniDocument& text, SkinNotes& notes)
+        : skin_(skin), file_(std::move(file)), entries_(text.entries()), notes_(notes) {}
 
     void check() {
         collect();
@@ -46,7 +46,13 @@ class Checker {
     }
 
   private:
-    void note(bool error, std::string text) { notes_.push_back({error, file_, 0, std::move(text)}); }
+    // `text` begins with the key that it is about.
+    void note(bool error, std::string text) {
+        const std::string key =
+            text.substr(0, text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"));
+        const auto entry = std::ranges::find_if(entries_, [&](const auto& e) { return EqualsNoCase(e.key, key); });
+        notes_.push_back({error, file_, entry == entries_.end() ? 0 : entry->line, std::move(text)});
+    }
 
     void collect() {
         const auto add = [this](std::string key, const std::optional<Point>& at,
@@ -138,6 +144,7 @@ class Checker {
 
     const SkinDefinition& skin_;
     std::string file_;
+    std::vector<IniDocument::Entry> entries_;
     SkinNotes& notes_;
     std::vector<Place> places_;
 };
@@ -148,7 +155,8 @@ SkinNotes CheckSkin(FileSystem& files, const std::string& definitionFile) {
     SkinNotes notes;
     SplitValues values;
     const SkinDefinition skin = ReadSkin(files, definitionFile, values, {}, &notes);
-    Checker(skin, FileNameOf(definitionFile), notes).check();
+    const IniDocument text = IniDocument::Parse(files.read(definitionFile, kLargestDefinition).value_or(""));
+    Checker(skin, FileNameOf(definitionFile), text, notes).check();
     for (const int finer : skin.finer) {
         SkinNotes ofSet;
         ReadSkin(files, definitionFile, values, Scale(100 * finer), &ofSet);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "skin/form_top.h"
+#include "state/panel_views.h"
 
 namespace quenlox {
 namespace {
@@ -16,14 +17,14 @@ struct LabelText {
     const char* action;
 };
 constexpr LabelText kLabelTexts[kLabelCount] = {{"曲名", "曲名とファイル名を切り替える"},
-                                                {"音声の形式", ""},
-                                                {"時間", "経過と残りを切り替える"},
-                                                {"曲の長さ", "経過と残りを切り替える"},
+                                                {"音の情報", ""},
+                                                {"時間", "経過時間と残り時間を切り替える"},
+                                                {"演奏時間", "経過時間と残り時間を切り替える"},
                                                 {"状態", ""},
                                                 {"再生モード", "次のモードにする"},
                                                 {"種類", ""},
                                                 {"リストと曲の位置", ""},
-                                                {"演奏者", ""}};
+                                                {"アーティスト名", ""}};
 constexpr const char* kShortcuts[kButtonCount] = {"Alt+↑", "", "Alt+←", "Alt+→", "", "", ""};
 
 std::string Percent(int percent) { return std::to_string(percent) + "%"; }
@@ -64,7 +65,8 @@ AccessiblePart TopAccessible::describe(const TopPart& part) const {
             break;
         case Kind::DisplayC: told.name = view_.figures(); break;
         case Kind::DisplayB:
-            told.name = top_.DisplayB.tooltip();
+            told.name = "オシロ・スペアナ";
+            told.value = PanelViewName(state_.ViewType);
             told.role = AccessiblePart::Role::Picture;
             told.action = "表示を切り替える";
             told.act = [&top = top_] { top.DisplayB_MouseDown(kLeft); };

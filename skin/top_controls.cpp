@@ -36,10 +36,10 @@ void TopControls::begin() {
         cmdPicture[n].setTooltip(kPlaybackHints[n]);
         taskPicture[n].setTooltip(kCommandHints[n]);
     }
-    mainLabel[kPlayModeLabel].setTooltip("クリックで再生モードを変更");
-    mainLabel[kTimeLabel].setTooltip("クリックで経過／残り時間");
-    mainLabel[kLengthLabel].setTooltip("クリックで経過／残り時間");
-    mainLabel[kTitleLabel].setTooltip("ダブルクリックで曲名／ファイル名");
+    mainLabel[kPlayModeLabel].setTooltip("クリックで再生モードを切り替え");
+    mainLabel[kTimeLabel].setTooltip("クリックで経過時間／残り時間を切り替え");
+    mainLabel[kLengthLabel].setTooltip("クリックで経過時間／残り時間を切り替え");
+    mainLabel[kTitleLabel].setTooltip("ダブルクリックで曲名／ファイル名を切り替え");
     SeekBar.setTooltip("再生位置");
     VolumeBar.setTooltip("音量");
     DisplayB.surface().resize(kPanelDisplay.width, kPanelDisplay.height);

@@ -62,9 +62,9 @@ MenuItem Playback(const Builder& build) {
     items.push_back(build.item("30秒進む(&3)\tCtrl+→", TopCommand::Seek, 30));
     items.push_back(build.item("30秒戻る(&2)\tCtrl+←", TopCommand::Seek, -30));
     items.push_back(MenuSeparator());
-    items.push_back(build.item("再生モード(&M)", TopCommand::PlayMode));
-    items.push_back(build.item("経過／残り時間(&T)", TopCommand::TimeMode));
-    items.push_back(build.item("曲名／ファイル名(&F)", TopCommand::TitleMode));
+    items.push_back(build.item("再生モード(&M)\tR", TopCommand::PlayMode));
+    items.push_back(build.item("経過／残り時間(&T)\tT", TopCommand::TimeMode));
+    items.push_back(build.item("曲名／ファイル名(&F)\tF", TopCommand::TitleMode));
     return SubMenu("再生操作(&B)", std::move(items));
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <string>
 
 namespace quenlox {
 
@@ -21,5 +23,12 @@ inline constexpr std::array<PanelGroup, kPanelGroups> kPanelGroupNames{{
                           "棒の間の図形", "波乗り"}},
     {"鏡", {"トンネル", "吸い込み", "横広がり", "縦広がり", "万華鏡", "湖", "小窓", "レンズ", "呼吸", "彗星"}},
 }};
+
+// "鏡 湖"; empty for a number that stands for no view.
+inline std::string PanelViewName(int view) {
+    if (view < 0 || view >= kPanelViews) return {};
+    const PanelGroup& group = kPanelGroupNames[static_cast<std::size_t>(view / kPanelVariants)];
+    return std::string(group.name) + " " + group.variants[static_cast<std::size_t>(view % kPanelVariants)];
+}
 
 }  // namespace quenlox

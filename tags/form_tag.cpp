@@ -50,8 +50,8 @@ void FormTag::makeControls() {
         box->onChange = [this] { fieldEdited(); };
     }
     ComboGenre.onEdit = ComboGenre.onClick = [this] { fieldEdited(); };
-    CheckV2.setCaption("ID3v&2 （長い項目とすべての文字）");
-    CheckV1.setCaption("ID3v&1 （短い項目だけ）");
+    CheckV2.setCaption("ID3v&2（長さ・文字の制限なし）");
+    CheckV1.setCaption("ID3v&1（短い項目だけ）");
     CheckV2.setTooltip("チェックを外して保存すると、このタグを削除します");
     CheckV1.setTooltip(
         "タイトル・アーティスト・アルバムは全角15文字、コメントは全角14文字まで。"
@@ -71,7 +71,7 @@ void FormTag::makeControls() {
     button(cmdRename, "名前の変更(&N)", [this] { cmdRename_Click(); });
     button(cmdPrevious, "◀ 前(&B)", [this] { step(-1); });
     button(cmdNext, "次(&X) ▶", [this] { step(1); });
-    button(cmdCurrent, "再生中の曲(&R)", [this] { fill(); });
+    button(cmdCurrent, "開いている曲(&R)", [this] { fill(); });
     button(cmdApply, "すべてに適用(&D)", [this] { cmdApply_Click(); });
     cmdApply.setTooltip("上の欄の内容を、プレイリストで選択した曲すべてに書き込みます");
     button(cmdClose, "閉じる(&C)", [this] { unload(); });
@@ -264,7 +264,7 @@ std::string FormTag::tooLongFields() const {
         if (FitsId3v1(i, text(field), !text(Track).empty())) continue;
         cut += (cut.empty() ? "" : "・") + std::string(kFieldCaptions[static_cast<std::size_t>(i)]);
     }
-    return cut.empty() ? cut : "ID3v1に収まらない項目： " + cut;
+    return cut.empty() ? cut : "ID3v1に収まらない項目: " + cut;
 }
 
 void FormTag::showLimits() { LabelLimit.setCaption(editable_ ? tooLongFields() : std::string()); }

@@ -78,13 +78,13 @@ TEST(SkinReport, EachFaultOfTheDefinitionIsNamedWithItsLine) {
         {"RGB=1,2,3", "RGB=1,2,256", true, 4, "RGB：3番目の 256 は 255 になります"},
         {"Size=300,100", "Size=300,0", true, 3, "Size：300×1 になります"},
         {"LabelC=70,5,28,14,9,255,255,255", "LabelC=70,5", false, 9, "LabelC：足りない数は前の行から 28,14,9,255,255,255 になります"},
-        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,14,0,255,255,255", true, 0, "LabelBの文字の大きさが0です"},
-        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,11,9,255,255,255", false, 0, "LabelBの高さが足りません（9ポイントには12必要）"},
-        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,14,9,9,9,9", false, 0, "DispCの文字が背景と見分けにくい色です"},
-        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=-1", true, 0, "DispCの文字の色はLabelBの色ですが、LabelBがありません"},
-        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,0,14,9,255,255,255", true, 0, "LabelB（0×14）は大きさがありません"},
-        {"ButtonA=10,30", "ButtonA=295,30", true, 0, "ButtonA（10×10）がウィンドウからはみ出しています"},
-        {"Bar=10,85", "Bar=60,68", false, 0, "DispCとBarが重なっています"},
+        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,14,0,255,255,255", true, 8, "LabelBの文字の大きさが0です"},
+        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,11,9,255,255,255", false, 8, "LabelBの高さが足りません（9ポイントには12必要）"},
+        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,28,14,9,9,9,9", false, 35, "DispCの文字が背景と見分けにくい色です"},
+        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=-1", true, 35, "DispCの文字の色はLabelBの色ですが、LabelBがありません"},
+        {"LabelB=40,5,28,14,9,255,255,255", "LabelB=40,5,0,14,9,255,255,255", true, 8, "LabelB（0×14）は大きさがありません"},
+        {"ButtonA=10,30", "ButtonA=295,30", true, 17, "ButtonA（10×10）がウィンドウからはみ出しています"},
+        {"Bar=10,85", "Bar=60,68", false, 35, "DispCとBarが重なっています"},
     };
     for (const auto& c : cases) {
         const SkinNotes notes = CheckWith(c.line, c.instead);
