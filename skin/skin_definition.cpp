@@ -277,7 +277,7 @@ class PictureReader {
 
     std::optional<Surface> part(const std::string& name, int mostPixels, bool wanted) {
         wanted_ = wanted;
-        std::optional<Surface> read = picture(name, std::min(mostPixels, left_));
+        std::optional<Surface> read = picture(name, std::min(mostPixels * fineness_, left_));
         if (read) left_ -= read->width() * read->height();
         return read;
     }
@@ -287,8 +287,8 @@ class PictureReader {
     int fineness_;
     SkinNotes* notes_;
     std::optional<Surface> (*read_)(std::string_view, std::int64_t) = ReadBmp;
+    int left_ = kMostPartPixels * fineness_;
     bool wanted_ = true;  // the picture that is being read has a place
-    int left_ = kMostPartPixels;
     bool tooLarge_ = false;
 };
 

@@ -27,7 +27,8 @@ inline constexpr int kOldestSkinVersion = 4;
 inline constexpr Size kPanelDisplay{85, 30};  // display B, whatever a skin says
 
 // What a package may take, in pixels. A window of many more pixels than a monitor shows is a mistake; the pictures are
-// held beside those of the skin that is being left.
+// held beside those of the skin that is being left. Those of a finer set, but that behind the window, may have as many
+// times more as the set is finer.
 inline constexpr int kLongestSide = 4096;                        // of the window and of every element in it
 inline constexpr int kMostWindowPixels = 1 << 21;                // of the window, and of the picture behind it
 inline constexpr int kMostScreenPixels = 1 << 22;                // of the screen, for the window at its scale

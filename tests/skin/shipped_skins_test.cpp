@@ -85,6 +85,7 @@ TEST_P(ShippedSkin, IsComposedAsStoredInTheOutlineOfItsRegionFile) {
 
 TEST_P(ShippedSkin, HasNothingThatAnAuthorWouldBeTold) {
     EXPECT_EQ(ReportOf(CheckSkin(files, folder() + skin() + ".tsk"), 20), ReportOf({}, 0));
+    for (const int fineness : {2, 3}) EXPECT_EQ(ReadSkin(files, folder() + skin() + ".tsk", values, Scale(100 * fineness)).fineness, fineness);
 }
 
 TEST_P(ShippedSkin, AHeldButtonShowsItsPressedPictureAndChangesNothingElse) {
