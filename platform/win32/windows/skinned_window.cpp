@@ -233,10 +233,9 @@ TTTOOLINFOW SkinnedWindow::toolOf(bool standing) const {
     TTTOOLINFOW tool{};
     tool.cbSize = sizeof tool;
     tool.hwnd = handle();
-    tool.uFlags = TTF_TRANSPARENT;  // what lies under a tip is clicked all the same
     if (!standing) return tool;
     tool.uId = 1;
-    tool.uFlags |= TTF_TRACK | TTF_ABSOLUTE;
+    tool.uFlags = TTF_TRACK | TTF_ABSOLUTE | TTF_TRANSPARENT;  // what lies under it is clicked all the same
     return tool;
 }
 
