@@ -1,7 +1,6 @@
 #include "skin/skin_view.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 namespace quenlox {
@@ -24,14 +23,13 @@ SkinView::SkinView(Form& form, TopControls& controls, TextPainter& painter)
 void SkinView::makeRoomFor(const PreparedSkin& skin) {
     const SkinDefinition& definition = skin.definition;
     const Rect lyrics = definition.lyrics ? definition.lyrics->bounds : Rect{};
-    makeRoom(definition.size, lyrics, skin.scale, definition.fineness, definition.opacity.has_value());
+    makeRoom(definition.size, lyrics, skin.scale, definition.fineness);
 }
 
 // What was drawn before keeps its room and its pixels.
-void SkinView::makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness, bool soft) {
+void SkinView::makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness) {
     composed_.reserve(Area(scale.out(window)));
     if (scale.percent() != 100 * fineness) pictures_.reserve(Area({window.width * fineness, window.height * fineness}));
-    if (soft) opacity_.reserve(Area(scale.out(window)));
     const Rect shown = scale.out(lyrics);
     controls_.LyricsPicture.surface().reserve(Area({shown.width, shown.height}));
 }
@@ -47,6 +45,7 @@ void SkinView::takeOver(PreparedSkin skin, const Look& look) {
     fineness_ = definition.fineness;
     finer_ = std::move(definition.finer);
     softShape_ = definition.opacity ? std::move(*definition.opacity) : Surface();
+    opacity_ = std::move(skin.opacity);
     background_ = definition.background;
     placeTexts(skin);
     placeButtons(definition);
@@ -64,8 +63,6 @@ void SkinView::makeSurfaces() {
     const Size shown = scale_.out(size_);
     composed_.resize(shown.width, shown.height);
     if (&pictures() == &pictures_) pictures_.resize(size_.width * fineness_, size_.height * fineness_);
-    opacity_.resize(softShape_.empty() ? 0 : shown.width, softShape_.empty() ? 0 : shown.height);
-    opacity_.enlarge(softShape_, {}, ratioTo(fineness_), opacity_.rect());
     PictureBox& lyrics = controls_.LyricsPicture;
     const Rect area = scale_.out(lyrics.bounds());
     if (lyrics.visible()) lyrics.surface().resize(area.width, area.height, lyrics.backColor());
@@ -73,7 +70,8 @@ void SkinView::makeSurfaces() {
 }
 
 void SkinView::setScale(Scale scale) {
-    makeRoom(size_, controls_.LyricsPicture.bounds(), scale, fineness_, !softShape_.empty());
+    makeRoom(size_, controls_.LyricsPicture.bounds(), scale, fineness_);
+    opacity_ = OpacityOnScreen(softShape_, fineness_, size_, scale);
     scale_ = scale;
     makeSurfaces();
     repaintAll();
@@ -289,16 +287,10 @@ void SkinView::compose(Rect where) {
     }
     drawPictures(scale_.behind(where));
     if (&pictures() == &pictures_) {
-        composed_.enlarge(pictures_, {}, ratioTo(fineness_), where);
+        composed_.enlarge(pictures_, {}, RatioTo(scale_, fineness_), where);
     }
     drawScreens(where);
     drawLabels(where);
-}
-
-// From a picture with so many pixels for one of the skin to the screen.
-Surface::Ratio SkinView::ratioTo(int fineness) const {
-    const int divisor = std::gcd(scale_.percent(), 100 * fineness);
-    return {scale_.percent() / divisor, 100 * fineness / divisor};
 }
 
 // A place of the skin on its pictures.
@@ -362,7 +354,7 @@ void SkinView::drawScreens(const Rect& where) {
     const PictureBox &lyrics = controls_.LyricsPicture, &panel = controls_.DisplayB;
     if (touched(lyrics)) composed_.copy(lyrics.surface(), Corner(scale_.out(lyrics.bounds())));
     if (touched(panel)) {
-        composed_.enlarge(panel.surface(), Corner(panel.bounds()), ratioTo(1), scale_.covering(panel.bounds()));
+        composed_.enlarge(panel.surface(), Corner(panel.bounds()), RatioTo(scale_, 1), scale_.covering(panel.bounds()));
     }
     if (touched(controls_.DisplayC)) drawFigures();
     if (touched(controls_.DisplayD)) drawLevel();
@@ -406,8 +398,8 @@ void SkinView::drawLevel() {
     const int top = RoundHalfToEven(place.height * levelFineness_ * (1 - loud));
     const Rect shown = scale_.out(place);
     composed_.fillRect(shown, controls_.DisplayD.backColor());
-    composed_.enlarge(level_, {place.left * levelFineness_, place.top * levelFineness_ + top}, ratioTo(levelFineness_),
-                      shown);
+    composed_.enlarge(level_, {place.left * levelFineness_, place.top * levelFineness_ + top},
+                      RatioTo(scale_, levelFineness_), shown);
 }
 
 void SkinView::drawLabels(const Rect& where) {

@@ -77,7 +77,7 @@ class SkinView {
     void takePictures(SkinDefinition& skin);
     void showParts();
     void animate(const Rect& where);
-    void makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness, bool soft);
+    void makeRoom(Size window, const Rect& lyrics, Scale scale, int fineness);
     void makeSurfaces();
     bool markStale(const Rect& where);
     void compose(Rect where);
@@ -92,7 +92,6 @@ class SkinView {
     static FinePicture pictureOf(const PictureBox& box, Point at);
     void put(const FinePicture& picture, const Rect& where);
     Surface::Pixel pixelOf(const FinePicture& picture, Point at) const;
-    Surface::Ratio ratioTo(int fineness) const;
     Rect finely(const Rect& r) const;
     void drawPictures(const Rect& where);
     void drawHeld(const Rect& where);
