@@ -84,9 +84,6 @@ void FormTop::SeekBar_MouseDown(int button, int, Point at) {
     const int width = SeekBar.bounds().width;
     if (button != kLeft || at.x < 0 || at.x > width || width == 0) return;
     playback_.transport->seek(static_cast<double>(at.x) / width);
-    if (!canSeek()) return;
-    draggedBar_ = static_cast<double>(at.x) / width;
-    showTimeAt(at);
 }
 
 // Dragged: the bar and the time follow the pointer, the track goes there when the button is let go.
@@ -162,7 +159,10 @@ void FormTop::Form_MouseDown(int button, int shift, Point at) {
         case PartKind::Playback: return cmdPicture_MouseDown(part.index, button, shift, inside);
         case PartKind::Command: return taskPicture_MouseDown(part.index, button, shift, inside);
         case PartKind::Column: return buttons_.press({part.kind, part.index});
-        case PartKind::SeekBar: return SeekBar_MouseDown(button, shift, inside);
+        case PartKind::SeekBar:
+            SeekBar_MouseDown(button, shift, inside);
+            if (canSeek()) draggedBar_ = static_cast<double>(inside.x) / SeekBar.bounds().width;
+            return showTimeAt(inside);
         case PartKind::VolumeBar: return VolumeBar_MouseDown(button, shift, inside);
         case PartKind::Label:
             if (pressLabel(part.index, at)) return;

@@ -231,6 +231,11 @@ TEST_F(FormTopTest, TheSeekBarFollowsADragAndTheTrackGoesWhereItIsLetGo) {
     EXPECT_EQ(host->tip, "");
     top->Form_Wheel(2, kBarAt);
     EXPECT_EQ(state.PositionSeconds, 35);
+    for (const AccessiblePart& part : top->accessibleParts()) {
+        if (part.name == "再生位置") part.setPercent(50);
+    }
+    top->showBar(0.9);
+    EXPECT_EQ(at(130, 51), pixel(kBar)) << "set by an assistive program it is not held";
     EXPECT_EQ(state.VolumePercent, 0);
 }
 
