@@ -1,9 +1,10 @@
 // Draws all sixty views of the panel from a little made-up music into one picture: panel_sheet FILE.ppm [SECONDS
-// [RRGGBB]]. For the eye, after a change to a drawing procedure.
+// [RRGGBB [solo]]]. For the eye, after a change to a drawing procedure. `solo` is one plucked string, played softly.
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <numbers>
+#include <string_view>
 #include <vector>
 
 #include "libraries/vbmp3/dsp/spectrum.h"
@@ -39,10 +40,26 @@ std::vector<float> Music(double seconds) {
     return music;
 }
 
-void Run(const char* path, double seconds, Color accent) {
+// A note every half second in the middle, its upper partials dying first.
+std::vector<float> Solo(double seconds) {
+    const auto frames = static_cast<std::size_t>(seconds * kRate);
+    std::vector<float> music(frames * 2);
+    for (std::size_t i = 0; i < frames; ++i) {
+        const double t = static_cast<double>(i) / kRate, since = std::fmod(t, 0.5);
+        const double root = 196 * std::pow(2.0, static_cast<int>(t / 0.5) * 5 % 12 / 12.0);
+        double string = 0;
+        for (int partial = 1; partial <= 5; ++partial)
+            string += std::exp(-since * (2 + 3 * partial)) * std::sin(2 * std::numbers::pi * root * partial * t) /
+                      (partial * partial);
+        music[2 * i] = music[2 * i + 1] = static_cast<float>(0.12 * string);
+    }
+    return music;
+}
+
+void Run(const char* path, double seconds, Color accent, bool solo) {
     vbmp3::Tap tap;
     tap.setSampleRate(kRate);
-    tap.write(0, Music(seconds + 0.2));
+    tap.write(0, solo ? Solo(seconds + 0.2) : Music(seconds + 0.2));
     vbmp3::SpectrumAnalyzer analyzer;
     std::vector<Speana> panels(kPanelViews);
     for (Speana& panel : panels) panel.setAccent(accent);
@@ -79,5 +96,6 @@ void Run(const char* path, double seconds, Color accent) {
 int main(int count, char** arguments) {
     const long rgb = count > 3 ? std::strtol(arguments[3], nullptr, 16) : 0xffbe80;
     quenlox::Run(count > 1 ? arguments[1] : "panel.ppm", count > 2 ? std::atof(arguments[2]) : 4.1,
-                 quenlox::Surface::ToColor(static_cast<quenlox::Surface::Pixel>(rgb)));
+                 quenlox::Surface::ToColor(static_cast<quenlox::Surface::Pixel>(rgb)),
+                 count > 4 && std::string_view(arguments[4]) == "solo");
 }

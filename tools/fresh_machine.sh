@@ -98,10 +98,11 @@ typed() {
 
 # first_sound : waits for a sound server of the product's and prints the seconds of this script when it is heard
 first_sound() {
-    local socket=
-    while socket=$(find "$machine/tmp" -path '*/quenlox-*/pulse.socket' | head -n 1); [ -z "$socket" ]; do sleep 0.1; done
-    chroot "$machine" parec -s "unix:${socket#"$machine"}" -d null.monitor --raw --latency-msec=20 2>/dev/null |
-        tr -d '\0' | head -c 1 >/dev/null
+    local socket
+    until socket=$(find "$machine/tmp" -path '*/quenlox-*/pulse.socket' 2>/dev/null | head -n 1) && [ -n "$socket" ]; do sleep 0.1; done
+    # The server may offer its socket before it has the sink; what records ends with a broken pipe when the first byte came.
+    until [ "$(chroot "$machine" parec -s "unix:${socket#"$machine"}" -d null.monitor --raw --latency-msec=20 2>/dev/null |
+        tr -d '\0' | head -c 1 | wc -c)" = 1 ]; do sleep 0.1; done
     date +%s.%N
 }
 
