@@ -123,7 +123,8 @@ def long_list(s):
     begin = time.monotonic()
     s.start_product(folder=folder)
     window = s.driver.wait_window(title="プレイリスト")
-    view = next(c for c in window.controls() if c.class_name == "SysListView32" and c.visible)
+    lists = (c for c in window.controls() if c.class_name == "SysListView32" and c.visible)
+    view = max(lists, key=lambda c: c.place[2] * c.place[3])  # beside those of the browser
 
     def until(what, condition, aim=" (aim 0.3 s)"):
         s.wait_until(condition, what)
