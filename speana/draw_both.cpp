@@ -162,7 +162,7 @@ void FigureBetweenBars(PanelCanvas& c) {
     }
     Point last;
     for (int i = 0; i < kWidth; ++i) {
-        const Point next{kMiddleX + (c.left[At(i)] - c.right[At(i)]) * 26 / 256, Row(kMiddleY, c.wave[At(i)], 13)};
+        const Point next{kMiddleX + c.side[At(i)] * 18 / 256, Row(kMiddleY, c.wave[At(i)], 13)};
         if (i > 0) c.picture.line(last, next, c.colors.counter(120 + i));
         last = next;
     }

@@ -12,7 +12,7 @@ namespace {
 constexpr int kWidth = PanelCanvas::kWidth, kHeight = PanelCanvas::kHeight;
 constexpr int kMiddleX = PanelCanvas::kMiddleX, kMiddleY = PanelCanvas::kMiddleY;
 constexpr int kBetweenWords = 360, kWordShown = 44;  // frames: a word every half a minute
-constexpr int kFever = 70;                           // loudness from which it is the other word
+constexpr int kFever = 70;                           // heat from which it is the other word
 
 std::size_t At(int i) { return static_cast<std::size_t>(i); }
 int Now(const PanelCanvas& c) { return static_cast<int>(c.tick); }
@@ -191,7 +191,7 @@ void Comet(PanelCanvas& c) {
 void Words(PanelCanvas& c) {
     const int at = Now(c) % kBetweenWords - (kBetweenWords - kWordShown);
     if (at < 0 || c.loudness + c.calm == 0) return;
-    const bool fever = c.calm >= kFever;
+    const bool fever = c.heat >= kFever;
     const char* word = fever ? "= FEVER =" : "= LUCKY =";
     if (fever && at % 4 == 3) return;  // it flashes
     const int x = (kWidth - PixelTextWidth(word)) / 2, y = (kHeight - kPixelTextHeight) / 2;

@@ -55,13 +55,12 @@ void Envelope(PanelCanvas& c) {
     }
 }
 
-// Left against right, turned so that mono stands upright.
+// Left against right, turned so that what both have stands upright.
 void Lissajous(PanelCanvas& c) {
     c.fade(190);
     Point last;
     for (int i = 0; i < kWidth; ++i) {
-        const int side = (c.left[At(i)] - c.right[At(i)]) * 3 / 2, up = c.wave[At(i)];
-        const Point next{kMiddleX + side * 40 / 256, Row(kMiddleY, up, 14)};
+        const Point next{kMiddleX + c.side[At(i)] * 40 / 256, Row(kMiddleY, c.wave[At(i)], 14)};
         if (i > 0) c.picture.line(last, next, c.colors.shade(110 + i));
         last = next;
     }

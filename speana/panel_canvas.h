@@ -35,12 +35,15 @@ class PanelCanvas {
     PanelColors colors;
     std::uint32_t tick = 0;  // frames since the view was chosen
 
-    Columns wave{}, left{}, right{};  // one sample a column, -256 to 256, begun where the sound rises through zero
+    Columns wave{}, left{}, right{};  // one sample a column, -256 to 256, begun where the sound rises through zero;
+                                      // the loudest of the last seconds is near 256
+    Columns side{};                   // left against right, for a picture of the two; of mono, the wave a little later
     int bands = 21;
-    Columns bar{}, peak{};            // of each band, 0 to 255: the level, and the mark that stays and then falls
-    int loudness = 0;                 // mean of the samples' size, 0 to 255
-    int calm = 0;                     // the same over the last second or so
-    bool beat = false;                // this frame is clearly louder than the last second
+    Columns bar{}, peak{};  // of each band, 0 to 255: the level, and the mark that stays and then falls
+    int loudness = 0;       // mean of the samples' size, 0 to 255
+    int calm = 0;           // the same over the last second or so
+    int heat = 0;           // the same of the sound itself, however it is enlarged
+    bool beat = false;      // this frame is clearly louder than the last second
 
     // Every pixel goes towards the background, all of it at 0 and nothing of it at 256.
     void fade(int keep) { fade(picture.rect(), keep); }
@@ -73,10 +76,13 @@ class PanelCanvas {
     }
 
   private:
+    void takeWave(const SoundFrame& sound);
     void takeBars(const SoundFrame& sound);
+    void fall(std::size_t band, int level);
 
     Surface still_{kWidth, kHeight};
     std::array<int, kWidth> hold_{}, fall_{};
+    int loudestWave_ = 0, loudestLevel_ = 0;  // of the last seconds
     std::uint32_t seed_ = 1;
 };
 

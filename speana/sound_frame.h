@@ -8,8 +8,8 @@
 namespace quenlox {
 
 struct SoundFrame {
-    static constexpr int kSamples = 512;  // 12 ms at 44.1 kHz
-    static constexpr int kMostBands = 85; // one for each column of the panel
+    static constexpr int kSamples = 512;   // 12 ms at 44.1 kHz
+    static constexpr int kMostBands = 85;  // one for each column of the panel
 
     std::array<std::int16_t, kSamples> left{}, right{};
     std::array<std::int32_t, kMostBands> levels{};  // 0 to 1000, low to high

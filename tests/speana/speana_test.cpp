@@ -55,6 +55,22 @@ TEST(Speana, ANumberThatStandsForNoViewDrawsNothing) {
     for (const int view : {-1, -10, 60, 65, 99, 32767}) EXPECT_EQ(Lit(FrameOf(view)), 0) << view;
 }
 
+TEST(Speana, SoftMusicFillsThePictureAsLoudMusicDoes) {
+    for (int view = 0; view < kPanelViews; ++view) {
+        Speana loud, soft;
+        for (int n = 0; n < 12; ++n) {
+            SoundFrame sound = SoundOf(n);
+            loud.draw(view, sound);
+            for (auto* side : {&sound.left, &sound.right}) {
+                for (auto& sample : *side) sample /= 6;
+            }
+            for (auto& level : sound.levels) level = std::max(0, level - 200);
+            soft.draw(view, sound);
+        }
+        EXPECT_GE(Lit(soft.frame()), Lit(loud.frame()) * 7 / 10) << PanelViewName(view);
+    }
+}
+
 TEST(Speana, APictureFollowsFromTheSoundAloneAlsoAfterAnotherView) {
     for (int view = 0; view < kPanelViews; ++view) {
         Speana speana;
