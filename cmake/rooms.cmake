@@ -1,11 +1,15 @@
 # A room is a folder with one library `quenlox_<room>`, and names the rooms whose headers it includes:
-# quenlox_room(<room> [SOURCES ...] [USES <other rooms>]). One without sources has headers only.
+# quenlox_room(<room> [SOURCES ...] [USES <other rooms>] [PRECOMPILED <headers>]). One without sources has headers only.
 function(quenlox_room room)
-  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(ARG "" "PRECOMPILED" "SOURCES;USES" ${ARGN})
   set(scope INTERFACE)
   if(ARG_SOURCES)
     set(scope PUBLIC)
     add_library(quenlox_${room} STATIC ${ARG_SOURCES})
+    if(NOT ARG_PRECOMPILED)
+      set(ARG_PRECOMPILED standard)
+    endif()
+    quenlox_precompiled(quenlox_${room} ${ARG_PRECOMPILED})
   else()
     add_library(quenlox_${room} INTERFACE)
   endif()
@@ -18,6 +22,8 @@ function(quenlox_room room)
   endforeach()
   quenlox_note_room(${room} ${ARG_USES})
 endfunction()
+
+quenlox_precompile(standard HEADERS ${QUENLOX_STANDARD_HEADERS})
 
 # Writes down for the check of the includes which folder is which room, and what it uses.
 function(quenlox_note_room room)
@@ -43,6 +49,17 @@ endfunction()
 
 # Builds the unit tests that this build runs, and nothing else.
 add_custom_target(unit_tests)
+# What is tested is optimised and checked for undefined behaviour, the tests are neither: their macros are what a build
+# from nothing spends its time on.
+set(options)
+if(QUENLOX_SANITIZE)
+  set(options -O0 -fno-sanitize=undefined)
+endif()
+if(QUENLOX_TESTS AND NOT WIN32)
+  quenlox_precompile(tests HEADERS <gmock/gmock.h> <gtest/gtest.h> ${QUENLOX_STANDARD_HEADERS}
+    LIBRARIES GTest::gmock OPTIONS -fPIE ${options})
+endif()
+set_property(GLOBAL PROPERTY QUENLOX_TEST_OPTIONS ${options})
 
 # The tests of one room: quenlox_test(<name> SOURCES ... LIBRARIES ... [ALSO_WINDOWS | ONLY_WINDOWS] [THREADS]) makes an
 # executable test_<name>. Portable tests run natively; those that carry platform/win32 or depend on Windows say so and
@@ -54,10 +71,10 @@ function(quenlox_test name)
   endif()
   add_executable(test_${name} ${ARG_SOURCES})
   target_link_libraries(test_${name} PRIVATE quenlox_compile_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
-  # What is tested is optimised and checked for undefined behaviour, the tests are neither: their macros are what a build
-  # from nothing spends its time on.
-  if(QUENLOX_SANITIZE)
-    target_compile_options(test_${name} PRIVATE -O0 -fno-sanitize=undefined)
+  get_property(options GLOBAL PROPERTY QUENLOX_TEST_OPTIONS)
+  target_compile_options(test_${name} PRIVATE ${options})
+  if(NOT WIN32)
+    quenlox_precompiled(test_${name} tests)
   endif()
   set(wanted ON)
   if(CMAKE_CROSSCOMPILING AND NOT ARG_ALSO_WINDOWS AND NOT ARG_ONLY_WINDOWS)
