@@ -44,7 +44,7 @@ class FormHost {
     // The same, at once and without a message: for a skinned form's animations, many times a second.
     virtual void paint(const Rect& where) { invalidate(where); }
     virtual void partChanged(int part, PartChange change) { (void)part, (void)change; }  // tells assistive programs
-    // Skinned forms: a tip that stands below a place of the form until another is shown or the pointer leaves; an empty one
+    // Skinned forms: a tip that stands above a place of the form until another is shown or the pointer leaves; an empty one
     // goes.
     virtual void showTip(const std::string& text, Point at) { (void)text, (void)at; }
     virtual void beginDrag() = 0;                          // the system moves the window with the mouse

@@ -108,13 +108,13 @@ bool FormTop::canSeek() const {
            SeekBar.bounds().width > 0;
 }
 
-// The time of the track at a place of the seek bar, in a tip below the bar.
+// The time of the track at a place of the seek bar, in a tip above the bar: the buttons mostly lie below it.
 void FormTop::showTimeAt(Point at) {
     if (!host() || !canSeek()) return;
     const Rect& bar = SeekBar.bounds();
     const int x = std::clamp(at.x, 0, bar.width);
     const int seconds = RoundHalfToEven(static_cast<double>(x) / bar.width * state_.TotalSeconds);
-    host()->showTip(MinutesAndSeconds(seconds), {bar.left + x, bar.bottom()});
+    host()->showTip(MinutesAndSeconds(seconds), {bar.left + x, bar.top});
 }
 
 void FormTop::VolumeBar_MouseDown(int button, int shift, Point at) {

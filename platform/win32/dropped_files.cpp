@@ -18,9 +18,10 @@ std::vector<std::string> FilesOf(HDROP drop) {
     return files;
 }
 
-std::vector<std::string> DroppedFiles(HDROP drop, POINT* at) {
+std::vector<std::string> DroppedFiles(HWND window, HDROP drop, POINT& at) {
     std::vector<std::string> files = FilesOf(drop);
-    if (at) DragQueryPoint(drop, at);
+    // Outside the client area the place is one of the screen.
+    if (!DragQueryPoint(drop, &at)) ScreenToClient(window, &at);
     DragFinish(drop);
     return files;
 }

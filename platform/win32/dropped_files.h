@@ -9,8 +9,8 @@
 namespace quenlox::win32 {
 
 std::vector<std::string> FilesOf(HDROP drop);  // their names
-// The names of files that were dropped; ends the drop.
-std::vector<std::string> DroppedFiles(HDROP drop, POINT* at);
+// The names of files that were dropped, and where in the client area of `window`; ends the drop.
+std::vector<std::string> DroppedFiles(HWND window, HDROP drop, POINT& at);
 // Lets a window receive files, also from an Explorer with fewer rights.
 void AcceptFiles(HWND window);
 

@@ -488,7 +488,7 @@ std::optional<LRESULT> NativeListView::intercept(UINT message, WPARAM w, LPARAM 
         case WM_CONTEXTMENU: return headerMenu(reinterpret_cast<HWND>(w), {GET_X_LPARAM(l), GET_Y_LPARAM(l)});
         case WM_DROPFILES: {
             POINT at{};
-            const std::vector<std::string> files = DroppedFiles(reinterpret_cast<HDROP>(w), &at);
+            const std::vector<std::string> files = DroppedFiles(window(), reinterpret_cast<HDROP>(w), at);
             if (view_.onFilesDropped) view_.onFilesDropped(files, BorderAt(window(), at));
             return 0;
         }

@@ -240,7 +240,7 @@ void FormWindow::scaleGrip(double factor) {
 
 void FormWindow::filesDropped(HDROP drop) {
     POINT at{};
-    const std::vector<std::string> files = DroppedFiles(drop, &at);
+    const std::vector<std::string> files = DroppedFiles(window_, drop, at);
     SetForegroundWindow(window_);
     form_->Form_FilesDropped(files, scale().in(Point{static_cast<int>(at.x), static_cast<int>(at.y)}));
 }

@@ -14,6 +14,7 @@ namespace quenlox::win32 {
 namespace {
 
 constexpr WPARAM kTrayIconId = 1;
+constexpr int kTipGap = 4;  // pixels between the standing tip and the place that it is for
 
 // The union of the rectangles, for lists that the system does not take as they are.
 HRGN UniteOneByOne(const std::vector<RECT>& rects) {
@@ -245,14 +246,15 @@ void SkinnedWindow::showTip(const std::string& text, Point at) {
     standingTip_ = Wide(text);
     TTTOOLINFOW tool = toolOf(true);
     tool.lpszText = standingTip_.data();
-    if (!text.empty()) {
-        const Rect place = onScreen({at.x, at.y, 1, 1});
-        SendMessageW(tooltip_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
-        SendMessageW(tooltip_, TTM_TRACKPOSITION, 0, MAKELPARAM(place.left, place.top + 4));
-        TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, handle(), 0};
-        TrackMouseEvent(&leave);
-    }
+    if (!text.empty()) SendMessageW(tooltip_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
     if (shown == text.empty()) SendMessageW(tooltip_, TTM_TRACKACTIVATE, !shown, reinterpret_cast<LPARAM>(&tool));
+    if (text.empty()) return;
+    RECT tip;
+    GetWindowRect(tooltip_, &tip);  // only what is shown has its height
+    const Rect place = onScreen({at.x, at.y, 1, 1});
+    SendMessageW(tooltip_, TTM_TRACKPOSITION, 0, MAKELPARAM(place.left, place.top - (tip.bottom - tip.top) - kTipGap));
+    TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, handle(), 0};
+    TrackMouseEvent(&leave);
 }
 
 void SkinnedWindow::sized() {
