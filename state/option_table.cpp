@@ -88,7 +88,7 @@ std::string Stored(const OptionRow&, const std::string& value) { return value; }
 
 std::span<const OptionRow> OptionRows() { return kRows; }
 
-const OptionRow& RowOf(const OptionField& field) {
+const OptionRow& RowOf(OptionField field) {
     const auto found = std::ranges::find(kRows, field, &OptionRow::field);
     assert(found != std::end(kRows));
     return *found;

@@ -22,7 +22,7 @@ struct OptionRow {
 
 // Every option once. In the file the place of the options window follows the first row.
 std::span<const OptionRow> OptionRows();
-const OptionRow& RowOf(const OptionField& field);
+const OptionRow& RowOf(OptionField field);
 
 // What is missing has its value of a fresh start.
 Options ReadOptions(const IniDocument& file);

@@ -26,6 +26,23 @@ std::vector<std::string> DroppedFiles(HWND window, HDROP drop, POINT& at) {
     return files;
 }
 
+bool PassDropOn(HWND window, HDROP drop) {
+    auto* head = static_cast<DROPFILES*>(GlobalLock(drop));
+    if (!head) return false;
+    POINT at = head->pt;
+    if (head->fNC) ScreenToClient(window, &at);
+    HWND control = ChildWindowFromPointEx(window, at, CWP_SKIPINVISIBLE | CWP_SKIPDISABLED);
+    const bool takes = control && control != window && (GetWindowLongPtrW(control, GWL_EXSTYLE) & WS_EX_ACCEPTFILES);
+    if (takes) {
+        MapWindowPoints(window, control, &at, 1);
+        head->pt = at;
+        head->fNC = FALSE;
+    }
+    GlobalUnlock(drop);
+    if (takes) SendMessageW(control, WM_DROPFILES, reinterpret_cast<WPARAM>(drop), 0);
+    return takes;
+}
+
 void AcceptFiles(HWND window) {
     DragAcceptFiles(window, TRUE);
     for (const UINT message : {static_cast<UINT>(WM_DROPFILES), static_cast<UINT>(WM_COPYDATA), kCopyGlobalData}) {

@@ -11,6 +11,9 @@ namespace quenlox::win32 {
 std::vector<std::string> FilesOf(HDROP drop);  // their names
 // The names of files that were dropped, and where in the client area of `window`; ends the drop.
 std::vector<std::string> DroppedFiles(HWND window, HDROP drop, POINT& at);
+// When a control of `window` that takes files lies under the place of the drop, it gets the message instead: some
+// systems give every drop to the window around. False when there is none; then nothing has happened.
+bool PassDropOn(HWND window, HDROP drop);
 // Lets a window receive files, also from an Explorer with fewer rights.
 void AcceptFiles(HWND window);
 

@@ -239,6 +239,7 @@ void FormWindow::scaleGrip(double factor) {
 }
 
 void FormWindow::filesDropped(HDROP drop) {
+    if (PassDropOn(window_, drop)) return;
     POINT at{};
     const std::vector<std::string> files = DroppedFiles(window_, drop, at);
     SetForegroundWindow(window_);
