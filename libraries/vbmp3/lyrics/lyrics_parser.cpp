@@ -103,6 +103,7 @@ class Parser {
     void readLine(std::string_view line) {
         if (raws_.size() >= kMostLines) return;
         if (const auto tag = ReadIdTag(line)) return take(*tag);
+        line = takeTagsInFront(line);
         if (rules_.atMarkTags)
             if (const auto mark = ReadAtMark(line)) return take(*mark);
         const bool kra = format_ == LyricsFormat::Kra;
@@ -123,6 +124,19 @@ class Parser {
             line = next;
         }
         addStamped(starts, line);
+    }
+
+    // "[offset:500][00:01.00]..." on one line: tags in front of a stamp are taken, and what is behind them remains.
+    std::string_view takeTagsInFront(std::string_view line) {
+        while (line.starts_with('[') && !ReadStamp(line, '[')) {
+            const size_t end = line.find(']');
+            const auto tag = end == std::string_view::npos ? std::nullopt : ReadIdTag(line.substr(0, end + 1));
+            const std::string_view behind = tag ? Trim(line.substr(end + 1)) : std::string_view();
+            if (!behind.starts_with('[')) break;
+            take(*tag);
+            line = behind;
+        }
+        return line;
     }
 
     static bool hasStamp(std::string_view line) {

@@ -3,6 +3,9 @@
 namespace vbmp3 {
 namespace {
 
+// Written by hand, or by programs that do not carry over to the minutes.
+constexpr int64_t kMostSeconds = 99;
+
 struct Number {
     int64_t value = 0;
     size_t digits = 0;
@@ -10,7 +13,7 @@ struct Number {
 
 Number ReadNumber(std::string_view text) {
     Number number;
-    while (number.digits < text.size() && number.digits < 5) {
+    while (number.digits < text.size() && number.digits < 9) {
         const char c = text[number.digits];
         if (c < '0' || c > '9') break;
         number.value = number.value * 10 + (c - '0');
@@ -19,13 +22,18 @@ Number ReadNumber(std::string_view text) {
     return number;
 }
 
+size_t Blanks(std::string_view text) {
+    const size_t blanks = text.find_first_not_of(" \t");
+    return blanks == std::string_view::npos ? text.size() : blanks;
+}
+
 int64_t FractionMs(Number fraction) {
     int64_t ms = fraction.value * 1000;
     for (size_t i = 0; i < fraction.digits; ++i) ms /= 10;
     return ms;
 }
 
-// Two to four numbers, what stands behind each, and the bytes of all.
+// Two to four numbers, what stands behind each (a comma is a point), and the bytes of all.
 struct Parts {
     Number numbers[4];
     char behind[4] = {};
@@ -37,10 +45,13 @@ std::optional<Parts> SplitStamp(std::string_view text, char close) {
     Parts parts;
     size_t at = 1;
     while (parts.count < 4) {
+        at += Blanks(text.substr(at));
         const Number number = ReadNumber(text.substr(at));
         at += number.digits;
+        at += Blanks(text.substr(at));
         if (number.digits == 0 || at >= text.size()) return std::nullopt;
-        const char next = text[at++];
+        const char next = text[at] == ',' ? '.' : text[at];
+        ++at;
         parts.numbers[parts.count] = number;
         parts.behind[parts.count++] = next;
         parts.length = at;
@@ -63,7 +74,7 @@ std::optional<Stamp> ReadStamp(std::string_view text, char open) {
     const int64_t hours = withHours ? parts->numbers[0].value : 0, minutes = clock[0].value, seconds = clock[1].value;
     const Number fraction = parts->count > 2 ? clock[2] : Number{};
     if (withHours && (hours > 99 || minutes > 59)) return std::nullopt;
-    if (fraction.digits > 3 || seconds > 59 || minutes > 99 * 60) return std::nullopt;
+    if (seconds > kMostSeconds || minutes > 99 * 60) return std::nullopt;
     return Stamp{((hours * 60 + minutes) * 60 + seconds) * 1000 + FractionMs(fraction), parts->length};
 }
 

@@ -1,5 +1,5 @@
-// Time stamps as they stand in lyrics: mm:ss, mm:ss.x, mm:ss.xx, mm:ss.xxx, mm:ss:xx and hh:mm:ss.xx between a pair of
-// brackets. Pure: any thread.
+// Time stamps as they stand in lyrics: mm:ss, mm:ss.x to mm:ss.xxx, mm:ss:xx and hh:mm:ss.xx between a pair of
+// brackets. Numbers may have any digits and blanks around them, and a comma for the point. Pure: any thread.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ struct Stamp {
 };
 
 // The stamp that `text` begins with; `open` is '[' or '<'. Nothing when it begins otherwise or the numbers are no time
-// (seconds above 59, more than 99 hours).
+// (seconds above 99, more than 99 hours).
 std::optional<Stamp> ReadStamp(std::string_view text, char open);
 
 }  // namespace vbmp3
