@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,7 +41,8 @@ enum class Property {
     Picture,
     Focus,
     Tooltip,
-    Scroll
+    Scroll,
+    Copy
 };
 
 class Control {
@@ -154,6 +156,8 @@ class ScrollBar : public Control {
     std::function<void()> onChange;       // the value has changed
     std::function<void()> onScroll;       // while the knob is dragged, before onChange
     std::function<void()> onDoubleClick;  // on the knob
+    // A step finer than those of the value, 1 towards the minimum: Ctrl with an arrow key or the wheel.
+    std::function<void(int step)> onFineStep;
 
     Direction direction() const { return direction_; }
     int minimum() const { return minimum_; }
@@ -163,6 +167,7 @@ class ScrollBar : public Control {
     void setValue(int value);  // brought into the range
     void drag(int value);      // as setValue, by the user's drag: onScroll comes first
     int largeChange = 10;      // step of a click beside the knob
+    std::optional<int> mark;   // a value that a line tells from the others; set before the form is realised
 
   private:
     Direction direction_;
@@ -177,10 +182,12 @@ class TextBox : public Control {
     std::function<void()> onChange;
     std::function<void()> onLeave;  // the keyboard has gone from the box
     std::function<void()> onDoubleClick;
-    bool focused = false;  // it has the keyboard; kept by the host
+    bool focused = false;   // it has the keyboard; kept by the host
+    bool formMenu = false;  // a right click opens the form's context menu and not one of the box
 
     const std::string& text() const { return text_; }
     void setText(std::string text);
+    void copy() { changed(Property::Copy); }  // what is selected, or all of it, to the clipboard
     bool multiLine() const { return multiLine_; }
     bool readOnly() const { return readOnly_; }
 

@@ -78,7 +78,8 @@ class Form {
     // Something has happened at the program's icon in the notification area: 512 the pointer is there, 514 left button
     // up, 516 right button down.
     virtual void Form_TrayIcon(int message) { (void)message; }
-    virtual void Form_ContextMenu(Point at) { (void)at; }  // by the keyboard: Shift+F10 or the menu key
+    // Shift+F10 or the menu key; in an ordinary form a right click too, on what has no menu of its own.
+    virtual void Form_ContextMenu(Point at) { (void)at; }
     // A media key of the keyboard, as a Windows application command (11 next, 12 previous, 13 stop, 14 play or pause,
     // 46 play, 47 pause). True when it has been dealt with.
     virtual bool Form_AppCommand(int command) { return onAppCommand && onAppCommand(command); }

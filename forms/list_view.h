@@ -16,7 +16,7 @@ class ListView : public Control {
         std::string title;
         int width = 100;  // pixels at 96 dots per inch; 0 hides it, kAsWideAsNeeded the longest text
         bool rightAligned = false;
-        int sorted = 0;   // the mark in its header: 1 ascending, -1 descending, 0 none
+        int sorted = 0;  // the mark in its header: 1 ascending, -1 descending, 0 none
         bool operator==(const Column&) const = default;
     };
 
@@ -36,25 +36,27 @@ class ListView : public Control {
     std::function<bool(int row)> dimmed;                     // drawn grey: it cannot be used at the moment
     std::function<void(int row)> onDoubleClick;
     std::function<void(int column)> onColumnClick;
-    std::function<void()> onColumnWidth;                     // a column has become wider or narrower
-    std::function<void(Point at)> onHeaderMenu;              // the menu of the headings is asked for
+    std::function<void()> onColumnWidth;         // a column has become wider or narrower
+    std::function<void(Point at)> onHeaderMenu;  // the menu of the headings is asked for
     std::function<void()> onSelectionChange;
     std::function<void(int button, int shift, Point at)> onMouseDown;
-    std::function<void(int key, int shift)> onKeyDown;                      // Windows virtual-key codes
+    std::function<void(int key, int shift)> onKeyDown;                                      // Windows virtual-key codes
     std::function<void(const std::vector<std::string>& files, int before)> onFilesDropped;  // before that row
     std::function<void(int before)> onRowsDragged;                          // the selected rows, to before that row
     std::function<void(const TabStrip& tabs, int tab)> onRowsDraggedToTab;  // or to a tab of the form
-    std::function<int(const std::string& prefix, int from)> find;           // row for typed letters, -1 none
-    std::function<Icon(int row)> iconOf;                                    // none without it
-    std::function<int(int row)> levelOf;                                    // how many icons a row stands to the right
-    std::function<int()> longestRow;                                        // for kAsWideAsNeeded, -1 none
+    std::function<std::vector<std::string>()>
+        filesToDrag;  // the selected rows for another list or program: whole paths
+    std::function<int(const std::string& prefix, int from)> find;  // row for typed letters, -1 none
+    std::function<Icon(int row)> iconOf;                           // none without it
+    std::function<int(int row)> levelOf;                           // how many icons a row stands to the right
+    std::function<int()> longestRow;                               // for kAsWideAsNeeded, -1 none
 
     const std::vector<Column>& columns() const { return columns_; }
     void setColumns(std::vector<Column> columns);
     void setColumnWidth(int column, int width);
     void markSorted(int column, int direction);  // of that column only; direction as in Column::sorted
     int rowCount() const { return static_cast<int>(selected_.size()); }
-    void setRowCount(int count);       // new rows are not selected
+    void setRowCount(int count);            // new rows are not selected
     void refreshRows(int first, int last);  // their texts have changed; both ends included
     void refreshAll() { refreshRows(0, rowCount() - 1); }
 
@@ -64,10 +66,10 @@ class ListView : public Control {
     void setSelected(int row, bool selected);
     void setSelection(std::vector<bool> selection);  // of as many rows as there are
     void selectAll(bool selected);
-    int focusedRow() const { return focusedRow_; }   // -1 none
+    int focusedRow() const { return focusedRow_; }  // -1 none
     void setFocusedRow(int row);
     void ensureVisible(int row);
-    int rowToShow() const { return rowToShow_; }     // for the host: argument of the last ensureVisible
+    int rowToShow() const { return rowToShow_; }        // for the host: argument of the last ensureVisible
     int firstChanged() const { return firstChanged_; }  // for the host: range of the last refreshRows
     int lastChanged() const { return lastChanged_; }
 

@@ -34,6 +34,8 @@ class Dialogs {
     virtual std::vector<std::string> openFiles(const FileDialog& dialog) = 0;
     virtual std::optional<std::string> saveFile(const FileDialog& dialog) = 0;
     virtual std::optional<std::string> chooseFolder(const std::string& title, const std::string& folder) = 0;
+    // The name of a face that is installed; nothing when cancelled.
+    virtual std::optional<std::string> chooseFont(const std::string& face) = 0;
     // The text as it was typed, perhaps empty; nothing when cancelled.
     virtual std::optional<std::string> inputText(const std::string& prompt, const std::string& text,
                                                  const std::string& title = "Quenlox") = 0;

@@ -127,6 +127,7 @@ void FormList::makeViews() {
         };
         view.onRowsDragged = [this](int before) { PlayView_RowsDragged(before); };
         view.onRowsDraggedToTab = [this](const TabStrip&, int tab) { PlayView_RowsDraggedToTab(tab); };
+        view.filesToDrag = [this] { return chosenPaths(); };
         // A range of many rows comes row by row; the status line waits for the next tick.
         view.onSelectionChange = [this] {
             statusStale_ = true;
@@ -210,14 +211,17 @@ int FormList::FirstSelected(const ListView& view) {
     return selected == selection.end() ? view.focusedRow() : static_cast<int>(selected - selection.begin());
 }
 
-std::vector<std::string> FormList::selectedPaths() const {
+std::vector<std::string> FormList::browserPaths() const {
     std::vector<std::string> paths;
-    if (folderShown()) {
-        for (int row = 0; row < static_cast<int>(File1.files().size()); ++row) {
-            if (File1.selected(row)) paths.push_back(folderPath() + File1.files()[static_cast<std::size_t>(row)]);
-        }
-        return paths;
+    for (int row = 0; row < File1.rowCount(); ++row) {
+        if (File1.selected(row)) paths.push_back(folderPath() + File1.files()[static_cast<std::size_t>(row)]);
     }
+    return paths;
+}
+
+std::vector<std::string> FormList::selectedPaths() const {
+    if (folderShown()) return browserPaths();
+    std::vector<std::string> paths;
     for (int row = 0; row < view().rowCount(); ++row) {
         if (view().selected(row)) paths.push_back(lists_.path(state_.ListNo, row));
     }

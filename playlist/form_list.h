@@ -204,6 +204,8 @@ class FormList : public Form {
 
     // form_list_rows.cpp
     Playlists::Selection chosenRows() const;
+    std::vector<std::string> chosenPaths() const;   // of them
+    std::vector<std::string> browserPaths() const;  // of the selected files of the browser
     std::string chosenPath() const;
     std::string marksOf(int list, int row, int column) const;
     std::string noteOf(int list, int row);

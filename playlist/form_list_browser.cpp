@@ -91,6 +91,7 @@ void FormList::makeBrowser() {
     File2.setVisible(false);
     File1.onDoubleClick = [this](int) { File1_DblClick(); };
     File1.onRefresh = [this] { readFolder(); };
+    File1.filesToDrag = [this] { return browserPaths(); };
     File1.onMouseDown = [this](int button, int, Point at) {
         if (button == 2)
             popup(Menu{"menuBrowser", browserItems()}, {File1.bounds().left + at.x, File1.bounds().top + at.y});

@@ -300,7 +300,9 @@ void FormList::menuSave_Click() {
         !dialogs_.confirm(FileNameOf(name) + " は既にあります。\n上書きしますか？"))
         return;
     const int list = folderShown() ? kFolderList : state_.ListNo;
-    if (!lists_.ExportM3U(list, *path)) dialogs_.message("M3Uファイルを保存できませんでした", MessageIcon::Stop);
+    if (!lists_.ExportM3U(list, *path))
+        dialogs_.message("M3Uファイルを保存できませんでした。\r保存先に書き込めるかを確かめてください",
+                         MessageIcon::Stop);
 }
 
 }  // namespace quenlox

@@ -38,7 +38,7 @@ void FormList::makeMenus() {
                          Button("down", "▼", "選択した曲を下へ移動します (Alt+↓)"),
                          Button("delete", "削除", "選択した曲をリストから外します (Del)"), Gap(),
                          Button("save", "保存", "リストをM3Uファイルに保存します"),
-                         Button("browser", "ﾌﾞﾗｳｻﾞ", "フォルダ欄を表示または隠します")});
+                         Button("browser", "ﾌｫﾙﾀﾞ欄", "フォルダ欄を表示または隠します")});
     Toolbar1.setButtonChecked("browser", browserShown_);
     Toolbar1.onButton = [this](const std::string& key) { Toolbar1_ButtonClick(key); };
     updateMenus();

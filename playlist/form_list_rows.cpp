@@ -80,13 +80,18 @@ void FormList::setStopAfter(bool stops) {
 
 // Other programs and lists.
 
-bool FormList::menuCopy_Click() {
-    if (folderShown() || !hasRows_) return false;
+std::vector<std::string> FormList::chosenPaths() const {
     const Playlists::Selection rows = chosenRows();
     std::vector<std::string> paths;
     for (int row = 0; row < static_cast<int>(rows.size()); ++row) {
         if (rows[static_cast<std::size_t>(row)]) paths.push_back(lists_.path(state_.ListNo, row));
     }
+    return paths;
+}
+
+bool FormList::menuCopy_Click() {
+    if (folderShown() || !hasRows_) return false;
+    const std::vector<std::string> paths = chosenPaths();
     state_.Actions.note("list copy", static_cast<int>(paths.size()));
     if (!paths.empty() && fileManager_.copyFiles(paths)) return true;
     showNote("クリップボードが使用中のため、コピーできません");
@@ -154,7 +159,8 @@ void FormList::menuSameArtist_Click() {
 
 void FormList::menuProperties_Click() {
     const std::string path = chosenPath();
-    if (!path.empty()) dialogs_.message(lists_.describe(path, fileManager_.sizeOf(path)), MessageIcon::Information, "プロパティ");
+    if (!path.empty())
+        dialogs_.message(lists_.describe(path, fileManager_.sizeOf(path)), MessageIcon::Information, "プロパティ");
 }
 
 // The texts of the selected rows are read again, or those of all.

@@ -28,6 +28,7 @@ void FormList::makeSearch() {
     FindView.onKeyDown = view().onKeyDown;
     FindView.onFilesDropped = view().onFilesDropped;
     FindView.onRowsDraggedToTab = view().onRowsDraggedToTab;
+    FindView.filesToDrag = view().filesToDrag;
     // What is selected among the found rows is selected in the list, where every command looks.
     FindView.onSelectionChange = [this] {
         if (selectingFound_) return;

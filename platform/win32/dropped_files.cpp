@@ -1,5 +1,7 @@
 #include "platform/win32/dropped_files.h"
 
+#include <shlobj.h>
+
 namespace quenlox::win32 {
 namespace {
 
@@ -16,6 +18,17 @@ std::vector<std::string> FilesOf(HDROP drop) {
         files.push_back(Narrow(name));
     }
     return files;
+}
+
+std::string DropBytes(const std::vector<std::string>& files) {
+    std::wstring names;
+    for (const std::string& file : files) (names += Wide(file)) += L'\0';
+    names += L'\0';
+    DROPFILES header{};
+    header.pFiles = sizeof header;
+    header.fWide = TRUE;
+    std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
+    return bytes.append(reinterpret_cast<const char*>(names.data()), names.size() * sizeof(wchar_t));
 }
 
 std::vector<std::string> DroppedFiles(HWND window, HDROP drop, POINT& at) {

@@ -8,7 +8,8 @@
 
 namespace quenlox::win32 {
 
-std::vector<std::string> FilesOf(HDROP drop);  // their names
+std::vector<std::string> FilesOf(HDROP drop);                  // their names
+std::string DropBytes(const std::vector<std::string>& files);  // what stands for them on the clipboard (CF_HDROP)
 // The names of files that were dropped, and where in the client area of `window`; ends the drop.
 std::vector<std::string> DroppedFiles(HWND window, HDROP drop, POINT& at);
 // When a control of `window` that takes files lies under the place of the drop, it gets the message instead: some

@@ -49,6 +49,9 @@ class FakeDialogs : public Dialogs {
     std::optional<std::string> chooseFolder(const std::string&, const std::string&) override {
         return take(folderAnswers, std::optional<std::string>());
     }
+    std::optional<std::string> chooseFont(const std::string&) override {
+        return take(textAnswers, std::optional<std::string>());
+    }
     std::optional<std::string> inputText(const std::string& prompt, const std::string&, const std::string&) override {
         questions.push_back(prompt);
         return take(textAnswers, std::optional<std::string>());

@@ -25,11 +25,11 @@ class NativeControl {
     virtual Size wish() const = 0;
     virtual void command(WORD code, WORD id) { (void)code, (void)id; }  // WM_COMMAND
     virtual std::optional<LRESULT> notify(NMHDR& header) { return (void)header, std::nullopt; }
-    virtual void scrolled(WORD code) { (void)code; }                      // WM_HSCROLL, WM_VSCROLL
-    virtual void draw(const DRAWITEMSTRUCT& item) { (void)item; }         // WM_DRAWITEM
-    virtual bool takesKey(WPARAM key) const { return (void)key, false; }  // a key that the dialog would take
-    virtual bool pressed() { return false; }                              // Enter on a button
-    virtual void contextMenu(POINT screen) { (void)screen; }
+    virtual void scrolled(WORD code) { (void)code; }                        // WM_HSCROLL, WM_VSCROLL
+    virtual void draw(const DRAWITEMSTRUCT& item) { (void)item; }           // WM_DRAWITEM
+    virtual bool takesKey(WPARAM key) const { return (void)key, false; }    // a key that the dialog would take
+    virtual bool pressed() { return false; }                                // Enter on a button
+    virtual bool contextMenu(POINT screen) { return (void)screen, false; }  // (-1, -1): by a key. False: the form's
     virtual void fontChanged();
     virtual void paletteChanged();                        // also the system's own colours may be others
     virtual bool isTransparent() const { return false; }  // lies on the background of the window

@@ -21,10 +21,10 @@ RECT RowRect(HWND list, int row) {
 
 int Count(HWND list) { return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)); }
 
-bool IsTabControl(HWND window) {
+bool IsOfClass(HWND window, const wchar_t* wanted) {
     wchar_t name[32] = L"";
     GetClassNameW(window, name, 32);
-    return lstrcmpiW(name, WC_TABCONTROLW) == 0;
+    return lstrcmpiW(name, wanted) == 0;
 }
 
 }  // namespace
@@ -39,36 +39,72 @@ int BorderAt(HWND list, POINT at) {
     return std::clamp(top + std::max(rows, 0), 0, count);
 }
 
-void NativeListDrag::begin(HWND list, bool inList, bool toTabs, std::function<void(const Target& target)> drop) {
+int InsertionMark::top() const {
+    const int count = Count(list_);
+    if (count == 0) return RowRect(list_, 0).top;
+    return before_ < count ? RowRect(list_, before_).top : RowRect(list_, count - 1).bottom - kMarkThickness;
+}
+
+void InsertionMark::invalidate() const {
+    if (!shown()) return;
+    const int y = top();
+    RECT rect{};
+    GetClientRect(list_, &rect);
+    rect.top = y - kMarkThickness;
+    rect.bottom = y + 2 * kMarkThickness;
+    InvalidateRect(list_, &rect, FALSE);
+}
+
+void InsertionMark::show(HWND list, int before) {
+    if (before == before_) return;
+    if (list_) invalidate();
+    list_ = list;
+    before_ = before;
+    invalidate();
+}
+
+void InsertionMark::paint(HDC dc) const {
+    if (!shown()) return;
+    RECT rect{};
+    GetClientRect(list_, &rect);
+    rect.top = top();
+    rect.bottom = rect.top + kMarkThickness;
+    FillRect(dc, &rect, GetSysColorBrush(COLOR_HIGHLIGHT));
+}
+
+void NativeListDrag::begin(HWND list, bool inList, bool toTabs, std::function<void(const Target& target)> drop,
+                           std::function<void()> leave) {
     list_ = list;
     target_ = {};
     inList_ = inList;
     toTabs_ = toTabs;
     drop_ = std::move(drop);
+    leave_ = std::move(leave);
     SetCapture(list);
     SetTimer(list, kScrollTimer, kScrollIntervalMs, nullptr);
 }
 
-int NativeListDrag::markHeight(int before) const {
-    const int count = Count(list_);
-    return before < count ? RowRect(list_, before).top : RowRect(list_, count - 1).bottom - kMarkThickness;
+void NativeListDrag::setMark(int before) {
+    target_.before = before;
+    mark_.show(list_, before);
 }
 
-void NativeListDrag::setMark(int before) {
-    if (before == target_.before) return;
-    for (const int row : {std::exchange(target_.before, before), before}) {
-        if (row < 0) continue;
-        const int y = markHeight(row);
-        RECT rect{};
-        GetClientRect(list_, &rect);
-        rect.top = y - kMarkThickness;
-        rect.bottom = y + 2 * kMarkThickness;
-        InvalidateRect(list_, &rect, FALSE);
-    }
+// Over a window that is not the list's the drag ends here, and goes on as whoever has begun it wants.
+bool NativeListDrag::leaves(POINT at) {
+    if (!leave_) return false;
+    ClientToScreen(list_, &at);
+    HWND under = WindowFromPoint(at);
+    // A tip over the rows is a window of its own.
+    if (under && (GetAncestor(under, GA_ROOT) == GetAncestor(list_, GA_ROOT) || IsOfClass(under, TOOLTIPS_CLASSW)))
+        return false;
+    const auto leave = std::exchange(leave_, nullptr);
+    end(false);
+    leave();
+    return true;
 }
 
 void NativeListDrag::follow(POINT at) {
-    if (Count(list_) == 0) return;
+    if (Count(list_) == 0 || leaves(at)) return;
     findTab(at);
     setMark(target_.tabs || !inList_ ? -1 : BorderAt(list_, at));
     SetCursor(LoadCursorW(nullptr, target_.tabs ? IDC_HAND : IDC_ARROW));
@@ -80,7 +116,7 @@ void NativeListDrag::findTab(POINT at) {
     if (!toTabs_) return;
     ClientToScreen(list_, &at);
     HWND under = WindowFromPoint(at);
-    if (!IsTabControl(under) || GetParent(under) != GetParent(list_)) return;
+    if (!IsOfClass(under, WC_TABCONTROLW) || GetParent(under) != GetParent(list_)) return;
     TCHITTESTINFO hit{at, 0};
     ScreenToClient(under, &hit.pt);
     target_.tab = static_cast<int>(SendMessageW(under, TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
@@ -94,6 +130,7 @@ void NativeListDrag::end(bool dropped) {
     list_ = nullptr;
     KillTimer(list, kScrollTimer);
     if (GetCapture() == list) ReleaseCapture();
+    leave_ = nullptr;
     const auto drop = std::exchange(drop_, nullptr);
     if (dropped && drop && (target.before >= 0 || target.tabs)) drop(target);
 }
@@ -125,15 +162,6 @@ std::optional<LRESULT> NativeListDrag::intercept(UINT message, WPARAM w, LPARAM 
         }
         default: return {};
     }
-}
-
-void NativeListDrag::paintMark(HDC dc) const {
-    if (!list_ || target_.before < 0) return;
-    RECT rect{};
-    GetClientRect(list_, &rect);
-    rect.top = markHeight(target_.before);
-    rect.bottom = rect.top + kMarkThickness;
-    FillRect(dc, &rect, GetSysColorBrush(COLOR_HIGHLIGHT));
 }
 
 }  // namespace quenlox::win32

@@ -38,7 +38,7 @@ NativeListView::NativeListView(ControlHost& host, ListView& view)
     makeBoldFont();
     makeIcons();
     subclass();
-    if (view.onFilesDropped) AcceptFiles(window());
+    if (view.onFilesDropped) takeFiles();
     showColumns();
     showRowCount();
 }
@@ -295,7 +295,7 @@ LRESULT NativeListView::findRow(const NMLVFINDITEMW& search) const {
 
 LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
     switch (draw.nmcd.dwDrawStage) {
-        case CDDS_PREPAINT: return CDRF_NOTIFYITEMDRAW | (drag_.active() ? CDRF_NOTIFYPOSTPAINT : 0);
+        case CDDS_PREPAINT: return CDRF_NOTIFYITEMDRAW | (mark_.shown() ? CDRF_NOTIFYPOSTPAINT : 0);
         case CDDS_ITEMPREPAINT: {
             const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
             if (row >= view_.rowCount()) return CDRF_DODEFAULT;
@@ -306,7 +306,7 @@ LRESULT NativeListView::customDraw(NMLVCUSTOMDRAW& draw) {
             return CDRF_NEWFONT | note;
         }
         case CDDS_ITEMPOSTPAINT: paintNote(draw.nmcd.hdc, static_cast<int>(draw.nmcd.dwItemSpec)); return 0;
-        case CDDS_POSTPAINT: drag_.paintMark(draw.nmcd.hdc); return CDRF_DODEFAULT;
+        case CDDS_POSTPAINT: mark_.paint(draw.nmcd.hdc); return CDRF_DODEFAULT;
         default: return CDRF_DODEFAULT;
     }
 }
@@ -423,14 +423,34 @@ std::optional<LRESULT> NativeListView::notify(NMHDR& header) {
         case static_cast<UINT>(LVN_KEYDOWN):
             if (view_.onKeyDown) view_.onKeyDown(reinterpret_cast<NMLVKEYDOWN&>(header).wVKey, ShiftState());
             return 0;
-        case static_cast<UINT>(LVN_BEGINDRAG):
-            if (view_.onRowsDragged || view_.onRowsDraggedToTab) {
-                drag_.begin(window(), view_.onRowsDragged != nullptr, view_.onRowsDraggedToTab != nullptr,
-                            [this](const NativeListDrag::Target& target) { takeDrag(target); });
-            }
-            return 0;
+        case static_cast<UINT>(LVN_BEGINDRAG): beginDrag(); return 0;
         default: return {};
     }
+}
+
+void NativeListView::beginDrag() {
+    const bool inList = view_.onRowsDragged != nullptr, toTabs = view_.onRowsDraggedToTab != nullptr;
+    if (!inList && !toTabs) return dragOut();
+    drag_.begin(
+        window(), inList, toTabs, [this](const NativeListDrag::Target& target) { takeDrag(target); },
+        view_.filesToDrag ? [this] { dragOut(); } : std::function<void()>());
+}
+
+// Rows that have only been shown to others go on where they came from.
+void NativeListView::dragOut() {
+    if (!view_.filesToDrag) return;
+    const bool goesOnHere = view_.onRowsDragged || view_.onRowsDraggedToTab;
+    const bool back = DragFiles(view_.filesToDrag(), goesOnHere ? GetAncestor(window(), GA_ROOT) : nullptr);
+    if (back && alive()) beginDrag();
+}
+
+void NativeListView::takeFiles() {
+    AcceptFiles(window());
+    dropTarget_ = std::make_unique<FileDropTarget>(
+        window(), [this](const POINT* at) { mark_.show(window(), at ? BorderAt(window(), *at) : -1); },
+        [this](const std::vector<std::string>& files, POINT at) {
+            if (alive() && view_.onFilesDropped) view_.onFilesDropped(files, BorderAt(window(), at));
+        });
 }
 
 void NativeListView::takeDrag(const NativeListDrag::Target& target) {
@@ -455,8 +475,8 @@ bool NativeListView::pressed() {
     return true;
 }
 
-void NativeListView::contextMenu(POINT screen) {
-    if (!view_.onMouseDown) return;
+bool NativeListView::contextMenu(POINT screen) {
+    if (!view_.onMouseDown) return true;
     POINT at = screen;
     if (screen.x == -1 && screen.y == -1) {
         // Asked for by a key: at the row with the focus.
@@ -468,6 +488,7 @@ void NativeListView::contextMenu(POINT screen) {
         ScreenToClient(window(), &at);
     }
     view_.onMouseDown(2, ShiftState(), {static_cast<int>(at.x), static_cast<int>(at.y)});
+    return true;
 }
 
 std::optional<LRESULT> NativeListView::headerMenu(HWND asked, POINT at) {

@@ -2,10 +2,12 @@
 // (native_list_drag.h) because that has a state of its own.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "forms/list_view.h"
 #include "platform/win32/controls/native_control.h"
+#include "platform/win32/controls/native_file_drag.h"
 #include "platform/win32/controls/native_list_drag.h"
 
 namespace quenlox::win32 {
@@ -19,7 +21,7 @@ class NativeListView : public NativeControl {
     std::optional<LRESULT> notify(NMHDR& header) override;
     bool takesKey(WPARAM key) const override;
     bool pressed() override;
-    void contextMenu(POINT screen) override;
+    bool contextMenu(POINT screen) override;
     void fontChanged() override;
     void paletteChanged() override;
 
@@ -44,7 +46,10 @@ class NativeListView : public NativeControl {
     void takeRange(const NMLVODSTATECHANGE& change);
     void takeColumnWidth(const NMHEADERW& change);
     void giveText(NMLVDISPINFOW& info) const;
+    void beginDrag();
+    void dragOut();
     void takeDrag(const NativeListDrag::Target& target);
+    void takeFiles();
     LRESULT findRow(const NMLVFINDITEMW& search) const;
     LRESULT customDraw(NMLVCUSTOMDRAW& draw);
     void colorRow(NMLVCUSTOMDRAW& draw, int row) const;
@@ -63,7 +68,9 @@ class NativeListView : public NativeControl {
     int tipRow_ = -1;  // of the tip that is shown, or would be
     OwnedFont bold_;
     HIMAGELIST icons_ = nullptr;
-    NativeListDrag drag_;
+    InsertionMark mark_;
+    NativeListDrag drag_{mark_};
+    std::unique_ptr<FileDropTarget> dropTarget_;
 };
 
 }  // namespace quenlox::win32

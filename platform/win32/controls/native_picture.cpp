@@ -57,6 +57,7 @@ class NativePicture : public NativeControl {
             case WM_LBUTTONUP:
             case WM_RBUTTONUP:
                 if (GetCapture() == window()) ReleaseCapture();
+                if (message == WM_RBUTTONUP && !box_.onMouseUp) return {};  // the system asks for a context menu
                 tell(box_.onMouseUp, message == WM_LBUTTONUP ? 1 : 2, l);
                 return 0;
             case WM_LBUTTONDBLCLK:

@@ -1,6 +1,9 @@
 // Scroll bars, shown as the system's sliders, which the keyboard and the wheel move; and progress bars.
 #include <windowsx.h>
 
+#include <algorithm>
+
+#include "forms/keys.h"
 #include "platform/win32/controls/native_control.h"
 #include "platform/win32/dark_paint.h"
 
@@ -27,10 +30,12 @@ class NativeSlider : public NativeControl {
     }
     // The channel and the knob; what lies behind them is asked for as that of a text.
     std::optional<LRESULT> notify(NMHDR& header) override {
-        if (header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !palette()) return {};
+        if (header.code != static_cast<UINT>(NM_CUSTOMDRAW) || (!palette() && !bar_.mark)) return {};
         const auto& draw = reinterpret_cast<const NMCUSTOMDRAW&>(header);
         if (draw.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
         if (draw.dwDrawStage != CDDS_ITEMPREPAINT || draw.dwItemSpec == TBCD_TICS) return CDRF_DODEFAULT;
+        if (bar_.mark && draw.dwItemSpec == TBCD_CHANNEL) drawMark(draw.hdc, draw.rc);
+        if (!palette()) return CDRF_DODEFAULT;
         const bool knob = draw.dwItemSpec == TBCD_THUMB, enabled = bar_.enabled();
         FillRect(draw.hdc, &draw.rc, BrushOf(knob && enabled ? palette()->accent : palette()->border));
         return CDRF_SKIPDEFAULT;
@@ -57,18 +62,42 @@ class NativeSlider : public NativeControl {
             bar_.onDoubleClick();
             return 0;
         }
+        const bool fine = bar_.onFineStep && ShiftState() == kControl;
+        if (message == WM_KEYDOWN && fine && (w == VK_UP || w == VK_DOWN)) {
+            bar_.onFineStep(w == VK_UP ? 1 : -1);
+            return 0;
+        }
         // Away from the user is up, and up on a vertical slider is towards its first value.
         if (message == WM_MOUSEWHEEL && IsVertical(bar_)) {
             wheel_ += GET_WHEEL_DELTA_WPARAM(w);
             const int notches = wheel_ / WHEEL_DELTA;
             wheel_ -= notches * WHEEL_DELTA;
-            if (notches != 0) bar_.setValue(bar_.value() - notches);
+            if (notches != 0 && fine) {
+                bar_.onFineStep(notches);
+            } else if (notches != 0) {
+                bar_.setValue(bar_.value() - notches);
+            }
             return 0;
         }
         return {};
     }
 
   private:
+    // A line across a vertical slider, behind the channel and the knob.
+    void drawMark(HDC dc, const RECT& channel) const {
+        RECT client{};
+        GetClientRect(window(), &client);
+        const int range = std::max(bar_.maximum() - bar_.minimum(), 1), half = knobLength() / 2;
+        const int way = channel.bottom - channel.top - 2 * half;
+        const int y = static_cast<int>(channel.top) + half + way * (*bar_.mark - bar_.minimum()) / range;
+        const RECT line{client.left + 1, y, client.right - 1, y + std::max(1, vertical(1) / 2)};
+        FillRect(dc, &line, palette() ? BrushOf(palette()->dim) : GetSysColorBrush(COLOR_GRAYTEXT));
+    }
+    int knobLength() const {
+        RECT knob{};
+        send(TBM_GETTHUMBRECT, 0, &knob);
+        return static_cast<int>(knob.bottom - knob.top);
+    }
     // The class of the slider does not tell double clicks. Two clicks beside the knob are two steps of it.
     bool isDoubleClick(POINT at) {
         RECT knob{};

@@ -31,6 +31,7 @@ class NativeTextBox : public NativeControl {
     void changed(Property property) override {
         NativeControl::changed(property);
         if (property == Property::Value) showText();
+        if (property == Property::Copy) copy();
     }
     void command(WORD code, WORD) override {
         if (code == EN_SETFOCUS || code == EN_KILLFOCUS) box_.focused = code == EN_SETFOCUS;
@@ -53,11 +54,17 @@ class NativeTextBox : public NativeControl {
             send(EM_SETSEL, 0, LPARAM{-1});
             return 0;
         }
-        (void)l;
+        if (message == WM_CONTEXTMENU && box_.formMenu) return DefWindowProcW(window(), message, w, l);
         return {};
     }
 
   private:
+    void copy() {
+        DWORD begin = 0, end = 0;
+        send(EM_GETSEL, reinterpret_cast<WPARAM>(&begin), &end);
+        if (begin == end) send(EM_SETSEL, 0, LPARAM{-1});
+        send(WM_COPY);
+    }
     static DWORD StyleOf(const TextBox& box) {
         DWORD style = WS_TABSTOP;
         style |= box.multiLine() ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL | (box.readOnly() ? 0 : ES_WANTRETURN)

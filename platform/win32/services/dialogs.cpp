@@ -165,6 +165,22 @@ class DialogsWin32 : public Dialogs {
         return result;
     }
 
+    std::optional<std::string> chooseFont(const std::string& face) override {
+        LOGFONTW font{};
+        font.lfHeight = -MulDiv(12, static_cast<int>(GetDpiForSystem()), 72);
+        font.lfCharSet = DEFAULT_CHARSET;
+        const std::wstring name = Wide(face);
+        std::copy_n(name.begin(), std::min<std::size_t>(name.size(), LF_FACESIZE - 1), font.lfFaceName);
+        CHOOSEFONTW choose{};
+        choose.lStructSize = sizeof choose;
+        choose.hwndOwner = Owner();
+        choose.lpLogFont = &font;
+        choose.Flags = CF_SCREENFONTS | CF_INITTOLOGFONTSTRUCT | CF_FORCEFONTEXIST | CF_NOVERTFONTS | CF_NOSCRIPTSEL |
+                       CF_NOSIZESEL | CF_NOSTYLESEL;
+        if (!ChooseFontW(&choose) || font.lfFaceName[0] == L'\0') return std::nullopt;
+        return Narrow(font.lfFaceName);
+    }
+
     std::optional<std::string> inputText(const std::string& prompt, const std::string& text,
                                          const std::string& title) override {
         const auto answer = InputBox(Owner(), Wide(title), Lines(prompt), Wide(text));

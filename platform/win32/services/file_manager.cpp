@@ -54,14 +54,7 @@ class FileManagerWin32 : public FileManager {
     }
 
     bool copyFiles(const std::vector<std::string>& paths) override {
-        std::wstring names;
-        for (const std::string& path : paths) (names += Wide(path)) += L'\0';
-        names += L'\0';
-        DROPFILES header{};
-        header.pFiles = sizeof header;
-        header.fWide = TRUE;
-        std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
-        bytes.append(reinterpret_cast<const char*>(names.data()), names.size() * sizeof(wchar_t));
+        const std::string bytes = DropBytes(paths);
         // What is put there needs an owner, which need not be seen.
         if (!owner_)
             owner_.reset(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr));

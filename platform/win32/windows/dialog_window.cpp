@@ -281,6 +281,20 @@ void DialogWindow::dpiChanged(const RECT& suggested) {
     arrange();
 }
 
+FormWindow::Result DialogWindow::contextMenu(HWND window, LPARAM l) {
+    NativeControl* found = nativeOf(window);
+    POINT at{static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))};
+    if (found && found->contextMenu(at)) return 0;
+    RECT client{};
+    GetClientRect(handle(), &client);
+    const bool byKey = at.x == -1 && at.y == -1;
+    if (!byKey) ScreenToClient(handle(), &at);
+    if (!byKey && !PtInRect(&client, at)) return {};  // the frame has a menu of its own
+    const Point asked{static_cast<int>(at.x), static_cast<int>(at.y)};
+    form()->Form_ContextMenu(byKey ? Point{clientSize().width / 4, clientSize().height / 4} : asked);
+    return 0;
+}
+
 void DialogWindow::limitSize(MINMAXINFO& info) const {
     if (form()->kind() != Form::Kind::Sizeable) return;
     const TwipsPerPixel twips = twipsPerPixel();
@@ -450,12 +464,7 @@ FormWindow::Result DialogWindow::answer(UINT message, WPARAM w, LPARAM l) {
             for (const auto& [control, native] : natives_) SendMessageW(native->window(), message, w, l);
             followPalette();
             return {};
-        case WM_CONTEXTMENU:
-            if (NativeControl* found = nativeOf(reinterpret_cast<HWND>(w))) {
-                found->contextMenu({static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))});
-                return 0;
-            }
-            return {};
+        case WM_CONTEXTMENU: return contextMenu(reinterpret_cast<HWND>(w), l);
         case WM_NEXTDLGCTL: focusNext(w, LOWORD(l) != 0); return 0;
         case DM_GETDEFID: return MAKELRESULT(IDOK, DC_HASDEFID);
         case WM_GETMINMAXINFO: limitSize(*reinterpret_cast<MINMAXINFO*>(l)); return 0;

@@ -57,6 +57,7 @@ class DialogWindow : public FormWindow, public ControlHost {
     void setMenuBar();
     void dpiChanged(const RECT& suggested);
     void limitSize(MINMAXINFO& info) const;
+    Result contextMenu(HWND window, LPARAM l);
     Result command(WPARAM w, LPARAM l);
     Result color(HDC dc, HWND window) const;
     Result focusChanged(UINT message, WPARAM w);

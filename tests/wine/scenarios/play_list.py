@@ -203,6 +203,12 @@ def test_rows_go_to_another_place_another_list_and_back(s):
     s.drop_files(x + 40, y + height - 2, folder / "scale.mid")
     after("a drop between rows", "b", "a", "s", "c")
     s.wait_equal(view(window).selected_items, [2], "the row that was dropped")
+    s.driver.keys("ctrl+z")
+    after("taking the drop back", "b", "a", "c")
+    files = browser(window)[1]
+    fx, fy, _, fheight = map(int, s.driver.ask("itemplace", files.handle, lines(files).index("scale.mid"))[0])
+    s.driver.drag(fx + 20, fy + fheight // 2, x + 40, y + height - 2)
+    after("a drag from the browser", "b", "a", "s", "c")
     tabs = window.control("SysTabControl32")
     s.driver.drag(x + 40, y + height * 3 // 2, tabs.x + 80, tabs.y + 8)
     after("dragging to a tab", "b", "a", "s", "c")
