@@ -44,6 +44,7 @@ Application::Application(const Services& services, std::string commandLine)
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, engine_.status(), lyrics_),
       lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_, lyricsScreen_),
+      lyricsCommands_({state_, options_, lyrics_, lyricsDisplay_, lyricsLookup_, services.files, services.dialogs}),
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
       conversion_(state_, services.vbmp3, services.gogo, services.files, services.windows),
       convert_(conversion_, state_, services.dialogs),
@@ -72,6 +73,10 @@ void Application::connectWindows() {
     lyrics_.onClosedByUser = [this] { options_.set(&Options::LyricsShown, false); };
     lyrics_.onKeyDown = [this](int key, int shift) { top_.playbackKey(key, shift); };
     lyrics_.onKeyUp = [this](int key, int shift) { top_.Form_KeyUp(key, shift); };
+    lyricsCommands_.onOptions = [this] {
+        optionsWindow_.showPage(FormOpt::kLyricsPage);
+        top_.showWindow(optionsWindow_);
+    };
     list_.onOpen = [this](const Transport::Track& track, int intent, Transport::Start start) {
         return transport_.open(track, intent, start);
     };
@@ -190,7 +195,7 @@ void Application::followOptions() {
     follow({&Options::VolumeDrives}, [this] { volume_.sourcesChosen(); });
     follow({&Options::LyricsShown}, [this] { lyricsDisplay_.lyricsShownChanged(); });
     follow({&Options::LyricsLine, &Options::LyricsFont, &Options::LyricsBold, &Options::LyricsSecondColor,
-            &Options::TimeTagShown, &Options::LyricsSelf, &Options::LyricsTime},
+            &Options::TimeTagShown, &Options::LyricsSelf, &Options::LyricsTime, &Options::LyricsSmooth},
            [this] { lyricsDisplay_.update(); });
     follow({&Options::LyricsFolder, &Options::Lyrics3First}, [this] {
         lyricsLookup_.lookAgain();

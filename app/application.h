@@ -14,6 +14,7 @@
 #include "equalizer/form_gra.h"
 #include "forms/window_host.h"
 #include "lyrics/form_lyrics.h"
+#include "lyrics/lyrics_commands.h"
 #include "lyrics/lyrics_display.h"
 #include "lyrics/lyrics_lookup.h"
 #include "options/form_opt.h"
@@ -118,6 +119,7 @@ class Application {
     LyricsOfMain lyricsScreen_{top_, lyrics_};
     LyricsLookup lyricsLookup_;
     LyricsDisplay lyricsDisplay_;
+    LyricsCommands lyricsCommands_;
     FormTag tag_;
     ConversionRun conversion_;
     FormConv convert_;

@@ -29,6 +29,7 @@ class LyricsOfMain : public LyricsScreen {
     LyricsPanelLook panelLook() const override;
     Surface& panel() override { return top_.LyricsPicture.surface(); }
     void panelDrawn(const std::string& line) override;
+    std::string title() const override { return top_.mainLabel[kTitleLabel].caption(); }
     void setInterval(int milliseconds) override { top_.Timer6.setInterval(milliseconds); }
     void showLyricsWindow() override { top_.showWindow(lyricsWindow_, false); }
 

@@ -24,11 +24,13 @@ from wine_session.processes import unwind_on_signals  # noqa: E402
 
 STARTS = 7
 ROWS = 100000
-# Name, settings of section Option, switches.
+# Name, settings of section Option ({words} is a folder of lyrics), switches.
 STATES = (("stopped", "SpeanaMode=0\r\nAnimeMode=0", "/m0"),
           ("stopped, panel shown", "SpeanaMode=1\r\nAnimeMode=0", "/m0"),
           ("playing", "SpeanaMode=0\r\nAnimeMode=0", "/p"),
           ("playing, panel and running title", "SpeanaMode=1\r\nAnimeMode=1", "/p"),
+          ("playing, lyrics with a line every three seconds", "SpeanaMode=0\r\nLyricsDir={words}", "/p"),
+          ("the same, coming up smoothly", "SpeanaMode=0\r\nLyricsDir={words}\r\nLyricsSmooth=1", "/p"),
           ("playing in the notification area", "SpeanaMode=1\r\nAnimeMode=1", "/pt"))
 
 
@@ -87,8 +89,12 @@ def main():
     unwind_on_signals()
     with Scenario("running_program") as s:
         long = material.write_mp3(s.material / "a long name of a track that has to run through its place.mp3", material.tone(440, 600.0))
+        words = s.material / "words"
+        words.mkdir()
+        (words / long.with_suffix(".lrc").name).write_text(
+            "".join(f"[{n // 20:02}:{n % 20 * 3:02}.00]線路のむこうの町から届いた小さな歌 {n}\n" for n in range(200)), encoding="utf-8")
         for name, settings, switches in STATES:
-            folder, _ = start(s, long, settings, switches)
+            folder, _ = start(s, long, settings.format(words=s.windows_path(words)), switches)
             s.wait_until(lambda: processes(folder), "the process")
             time.sleep(4)  # what a start costs is another figure
             program = processes(folder)["program"]

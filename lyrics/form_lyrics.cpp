@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <utility>
 
 #include "state/global_state.h"
@@ -24,10 +25,17 @@ constexpr int kTwipsPerLine = 300;
 constexpr int kFrameTwips = 405;
 constexpr int kMostLines = 5;
 constexpr double kTextPoints = 11;  // of the text box
+constexpr double kMoveMs = 300;     // from one line to the next
+constexpr const char* kTitle = "歌詞";
 
 }  // namespace
 
 std::span<const LyricsScheme> LyricsSchemes() { return kSchemes; }
+
+double LyricsMovement(double ms) {
+    const double left = 1 - std::clamp(ms / kMoveMs, 0.0, 1.0);
+    return 1 - left * left * left;
+}
 
 int LyricsFontPoints(int height, int lines) {
     const int half = height / lines / 2;
@@ -36,8 +44,9 @@ int LyricsFontPoints(int height, int lines) {
 
 FormLyrics::FormLyrics(GlobalState& state, const Options& options, TextPainter& painter)
     : Form("FormLyrics", Kind::Sizeable), state_(state), options_(options), painter_(painter) {
-    setCaption("歌詞");
+    setCaption(kTitle);
     Text2.setVisible(false);
+    Text2.formMenu = true;
     Picture7.onDoubleClick = [this] { Picture7_DblClick(); };
     Text2.onDoubleClick = [this] { Text2_DblClick(); };
     Picture7.onResize = [this] { draw(); };
@@ -46,9 +55,13 @@ FormLyrics::FormLyrics(GlobalState& state, const Options& options, TextPainter& 
 int FormLyrics::lines() const { return std::clamp(options_.LyricsLine, 1, kMostLines); }
 
 void FormLyrics::Picture7_DblClick() {
-    int& scheme = state_.LyricsColors[kLyricsScheme];
-    scheme = scheme < 1 || scheme >= static_cast<int>(kSchemes.size()) ? 1 : scheme + 1;
-    const LyricsScheme& colors = kSchemes[static_cast<std::size_t>(scheme - 1)];
+    const int scheme = state_.LyricsColors[kLyricsScheme];
+    chooseScheme(scheme < 1 || scheme >= static_cast<int>(kSchemes.size()) ? 1 : scheme + 1);
+}
+
+void FormLyrics::chooseScheme(int number) {
+    state_.LyricsColors[kLyricsScheme] = number;
+    const LyricsScheme& colors = kSchemes[static_cast<std::size_t>(number - 1)];
     for (Control* control : {static_cast<Control*>(&Picture7), static_cast<Control*>(&Text2)}) {
         control->setForeColor(colors.text);
         control->setBackColor(colors.back);
@@ -69,7 +82,14 @@ LyricsLook FormLyrics::look() const {
 }
 
 void FormLyrics::showLines(const LyricsLines& lines) {
-    const bool sameLines = lines == lines_;
+    const bool sameLines = lines == lines_ && !moving();
+    if (options_.LyricsSmooth && lines.current >= 0 && lines.current == lines_.current + 1) {
+        before_ = lines_;
+        began_ = std::chrono::steady_clock::now();
+        move_ = 0;
+    } else if (lines.current != lines_.current) {
+        move_ = 1;
+    }
     lines_ = lines;
     if (drawn_.lines != this->lines() || Picture7.font().face != options_.LyricsFont) {
         const Rect& box = Picture7.bounds();
@@ -77,6 +97,18 @@ void FormLyrics::showLines(const LyricsLines& lines) {
     } else if (!sameLines || look() != drawn_) {
         draw();
     }
+}
+
+void FormLyrics::setNotice(const LyricsNotice& notice) {
+    if (notice == notice_) return;
+    notice_ = notice;
+    draw();
+}
+
+void FormLyrics::showShift(int milliseconds) {
+    const int tenths = std::abs(milliseconds) / 100;
+    const std::string seconds = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+    setCaption(tenths == 0 ? kTitle : kTitle + ("（" + seconds + (milliseconds < 0 ? "秒早く）" : "秒遅く）")));
 }
 
 void FormLyrics::setShowsText(bool text) {
@@ -104,8 +136,15 @@ void FormLyrics::makeBackground() {
 void FormLyrics::draw() {
     makeBackground();
     drawn_ = look();
-    DrawLyricsWindow(Picture7.surface(), painter_, lines_, drawn_);
-    Picture7.setCaption(CurrentLyricsLine(lines_));
+    const bool notice = lines_.total == 0 && notice_ != LyricsNotice{};
+    if (notice) {
+        DrawLyricsNotice(Picture7.surface(), painter_, notice_, drawn_);
+    } else {
+        using Milliseconds = std::chrono::duration<double, std::milli>;
+        if (moving()) move_ = LyricsMovement(Milliseconds(std::chrono::steady_clock::now() - began_).count());
+        DrawLyricsWindow(Picture7.surface(), painter_, lines_, drawn_, {&before_, move_});
+    }
+    Picture7.setCaption(notice ? notice_.title + "\n" + notice_.text : CurrentLyricsLine(lines_));
     Picture7.refresh();
 }
 
@@ -149,11 +188,19 @@ void FormLyrics::Form_Unload(bool& cancel) {
 }
 
 void FormLyrics::Form_KeyDown(int key, int shift) {
+    const LyricsCommand command = LyricsCommandOfKey(key, shift);
+    const bool caret = Text2.visible() && command != LyricsCommand::Reread;  // the box has the keyboard
+    keyTaken = command != LyricsCommand::None && !caret && onCommand;
+    if (keyTaken) return onCommand(command, 0);
     if (onKeyDown) onKeyDown(key, shift);
 }
 
 void FormLyrics::Form_KeyUp(int key, int shift) {
     if (onKeyUp) onKeyUp(key, shift);
+}
+
+void FormLyrics::Form_ContextMenu(Point at) {
+    if (facts && onCommand) popup(LyricsMenu(facts(), onCommand), at);
 }
 
 }  // namespace quenlox

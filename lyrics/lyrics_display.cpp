@@ -16,6 +16,7 @@ namespace {
 constexpr int kInterval = 500;        // milliseconds
 constexpr int kKaraokeInterval = 80;  // while a line shows its progress
 constexpr int kShortestInterval = 20;
+constexpr int kMoveInterval = 16;                     // while lines move up
 constexpr std::uint64_t kLargestPicture = 32u << 20;  // bytes
 constexpr std::int64_t kMostPixels = 1 << 22;         // of the picture that is kept, more than a window of lyrics shows
 constexpr int kShiftUnit = 100;                       // milliseconds for one step of the option
@@ -43,6 +44,7 @@ void LyricsDisplay::chooseWindow() {
 }
 
 void LyricsDisplay::trackOpened() {
+    setTrackShift(0);
     chooseWindow();
     followWindow();
     update();
@@ -72,7 +74,7 @@ void LyricsDisplay::followWindow() {
 }
 
 void LyricsDisplay::followOptions() {
-    const int shift = options_.LyricsTime * kShiftUnit;
+    const int shift = (options_.LyricsTime - kLyricsOnTime) * kShiftUnit + trackShift_;
     if (shift != shift_) vbmp3_.vbmp3_setLyricsShift(shift);
     shift_ = shift;
     const bool spread = options_.LyricsSelf;
@@ -97,9 +99,27 @@ void LyricsDisplay::update() {
     if (window) {
         findPicture();
         window_.setShowsText(state_.LyricsKind == kPlainLyrics && !runs());
+        window_.setNotice(notice());
         window_.showLines(lines);
     }
     schedule(lines);
+}
+
+void LyricsDisplay::setTrackShift(int milliseconds) {
+    if (milliseconds == trackShift_) return;
+    trackShift_ = milliseconds;
+    window_.showShift(milliseconds);
+    update();
+}
+
+LyricsNotice LyricsDisplay::notice() const {
+    if (state_.LyricsKind != kNoLyrics) return {};
+    if (state_.CurrentFile.empty()) return {"", "曲を開くと、ここに歌詞を表示します"};
+    if (!state_.MediaKind.lyrics) return {main_.title(), "歌詞を表示できるのは、MPEGオーディオとRMPの曲です"};
+    return {main_.title(),
+            "歌詞はありません。曲と同じ名前の歌詞ファイル（.lrc .kra .txt）を" +
+                std::string(options_.LyricsFolder.empty() ? "曲と同じフォルダ" : "曲のフォルダか歌詞フォルダ") +
+                "に置くと、表示します"};
 }
 
 void LyricsDisplay::picturesChanged() {
@@ -139,7 +159,9 @@ void LyricsDisplay::drawPanel(const LyricsLines& lines) {
 // A line shall appear when it is due and not at the next of the timer's even steps.
 void LyricsDisplay::schedule(const LyricsLines& lines) {
     int interval = kInterval;
-    if (state_.PlayerStatus == kPlay && lines.total > 0) {
+    if (window_.moving() && windowSeen()) {
+        interval = kMoveInterval;
+    } else if (state_.PlayerStatus == kPlay && lines.total > 0) {
         if (lines.progressBytes >= 0) interval = kKaraokeInterval;
         if (const std::int64_t next = lines.stampMs[3]; next >= 0) {
             const std::int64_t left = next - vbmp3_.vbmp3_getPositionMs();

@@ -26,14 +26,15 @@ class LyricsScreen {
     virtual LyricsPanelLook panelLook() const = 0;  // size of the type, resolution and background of the area
     virtual Surface& panel() = 0;
     virtual void panelDrawn(const std::string& line) = 0;  // with the line that is sung now
+    virtual std::string title() const = 0;                 // of the track, as it is shown
     virtual void setInterval(int milliseconds) = 0;        // until the next update
     virtual void showLyricsWindow() = 0;                   // without taking the keyboard
 };
 
 class LyricsDisplay {
   public:
-    LyricsDisplay(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
-                  TextPainter& painter, FormLyrics& window, LyricsScreen& main);
+    LyricsDisplay(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files, TextPainter& painter,
+                  FormLyrics& window, LyricsScreen& main);
 
     // With every tick of its timer, and whenever something has to be seen at once.
     void update();
@@ -46,6 +47,9 @@ class LyricsDisplay {
     void lyricsShownChanged();
     // The picture folder is another one.
     void picturesChanged();
+    // Milliseconds that the lines of this track come later, until another is opened.
+    int trackShift() const { return trackShift_; }
+    void setTrackShift(int milliseconds);
 
   private:
     bool runs() const;         // line by line
@@ -55,6 +59,7 @@ class LyricsDisplay {
     void followWindow();
     bool windowSeen() const;
     void findPicture();
+    LyricsNotice notice() const;
     void drawPanel(const LyricsLines& lines);
     void schedule(const LyricsLines& lines);
 
@@ -68,6 +73,7 @@ class LyricsDisplay {
     std::optional<LyricsLines> panelLines_;  // what the panel shows; none: it has to be drawn
     LyricsPanelLook panelLook_;
     int shift_ = 0;        // milliseconds, as the library knows it
+    int trackShift_ = 0;   // the part of it that is the track's
     bool spread_ = false;  // the library spreads untimed lines over the track
     bool windowDue_ = false;
     std::optional<std::string> picturedTrack_;  // whose picture the window has; none: it is to be looked for

@@ -15,8 +15,6 @@
 namespace quenlox {
 namespace {
 
-constexpr std::uint64_t kLargestText = 4u << 20;  // bytes; the library takes less
-
 // Lines parted by CR LF, whatever parted them in the file.
 std::string WithBoxLines(const std::string& text) {
     return ReplaceAll(ReplaceAll(ReplaceAll(text, "\r\n", "\n"), "\r", "\n"), "\n", "\r\n");
@@ -54,6 +52,7 @@ void LyricsLookup::lookAgain() {
 void LyricsLookup::LoadLyrics() {
     status_.showLyricsMarker("");
     state_.LyricsKind = kNoLyrics;
+    sideFile_.clear();
     form_.setText("");
     if (!state_.MediaKind.lyrics) return;
     vbmp3_.vbmp3_clearLyrics();
@@ -94,10 +93,10 @@ std::string LyricsLookup::loadSideFile() {
 
 bool LyricsLookup::FindLyricsFile() {
     state_.LyricsKind = kNoLyrics;
-    const std::string path = loadSideFile();
+    const std::string path = sideFile_ = loadSideFile();
     if (path.empty()) return false;
     if (!vbmp3_.vbmp3_checkTimeTag()) {
-        if (const auto bytes = files_.read(path, kLargestText))
+        if (const auto bytes = files_.read(path, kLargestLyrics))
             form_.setText(WithBoxLines(TrimAtNull(DecodeText(*bytes))));
         state_.LyricsKind = kPlainLyrics;
     } else {

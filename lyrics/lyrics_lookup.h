@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,8 @@ struct GlobalState;
 
 enum LyricsKindCode : int { kNoLyrics = 0, kTimedLyrics = 1, kPlainLyrics = 2 };
 
+inline constexpr std::uint64_t kLargestLyrics = 4u << 20;  // bytes of a side file; the library takes less
+
 // Names of the side files of a track, the one that counts most first; without folder.
 std::array<std::string, 3> LyricsCandidates(const std::string& track);
 
@@ -26,8 +29,8 @@ std::vector<std::string> LyricsPictures(const std::string& track, const std::str
 
 class LyricsLookup {
   public:
-    LyricsLookup(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files,
-                 StatusDisplay& status, FormLyrics& form);
+    LyricsLookup(GlobalState& state, const Options& options, Vbmp3& vbmp3, FileSystem& files, StatusDisplay& status,
+                 FormLyrics& form);
 
     // Called when a track has been opened: sets LyricsKind. What cannot be read counts as no lyrics.
     void LoadLyrics();
@@ -36,6 +39,8 @@ class LyricsLookup {
     // Each sets LyricsKind, marks its source behind the format ("+L", "+W") and tells whether there were lyrics.
     bool ReadLyrics3();
     bool FindLyricsFile();
+    // Where the current lyrics come from; empty: not from a file of their own.
+    const std::string& sideFile() const { return sideFile_; }
 
   private:
     std::string loadSideFile();  // the path that the library has accepted, or empty
@@ -46,6 +51,7 @@ class LyricsLookup {
     FileSystem& files_;
     StatusDisplay& status_;
     FormLyrics& form_;
+    std::string sideFile_;
 };
 
 }  // namespace quenlox

@@ -2,27 +2,21 @@
 
 #include <algorithm>
 
+#include "lyrics/lyrics_places.h"
 #include "platform/text_painter.h"
-#include "text/encoding.h"
 #include "text/numbers.h"
-#include "text/strings.h"
 
 namespace quenlox {
 namespace {
 
 constexpr int kCurrentRow = LyricsLines::kCurrentRow, kExtraRow = LyricsLines::kExtraRow;
 constexpr int kNextRow = kCurrentRow + 1;
-constexpr int kMargin = 4;             // pixels left and right
-constexpr double kSmallestPoints = 6;  // of a line made to fit
-constexpr double kVeil = 0.65;         // of the background colour over a picture
+constexpr double kVeil = 0.65;                         // of the background colour over a picture
+constexpr double kSmallNotice = 9, kLargeNotice = 20;  // points of the title in a notice
+constexpr double kNoticeText = 0.75;                   // of it, for the rest
 constexpr Color kSungOnLight{0, 96, 208}, kSungOnDark{255, 192, 64};
 
 const std::string& RowText(const LyricsLines& lines, int row) { return lines.rows[static_cast<std::size_t>(row)]; }
-
-std::string StampText(std::int32_t ms) {
-    if (ms < 0) return {};
-    return "[" + TwoDigits(ms / 60000) + ":" + TwoDigits(ms / 1000 % 60) + "] ";
-}
 
 Color Mix(Color a, Color b) {
     const auto half = [](std::uint8_t x, std::uint8_t y) { return static_cast<std::uint8_t>((x + y) / 2); };
@@ -49,79 +43,116 @@ int SungWidth(TextPainter& painter, const TextStyle& style, const std::string& l
     return from + RoundHalfToEven((to - from) * part);
 }
 
-}  // namespace
-
-std::string CurrentLyricsLine(const LyricsLines& lines) { return RowText(lines, kCurrentRow); }
-
-std::vector<LyricsBand> LyricsBands(int lines, Size picture) {
-    lines = std::max(lines, 1);
-    const int band = picture.height / lines;
-    const int first = lines == 1 ? 2 : lines == 3 ? 1 : 0;
-    const int last = lines == 1 ? 2 : lines == 3 ? 3 : 4;
-    std::vector<LyricsBand> bands;
-    for (int row = first; row <= last; ++row) {
-        const int top = (row - first) * band;
-        bands.push_back({row, {0, top, picture.width, band}});
-    }
-    const int current = (kCurrentRow - first) * band;
-    bands.push_back({kExtraRow, {0, current + band / 2, picture.width, band - band / 2}});
-    return bands;
+Color PaleColor(const LyricsLook& look) {
+    // On a picture pale is less pale, or it could not be read.
+    return look.behind ? Mix(look.text, Mix(look.text, look.back)) : Mix(look.text, look.back);
 }
 
-// Makes the type of a line smaller until it fits, down to the smallest that can be read.
-static void ShrinkToFit(TextPainter& painter, TextStyle& style, const std::string& line, int width) {
-    const int wide = painter.measure(line, style).width;
-    if (wide <= width) return;
-    const double least = std::min(kSmallestPoints, style.font.points);
-    style.font.points = std::max(style.font.points * width / wide, least);
-    // Type comes in whole pixels, so that a line may be a little wider than reckoned.
-    while (style.font.points > least && painter.measure(line, style).width > width) {
-        style.font.points = std::max(style.font.points - 0.5, least);
-    }
-}
-
-// One line, its stamp in the pale colour of `style` in front.
-static void DrawBand(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look,
-                     const LyricsBand& band, TextStyle style) {
-    const std::string text = RowText(lines, band.row);
-    if (text.empty()) return;
-    const bool extra = band.row == kExtraRow;
-    // Without a translation the extra row is the next line, which may be on the picture already.
-    if (extra && look.lines > 1 && text == RowText(lines, kNextRow)) return;
-    std::string stamp;
-    if (look.stamps && !extra) stamp = StampText(lines.stampMs[static_cast<std::size_t>(band.row)]);
-    Rect where{band.where.left + kMargin, band.where.top, band.where.width - 2 * kMargin, band.where.height};
-    if (where.empty()) return;
-    ShrinkToFit(painter, style, stamp + text, where.width);
-    if (!stamp.empty()) {
-        painter.draw(on, where, stamp, style);
-        const int width = painter.measure(stamp, style).width;
-        where.left += width;
-        where.width -= width;
-        if (where.empty()) return;
-    }
-    const bool current = band.row == kCurrentRow;
-    if (current) style.color = look.text;
-    painter.draw(on, where, text, style);
-    if (!current || lines.progressBytes < 0) return;
-    where.width = std::min(where.width, SungWidth(painter, style, text, lines));
-    style.color = SungColor(look.back);
-    if (where.width > 0) painter.draw(on, where, text, style);
-}
-
-void DrawLyricsWindow(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look) {
+void DrawBackground(Surface& on, const LyricsLook& look) {
     if (look.behind) {
         on.copy(*look.behind, {0, 0});
     } else {
         on.fill(look.back);
     }
-    // On a picture pale is less pale, or it could not be read.
-    const Color pale = look.behind ? Mix(look.text, Mix(look.text, look.back)) : Mix(look.text, look.back);
+}
+
+// What has been sung of a line is written over it; `at` is where it begins.
+void DrawSung(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsBlock& block,
+              const TextPart& part, Rect at, TextStyle style) {
+    const std::string text = block.text.substr(part.begin, part.end - part.begin);
+    LyricsLines own = lines;  // as if the part were the line
+    const auto begin = static_cast<int>(part.begin), size = static_cast<int>(text.size());
+    own.progressBytes = std::clamp(lines.progressBytes - begin, 0, size);
+    const double bytes = lines.progress * static_cast<double>(block.text.size()) / 1000.0 - begin;
+    own.progress = size == 0 ? 0 : std::clamp(RoundHalfToEven(bytes * 1000.0 / size), 0, 1000);
+    at.width = std::min(at.width, SungWidth(painter, style, text, own));
+    if (at.width > 0) painter.draw(on, at, text, style);
+}
+
+// One row, its stamp in the pale colour of `style` in front.
+void DrawBlock(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look,
+               const LyricsBlock& block, TextStyle style) {
+    style.font = block.font;
+    int top = block.top;
+    if (!block.stamp.empty()) painter.draw(on, {block.left, top, block.width, block.lineHeight}, block.stamp, style);
+    const bool current = block.row == kCurrentRow;
+    if (current) style.color = look.text;
+    if (block.translation) style.color = Mix(look.text, SungColor(look.back));
+    for (const TextPart& part : block.parts) {
+        const int indent = part.begin == 0 ? block.stampWidth : 0;
+        const Rect where{block.left + indent, top, block.width - indent, block.lineHeight};
+        top += block.lineHeight;
+        if (where.empty()) continue;
+        painter.draw(on, where, block.text.substr(part.begin, part.end - part.begin), style);
+        if (!current || lines.progressBytes < 0) continue;
+        TextStyle sung = style;
+        sung.color = SungColor(look.back);
+        DrawSung(on, painter, lines, block, part, where, sung);
+    }
+}
+
+// Pixels that the rows have come up with their next one: from where the current line stood as the next.
+int WayBetween(const std::vector<LyricsBlock>& from, const std::vector<LyricsBlock>& to, int otherwise) {
+    const auto current = std::ranges::find(to, kCurrentRow, &LyricsBlock::row);
+    const auto before = std::ranges::find_if(from, [](const LyricsBlock& block) {
+        return block.row == kNextRow || (block.row == kExtraRow && !block.translation);
+    });
+    return current == to.end() || before == from.end() ? otherwise : before->top - current->top;
+}
+
+}  // namespace
+
+std::string CurrentLyricsLine(const LyricsLines& lines) { return RowText(lines, kCurrentRow); }
+
+void DrawLyricsWindow(Surface& on, TextPainter& painter, const LyricsLines& lines, const LyricsLook& look,
+                      const LyricsMove& move) {
+    DrawBackground(on, look);
+    const Size picture{on.width(), on.height()};
+    const LyricsPlan plan{look.font, look.lines, look.stamps};
     TextStyle style;
-    style.font = look.font;
-    style.color = pale;
-    for (const LyricsBand& band : LyricsBands(look.lines, {on.width(), on.height()})) {
-        DrawBand(on, painter, lines, look, band, style);
+    style.color = PaleColor(look);
+    std::vector<LyricsBlock> blocks = PlaceLyrics(painter, lines, plan, picture);
+    if (move.from && move.part < 1) {
+        std::vector<LyricsBlock> before = PlaceLyrics(painter, *move.from, plan, picture);
+        const int way = WayBetween(before, blocks, on.height() / std::max(look.lines, 1));
+        const int left = RoundHalfToEven(way * (1 - std::max(move.part, 0.0)));
+        for (LyricsBlock& block : blocks) block.top += left;
+        // The row at the top goes out; the others are among the new ones.
+        const auto out = std::ranges::find(before, LyricsBands(look.lines, picture).front().row, &LyricsBlock::row);
+        if (out != before.end()) {
+            out->top -= way - left;
+            out->row = 0;  // pale, whichever it was
+            DrawBlock(on, painter, {}, look, *out, style);
+        }
+    }
+    for (const LyricsBlock& block : blocks) DrawBlock(on, painter, lines, look, block, style);
+}
+
+void DrawLyricsNotice(Surface& on, TextPainter& painter, const LyricsNotice& notice, const LyricsLook& look) {
+    DrawBackground(on, look);
+    const Size picture{on.width(), on.height()};
+    Font font = look.font;
+    font.points = std::clamp(picture.height / 14.0, kSmallNotice, kLargeNotice);
+    LyricsBlock title = PlaceText(painter, notice.title, font, {picture.width, picture.height / 2});
+    font.points *= kNoticeText;
+    font.bold = false;
+    LyricsBlock text = PlaceText(painter, notice.text, font, {picture.width, picture.height - title.height()});
+    const int gap =
+        notice.title.empty() ? 0 : std::min(text.lineHeight / 2, picture.height - title.height() - text.height());
+    title.top = std::max((picture.height - title.height() - text.height() - gap) / 2, 0);
+    text.top = title.bottom() + std::max(gap, 0);
+    TextStyle style;
+    style.color = look.text;
+    style.centred = true;
+    for (const LyricsBlock& block : {title, text}) {
+        for (std::size_t line = 0; line < block.parts.size(); ++line) {
+            const TextPart& part = block.parts[line];
+            style.font = block.font;
+            const Rect where{block.left, block.top + static_cast<int>(line) * block.lineHeight, block.width,
+                             block.lineHeight};
+            painter.draw(on, where, block.text.substr(part.begin, part.end - part.begin), style);
+        }
+        style.color = PaleColor(look);
     }
 }
 

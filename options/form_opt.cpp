@@ -1,6 +1,7 @@
 #include "options/form_opt.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 #include "platform/dialogs.h"
@@ -13,6 +14,7 @@
 namespace quenlox {
 namespace {
 
+constexpr double kSamplePoints = 12;  // of the sample of a font
 constexpr const char* kDefaultDeviceText = "既定のデバイス";
 
 std::string DeviceText(int device) { return "デバイス " + std::to_string(device); }
@@ -35,6 +37,7 @@ FormOpt::FormOpt(GlobalState& state, OptionStore& options)
     QualityOption.fill(*this, "QualityOption", 0, 2);
     VolumeOption.fill(*this, "VolumeOption", 0, 1);
     LyricsOption.fill(*this, "LyricsOption", 0, 5);
+    ScaleRange.fill(*this, "ScaleRange", 0, kScales - 1);
     for (const int unused : {0, 2, 4}) LyricsOption[unused].setVisible(false);
     std::vector<ComboBox::Item> zooms;
     for (const ZoomChoice& zoom : kZoomChoices) zooms.push_back({zoom.name, zoom.percent});
@@ -51,8 +54,14 @@ FormOpt::FormOpt(GlobalState& state, OptionStore& options)
     ComboCdDrive.onClick = [this] { driveChosen(); };
     options_.listen({&Options::DefaultCdDrive}, [this] { showDrive(); });
     options_.listenToAvailability([this] { showAvailable(); });
+    options_.listen({&Options::TitleAnimation, &Options::SpectrumShown, &Options::IntroPlay},
+                    [this] { showAvailable(); });
+    showAvailable();
     CommandBmpDir.onClick = [this] { chooseFolder(TextBmpDir, "画像フォルダの選択"); };
     CommandLyricsDir.onClick = [this] { chooseFolder(TextLyricsDir, "歌詞フォルダの選択"); };
+    CommandLyricsFont.onClick = [this] { chooseFont(); };
+    options_.listen({&Options::LyricsFont, &Options::LyricsBold}, [this] { showFontSample(); });
+    showFontSample();
     CommandDefaults.onClick = [this] { CommandDefaults_Click(); };
     CommandClose.onClick = [this] { hide(); };
     CommandClose.isDefault = true;
@@ -122,7 +131,21 @@ void FormOpt::settleTexts() {
 }
 
 void FormOpt::showAvailable() {
-    for (const auto& [control, field] : bound_) control->setEnabled(options_.available(field));
+    for (const auto& [control, field] : bound_) control->setEnabled(options_.available(field) && hasEffect(*control));
+}
+
+// What belongs to something that is switched off does nothing.
+bool FormOpt::hasEffect(const Control& control) const {
+    const Options& now = options_;
+    const std::initializer_list<std::pair<const Control*, bool>> belongs{{&HScrollAnime, now.TitleAnimation},
+                                                                         {&HScrollSpeana, now.SpectrumShown},
+                                                                         {&HScrollSpeanaIntro, now.SpectrumShown},
+                                                                         {&FftOption[0], now.SpectrumShown},
+                                                                         {&FftOption[1], now.SpectrumShown},
+                                                                         {&FftOption[2], now.SpectrumShown},
+                                                                         {&HScrollIntro, now.IntroPlay}};
+    const auto found = std::ranges::find(belongs, &control, &std::pair<const Control*, bool>::first);
+    return found == belongs.end() || found->second;
 }
 
 void FormOpt::chooseFolder(TextBox& box, const std::string& title) {
@@ -130,6 +153,14 @@ void FormOpt::chooseFolder(TextBox& box, const std::string& title) {
     if (const auto folder = services_.dialogs->chooseFolder(title, box.text())) box.setText(*folder);
     box.onLeave();
 }
+
+void FormOpt::chooseFont() {
+    if (!services_.dialogs) return;
+    if (const auto face = services_.dialogs->chooseFont(options_->LyricsFont))
+        options_.set(&Options::LyricsFont, *face);
+}
+
+void FormOpt::showFontSample() { LabelFontSample.setFont({options_->LyricsFont, kSamplePoints, options_->LyricsBold}); }
 
 void FormOpt::CommandDefaults_Click() {
     if (!services_.dialogs || !services_.dialogs->confirm("すべてのオプションを初期設定に戻しますか？")) return;

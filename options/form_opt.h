@@ -79,9 +79,12 @@ class FormOpt : public Form {
     ControlArray<OptionButton> LyricsOption;
     TextBox TextLyricsFont{*this, "TextLyricsFont"};
     CheckBox CheckLyricsMain{*this, "CheckLyricsMain"};
+    CommandButton CommandLyricsFont{*this, "CommandLyricsFont"};
+    Label LabelFontSample{*this, "LabelFontSample"};
     CheckBox CheckTimeTag{*this, "CheckTimeTag"};
     CheckBox CheckLyricsBold{*this, "CheckLyricsBold"};
     CheckBox CheckLyricsSecond{*this, "CheckLyricsSecond"};
+    CheckBox CheckLyricsSmooth{*this, "CheckLyricsSmooth"};
     TextBox TextLyricsDir{*this, "TextLyricsDir"};
 
     CommandButton CommandLyricsDir{*this, "CommandLyricsDir"};
@@ -102,12 +105,17 @@ class FormOpt : public Form {
     CheckBox CheckTellUnsaved{*this, "CheckTellUnsaved"};
     ComboBox ComboSideFiles{*this, "ComboSideFiles"};
 
+    ControlArray<Label> ScaleRange;  // what the ends of each slider mean
+
     CommandButton CommandDefaults{*this, "CommandDefaults"};
     CommandButton CommandClose{*this, "CommandClose"};
 
     // A typed text counts when the keyboard leaves it: half a path would be looked for on every disk and network. This
     // takes what stands in the boxes now.
     void settleTexts();
+
+    static constexpr int kLyricsPage = 2;
+    void showPage(int page) { Tabs.setValue(page); }
 
     // The device is remembered by its name, because the numbers shift when devices come and go; the number counts for
     // one without a name. One that is not there keeps an item of its own and is waited for; meanwhile the default
@@ -122,6 +130,7 @@ class FormOpt : public Form {
     using Figure = std::string (*)(std::int32_t value);
     static constexpr auto kHorizontal = ScrollBar::Direction::Horizontal;
     static constexpr int kAbsentDevice = -2;  // a number in ComboDevice
+    static constexpr int kScales = 9;         // sliders
 
     // form_opt_layout.cpp
     void bindControls();
@@ -138,9 +147,12 @@ class FormOpt : public Form {
     void bindWhenLeft(TextBox& box, std::string Options::*field);
     void follow(Control& control, const OptionField& field, const OptionStore::Listener& show);
     void showAvailable();
+    bool hasEffect(const Control& control) const;
 
     void CommandDefaults_Click();
     void chooseFolder(TextBox& box, const std::string& title);
+    void chooseFont();
+    void showFontSample();
     void deviceChosen();
     void driveChosen();
     void showDrive();

@@ -1,5 +1,6 @@
 // What the options window shows: which field stands behind which control, captions, the figures beside the sliders,
 // four tabs.
+#include <array>
 #include <cstdlib>
 #include <initializer_list>
 #include <string>
@@ -9,20 +10,20 @@
 namespace quenlox {
 namespace {
 
-constexpr int kName = 76, kFigure = 44, kButtonWidth = 72, kButtonHeight = 14;
+constexpr int kName = 76, kFigure = 44, kButtonWidth = 72, kButtonHeight = 14, kSampleHeight = 14, kRange = 52;
 
 std::string Tenths(int tenths) { return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10); }
 
 // What the value of a slider means.
-std::string Plain(std::int32_t value) { return std::to_string(value); }
+std::string Step(std::int32_t value) { return std::to_string(value) + "/10"; }
 std::string Percent(std::int32_t value) { return std::to_string(value) + "%"; }
 std::string Seconds(std::int32_t value) { return std::to_string(value) + "秒"; }
 std::string Milliseconds(std::int32_t value) { return std::to_string(value) + "ms"; }
 std::string EverySeconds(std::int32_t value) { return value == 0 ? "しない" : std::to_string(value * 2) + "秒ごと"; }
 std::string Speed(std::int32_t step) { return Tenths(10 + (step - 1) * 2) + "倍"; }
-std::string Shift(std::int32_t tenths) {
-    const char* const sign = tenths > 0 ? "+" : tenths < 0 ? "-" : "";
-    return sign + Tenths(std::abs(tenths)) + "秒";
+std::string Shift(std::int32_t value) {
+    const std::int32_t later = value - kLyricsOnTime;
+    return later == 0 ? "ずらさない" : Tenths(std::abs(later)) + (later > 0 ? "秒遅く" : "秒早く");
 }
 
 struct Text {
@@ -38,9 +39,9 @@ void Caption(std::initializer_list<Text> captions) {
 
 void FormOpt::bindControls() {
     bind(CheckAnime, &Options::TitleAnimation);
-    bind(HScrollAnime, &Options::TitleAnimationSpeed, FigureAnime, Plain);
+    bind(HScrollAnime, &Options::TitleAnimationSpeed, FigureAnime, Step);
     bind(CheckSpeana, &Options::SpectrumShown);
-    bind(HScrollSpeana, &Options::SpectrumSpeed, FigureSpeana, Plain);
+    bind(HScrollSpeana, &Options::SpectrumSpeed, FigureSpeana, Step);
     bind(HScrollSpeanaIntro, &Options::SpectrumIntro, FigureIntroView, EverySeconds);
     bind(ComboSkinScale, &Options::SkinZoom);
     bind(FftOption, &Options::SpectrumBands);
@@ -66,6 +67,7 @@ void FormOpt::bindControls() {
     bind(CheckTimeTag, &Options::TimeTagShown);
     bind(CheckLyricsBold, &Options::LyricsBold);
     bind(CheckLyricsSecond, &Options::LyricsSecondColor);
+    bind(CheckLyricsSmooth, &Options::LyricsSmooth);
     bindWhenLeft(TextLyricsDir, &Options::LyricsFolder);
     bindWhenLeft(TextBmpDir, &Options::PictureFolder);
 
@@ -83,13 +85,18 @@ void FormOpt::setCaptions() {
     setCaption("オプション");
     captionDisplayAndPlayback();
     captionLyricsAndLists();
+    // In the order of the sliders in the layout.
+    constexpr std::array<const char*, kScales> kRanges{"遅い～速い", "遅い～速い", "しない～120秒",
+                                                       "101～200%",  "50～99%",    "1.2～4.0倍",
+                                                       "1～60秒",    "50～2000ms", "早く～遅く"};
+    for (int i = 0; i < kScales; ++i) ScaleRange[i].setCaption(kRanges[static_cast<std::size_t>(i)]);
     for (const auto& [control, tooltip] : std::initializer_list<Text>{
              {ComboCdDrive,
               "音楽CDの曲を表示・再生するドライブ。記憶した曲が見つからないときも、このドライブの同じ番号の曲を再生しま"
               "す"},
-             {QualityOption[0], "ピッチや速度を変えて再生するときの音質"},
+             {QualityOption[0], "ふつうの音質です。音程や速度を変えて再生するときに効きます"},
              {QualityOption[1], "高い音まできれいに変えます"},
-             {QualityOption[2], "CPUの負担を減らします"},
+             {QualityOption[2], "音質を少し下げて、CPUの負担を減らします"},
              {ComboSideFiles, "曲のファイル名を変えるとき、同じ名前の歌詞や画像のファイルの名前も変えるかどうか"},
              {CheckTellUnsaved,
               "設定かプレイリストを書き込めないとき、ファイルと理由を示して、もう一度保存するかどうかをたずねます"},
@@ -146,9 +153,12 @@ void FormOpt::captionLyricsAndLists() {
         {LyricsOption[3], "3行"},
         {LyricsOption[5], "5行"},
         {LabelFont, "フォント(&F)"},
+        {CommandLyricsFont, "選択(&H)..."},
+        {LabelFontSample, "あなたの歌　Song 123"},
         {CheckTimeTag, "タイムタグも表示する(&T)"},
         {CheckLyricsBold, "太字で表示する(&B)"},
         {CheckLyricsSecond, "スキンの第2歌詞色を使う(&2)"},
+        {CheckLyricsSmooth, "歌詞をなめらかに送る(&M)"},
         {CheckLyricsSelf, "タイムタグのない歌詞も曲に合わせて送る(&S)"},
         {LabelLyricsTime, "表示のタイミング(&G)"},
         {FrameSources, "歌詞の取得"},
@@ -156,7 +166,7 @@ void FormOpt::captionLyricsAndLists() {
         {LabelLyricsDir, "歌詞フォルダ(&O)"},
         {CommandLyricsDir, "参照(&E)..."},
         {FrameBmp, "歌詞ウィンドウの背景"},
-        {LabelBmpDir, "画像フォルダ(&M)"},
+        {LabelBmpDir, "画像フォルダ(&U)"},
         {CommandBmpDir, "参照(&A)..."},
         {LabelBmpNames, "「曲のファイル名.bmp」か「曲のフォルダ名.bmp」を表示します。"},
         {FrameList, "プレイリスト"},
@@ -178,8 +188,9 @@ void FormOpt::captionLyricsAndLists() {
 }
 
 Layout FormOpt::layout() {
-    const auto slider = [](Control& name, Control& bar, Control& figure) {
-        return Row({Item(name, kName), Item(bar, 110, 10, 1), Item(figure, kFigure)});
+    int scale = 0;
+    const auto slider = [this, &scale](Control& name, Control& bar, Control& figure) {
+        return Row({Item(name, kName), Item(bar, 90, 10, 1), Item(figure, kFigure), Item(ScaleRange[scale++], kRange)});
     };
     const Layout display =
         Column({Group(FrameMain, Column({Row({Item(LabelScale, kName), Item(ComboSkinScale, 60)}), Item(CheckPanel),
@@ -200,13 +211,15 @@ Layout FormOpt::layout() {
                                            slider(LabelBuffer, HScrollBuffer, FigureBuffer)})),
                 Group(FrameVolume, Row({Item(VolumeOption[0], 90), Item(VolumeOption[1], 120)}))});
     const Layout lyrics =
-        Column({Group(FrameLyrics,
-                      Column({Item(CheckLyrics),
-                              Row({Item(LabelLines, kName), Item(LyricsOption[1], 40), Item(LyricsOption[3], 40),
-                                   Item(LyricsOption[5], 40)}),
-                              Row({Item(LabelFont, kName), Item(TextLyricsFont, 130, 0, 1)}),
-                              Row({Item(CheckTimeTag), Item(CheckLyricsBold)}), Item(CheckLyricsSecond),
-                              Item(CheckLyricsSelf), slider(LabelLyricsTime, HScrollLyricsTime, FigureLyricsTime)})),
+        Column({Group(FrameLyrics, Column({Item(CheckLyrics),
+                                           Row({Item(LabelLines, kName), Item(LyricsOption[1], 40),
+                                                Item(LyricsOption[3], 40), Item(LyricsOption[5], 40)}),
+                                           Row({Item(LabelFont, kName), Item(TextLyricsFont, 90, 0, 1),
+                                                Item(CommandLyricsFont, 44, kButtonHeight)}),
+                                           Row({Space(kName, 0), Item(LabelFontSample, 130, kSampleHeight, 1)}),
+                                           Row({Item(CheckTimeTag), Item(CheckLyricsBold)}), Item(CheckLyricsSecond),
+                                           Item(CheckLyricsSmooth), Item(CheckLyricsSelf),
+                                           slider(LabelLyricsTime, HScrollLyricsTime, FigureLyricsTime)})),
                 Group(FrameSources,
                       Column({Item(CheckLyricsMain), Row({Item(LabelLyricsDir, 56), Item(TextLyricsDir, 110, 0, 1),
                                                           Item(CommandLyricsDir, 44, kButtonHeight)})})),

@@ -39,7 +39,7 @@ constexpr OptionRow kRows[] = {
     Choice("Volume", &Options::VolumeDrives, kSourcesToo),
     Check("DispLyrics", &Options::LyricsShown),
     Check("LyricsSelf", &Options::LyricsSelf),
-    Number("LyricsTime", &Options::LyricsTime, -50, 50),
+    Number("LyricsTime", &Options::LyricsTime, kLyricsOnTime - 50, kLyricsOnTime + 50),
     Number("LyricsLine", &Options::LyricsLine, kLowest, kHighest),
     Text("Font", &Options::LyricsFont, "Lyrics"),
     Check("LyricsMain", &Options::Lyrics3First),
@@ -64,6 +64,7 @@ constexpr OptionRow kRows[] = {
     Choice("ReNameFiles", &Options::RenameSideFiles, kLeaveSideFiles),
     Check("SaveCheck", &Options::TellUnsaved),
     Number("SkinZoom", &Options::SkinZoom, kZoomOfMonitor, 400),
+    Check("LyricsSmooth", &Options::LyricsSmooth),
 };
 
 // A value as the file has it; each takes the value of a fresh start and gives the one read.

@@ -30,6 +30,7 @@ enum VolumeChoice : int { kMasterAlone = 0, kSourcesToo = 1 };
 enum SideFilesChoice : int { kAskSideFiles = 0, kTakeSideFiles = 1, kLeaveSideFiles = 2 };
 
 inline constexpr std::int32_t kDefaultDevice = -1;
+inline constexpr std::int32_t kLyricsOnTime = 1;  // of LyricsTime: each line at its own time
 
 // At which the main window is shown: percent of the skin's own size. The key is the access key in a menu.
 inline constexpr std::int32_t kZoomOfMonitor = 0;  // as its resolution asks
@@ -38,19 +39,19 @@ struct ZoomChoice {
     const char* name;
     char key;
 };
-inline constexpr ZoomChoice kZoomChoices[] = {{kZoomOfMonitor, "自動", 'A'}, {100, "等倍", '1'}, {150, "1.5倍", '5'},
-                                              {200, "2倍", '2'},            {250, "2.5倍", '6'}, {300, "3倍", '3'},
-                                              {400, "4倍", '4'}};
+inline constexpr ZoomChoice kZoomChoices[] = {
+    {kZoomOfMonitor, "自動", 'A'}, {100, "等倍", '1'}, {150, "1.5倍", '5'}, {200, "2倍", '2'},
+    {250, "2.5倍", '6'},           {300, "3倍", '3'},  {400, "4倍", '4'}};
 
 struct Options {
     // Panel and title.
-    OnOff TitleAnimation;                  // a title that is too long moves
-    std::int32_t TitleAnimationSpeed = 0;  // 0 slow to 10 fast
-    OnOff SpectrumShown;                   // display B is drawn
-    std::int32_t SpectrumSpeed = 0;        // 0 slow to 10 fast
-    std::int32_t SpectrumIntro = 0;        // the view changes after twice as many seconds; 0 never
-    std::int32_t SpectrumBands = 0;        // 0 few to 2 many
-    OnOff OperationPanel;                  // display A stands in the place of the buttons
+    OnOff TitleAnimation;                    // a title that is too long moves
+    std::int32_t TitleAnimationSpeed = 0;    // 0 slow to 10 fast
+    OnOff SpectrumShown;                     // display B is drawn
+    std::int32_t SpectrumSpeed = 0;          // 0 slow to 10 fast
+    std::int32_t SpectrumIntro = 0;          // the view changes after twice as many seconds; 0 never
+    std::int32_t SpectrumBands = 0;          // 0 few to 2 many
+    OnOff OperationPanel;                    // display A stands in the place of the buttons
     std::int32_t SkinZoom = kZoomOfMonitor;  // percent of the skin's own size, 100 to 400
 
     // Playing.
@@ -69,14 +70,15 @@ struct Options {
     std::int32_t VolumeDrives = kMasterAlone;    // what the bar changes: a VolumeChoice
 
     // Lyrics.
-    OnOff LyricsShown = true;     // in their window, for a skin without a place for them
-    OnOff LyricsSelf;             // those without time tags move with the track
-    std::int32_t LyricsTime = 1;  // tenths of a second later
-    std::int32_t LyricsLine = 5;  // number of lines that are shown
+    OnOff LyricsShown = true;                 // in their window, for a skin without a place for them
+    OnOff LyricsSelf;                         // those without time tags move with the track
+    std::int32_t LyricsTime = kLyricsOnTime;  // tenths of a second; more is later
+    std::int32_t LyricsLine = 5;              // number of lines that are shown
     std::string LyricsFont = "ＭＳ Ｐゴシック";
     OnOff LyricsBold;
     OnOff LyricsSecondColor;  // the second lyrics colour of the skin
     OnOff TimeTagShown;
+    OnOff LyricsSmooth;  // a new line comes up pixel by pixel
     OnOff Lyrics3First;  // those in the file count more than a file beside it
     std::string LyricsFolder;
     std::string PictureFolder;  // of pictures behind the lyrics

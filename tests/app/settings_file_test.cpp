@@ -99,7 +99,7 @@ constexpr const char* kFreshFile =
     "ListType=0\r\nListTypeS=0\r\nDelList=0\r\n"
     "ListTime=1\r\nStepPitch=6\r\nGapless=1\r\nPassOver=1\r\n"
     "OutputDevice=-1\r\nOutputDeviceName=\r\nOutputBuffer=250\r\n"
-    "LyricsBold=0\r\nLyricsColor2=0\r\nReNameFiles=0\r\nSaveCheck=0\r\nSkinZoom=0\r\n"
+    "LyricsBold=0\r\nLyricsColor2=0\r\nReNameFiles=0\r\nSaveCheck=0\r\nSkinZoom=0\r\nLyricsSmooth=0\r\n"
     "[Lyrics]\r\nFont=ＭＳ Ｐゴシック\r\nX=0\r\nY=0\r\nW=4500\r\nH=3000\r\nColor=1\r\n"
     "[Equalizer]\r\nX=0\r\nY=0\r\n0Eq=FLAT,0,0,0,0,0,0,0,0,0,0\r\n1Eq=ROCK,20,50,0,-20,30,10,-20,50,30,10\r\n"
     "2Eq=POPS,-30,0,40,0,0,-30,60,40,0,-30\r\n3Eq=LIGHT,-20,-40,0,0,-20,40,50,10,40,20\r\n"

@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "lyrics/form_lyrics.h"
 #include "lyrics/lyrics_lookup.h"
 #include "state/global_state.h"
+#include "state/options.h"
 #include "tests/fakes/bmp_of.h"
 #include "tests/fakes/fake_file_system.h"
-#include "state/options.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_vbmp3.h"
 #include "tests/fakes/fake_window_system.h"
@@ -23,6 +25,7 @@ struct FakeScreen : LyricsScreen {
     LyricsPanelLook panelLook() const override { return {}; }
     Surface& panel() override { return surface; }
     void panelDrawn(const std::string& text) override { line = text; }
+    std::string title() const override { return "春の歌"; }
     void setInterval(int milliseconds) override { interval = milliseconds; }
     void showLyricsWindow() override {
         ++shown;
@@ -194,12 +197,44 @@ TEST_F(LyricsDisplayTest, APictureOfTheTrackLiesBehindTheLinesPaleEnoughToReadTh
 }
 
 TEST_F(LyricsDisplayTest, TheTimingOptionShiftsByTenthsOfASecond) {
-    for (const auto& [value, call] : {std::pair{1, "lyricsShift 100"}, {-50, "lyricsShift -5000"}, {0, "lyricsShift 0"}}) {
+    for (const auto& [value, call] :
+         {std::pair{2, "lyricsShift 100"}, {-49, "lyricsShift -5000"}, {1, "lyricsShift 0"}}) {
         options.LyricsTime = value;
         tick();
         tick();
         EXPECT_EQ(vbmp3.count(call), 1) << call;
     }
+}
+
+TEST_F(LyricsDisplayTest, TheNextLineComesUpStepByStepWhenWanted) {
+    for (const bool smooth : {false, true}) {
+        options.LyricsSmooth = smooth;
+        open(kTimedLyrics);
+        vbmp3.lines.rows = {"", "", "a", "b", "", "b"};
+        vbmp3.lines.current = 4;
+        tick();
+        vbmp3.lines.rows = {"", "a", "b", "", "", ""};
+        vbmp3.lines.current = 5;
+        tick();
+        const auto b = std::ranges::find(painter.drawn, "b", &FakeTextPainter::Drawn::text);
+        ASSERT_NE(b, painter.drawn.end());
+        EXPECT_EQ(b->where.top > 85, smooth) << "on its way from the fourth band to the third";
+        EXPECT_EQ(main.interval, smooth ? 16 : 500);
+    }
+    EXPECT_EQ(LyricsMovement(0), 0);
+    EXPECT_GT(LyricsMovement(100), 0.5);
+    EXPECT_EQ(LyricsMovement(1000), 1);
+}
+
+TEST_F(LyricsDisplayTest, WithoutLyricsTheWindowSaysWhoseTheyWouldBeAndHowTheyCome) {
+    state.CurrentFile = "C:\\a.mp3";
+    state.MediaKind.lyrics = true;
+    form.show();
+    open(kNoLyrics);
+    EXPECT_TRUE(form.Picture7.caption().starts_with("春の歌\n歌詞はありません")) << form.Picture7.caption();
+    state.MediaKind.lyrics = false;
+    tick();
+    EXPECT_TRUE(form.Picture7.caption().ends_with("RMPの曲です"));
 }
 
 TEST_F(LyricsDisplayTest, ALineIsDrawnWhenItIsDue) {

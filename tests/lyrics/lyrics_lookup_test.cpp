@@ -5,9 +5,9 @@
 #include "lyrics/form_lyrics.h"
 #include "playback/status_display.h"
 #include "state/global_state.h"
+#include "state/options.h"
 #include "tests/fakes/fake_display.h"
 #include "tests/fakes/fake_file_system.h"
-#include "state/options.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_vbmp3.h"
 

@@ -29,6 +29,10 @@ TEST_F(FormOptTest, ASkinWithoutPlaceForSomethingTakesItsChoicesAway) {
     for (int i = 0; i <= 5; ++i) EXPECT_FALSE(options.LyricsOption[i].enabled()) << i;
     chosen.setAvailable(&Options::OperationPanel, true);
     EXPECT_TRUE(options.CheckPanel.enabled());
+    for (const bool shown : {true, false}) {
+        chosen.set(&Options::SpectrumShown, shown);
+        EXPECT_EQ(options.HScrollSpeana.enabled() && options.FftOption[2].enabled(), shown) << "without it they do nothing";
+    }
 }
 
 TEST_F(FormOptTest, TheFigureBesideASliderSaysWhatItsValueMeans) {
@@ -46,9 +50,9 @@ TEST_F(FormOptTest, TheFigureBesideASliderSaysWhatItsValueMeans) {
         {options.HScrollSpeanaIntro, options.FigureIntroView, 0, "しない"},
         {options.HScrollSpeanaIntro, options.FigureIntroView, 15, "30秒ごと"},
         {options.HScrollBuffer, options.FigureBuffer, 250, "250ms"},
-        {options.HScrollLyricsTime, options.FigureLyricsTime, -12, "-1.2秒"},
-        {options.HScrollLyricsTime, options.FigureLyricsTime, 0, "0.0秒"},
-        {options.HScrollLyricsTime, options.FigureLyricsTime, 5, "+0.5秒"},
+        {options.HScrollLyricsTime, options.FigureLyricsTime, -11, "1.2秒早く"},
+        {options.HScrollLyricsTime, options.FigureLyricsTime, 1, "ずらさない"},
+        {options.HScrollLyricsTime, options.FigureLyricsTime, 6, "0.5秒遅く"},
     };
     for (const auto& c : cases) {
         c.slider.setValue(c.slider.maximum());

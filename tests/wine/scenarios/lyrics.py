@@ -85,6 +85,47 @@ def test_sung_words_stand_out_and_colours_size_and_keys_work_in_the_window(s):
     s.wait_silence()  # the keys of the main window work here
 
 
+def test_long_lines_wrap_and_timing_is_set_by_keys_and_saved_into_the_file(s):
+    text = "[00:00.00]長い夜が明けたら君に会いに行こう、古い地図と銀色の鍵をかばんに入れて、海の見える町まで\r\n" \
+           "[00:00.00]When the long night ends I will come to you, to the town from which one sees the sea\r\n[00:20.00]つぎの行\r\n"
+    file = track(s, "long", text.encode("cp932"))
+    player = Product(s, file, "/p", ini=f"[Option]\nLyricsSmooth=1\n{PLACE}")
+    words = lyrics_window(s)
+    s.wait_until(lambda: ink(inside(s, words)) > 1500, "the line is there")
+    s.screenshot("wrapped", words)
+    words.click()
+    for _ in range(2):
+        s.driver.keys("ctrl+right")
+    s.driver.wait_window(title="歌詞（0.2秒遅く）")
+    s.driver.keys("ctrl+s")
+    lyrics_window(s)
+    s.equal(file.with_suffix(".lrc").read_bytes(), b"[offset:-200]\r\n" + text.encode("cp932"), "the file")
+    s.driver.click(*words.point(), button="right")
+    s.driver.choose("配色(C)", "黒地に薄青(8)")
+    s.wait_until(lambda: inside(s, words).convert("RGB").getpixel((380, 190)) == (0, 0, 0), "the dark colours")
+    s.screenshot("dark", words)
+    s.driver.keys("shift+f10")
+    s.driver.choose("行数(L)", "3行(3)")
+    s.screenshot("three", words)
+    player.end()
+    assert "LyricsLine=3" in player.kept()
+
+
+def test_without_lyrics_the_window_says_how_they_come_and_reads_them_when_told(s):
+    file = material.write_mp3(s.material / "bare.mp3", material.tone(440, 20.0), "-b", "64")
+    player = Product(s, file, ini=f"[Option]\nDispLyrics=0\n{PLACE}")
+    player.menu("歌詞(Y)")
+    words = lyrics_window(s)
+    words.wait_text("歌詞はありません")
+    s.screenshot("none", words)
+    file.with_suffix(".lrc").write_text("[00:00]ここに来た", encoding="utf-8")
+    words.click()
+    s.driver.keys("shift+f10")
+    s.driver.popup()
+    s.driver.keys("r")
+    words.wait_text("ここに来た")
+
+
 def test_a_skin_with_a_lyrics_area_shows_them_there_and_no_window(s):
     player = Product(s, demo(s), "/p", skin="hakuji", ini="[Main]\nSkinName=hakuji\n")
     s.wait_until(lambda: ink(player.look(player.skin.label("lyrics"))) > 150, "the first line is on the panel")
