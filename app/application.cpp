@@ -40,7 +40,7 @@ Application::Application(const Services& services, std::string commandLine)
       monitor_(state_, engine_, transport_, services.vbmp3, services.mediaControl, options_),
       volume_(state_, services.mixer, options_),
       list_(state_, options_, lists_, services.files, services.dialogs, services.fileManager),
-      equalizer_(state_, services.vbmp3, services.dialogs, services.random),
+      equalizer_(state_, services.vbmp3, services.dialogs, services.random, services.files),
       lyrics_(state_, options_, services.painter),
       lyricsLookup_(state_, options_, services.vbmp3, services.files, engine_.status(), lyrics_),
       lyricsDisplay_(state_, options_, services.vbmp3, services.files, services.painter, lyrics_, lyricsScreen_),

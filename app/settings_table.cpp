@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <limits>
 
 #include "equalizer/form_gra.h"
@@ -107,42 +108,50 @@ void ReadEqualizerEntry(const Windows& w, int entry, std::string_view text) {
     const std::size_t comma = std::min(text.find(','), text.size());
     const std::string_view gains = comma < text.size() ? text.substr(comma + 1) : std::string_view{};
     SplitNumbers(gains, w.splitValues);
-    if (entry != kSliders) w.gra.geLabel[entry].setCaption(std::string(TrimBlanks(text.substr(0, comma))));
-    for (int band = 0; band < FormGra::kBands; ++band) {
-        const std::int32_t gain = w.splitValues(band + 1);
-        if (entry == kSliders) {
-            w.gra.VScroll[band].setValue(FormGra::sliderOf(gain));
-        } else {
-            w.state.EqPresetTable[static_cast<std::size_t>(entry)][static_cast<std::size_t>(band)] = gain;
-        }
+    EqualizerGains read;
+    for (int band = 0; band < FormGra::kBands; ++band) read[static_cast<std::size_t>(band)] = w.splitValues(band + 1);
+    if (entry == kSliders) {
+        for (std::int32_t& gain : read) gain = FormGra::sliderOf(gain) * -10;
+        w.gra.restore(read);
+    } else {
+        w.gra.geLabel[entry].setCaption(std::string(TrimBlanks(text.substr(0, comma))));
+        std::ranges::copy(read, w.state.EqPresetTable[static_cast<std::size_t>(entry)].begin());
     }
 }
 
 std::string EqualizerEntry(const Windows& w, int entry) {
-    std::string text = entry == kSliders ? "Custom" : std::string(TrimBlanks(w.gra.geLabel[entry].caption()));
-    for (int band = 0; band < FormGra::kBands; ++band) {
-        const int gain = entry == kSliders
-                             ? w.gra.VScroll[band].value() * -10
-                             : w.state.EqPresetTable[static_cast<std::size_t>(entry)][static_cast<std::size_t>(band)];
-        text += "," + Number(gain);
-    }
-    return text;
+    if (entry == kSliders) return PatternText({"Custom", w.gra.sliderGains()});
+    EqualizerPattern pattern{std::string(TrimBlanks(w.gra.geLabel[entry].caption())), {}};
+    std::ranges::copy(w.state.EqPresetTable[static_cast<std::size_t>(entry)], pattern.gains.begin());
+    return PatternText(pattern);
 }
 
-constexpr std::array<const char*, kSliders + 1> kEqualizerDefaults{
-    "FLAT,0,0,0,0,0,0,0,0,0,0",
-    "ROCK,20,50,0,-20,30,10,-20,50,30,10",
-    "POPS,-30,0,40,0,0,-30,60,40,0,-30",
-    "LIGHT,-20,-40,0,0,-20,40,50,10,40,20",
-    "BGM,-70,-20,-30,40,-20,30,-30,0,-50,-70",
-    "FLAT,0,0,0,0,0,0,0,0,0,0",
-};
+// The tenths by which the gains differ from the whole decibels of the sliders.
+void ReadFineGains(const Windows& w, std::string_view text) {
+    SplitValues tenths;  // of its own: skins rely on what the bands have left
+    SplitNumbers(text, tenths);
+    EqualizerGains gains = w.gra.sliderGains();
+    for (int band = 0; band < FormGra::kBands; ++band)
+        gains[static_cast<std::size_t>(band)] += std::clamp(tenths(band + 1), -5, 5);
+    w.gra.restore(gains);
+    w.gra.markPreset();
+}
+
+std::string FineGains(const Windows& w) {
+    EqualizerGains fine = w.gra.gains();
+    std::ranges::transform(fine, w.gra.sliderGains(), fine.begin(), std::minus());
+    return PatternText({"", fine}).substr(1);
+}
+
+std::string EqualizerDefault(int entry) {
+    return PatternText(FactoryPatterns()[static_cast<std::size_t>(entry == kSliders ? 0 : entry)]);
+}
 
 template <int entry>
 constexpr SettingsKey Equalizer(const char* key) {
     return {"Equalizer", key,
             [](const Windows& w, const StoredSetting& stored) {
-                ReadEqualizerEntry(w, entry, stored.text(kEqualizerDefaults[entry]));
+                ReadEqualizerEntry(w, entry, stored.text(EqualizerDefault(entry)));
             },
             [](const Windows& w) -> Text { return EqualizerEntry(w, entry); }};
 }
@@ -218,6 +227,9 @@ constexpr SettingsKey kLastKeys[] = {
     {"Equalizer", "EqMode",
      [](const Windows& w, const StoredSetting& stored) { w.gra.Check4.setValue(stored.number()); },
      [](const Windows& w) -> Text { return Number(w.gra.Check4.value()); }},
+    {"Equalizer", "Fine",
+     [](const Windows& w, const StoredSetting& stored) { ReadFineGains(w, stored.text("0,0,0,0,0,0,0,0,0,0")); },
+     [](const Windows& w) -> Text { return FineGains(w); }},
 
     Left<kLyrics>("Lyrics"),
     Top<kLyrics>("Lyrics"),

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <utility>
 
 #include "platform/dialogs.h"
+#include "platform/file_system.h"
 #include "platform/random.h"
 #include "platform/vbmp3.h"
 #include "state/global_state.h"
+#include "text/paths.h"
 #include "text/strings.h"
 
 namespace quenlox {
@@ -15,27 +19,49 @@ namespace {
 constexpr std::array<const char*, FormGra::kBands> kBandCaptions{"60", "170", "310", "600", "1k",
                                                                  "3k", "6k",  "12k", "14k", "16k"};
 constexpr std::array<const char*, 3> kScaleCaptions{"+12dB", "0dB", "-12dB"};
-constexpr int kReach = 12;              // decibels to each side
-constexpr int kKnobFromLeft = 165;      // the curve passes a slider this far from its left edge, twips
-constexpr std::size_t kNameUnits = 60;  // a pattern with its ten gains must fit a line of the settings file
-constexpr int kSliderWidth = 13;        // dialog units: twice the 165 twips
+constexpr std::array<const char*, 2> kUnitCaptions{"dB", "Hz"};
+constexpr int kReach = 12;                    // decibels to each side
+constexpr int kKnobFromLeft = 165;            // the curve passes a slider this far from its left edge, twips
+constexpr std::uint64_t kLargestFile = 4096;  // bytes of a pattern's file
+constexpr int kSliderWidth = 13;              // dialog units: twice the 165 twips
 constexpr int kSliderGap = 8;
 constexpr int kSliderHeight = 76;
 constexpr int kCurveHeight = 80;
 constexpr int kScaleWidth = 26;
 constexpr int kNameWidth = 72;
 
-std::string Decibels(int gain) { return gain > 0 ? "+" + std::to_string(gain) : std::to_string(gain); }
+// Of tenths of a decibel, the tenth only where there is one.
+std::string Decibels(int gain) {
+    const std::string sign = gain > 0 ? "+" : gain < 0 ? "-" : "", whole = std::to_string(std::abs(gain) / 10);
+    return sign + whole + (gain % 10 == 0 ? "" : "." + std::to_string(std::abs(gain) % 10));
+}
+
+// As a caption, where "&" means an access key.
+std::string Plain(std::string_view name) { return ReplaceAll(name, "&", "&&"); }
+
+FileDialog PatternDialog(std::string title, const std::string& name = {}) {
+    FileDialog dialog;
+    dialog.title = std::move(title);
+    dialog.filterName = "イコライザのパターン";
+    dialog.filter = "*.qeq";
+    std::string file = name;
+    for (char& c : file)
+        if (std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos) c = '_';
+    if (!file.empty()) dialog.fileName = file + ".qeq";
+    return dialog;
+}
 
 }  // namespace
 
-FormGra::FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random)
-    : Form("FormGra", Kind::Dialog), state_(state), vbmp3_(vbmp3), dialogs_(dialogs), random_(random) {
+FormGra::FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random, FileSystem& files)
+    : Form("FormGra", Kind::Dialog), state_(state), vbmp3_(vbmp3), dialogs_(dialogs), random_(random), files_(files) {
     setCaption("グラフィックイコライザ");
     makeArrays();
     for (int band = 0; band < kBands; ++band) {
         VScroll[band].setValue(0);
         VScroll[band].largeChange = 3;
+        VScroll[band].mark = 0;
+        VScroll[band].onFineStep = [this, band](int step) { VScroll_FineStep(band, step); };
         VScroll[band].onChange = [this, band] { VScroll_Change(band); };
         VScroll[band].onScroll = [this, band] { VScroll_Scroll(band); };
         VScroll[band].onDoubleClick = [this, band] { VScroll_DblClick(band); };
@@ -44,10 +70,10 @@ FormGra::FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& ran
         showValue(band);
     }
     for (int i = 0; i < 3; ++i) geScale[i].setCaption(kScaleCaptions[static_cast<std::size_t>(i)]);
+    for (int i = 0; i < 2; ++i) geUnit[i].setCaption(kUnitCaptions[static_cast<std::size_t>(i)]);
     for (int i = 0; i < kPresets; ++i) {
         geOption[i].onClick = [this, i] { geOption_Click(i); };
         geLabel[i].onClick = [this, i] { geLabel_MouseDown(i); };
-        menuPat.items.push_back(MenuCommand("", [this, i] { menuPatName_Click(i); }));
     }
     Frame1.setCaption("&Preset Pattern");
     Check4.setCaption("ｲｺﾗｲｻﾞを有効にする(&E)");
@@ -77,6 +103,7 @@ void FormGra::makeArrays() {
     VScroll.fill(*this, "VScroll", 0, kBands - 1, ScrollBar::Direction::Vertical, -kReach, kReach);
     geBand.fill(*this, "geBand", 0, kBands - 1);
     geScale.fill(*this, "geScale", 0, 2);
+    geUnit.fill(*this, "geUnit", 0, 1);
     geOption.fill(*this, "geOption", 0, kPresets - 1);
     geLabel.fill(*this, "geLabel", 0, kPresets - 1);
     for (int i = 0; i < kPresets; ++i) geLabel[i].setVisible(false);
@@ -84,7 +111,7 @@ void FormGra::makeArrays() {
 
 void FormGra::controlChangedHere(Control& control, Property property) {
     if (property != Property::Caption || control.name() != "geLabel") return;
-    geOption[control.index()].setCaption(ReplaceAll(control.caption(), "&", "&&"));
+    geOption[control.index()].setCaption(Plain(control.caption()));
 }
 
 Layout FormGra::layout() {
@@ -105,8 +132,8 @@ Layout FormGra::layout() {
     scale.height = kSliderHeight;
     Layout curve = Column({Item(geLine, 0, kCurveHeight), values, sliders, bands});
     curve.gap = 3;
-    // The scale stands beside the sliders alone.
-    Layout beside = Column({Space(0, kCurveHeight + 3 + 8), scale, Space(0, 8)});
+    // The scale stands beside the sliders, the units beside the figures above and below them.
+    Layout beside = Column({Space(0, kCurveHeight), Item(geUnit[0], kScaleWidth), scale, Item(geUnit[1], kScaleWidth)});
     beside.gap = 3;
 
     Layout presets = Column({});
@@ -116,7 +143,7 @@ Layout FormGra::layout() {
     return Column({Item(Check4), main});
 }
 
-void FormGra::apply(const std::array<std::int32_t, kBands>* gains) {
+void FormGra::apply(const EqualizerGains* gains) {
     vbmp3_.vbmp3_setEqualizer(gains);
     const int status = state_.PlayerStatus;
     const bool sounding = status == kPlay || status == kPause || status == kDecode;  // a decode may be heard
@@ -129,22 +156,31 @@ void FormGra::Check4_Click() {
 }
 
 void FormGra::VScroll_Change(int index) {
+    if (movingAll_) return;
     gains_[static_cast<std::size_t>(index)] = VScroll[index].value() * -10;
     VScroll_Scroll(index);
-    if (movingAll_) return;
     deselectPresets();
     if (Check4.checked()) apply(&gains_);
 }
 
 void FormGra::VScroll_Scroll(int index) {
     showValue(index);
-    if (!movingAll_) drawCurve();
+    drawCurve();
 }
 
-void FormGra::VScroll_DblClick(int index) { VScroll[index].setValue(0); }
+void FormGra::VScroll_DblClick(int index) { VScroll_FineStep(index, -gains_[static_cast<std::size_t>(index)]); }
+
+void FormGra::VScroll_FineStep(int index, int tenths) {
+    EqualizerGains gains = gains_;
+    std::int32_t& gain = gains[static_cast<std::size_t>(index)];
+    gain = std::clamp(gain + tenths, -kMostGain, kMostGain);
+    if (gains == gains_) return;
+    deselectPresets();
+    setGains(gains);
+}
 
 void FormGra::showValue(int index) {
-    const std::string value = Decibels(-VScroll[index].value());
+    const std::string value = Decibels(gains_[static_cast<std::size_t>(index)]);
     geValue[index].setCaption(value);
     const std::string all = std::string(kBandCaptions[static_cast<std::size_t>(index)]) + "Hz  " + value + "dB";
     VScroll[index].setTooltip(all);
@@ -158,7 +194,7 @@ FormGra::CurvePlace FormGra::curvePlace() const {
     for (std::size_t band = 0; band < kBands; ++band) {
         const ScrollBar& slider = VScroll[static_cast<int>(band)];
         place.knobs.x[band] = slider.bounds().left - geLine.bounds().left + TwipsToPixels(kKnobFromLeft, twips.x);
-        place.knobs.y[band] = place.scale.y(slider.value());
+        place.knobs.y[band] = place.scale.y(gains_[band] / -10.0);
     }
     return place;
 }
@@ -188,18 +224,39 @@ void FormGra::geLine_MouseMove(Point at) {
     VScroll[draggedBand_].drag(RoundHalfToEven(curvePlace().scale.position(at.y)));
 }
 
-void FormGra::setSliders(const std::function<int(int band)>& position) {
+EqualizerGains FormGra::sliderGains() const {
+    EqualizerGains gains;
+    for (int band = 0; band < kBands; ++band) gains[static_cast<std::size_t>(band)] = VScroll[band].value() * -10;
+    return gains;
+}
+
+void FormGra::restore(const EqualizerGains& gains) {
     movingAll_ = true;
-    for (int band = 0; band < kBands; ++band) VScroll[band].setValue(position(band));
+    for (int band = 0; band < kBands; ++band) {
+        std::int32_t& gain = gains_[static_cast<std::size_t>(band)];
+        gain = std::clamp(gains[static_cast<std::size_t>(band)], -kMostGain, kMostGain);
+        VScroll[band].setValue(sliderOf(gain));
+        showValue(band);
+    }
     movingAll_ = false;
     drawCurve();
+}
+
+void FormGra::markPreset() {
+    marking_ = true;
+    for (int i = kPresets - 1; i >= 0; --i) {
+        if (pattern(i).gains == gains_) geOption[i].setValue(true);
+    }
+    marking_ = false;
+}
+
+void FormGra::setGains(const EqualizerGains& gains) {
+    restore(gains);
     if (Check4.checked()) apply(&gains_);
 }
 
 void FormGra::geOption_Click(int index) {
-    setSliders([&](int band) {
-        return sliderOf(state_.EqPresetTable[static_cast<std::size_t>(index)][static_cast<std::size_t>(band)]);
-    });
+    if (!marking_) setGains(pattern(index).gains);
 }
 
 void FormGra::geLabel_MouseDown(int index) { geOption[index].setValue(true); }
@@ -207,22 +264,96 @@ void FormGra::geLabel_MouseDown(int index) { geOption[index].setValue(true); }
 void FormGra::Command23_Click() {
     deselectPresets();
     // The generator can give 13, one step below the slider; the slider keeps to its range.
-    setSliders([&](int) { return RoundHalfToEven(static_cast<float>(random_.next()) * 25.0F - 12.0F); });
+    EqualizerGains gains;
+    for (std::int32_t& gain : gains) {
+        gain = RoundHalfToEven(static_cast<float>(random_.next()) * 25.0F - 12.0F) * -10;
+    }
+    setGains(gains);
+}
+
+// Patterns.
+
+EqualizerPattern FormGra::pattern(int index) const {
+    EqualizerPattern pattern{geLabel[index].caption(), {}};
+    std::ranges::copy(state_.EqPresetTable[static_cast<std::size_t>(index)], pattern.gains.begin());
+    return pattern;
+}
+
+void FormGra::setPattern(int index, const EqualizerPattern& pattern) {
+    if (!pattern.name.empty()) geLabel[index].setCaption(pattern.name);
+    std::ranges::copy(pattern.gains, state_.EqPresetTable[static_cast<std::size_t>(index)].begin());
+}
+
+MenuItem FormGra::patternMenu(std::string caption, void (FormGra::*act)(int)) const {
+    auto* const form = const_cast<FormGra*>(this);
+    std::vector<MenuItem> items;
+    for (int i = 0; i < kPresets; ++i) {
+        items.push_back(MenuCommand(geOption[i].caption() + "(&" + std::to_string(i + 1) + ")",
+                                    [form, act, i] { (form->*act)(i); }));
+    }
+    return SubMenu(std::move(caption), std::move(items));
 }
 
 void FormGra::Command2_Click() {
-    for (int i = 0; i < kPresets; ++i) menuPat.items[static_cast<std::size_t>(i)].caption = geOption[i].caption();
+    menuPat.items.clear();
+    for (int i = 0; i < kPresets; ++i)
+        menuPat.items.push_back(MenuCommand(geOption[i].caption(), [this, i] { menuPatName_Click(i); }));
+    menuPat.items.push_back(MenuSeparator());
+    menuPat.items.push_back(patternMenu("ファイルに保存(&S)", &FormGra::menuPatSave_Click));
+    menuPat.items.push_back(patternMenu("ファイルから読み込み(&L)", &FormGra::menuPatLoad_Click));
+    MenuItem factory = SubMenu("初期設定に戻す(&R)", {});
+    for (int i = 0; i < kPresets; ++i) {
+        const EqualizerPattern& first = FactoryPatterns()[static_cast<std::size_t>(i)];
+        const EqualizerPattern now = pattern(i);
+        factory.items.push_back(MenuCommand(
+            first.name + "(&" + std::to_string(i + 1) + ")", [this, i] { menuPatFactory_Click(i); },
+            now.name != first.name || now.gains != first.gains));
+    }
+    factory.items.push_back(MenuSeparator());
+    factory.items.push_back(MenuCommand("すべて(&A)", [this] { menuPatFactory_Click(kPresets); }));
+    menuPat.items.push_back(std::move(factory));
     const Rect button = Command2.bounds();
     popup(menuPat, {button.left, button.bottom()});
 }
 
 void FormGra::menuPatName_Click(int index) {
-    const auto answer = dialogs_.inputText("登録するパターンの名前を入力してください", geLabel[index].caption(), caption());
+    const auto answer =
+        dialogs_.inputText("登録するパターンの名前を入力してください", geLabel[index].caption(), caption());
     if (!answer) return;
-    // In the settings file a comma ends the name.
-    const std::string name(TrimBlanks(CutUtf16Units(TrimAtNull(ReplaceAll(*answer, ",", "、")), kNameUnits)));
-    if (!name.empty()) geLabel[index].setCaption(name);
-    std::ranges::copy(gains_, state_.EqPresetTable[static_cast<std::size_t>(index)].begin());
+    setPattern(index, {PatternName(*answer), gains_});
+    markPreset();
+}
+
+void FormGra::menuPatSave_Click(int index) {
+    const EqualizerPattern kept = pattern(index);
+    const auto path = dialogs_.saveFile(PatternDialog("パターンの保存", kept.name));
+    if (path && !files_.write(*path, WritePatternFile(kept)))
+        dialogs_.message("パターンを保存できませんでした。\r保存先に書き込めるかを確かめてください",
+                         MessageIcon::Warning, caption());
+}
+
+void FormGra::menuPatLoad_Click(int index) {
+    const auto path = dialogs_.openFile(PatternDialog("パターンの読み込み"));
+    if (!path) return;
+    const auto bytes = files_.read(*path, kLargestFile);
+    const auto read = bytes ? ReadPatternFile(*bytes) : std::nullopt;
+    if (!read) return dialogs_.message("イコライザのパターンのファイルではありません", MessageIcon::Warning, caption());
+    setPattern(index, *read);
+    deselectPresets();
+    geOption[index].setValue(true);
+}
+
+void FormGra::menuPatFactory_Click(int index) {
+    const auto factory = FactoryPatterns();
+    const bool all = index == kPresets;
+    const std::string question = all ? "5つのパターンをすべて初期設定に戻しますか？"
+                                     : "「" + geLabel[index].caption() + "」を初期設定の「" +
+                                           factory[static_cast<std::size_t>(index)].name + "」に戻しますか？";
+    if (!dialogs_.confirmLoss(question, caption())) return;
+    for (int i = all ? 0 : index; i <= (all ? kPresets - 1 : index); ++i)
+        setPattern(i, factory[static_cast<std::size_t>(i)]);
+    deselectPresets();
+    markPreset();
 }
 
 void FormGra::deselectPresets() {

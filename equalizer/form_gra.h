@@ -8,12 +8,14 @@
 #include <string>
 
 #include "equalizer/curve.h"
+#include "equalizer/presets.h"
 #include "forms/control_array.h"
 #include "forms/form.h"
 
 namespace quenlox {
 
 class Dialogs;
+class FileSystem;
 class Random;
 class Vbmp3;
 struct GlobalState;
@@ -23,7 +25,7 @@ class FormGra : public Form {
     static constexpr int kBands = static_cast<int>(kEqualizerBands);
     static constexpr int kPresets = 5;
 
-    FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random);
+    FormGra(GlobalState& state, Vbmp3& vbmp3, Dialogs& dialogs, Random& random, FileSystem& files);
 
     CheckBox Check4{*this, "Check4"};             // the equalizer is on
     PictureBox geLine{*this, "geLine"};           // the curve through the knobs
@@ -31,13 +33,14 @@ class FormGra : public Form {
     ControlArray<ScrollBar> VScroll;              // 0 to 9: -12 (top, +12 dB) to 12
     ControlArray<Label> geBand;                   // captions of the bands
     ControlArray<Label> geScale;                  // 0 to 2: +12 dB, 0 dB, -12 dB
+    ControlArray<Label> geUnit;                   // 0 of the values, 1 of the bands
     ControlArray<OptionButton> geOption;          // presets 0 to 4
     ControlArray<Label> geLabel;                  // their names; the buttons show them
     Frame Frame1{*this, "Frame1"};                // around the presets
     CommandButton Command23{*this, "Command23"};  // random
     CommandButton Command2{*this, "Command2"};    // pattern menu
     CommandButton Command1{*this, "Command1"};    // close
-    Menu menuPat{"menuPat", {}};                  // items menuPatName(0) to (4)
+    Menu menuPat{"menuPat", {}};                  // items menuPatName(0) to (4), and what else there is to patterns
 
     // Keys that this window leaves to the main window.
     std::function<void(int key, int shift)> onKeyDown;
@@ -46,12 +49,17 @@ class FormGra : public Form {
     // Position of a slider for a gain in tenths of a decibel: whole decibels, halves to the even one, upwards negative.
     static int sliderOf(int gain) { return RoundHalfToEven(gain / -10.0); }
     // Gains in tenths of a decibel, band 60 Hz first.
-    const std::array<std::int32_t, kBands>& gains() const { return gains_; }
+    const EqualizerGains& gains() const { return gains_; }
+    // The same in the whole decibels of the sliders.
+    EqualizerGains sliderGains() const;
+    void restore(const EqualizerGains& gains);  // sets them without telling the library
+    void markPreset();                          // chooses the preset that has the same, likewise
 
     void Check4_Click();
     void VScroll_Change(int index);
     void VScroll_Scroll(int index);
-    void VScroll_DblClick(int index);  // back to 0 dB
+    void VScroll_DblClick(int index);              // back to 0 dB
+    void VScroll_FineStep(int index, int tenths);  // the slider stays at the nearest decibel
     void geOption_Click(int index);
     void geLabel_MouseDown(int index);
     void Command23_Click();
@@ -59,6 +67,9 @@ class FormGra : public Form {
     void Command1_Click();
     // Keeps the gains of the sliders as that pattern, under a name that the user is asked for.
     void menuPatName_Click(int index);
+    void menuPatSave_Click(int index);     // into a file
+    void menuPatLoad_Click(int index);     // from a file, in place of that pattern
+    void menuPatFactory_Click(int index);  // what it was on a fresh start; kPresets: all
 
     Layout layout() override;
     void Form_Unload(bool& cancel) override;
@@ -79,18 +90,23 @@ class FormGra : public Form {
     };
     CurvePlace curvePlace() const;
     void drawCurve();
-    void setSliders(const std::function<int(int band)>& position);
-    void apply(const std::array<std::int32_t, kBands>* gains);
+    void setGains(const EqualizerGains& gains);
+    void apply(const EqualizerGains* gains);
+    EqualizerPattern pattern(int index) const;
+    void setPattern(int index, const EqualizerPattern& pattern);
+    MenuItem patternMenu(std::string caption, void (FormGra::*act)(int)) const;
     void deselectPresets();
 
     GlobalState& state_;
     Vbmp3& vbmp3_;
     Dialogs& dialogs_;
     Random& random_;
-    std::array<std::int32_t, kBands> gains_{};
+    FileSystem& files_;
+    EqualizerGains gains_{};
     int draggedBand_ = -1;    // whose knob the mouse holds in the picture
     int lastBand_ = -1;       // whose it held last
-    bool movingAll_ = false;  // the program moves several sliders: one apply step follows for all of them
+    bool movingAll_ = false;  // the program moves sliders: it sets the gains itself, and one apply step follows
+    bool marking_ = false;    // a preset is shown to be in force
 };
 
 }  // namespace quenlox

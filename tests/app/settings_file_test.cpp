@@ -64,7 +64,7 @@ struct Program {
     Playlists lists{state, options, files, vbmp3, random};
     FakeFileManager fileManager;
     FormList list{state, options, lists, files, dialogs, fileManager};
-    FormGra gra{state, vbmp3, dialogs, random};
+    FormGra gra{state, vbmp3, dialogs, random, files};
     FakeTextPainter painter;
     FormLyrics lyrics{state, options, painter};
     FormTag tag{state, options, vbmp3, files, dialogs};
@@ -104,6 +104,7 @@ constexpr const char* kFreshFile =
     "[Equalizer]\r\nX=0\r\nY=0\r\n0Eq=FLAT,0,0,0,0,0,0,0,0,0,0\r\n1Eq=ROCK,20,50,0,-20,30,10,-20,50,30,10\r\n"
     "2Eq=POPS,-30,0,40,0,0,-30,60,40,0,-30\r\n3Eq=LIGHT,-20,-40,0,0,-20,40,50,10,40,20\r\n"
     "4Eq=BGM,-70,-20,-30,40,-20,30,-30,0,-50,-70\r\n5Eq=Custom,0,0,0,0,0,0,0,0,0,0\r\nEqMode=0\r\n"
+    "Fine=0,0,0,0,0,0,0,0,0,0\r\n"
     "[Tag]\r\nX=0\r\nY=0\r\n";
 
 TEST(SettingsFile, AFreshStartHasTheDefaultsAndWritesEveryKeyInOrder) {
@@ -136,6 +137,8 @@ TEST(SettingsFile, WhatIsWrittenIsReadBackAndWrittenTheSame) {
                 changed.set(
                     section, key,
                     (key == "5Eq" ? "Custom" : "名" + key) + std::string(",10,20,-30,40,-50,60,70,-80,90,-120"));
+            } else if (key == "Fine") {
+                changed.set(section, key, "1,-2,3,0,0,4,0,0,0,0");
             } else if (value == "0" || value == "1") {
                 changed.set(section, key, value == "0" ? "1" : "0");
             } else if (!value.empty() && value.find_first_not_of("0123456789") == std::string::npos) {
@@ -162,7 +165,7 @@ TEST(SettingsFile, WhatIsWrittenIsReadBackAndWrittenTheSame) {
     second.settings.LoadSettings();
     EXPECT_EQ(second.state.PlayMode, kRepeat);
     EXPECT_EQ(second.list.columnWidths(0), (std::array{201, 202, 203, 0, 205}));
-    EXPECT_EQ(second.gra.gains(), (std::array{10, 20, -30, 40, -50, 60, 70, -80, 90, -120}));
+    EXPECT_EQ(second.gra.gains(), (std::array{11, 18, -27, 40, -50, 64, 70, -80, 90, -120}));
     EXPECT_EQ(second.vbmp3.count("equalizer"), 1);
     second.settings.SaveSettings();
     EXPECT_EQ(DecodeText(files.bytesOf(kPath)), DecodeText(changed.serialise()));
@@ -196,6 +199,7 @@ TEST(SettingsFile, StoredValuesAreTakenAsTheRulesOfEachKeySay) {
         {"Equalizer", "2Eq", " Mine ,1,2",
          "Mine,1,2,0,-20,30,10,-20,50,30,10"},  // short: the numbers of the preset before
         {"Equalizer", "5Eq", "x,15,-28,999,-999,25,0,0,0,0,0", "Custom,20,-30,120,-120,20,0,0,0,0,0"},
+        {"Equalizer", "Fine", "3,-2,9,x", "3,-2,5,0,0,0,0,0,0,0"},
         {"Lyrics", "Color", "0", "1"},  // nothing chosen yet: the first scheme
         {"Lyrics", "Color", "8", "8"},
         {"Lyrics", "Color", "99", "1"},

@@ -11,6 +11,7 @@
 #include "libraries/vbmp3/dsp/equalizer_curve.h"
 #include "state/global_state.h"
 #include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_random.h"
 #include "tests/fakes/fake_vbmp3.h"
 #include "tests/fakes/fake_window_system.h"
@@ -41,7 +42,8 @@ struct Equalizer {
     FakeDialogs dialogs;
     FakeRandom random;
     FakeWindowSystem windows;
-    FormGra form{state, vbmp3, dialogs, random};
+    FakeFileSystem files;
+    FormGra form{state, vbmp3, dialogs, random, files};
 };
 
 struct FormGraTest : testing::Test, Equalizer {};
@@ -124,6 +126,59 @@ TEST_F(FormGraTest, APatternOfTheMenuKeepsTheSlidersUnderItsName) {
         EXPECT_EQ(e.form.geLabel[1].caption(), c.name);
         EXPECT_EQ(e.state.EqPresetTable[1][0], c.gain);
     }
+}
+
+TEST_F(FormGraTest, TenthsOfADecibelAreSetByFineStepsAndKept) {
+    form.Check4.setValue(1);
+    form.VScroll[2].setValue(-2);
+    vbmp3.calls.clear();
+    for (int i = 0; i < 3; ++i) form.VScroll[2].onFineStep(1);
+    EXPECT_EQ(form.gains()[2], 23);
+    EXPECT_EQ(form.VScroll[2].value(), -2);
+    EXPECT_EQ(form.geValue[2].caption(), "+2.3");
+    EXPECT_EQ(vbmp3.calls.size(), 6u) << "each is heard once";
+    form.VScroll[9].onFineStep(-500);
+    EXPECT_EQ(form.gains()[9], -120);
+    form.VScroll[2].setValue(-3);
+    EXPECT_EQ(form.gains()[2], 30);
+    state.EqPresetTable[4] = {5, -5};
+    form.geOption[4].setValue(true);
+    EXPECT_EQ(form.geValue[1].caption(), "-0.5");
+    form.restore({20, 50, 0, -20, 30, 10, -20, 50, 30, 10});
+    vbmp3.calls.clear();
+    form.markPreset();
+    EXPECT_TRUE(form.geOption[1].value());
+    EXPECT_TRUE(vbmp3.calls.empty());
+}
+
+TEST_F(FormGraTest, PatternsAreGivenAwayInFilesAndTheFirstOnesCanBeHadBack) {
+    dialogs.fileAnswers = {"D:\\rock.qeq", "D:\\rock.qeq"};
+    form.menuPatSave_Click(1);
+    form.menuPatLoad_Click(0);
+    EXPECT_EQ(form.geLabel[0].caption(), "ROCK");
+    EXPECT_EQ(form.gains(), (Gains{20, 50, 0, -20, 30, 10, -20, 50, 30, 10}));
+    dialogs.confirms = {false, true, true};
+    form.menuPatFactory_Click(0);
+    EXPECT_EQ(form.geLabel[0].caption(), "ROCK");
+    form.menuPatFactory_Click(0);
+    EXPECT_EQ(form.geLabel[0].caption(), "FLAT");
+    EXPECT_EQ(state.EqPresetTable[0], Gains{});
+    form.menuPatFactory_Click(FormGra::kPresets);
+    EXPECT_EQ(state.EqPresetTable[4][0], -70);
+
+    for (const char* bytes :
+         {"", "[Equalizer]\nPattern=x,1,2,3", "[Equalizer]\nPattern=x,0,0,0,0,0,0,0,0,0,0,0",
+          "[Equalizer]\nPattern=x,0,0,0,0,0,0,0,0,0,121", "[Equalizer]\nPattern=,0,0,0,0,0,0,0,0,0,0",
+          "[Equalizer]\nPattern=x,0,0,0,0,0,0,0,0,0,1e1", "[Main]\nPattern=x,0,0,0,0,0,0,0,0,0,0"}) {
+        EXPECT_FALSE(ReadPatternFile(bytes)) << bytes;
+    }
+    for (const std::string& name : {std::string("夜、静か"), std::string("한글")})
+        EXPECT_EQ(ReadPatternFile(WritePatternFile({name, {-120, 120, 7}}))->name, name);
+    files.add("D:\\big.qeq", std::string(5000, 'x'));
+    dialogs.fileAnswers = {"D:\\big.qeq"};
+    form.menuPatLoad_Click(2);
+    EXPECT_EQ(dialogs.messages.size(), 1u);
+    EXPECT_EQ(form.geLabel[2].caption(), "POPS");
 }
 
 TEST_F(FormGraTest, TheUserOnlyHidesIt) {

@@ -91,6 +91,8 @@ def test_sliders_answer_to_keys_wheel_and_double_click_and_the_curve_to_the_mous
     s.driver.wheel(x, y, -2)
     s.wait_until(lambda: gains(window)[0] == 9, "two notches down")
     window.control("Static", "+9")
+    s.driver.keys("ctrl+up")
+    window.control("Static", "+9.1")
     s.driver.keys("home")
     s.driver.click(bars[0].x + bars[0].width // 2, bars[0].y + 10, count=2)
     s.wait_until(lambda: gains(window)[0] == 0, "a double click on the knob is 0 dB")
@@ -99,4 +101,27 @@ def test_sliders_answer_to_keys_wheel_and_double_click_and_the_curve_to_the_mous
     x = bars[4].x + bars[4].width // 2
     s.driver.drag(x, curve.y + curve.height // 2, x, curve.y + 3)
     s.wait_until(lambda: gains(window)[4] == 12, "the knob of the curve is dragged to the top")
+    player.end()
+
+
+def test_a_pattern_goes_into_a_file_into_another_place_and_the_first_one_comes_back(s):
+    player = Product(s, ini=f"{SETTINGS}5Eq=Custom,{','.join(str(int(g * 10)) for g in ROCK)}\n")
+    window = open_equalizer(player)
+    s.wait_until(window.control(title="ROCK").checked, "the preset in force is marked")
+    s.screenshot("equalizer", window)
+    file = s.material / "夜.qeq"
+    window.press("パターン登録")
+    s.driver.choose("ファイルに保存(S)", "BGM(5)")
+    s.file_dialog(file)
+    s.wait_until(file.exists, "the file")
+    window.press("パターン登録")
+    s.driver.choose("ファイルから読み込み(L)", "FLAT(1)")
+    s.file_dialog(file)
+    bgm = [-7, -2, -3, 4, -2, 3, -3, 0, -5, -7]
+    s.wait_equal(lambda: gains(window), bgm, "sliders")
+    window.press("パターン登録")
+    s.driver.choose("初期設定に戻す(R)", "FLAT(1)")
+    s.answer("「BGM」を初期設定の「FLAT」に戻しますか", button=6)
+    window.control(title="FLAT").click()
+    s.wait_equal(lambda: gains(window), [0] * 10, "sliders")
     player.end()
