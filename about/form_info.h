@@ -18,7 +18,9 @@ class FormInfo : public Form {
         std::string program, vbmp3, gogo;  // gogo empty: the encoder is not there
     };
 
-    FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell);
+    // `page` is the address of the program's page; without one the window has no button for it.
+    FormInfo(Dialogs& dialogs, FileSystem& files, Shell& shell, std::string page = Page());
+    static std::string Page();  // of this build
     void setVersions(const Versions& versions);
 
     Label LabelName{*this, "LabelName"};
@@ -27,10 +29,12 @@ class FormInfo : public Form {
     Label LabelGogo{*this, "LabelGogo"};
     Label LabelLicence{*this, "LabelLicence"};
     Label LabelLibraries{*this, "LabelLibraries"};
+    CommandButton CommandPage{*this, "CommandPage"};
     CommandButton CommandLicence{*this, "CommandLicence"};
     CommandButton CommandHelp{*this, "CommandHelp"};
     CommandButton CommandClose{*this, "CommandClose"};
 
+    void CommandPage_Click();
     void CommandLicence_Click();
     void CommandHelp_Click();
     void Form_Shown() override { moveToMiddleOnce(); }
@@ -43,6 +47,7 @@ class FormInfo : public Form {
     Dialogs& dialogs_;
     FileSystem& files_;
     Shell& shell_;
+    std::string page_;
 };
 
 }  // namespace quenlox

@@ -25,7 +25,7 @@ export LC_ALL=C TZ=UTC
 
 tools/setup.sh
 mkdir -p build
-logged build/packages-configure.log cmake --preset win64
+logged build/packages-configure.log cmake --preset win64 -DQUENLOX_HOME="$QUENLOX_HOME"
 { read -r version; read -r commit; read -r SOURCE_DATE_EPOCH; } <build/win64/version.txt
 export SOURCE_DATE_EPOCH
 logged build/packages-build.log nice cmake --build --preset stage

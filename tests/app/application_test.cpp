@@ -388,6 +388,11 @@ TEST_F(ApplicationTest, TheAboutWindowNamesTheVersionsAndOpensLicencesAndGuideOr
     about.setVersions({"", "", ""});
     EXPECT_EQ(about.LabelGogo.caption(), "gogo.dll  見つかりません");
     EXPECT_FALSE(about.unload() || about.visible());
+    FormInfo linked(dialogs, files, shell, "https://example.invalid/");
+    linked.CommandPage.click();
+    EXPECT_EQ(shell.opened.back(), "https://example.invalid/");
+    EXPECT_EQ(linked.CommandPage.visible(), true);
+    EXPECT_EQ(about.CommandPage.visible(), !FormInfo::Page().empty());
 }
 
 TEST_F(ApplicationTest, TheListLabelTellsWhatThereIs) {
