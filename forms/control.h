@@ -99,8 +99,16 @@ class Control {
 
 class Label : public Control {
   public:
+    // In an ordinary form; set before the form is realised.
+    enum class Shows {
+        Caption,  // "&" marks the access key of the control behind it
+        Text,     // of a file or of the user: "&" stands for itself
+        Path      // the same; where there is too little room the folders make way, not the name of the file
+    };
+
     using Control::Control;
-    bool centred = false;  // the text, in an ordinary form; set before the form is realised
+    Shows shows = Shows::Caption;
+    bool centred = false;
     std::function<void()> onClick;
 };
 

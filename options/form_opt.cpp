@@ -163,7 +163,7 @@ void FormOpt::chooseFont() {
 void FormOpt::showFontSample() { LabelFontSample.setFont({options_->LyricsFont, kSamplePoints, options_->LyricsBold}); }
 
 void FormOpt::CommandDefaults_Click() {
-    if (!services_.dialogs || !services_.dialogs->confirm("すべてのオプションを初期設定に戻しますか？")) return;
+    if (!services_.dialogs || !services_.dialogs->confirmLoss("すべてのオプションを初期設定に戻しますか？")) return;
     settleTexts();  // or half a text would outlive it
     options_.assign({});
 }

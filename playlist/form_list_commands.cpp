@@ -297,7 +297,7 @@ void FormList::menuSave_Click() {
     // The dialog has asked about the name as it was typed.
     const std::string name = Playlists::ExportName(*path);
     if (name != *path && files_.fileExists(name) &&
-        !dialogs_.confirm(FileNameOf(name) + " は既にあります。\n上書きしますか？"))
+        !dialogs_.confirmLoss(FileNameOf(name) + " は既にあります。\n上書きしますか？"))
         return;
     const int list = folderShown() ? kFolderList : state_.ListNo;
     if (!lists_.ExportM3U(list, *path))

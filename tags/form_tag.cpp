@@ -42,6 +42,8 @@ void FormTag::makeControls() {
         LabelField[i].setCaption(std::string(kFieldCaptions[i]) + "(&" + kFieldKeys[i] + ")");
         fields.push_back({kFieldCaptions[i], static_cast<int>(i)});
     }
+    LabelFile.shows = Label::Shows::Path;
+    LabelState.shows = Label::Shows::Text;
     TabView.setCaption("タグの種類");
     LabelApply.setCaption("項目(&F)");
     ComboField.setItems(std::move(fields));

@@ -208,9 +208,9 @@ void FormTag::cmdApply_Click() {
     if (selected.empty() || ComboField.listIndex() < 0) return;
     const auto field = static_cast<Field>(ComboField.listIndex());
     const std::string value = text(field);
-    if (!dialogs_.confirm("選択した" + std::to_string(selected.size()) + "曲の「" + ComboField.text() + "」を「" +
-                              value + "」にします。よろしいですか？",
-                          caption())) {
+    if (!dialogs_.confirmLoss("選択した" + std::to_string(selected.size()) + "曲の「" + ComboField.text() + "」を「" +
+                                  value + "」にします。よろしいですか？",
+                              caption())) {
         return;
     }
     const TrackTexts shown = fieldsShown();

@@ -12,10 +12,7 @@ namespace {
 class NativeLabel : public NativeControl {
   public:
     NativeLabel(ControlHost& host, Label& label)
-        : NativeControl(host, label,
-                        {WC_STATICW,
-                         static_cast<DWORD>((label.centred ? SS_CENTER : SS_LEFT) | (label.onClick ? SS_NOTIFY : 0))}),
-          label_(label) {}
+        : NativeControl(host, label, {WC_STATICW, StyleOf(label)}), label_(label) {}
     Size wish() const override {
         const Size text = textSize(Wide(label_.caption()));
         return {text.width + 2, std::max(text.height, vertical(8))};
@@ -26,6 +23,14 @@ class NativeLabel : public NativeControl {
     bool isTransparent() const override { return true; }
 
   private:
+    // Only one that wants to be notified is found under the pointer, by a tip too.
+    static DWORD StyleOf(const Label& label) {
+        DWORD style = SS_NOTIFY | (label.centred ? SS_CENTER : SS_LEFT);
+        if (label.shows != Label::Shows::Caption) style |= SS_NOPREFIX;
+        if (label.shows == Label::Shows::Path) style |= SS_PATHELLIPSIS;
+        return style;
+    }
+
     Label& label_;
 };
 
