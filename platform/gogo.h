@@ -1,6 +1,7 @@
 // gogo.dll as the program sees it. Loaded at run time; without it the converter does without encoding, and every
 // operation fails with NotInitialised. An encode is made on a thread of its own, from MPGE_initializeWorkVB to
-// MPGE_endCoderVB; available() and version() are asked on the user-interface thread. Nothing throws.
+// MPGE_endCoderVB, and other threads may encode at the same time; available() and version() are asked on the
+// user-interface thread. Nothing throws.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +20,8 @@ enum class GogoItem : std::int32_t {
     BitRate = 4,      // kbit/s, 8 to 320; with VBR the least
     Frequency = 6,    // Hz, one of the nine of MPEG audio
     Frames = 15,      // of the whole run; only to be asked, while one is open
-    VbrQuality = 18   // 0 best to 9 smallest, -1 none
+    VbrQuality = 18,  // 0 best to 9 smallest, -1 none
+    Cores = 32        // processor cores that the encode uses at most, 0 all
 };
 
 struct GogoFrame {

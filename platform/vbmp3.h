@@ -160,7 +160,13 @@ class Vbmp3 {
     virtual void vbmp3_encodeStop() = 0;  // none runs: does nothing
     virtual JobReport vbmp3_getEncodeState() = 0;
 
-    // Tags of files that are not open: Locked on Windows else. `kinds` is a mask of TagBit.
+    // The same as decodeWave, on the calling thread, which may be any; several may go on at once, beside a job too.
+    // Uses up to `cores` processors (0: as many as decodeWave). `progress` is called there with the done part, 0 to 1;
+    // when it gives false, the decode ends with Other. Only what holds MPEG audio: Format else.
+    virtual LibraryError vbmp3_decodeFile(const std::string& source, const std::string& destination, int cores,
+                                          const std::function<bool(double done)>& progress) = 0;
+
+    // Tags of files that are not open: Locked on Windows else. Any thread. `kinds` is a mask of TagBit.
     // The texts of one kind, or with 0 those that vbmp3_getFileInfo shows. Neither texts nor an error: it has no such
     // tag.
     virtual LibraryResult<TrackTexts> vbmp3_readTag(const std::string& path, int kind) = 0;

@@ -1,7 +1,9 @@
-// The C interface over one work area.
+// The C interface over one work area for each thread.
 #include <cstdio>
 #include <limits>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <thread>
 
@@ -19,12 +21,40 @@ struct Work {
     int64_t frames = 0;
 };
 
-// Never destroyed: at the end of a process its threads are gone before the library is told, and there is nothing to
-// wait for.
-std::unique_ptr<Work>& WorkArea() {
-    static auto* const instance = new std::unique_ptr<Work>;
-    return *instance;
-}
+// The work areas by their threads, which alone use them. Never destroyed: at the end of a process its threads are gone
+// before the library is told, and there is nothing to wait for.
+class WorkAreas {
+  public:
+    static WorkAreas& all() {
+        static auto* const instance = new WorkAreas;
+        return *instance;
+    }
+    // Of this thread; null: it has none.
+    Work* mine() {
+        const std::lock_guard lock(mutex_);
+        const auto found = areas_.find(std::this_thread::get_id());
+        return found == areas_.end() ? nullptr : found->second.get();
+    }
+    bool make() {
+        const std::lock_guard lock(mutex_);
+        std::unique_ptr<Work>& area = areas_[std::this_thread::get_id()];
+        if (area) return false;
+        area = std::make_unique<Work>();
+        return true;
+    }
+    void end() {
+        std::unique_ptr<Work> area;  // ended outside the lock: its threads are waited for
+        const std::lock_guard lock(mutex_);
+        const auto found = areas_.find(std::this_thread::get_id());
+        if (found == areas_.end()) return;
+        area = std::move(found->second);
+        areas_.erase(found);
+    }
+
+  private:
+    std::mutex mutex_;
+    std::map<std::thread::id, std::unique_ptr<Work>> areas_;
+};
 
 template <class Body>
 int32_t Guarded(Body body) noexcept {
@@ -37,7 +67,10 @@ int32_t Guarded(Body body) noexcept {
 
 template <class Body>
 int32_t WithWork(Body body) noexcept {
-    return Guarded([&]() -> int32_t { return WorkArea() ? body(*WorkArea()) : int32_t{GOGO_ERROR_STATE}; });
+    return Guarded([&]() -> int32_t {
+        Work* const area = WorkAreas::all().mine();
+        return area ? body(*area) : int32_t{GOGO_ERROR_STATE};
+    });
 }
 
 bool IsFrequency(int value) {
@@ -71,6 +104,10 @@ int32_t Set(Settings& settings, int32_t item, int32_t value, const char* text) {
             if (value < -1 || value > 9) return GOGO_ERROR_ARGUMENT;
             settings.vbrQuality = value;
             return GOGO_OK;
+        case GOGO_ITEM_CORES:
+            if (value < 0 || value > Coder::kMostThreads) return GOGO_ERROR_ARGUMENT;
+            settings.cores = value;
+            return GOGO_OK;
         default: return GOGO_ERROR_ARGUMENT;
     }
 }
@@ -81,6 +118,7 @@ int32_t Get(const Work& self, int32_t item, int32_t& value) {
         case GOGO_ITEM_BIT_RATE: value = self.coder ? self.coder->bitRate() : self.settings.bitRate; return GOGO_OK;
         case GOGO_ITEM_FREQUENCY: value = self.settings.frequency; return GOGO_OK;
         case GOGO_ITEM_VBR_QUALITY: value = self.settings.vbrQuality; return GOGO_OK;
+        case GOGO_ITEM_CORES: value = self.settings.cores; return GOGO_OK;
         case GOGO_ITEM_FRAMES:
             value = static_cast<int32_t>(std::min<int64_t>(self.frames, INT32_MAX));
             return self.frames > 0 ? GOGO_OK : GOGO_ERROR_STATE;
@@ -100,11 +138,7 @@ int32_t MPGE_getUnitStatesVB(int32_t* state) {
 }
 
 int32_t MPGE_initializeWorkVB(void) {
-    return Guarded([]() -> int32_t {
-        if (WorkArea()) return GOGO_ERROR_STATE;
-        WorkArea() = std::make_unique<Work>();
-        return GOGO_OK;
-    });
+    return Guarded([]() -> int32_t { return WorkAreas::all().make() ? int32_t{GOGO_OK} : int32_t{GOGO_ERROR_STATE}; });
 }
 
 int32_t MPGE_setConfigureVB(int32_t item, int32_t value, const char* text) {
@@ -117,7 +151,7 @@ int32_t MPGE_detectConfigureVB(void) {
     return WithWork([](Work& self) -> int32_t {
         if (self.coder) return GOGO_ERROR_STATE;
         Error error = Error::None;
-        self.coder = Coder::open(self.settings, 0, error);
+        self.coder = Coder::open(self.settings, self.settings.cores, error);
         self.frames = self.coder ? self.coder->frames() : 0;
         return static_cast<int32_t>(error);
     });
@@ -148,7 +182,7 @@ int32_t MPGE_closeCoderVB(void) {
 
 int32_t MPGE_endCoderVB(void) {
     return Guarded([]() -> int32_t {
-        WorkArea().reset();
+        WorkAreas::all().end();
         return GOGO_OK;
     });
 }

@@ -8,8 +8,6 @@
 namespace gogo {
 namespace {
 
-constexpr int kMostThreads = 64;
-
 // Keeps the last `count` samples.
 void KeepEnd(Pcm& pcm, size_t count) {
     for (std::vector<float>* side : {&pcm.left, &pcm.right}) {

@@ -20,6 +20,7 @@ namespace gogo {
 
 class Coder {
   public:
+    static constexpr int kMostThreads = 64;
     // Null when source, destination or settings do not do; `error` tells which. `threads` 0: one for each core.
     static std::unique_ptr<Coder> open(const Settings& settings, int threads, Error& error);
     ~Coder();  // before the end: removes what was written

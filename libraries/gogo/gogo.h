@@ -1,12 +1,13 @@
 // The C interface of gogo.dll: encodes one WAVE file into one MP3 file, frame by frame, with LAME.
 //
 // A run is MPGE_initializeWorkVB, any MPGE_setConfigureVB, MPGE_detectConfigureVB, MPGE_processFrameVB until it gives
-// GOGO_FINISHED, MPGE_closeCoderVB, MPGE_endCoderVB. There is one work area; all calls of a run come from one thread,
-// another run may have another. MPGE_getUnitStatesVB and MPGE_getVersionVB may be called on any thread and at any time.
+// GOGO_FINISHED, MPGE_closeCoderVB, MPGE_endCoderVB. Every thread has a work area of its own: all calls of a run come
+// from one thread, which ends its work area before it ends itself, and several threads may encode at the same time.
+// MPGE_getUnitStatesVB and MPGE_getVersionVB may be called on any thread and at any time.
 // Texts are UTF-8. Every call returns GOGO_OK or an error, unless it says otherwise; without a work area that is
 // GOGO_ERROR_STATE. An error of MPGE_setConfigureVB changes nothing. No exception leaves the library.
 //
-// The library encodes on all processor cores, ahead of the frames that are asked for. The destination appears, or is
+// A run encodes on several processor cores, ahead of the frames that are asked for. The destination appears, or is
 // replaced, only with the last frame; a run that is closed before, or that fails, leaves what was there before.
 #pragma once
 
@@ -53,13 +54,14 @@ enum {
     GOGO_ITEM_FREQUENCY   = 6,   // Hz of the output, one of the nine of MPEG audio: 8000, 11025, 12000, 16000, 22050,
                                  // 24000, 32000, 44100 (default), 48000
     GOGO_ITEM_FRAMES      = 15,  // get only, after MPGE_detectConfigureVB: number of MPEG frames of the whole run
-    GOGO_ITEM_VBR_QUALITY = 18   // 0 best to 9 smallest; -1, the default, is a constant bit rate
+    GOGO_ITEM_VBR_QUALITY = 18,  // 0 best to 9 smallest; -1, the default, is a constant bit rate
+    GOGO_ITEM_CORES       = 32   // processor cores that the run uses at most, 1 to 64; 0, the default: all of them
 };
 // clang-format on
 
 // Number of processor cores that an encode uses, at least 1, into `state`.
 GOGO_API int32_t MPGE_getUnitStatesVB(int32_t* state);
-// Makes the work area, with the defaults; GOGO_ERROR_STATE when there is one already.
+// Makes the thread's work area, with the defaults; GOGO_ERROR_STATE when it has one already.
 GOGO_API int32_t MPGE_initializeWorkVB(void);
 // `text` counts for items 1 and 2, and must not be empty; `value` for the others: one that is out of the item's range
 // is GOGO_ERROR_ARGUMENT. GOGO_ERROR_STATE between MPGE_detectConfigureVB and MPGE_closeCoderVB. Of several settings of

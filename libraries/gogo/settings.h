@@ -29,6 +29,7 @@ struct Settings {
     int bitRate = 128;      // kbit/s; the least one with VBR
     int frequency = 44100;  // Hz
     int vbrQuality = -1;    // 0 to 9, -1 constant bit rate
+    int cores = 0;          // at most; 0 all
 };
 
 }  // namespace gogo

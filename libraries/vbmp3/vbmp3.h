@@ -18,12 +18,12 @@
 // Before vbmp3_init, and after vbmp3_free, every call that plays, asks what plays, runs a job or keeps lyrics gives 0,
 // or does nothing, with VBMP3_ERROR_NOT_INITIALISED. These need no vbmp3_init: vbmp3_getLastErrorNo, vbmp3_getVersion,
 // vbmp3_getFileType, vbmp3_getFileInfo, vbmp3_getGenre, vbmp3_readTag, vbmp3_readTagTexts, vbmp3_writeTag,
-// vbmp3_writeTagTexts, vbmp3_removeTag, vbmp3_convertToRmp, vbmp3_convertToMp3.
+// vbmp3_writeTagTexts, vbmp3_removeTag, vbmp3_convertToRmp, vbmp3_convertToMp3, vbmp3_decodeFile.
 //
 // Threads. All calls are made from one thread, the caller's, save these: vbmp3_open may be called on another thread,
 // and the caller's goes on calling everything else meanwhile; those that need no vbmp3_init may be called on any, as
 // long as no two of them write one file. The number of the last error is kept for each thread by itself. The library's
-// own threads never call back, save for the listener, which says so.
+// own threads never call back, save for the listener, which says so; vbmp3_decodeFile calls back on its caller's.
 //
 // Files that do not answer (a share or a disk that has gone). Calls that name a file wait for it, save
 // vbmp3_setNextFile; of the others none does. What hangs in a file is left behind with a thread of the library, and the
@@ -74,6 +74,7 @@ enum {
     VBMP3_ERROR_TAG             = 12,  // a tag that cannot be edited without losing what it holds, or too large with it
     VBMP3_ERROR_NOT_INITIALISED = 13,  // before vbmp3_init or after vbmp3_free
     VBMP3_ERROR_SIZE            = 14,  // the caller's buffer is too small; the call has told which size it needs
+    VBMP3_ERROR_CANCELLED       = 15,  // vbmp3_decodeFile: given up by its caller
     VBMP3_ERROR_DEVICE_BUSY     = 25   // the sound device is in use
 };
 // clang-format on
@@ -288,6 +289,15 @@ VBMP3_API int32_t vbmp3_encodeStop(void);
 // vbmp3_encodeStop. `permille` (may be null) gets 0 to 1000.
 VBMP3_API int32_t vbmp3_getEncodeState(int32_t* permille);
 
+// Called now and then with what is done, 0 to 1000 permille; 0 gives the work up.
+typedef int32_t (*vbmp3_Progress)(int32_t permille, void* context);
+// The same as vbmp3_decodeWave for a file that holds MPEG audio, on the calling thread: any thread, any number at once,
+// before vbmp3_init too. Uses up to `threads` processors, 0: as many as vbmp3_decodeWave. `progress` (may be null) is
+// called on the calling thread; when it gives the work up, the result is 0 with VBMP3_ERROR_CANCELLED, and what stood
+// at the destination before stands there still. Since 1.1.0.
+VBMP3_API int32_t vbmp3_decodeFile(const char* source, const char* destination, int32_t threads,
+                                   vbmp3_Progress progress, void* context);
+
 // Tag editing. Writing goes into a new file that takes the place of the old one in one step: a failure leaves the file
 // as it was. What is not edited (pictures, unknown frames, lyrics, a field that is handed back as it was read) is kept.
 // One that is open, in this library too, may give VBMP3_ERROR_LOCKED: vbmp3_close first.
@@ -372,6 +382,7 @@ VBMP3_API int32_t vbmp3_countTagExtras(const char* path, int32_t kind, int32_t* 
     F(vbmp3_getLyrics2) F(vbmp3_getLyricsText) F(vbmp3_clearLyrics) F(vbmp3_setKaraokeUse)                      \
     F(vbmp3_setNotTagLyricsLine) F(vbmp3_useAtMarkTag) F(vbmp3_setSeekPlay) F(vbmp3_setLyricsShift)             \
     F(vbmp3_decodeWave) F(vbmp3_playDecodeWave) F(vbmp3_encodeOpen) F(vbmp3_encodeStart) F(vbmp3_encodeStop)    \
+    F(vbmp3_decodeFile)                                                                                         \
     F(vbmp3_getEncodeState)                                                                                     \
     F(vbmp3_readTag) F(vbmp3_readTagTexts) F(vbmp3_writeTag) F(vbmp3_writeTagTexts) F(vbmp3_removeTag)          \
     F(vbmp3_convertToRmp) F(vbmp3_convertToMp3) F(vbmp3_countTagExtras)

@@ -173,6 +173,12 @@ class FakeVbmp3 : public Vbmp3 {
     void vbmp3_encodeStop() override { calls.push_back("encodeStop"); }
     JobReport vbmp3_getEncodeState() override { return job; }
 
+    std::function<LibraryError(const std::string&, const std::function<bool(double)>&)> decoding;  // on its thread
+    LibraryError vbmp3_decodeFile(const std::string& from, const std::string&, int,
+                                  const std::function<bool(double done)>& progress) override {
+        return decoding ? decoding(from, progress) : LibraryError::None;
+    }
+
     LibraryResult<TrackTexts> vbmp3_readTag(const std::string& path, int kind) override {
         const auto found = tags.find({path, kind});
         if (found == tags.end()) return LibraryError::None;

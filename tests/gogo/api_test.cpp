@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "libraries/gogo/gogo.h"
 #include "tests/gogo/support.h"
 
@@ -36,6 +38,26 @@ TEST_F(Api, AWholeRunGivesTheFileWithItsLastFrame) {
     }
 }
 
+TEST_F(Api, ThreadsEncodeSideBySideToTheSameBytesOnAnyNumberOfCores) {
+    const std::string source = dir.write("a.wav", Wave(Music(44100, 2, 44100 * 40), 44100, 2));
+    const auto encode = [&](int cores) {
+        EXPECT_EQ(MPGE_initializeWorkVB(), GOGO_OK);
+        MPGE_setConfigureVB(1, 0, source.c_str());
+        MPGE_setConfigureVB(2, 0, dir.path(std::to_string(cores)).c_str());
+        EXPECT_EQ(MPGE_setConfigureVB(GOGO_ITEM_CORES, cores, nullptr), GOGO_OK);
+        EXPECT_EQ(MPGE_detectConfigureVB(), GOGO_OK);
+        while (MPGE_processFrameVB() == GOGO_OK) {
+        }
+        MPGE_endCoderVB();
+    };
+    std::vector<std::thread> threads;
+    for (int cores = 0; cores < 3; ++cores) threads.emplace_back(encode, cores);
+    for (std::thread& thread : threads) thread.join();
+    const auto bytes = ReadBytes(dir.path("0"));
+    EXPECT_GT(bytes.size(), 600000u);
+    EXPECT_TRUE(bytes == ReadBytes(dir.path("1")) && bytes == ReadBytes(dir.path("2")));
+}
+
 TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors) {
     int32_t value = 0;
     EXPECT_EQ(MPGE_setConfigureVB(4, 128, nullptr), GOGO_ERROR_STATE);
@@ -53,7 +75,7 @@ TEST_F(Api, CallsOutOfOrderAndWrongValuesAreErrors) {
         const char* text;
     } wrong[] = {{1, 0, nullptr},   {2, 0, ""},        {3, 3, nullptr},     {3, -1, nullptr},
                  {4, 7, nullptr},   {4, 321, nullptr}, {6, 44000, nullptr}, {15, 1, nullptr},
-                 {18, 10, nullptr}, {18, -2, nullptr}, {99, 0, nullptr}};
+                 {18, 10, nullptr}, {18, -2, nullptr}, {32, 65, nullptr},   {99, 0, nullptr}};
     for (const auto& w : wrong)
         EXPECT_EQ(MPGE_setConfigureVB(w.item, w.value, w.text), GOGO_ERROR_ARGUMENT) << w.item << " " << w.value;
     EXPECT_EQ(MPGE_getConfigureVB(4, nullptr), GOGO_ERROR_ARGUMENT);

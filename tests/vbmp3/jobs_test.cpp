@@ -175,6 +175,23 @@ TEST_F(JobsOfTheInterface, WhatIsPlayedIsWrittenUnlessStoppedBeforeItsEnd) {
     EXPECT_EQ(SamplesOf(ReadBytes(target_)), ToInt16(ReadAll(*OpenBytes(ReadBytes(source_)))));
 }
 
+TEST_F(DecodingJob, OnTheCallersThreadItTellsWhatIsDoneUntilItIsGivenUp) {
+    const std::string in = dir_.write("in.mp3", Mp3File(44100, 2, ToneOf(44100, 2, 3000000)));
+    const auto progress = [](int32_t permille, void* limit) { return int32_t{permille < *static_cast<int*>(limit)}; };
+    const struct {
+        std::string source;
+        int limit, error;
+    } cases[] = {{in, 300, VBMP3_ERROR_CANCELLED},
+                 {dir_.path("none"), 2000, VBMP3_ERROR_NOT_FOUND},
+                 {dir_.write("a.wav", WaveFile(44100, 2, ToneOf(44100, 2, 1000))), 2000, VBMP3_ERROR_FORMAT},
+                 {in, 2000, VBMP3_OK}};
+    for (auto c : cases) {
+        EXPECT_EQ(vbmp3_decodeFile(c.source.c_str(), out_.c_str(), 0, progress, &c.limit), c.error == VBMP3_OK);
+        EXPECT_EQ(vbmp3_getLastErrorNo(), c.error);
+        EXPECT_EQ(SamplesOf(ReadBytes(out_)).size(), c.error == VBMP3_OK ? 6000000u : 0u);
+    }
+}
+
 TEST_F(JobsOfTheInterface, EncodingSaysWhyItCannot) {
     EXPECT_EQ(vbmp3_encodeStart(target_.c_str()), 0);
     EXPECT_EQ(vbmp3_getLastErrorNo(), VBMP3_ERROR_NOT_OPEN);

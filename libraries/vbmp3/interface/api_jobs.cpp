@@ -11,6 +11,11 @@
 namespace vbmp3 {
 namespace {
 
+// More gain little: the file is written by one.
+constexpr unsigned kMostThreads = 4;
+
+int ThreadsOfDecode() { return static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, kMostThreads)); }
+
 // What can be said before a job begins, so that the caller hears of it at once.
 int Check(Library& self, const std::string& source, const std::string& destination) {
     if (destination.empty()) return VBMP3_ERROR_ARGUMENT;
@@ -69,8 +74,7 @@ int32_t vbmp3_decodeWave(const char* source, const char* destination) {
     return withLibrary<int32_t>(0, [&](Library& self) {
         const std::string from = TextOf(source), to = TextOf(destination);
         if (const int error = Check(self, from, to); error != VBMP3_OK) return Report(error);
-        const int threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 4u));
-        self.jobs.start([=](JobControl& control) { return DecodeToWave(from, to, threads, control); });
+        self.jobs.start([=](JobControl& control) { return DecodeToWave(from, to, ThreadsOfDecode(), control); });
         return Report(VBMP3_OK);
     });
 }
@@ -120,5 +124,16 @@ int32_t vbmp3_getEncodeState(int32_t* permille) {
         const Jobs::State state = self.jobs.state();
         if (state == Jobs::State::Failed) Report(self.jobs.error());
         return static_cast<int32_t>(state);
+    });
+}
+
+int32_t vbmp3_decodeFile(const char* source, const char* destination, int32_t threads, vbmp3_Progress progress,
+                         void* context) {
+    return Guarded<int32_t>(0, [&] {
+        const std::string to = TextOf(destination);
+        if (threads < 0 || to.empty()) return Report(VBMP3_ERROR_ARGUMENT);
+        const int most = ThreadsOfDecode();
+        const auto told = [=](int permille) { return progress == nullptr || progress(permille, context) != 0; };
+        return Report(DecodeHere(TextOf(source), to, threads == 0 ? most : std::min(threads, most), told));
     });
 }

@@ -211,4 +211,15 @@ int DecodeToWave(const std::string& sourcePath, const std::string& destination, 
     return outcome == Outcome::WriteFailed ? VBMP3_ERROR_WRITE : VBMP3_ERROR_FORMAT;
 }
 
+int DecodeHere(const std::string& source, const std::string& destination, int threads,
+               const std::function<bool(int permille)>& progress) {
+    const auto file = OpenFile(source);
+    if (!file) return VBMP3_ERROR_NOT_FOUND;
+    const auto info = Probe(*file, ScanFileLayout(*file));
+    if (!info || !info->mpeg) return VBMP3_ERROR_FORMAT;
+    JobControl control(progress);
+    const int error = DecodeToWave(source, destination, threads, control);
+    return error != VBMP3_OK && control.cancelled() ? VBMP3_ERROR_CANCELLED : error;
+}
+
 }  // namespace vbmp3

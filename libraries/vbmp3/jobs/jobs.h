@@ -17,13 +17,21 @@ namespace vbmp3 {
 // What a running job sees of the world.
 class JobControl {
   public:
+    JobControl() = default;
+    // `told` is called on the thread of the work; false cancels it.
+    explicit JobControl(std::function<bool(int permille)> told) : told_(std::move(told)) {}
+
     bool cancelled() const { return cancelled_; }
-    void progress(double part) { permille_ = static_cast<int>(part < 0 ? 0 : part > 1 ? 1000 : part * 1000); }
+    void progress(double part) {
+        permille_ = static_cast<int>(part < 0 ? 0 : part > 1 ? 1000 : part * 1000);
+        if (told_ && !told_(permille_)) cancelled_ = true;
+    }
 
   private:
     friend class Jobs;
     std::atomic<bool> cancelled_ = false;
     std::atomic<int> permille_ = 0;
+    std::function<bool(int permille)> told_;
 };
 
 class Jobs {
@@ -61,6 +69,11 @@ class Jobs {
 // `sectionFrames`: MPEG frames that a processor decodes in one go.
 int DecodeToWave(const std::string& source, const std::string& destination, int threads, JobControl& control,
                  int64_t sectionFrames = 1024);
+
+// The same on the calling thread, without a job: of a source with MPEG audio, VBMP3_ERROR_FORMAT else. `progress` is
+// called on this thread with 0 to 1000; when it gives false, the result is VBMP3_ERROR_CANCELLED.
+int DecodeHere(const std::string& source, const std::string& destination, int threads,
+               const std::function<bool(int permille)>& progress);
 
 // Encodes a WAVE file with the MP3 codec of the operating system, at the best rate it offers up to 320 kbit/s.
 // VBMP3_ERROR_NO_CODEC where there is none.

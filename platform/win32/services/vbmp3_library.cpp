@@ -244,6 +244,19 @@ class Vbmp3Library : public Vbmp3 {
         return report;
     }
 
+    LibraryError vbmp3_decodeFile(const std::string& source, const std::string& destination, int cores,
+                                  const std::function<bool(double done)>& progress) override {
+        const auto told = [](std::int32_t permille, void* context) -> std::int32_t {
+            try {
+                return (*static_cast<const std::function<bool(double done)>*>(context))(permille / 1000.0);
+            } catch (...) {
+                return 0;  // not through the library
+            }
+        };
+        void* const context = const_cast<std::function<bool(double done)>*>(&progress);
+        return result(dll_.vbmp3_decodeFile(source.c_str(), destination.c_str(), cores, told, context));
+    }
+
     LibraryResult<TrackTexts> vbmp3_readTag(const std::string& path, int kind) override {
         auto record = Sized<vbmp3_TagTexts>();
         std::vector<char> buffer(4096);
