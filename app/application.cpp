@@ -47,12 +47,12 @@ Application::Application(const Services& services, std::string commandLine)
       lyricsCommands_({state_, options_, lyrics_, lyricsDisplay_, lyricsLookup_, services.files, services.dialogs}),
       tag_(state_, options_, services.vbmp3, services.files, services.dialogs),
       conversion_(state_, services.vbmp3, services.gogo, services.files, services.windows),
-      convert_(conversion_, state_, services.dialogs),
+      convert_(conversion_, state_, services.dialogs, services.fileManager),
       about_(services.dialogs, services.files, services.shell),
       panel_(state_, options_, services.vbmp3, panelScreen_),
       settings_({state_, options_, splitValues_, services.files,
                  [this](const std::string& file) { transport_.remember(file); }, top_, list_, optionsWindow_,
-                 equalizer_, lyrics_, tag_}),
+                 equalizer_, lyrics_, tag_, conversion_}),
       quietSave_(state_, lists_) {
     connectWindows();
     connectConverter();

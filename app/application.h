@@ -73,6 +73,7 @@ class Application {
     int run() { return services_.windows.run(); }
 
     GlobalState& state() { return state_; }
+    bool leftBehind() const { return conversion_.leftBehind(); }  // something still works in a library
     FormTop& top() { return top_; }
     const Options& options() const { return options_; }
     FormOpt& optionsWindow() { return optionsWindow_; }

@@ -38,6 +38,6 @@ int main() {
     const int result = application.run();
     crashNotes->follow(nullptr);
     // A thread that still waits for a server must not find the program gone around it.
-    if (windows->worksAside()) std::_Exit(result);
+    if (windows->worksAside() || application.leftBehind()) std::_Exit(result);
     return result;
 }

@@ -14,6 +14,7 @@
 
 namespace quenlox {
 
+class ConversionRun;
 class FormGra;
 class FormList;
 class FormLyrics;
@@ -38,6 +39,7 @@ struct SettingsWindows {
     FormGra& gra;
     FormLyrics& lyrics;
     FormTag& tag;
+    ConversionRun& conversion;
 };
 
 class SettingsFile {

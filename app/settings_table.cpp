@@ -5,6 +5,7 @@
 #include <functional>
 #include <limits>
 
+#include "convert/conversion_run.h"
 #include "equalizer/form_gra.h"
 #include "lyrics/form_lyrics.h"
 #include "options/form_opt.h"
@@ -156,6 +157,18 @@ constexpr SettingsKey Equalizer(const char* key) {
             [](const Windows& w) -> Text { return EqualizerEntry(w, entry); }};
 }
 
+// A choice of the encoder; what the window does not offer is left out.
+template <int EncoderSettings::*choice>
+constexpr SettingsKey EncoderChoice(const char* key) {
+    return {"Convert", key,
+            [](const Windows& w, const StoredSetting& stored) {
+                EncoderSettings settings = w.conversion.settings();
+                settings.*choice = stored.number(settings.*choice);
+                if (AreOffered(settings)) w.conversion.setSettings(settings);
+            },
+            [](const Windows& w) -> Text { return Number(w.conversion.settings().*choice); }};
+}
+
 constexpr int kLeftButton = 1;
 constexpr int kTimeLabel = 2;
 
@@ -239,6 +252,25 @@ constexpr SettingsKey kLastKeys[] = {
 
     Left<kTag>("Tag"),
     Top<kTag>("Tag"),
+
+    {"Convert", "Kind",
+     [](const Windows& w, const StoredSetting& stored) {
+         const std::int32_t kind = stored.number();
+         if (kind >= 0 && kind <= static_cast<int>(Operation::Encode)) w.conversion.setOperation(Operation{kind});
+     },
+     [](const Windows& w) -> Text { return Number(static_cast<int>(w.conversion.operation())); }},
+    {"Convert", "Folder",
+     [](const Windows& w, const StoredSetting& stored) { w.conversion.setPlace(true, stored.text()); },
+     [](const Windows& w) -> Text { return w.conversion.folder(); }},
+    {"Convert", "Beside",
+     [](const Windows& w, const StoredSetting& stored) {
+         const bool beside = stored.number(1) != 0 || w.conversion.folder().empty();
+         w.conversion.setPlace(beside, w.conversion.folder());
+     },
+     [](const Windows& w) -> Text { return Number(w.conversion.besideSource()); }},
+    EncoderChoice<&EncoderSettings::frequency>("Frequency"),
+    EncoderChoice<&EncoderSettings::bitRate>("BitRate"),
+    EncoderChoice<&EncoderSettings::vbrQuality>("Vbr"),
 };
 
 const std::array<SettingsGroup, 3> kGroups{

@@ -4,7 +4,7 @@
 #include <array>
 #include <iterator>
 
-#include "platform/library_error.h"
+#include "platform/vbmp3.h"
 #include "state/media_formats.h"
 #include "text/numbers.h"
 #include "text/paths.h"
@@ -14,13 +14,9 @@ namespace quenlox {
 namespace {
 
 // By the number of the error.
-constexpr std::array<const char*, 7> kMessages{"変換エラー",
-                                               "デコードファイルが不正です",
-                                               "エンコードファイルが不正です",
-                                               "コーデックがありません",
-                                               "gogo.dll初期化エラー",
-                                               "gogo.dllエンコードエラー",
-                                               "gogo.dllファイルエラー"};
+constexpr std::array<const char*, 7> kMessages{
+    "変換エラー",           "デコードファイルが不正です", "エンコードファイルが不正です", "コーデックがありません",
+    "gogo.dll初期化エラー", "gogo.dllエンコードエラー",   "gogo.dllファイルエラー"};
 
 constexpr std::array kFrequencies{48000, 44100, 32000, 24000, 22050, 16000, 12000, 11025, 8000};
 constexpr std::array kBitRates{320, 256, 224, 192, 160, 128, 112, 96, 80, 64, 48, 40, 32};
@@ -67,6 +63,14 @@ std::vector<ComboBox::Item> VbrQualityItems() {
         items.push_back({" " + std::to_string(quality) + note, quality});
     }
     return items;
+}
+
+bool AreOffered(const EncoderSettings& settings) {
+    const auto among = [](const std::vector<ComboBox::Item>& items, int data) {
+        return std::ranges::find(items, data, &ComboBox::Item::data) != items.end();
+    };
+    return among(FrequencyItems(), settings.frequency) && among(BitRateItems(kFrequencies[0]), settings.bitRate) &&
+           among(VbrQualityItems(), settings.vbrQuality);
 }
 
 std::string MessageOf(ConversionError error) { return kMessages[static_cast<std::size_t>(error)]; }
@@ -128,10 +132,17 @@ std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Oper
     return jobs;
 }
 
+void CarryTags(Vbmp3& vbmp3, const ConversionJob& job) {
+    const auto info = vbmp3.vbmp3_getFileInfo(job.source);
+    if (!info || std::ranges::all_of(kTrackTexts, [&](auto text) { return (info->texts.*text).empty(); })) return;
+    const bool rmp = FamilyOf(LastFour(job.destination)) == MediaFamily::Rmp;
+    vbmp3.vbmp3_writeTag(job.destination, rmp ? int{kTagSi} : kTagId3v1 | kTagId3v2, info->texts);
+}
+
 std::string TimeLeft(double secondsPassed, double done) {
     constexpr double kLeastSeconds = 1, kLeastDone = 0.005;
     if (secondsPassed < kLeastSeconds || done < kLeastDone || done >= 1) return {};
-    return "残り " + MinutesAndSeconds(static_cast<std::int64_t>(secondsPassed * (1 - done) / done + 0.5));
+    return MinutesAndSeconds(static_cast<std::int64_t>(secondsPassed * (1 - done) / done + 0.5));
 }
 
 }  // namespace quenlox

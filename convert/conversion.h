@@ -14,7 +14,7 @@
 
 namespace quenlox {
 
-class FileSystem;
+class Vbmp3;
 enum class LibraryError;
 
 enum class Operation { Decode = 0, PlayDecode = 1, Encode = 2 };
@@ -31,6 +31,7 @@ std::vector<ComboBox::Item> FrequencyItems();             // Hz
 std::vector<ComboBox::Item> BitRateItems(int frequency);  // kbit/s; those that MPEG audio has at this frequency
 int BitRateAt(int frequency, int wished);                 // the highest of them up to the wished one
 std::vector<ComboBox::Item> VbrQualityItems();            // the first is "(使用しない)"
+bool AreOffered(const EncoderSettings& settings);         // all three can be chosen, the bit rate at some frequency
 
 enum class ConversionError : int {
     Other = 0,
@@ -61,7 +62,10 @@ std::string ProposedDestination(const std::string& source, Operation operation);
 std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Operation operation,
                                    const std::string& folder);
 
-// "残り 01:23" from what has passed and the done part (0 to 1); empty as long as it would be guessing.
+// The texts of the source, where it has any, go into the new MP3 or RMP. Any thread.
+void CarryTags(Vbmp3& vbmp3, const ConversionJob& job);
+
+// "01:23" from what has passed and the done part (0 to 1); empty as long as it would be guessing.
 std::string TimeLeft(double secondsPassed, double done);
 
 }  // namespace quenlox

@@ -1,12 +1,14 @@
 #include "convert/conversion_run.h"
 
 #include <algorithm>
+#include <iterator>
+#include <thread>
 #include <utility>
 
-#include "state/global_state.h"
 #include "platform/file_system.h"
 #include "platform/gogo.h"
 #include "platform/vbmp3.h"
+#include "state/global_state.h"
 #include "state/media_formats.h"
 #include "text/paths.h"
 #include "text/strings.h"
@@ -16,22 +18,33 @@ namespace {
 
 bool IsRmp(const std::string& path) { return FamilyOf(LastFour(path)) == MediaFamily::Rmp; }
 
+bool IsMade(const ConversionRun::File& file) { return file.state == ConversionRun::State::Made; }
+bool IsFailed(const ConversionRun::File& file) { return file.state == ConversionRun::State::Failed; }
+bool IsUnderWay(const ConversionRun::File& file) {
+    return file.state == ConversionRun::State::Waiting || file.state == ConversionRun::State::Running;
+}
+
+double Seconds(std::chrono::steady_clock::time_point since) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - since).count();
+}
+
 }  // namespace
 
 ConversionRun::ConversionRun(GlobalState& state, Vbmp3& vbmp3, std::shared_ptr<Gogo> gogo, FileSystem& files,
-                             WindowSystem& windows)
+                             WindowSystem& windows, int cores)
     : state_(state),
       vbmp3_(vbmp3),
       gogo_(std::move(gogo)),
       files_(files),
       windows_(windows),
+      cores_(cores > 0 ? static_cast<std::size_t>(cores) : std::max(1u, std::thread::hardware_concurrency())),
       encoderThere_(gogo_->available()) {}
 
 // What is to be converted.
 
 void ConversionRun::setOperation(Operation operation) {
     if (running()) return;
-    if (Encodes(operation) != Encodes(operation_)) jobs_.clear();
+    if (Encodes(operation) != Encodes(operation_)) list_.clear();
     operation_ = operation;
     onChanged();
 }
@@ -42,33 +55,63 @@ void ConversionRun::setSettings(const EncoderSettings& settings) {
     onChanged();
 }
 
+std::vector<ConversionJob> ConversionRun::jobs() const {
+    std::vector<ConversionJob> open;
+    for (const File& file : list_) {
+        if (!IsMade(file)) open.push_back(file.job);
+    }
+    return open;
+}
+
 void ConversionRun::setSources(const std::vector<std::string>& sources) {
     if (running()) return;
-    jobs_ = JobsFor(sources, operation_, {});
+    list_.clear();
+    for (const std::string& source : sources) list_.push_back({{source, {}}});
+    proposeDestinations();
+}
+
+void ConversionRun::setPlace(bool besideSource, const std::string& folder) {
+    if (running()) return;
+    besideSource_ = besideSource;
+    folder_ = folder;
+    std::erase_if(list_, IsMade);
+    proposeDestinations();
+}
+
+void ConversionRun::proposeDestinations() {
+    std::vector<std::string> sources;
+    for (const File& file : list_) sources.push_back(file.job.source);
+    const auto proposed = JobsFor(sources, operation_, besideSource_ ? std::string() : folder_);
+    for (std::size_t i = 0; i < list_.size(); ++i) {
+        if (!sources[i].empty()) list_[i] = {proposed[i]};
+    }
     replaceAgreed_ = false;
     onChanged();
 }
 
 void ConversionRun::setDestination(const std::string& path) {
     if (running()) return;
-    jobs_.resize(1);
-    jobs_.front().destination = path;
+    std::erase_if(list_, IsMade);
+    list_.resize(1);
+    list_.front().job.destination = path;
+    folder_ = FolderOf(path);
     replaceAgreed_ = true;
     onChanged();
 }
 
-void ConversionRun::setDestinationFolder(const std::string& folder) {
+void ConversionRun::removeFiles(const std::vector<bool>& which) {
     if (running()) return;
-    std::vector<std::string> sources;
-    for (const ConversionJob& job : jobs_) sources.push_back(job.source);
-    jobs_ = JobsFor(sources, operation_, folder);
-    replaceAgreed_ = false;
+    std::vector<File> kept;
+    for (std::size_t i = 0; i < list_.size(); ++i) {
+        if (i >= which.size() || !which[i]) kept.push_back(std::move(list_[i]));
+    }
+    list_ = std::move(kept);
     onChanged();
 }
 
 std::vector<std::string> ConversionRun::replaced() const {
     std::vector<std::string> there;
-    for (const ConversionJob& job : jobs_) {
+    for (const ConversionJob& job : jobs()) {
         if (!replaceAgreed_ && files_.fileExists(job.destination)) there.push_back(job.destination);
     }
     return there;
@@ -77,30 +120,57 @@ std::vector<std::string> ConversionRun::replaced() const {
 // The run.
 
 bool ConversionRun::canStart() const {
-    const bool complete = !jobs_.empty() && !jobs_.front().source.empty() && !jobs_.front().destination.empty();
-    return complete && !running() && !encode_;
+    const auto first = std::ranges::find_if_not(list_, IsMade);
+    const bool complete = first != list_.end() && !first->job.source.empty() && !first->job.destination.empty();
+    return complete && !running() && lanes_.empty();
+}
+
+ConversionRun::Run ConversionRun::kindOfRun() const {
+    if (operation_ == Operation::PlayDecode) return Run::PlayedJob;
+    const bool threads = Encodes(operation_) ? encoderThere_ : list_.size() > 1;
+    return threads ? Run::Threads : Run::Job;
 }
 
 void ConversionRun::start() {
     if (!canStart()) return;
-    state_.Actions.note("convert", static_cast<std::int64_t>(jobs_.size()));
+    std::erase_if(list_, IsMade);
+    for (File& file : list_) file = {file.job};
+    state_.Actions.note("convert", static_cast<std::int64_t>(list_.size()));
     progress_ = {};
-    progress_.files = jobs_.size();
+    progress_.files = list_.size();
     outcome_ = Outcome::None;
-    started_ = std::chrono::steady_clock::now();
+    started_ = Clock::now();
     hooks_.stopPlayback();
-    for (const ConversionJob& job : jobs_) hooks_.letGo(job.destination);
-    const bool withGogo = Encodes(operation_) && encoderThere_;
-    run_ = withGogo ? Run::Encoder : operation_ == Operation::PlayDecode ? Run::PlayedJob : Run::Job;
-    startFile();
+    for (const File& file : list_) hooks_.letGo(file.job.destination);
+    run_ = kindOfRun();
+    side_ = std::min(cores_, list_.size());
+    runStatus_ = state_.PlayerStatus;
+    if (run_ == Run::Threads) hooks_.setPolling(true);
+    goOn();
+    onChanged();
 }
 
-void ConversionRun::startFile() {
-    showProgress(0);
-    if (run_ == Run::Encoder) {
-        startEncoder();
+std::vector<ConversionRun::File>::iterator ConversionRun::nextWaiting() {
+    return std::ranges::find(list_, State::Waiting, &File::state);
+}
+
+// Begins what can be begun now; with nothing left to do the run is over.
+void ConversionRun::goOn() {
+    for (auto next = nextWaiting(); running() && next != list_.end(); next = nextWaiting()) {
+        const auto file = static_cast<std::size_t>(next - list_.begin());
+        if (run_ != Run::Threads) {
+            if (startJob(file)) return;
+        } else if (lanes_.size() < side_) {
+            startLane(file);
+        } else {
+            break;
+        }
+    }
+    if (!running()) return;
+    if (lanes_.empty()) {
+        finish();
     } else {
-        startJob();
+        showProgress();
     }
 }
 
@@ -112,8 +182,10 @@ bool ConversionRun::playedOver() const {
 }
 
 void ConversionRun::poll() {
-    if (encode_) {
-        followEncoder();
+    if (!lanes_.empty()) {
+        std::vector<std::size_t> files;
+        for (const Lane& lane : lanes_) files.push_back(lane.file);
+        for (const std::size_t file : files) follow(file);
     } else if (running() && state_.PlayerStatus != expectedStatus()) {
         // Stopped from the main window, or something else is played by now.
         stopWork();
@@ -132,50 +204,140 @@ void ConversionRun::cancel() {
     hooks_.showStatus(kStop);
 }
 
+void ConversionRun::cancelFile(std::size_t file) {
+    if (!running() || file >= list_.size() || !IsUnderWay(list_[file])) return;
+    const bool waiting = list_[file].state == State::Waiting;
+    if (const auto lane = std::ranges::find(lanes_, file, &Lane::file); lane != lanes_.end()) {
+        lane->cancelled = true;
+        lane->work->cancel();
+        return onChanged();
+    }
+    if (!waiting) vbmp3_.vbmp3_encodeStop();
+    endFile(file, State::Cancelled);
+    if (waiting) return showProgress();
+    goOn();
+}
+
 void ConversionRun::abandon(std::chrono::milliseconds limit) {
     if (running()) {
         stopWork();
         leave(Outcome::Cancelled);
         hooks_.showStatus(kStop);
     }
-    if (encode_ && encode_->waitUntilOver(limit)) followEncoder();
-    encode_.reset();
+    const auto until = Clock::now() + limit;
+    while (!lanes_.empty()) {
+        if (lanes_.back().work->waitUntilOver(until)) {
+            follow(lanes_.back().file);
+        } else {
+            leftBehind_ = true;
+            lanes_.pop_back();
+        }
+    }
 }
 
 void ConversionRun::stopWork() {
-    if (encode_) {
-        encode_->cancel();
-    } else {
-        vbmp3_.vbmp3_encodeStop();
-    }
+    for (const Lane& lane : lanes_) lane.work->cancel();
+    if (run_ != Run::Threads) vbmp3_.vbmp3_encodeStop();
 }
 
 void ConversionRun::leave(Outcome outcome) {
     run_ = Run::None;
     outcome_ = outcome;
     progress_.permille = outcome == Outcome::Made ? 1000 : 0;
+    for (File& file : list_) {
+        if (IsUnderWay(file)) file.state = State::Cancelled;
+    }
     hooks_.setPolling(false);
     onChanged();
 }
 
+// Files with a thread of their own.
+
+void ConversionRun::startLane(std::size_t file) {
+    Lane lane;
+    lane.file = file;
+    lane.started = Clock::now();
+    FileConversion::Task task{operation_, list_[file].job, list_[file].job.destination, settings_};
+    if (Encodes(operation_) && IsRmp(task.encoded)) {
+        do {
+            task.encoded += ".mp3";
+        } while (files_.fileExists(task.encoded));
+        lane.toWrap = task.encoded;
+    }
+    // Those that go on side by side share the cores; the last ones of a run have more each.
+    const auto waiting = static_cast<std::size_t>(std::ranges::count(list_, State::Waiting, &File::state));
+    const std::size_t side = std::min(side_, lanes_.size() + waiting);
+    if (side > 1) task.cores = static_cast<int>(std::max<std::size_t>(1, cores_ / side));
+    list_[file].state = State::Running;
+    lane.work = std::make_unique<FileConversion>(FileConversion::Libraries{gogo_, vbmp3_}, std::move(task), windows_,
+                                                 [this, file] { follow(file); });
+    lanes_.push_back(std::move(lane));
+}
+
+void ConversionRun::follow(std::size_t file) {
+    const auto found = std::ranges::find(lanes_, file, &Lane::file);
+    if (found == lanes_.end()) return;
+    const FileConversion::Report report = found->work->report();
+    if (running() && state_.PlayerStatus != runStatus_) {
+        // Something else is played by now.
+        stopWork();
+        leave(Outcome::None);
+    } else if (running() && report.begun && runStatus_ != expectedStatus()) {
+        runStatus_ = expectedStatus();
+        hooks_.showStatus(runStatus_);
+    }
+    if (report.over) {
+        Lane lane = std::move(*found);
+        lanes_.erase(found);
+        laneOver(std::move(lane), report);
+    } else if (running()) {
+        list_[file].permille = static_cast<int>(std::clamp(report.done, 0.0, 1.0) * 1000);
+        list_[file].left = found->cancelled ? std::string() : TimeLeft(Seconds(found->started), report.done);
+        showProgress();
+    }
+}
+
+void ConversionRun::laneOver(Lane lane, const FileConversion::Report& report) {
+    if (report.encoded && !lane.toWrap.empty()) files_.remove(lane.toWrap);
+    // A cancel may have come with the last frame. A destination that is complete stays.
+    if (!running()) return onChanged();
+    if (report.finished) {
+        endFile(lane.file, State::Made);
+    } else if (lane.cancelled) {
+        endFile(lane.file, State::Cancelled);
+    } else {
+        failFile(lane.file, report.error, report.reason);
+    }
+    goOn();
+}
+
 // Jobs of the library.
 
-void ConversionRun::startJob() {
-    const ConversionJob job = jobs_.front();
-    if (operation_ == Operation::PlayDecode) {
+// False: it has failed, and the next one is to be begun.
+bool ConversionRun::startJob(std::size_t file) {
+    const ConversionJob job = list_[file].job;
+    current_ = file;
+    jobStarted_ = Clock::now();
+    list_[file].state = State::Running;
+    onChanged();
+    if (run_ == Run::PlayedJob) {
         // First, so that the main window shows what is heard. Messages are handled meanwhile.
         const auto begun = started_;
         hooks_.setPolling(false);
         hooks_.openHeard(job.source);
-        if (!running() || started_ != begun) return;
+        if (!running() || started_ != begun) return true;
         if (playedOver()) {
             leave(Outcome::None);
-            return;
+            return true;
         }
     }
-    if (const LibraryError error = startLibraryJob(job); error != LibraryError::None) return failWithLibrary(error);
+    if (const LibraryError error = startLibraryJob(job); error != LibraryError::None) {
+        failFile(file, ErrorOfJob(operation_, error), error);
+        return false;
+    }
     hooks_.showStatus(expectedStatus());
     hooks_.setPolling(true);
+    return true;
 }
 
 LibraryError ConversionRun::startLibraryJob(const ConversionJob& job) {
@@ -199,111 +361,72 @@ void ConversionRun::decodeEnded() {
 // `heard`: nothing of a job that is done is still to be heard.
 void ConversionRun::followJob(bool heard) {
     const JobReport report = vbmp3_.vbmp3_getEncodeState();
-    switch (report.state) {
-        case JobReport::State::Running: showProgress(report.permille / 1000.0); break;
-        case JobReport::State::Done:
-            if (heard) fileMade();
-            break;
-        default: failWithLibrary(report.error);
+    File& file = list_[current_];
+    if (report.state == JobReport::State::Running) {
+        file.permille = report.permille;
+        return showProgress();
     }
-}
-
-// Encoding with gogo.dll.
-
-void ConversionRun::startEncoder() {
-    ConversionJob job = jobs_.front();
-    toWrap_.clear();
-    if (IsRmp(job.destination)) {
-        do {
-            job.destination += ".mp3";
-        } while (files_.fileExists(job.destination));
-        toWrap_ = job.destination;
-    }
-    encodeStatus_ = state_.PlayerStatus;
-    hooks_.setPolling(true);
-    encode_ = std::make_unique<GogoEncode>(gogo_, job, settings_, windows_, [this] { followEncoder(); });
-}
-
-void ConversionRun::followEncoder() {
-    if (!encode_) return;
-    const GogoEncode::Report report = encode_->report();
-    if (running() && state_.PlayerStatus != encodeStatus_) {
-        // Something else is played by now.
-        stopWork();
-        leave(Outcome::None);
-    } else if (running() && report.begun && encodeStatus_ != kEncode) {
-        encodeStatus_ = kEncode;
-        hooks_.showStatus(kEncode);
-    }
-    if (!report.over) {
-        if (running()) showProgress(report.frames > 0 ? static_cast<double>(report.frame) / report.frames : 0);
-        return;
-    }
-    encode_.reset();
-    if (!running()) {
-        // The cancel came with the last frame. A destination that is complete stays.
-        if (report.finished && !toWrap_.empty()) files_.remove(toWrap_);
-        onChanged();
-    } else if (report.finished) {
-        encoderFinished();
+    if (report.state == JobReport::State::Done) {
+        if (!heard) return;
+        if (Encodes(operation_)) CarryTags(vbmp3_, file.job);
+        endFile(current_, State::Made);
     } else {
-        fail(report.error, report.reason);
+        failFile(current_, ErrorOfJob(operation_, report.error), report.error);
     }
-}
-
-void ConversionRun::encoderFinished() {
-    if (!toWrap_.empty()) {
-        const LibraryError error = vbmp3_.vbmp3_convertToRmp(toWrap_, jobs_.front().destination);
-        files_.remove(toWrap_);
-        if (error != LibraryError::None) return fail(ConversionError::Other, error);
-    }
-    fileMade();
+    goOn();
 }
 
 // The ends of a file and of a run.
 
-void ConversionRun::fileMade() {
-    const ConversionJob job = jobs_.front();
-    if (Encodes(operation_)) carryTags(job);
+void ConversionRun::endFile(std::size_t file, State state) {
+    list_[file].state = state;
+    list_[file].permille = 0;
+    list_[file].left.clear();
     ++progress_.done;
-    jobs_.erase(jobs_.begin());
-    if (!jobs_.empty()) {
-        startFile();
-        return;
-    }
+}
+
+void ConversionRun::failFile(std::size_t file, ConversionError error, LibraryError why) {
+    list_[file].error = error;
+    list_[file].reason = TextOf(why);
+    endFile(file, State::Failed);
+}
+
+void ConversionRun::finish() {
+    if (std::ranges::any_of(list_, IsFailed)) return fail();
+    const auto last = std::find_if(list_.rbegin(), list_.rend(), IsMade);
+    if (last == list_.rend()) return cancel();
+    const std::string made = last->job.destination;
     leave(Outcome::Made);
-    hooks_.made(job.destination);  // messages are handled meanwhile
+    hooks_.made(made);  // messages are handled meanwhile
     if (!playedOver()) hooks_.showStatus(kStop);
     hooks_.refreshBrowserFiles();
 }
 
-void ConversionRun::carryTags(const ConversionJob& job) {
-    const auto info = vbmp3_.vbmp3_getFileInfo(job.source);
-    if (!info || std::ranges::all_of(kTrackTexts, [&](auto text) { return (info->texts.*text).empty(); })) return;
-    const int kinds = IsRmp(job.destination) ? int{kTagSi} : kTagId3v1 | kTagId3v2;
-    vbmp3_.vbmp3_writeTag(job.destination, kinds, info->texts);
-}
-
-void ConversionRun::failWithLibrary(LibraryError error) { fail(ErrorOfJob(operation_, error), error); }
-
-void ConversionRun::fail(ConversionError error, LibraryError why) {
-    const std::string reason(TextOf(why));
-    error_ = error;
-    reason_ = FileNameOf(jobs_.front().source) + (reason.empty() ? "" : ": ") + reason;
+// Told of the first file that has failed.
+void ConversionRun::fail() {
+    const auto first = std::ranges::find_if(list_, IsFailed);
+    const auto others = std::ranges::count_if(list_, IsFailed) - 1;
+    error_ = first->error;
+    reason_ = FileNameOf(first->job.source) + (first->reason.empty() ? "" : ": ") + first->reason +
+              (others > 0 ? "（ほか" + std::to_string(others) + "個も失敗）" : "");
+    const bool anyMade = std::ranges::any_of(list_, IsMade);
     leave(Outcome::Failed);
     hooks_.stopPlayback();
     hooks_.showStatus(kError);
     hooks_.failed();
+    if (anyMade) hooks_.refreshBrowserFiles();
     onFailed();
 }
 
-void ConversionRun::showProgress(double doneOfFile) {
-    const double done =
-        std::min(1.0, (static_cast<double>(progress_.done) + doneOfFile) / static_cast<double>(progress_.files));
-    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - started_;
+void ConversionRun::showProgress() {
+    double done = static_cast<double>(progress_.done);
+    for (const Lane& lane : lanes_) done += list_[lane.file].permille / 1000.0;
+    if (run_ != Run::Threads) done += list_[current_].permille / 1000.0;
+    done = std::min(1.0, done / static_cast<double>(progress_.files));
     progress_.permille = static_cast<int>(done * 1000);
-    progress_.left = TimeLeft(passed.count(), done);
-    onChanged();
+    progress_.left = TimeLeft(Seconds(started_), done);
+    if (run_ != Run::Threads) list_[current_].left = TimeLeft(Seconds(jobStarted_), list_[current_].permille / 1000.0);
+    onProgress();
 }
 
 }  // namespace quenlox

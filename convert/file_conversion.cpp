@@ -1,5 +1,6 @@
-#include "convert/gogo_encode.h"
+#include "convert/file_conversion.h"
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
@@ -7,11 +8,14 @@
 #include <thread>
 #include <utility>
 
-#include "platform/gogo.h"
 #include "forms/window_host.h"
+#include "platform/gogo.h"
+#include "platform/vbmp3.h"
 
 namespace quenlox {
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 // Often enough for a bar that moves evenly, seldom enough not to keep the window busy.
 constexpr std::chrono::milliseconds kReportEvery{50};
@@ -19,11 +23,13 @@ constexpr std::int32_t kJointStereo = 2;
 
 }  // namespace
 
-struct GogoEncode::Shared {
-    std::shared_ptr<Gogo> gogo;
-    ConversionJob job;
-    EncoderSettings settings;
+struct FileConversion::Shared {
+    Shared(const Libraries& of, Task what) : libraries(of), task(std::move(what)) {}
+
+    Libraries libraries;
+    Task task;
     std::atomic<bool> cancelled = false;
+    Clock::time_point nextReport = Clock::now();  // of the thread
 
     std::function<void()> reported;  // of the user-interface thread
 
@@ -32,14 +38,18 @@ struct GogoEncode::Shared {
     WindowSystem* windows = nullptr;  // null: nobody listens any more
     bool posted = false;              // a call of `reported` is on its way
     Report report;
+
+    bool isDue() {
+        const auto now = Clock::now();
+        if (now < nextReport) return false;
+        nextReport = now + kReportEvery;
+        return true;
+    }
 };
 
-GogoEncode::GogoEncode(std::shared_ptr<Gogo> gogo, ConversionJob job, const EncoderSettings& settings,
-                       WindowSystem& windows, std::function<void()> reported)
-    : shared_(std::make_shared<Shared>()) {
-    shared_->gogo = std::move(gogo);
-    shared_->job = std::move(job);
-    shared_->settings = settings;
+FileConversion::FileConversion(const Libraries& libraries, Task task, WindowSystem& windows,
+                               std::function<void()> reported)
+    : shared_(std::make_shared<Shared>(libraries, std::move(task))) {
     shared_->reported = std::move(reported);
     shared_->windows = &windows;
     try {
@@ -47,76 +57,107 @@ GogoEncode::GogoEncode(std::shared_ptr<Gogo> gogo, ConversionJob job, const Enco
     } catch (const std::system_error&) {
         Report report;
         report.over = true;
+        report.reason = LibraryError::Memory;
         publish(shared_, report);
     }
 }
 
-GogoEncode::~GogoEncode() {
+FileConversion::~FileConversion() {
     cancel();
     shared_->reported = nullptr;
     const std::lock_guard lock(shared_->mutex);
     shared_->windows = nullptr;
 }
 
-void GogoEncode::cancel() { shared_->cancelled = true; }
+void FileConversion::cancel() { shared_->cancelled = true; }
 
-GogoEncode::Report GogoEncode::report() const {
+FileConversion::Report FileConversion::report() const {
     const std::lock_guard lock(shared_->mutex);
     return shared_->report;
 }
 
-bool GogoEncode::waitUntilOver(std::chrono::milliseconds limit) {
+bool FileConversion::waitUntilOver(Clock::time_point limit) {
     std::unique_lock lock(shared_->mutex);
-    return shared_->over.wait_for(lock, limit, [this] { return shared_->report.over; });
+    return shared_->over.wait_until(lock, limit, [this] { return shared_->report.over; });
 }
 
-void GogoEncode::work(const std::shared_ptr<Shared>& self) noexcept {
+void FileConversion::work(const std::shared_ptr<Shared>& self) noexcept {
     Report report;
     try {
-        encode(self, report);
+        if (Encodes(self->task.operation)) {
+            encode(self, report);
+        } else {
+            decode(self, report);
+        }
     } catch (...) {
-        report.finished = false;  // no memory
+        report.finished = false;
+        report.reason = LibraryError::Memory;
     }
-    self->gogo->MPGE_closeCoderVB();
-    self->gogo->MPGE_endCoderVB();
     report.over = true;
     publish(self, report);
 }
 
-void GogoEncode::encode(const std::shared_ptr<Shared>& self, Report& report) {
-    using Clock = std::chrono::steady_clock;
-    Gogo& gogo = *self->gogo;
-    const EncoderSettings& settings = self->settings;
+void FileConversion::decode(const std::shared_ptr<Shared>& self, Report& report) {
+    const ConversionJob& job = self->task.job;
+    report.begun = true;
+    publish(self, report);
+    report.reason =
+        self->libraries.vbmp3.vbmp3_decodeFile(job.source, job.destination, self->task.cores, [&](double done) {
+            report.done = done;
+            if (self->isDue()) publish(self, report);
+            return !self->cancelled;
+        });
+    report.finished = report.reason == LibraryError::None;
+    report.error = ErrorOfJob(self->task.operation, report.reason);
+}
+
+void FileConversion::encode(const std::shared_ptr<Shared>& self, Report& report) {
+    const ConversionJob& job = self->task.job;
+    encodeFrames(self, report);
+    self->libraries.gogo->MPGE_closeCoderVB();
+    self->libraries.gogo->MPGE_endCoderVB();
+    if (!report.finished) return;
+    Vbmp3& vbmp3 = self->libraries.vbmp3;
+    if (self->task.encoded != job.destination) {
+        report.reason =
+            self->cancelled ? LibraryError::None : vbmp3.vbmp3_convertToRmp(self->task.encoded, job.destination);
+        report.finished = !self->cancelled && report.reason == LibraryError::None;
+        report.error = ConversionError::Other;
+    }
+    if (report.finished) CarryTags(vbmp3, job);
+}
+
+void FileConversion::encodeFrames(const std::shared_ptr<Shared>& self, Report& report) {
+    Gogo& gogo = *self->libraries.gogo;
+    const EncoderSettings& settings = self->task.settings;
     report.error = ConversionError::GogoStart;
     report.reason = gogo.MPGE_initializeWorkVB();
     if (report.reason != LibraryError::None) return;
     report.begun = true;
     publish(self, report);
-    gogo.MPGE_setConfigureVB(GogoItem::Source, self->job.source);
-    gogo.MPGE_setConfigureVB(GogoItem::Destination, self->job.destination);
+    gogo.MPGE_setConfigureVB(GogoItem::Source, self->task.job.source);
+    gogo.MPGE_setConfigureVB(GogoItem::Destination, self->task.encoded);
     gogo.MPGE_setConfigureVB(GogoItem::Frequency, settings.frequency);
     gogo.MPGE_setConfigureVB(GogoItem::Channels, kJointStereo);
     if (settings.vbrQuality != kNoVbr) gogo.MPGE_setConfigureVB(GogoItem::VbrQuality, settings.vbrQuality);
     gogo.MPGE_setConfigureVB(GogoItem::BitRate, BitRateAt(settings.frequency, settings.bitRate));
+    if (self->task.cores > 0) gogo.MPGE_setConfigureVB(GogoItem::Cores, self->task.cores);
     report.error = ConversionError::GogoFile;
     report.reason = gogo.MPGE_detectConfigureVB();
     if (report.reason != LibraryError::None) return;
-    report.frames = gogo.MPGE_getConfigureVB(GogoItem::Frames).value_or(0);
+    const std::int32_t frames = gogo.MPGE_getConfigureVB(GogoItem::Frames).value_or(0);
     report.error = ConversionError::GogoEncode;
     GogoFrame frame;
-    for (auto next = Clock::now(); !frame.finished && frame.error == LibraryError::None && !self->cancelled;) {
+    for (std::int64_t count = 1; !frame.finished && frame.error == LibraryError::None && !self->cancelled; ++count) {
         frame = gogo.MPGE_processFrameVB();
         report.reason = frame.error;
-        ++report.frame;
-        if (const auto now = Clock::now(); now >= next) {
-            publish(self, report);
-            next = now + kReportEvery;
-        }
+        report.done = frames > 0 ? static_cast<double>(count) / frames : 0;
+        if (self->isDue()) publish(self, report);
     }
-    report.finished = frame.finished;
+    report.encoded = report.finished = frame.finished;
 }
 
-void GogoEncode::publish(const std::shared_ptr<Shared>& self, const Report& report) noexcept {
+void FileConversion::publish(const std::shared_ptr<Shared>& self, const Report& report) noexcept {
     const std::lock_guard lock(self->mutex);
     self->report = report;
     if (report.over) self->over.notify_all();
@@ -128,7 +169,7 @@ void GogoEncode::publish(const std::shared_ptr<Shared>& self, const Report& repo
                 const std::lock_guard taken(self->mutex);
                 self->posted = false;
             }
-            const auto reported = self->reported;  // it may end this encode
+            const auto reported = self->reported;  // it may end this conversion
             if (reported) reported();
         });
     } catch (...) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "convert/conversion_run.h"
 #include "equalizer/form_gra.h"
 #include "lyrics/form_lyrics.h"
 #include "options/form_opt.h"
@@ -13,6 +14,7 @@
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_file_manager.h"
 #include "tests/fakes/fake_file_system.h"
+#include "tests/fakes/fake_gogo.h"
 #include "tests/fakes/fake_random.h"
 #include "tests/fakes/fake_text_painter.h"
 #include "tests/fakes/fake_vbmp3.h"
@@ -68,10 +70,11 @@ struct Program {
     FakeTextPainter painter;
     FormLyrics lyrics{state, options, painter};
     FormTag tag{state, options, vbmp3, files, dialogs};
+    ConversionRun conversion{state, vbmp3, std::make_shared<FakeGogo>(), files, windows};
     SplitValues splitValues;
     SettingsFile settings{{state, options, splitValues, files,
                            [this](const std::string& file) { state.CurrentFile = file; }, top, list, opt, gra, lyrics,
-                           tag}};
+                           tag, conversion}};
 };
 
 constexpr const char* kPath = "C:\\Quenlox\\Quenlox.ini";
@@ -105,7 +108,8 @@ constexpr const char* kFreshFile =
     "2Eq=POPS,-30,0,40,0,0,-30,60,40,0,-30\r\n3Eq=LIGHT,-20,-40,0,0,-20,40,50,10,40,20\r\n"
     "4Eq=BGM,-70,-20,-30,40,-20,30,-30,0,-50,-70\r\n5Eq=Custom,0,0,0,0,0,0,0,0,0,0\r\nEqMode=0\r\n"
     "Fine=0,0,0,0,0,0,0,0,0,0\r\n"
-    "[Tag]\r\nX=0\r\nY=0\r\n";
+    "[Tag]\r\nX=0\r\nY=0\r\n"
+    "[Convert]\r\nKind=0\r\nFolder=\r\nBeside=1\r\nFrequency=44100\r\nBitRate=128\r\nVbr=-1\r\n";
 
 TEST(SettingsFile, AFreshStartHasTheDefaultsAndWritesEveryKeyInOrder) {
     FakeFileSystem files;
@@ -156,7 +160,10 @@ TEST(SettingsFile, WhatIsWrittenIsReadBackAndWrittenTheSame) {
                                               {"Option", "ColumnName", "202"},
                                               {"Option", "ColumnAlbum", "203"},
                                               {"Option", "ColumnTime", "0"},
-                                              {"Option", "ColumnFile", "205"}}) {
+                                              {"Option", "ColumnFile", "205"},
+                                              {"Convert", "Frequency", "8000"},
+                                              {"Convert", "BitRate", "320"},
+                                              {"Convert", "Vbr", "9"}}) {
         changed.set(section, key, value);
     }
     files.add(kPath, changed.serialise());

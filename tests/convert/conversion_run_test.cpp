@@ -28,7 +28,7 @@ TEST_F(ConvertTest, TheEncoderIsAskedInItsOrderOnAThreadOfItsOwnAndWithoutVbrUnl
     }
 }
 
-TEST_F(ConvertTest, AFailureOfTheEncoderEndsItAndKeepsWhatIsNotDone) {
+TEST_F(ConvertTest, AFileThatFailsLeavesTheOthersGoingAndIsToldOfAtTheEnd) {
     const struct {
         LibraryError initialise, detect;
         int failingFrame;
@@ -36,26 +36,24 @@ TEST_F(ConvertTest, AFailureOfTheEncoderEndsItAndKeepsWhatIsNotDone) {
     } cases[] = {{LibraryError::NotInitialised, {}, 0, ConversionError::GogoStart},
                  {{}, LibraryError::NotFound, 0, ConversionError::GogoFile},
                  {{}, {}, 3, ConversionError::GogoEncode}};
+    run.onFailed = [this] { notes.push_back(MessageOf(run.error())); };
+    gogo->failingRun = 2;
     for (const auto& c : cases) {
         SCOPED_TRACE(static_cast<int>(c.error));
-        gogo->initialiseError = gogo->detectError = LibraryError::None;
-        gogo->failingFrame = 0;
+        gogo->initialiseError = c.initialise;
+        gogo->detectError = c.detect;
+        gogo->failingFrame = c.failingFrame;
         choose(Operation::Encode, {"C:\\a.wav", "C:\\b.wav", "C:\\c.wav"});
-        run.onFailed = [this] { notes.push_back(MessageOf(run.error())); };
-        run.onChanged = [&] {
-            if (run.progress().done == 0) return;
-            gogo->initialiseError = c.initialise;  // of the second file, which has not begun yet
-            gogo->detectError = c.detect;
-            gogo->failingFrame = c.failingFrame;
-            run.onChanged = [] {};
-        };
         encode();
         EXPECT_EQ(gogo->calls.back(), "end");
-        EXPECT_EQ(Notes(notes.end() - 4, notes.end()), (Notes{"stop", "status 3", "failed", MessageOf(c.error)}));
-        EXPECT_TRUE(run.reason().starts_with("b.wav")) << run.reason();
-        EXPECT_EQ(run.jobs().size(), 2u);
+        EXPECT_EQ(Notes(notes.end() - 5, notes.end()),
+                  (Notes{"stop", "status 3", "failed", "refresh", MessageOf(c.error)}));
+        EXPECT_TRUE(run.reason().starts_with("b.wav: ")) << run.reason();
+        ASSERT_EQ(run.jobs().size(), 1u);
+        EXPECT_EQ(run.jobs().front().source, "C:\\b.wav");
         EXPECT_TRUE(run.canStart());
         EXPECT_FALSE(polling);
+        gogo->failingRun += 3;
     }
 }
 
@@ -138,6 +136,64 @@ TEST_F(ConvertTest, TheTextsOfTheSourceGoIntoTheNewFile) {
     EXPECT_EQ((vbmp3.tags[{"C:\\b.rmp", kTagSi}].title), "題名");
     EXPECT_FALSE(files.fileExists("C:\\b.rmp.mp3.mp3"));
     EXPECT_EQ(files.bytesOf("C:\\b.rmp.mp3"), "of the user");
+}
+
+// Several decodes that go on until the test ends them, each on its thread.
+TEST_F(ConvertTest, FilesGoOnSideBySideAndEachCanBeGivenUp) {
+    std::mutex mutex;
+    std::map<std::string, LibraryError> ended;  // those that the test lets go
+    std::set<std::string> begun;
+    vbmp3.decoding = [&](const std::string& file, const std::function<bool(double)>& progress) {
+        for (;; std::this_thread::yield()) {
+            if (!progress(0.5)) return LibraryError::Other;
+            const std::lock_guard lock(mutex);
+            begun.insert(file);
+            if (ended.contains(file)) return ended[file];
+        }
+    };
+    const auto waitFor = [&](const std::set<std::string>& expected) {
+        for (;; windows.runNext()) {
+            const std::lock_guard lock(mutex);
+            if (begun == expected) return;
+        }
+    };
+    using enum ConversionRun::State;
+    const auto waitForStates = [&](const std::vector<ConversionRun::State>& expected) {
+        std::vector<ConversionRun::State> states;
+        do {
+            if (!states.empty()) windows.runNext();
+            states.clear();
+            for (const auto& file : side.files()) states.push_back(file.state);
+        } while (states != expected);
+    };
+    const auto end = [&](const std::string& file, LibraryError error = LibraryError::None) {
+        const std::lock_guard lock(mutex);
+        ended[file] = error;
+    };
+    side.setSources({"a.mp3", "b.mp3", "c.mp3", "d.mp3", "e.mp3"});
+    side.start();
+    waitFor({"a.mp3", "b.mp3"});  // as many as there are cores
+    waitForStates({Running, Running, Waiting, Waiting, Waiting});
+    side.cancelFile(3);
+    side.cancelFile(0);
+    waitForStates({Cancelled, Running, Running, Cancelled, Waiting});
+    EXPECT_EQ(state.PlayerStatus, kDecode);
+    end("b.mp3", LibraryError::Write);
+    waitForStates({Cancelled, Failed, Running, Cancelled, Running});
+    EXPECT_EQ(side.progress().done, 3u);
+    end("c.mp3");
+    end("e.mp3");
+    waitForStates({Cancelled, Failed, Made, Cancelled, Made});
+    EXPECT_EQ(side.outcome(), Outcome::Failed);
+    EXPECT_EQ(side.reason(), "b.mp3: 保存先に書き込めません");
+    // The three that are not there start again; all are given up at once.
+    ended.clear();
+    side.start();
+    waitForStates({Running, Running, Waiting});
+    side.cancel();
+    EXPECT_FALSE(side.running() || side.canStart()) << "they have not come back yet";
+    while (!side.canStart()) windows.runNext();
+    EXPECT_EQ(side.outcome(), Outcome::Cancelled);
 }
 
 // Jobs of the decoding library.

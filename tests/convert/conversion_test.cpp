@@ -8,8 +8,8 @@ namespace {
 TEST(Conversion, TheTimeLeftFollowsFromWhatIsDone) {
     EXPECT_EQ(TimeLeft(0.5, 0.5), "");
     EXPECT_EQ(TimeLeft(10, 0), "");
-    EXPECT_EQ(TimeLeft(10, 0.25), "残り 00:30");
-    EXPECT_EQ(TimeLeft(100, 0.1), "残り 15:00");
+    EXPECT_EQ(TimeLeft(10, 0.25), "00:30");
+    EXPECT_EQ(TimeLeft(100, 0.1), "15:00");
     EXPECT_EQ(TimeLeft(100, 1), "");
 }
 

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "state/global_state.h"
 #include "convert/conversion_run.h"
+#include "state/global_state.h"
 #include "tests/fakes/fake_file_system.h"
 #include "tests/fakes/fake_gogo.h"
 #include "tests/fakes/fake_vbmp3.h"
@@ -45,7 +45,10 @@ class BusyWindows : public FakeWindowSystem {
 
 class ConvertTest : public testing::Test {
   protected:
-    ConvertTest() { connect(run); }
+    ConvertTest() {
+        connect(run);
+        connect(side);
+    }
     void connect(ConversionRun& to) {
         const auto note = [this](const std::string& what) {
             return [this, what](const auto&... of) { notes.push_back((what + ... + of)); };
@@ -61,7 +64,7 @@ class ConvertTest : public testing::Test {
     // Another run, which encodes with the system's codec.
     ConversionRun& withoutGogo() {
         gogo->there = false;
-        connect(bare_.emplace(state, vbmp3, gogo, files, windows));
+        connect(bare_.emplace(state, vbmp3, gogo, files, windows, 1));
         return *bare_;
     }
     void choose(Operation operation, const std::vector<std::string>& sources, const std::string& destination = {}) {
@@ -96,7 +99,8 @@ class ConvertTest : public testing::Test {
     Notes notes;
     bool polling = false;
     std::function<void()> whileOpening = [] {};
-    ConversionRun run{state, vbmp3, gogo, files, windows};
+    ConversionRun run{state, vbmp3, gogo, files, windows, 1};
+    ConversionRun side{state, vbmp3, gogo, files, windows, 2};  // two files side by side
 
   private:
     std::optional<ConversionRun> bare_;

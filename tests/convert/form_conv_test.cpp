@@ -2,6 +2,7 @@
 #include "convert/form_conv.h"
 #include "tests/convert/convert_fixture.h"
 #include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_file_manager.h"
 
 namespace quenlox {
 namespace {
@@ -15,7 +16,8 @@ class FormConvTest : public ConvertTest {
         form.Command2.click();
     }
     FakeDialogs dialogs;
-    FormConv form{run, state, dialogs};
+    FakeFileManager fileManager;
+    FormConv form{run, state, dialogs, fileManager};
 };
 
 TEST_F(FormConvTest, TheSettingsAreForEncodingAndWithGogoOnly) {
@@ -47,7 +49,7 @@ TEST_F(FormConvTest, TheSettingsAreForEncodingAndWithGogoOnly) {
     form.Combo3.setListIndex(1);  // another wish
     form.Combo4.setListIndex(1);
     EXPECT_EQ(form.Combo3.text() + form.LabelLowered.caption(), "  48");
-    FormConv other(withoutGogo(), state, dialogs);
+    FormConv other(withoutGogo(), state, dialogs, fileManager);
     other.DecOption[2].setValue(true);
     EXPECT_FALSE(other.Combo5.enabled());
     EXPECT_TRUE(other.LabelGogo.caption().starts_with("GOGO.DLLがないため")) << other.LabelGogo.caption();
@@ -82,6 +84,15 @@ TEST_F(FormConvTest, TheDialogsAskForWhatTheOperationTakes) {
     form.DecOption[0].setValue(true);
     form.Form_FilesDropped({"C:\\a.wav", "C:\\b.MP3", "C:\\c.rmp", "C:\\d.txt"}, {});
     EXPECT_EQ(form.Label3.caption(), "b.MP3  ほか1個");
+    form.Form_FilesDropped({"C:\\d.txt"}, {});
+    EXPECT_EQ(form.LabelProgress.caption() + form.Label3.caption(), "変換できるファイルがありませんb.MP3  ほか1個");
+    form.Form_FilesDropped({"C:\\a.wav"}, {});
+    EXPECT_TRUE(form.DecOption[2].value()) << "a file of the other kind chooses that";
+    EXPECT_EQ(form.Label3.caption() + form.Label4.caption(), "C:\\a.wavD:\\out\\a.mp3");
+    form.CheckBeside.setValue(1);
+    EXPECT_EQ(form.Label4.caption(), "C:\\a.mp3");
+    FormConv other(run, state, dialogs, fileManager);
+    EXPECT_TRUE(other.DecOption[2].value());
 }
 
 TEST_F(FormConvTest, TheRunIsShownUntilItsEndAndReplacesOnlyWhatTheUserAgreesTo) {
@@ -94,7 +105,8 @@ TEST_F(FormConvTest, TheRunIsShownUntilItsEndAndReplacesOnlyWhatTheUserAgreesTo)
     dialogs.confirms.push_back(true);
     form.Command4.click();
     EXPECT_EQ(form.Command4.caption(), "中止(&T)");
-    EXPECT_EQ(form.LabelProgress.caption(), "1/2  a.wav");
+    EXPECT_EQ(form.LabelProgress.caption(), "0 / 2個");
+    EXPECT_EQ(form.FileView.textOf(0, 0) + form.FileView.textOf(1, 1) + form.FileView.textOf(1, 2), "a.wav待機中1.2 MB");
     EXPECT_FALSE(form.Frame1.enabled());
     EXPECT_FALSE(form.DecOption[1].enabled());
     form.Command4.click();

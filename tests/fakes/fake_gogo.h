@@ -22,6 +22,7 @@ class FakeGogo : public Gogo {
     LibraryError initialiseError = LibraryError::None, detectError = LibraryError::None;
     int frames = 3;        // the last one finishes
     int failingFrame = 0;  // this one, counted from 1
+    int failingRun = 0;    // only this one fails, counted from 1; 0 each
     int heldFrame = 0;     // this one does not come back before letGo()
 
     bool awaitHeld() { return await(held_); }
@@ -38,8 +39,9 @@ class FakeGogo : public Gogo {
     int MPGE_getUnitStatesVB() override { return there ? 1 : 0; }
     LibraryError MPGE_initializeWorkVB() override {
         done_ = 0;
+        ++run_;
         note("initialise");
-        return initialiseError;
+        return errorOf(initialiseError);
     }
     LibraryError MPGE_setConfigureVB(GogoItem item, std::int32_t value) override {
         return MPGE_setConfigureVB(item, std::to_string(value));
@@ -50,7 +52,7 @@ class FakeGogo : public Gogo {
     }
     LibraryError MPGE_detectConfigureVB() override {
         note("detect");
-        return detectError;
+        return errorOf(detectError);
     }
     std::optional<std::int32_t> MPGE_getConfigureVB(GogoItem) override { return frames; }
     GogoFrame MPGE_processFrameVB() override {
@@ -59,7 +61,7 @@ class FakeGogo : public Gogo {
         changed_.notify_all();
         changed_.wait(lock, [this] { return done_ != heldFrame; });
         note("frame");
-        if (done_ == failingFrame) return {false, LibraryError::Write};
+        if (done_ == failingFrame) return {false, errorOf(LibraryError::Write)};
         return {done_ >= frames};
     }
     void MPGE_closeCoderVB() override { note("close"); }
@@ -75,6 +77,9 @@ class FakeGogo : public Gogo {
         calls.emplace_back(call);
         threads.insert(std::this_thread::get_id());
     }
+    LibraryError errorOf(LibraryError error) const {
+        return !failingRun || run_ == failingRun ? error : LibraryError::None;
+    }
     bool await(const bool& reached) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, std::chrono::seconds(10), [&] { return reached; });
@@ -82,7 +87,7 @@ class FakeGogo : public Gogo {
 
     std::mutex mutex_;
     std::condition_variable changed_;
-    int done_ = 0;
+    int done_ = 0, run_ = 0;
     bool held_ = false, ended_ = false;
 };
 

@@ -1,16 +1,16 @@
 """The converter: encoding, decoding, decoding while playing, and cancelling."""
 
 import itertools
-import os
-import struct
 import subprocess
 import wave
 
 from wine_harness import material
 from wine_harness.product import Product
 from wine_harness.scenario import real_time
+from wine_harness.sound import Sound
 
 LIMIT = 180
+SCREEN = "1400x1024"
 START, CANCEL = "変換開始", "中止"
 PBM_GETPOS = 0x408
 
@@ -76,11 +76,9 @@ def test_while_playing_the_sound_is_heard_and_written(s):
 def test_an_encode_goes_on_under_a_held_title_bar_and_leaves_nothing_when_it_is_cut_short(s):
     folder = s.material / "cancel"
     folder.mkdir()
-    source = folder / "long.wav"  # longer than a RIFF can tell, silent and without a place on the disk
-    source.write_bytes(struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", 0xFFFFFFFF, b"WAVE", b"fmt ", 16, 1, 2, 44100, 176400, 4, 16, b"data", 0xFFFFFFFF))
-    os.truncate(source, 5 << 30)
+    source = material.endless_wave(folder / "long.wav")
     other = material.write_mp3(s.material / "other.mp3", material.tone(440, 5.0))
-    player, form = start(s, ini="[List]\nX=7500\nShow=1\n", m3u=f"#ListA\n{s.windows_path(other)}\n")
+    player, form = start(s, ini="[List]\nX=15000\nShow=1\n", m3u=f"#ListA\n{s.windows_path(other)}\n")
     choose(s, form, "MP3エンコード", source)
     form.press(START)
     bar = form.control("msctls_progress32")
@@ -115,6 +113,57 @@ def test_an_encode_goes_on_under_a_held_title_bar_and_leaves_nothing_when_it_is_
     form.wait_text("残り")
     player.end()  # nothing is asked
     s.equal([p.name for p in folder.iterdir()], ["long.wav"], "files after the end of the program")
+
+
+def test_many_files_go_on_side_by_side_and_what_was_chosen_is_there_again(s):
+    tones = {f"R&B {tone}": tone for tone in (300, 500, 700, 900, 1100, 1300)}
+    folder = s.material / "many" / ("長い名前のフォルダ " * 8).strip()
+    folder.mkdir(parents=True)
+    sources = [material.write_mp3(folder / f"{name}.mp3", material.tone(tone, 20.0)) for name, tone in tones.items()]
+    player, form = start(s, ini="[Convert]\nKind=2\n")
+    view = form.list_view()
+
+    def states():
+        return [row[1] for row in view.items()]
+    s.drop_files(*view.point(), sources[0])  # another kind of file than the one chosen last
+    s.wait_equal(lambda: form.control(title="WAVEデコード").checked(), True, "the kind has changed")
+    s.screenshot("one file", form)
+    s.drop_files(*view.point(), *sources)
+    s.wait_equal(lambda: len(view.items()), 6, "rows")
+    form.press(START)
+    form.wait_text("変換が終わりました", limit=60)
+    s.equal(states(), ["完了"] * 6, "states")
+    s.screenshot("many files", form)
+    for name, tone in tones.items():
+        with wave.open(str(folder / f"{name}.wav")) as sound:
+            s.equal(sound.getnframes(), 20 * 44100, name)
+            s.near(Sound.from_raw(sound.readframes(44100)).frequency(), tone, 1, name)
+
+    # And back, with one that is given up and one that cannot be converted.
+    endless = material.endless_wave(folder / "endless.wav")
+    broken = folder / "broken.wav"
+    broken.write_bytes(b"RIFF no sound")
+    s.drop_files(*view.point(), endless, broken, *(folder / f"{name}.wav" for name in tones))
+    s.wait_equal(lambda: len(view.items()), 8, "rows")
+    form.press(START)
+    s.answer("上書きしますか", button=6)
+    s.wait_until(lambda: states()[2:4] == ["完了"] * 2, "others have ended beside it")
+    view.click_item(0)
+    s.screenshot("under way", form)
+    form.press("選択を中止")
+    s.answer("gogo.dllファイルエラー")
+    s.equal(states()[0], "中止", "the one that was given up")
+    assert states()[1].startswith("失敗") and states()[2:] == ["完了"] * 6, states()
+    s.equal(sorted(p.suffix for p in folder.iterdir()), [".mp3"] * 6 + [".wav"] * 8, "files")
+    for name, tone in tones.items():
+        heard = s.material / "heard.wav"
+        subprocess.run(["mpg123", "-q", "-w", heard, folder / f"{name}.mp3"], check=True)
+        with wave.open(str(heard)) as sound:
+            s.near(Sound.from_raw(sound.readframes(44100)).frequency(), tone, 1, name)
+    player.end()
+    again, form = start(s, folder=player.folder)
+    s.equal(form.control(title="MP3エンコード").checked(), True, "the kind of the last time")
+    again.end()
 
 
 def test_without_the_encoder_library_its_settings_are_out_of_reach(s):
