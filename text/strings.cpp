@@ -1,6 +1,9 @@
 #include "text/strings.h"
 
 #include <iterator>
+
+#include "text/letter_case.h"
+
 namespace quenlox {
 namespace {
 
@@ -61,6 +64,32 @@ char32_t FoldLatinExtended(char32_t c) {
     return (c % 2 == 1) == capitalIsOdd ? c + 1 : c;
 }
 
+char32_t CapitalOf(char32_t c) {
+    if (c < 0x80) return c >= 'a' && c <= 'z' ? c - 32 : c;
+    for (const CaseRun& run : kCaseRuns) {
+        if (c - run.distance >= run.first && c - run.distance <= run.last) return c - run.distance;
+    }
+    return c > 0x100 && c <= 0x17F && FoldLatinExtended(c - 1) == c ? c - 1 : c;
+}
+
+// Every character through `map`, which keeps it one of as many bytes; ill-formed bytes stay.
+template <class Map>
+std::string Mapped(std::string_view utf8, Map map) {
+    std::string mapped;
+    mapped.reserve(utf8.size());
+    while (!utf8.empty()) {
+        const std::size_t length = CharacterLength(utf8);
+        const std::string_view character = utf8.substr(0, length);
+        if (length == 2 || length == 3 || static_cast<unsigned char>(utf8.front()) < 0x80) {
+            AppendUtf8(mapped, map(Decode(character)));
+        } else {
+            mapped.append(character);
+        }
+        utf8.remove_prefix(length);
+    }
+    return mapped;
+}
+
 }  // namespace
 
 std::string_view TrimBlanks(std::string_view text) {
@@ -82,20 +111,20 @@ char32_t FoldCase(char32_t c) {
 }
 
 std::string FoldCase(std::string_view utf8) {
-    std::string folded;
-    folded.reserve(utf8.size());
-    while (!utf8.empty()) {
-        const std::size_t length = CharacterLength(utf8);
-        const std::string_view character = utf8.substr(0, length);
-        const bool foldable = length == 2 || length == 3 || static_cast<unsigned char>(utf8.front()) < 0x80;
-        if (foldable) {
-            AppendUtf8(folded, FoldCase(Decode(character)));
-        } else {
-            folded.append(character);
-        }
-        utf8.remove_prefix(length);
-    }
-    return folded;
+    return Mapped(utf8, [](char32_t c) { return FoldCase(c); });
+}
+
+std::string UpperCase(std::string_view utf8) { return Mapped(utf8, CapitalOf); }
+
+std::string WithCapitals(std::string_view utf8) {
+    bool inWord = false;
+    return Mapped(utf8, [&inWord](char32_t c) {
+        const char32_t small = FoldCase(c), capital = CapitalOf(c);
+        const char32_t result = inWord ? small : capital;
+        const bool isDigit = c >= '0' && c <= '9';
+        inWord = small != capital || isDigit || (inWord && (c == '\'' || c == 0x2019));
+        return result;
+    });
 }
 
 bool EqualsNoCase(std::string_view a, std::string_view b) { return CompareNoCase(a, b) == 0; }

@@ -1,5 +1,7 @@
 #include "text/strings.h"
 
+#include "text/letter_case.h"
+
 #include <gtest/gtest.h>
 
 #include "text/paths.h"
@@ -21,6 +23,9 @@ TEST(Strings, CaseIsFoldedAsInFileNamesAndIllFormedBytesStay) {
                           {"ŁŻŸČ", "łżÿč"},         {"ΑΩΆΈΌΏ", "αωάέόώ"},        {"ЖЁ", "жё"},
                           {"曲名ｱ😀", "曲名ｱ😀"},     {"A\xFF\xC3Z\xE3\x81", "a\xFF\xC3z\xE3\x81"}};
     for (const auto& c : cases) EXPECT_EQ(FoldCase(c.text), c.folded) << c.text;
+    for (const auto& c : cases) EXPECT_EQ(FoldCase(UpperCase(c.text)), c.folded) << c.text;
+    EXPECT_EQ(UpperCase("straße, łżÿč ａб 曲ｱ😀"), "STRAßE, ŁŻŸČ ＡБ 曲ｱ😀");
+    EXPECT_EQ(WithCapitals("DON'T stop (éTÉ) 2nd 曲名abc"), "Don't Stop (Été) 2nd 曲名Abc");
     EXPECT_TRUE(EqualsNoCase("Default", "DEFAULT"));
     EXPECT_LT(CompareNoCase("a", "B"), 0);
     EXPECT_TRUE(ContainsNoCase("*.MP3;*.rmp", ".mp3"));
