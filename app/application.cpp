@@ -96,7 +96,8 @@ void Application::connectWindows() {
                   {[this](const std::string& from, const std::string& to) { lists_.renamePath(from, to); },
                    [this] { list_.refreshBrowser(); }},
                   [this](const std::string& path) { lists_.forgetTexts(path); },
-                  [this] { return list_.selectedPaths(); }});
+                  [this] { return list_.selectedPaths(); },
+                  &services_.windows});
 }
 
 FormTop::Hooks Application::hooksOfMain() {

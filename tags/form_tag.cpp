@@ -19,13 +19,10 @@ constexpr std::array<const char*, FormTag::kFields> kFieldCaptions{"タイトル
                                                                    "年",       "トラック",     "コメント"};
 constexpr std::array<char, FormTag::kFields> kFieldKeys{'T', 'A', 'L', 'G', 'Y', 'K', 'M'};
 constexpr int kGenres = 192;
+constexpr const char *kApplyCaption = "実行(&D)", *kStopCaption = "中止(&D)";
 constexpr const char *kToRmp = "RMPに変換(&V)...", *kToMp3 = "MP3に変換(&V)...";
-constexpr int kLabelWidth = 60, kFieldWidth = 230;
+constexpr int kLabelWidth = 60, kFieldWidth = 230, kListWidth = 165;
 constexpr std::array<const char*, 3> kViewExtensions{".mp3", ".rmp", ".wav"};
-
-bool Contains(const std::vector<std::string>& paths, const std::string& path) {
-    return std::find(paths.begin(), paths.end(), path) != paths.end();
-}
 
 }  // namespace
 
@@ -47,6 +44,7 @@ void FormTag::makeControls() {
     TabView.setCaption("タグの種類");
     LabelApply.setCaption("項目(&F)");
     ComboField.setItems(std::move(fields));
+    ComboField.onClick = [this] { ComboAction_Click(); };
     ComboField.setListIndex(Album);
     for (TextBox* box : {&TextTitle, &TextArtist, &TextAlbum, &TextYear, &TextTrack, &TextComment}) {
         box->onChange = [this] { fieldEdited(); };
@@ -71,14 +69,21 @@ void FormTag::makeControls() {
     button(cmdRevert, "元に戻す(&U)", [this] { showFile(file_); });
     button(cmdConvert, kToRmp, [this] { cmdConvert_Click(); });
     button(cmdRename, "名前の変更(&N)", [this] { cmdRename_Click(); });
+    makeMany();
     button(cmdPrevious, "◀ 前(&B)", [this] { step(-1); });
     button(cmdNext, "次(&X) ▶", [this] { step(1); });
     button(cmdCurrent, "開いている曲(&R)", [this] { fill(); });
-    button(cmdApply, "すべてに適用(&D)", [this] { cmdApply_Click(); });
-    cmdApply.setTooltip("上の欄の内容を、プレイリストで選択した曲すべてに書き込みます");
+    button(cmdTake, "プレイリストの選択を取込(&J)", [this] { takeSelected(); });
+    button(cmdApply, kApplyCaption, [this] { cmdApply_Click(); });
+    cmdApply.setTooltip("左の一覧のファイルすべてのタグを書き換えます");
+    button(cmdUndo, "書き込みを取消(&Z)", [this] { cmdUndo_Click(); });
+    cmdUndo.setTooltip("最後に書き込んだタグを、書き込む前の内容に戻します（画面を閉じるまで）");
     button(cmdClose, "閉じる(&C)", [this] { unload(); });
     FrameName.setCaption("ファイル名(&H)");
-    FrameSelected.setCaption("プレイリストで選択した曲");
+    FrameSelected.setCaption("左の一覧のファイルすべて");
+    TextFileName.onChange = [this] {
+        if (!showing_) nameTyped_ = !TextFileName.text().empty();
+    };
 }
 
 Layout FormTag::layout() {
@@ -94,10 +99,15 @@ Layout FormTag::layout() {
                 Row({Space(kLabelWidth, 0), Item(CheckApe, 0, 0, 1)}), Item(LabelLimit, kLabelWidth + kFieldWidth, 18),
                 Row({Item(cmdSave), Item(cmdRevert), Space(0, 0, 1), Item(cmdConvert, 64)})});
     Layout name = Row({Item(TextFileName, 0, 0, 1), Item(cmdRename)});
-    Layout selected = Column({Row({Item(cmdPrevious), Item(cmdNext), Item(cmdCurrent), Item(LabelPlace, 0, 0, 1)}),
-                              Row({Item(LabelApply), Item(ComboField, 70), Item(cmdApply), Space(0, 0, 1)})});
-    return Column({Item(LabelFile, kLabelWidth + kFieldWidth), Item(TabView), fields, Group(FrameName, name),
-                   Group(FrameSelected, selected), Row({Item(LabelState, 0, 0, 1), Item(cmdClose)})});
+    Layout steps = Row({Item(cmdPrevious), Item(cmdNext), Item(cmdCurrent), Item(LabelPlace, 0, 0, 1)});
+    Layout many =
+        Column({Row({Item(LabelAction, 40), Item(ComboAction, 90), Item(LabelApply), Item(ComboField, 0, 0, 1)}),
+                Row({Item(LabelWith, 40), Item(ComboWith, 90), Item(cmdApply), Item(cmdUndo), Space(0, 0, 1)}),
+                Item(Progress, 0, 8)});
+    Layout one = Column({Item(LabelFile, kLabelWidth + kFieldWidth), Item(TabView), fields, Group(FrameName, name),
+                         steps, Group(FrameSelected, many)});
+    Layout list = Column({Item(FileView, kListWidth, 0, 1), Item(cmdTake)});
+    return Column({Row({list, one}), Row({Item(LabelState, 0, 0, 1), Item(cmdClose)})});
 }
 
 void FormTag::fillGenres() {
@@ -124,7 +134,7 @@ void FormTag::setText(Field field, const std::string& text) {
 
 bool FormTag::edit(const std::string& path) {
     if (path == file_ && edited_) return true;
-    if (!mayLeave()) return false;
+    if (working_ || !mayLeave()) return false;
     showFile(path);
     return true;
 }
@@ -132,13 +142,10 @@ bool FormTag::edit(const std::string& path) {
 void FormTag::fill() { edit(state_.CurrentFile); }
 
 void FormTag::currentFileOpened() {
-    if (writing_ || !visible()) return;
-    if (!edited_) {
-        showFile(state_.CurrentFile);
-    } else if (file_ != state_.CurrentFile) {
-        say("保存していない変更があります");
-        showButtons();
-    }
+    if (writing_ || working_ || !visible()) return;
+    if (follows_ && !edited_) return showFile(state_.CurrentFile);
+    if (follows_ && file_ != state_.CurrentFile) say("保存していない変更があります");
+    showButtons();
 }
 
 void FormTag::formatChanged() {
@@ -162,6 +169,8 @@ bool FormTag::mayLeave() {
 
 void FormTag::showFile(const std::string& path) {
     file_ = path;
+    follows_ = path == state_.CurrentFile;
+    nameTyped_ = false;
     fileType_.reset();
     if (!path.empty() && files_.fileExists(path)) {
         if (const auto type = vbmp3_.vbmp3_getFileType(path)) fileType_ = *type;
@@ -207,7 +216,7 @@ void FormTag::showView() {
     const bool mpeg = fileType_ && !rmp && fileType_->mpeg;
     TrackTexts texts;
     present_ = 0;
-    if (fileType_) texts = readFields(file_, id3 ? kId3Kinds | kTagApe : int{kTagSi}, present_);
+    if (fileType_) texts = ReadFields(vbmp3_, file_, id3 ? kId3Kinds | kTagApe : int{kTagSi}, present_);
     const bool read = present_ != 0;
     editable_ = id3 ? mpeg || (rmp && read) : view_ == kSiView ? rmp : isWave();
     showing_ = true;
@@ -238,14 +247,18 @@ void FormTag::showView() {
     }
 }
 
-// The extension is that of the view. A file that can have no tag keeps its name, and so does a WAVE that has none yet.
+// The extension is that of the view. A file that can have no tag keeps its name, and so does a WAVE that has none yet;
+// what the user has typed stays.
 void FormTag::proposeName() {
-    if (!editable_ || (view_ == kInfoView && text(Title).empty() && text(Artist).empty())) {
-        TextFileName.setText(FileNameOf(file_));
-        return;
+    if (nameTyped_) return;
+    std::string name = FileNameOf(file_);
+    if (editable_ && !(view_ == kInfoView && text(Title).empty() && text(Artist).empty())) {
+        name = FormatFileName(options_->RenameFormat, text(Title), text(Artist), text(Album), text(Genre)) +
+               kViewExtensions[static_cast<std::size_t>(view_)];
     }
-    TextFileName.setText(FormatFileName(options_->RenameFormat, text(Title), text(Artist), text(Album), text(Genre)) +
-                         kViewExtensions[static_cast<std::size_t>(view_)]);
+    showing_ = true;
+    TextFileName.setText(name);
+    showing_ = false;
 }
 
 void FormTag::fieldEdited() {
@@ -273,38 +286,32 @@ void FormTag::showLimits() { LabelLimit.setCaption(editable_ ? tooLongFields() :
 
 void FormTag::showButtons() {
     setCaption(edited_ ? "タグ情報 *" : "タグ情報");
-    cmdSave.setEnabled(editable_ && edited_);
-    cmdRevert.setEnabled(edited_);
     const bool rmp = fileType_ && fileType_->rmp;
+    const bool idle = !working_, many = idle && !paths_.empty();
+    cmdSave.setEnabled(idle && editable_ && edited_);
+    cmdRevert.setEnabled(idle && edited_);
     cmdConvert.setCaption(rmp ? kToMp3 : kToRmp);
-    cmdConvert.setEnabled(rmp || (fileType_ && fileType_->mpeg));
-    cmdRename.setEnabled(!file_.empty());
+    cmdConvert.setEnabled(idle && (rmp || (fileType_ && fileType_->mpeg)));
+    cmdRename.setEnabled(idle && !file_.empty());
     TextFileName.setEnabled(!file_.empty());
-    const auto selected = hooks_.selectedPaths ? hooks_.selectedPaths() : std::vector<std::string>();
-    const bool inside = Contains(selected, file_);
-    cmdPrevious.setEnabled(!selected.empty());
-    cmdNext.setEnabled(!selected.empty());
-    cmdApply.setEnabled(!selected.empty());
-    cmdCurrent.setEnabled(file_ != state_.CurrentFile);
-    const auto place = std::find(selected.begin(), selected.end(), file_) - selected.begin() + 1;
-    LabelPlace.setCaption((inside ? std::to_string(place) : std::string("-")) + " / " +
-                          std::to_string(selected.size()));
-}
-
-void FormTag::step(int by) {
-    const auto selected = hooks_.selectedPaths ? hooks_.selectedPaths() : std::vector<std::string>();
-    if (selected.empty() || !mayLeave()) return showButtons();
-    const auto count = static_cast<int>(selected.size());
-    const auto at = std::find(selected.begin(), selected.end(), file_);
-    int next = by > 0 ? 0 : count - 1;
-    if (at != selected.end()) next = (static_cast<int>(at - selected.begin()) + by + count) % count;
-    showFile(selected[static_cast<std::size_t>(next)]);
+    cmdTake.setEnabled(idle);
+    cmdPrevious.setEnabled(many);
+    cmdNext.setEnabled(many);
+    cmdApply.setCaption(idle ? kApplyCaption : kStopCaption);
+    cmdApply.setEnabled(!paths_.empty());
+    cmdUndo.setEnabled(idle && !history_.empty());
+    cmdCurrent.setEnabled(idle && file_ != state_.CurrentFile);
+    Progress.setVisible(working_);
+    showPlace();
 }
 
 void FormTag::Form_Unload(bool& cancel) {
     if (state_.ShuttingDown) return;
     cancel = true;
-    if (mayLeave()) hide();
+    cancelled_ = true;
+    if (working_ || !mayLeave()) return;
+    history_.clear();  // while it is open what was written can be taken back
+    hide();
 }
 
 }  // namespace quenlox

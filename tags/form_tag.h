@@ -1,7 +1,9 @@
 // The tag editor: shows and edits the tags of one file in three views, ID3 (versions 1 and 2, and APE where there is
 // one), SI (the fields of RMP files) and INFO (those of WAVE files), proposes a file name by the standard format,
-// renames, wraps and unwraps, and gives one field to many files.
-// It shows the current file and follows it, unless there are edits that are not saved. On the user-interface thread.
+// renames, wraps and unwraps. A list beside it holds many files, which are changed alike one after another, on another
+// thread; until the window is closed what was written can be taken back.
+// While it shows the current file it follows that, unless there are edits that are not saved. On the user-interface
+// thread.
 #pragma once
 
 #include <array>
@@ -11,14 +13,17 @@
 #include <vector>
 
 #include "forms/form.h"
+#include "forms/list_view.h"
 #include "platform/vbmp3.h"
 #include "tags/rename.h"
+#include "tags/tag_change.h"
 
 namespace quenlox {
 
 class Dialogs;
 class FileSystem;
 class OptionStore;
+class WindowSystem;
 struct GlobalState;
 
 class FormTag : public Form {
@@ -35,9 +40,12 @@ class FormTag : public Form {
         RenameFollowers followers;
         std::function<void(const std::string& path)> tagWritten;  // what lists show of it is out of date
         std::function<std::vector<std::string>()> selectedPaths;  // rows of the play list, in their order
+        WindowSystem* windows = nullptr;
     };
     void connect(Hooks hooks) { hooks_ = std::move(hooks); }
 
+    ListView FileView{*this, "FileView"};     // the files that are changed alike
+    CommandButton cmdTake{*this, "cmdTake"};  // takes the selected rows of the play list
     Label LabelFile{*this, "LabelFile"};
     TabStrip TabView{*this, "TabView", {"&ID3タグ", "SI (RM&P)", "INF&O (WAVE)"}};
     std::array<Label, kFields> LabelField{Label{*this, "LabelField", 0}, Label{*this, "LabelField", 1},
@@ -61,13 +69,19 @@ class FormTag : public Form {
     TextBox TextFileName{*this, "TextFileName"};
     CommandButton cmdRename{*this, "cmdRename"};
     Frame FrameName{*this, "FrameName"};
-    CommandButton cmdPrevious{*this, "cmdPrevious"};  // among the selected rows of the play list
+    CommandButton cmdPrevious{*this, "cmdPrevious"};  // in the list
     CommandButton cmdNext{*this, "cmdNext"};
     CommandButton cmdCurrent{*this, "cmdCurrent"};  // back to the file that is playing
     Label LabelPlace{*this, "LabelPlace"};
     Label LabelApply{*this, "LabelApply"};
     ComboBox ComboField{*this, "ComboField"};
-    CommandButton cmdApply{*this, "cmdApply"};  // gives the chosen field to all of them
+    Label LabelAction{*this, "LabelAction"};
+    ComboBox ComboAction{*this, "ComboAction"};  // by TagAction
+    Label LabelWith{*this, "LabelWith"};
+    ComboBox ComboWith{*this, "ComboWith", true};  // the other field, the first number or the format
+    CommandButton cmdApply{*this, "cmdApply"};     // does it with all of them; stops that
+    CommandButton cmdUndo{*this, "cmdUndo"};       // takes back what was written last
+    ProgressBar Progress{*this, "Progress"};
     Frame FrameSelected{*this, "FrameSelected"};
     Label LabelState{*this, "LabelState"};
     CommandButton cmdClose{*this, "cmdClose"};
@@ -92,9 +106,15 @@ class FormTag : public Form {
     void cmdRename_Click();
     void cmdConvert_Click();
     void cmdApply_Click();
+    void cmdUndo_Click();
+    void ComboAction_Click();
+    void FileView_SelectionChange();
     void step(int by);
+    void takeSelected();
 
     Layout layout() override;
+    void Form_Shown() override;
+    void Form_FilesDropped(const std::vector<std::string>& files, Point at) override;
     // Closed by the user it is only hidden: its place is saved at the end of the program.
     void Form_Unload(bool& cancel) override;
 
@@ -120,13 +140,26 @@ class FormTag : public Form {
 
     // form_tag_write.cpp
     TrackTexts fieldsShown() const;
-    TrackTexts readFields(const std::string& path, int kinds, int& present) const;
-    LibraryError writeFile(const std::string& path, int write, int remove, const TrackTexts& texts);
-    LibraryError applyField(const std::string& path, Field field, const TrackTexts& from);
+    LibraryError writeFile(const std::string& path, const std::function<LibraryError()>& write);
     std::string lossOf(int remove, bool all) const;
     bool takesSideFiles(const std::vector<std::string>& found);
     void showAgain(Field field);
     void tell(const std::string& what, LibraryError error);
+    void renamedInList(const std::string& from, const std::string& to);
+
+    // form_tag_many.cpp
+    void makeMany();
+    void setFiles(std::vector<std::string> paths);
+    void showPlace();
+    TagChange chosenChange() const;
+    std::string questionOf(const TagChange& change) const;
+    struct Outcome {
+        std::size_t done = 0, failed = 0, passed = 0;
+        LibraryError firstError = LibraryError::None;
+    };
+    using Work = std::function<LibraryError(Vbmp3&, std::size_t index, std::optional<TagsBefore>& before)>;
+    Outcome workThrough(const std::vector<std::string>& paths, const Work& work, std::vector<TagsBefore>& written);
+    void tellOutcome(const Outcome& outcome, std::size_t count, const std::string& what);
 
     GlobalState& state_;
     OptionStore& options_;
@@ -142,6 +175,13 @@ class FormTag : public Form {
     bool edited_ = false;
     bool showing_ = false;  // fields change because a file is shown
     bool writing_ = false;
+    bool follows_ = true;     // the current file is shown
+    bool nameTyped_ = false;  // by the user, for the file that is shown
+    bool working_ = false;    // through the list
+    bool cancelled_ = false;
+    std::vector<std::string> paths_;                // of the list
+    std::vector<std::string> states_;               // what was done with them
+    std::vector<std::vector<TagsBefore>> history_;  // what each writing has found, the last one last
 };
 
 }  // namespace quenlox

@@ -1,6 +1,8 @@
 // What the tag editor does to files: saving, renaming, wrapping, and one field for many.
 #include <algorithm>
+#include <memory>
 
+#include "forms/window_host.h"
 #include "platform/dialogs.h"
 #include "platform/file_system.h"
 #include "platform/vbmp3.h"
@@ -20,22 +22,6 @@ std::string TrackTexts::*FormTag::TextOfField(int field) {
     return kTexts[field];
 }
 
-// The richest tag there is, and what only the others know. `present` is the mask of those there are.
-TrackTexts FormTag::readFields(const std::string& path, int kinds, int& present) const {
-    TrackTexts all;
-    present = 0;
-    for (const int kind : {kTagId3v2, kTagId3v1, kTagApe, kTagSi}) {
-        const auto read = kinds & kind ? vbmp3_.vbmp3_readTag(path, kind) : LibraryError::None;
-        if (!read) continue;
-        if (all.genre.empty()) all.genreNumber = read->genreNumber;
-        for (const auto text : kTrackTexts) {
-            if ((all.*text).empty()) all.*text = (*read).*text;
-        }
-        present |= kind;
-    }
-    return all;
-}
-
 TrackTexts FormTag::fieldsShown() const {
     TrackTexts texts;
     for (int field = 0; field < kFields; ++field) texts.*TextOfField(field) = text(static_cast<Field>(field));
@@ -45,17 +31,18 @@ TrackTexts FormTag::fieldsShown() const {
     return texts;
 }
 
-// Writes some kinds of tags and takes others away. The player lets go of the file for that time.
-LibraryError FormTag::writeFile(const std::string& path, int write, int remove, const TrackTexts& texts) {
+// The player lets go of the file while `write` writes it, on another thread.
+LibraryError FormTag::writeFile(const std::string& path, const std::function<LibraryError()>& write) {
+    const auto result = std::make_shared<LibraryError>(LibraryError::Busy);
     writing_ = true;
     const auto released = hooks_.transport->letGoOf(path);
-    LibraryError error = released ? LibraryError::None : LibraryError::Busy;
-    if (error == LibraryError::None && write != 0) error = vbmp3_.vbmp3_writeTag(path, write, texts);
-    if (error == LibraryError::None && remove != 0) error = vbmp3_.vbmp3_removeTag(path, remove);
-    if (released) hooks_.transport->takeUp(*released);
+    if (released) {
+        hooks_.windows->runAside([result, write] { *result = write(); }, [this] { return !state_.ShuttingDown; });
+        if (!state_.ShuttingDown) hooks_.transport->takeUp(*released);
+    }
     writing_ = false;
-    if (error == LibraryError::None && hooks_.tagWritten) hooks_.tagWritten(path);
-    return error;
+    if (*result == LibraryError::None && hooks_.tagWritten) hooks_.tagWritten(path);
+    return *result;
 }
 
 void FormTag::tell(const std::string& what, LibraryError error) {
@@ -93,16 +80,29 @@ bool FormTag::save() {
         if (!question.empty() && !dialogs_.confirmLoss(question, caption())) return false;
     }
     state_.Actions.noteFile("save tag", file_);
-    if (const auto error = writeFile(file_, write, remove, fieldsShown()); error != LibraryError::None) {
+    working_ = true;
+    showButtons();
+    std::vector<TagsBefore> before{ReadTags(vbmp3_, file_)};
+    const auto writeBoth = [&vbmp3 = vbmp3_, path = file_, write, remove, texts = fieldsShown()] {
+        const auto error = write != 0 ? vbmp3.vbmp3_writeTag(path, write, texts) : LibraryError::None;
+        return error == LibraryError::None && remove != 0 ? vbmp3.vbmp3_removeTag(path, remove) : error;
+    };
+    const LibraryError error = writeFile(file_, writeBoth);
+    working_ = false;
+    if (error != LibraryError::None) {
+        showButtons();
         tell("タグを書き込めませんでした", error);
         return false;
     }
+    history_.push_back(std::move(before));
     // The name that the user may have typed stays.
     const std::string name = TextFileName.text();
+    const bool typed = nameTyped_;
     const int view = TabView.value();
     showFile(file_);
     if (TabView.value() != view) TabView.setValue(view);
-    if (editable_) TextFileName.setText(name);
+    if (editable_ && typed) TextFileName.setText(name);
+    nameTyped_ = typed;
     say("保存しました");
     return true;
 }
@@ -130,6 +130,7 @@ void FormTag::cmdRename_Click() {
     const RenameResult result = RenameFile(files_, dialogs_, *hooks_.transport, file_, name, followers, renamed);
     writing_ = false;
     if (result != RenameResult::Done) return showButtons();
+    renamedInList(file_, renamed);
     showFile(renamed);
     TextFileName.setText(FileNameOf(renamed));
     say(left == 0 ? "名前を変更しました" : "名前を変更しました（変更できなかった歌詞などのファイルがあります）");
@@ -190,42 +191,15 @@ void FormTag::showAgain(Field field) {
     CheckApe.setValue(ape);
 }
 
-// Each kind of tag keeps its other fields, those of the short one being short.
-LibraryError FormTag::applyField(const std::string& path, Field field, const TrackTexts& from) {
-    const auto type = vbmp3_.vbmp3_getFileType(path);
-    if (!type) return type.error();
-    const bool id3 = type->mpeg && !type->rmp;
-    const int kinds = id3 ? kId3Kinds : int{kTagSi};
-    int present = 0;
-    TrackTexts texts = readFields(path, id3 ? kinds | kTagApe : kinds, present);
-    texts.*TextOfField(field) = from.*TextOfField(field);
-    if (field == Genre) texts.genreNumber = from.genreNumber;
-    return writeFile(path, present & kinds ? present & kinds : kinds, 0, texts);
-}
-
-void FormTag::cmdApply_Click() {
-    const auto selected = hooks_.selectedPaths ? hooks_.selectedPaths() : std::vector<std::string>();
-    if (selected.empty() || ComboField.listIndex() < 0) return;
-    const auto field = static_cast<Field>(ComboField.listIndex());
-    const std::string value = text(field);
-    if (!dialogs_.confirmLoss("選択した" + std::to_string(selected.size()) + "曲の「" + ComboField.text() + "」を「" +
-                                  value + "」にします。よろしいですか？",
-                              caption())) {
-        return;
+// The list and what can be taken back know the file by its new name.
+void FormTag::renamedInList(const std::string& from, const std::string& to) {
+    std::ranges::replace(paths_, from, to);
+    for (auto& batch : history_) {
+        for (TagsBefore& before : batch) {
+            if (before.path == from) before.path = to;
+        }
     }
-    const TrackTexts shown = fieldsShown();
-    std::vector<std::string> paths = selected;
-    std::ranges::sort(paths);
-    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
-    std::size_t failed = 0;
-    LibraryError firstError = LibraryError::None;
-    for (const std::string& path : paths) {
-        const LibraryError error = applyField(path, field, shown);
-        if (error != LibraryError::None && failed++ == 0) firstError = error;
-    }
-    if (std::ranges::find(paths, file_) != paths.end()) showAgain(field);
-    if (failed == 0) return say(std::to_string(paths.size()) + "曲に書き込みました");
-    tell(std::to_string(paths.size()) + "曲のうち" + std::to_string(failed) + "曲に書き込めませんでした", firstError);
+    FileView.refreshAll();
 }
 
 }  // namespace quenlox

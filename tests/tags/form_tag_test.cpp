@@ -36,7 +36,8 @@ struct Editor : Player {
                       {[this](const std::string& from, const std::string& to) { lists.renamePath(from, to); },
                        [this] { seenByBrowser.push_back(state.CurrentFile); }},
                       [this](const std::string& path) { written.push_back(path); },
-                      [this] { return selected; }});
+                      [this] { return selected; },
+                      &windows});
         form.fillGenres();
         transport.open({kSong}, kNoIntent, Transport::Start::Open);
         form.show();
@@ -47,6 +48,18 @@ struct Editor : Player {
         TrackTexts& made = vbmp3.tags[{path, kind}] = {};
         made.title = title;
         made.artist = artist;
+    }
+    // Takes them into the list.
+    void select(std::vector<std::string> paths) {
+        selected = std::move(paths);
+        form.cmdTake.click();
+    }
+    void act(TagAction action, FormTag::Field field, const std::string& with = {}) {
+        form.ComboField.setListIndex(field);
+        form.ComboAction.setListIndex(static_cast<int>(action));
+        form.ComboWith.setText(with);
+        dialogs.confirms = {true};
+        form.cmdApply.click();
     }
     std::string title(const std::string& path, int kind) { return vbmp3.tags[{path, kind}].title; }
     // What the library knows follows the name on the disk.
@@ -139,7 +152,7 @@ TEST_F(FormTagTest, EveryViewProposesTheNameWithItsExtension) {
     EXPECT_EQ(form.TextFileName.text(), "(歌手) 朝.mp3");
     form.cmdRevert.click();
     EXPECT_EQ(form.TextTitle.text(), "夜明け");
-    selected = {kWrapped};
+    select({kWrapped});
     form.step(1);
     EXPECT_EQ(form.TabView.value(), FormTag::kSiView);
     EXPECT_EQ(form.TextFileName.text(), "(店) 包み.rmp");
@@ -221,7 +234,7 @@ TEST_F(FormTagTest, TheFieldsOfAWaveHaveAPageOfTheirOwn) {
     const std::string wave = "C:\\music\\take.wav";
     files.add(wave);
     vbmp3.addFile(wave, kWaveFile);
-    selected = {wave};
+    select({wave});
     form.step(1);
     EXPECT_EQ(form.TabView.value(), FormTag::kInfoView);
     EXPECT_EQ(form.TextFileName.text(), "take.wav");
@@ -257,15 +270,67 @@ TEST_F(FormTagTest, UnsavedEditsAreAskedAboutAndKeptWhenTheTrackChanges) {
     EXPECT_EQ(title(kOther, kTagId3v1), "T");
 }
 
-TEST_F(FormTagTest, ItFollowsTheTrackWhenNothingIsUnsaved) {
+TEST_F(FormTagTest, ItFollowsTheTrackWhileItShowsThatAndNothingIsUnsaved) {
     transport.open({kOther}, kNoIntent, Transport::Start::Open);
     EXPECT_EQ(form.TextTitle.text(), "Other");
     EXPECT_TRUE(form.CheckV1.checked());
     EXPECT_FALSE(form.CheckV2.checked());
+    form.edit(kWrapped);  // one that the user has chosen stays
+    transport.open({kSong}, kNoIntent, Transport::Start::Open);
+    EXPECT_EQ(form.file(), kWrapped);
+}
+
+TEST_F(FormTagTest, ANameThatWasTypedStaysUntilAnotherFileIsShown) {
+    form.TextFileName.setText("my name.mp3");
+    form.TextTitle.setText("朝");
+    form.cmdSave.click();
+    EXPECT_EQ(form.TextFileName.text(), "my name.mp3");
+    form.edit(kOther);
+    EXPECT_EQ(form.TextFileName.text(), "(Band) Other.mp3");
+}
+
+TEST_F(FormTagTest, WhatIsDoneWithTheWholeListIsTakenBackStepByStep) {
+    const auto before = vbmp3.tags;
+    select({kSong, kOther, kWrapped});
+    act(TagAction::Number, FormTag::Title, "01");
+    EXPECT_EQ((vbmp3.tags[{kOther, kTagId3v1}].track + vbmp3.tags[{kWrapped, kTagSi}].track), "0203");
+    act(TagAction::UpperCase, FormTag::Title);
+    EXPECT_EQ(title(kOther, kTagId3v1), "OTHER");
+    act(TagAction::Swap, FormTag::Title, "アーティスト");
+    EXPECT_EQ(title(kOther, kTagId3v1), "Band");
+    EXPECT_EQ(title(kSong, kTagId3v2), "歌手");
+    act(TagAction::FromName, FormTag::Title, "s*T");
+    EXPECT_EQ(title(kSong, kTagId3v2), "ong");
+    EXPECT_EQ(form.FileView.textOf(1, 1), "書式に合いません");
+    EXPECT_EQ(form.TextTitle.text(), "ong") << "what is shown follows";
+    vbmp3.tags.erase({kSong, kTagId3v2});  // its tag is made anew, and goes again
+    act(TagAction::SetField, FormTag::Title);
+    vbmp3.tagWritesWork = false;
+    form.cmdUndo.click();
+    EXPECT_EQ(dialogs.messages.size(), 1U);
+    vbmp3.tagWritesWork = true;
+    for (int step = 0; step < 5; ++step) {
+        EXPECT_TRUE(form.cmdUndo.enabled()) << step;
+        form.cmdUndo.click();
+    }
+    EXPECT_FALSE(form.cmdUndo.enabled());
+    EXPECT_TRUE(vbmp3.tags == before);
+}
+
+TEST_F(FormTagTest, AWorkThatIsGivenUpLeavesTheOthersAlone) {
+    select({kSong, kOther, kWrapped});
+    windows.onPump = [this] {
+        windows.onPump = nullptr;
+        form.cmdApply.click();  // it stops by now
+    };
+    act(TagAction::UpperCase, FormTag::Artist);
+    EXPECT_EQ(form.LabelState.caption(), "中止しました（3曲のうち1曲に書き込みました）");
+    EXPECT_EQ((vbmp3.tags[{kOther, kTagId3v1}].artist), "Band");
+    EXPECT_EQ(form.cmdApply.caption(), "実行(&D)");
 }
 
 TEST_F(FormTagTest, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
-    selected = {kSong, kWrapped, kOther, kSong};
+    select({kSong, kWrapped, kOther, kSong});
     files.add("C:\\a.wav");
     tag(kSong, kTagApe, "", "");
     form.fill();
@@ -290,14 +355,14 @@ TEST_F(FormTagTest, OneFieldIsGivenToEverySelectedFileAndTheOthersStay) {
     form.cmdApply_Click();
     EXPECT_FALSE(form.edited());  // nothing is left to save
 
-    selected = {kSong, "C:\\a.wav"};
+    select({kSong, "C:\\a.wav"});
     dialogs.confirms = {true};
     form.cmdApply_Click();
     EXPECT_THAT(said(), ElementsAre("2曲のうち1曲に書き込めませんでした\r\n対応していない形式のファイルです"));
 }
 
 TEST_F(FormTagTest, StepsGoRoundTheSelectedRows) {
-    selected = {kOther, kSong, kWrapped};
+    select({kOther, kSong, kWrapped});
     form.step(1);
     EXPECT_EQ(form.file(), kWrapped);
     EXPECT_EQ(form.LabelPlace.caption(), "3 / 3");

@@ -2,6 +2,7 @@
 
 import contextlib
 import pathlib
+import shutil
 
 from mutagen.id3 import ID3
 
@@ -15,8 +16,8 @@ STEPS = (300, 500, 700, 900, 1100, 1300, 1500, 1700, 1900, 2100)
 
 def open_editor(s, player):
     window = player.open("タグ情報(I)", TITLE)
-    s.driver.drag(window.x + 60, window.y + 10, 260, 220)
-    s.wait_equal(lambda: window.refreshed().place[:2], (200, 210), "place of the window")
+    s.driver.drag(window.x + 60, window.y + 10, 210, 200)
+    s.wait_equal(lambda: window.refreshed().place[:2], (150, 190), "place of the window")
     return window.refreshed()
 
 
@@ -144,10 +145,46 @@ def test_one_field_goes_to_every_selected_row_of_the_play_list(s):
     window.press("保存")
     window.wait_text("保存しました")
     field(window, "アルバム").set_text("全集")
-    window.press("すべてに適用")
+    window.press("実行")
     s.answer("3曲", button=6)  # yes
     window.wait_text("3曲に書き込みました")
     s.screenshot("many", window)
     for i, file in enumerate(files):
         s.equal((str(ID3(file)["TALB"]), str(ID3(file)["TIT2"])), ("全集", f"Title {i}"), file.name)
+    player.end()
+
+
+def test_many_files_are_changed_until_it_is_stopped_and_all_of_it_is_taken_back(s):
+    folder = s.material / "many"
+    folder.mkdir()
+    first = material.write_mp3(folder / "00 R&B.mp3", material.tone(440, 2.0))
+    files = [first, *(folder / f"{i:02} song.mp3" for i in range(1, 400))]
+    for file in files[1:]:
+        shutil.copy(first, file)
+    before = first.read_bytes()
+
+    def changed():
+        return sum(file.read_bytes() != before for file in files)
+    player = Product(s, first)
+    window = open_editor(s, player)
+    view = window.list_view()
+    s.drop_files(*view.point(), *files)
+    s.wait_equal(lambda: len(view.items()), 400, "rows")
+    field(window, "アルバム").set_text("全集")
+    window.press("実行")
+    s.answer("400曲", button=6)
+    window.press("中止")
+    window.wait_text("中止しました")
+    s.screenshot("stopped", window)
+    some = changed()
+    assert 0 < some < 400, some
+    window.press("実行")
+    s.answer("400曲", button=6)
+    window.wait_text("400曲に書き込みました", limit=90)
+    s.equal({str(ID3(file)["TALB"]) for file in files}, {"全集"}, "albums")
+    s.screenshot("all", window)
+    for left in (some, 0):
+        window.press("書き込みを取消")
+        window.wait_text("元のタグを戻しました", limit=90)
+        s.wait_equal(changed, left, "files that are not as they were")
     player.end()
