@@ -139,10 +139,14 @@ void CarryTags(Vbmp3& vbmp3, const ConversionJob& job) {
     vbmp3.vbmp3_writeTag(job.destination, rmp ? int{kTagSi} : kTagId3v1 | kTagId3v2, info->texts);
 }
 
-std::string TimeLeft(double secondsPassed, double done) {
+double SecondsLeft(double secondsPassed, double done) {
     constexpr double kLeastSeconds = 1, kLeastDone = 0.005;
-    if (secondsPassed < kLeastSeconds || done < kLeastDone || done >= 1) return {};
-    return MinutesAndSeconds(static_cast<std::int64_t>(secondsPassed * (1 - done) / done + 0.5));
+    if (secondsPassed < kLeastSeconds || done < kLeastDone || done >= 1) return -1;
+    return secondsPassed * (1 - done) / done;
+}
+
+std::string TimeText(double seconds) {
+    return seconds < 0 ? std::string() : MinutesAndSeconds(static_cast<std::int64_t>(seconds + 0.5));
 }
 
 }  // namespace quenlox

@@ -65,7 +65,9 @@ std::vector<ConversionJob> JobsFor(const std::vector<std::string>& sources, Oper
 // The texts of the source, where it has any, go into the new MP3 or RMP. Any thread.
 void CarryTags(Vbmp3& vbmp3, const ConversionJob& job);
 
-// "01:23" from what has passed and the done part (0 to 1); empty as long as it would be guessing.
-std::string TimeLeft(double secondsPassed, double done);
+// How long it goes on, from the seconds that have passed and the done part (0 to 1); below 0 as long as it would be
+// guessing.
+double SecondsLeft(double secondsPassed, double done);
+std::string TimeText(double seconds);  // "01:23"; empty below 0
 
 }  // namespace quenlox

@@ -292,7 +292,8 @@ void ConversionRun::follow(std::size_t file) {
         laneOver(std::move(lane), report);
     } else if (running()) {
         list_[file].permille = static_cast<int>(std::clamp(report.done, 0.0, 1.0) * 1000);
-        list_[file].left = found->cancelled ? std::string() : TimeLeft(Seconds(found->started), report.done);
+        found->left = found->cancelled ? -1 : SecondsLeft(Seconds(found->started), report.done);
+        list_[file].left = TimeText(found->left);
         showProgress();
     }
 }
@@ -418,14 +419,20 @@ void ConversionRun::fail() {
     onFailed();
 }
 
+// All of it takes as long as the slowest file at least.
 void ConversionRun::showProgress() {
-    double done = static_cast<double>(progress_.done);
-    for (const Lane& lane : lanes_) done += list_[lane.file].permille / 1000.0;
-    if (run_ != Run::Threads) done += list_[current_].permille / 1000.0;
+    double done = static_cast<double>(progress_.done), slowest = -1;
+    for (const Lane& lane : lanes_) {
+        done += list_[lane.file].permille / 1000.0;
+        slowest = std::max(slowest, lane.left);
+    }
+    if (run_ != Run::Threads) {
+        done += list_[current_].permille / 1000.0;
+        list_[current_].left = TimeText(SecondsLeft(Seconds(jobStarted_), list_[current_].permille / 1000.0));
+    }
     done = std::min(1.0, done / static_cast<double>(progress_.files));
     progress_.permille = static_cast<int>(done * 1000);
-    progress_.left = TimeLeft(Seconds(started_), done);
-    if (run_ != Run::Threads) list_[current_].left = TimeLeft(Seconds(jobStarted_), list_[current_].permille / 1000.0);
+    progress_.left = TimeText(std::max(slowest, SecondsLeft(Seconds(started_), done)));
     onProgress();
 }
 

@@ -110,6 +110,7 @@ class ConversionRun {
         bool cancelled = false;
         std::string toWrap;  // an RMP is an MP3 that is wrapped afterwards: the name of that, or nothing
         Clock::time_point started;
+        double left = -1;  // seconds; below 0 unknown
         std::unique_ptr<FileConversion> work;
     };
 

@@ -94,7 +94,11 @@ void FormConv::makeFileView() {
     FileView.emptyText = "ファイルをドロップするか、［参照］で選んでください";
     FileView.setColumns({{"ファイル", 290}, {"状態", 110}, {"サイズ", 70, true}, {"残り時間", 70, true}});
     FileView.textOf = [this](int row, int column) { return cellOf(row, column); };
-    FileView.tipOf = [this](int row) { return run_.files()[static_cast<std::size_t>(row)].job.source; };
+    FileView.tipOf = [this](int row) {
+        const ConversionRun::File& file = run_.files()[static_cast<std::size_t>(row)];
+        const bool failed = file.state == ConversionRun::State::Failed;
+        return file.job.source + (failed ? "\n" + stateOf(file) : std::string());
+    };
     FileView.dimmed = [this](int row) {
         return run_.files()[static_cast<std::size_t>(row)].state == ConversionRun::State::Cancelled;
     };
