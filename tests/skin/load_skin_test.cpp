@@ -142,7 +142,7 @@ TEST_F(LoadSkin, FinerPicturesAreShownWhereTheScreenIsFineEnough) {
                                            {400, 800, kThree}, {200, 400, kTwo}}) {
         options.set(&Options::SkinZoom, zoom);
         top->optionsChanged();
-        const auto on = [zoom](int place) { return place * zoom / 100; };
+        const auto on = [zoom = zoom](int place) { return place * zoom / 100; };
         EXPECT_EQ(host->scale, Scale(zoom));
         EXPECT_EQ(top->picture()->width(), size);
         EXPECT_EQ(at(on(199), on(99)), pixel(back)) << zoom;
