@@ -326,7 +326,16 @@ std::optional<LRESULT> NativeListView::drawHeader(const NMCUSTOMDRAW& draw) cons
         RECT all{};
         GetClientRect(draw.hdr.hwndFrom, &all);
         FillRect(draw.hdc, &all, BrushOf(palette()->face));
-        return CDRF_NOTIFYITEMDRAW;
+        return CDRF_NOTIFYITEMDRAW | CDRF_NOTIFYPOSTPAINT;
+    }
+    if (draw.dwDrawStage == CDDS_POSTPAINT) {
+        // What lies behind the last heading has been drawn in the system's colour.
+        RECT rest{}, last{};
+        GetClientRect(draw.hdr.hwndFrom, &rest);
+        if (Header_GetItemRect(draw.hdr.hwndFrom, Header_GetItemCount(draw.hdr.hwndFrom) - 1, &last))
+            rest.left = last.right;
+        FillRect(draw.hdc, &rest, BrushOf(palette()->face));
+        return CDRF_DODEFAULT;
     }
     if (draw.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
     PaintHeaderItem(draw, *palette());
