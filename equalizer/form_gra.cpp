@@ -119,10 +119,13 @@ Layout FormGra::layout() {
     Layout sliders = Row({}), values = Row({}), bands = Row({});
     for (int band = 0; band < kBands; ++band) {
         sliders.items.push_back(Item(VScroll[band], kSliderWidth, kSliderHeight));
-        values.items.push_back(Item(geValue[band], kSliderWidth));
+        values.items.push_back(Item(geValue[band], kSliderWidth + kSliderGap));  // "+11.9" is wider than a slider
         bands.items.push_back(Item(geBand[band], kSliderWidth));
     }
-    for (Layout* row : {&sliders, &values, &bands}) {
+    values.items.insert(values.items.begin(), Space(kSliderGap / 2, 0));
+    values.items.push_back(Space(kSliderGap / 2, 0));
+    values.gap = 0;
+    for (Layout* row : {&sliders, &bands}) {
         row->items.insert(row->items.begin(), Space(0, 0));
         row->items.push_back(Space(0, 0));
         row->gap = kSliderGap;

@@ -130,22 +130,20 @@ void FormOpt::settleTexts() {
     }
 }
 
+// What belongs to something that is switched off does nothing, and its names are grey with it.
 void FormOpt::showAvailable() {
-    for (const auto& [control, field] : bound_) control->setEnabled(options_.available(field) && hasEffect(*control));
-}
-
-// What belongs to something that is switched off does nothing.
-bool FormOpt::hasEffect(const Control& control) const {
-    const Options& now = options_;
-    const std::initializer_list<std::pair<const Control*, bool>> belongs{{&HScrollAnime, now.TitleAnimation},
-                                                                         {&HScrollSpeana, now.SpectrumShown},
-                                                                         {&HScrollSpeanaIntro, now.SpectrumShown},
-                                                                         {&FftOption[0], now.SpectrumShown},
-                                                                         {&FftOption[1], now.SpectrumShown},
-                                                                         {&FftOption[2], now.SpectrumShown},
-                                                                         {&HScrollIntro, now.IntroPlay}};
-    const auto found = std::ranges::find(belongs, &control, &std::pair<const Control*, bool>::first);
-    return found == belongs.end() || found->second;
+    for (const auto& [control, field] : bound_) control->setEnabled(options_.available(field));
+    const auto belongs = [this](OnOff Options::*owner, std::initializer_list<Control*> controls) {
+        if (options_.values().*owner) return;
+        for (Control* control : controls) control->setEnabled(false);
+    };
+    const std::initializer_list<Control*> names{&LabelAnime,     &FigureAnime,     &LabelSpeana, &FigureSpeana,
+                                                &LabelIntroView, &FigureIntroView, &LabelFft,    &FigureIntro};
+    for (Control* name : names) name->setEnabled(true);
+    belongs(&Options::TitleAnimation, {&HScrollAnime, &LabelAnime, &FigureAnime});
+    belongs(&Options::SpectrumShown, {&HScrollSpeana, &LabelSpeana, &FigureSpeana, &HScrollSpeanaIntro, &LabelIntroView,
+                                      &FigureIntroView, &LabelFft, &FftOption[0], &FftOption[1], &FftOption[2]});
+    belongs(&Options::IntroPlay, {&HScrollIntro, &FigureIntro});
 }
 
 void FormOpt::chooseFolder(TextBox& box, const std::string& title) {

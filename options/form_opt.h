@@ -147,7 +147,6 @@ class FormOpt : public Form {
     void bindWhenLeft(TextBox& box, std::string Options::*field);
     void follow(Control& control, const OptionField& field, const OptionStore::Listener& show);
     void showAvailable();
-    bool hasEffect(const Control& control) const;
 
     void CommandDefaults_Click();
     void chooseFolder(TextBox& box, const std::string& title);
