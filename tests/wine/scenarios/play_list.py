@@ -209,6 +209,16 @@ def test_rows_go_to_another_place_another_list_and_back(s):
     fx, fy, _, fheight = map(int, s.driver.ask("itemplace", files.handle, lines(files).index("scale.mid"))[0])
     s.driver.drag(fx + 20, fy + fheight // 2, x + 40, y + height - 2)
     after("a drag from the browser", "b", "a", "s", "c")
+    # Out of the window, where others could take it, and back.
+    s.driver.move(x + 40, y - height // 2)
+    s.driver.press()
+    for at in ((x + 40, y), (1015, y), (1015, y + 9), (x + 60, y), (x + 40, y + height * 3 - 2)):
+        s.driver.move(*at)
+        s.pause(0.2)
+    s.driver.release()
+    after("a way through the outside", "a", "s", "c", "b")
+    s.driver.keys("ctrl+z")
+    after("taking it back", "b", "a", "s", "c")
     tabs = window.control("SysTabControl32")
     s.driver.drag(x + 40, y + height * 3 // 2, tabs.x + 80, tabs.y + 8)
     after("dragging to a tab", "b", "a", "s", "c")
