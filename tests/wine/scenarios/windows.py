@@ -100,8 +100,10 @@ def test_the_equalizer_is_played_with_keys_alone(s):
 def test_the_other_windows_are_gone_through_in_their_order(s):
     player = Product(s, ini="[List]\nX=0\nY=4500\nShow=1\n")
     for item, title, key, table in (
-            ("タグ情報(I)", "タグ情報*", "alt+i", "tabs タグの種類|combo 項目|button 閉じる"),
-            ("ファイル変換(C)", "ファイル変換", "alt+p", "option 再生しながらデコード|button 参照...|button 参照...|button 閉じる"),
+            ("タグ情報(I)", "タグ情報*", "alt+i", "tabs タグの種類|combo 操作|combo 項目|button 閉じる|"
+             "list まとめて書き換えるファイル|button プレイリストの選択を取込"),
+            ("ファイル変換(C)", "ファイル変換", "alt+p", "option 再生しながらデコード|button 参照...|button 参照...|"
+             "check 変換元と同じフォルダに保存|list 変換するファイル|button 閉じる"),
             ("バージョン情報(V)", "バージョン情報", "", "button ライセンス|button ヘルプ|button 閉じる")):
         window = player.open(item, title)
         window.activate()
