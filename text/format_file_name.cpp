@@ -67,7 +67,8 @@ std::optional<NameFields> MatchFileName(std::string_view name, const std::vector
         const std::size_t length = LengthOfField(name, parts, i);
         if (length == std::string_view::npos) return std::nullopt;
         const std::string_view found = TrimBlanks(name.substr(0, length));
-        if (IsNumber(part.field) && (found.empty() || found.find_first_not_of(kDigits) != found.npos)) return std::nullopt;
+        const bool isNumber = !found.empty() && found.find_first_not_of(kDigits) == found.npos;
+        if (IsNumber(part.field) && !isNumber) return std::nullopt;
         std::string_view& field = fields[static_cast<std::size_t>(part.field)];
         if (field.empty()) field = found;
         name.remove_prefix(length);
@@ -78,8 +79,8 @@ std::optional<NameFields> MatchFileName(std::string_view name, const std::vector
 
 std::optional<NameFields> FieldsOfFileName(std::string_view name, std::string_view format) {
     const auto parts = ParseFileNameFormat(format, true);
-    const bool any = std::ranges::any_of(parts, [](const FormatPart& part) { return part.field != FormatField::Literal; });
-    return any ? MatchFileName(name, parts) : std::nullopt;
+    const auto isField = [](const FormatPart& part) { return part.field != FormatField::Literal; };
+    return std::ranges::any_of(parts, isField) ? MatchFileName(name, parts) : std::nullopt;
 }
 
 std::string FormatFileName(std::string_view format, std::string_view title, std::string_view artist,
