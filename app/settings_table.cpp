@@ -112,7 +112,7 @@ void ReadEqualizerEntry(const Windows& w, int entry, std::string_view text) {
     EqualizerGains read;
     for (int band = 0; band < FormGra::kBands; ++band) read[static_cast<std::size_t>(band)] = w.splitValues(band + 1);
     if (entry == kSliders) {
-        for (std::int32_t& gain : read) gain = FormGra::sliderOf(gain) * -10;
+        for (std::int32_t& gain : read) gain = FormGra::sliderOf(std::clamp(gain, -kMostGain, kMostGain)) * -10;
         w.gra.restore(read);
     } else {
         w.gra.geLabel[entry].setCaption(std::string(TrimBlanks(text.substr(0, comma))));
