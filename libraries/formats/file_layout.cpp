@@ -214,8 +214,11 @@ void ScanRiff(HeadTailReader& reader, ByteRange range, FileLayout& layout) {
     layout.chunks = ScanChunks(reader, {range.begin + 12, file.end}, layout.tags);
     for (const RiffChunk& chunk : layout.chunks) {
         if (chunk.is("data") && layout.data.empty()) layout.data = chunk.body;
-        if (chunk.is("LIST") && layout.info.empty() && StartsWith(reader.view(chunk.body.begin, 4), "INFO"))
-            layout.info = ScanChunks(reader, {chunk.body.begin + 4, chunk.body.end}, {});
+        // Of several lists the last that has fields counts: an edited one is written at the end.
+        if (chunk.is("LIST") && StartsWith(reader.view(chunk.body.begin, 4), "INFO")) {
+            std::vector<RiffChunk> info = ScanChunks(reader, {chunk.body.begin + 4, chunk.body.end}, {});
+            if (!info.empty()) layout.info = std::move(info);
+        }
         if ((chunk.is("id3 ") || chunk.is("ID3 ")) && layout.find(TagKind::Id3v2Chunk) == nullptr) {
             const auto bytes = reader.view(chunk.body.begin, 10);
             if (Id3v2Header(bytes, "ID3")) layout.tags.push_back({TagKind::Id3v2Chunk, bytes[3], chunk.body, false});

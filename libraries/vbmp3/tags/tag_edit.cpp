@@ -136,7 +136,7 @@ std::optional<Recipe> AssembleRiff(HeadTailReader& reader, const FileLayout& lay
             if (tag.kind == TagKind::Id3v1 && tags.id3v1) splices.push_back({tag.range, {}});
 
     const auto goes = [&](const RiffChunk& chunk) {
-        // Of several lists the first that has fields counts and is written at the end.
+        // Of several lists the last that has fields counts and is written anew at the end.
         if (tags.info && !layout.info.empty() && chunk.body.contains(layout.info.front().body)) return true;
         if (!tags.id3v2 || !(chunk.is("id3 ") || chunk.is("ID3 "))) return false;
         const TagBlock* edited = FindId3v2(layout);
